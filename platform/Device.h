@@ -1,0 +1,18 @@
+#pragma once
+
+namespace ovinta::platform {
+
+enum class BatteryState { unknown = 0, unplugged = 1, charging = 2, full = 3 };
+
+/// The device that the application runs on. May be used from any thread.
+class Device {
+ public:
+  virtual ~Device() = default;
+
+  /// Monitoring is off at first; while it is off the state reads as unknown.
+  virtual void setBatteryMonitoringEnabled(bool enabled) = 0;
+
+  virtual BatteryState batteryState() const = 0;
+};
+
+}  // namespace ovinta::platform

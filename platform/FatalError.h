@@ -1,0 +1,20 @@
+#pragma once
+
+#include <string_view>
+
+#include "platform/Export.h"
+
+namespace ovinta::platform {
+
+/// Where a fatal error is said to have arisen.
+struct SourceLocation {
+  std::string_view file;
+  int line = 0;
+};
+
+/// Ends the process for a programming error that nothing can recover from: writes one line, made of
+/// message and location, to standard error and aborts. An empty message writes nothing. May be
+/// called from any thread.
+OVINTA_EXPORT [[noreturn]] void fatalError(std::string_view message = {}, SourceLocation location = {});
+
+}  // namespace ovinta::platform

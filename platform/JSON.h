@@ -1,0 +1,155 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <exception>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "platform/Export.h"
+#include "platform/Value.h"
+
+namespace ovinta::platform {
+
+/// Why a JSON text could not be read as, or written from, a record. Thrown inside the library only.
+class CodingError : public std::exception {
+ public:
+  enum class Kind { keyNotFound, typeMismatch, valueNotFound, dataCorrupted, invalidValue };
+
+  CodingError(Kind kind, std::string debugDescription);
+
+  Kind kind() const { return kind_; }
+  /// From the outermost key inwards, joined with ".", array positions as "[2]"; empty at the top.
+  const std::string& codingPath() const { return codingPath_; }
+  const std::string& debugDescription() const { return debugDescription_; }
+  /// Puts an outer key, or array position, before the path; for use while the error passes outwards.
+  void prependKey(std::string_view key);
+  void prependIndex(std::size_t index);
+
+  /// Kind, path and description in one line; holds no value of the text.
+  const char* what() const noexcept override { return text_.c_str(); }
+
+ private:
+  void updateText();
+
+  Kind kind_;
+  std::string codingPath_;
+  std::string debugDescription_;
+  std::string text_;
+};
+
+/// One value inside a `JSONDocument`; valid as long as the document lives. Cheap to copy.
+class JSONValue {
+ public:
+  enum class Kind { null, boolean, number, string, array, object };
+
+  Kind kind() const;
+
+  /// The value when it is of that kind; otherwise absent.
+  std::optional<bool> boolean() const;
+  /// A number without a fractional part within the range; `5.0` and `1e3` count.
+  std::optional<std::int64_t> integer() const;
+  std::optional<double> number() const;
+  std::optional<std::string_view> string() const;
+
+  /// The value as a free-standing copy.
+  Value copy() const;
+
+ private:
+  friend class JSONDocument;
+  friend class JSONArrayCursor;
+  friend class JSONObjectCursor;
+
+  struct Storage {
+    const void* document = nullptr;
+    std::size_t index = 0;
+  };
+  Storage storage_;
+};
+
+/// Walks the elements of an array.
+class JSONArrayCursor {
+ public:
+  /// `array` must be of kind array.
+  explicit JSONArrayCursor(const JSONValue& array);
+  std::size_t size() const;
+  /// Steps to the next element; false at the end.
+  bool next(JSONValue& element);
+
+ private:
+  JSONValue::Storage position_;
+  JSONValue::Storage end_;
+};
+
+/// Walks the members of an object in the order of the text.
+class JSONObjectCursor {
+ public:
+  /// `object` must be of kind object.
+  explicit JSONObjectCursor(const JSONValue& object);
+  /// Steps to the next member; false at the end.
+  bool next(std::string_view& key, JSONValue& value);
+
+ private:
+  JSONValue::Storage position_;
+  JSONValue::Storage end_;
+};
+
+/// A parsed JSON text (RFC 8259, strict, UTF-8).
+class JSONDocument {
+ public:
+  /// The document; absent when the text is not JSON.
+  static std::optional<JSONDocument> parse(std::string_view text);
+
+  JSONDocument(JSONDocument&&) noexcept;
+  JSONDocument& operator=(JSONDocument&&) noexcept;
+  ~JSONDocument();
+
+  JSONValue root() const;
+
+ private:
+  struct Parsed;
+  explicit JSONDocument(std::unique_ptr<Parsed> parsed);
+  std::unique_ptr<Parsed> parsed_;
+};
+
+/// Writes a JSON text, without blanks, members in the order in which they are given. Numbers take
+/// the shortest form that reads back to the same value in their own width. Strings that are not
+/// UTF-8 and numbers that are not finite throw a `CodingError` of kind `invalidValue`. Calls must
+/// form one JSON value.
+class JSONWriter {
+ public:
+  void beginObject();
+  void endObject();
+  void beginArray();
+  void endArray();
+  void key(std::string_view key);
+  void null();
+  void boolean(bool value);
+  void integer(std::int64_t value);
+  void number(double value);
+  void number(float value);
+  void string(std::string_view value);
+  /// The whole value, dictionaries in the order of their keys.
+  void value(const Value& value);
+
+  /// The text written so far; the writer is spent.
+  std::string take() { return std::move(text_); }
+
+ private:
+  void separate();
+
+  std::string text_;
+  bool needsComma_ = false;
+};
+
+/// The value of a whole JSON text; absent when it is not JSON.
+OVINTA_EXPORT std::optional<Value> parseJSON(std::string_view text);
+
+/// The JSON text of a value. Throws `CodingError` as `JSONWriter` does.
+OVINTA_EXPORT std::string writeJSON(const Value& value);
+
+}  // namespace ovinta::platform

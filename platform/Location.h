@@ -1,0 +1,38 @@
+#pragma once
+
+#include "platform/Date.h"
+
+namespace ovinta::platform {
+
+/// A point on the WGS84 ellipsoid, in degrees.
+struct Coordinate {
+  double latitude = 0;
+  double longitude = 0;
+
+  friend bool operator==(const Coordinate&, const Coordinate&) = default;
+};
+
+/// A position fix.
+struct Location {
+  Coordinate coordinate;
+  /// Radius of uncertainty in metres; negative when the coordinate is not valid.
+  double horizontalAccuracy = 0;
+  /// Metres per second; negative when unknown.
+  double speed = -1;
+  /// When the position was determined.
+  Date timestamp = kDistantPast;
+
+  friend bool operator==(const Location&, const Location&) = default;
+};
+
+/// Measures on the Earth.
+class Geodesy {
+ public:
+  virtual ~Geodesy() = default;
+
+  /// Length in metres of the geodesic between two points on the WGS84 ellipsoid. May be called from
+  /// any thread.
+  virtual double distance(Coordinate from, Coordinate to) const = 0;
+};
+
+}  // namespace ovinta::platform

@@ -1,0 +1,101 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "platform/Region.h"
+
+namespace ovinta::platform {
+
+/// How precise positions should be, best first; better costs more power.
+enum class LocationAccuracy { bestForNavigation, best };
+
+/// What the user is doing, which tells the service how positions may be filtered.
+enum class ActivityType { other = 1, automotiveNavigation = 2, fitness = 3, otherNavigation = 4 };
+
+/// The application's permission to follow the user, as the platform numbers it: 0 not determined,
+/// 1 restricted, 2 denied, 3 always, 4 when in use. A platform may know further numbers.
+using AuthorizationStatus = int;
+
+/// A beacon as heard in one ranging interval.
+struct RangedBeacon {
+  UUID proximityUUID;
+  /// Of these two only the low 16 bits are sent by a beacon.
+  std::int64_t major = 0;
+  std::int64_t minor = 0;
+  /// Received signal strength in dBm.
+  std::int64_t rssi = 0;
+  /// Estimated distance in metres; negative when unknown.
+  double accuracy = -1;
+};
+
+/// Receives what a location manager finds, always on the main thread, never inside a call of a
+/// `LocationManager` method.
+class LocationManagerDelegate {
+ public:
+  virtual ~LocationManagerDelegate() = default;
+
+  /// New positions, oldest first; any number of times while updates run.
+  virtual void didUpdateLocations(const std::vector<Location>& locations) = 0;
+
+  /// Once soon after the delegate was set, and once at each change.
+  virtual void didChangeAuthorizationStatus(AuthorizationStatus status) = 0;
+
+  /// About once a second for each ranged region, with the beacons heard since, possibly none.
+  virtual void didRangeBeacons(const std::vector<RangedBeacon>& beacons,
+                               const BeaconRegion& region) = 0;
+};
+
+/// Follows the user's position and nearby beacons. Made on, used on and destroyed on the main
+/// thread. Nothing is reported while the permission is missing; what was started resumes by itself
+/// when it is granted. Starting what runs and stopping what does not run does nothing.
+class LocationManager {
+ public:
+  virtual ~LocationManager() = default;
+
+  /// Not owned; must outlive the manager. Null for none.
+  virtual void setDelegate(LocationManagerDelegate* delegate) = 0;
+
+  virtual void setAllowsBackgroundLocationUpdates(bool allows) = 0;
+
+  /// Metres that the user must move before the next position is reported. Settings changed while
+  /// updates run take effect at once.
+  virtual void setDistanceFilter(double metres) = 0;
+  virtual void setDesiredAccuracy(LocationAccuracy accuracy) = 0;
+  virtual void setActivityType(ActivityType type) = 0;
+
+  virtual void startUpdatingLocation() = 0;
+  virtual void stopUpdatingLocation() = 0;
+
+  /// Reports moves of some 500 m and more at little cost in power.
+  virtual void startMonitoringSignificantLocationChanges() = 0;
+  virtual void stopMonitoringSignificantLocationChanges() = 0;
+
+  /// Ranging is keyed by the region's whole value.
+  virtual void startRangingBeacons(const BeaconRegion& region) = 0;
+  virtual void stopRangingBeacons(const BeaconRegion& region) = 0;
+  virtual std::vector<Region> rangedRegions() const = 0;
+
+  /// Monitoring is keyed by the identifier: a region replaces an earlier one of the same.
+  virtual void startMonitoring(const Region& region) = 0;
+  virtual void stopMonitoring(const Region& region) = 0;
+  virtual std::vector<Region> monitoredRegions() const = 0;
+};
+
+/// The location services of the device.
+class LocationServices {
+ public:
+  virtual ~LocationServices() = default;
+
+  /// Whether the user has location services switched on at all. May be called from any thread.
+  virtual bool locationServicesEnabled() const = 0;
+
+  /// The application's current permission. May be called from any thread.
+  virtual AuthorizationStatus authorizationStatus() const = 0;
+
+  /// A new manager. Main thread only.
+  virtual std::unique_ptr<LocationManager> makeLocationManager() = 0;
+};
+
+}  // namespace ovinta::platform

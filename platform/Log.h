@@ -1,0 +1,18 @@
+#pragma once
+
+#include <string_view>
+
+namespace ovinta::platform {
+
+/// The line-oriented log of the system. There are no levels.
+class Log {
+ public:
+  virtual ~Log() = default;
+
+  /// Writes one line; `line` carries no newline of its own. May be called from any thread; lines of
+  /// several threads do not mix. Returns after the line was handed over; a failure to write is
+  /// dropped.
+  virtual void write(std::string_view line) = 0;
+};
+
+}  // namespace ovinta::platform

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+
+namespace ovinta::platform {
+
+/// A unit of work for an operation queue.
+class Operation {
+ public:
+  virtual ~Operation() = default;
+
+  /// Does the work. Called once, on a thread of the queue; the operation has finished when it
+  /// returns. Must not throw.
+  virtual void main() = 0;
+};
+
+/// Runs operations on background threads, started in the order in which they were added.
+class OperationQueue {
+ public:
+  /// As many operations at once as the implementation finds fit for the machine.
+  static constexpr std::size_t kDefaultMaxConcurrentOperationCount = 0;
+
+  virtual ~OperationQueue() = default;
+
+  /// Queues `operation` and returns at once; the queue keeps it until `main()` has returned. May be
+  /// called from any thread, also from inside an operation. Operations still waiting when the
+  /// process exits are dropped.
+  virtual void addOperation(std::shared_ptr<Operation> operation) = 0;
+
+  /// Limits how many operations run at the same time; those already running are not stopped. May be
+  /// called from any thread.
+  virtual void setMaxConcurrentOperationCount(std::size_t count) = 0;
+  virtual std::size_t maxConcurrentOperationCount() const = 0;
+};
+
+/// Makes operation queues.
+class OperationQueueFactory {
+ public:
+  virtual ~OperationQueueFactory() = default;
+
+  /// A new, empty queue of default concurrency. May be called from any thread. Dropping the last
+  /// reference drops the operations that still wait and returns without waiting for running ones.
+  virtual std::shared_ptr<OperationQueue> makeQueue() = 0;
+};
+
+}  // namespace ovinta::platform

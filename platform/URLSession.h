@@ -1,0 +1,70 @@
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/Export.h"
+#include "platform/URL.h"
+
+namespace ovinta::platform {
+
+struct HeaderField {
+  std::string name;
+  std::string value;
+
+  friend bool operator==(const HeaderField&, const HeaderField&) = default;
+};
+
+/// Whether an answer kept by a cache may serve a request.
+enum class CachePolicy { useProtocolCachePolicy, reloadIgnoringLocalAndRemoteCacheData };
+
+struct URLRequest {
+  URL url;
+  std::string method = "GET";
+  /// Sent in this order, after the ones that the protocol itself demands.
+  std::vector<HeaderField> headers;
+  /// Absent: no body at all.
+  std::optional<std::string> body;
+  CachePolicy cachePolicy = CachePolicy::useProtocolCachePolicy;
+  /// The longest time without any progress, connecting included.
+  std::chrono::milliseconds timeout{60'000};
+};
+
+struct OVINTA_EXPORT HTTPResponse {
+  int statusCode = 0;
+  /// In the order received, names as received.
+  std::vector<HeaderField> headers;
+
+  /// The value of the first field of that name, compared without regard to case; else absent.
+  std::optional<std::string> header(std::string_view name) const;
+};
+
+/// Why a request ended without a complete answer.
+struct TransportError {
+  /// A sentence for people; free of the request's URL, headers and body.
+  std::string localizedDescription;
+};
+
+/// Sends requests over HTTP.
+class URLSession {
+ public:
+  /// Receives (data, response, error). A complete answer: data (possibly empty) and response. A
+  /// failure: the error, and the response if its head had arrived.
+  using Completion = std::function<void(std::optional<std::string> data,
+                                        std::optional<HTTPResponse> response,
+                                        std::optional<TransportError> error)>;
+
+  virtual ~URLSession() = default;
+
+  /// Starts the request and returns at once. The completion is called exactly once, never inside
+  /// this call, on the session's one callback thread, which is never the main thread; it may start
+  /// further requests. When the process exits first it is not called. May be called from any
+  /// thread.
+  virtual void startDataTask(URLRequest request, Completion completion) = 0;
+};
+
+}  // namespace ovinta::platform

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <type_traits>
+#include <utility>
+#include <variant>
+#include <vector>
+
+namespace ovinta::platform {
+
+struct Value;
+using List = std::vector<Value>;
+using Dictionary = std::map<std::string, Value, std::less<>>;
+
+/// Any value that a JSON text, a push payload or an options dictionary can hold.
+struct Value {
+  using Storage =
+      std::variant<std::nullptr_t, bool, std::int64_t, double, std::string, List, Dictionary>;
+
+  Value() = default;
+  Value(std::nullptr_t) {}
+  Value(const char* text) : storage(std::string(text)) {}
+  Value(std::string_view text) : storage(std::string(text)) {}
+  Value(std::string text) : storage(std::move(text)) {}
+  Value(List list) : storage(std::move(list)) {}
+  Value(Dictionary dictionary) : storage(std::move(dictionary)) {}
+  template <class T>
+    requires std::is_arithmetic_v<T>
+  Value(T number) {
+    if constexpr (std::is_same_v<T, bool>) {
+      storage = number;
+    } else if constexpr (std::is_integral_v<T>) {
+      storage = static_cast<std::int64_t>(number);
+    } else {
+      storage = static_cast<double>(number);
+    }
+  }
+
+  /// The value when it is a `T`, otherwise null.
+  template <class T>
+  const T* as() const {
+    return std::get_if<T>(&storage);
+  }
+
+  friend bool operator==(const Value&, const Value&) = default;
+
+  Storage storage;
+};
+
+/// The entry under the key when there is one and it is a `T`, otherwise null.
+template <class T>
+const T* find(const Dictionary& dictionary, std::string_view key) {
+  const auto entry = dictionary.find(key);
+  return entry == dictionary.end() ? nullptr : entry->second.as<T>();
+}
+
+}  // namespace ovinta::platform

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+
+#include "platform/Services.h"
+
+// The GNU dialects of C++ define `linux` as a macro, which would break the namespace's name.
+#undef linux
+
+namespace ovinta::platform::linux {
+
+/// What the Linux implementation needs to know of the application. Absent fields take the default.
+struct Options {
+  /// Names the application's own directory below the data directory. Default: the name of the
+  /// executable.
+  std::optional<std::string> applicationID;
+  /// Where the application's resources and its `Info.json` lie. Default: the directory of the
+  /// executable.
+  std::optional<std::filesystem::path> mainBundleDirectory;
+  /// Where settings and orders are kept. Default: `$XDG_DATA_HOME`, else `$HOME/.local/share`, and
+  /// below it `<application id>/OvintaSDK`.
+  std::optional<std::filesystem::path> dataDirectory;
+};
+
+/// A full set of services of this system. Makes the data directory (mode 0700) when it is first
+/// written to. The main thread is the one that first calls this function or `runMainLoop`; its queue
+/// is served by the GLib main loop of the default context, which GTK and most Qt applications run.
+/// May be called from any thread.
+OVINTA_EXPORT Services makeServices(const Options& options = {});
+
+/// Serves the main queue on the calling thread until `quitMainLoop` is called; for applications
+/// that run no GLib main loop of their own.
+OVINTA_EXPORT void runMainLoop();
+
+/// Has `runMainLoop` return after the task in progress. May be called from any thread.
+OVINTA_EXPORT void quitMainLoop();
+
+}  // namespace ovinta::platform::linux
