@@ -1,4 +1,4 @@
-# What every target of the project is compiled with; link to it privately.
+# What every target of the project is compiled with; link to ovinta_options privately.
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_EXTENSIONS OFF)
@@ -6,10 +6,20 @@ set(CMAKE_CXX_VISIBILITY_PRESET hidden)
 set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 
+# A compiler newer than ours may warn of more: `cmake --compile-no-warning-as-error` lets it pass.
+set(CMAKE_COMPILE_WARNING_AS_ERROR ON)
+
 set(OVINTA_SANITIZERS "" CACHE STRING "Sanitizers to build with, as for -fsanitize=")
 
+find_program(CCACHE_PROGRAM ccache)
+if(CCACHE_PROGRAM AND NOT DEFINED CMAKE_CXX_COMPILER_LAUNCHER)
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE_PROGRAM})
+endif()
+
 add_library(ovinta_options INTERFACE)
-target_compile_options(ovinta_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow=local -Werror)
+target_compile_options(
+  ovinta_options INTERFACE -Wall -Wextra -Wpedantic
+                           $<IF:$<CXX_COMPILER_ID:GNU>,-Wshadow=local,-Wshadow>)
 if(OVINTA_SANITIZERS)
   add_compile_options(-fsanitize=${OVINTA_SANITIZERS} -fno-omit-frame-pointer
                       -fno-sanitize-recover=all)
