@@ -26,7 +26,8 @@ class CodingError : public std::exception {
   /// From the outermost key inwards, joined with ".", array positions as "[2]"; empty at the top.
   const std::string& codingPath() const { return codingPath_; }
   const std::string& debugDescription() const { return debugDescription_; }
-  /// Puts an outer key, or array position, before the path; for use while the error passes outwards.
+  /// Puts an outer key, or array position, before the path; for use while the error passes
+  /// outwards.
   void prependKey(std::string_view key);
   void prependIndex(std::size_t index);
 
@@ -76,13 +77,15 @@ class JSONArrayCursor {
  public:
   /// `array` must be of kind array.
   explicit JSONArrayCursor(const JSONValue& array);
-  std::size_t size() const;
+  /// The number of elements of the whole array; from 2^24 - 1 on it is that number.
+  std::size_t size() const { return size_; }
   /// Steps to the next element; false at the end.
   bool next(JSONValue& element);
 
  private:
   JSONValue::Storage position_;
   JSONValue::Storage end_;
+  std::size_t size_ = 0;
 };
 
 /// Walks the members of an object in the order of the text.

@@ -1,0 +1,37 @@
+#include <array>
+
+#include "platform/JSON.h"
+
+namespace ovinta::platform {
+
+namespace {
+
+constexpr std::array<std::string_view, 5> kKindNames{
+    "key not found", "type mismatch", "value not found", "data corrupted", "invalid value"};
+
+}  // namespace
+
+CodingError::CodingError(Kind kind, std::string debugDescription)
+    : kind_(kind), debugDescription_(std::move(debugDescription)) {
+  updateText();
+}
+
+void CodingError::prependKey(std::string_view key) {
+  const bool dotted = !codingPath_.empty() && codingPath_.front() != '[';
+  codingPath_ = std::string(key) + (dotted ? "." : "") + codingPath_;
+  updateText();
+}
+
+void CodingError::prependIndex(std::size_t index) {
+  const bool dotted = !codingPath_.empty() && codingPath_.front() != '[';
+  codingPath_ = "[" + std::to_string(index) + "]" + (dotted ? "." : "") + codingPath_;
+  updateText();
+}
+
+void CodingError::updateText() {
+  text_ = kKindNames[static_cast<std::size_t>(kind_)];
+  if (!codingPath_.empty()) text_ += " at " + codingPath_;
+  if (!debugDescription_.empty()) text_ += ": " + debugDescription_;
+}
+
+}  // namespace ovinta::platform

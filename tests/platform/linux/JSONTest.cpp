@@ -1,0 +1,251 @@
+#include <gtest/gtest.h>
+
+#include <bit>
+#include <cmath>
+#include <limits>
+#include <random>
+#include <thread>
+
+#include "platform/JSON.h"
+
+namespace ovinta::platform {
+namespace {
+
+constexpr auto kMaximum = std::numeric_limits<std::int64_t>::max();
+constexpr auto kMinimum = std::numeric_limits<std::int64_t>::min();
+
+TEST(JSONReadingTest, RefusesWhatIsNotJSON) {
+  const std::string deep(2000, '[');
+  const std::string_view texts[] = {"",
+                                    " ",
+                                    "{",
+                                    "}",
+                                    "[1,]",
+                                    "{\"a\":1,}",
+                                    "{a:1}",
+                                    "{'a':1}",
+                                    "[1 2]",
+                                    "1 2",
+                                    "nul",
+                                    "NaN",
+                                    "Infinity",
+                                    "01",
+                                    "1.",
+                                    ".5",
+                                    "+1",
+                                    "1e",
+                                    "0x10",
+                                    "--1",
+                                    "\"a",
+                                    "\"\\x\"",
+                                    "\"\\u12\"",
+                                    "\"\xff\"",
+                                    "\"\t\"",
+                                    "[1]x",
+                                    "// c\n1",
+                                    "\xef\xbb\xbf{}",
+                                    "\"\\ud800\"",
+                                    "1e400",
+                                    "{\"a\"}",
+                                    "[\"a\":1]",
+                                    "{\"a\":1 \"b\":2}",
+                                    "\xc0\xaf",
+                                    "123456789012345678901x",
+                                    "[12345678901234567890.]",
+                                    deep};
+  for (const auto text : texts) {
+    EXPECT_FALSE(JSONDocument::parse(text)) << text;
+    EXPECT_FALSE(parseJSON(text)) << text;
+  }
+  EXPECT_FALSE(JSONDocument::parse(std::string_view("1\0", 2)));
+}
+
+TEST(JSONReadingTest, ReadsEveryKindOfValue) {
+  const struct {
+    const char* text;
+    Value expected;
+  } cases[] = {
+      {"null", nullptr},
+      {" true\r\n", true},
+      {"-0", 0},
+      {"9223372036854775807", kMaximum},
+      {"-9223372036854775808", kMinimum},
+      {"18446744073709551615", 18446744073709551615.0},
+      {"2.50", 2.5},
+      {"1E+2", 100.0},
+      {R"("a\"\\\/\b\f\n\r\t\u00e9\ud83d\ude00")", "a\"\\/\b\f\n\r\té😀"},
+      {R"("\u0000")", std::string(1, '\0')},
+      {"[]", List{}},
+      {"{}", Dictionary{}},
+      {R"({"b":[1,[true,null],{"x":{}}],"a":"t","b2":-1.5})",
+       Dictionary{{"a", "t"},
+                  {"b", List{1, List{true, nullptr}, Dictionary{{"x", Dictionary{}}}}},
+                  {"b2", -1.5}}},
+      {R"({"a":1,"a":2})", Dictionary{{"a", 2}}},
+      // Integers beyond 64 bits are JSON; digits inside strings stay as they are.
+      {R"(["\"123456789012345678901",123456789012345678901,-9223372036854775809,7])",
+       List{"\"123456789012345678901", 123456789012345678901.0, -9223372036854775808.0, 7}},
+  };
+  for (const auto& [text, expected] : cases) EXPECT_EQ(parseJSON(text), expected) << text;
+}
+
+TEST(JSONReadingTest, TellsIntegersFromOtherNumbers) {
+  const struct {
+    const char* text;
+    std::optional<std::int64_t> integer;
+    std::optional<double> number;
+  } cases[] = {
+      {"7", 7, 7.0},
+      {"5.0", 5, 5.0},
+      {"1e3", 1000, 1000.0},
+      {"-2.5e1", -25, -25.0},
+      {"5.5", {}, 5.5},
+      {"1e-1", {}, 0.1},
+      {"9223372036854775807", kMaximum, 0x1p63},
+      {"9223372036854775808", {}, 0x1p63},
+      {"9223372036854775808.0", {}, 0x1p63},
+      {"-9223372036854775808.0", kMinimum, -0x1p63},
+      {"1e30", {}, 1e30},
+      {"\"7\"", {}, {}},
+      {"true", {}, {}},
+      {"null", {}, {}},
+  };
+  for (const auto& [text, integer, number] : cases) {
+    const auto document = JSONDocument::parse(text);
+    ASSERT_TRUE(document) << text;
+    EXPECT_EQ(document->root().integer(), integer) << text;
+    EXPECT_EQ(document->root().number(), number) << text;
+  }
+}
+
+TEST(JSONReadingTest, AccessorsAnswerTheirOwnKindOnly) {
+  using Kind = JSONValue::Kind;
+  const Kind kinds[] = {Kind::null,   Kind::boolean, Kind::number,
+                        Kind::string, Kind::array,   Kind::object};
+  const auto document = JSONDocument::parse(R"([null,false,1.5,"s",[1],{"k":2}])");
+  ASSERT_TRUE(document);
+  JSONArrayCursor cursor(document->root());
+  EXPECT_EQ(cursor.size(), std::size(kinds));
+  JSONValue value;
+  for (const Kind kind : kinds) {
+    ASSERT_TRUE(cursor.next(value));
+    EXPECT_EQ(value.kind(), kind);
+    EXPECT_EQ(value.boolean().has_value(), kind == Kind::boolean);
+    EXPECT_EQ(value.number().has_value(), kind == Kind::number);
+    EXPECT_EQ(value.string().has_value(), kind == Kind::string);
+  }
+  EXPECT_FALSE(cursor.next(value));
+  EXPECT_EQ(cursor.size(), std::size(kinds));
+}
+
+TEST(JSONReadingTest, WalksMembersInTheOrderOfTheTextPastNestedValues) {
+  auto parsed = JSONDocument::parse(R"({"z":{"in":[1,2]},"a":[[],{}],"z":"last"})");
+  ASSERT_TRUE(parsed);
+  const JSONDocument document = std::move(*parsed);  // values stay valid across a move
+  JSONObjectCursor cursor(document.root());
+  std::string seen;
+  std::string_view key;
+  JSONValue value;
+  while (cursor.next(key, value)) seen += std::string(key) + writeJSON(value.copy()) + ";";
+  EXPECT_EQ(seen, R"(z{"in":[1,2]};a[[],{}];z"last";)");
+
+  const auto empty = JSONDocument::parse("[{},[]]");
+  JSONArrayCursor elements(empty->root());
+  ASSERT_TRUE(elements.next(value));
+  EXPECT_FALSE(JSONObjectCursor(value).next(key, value));
+  ASSERT_TRUE(elements.next(value));
+  EXPECT_EQ(JSONArrayCursor(value).size(), 0u);
+}
+
+TEST(JSONReadingTest, DocumentsOutliveLaterOnesAndTheirThreads) {
+  std::vector<JSONDocument> documents;
+  for (const std::size_t size : {10u, 100'000u, 2'000'000u, 5u}) {
+    std::thread([&] {
+      documents.push_back(*JSONDocument::parse("[\"" + std::string(size, 'x') + "\"]"));
+      EXPECT_TRUE(JSONDocument::parse(R"({"other":["text"]})"));
+    }).join();
+    JSONValue value;
+    JSONArrayCursor(documents.back().root()).next(value);
+    EXPECT_EQ(value.string(), std::string(size, 'x'));
+  }
+  EXPECT_EQ(documents.front().root().copy(), Value(List{std::string(10, 'x')}));
+}
+
+TEST(JSONWritingTest, WritesTheShortestExactForm) {
+  const struct {
+    Value value;
+    const char* expected;
+  } cases[] = {
+      {kMinimum, "-9223372036854775808"},
+      {0.1, "0.1"},
+      {100.0, "100"},
+      {-73.98765432109876, "-73.98765432109876"},
+      {1e300, "1e+300"},
+      {Dictionary{{"b", List{true, nullptr, List{}}}, {"a", Dictionary{}}},
+       R"({"a":{},"b":[true,null,[]]})"},
+      {List{Dictionary{{"a", 1}}, Dictionary{{"b", 2}}, "c"}, R"([{"a":1},{"b":2},"c"])"},
+      {"a/\"\\\b\t\n\f\r\x01\x1f\x7fé😀", R"("a/\"\\\b\t\n\f\r\u0001\u001f)"
+                                         "\x7fé😀\""},
+      {std::string("\0x", 2), R"("\u0000x")"},
+  };
+  for (const auto& [value, expected] : cases) EXPECT_EQ(writeJSON(value), expected);
+  JSONWriter writer;
+  writer.number(-61.1f);
+  EXPECT_EQ(writer.take(), "-61.1");
+}
+
+TEST(JSONWritingTest, KeepsTheOrderOfTheCalls) {
+  JSONWriter writer;
+  writer.beginObject();
+  writer.key("z");
+  writer.string("1");
+  writer.key("a\n");
+  writer.beginArray();
+  writer.integer(1);
+  writer.boolean(false);
+  writer.endArray();
+  writer.key("m");
+  writer.value(Dictionary{{"n", nullptr}});
+  writer.endObject();
+  EXPECT_EQ(writer.take(), R"({"z":"1","a\n":[1,false],"m":{"n":null}})");
+}
+
+TEST(JSONWritingTest, RefusesWhatJSONCannotHold) {
+  const Value values[] = {std::nan(""),   HUGE_VAL, -HUGE_VAL,        "\xff",
+                          "\xed\xa0\x80", "\xc3",   List{"\xc0\xaf"}, Dictionary{{"\x80", 1}}};
+  for (const Value& value : values) {
+    try {
+      ADD_FAILURE() << "written as " << writeJSON(value);
+    } catch (const CodingError& error) {
+      EXPECT_EQ(error.kind(), CodingError::Kind::invalidValue);
+    }
+  }
+}
+
+TEST(JSONTest, RandomValuesReadBackAsWritten) {
+  std::mt19937_64 random(20);
+  const auto number = [&] { return std::bit_cast<double>(random()); };
+  for (int round = 0; round < 2000; ++round) {
+    Dictionary dictionary;
+    for (double value = number(); dictionary.size() < 5; value = number()) {
+      if (!std::isfinite(value) || value == std::trunc(value)) continue;
+      const std::string key(1, static_cast<char>(random() % 128));
+      dictionary[key] = List{value, static_cast<std::int64_t>(random()), key + "ü"};
+    }
+    ASSERT_EQ(parseJSON(writeJSON(dictionary)), Value(dictionary));
+  }
+}
+
+TEST(CodingErrorTest, BuildsThePathOnTheWayOut) {
+  CodingError error(CodingError::Kind::typeMismatch, "Expected a number");
+  EXPECT_STREQ(error.what(), "type mismatch: Expected a number");
+  error.prependKey("latitude");
+  error.prependIndex(2);
+  error.prependKey("sites");
+  error.prependKey("data");
+  EXPECT_EQ(error.codingPath(), "data.sites[2].latitude");
+  EXPECT_STREQ(error.what(), "type mismatch at data.sites[2].latitude: Expected a number");
+}
+
+}  // namespace
+}  // namespace ovinta::platform
