@@ -14,6 +14,7 @@ ANY = r".*"
 # Files; what they may include in quotes; what in angle brackets. A file's first match counts.
 RULES = [
     (r"OvintaSDK/", rf"OvintaSDK/|{PLATFORM}", STANDARD),
+    (r"platform/Services\.cpp", rf"{PLATFORM}|platform/linux/Linux\.h", STANDARD),
     (r"platform/\w+\.(h|cpp)", PLATFORM, STANDARD),
     (r"platform/standard/", rf"{PLATFORM}|platform/standard/", STANDARD),
     (r"platform/linux/Linux\.h", PLATFORM, STANDARD),
