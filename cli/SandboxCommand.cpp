@@ -1,0 +1,48 @@
+#include <pthread.h>
+#include <signal.h>
+
+#include <CLI/CLI.hpp>
+#include <cstdint>
+#include <iostream>
+#include <memory>
+
+#include "cli/Commands.h"
+#include "sandbox/Sandbox.h"
+
+namespace ovinta::cli {
+namespace {
+
+int runSandbox(const sandbox::Options& options) {
+  // Blocked before the service's threads start, so that none but this one takes the signals.
+  sigset_t signals;
+  sigemptyset(&signals);
+  sigaddset(&signals, SIGINT);
+  sigaddset(&signals, SIGTERM);
+  pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+
+  sandbox::Sandbox service(options);
+  if (const auto error = service.start()) {
+    std::cerr << "ovinta sandbox: " << *error << "\n";
+    return 1;
+  }
+  std::cout << service.baseURL() << std::endl;
+  int signal = 0;
+  sigwait(&signals, &signal);
+  service.stop();
+  return 0;
+}
+
+}  // namespace
+
+void addSandboxCommand(CLI::App& app, int& exitCode) {
+  auto options = std::make_shared<sandbox::Options>();
+  CLI::App* command = app.add_subcommand("sandbox", "Serve the REST service on this machine");
+  command->add_option("--port", options->port, "Port on 127.0.0.1; 0 for any that is free")
+      ->check(CLI::Range(0, 65535))
+      ->capture_default_str();
+  command->add_option("--seed", options->seed, "Tokens and redemption codes follow from it")
+      ->capture_default_str();
+  command->callback([options, &exitCode] { exitCode = runSandbox(*options); });
+}
+
+}  // namespace ovinta::cli

@@ -1,0 +1,57 @@
+#include <charconv>
+#include <cstdint>
+
+#include "platform/JSON.h"
+#include "sandbox/ConsolePage.h"
+#include "sandbox/PushPayload.h"
+#include "sandbox/Routes.h"
+
+namespace ovinta::sandbox {
+namespace {
+
+/// The number that the digits stand for; one that no order has when they are too many.
+std::int64_t orderID(const std::string& digits) {
+  std::int64_t id = -1;
+  std::from_chars(digits.data(), digits.data() + digits.size(), id);
+  return id;
+}
+
+}  // namespace
+
+Answer showConsole(const Call& call) {
+  return {.contentType = "text/html; charset=utf-8",
+          .body = consolePage(call.service.state.allOrders())};
+}
+
+Answer listAllOrders(const Call& call) { return dataAnswer(call.service.state.allOrders()); }
+
+Answer moveOrder(const Call& call) {
+  Outcome outcome = call.service.state.moveOrder(orderID(call.parameters[0]), call.parameters[1]);
+  if (const auto* order = std::get_if<platform::Dictionary>(&outcome)) {
+    const auto* pushToken = platform::find<std::string>(*order, "push_token");
+    if (pushToken && !pushToken->empty()) {
+      call.service.pushes.send(*pushToken, platform::writeJSON(pushPayload(*order)));
+    }
+  }
+  return answerFor(std::move(outcome));
+}
+
+Answer listenForPushes(const Call& call) {
+  return {.contentType = "text/event-stream",
+          .headers = {{"Cache-Control", "no-store"}},
+          .pushes = call.service.pushes.listen(call.parameters[0])};
+}
+
+Answer listRequests(const Call& call) { return dataAnswer(call.service.requests.list()); }
+
+Answer demandAppVersion(const Call& call) {
+  call.service.setMinimumAppVersion(call.parameters[0]);
+  return dataAnswer(platform::Dictionary{{"minimum_app_version", call.parameters[0]}});
+}
+
+Answer admitAllAppVersions(const Call& call) {
+  call.service.setMinimumAppVersion({});
+  return dataAnswer(platform::Dictionary{});
+}
+
+}  // namespace ovinta::sandbox

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "platform/Date.h"
+#include "platform/Value.h"
+
+namespace ovinta::sandbox {
+
+/// The complaints about an event's content by field name, empty when it is sound.
+platform::Dictionary eventErrors(const platform::Dictionary& event);
+
+/// Applies a sound event to the order that it reports on: states, arrival estimate and rating move
+/// into `order`; position, permission and beacons into `device`, what is last known of the
+/// customer's device.
+void applyEvent(const platform::Dictionary& event, platform::Date now, platform::Dictionary& order,
+                platform::Dictionary& device);
+
+}  // namespace ovinta::sandbox

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <chrono>
+#include <condition_variable>
+#include <deque>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace ovinta::sandbox {
+
+/// Hands push payloads to whoever listens for a push token, and keeps them while nobody does. May
+/// be used from any thread; listeners may outlive it.
+class PushMailbox {
+ public:
+  /// One listener's own line of payloads. What it leaves unread when it goes waits for the next
+  /// listener.
+  class Listener {
+    struct Line;
+
+   public:
+    explicit Listener(std::unique_ptr<Line> line);
+    ~Listener();
+
+    /// Takes the next payload, waiting that long for one; absent when none came or the mailbox has
+    /// closed.
+    std::optional<std::string> next(std::chrono::milliseconds patience);
+
+    /// Whether nothing will come any more.
+    bool isClosed() const;
+
+   private:
+    friend class PushMailbox;
+    const std::unique_ptr<Line> line_;
+  };
+
+  PushMailbox();
+  ~PushMailbox();
+
+  /// A listener that gets the token's waiting payloads first, then each new one.
+  std::shared_ptr<Listener> listen(std::string_view pushToken);
+
+  /// Gives the payload to all listeners of the token, or keeps it when there is none.
+  void send(std::string_view pushToken, std::string payload);
+
+  /// Ends all waiting, for good.
+  void close();
+
+ private:
+  struct Shared;
+  std::shared_ptr<Shared> shared_;
+};
+
+}  // namespace ovinta::sandbox

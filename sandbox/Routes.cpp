@@ -1,0 +1,64 @@
+#include "sandbox/Routes.h"
+
+#include <array>
+#include <utility>
+
+#include "platform/JSON.h"
+
+namespace ovinta::sandbox {
+namespace {
+
+constexpr std::array<Route, 14> kRoutes = {{
+    {"GET", "/m/v1/app", Access::app, Body::none, showAppInfo},
+    {"POST", "/m/v1/customer", Access::app, Body::data, createCustomer},
+    {"GET", "/m/v1/customer", Access::customer, Body::none, showCustomer},
+    {"GET", "/m/v1/orders", Access::customer, Body::none, listOrders},
+    {"POST", "/m/v1/orders", Access::customer, Body::data, createOrder},
+    {"PUT", "/m/v1/orders/([^/]+)", Access::customer, Body::data, updateOrder},
+    {"POST", "/m/v1/events", Access::customer, Body::data, createEvent},
+    {"GET", "/sandbox/?", Access::everyone, Body::none, showConsole},
+    {"GET", "/sandbox/orders", Access::everyone, Body::none, listAllOrders},
+    {"POST", "/sandbox/orders/(\\d+)/(ready|delayed|cancelled|gone)", Access::everyone, Body::none,
+     moveOrder},
+    {"GET", "/sandbox/pushes/(.+)", Access::everyone, Body::none, listenForPushes},
+    {"GET", "/sandbox/requests", Access::everyone, Body::none, listRequests},
+    {"PUT", "/sandbox/minimum-app-version/([^/]+)", Access::everyone, Body::none, demandAppVersion},
+    {"DELETE", "/sandbox/minimum-app-version", Access::everyone, Body::none, admitAllAppVersions},
+}};
+
+int statusOf(Refusal::Kind kind) {
+  switch (kind) {
+    case Refusal::Kind::invalid:
+      return 422;
+    case Refusal::Kind::unknown:
+      return 404;
+    case Refusal::Kind::gone:
+      return 410;
+    case Refusal::Kind::impossible:
+      return 409;
+  }
+  return 500;
+}
+
+std::string wrapped(std::string key, platform::Value value) {
+  return platform::writeJSON(platform::Dictionary{{std::move(key), std::move(value)}});
+}
+
+}  // namespace
+
+std::span<const Route> routes() { return kRoutes; }
+
+Answer dataAnswer(platform::Value value) { return {.body = wrapped("data", std::move(value))}; }
+
+Answer answerFor(Outcome outcome) {
+  if (const auto* refusal = std::get_if<Refusal>(&outcome)) return answerFor(*refusal);
+  return dataAnswer(std::get<platform::Dictionary>(std::move(outcome)));
+}
+
+Answer answerFor(const Refusal& refusal) {
+  Answer answer{.status = statusOf(refusal.kind)};
+  if (!refusal.errors.empty()) answer.body = wrapped("errors", refusal.errors);
+  return answer;
+}
+
+}  // namespace ovinta::sandbox

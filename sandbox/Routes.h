@@ -1,0 +1,92 @@
+#pragma once
+
+#include <map>
+#include <memory>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/Value.h"
+#include "sandbox/PushMailbox.h"
+#include "sandbox/Refusal.h"
+#include "sandbox/Service.h"
+
+namespace ovinta::sandbox {
+
+/// A request that has passed the checks of its route.
+struct Call {
+  Service& service;
+  /// The customer's token; empty where the route needs no customer.
+  std::string token;
+  /// What the groups of the route's pattern matched, percent-decoded.
+  std::vector<std::string> parameters;
+  /// The record under "data" of the body; empty where the route takes none.
+  platform::Dictionary data;
+};
+
+struct Answer {
+  int status = 200;
+  std::string contentType = "application/json";
+  std::string body = {};
+  std::map<std::string, std::string> headers = {};
+  /// In place of a body: the pushes to send as they come.
+  std::shared_ptr<PushMailbox::Listener> pushes = nullptr;
+};
+
+/// Who may use a route.
+enum class Access {
+  /// Anyone on this machine: the merchant's and tester's side.
+  everyone,
+  /// Apps with the right app token and a version that is still served.
+  app,
+  /// Such apps on behalf of a customer.
+  customer
+};
+
+enum class Body { none, data };
+
+struct Route {
+  std::string_view method;
+  /// A regular expression that the whole decoded path must match.
+  std::string_view pattern;
+  Access access;
+  Body body;
+  Answer (*handle)(const Call& call);
+};
+
+/// All routes of the service.
+std::span<const Route> routes();
+
+/// An answer that holds {"data": value}.
+Answer dataAnswer(platform::Value value);
+
+/// An answer that holds the record, or tells the refusal.
+Answer answerFor(Outcome outcome);
+Answer answerFor(const Refusal& refusal);
+
+// Apps
+Answer showAppInfo(const Call& call);
+
+// Customers
+Answer createCustomer(const Call& call);
+Answer showCustomer(const Call& call);
+
+// Orders
+Answer listOrders(const Call& call);
+Answer createOrder(const Call& call);
+Answer updateOrder(const Call& call);
+
+// Events
+Answer createEvent(const Call& call);
+
+// Merchant's and tester's side
+Answer showConsole(const Call& call);
+Answer listAllOrders(const Call& call);
+Answer moveOrder(const Call& call);
+Answer listenForPushes(const Call& call);
+Answer listRequests(const Call& call);
+Answer demandAppVersion(const Call& call);
+Answer admitAllAppVersions(const Call& call);
+
+}  // namespace ovinta::sandbox

@@ -1,0 +1,35 @@
+#include "sandbox/Sandbox.h"
+
+#include <chrono>
+#include <utility>
+
+#include "sandbox/Server.h"
+
+namespace ovinta::sandbox {
+namespace {
+
+platform::Date systemNow() {
+  return std::chrono::floor<platform::Date::duration>(std::chrono::system_clock::now());
+}
+
+Options completed(Options options) {
+  if (!options.now) options.now = systemNow;
+  return options;
+}
+
+}  // namespace
+
+Sandbox::Sandbox(Options options)
+    : server_(std::make_unique<Server>(completed(std::move(options)))) {}
+
+Sandbox::~Sandbox() { stop(); }
+
+std::optional<std::string> Sandbox::start() { return server_->start(); }
+
+void Sandbox::stop() { server_->stop(); }
+
+int Sandbox::port() const { return server_->port(); }
+
+std::string Sandbox::baseURL() const { return "http://127.0.0.1:" + std::to_string(port()); }
+
+}  // namespace ovinta::sandbox

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "platform/Date.h"
+
+namespace ovinta::sandbox {
+
+struct Options {
+  /// The TCP port to serve on; 0 for any that is free.
+  int port = 0;
+  /// Tokens and redemption codes follow from it.
+  std::uint64_t seed = 1;
+  /// The service's clock, called from any thread, never under a lock; empty for the system's.
+  std::function<platform::Date()> now = {};
+  /// When given, requests of apps must carry exactly this app token.
+  std::optional<std::string> appToken = {};
+  /// When given, apps with an older version are told to upgrade.
+  std::optional<std::string> minimumAppVersion = {};
+};
+
+/// The REST service on one's own machine: serves 127.0.0.1 over HTTP, keeps everything in memory.
+/// The object itself is for one thread at a time; the service answers on threads of its own.
+class Sandbox {
+ public:
+  explicit Sandbox(Options options = {});
+  /// Stops the service.
+  ~Sandbox();
+
+  Sandbox(const Sandbox&) = delete;
+  Sandbox& operator=(const Sandbox&) = delete;
+
+  /// Binds the port and serves from now on; call it once. Answers what went wrong, as a sentence,
+  /// or absent when the service is ready.
+  std::optional<std::string> start();
+
+  /// Answers what is in progress, ends open streams, and returns when the last thread has ended. No
+  /// effect when the service does not run.
+  void stop();
+
+  /// The port in use; 0 before `start`.
+  int port() const;
+
+  /// The URL that apps take as base, without a final slash.
+  std::string baseURL() const;
+
+ private:
+  class Server;
+  std::unique_ptr<Server> server_;
+};
+
+}  // namespace ovinta::sandbox

@@ -1,0 +1,188 @@
+#include "sandbox/Server.h"
+
+#include <sys/socket.h>
+
+#include <chrono>
+#include <regex>
+#include <utility>
+
+#include "platform/JSON.h"
+#include "sandbox/Validation.h"
+
+namespace ovinta::sandbox {
+namespace {
+
+constexpr const char* kHost = "127.0.0.1";
+constexpr const char* kUpgradeURL = "https://example.com/upgrade";
+constexpr std::string_view kAppPaths = "/m/v1/";
+/// Each open stream of pushes holds one.
+constexpr std::size_t kThreads = 32;
+/// How long a client may leave a request unfinished.
+constexpr std::chrono::seconds kPatience{1};
+constexpr std::size_t kLargestBody = 1 << 20;
+/// How long a listener that has hung up can go unnoticed.
+constexpr std::chrono::milliseconds kListenerCheck{250};
+
+/// The text between the quotes of `Token token="..."`; empty for anything else.
+std::string customerToken(const std::string& authorization) {
+  static const std::regex kForm("Token token=\"([^\"]+)\"");
+  std::smatch parts;
+  return std::regex_match(authorization, parts, kForm) ? parts[1].str() : std::string();
+}
+
+Outcome dataOf(const std::string& body) {
+  const auto value = platform::parseJSON(body);
+  const auto* object = value ? value->as<platform::Dictionary>() : nullptr;
+  const auto* data = object ? platform::find<platform::Dictionary>(*object, "data") : nullptr;
+  if (data) return *data;
+  return refusal(Refusal::Kind::invalid, "data", fieldMessage("data", "is missing"));
+}
+
+/// Sends the listener's pushes as server-sent events until either side ends.
+void streamPushes(std::shared_ptr<PushMailbox::Listener> listener, const std::string& contentType,
+                  httplib::Response& reply) {
+  reply.set_chunked_content_provider(contentType, [listener = std::move(listener)](
+                                                      std::size_t offset, httplib::DataSink& sink) {
+    const auto send = [&](const std::string& text) { return sink.write(text.data(), text.size()); };
+    if (offset == 0) return send(": listening\n\n");
+    if (!sink.is_writable()) return false;
+    if (const auto payload = listener->next(kListenerCheck)) {
+      return send("event: push\ndata: " + *payload + "\n\n");
+    }
+    if (listener->isClosed()) sink.done();
+    return true;
+  });
+}
+
+}  // namespace
+
+Sandbox::Server::Server(const Options& options)
+    : appToken_(options.appToken), wantedPort_(options.port), service_(options.seed, options.now) {
+  service_.setMinimumAppVersion(options.minimumAppVersion.value_or(std::string()));
+  // One request per connection: an idle connection would hold a thread, and hold up stopping.
+  http_.set_keep_alive_max_count(1);
+  http_.set_keep_alive_timeout(kPatience.count());
+  http_.set_read_timeout(kPatience);
+  http_.set_tcp_nodelay(true);
+  http_.set_payload_max_length(kLargestBody);
+  // The default would let two services share a port unnoticed.
+  http_.set_socket_options([](socket_t socket) {
+    const int on = 1;
+    ::setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
+  });
+  for (const Route& route : routes()) addRoute(route);
+  addFallbacks();
+}
+
+std::optional<std::string> Sandbox::Server::start() {
+  const bool isBound = wantedPort_ == 0 ? (port_ = http_.bind_to_any_port(kHost)) > 0
+                                        : http_.bind_to_port(kHost, wantedPort_);
+  if (!isBound) {
+    port_ = 0;
+    return "Port " + std::to_string(wantedPort_) + " on " + kHost + " is taken or not allowed";
+  }
+  if (wantedPort_ != 0) port_ = wantedPort_;
+  // The queue is made once the server can be stopped; stopping it earlier would have no effect.
+  http_.new_task_queue = [this] {
+    ready_.set_value();
+    return new httplib::ThreadPool(kThreads);
+  };
+  thread_ = std::thread([this] { http_.listen_after_bind(); });
+  ready_.get_future().wait();
+  return std::nullopt;
+}
+
+void Sandbox::Server::stop() {
+  if (!thread_.joinable()) return;
+  service_.pushes.close();
+  http_.stop();
+  thread_.join();
+}
+
+void Sandbox::Server::addRoute(const Route& route) {
+  add(route.method, std::string(route.pattern),
+      [this, &route](const httplib::Request& request, const std::string& body, Reply& reply) {
+        finish(request, answer(route, request, body), reply);
+      });
+}
+
+void Sandbox::Server::addFallbacks() {
+  for (const char* method : {"GET", "POST", "PUT", "PATCH", "DELETE"}) {
+    add(method, ".*", [this](const httplib::Request& request, const std::string&, Reply& reply) {
+      const auto unknown =
+          refusal(Refusal::Kind::unknown, "path", fieldMessage("path", "is unknown"));
+      finish(request, answerFor(unknown), reply);
+    });
+  }
+}
+
+void Sandbox::Server::add(
+    std::string_view method, const std::string& pattern,
+    std::function<void(const httplib::Request&, const std::string&, Reply&)> handler) {
+  const auto bare = [handler](const httplib::Request& request, Reply& reply) {
+    handler(request, {}, reply);
+  };
+  // The body is read here since the server would wait for one even where none is announced.
+  const auto reading = [handler](const httplib::Request& request, Reply& reply,
+                                 const httplib::ContentReader& read) {
+    std::string body;
+    if (request.has_header("Content-Length") || request.has_header("Transfer-Encoding")) {
+      read([&](const char* data, std::size_t length) {
+        body.append(data, length);
+        return true;
+      });
+    }
+    handler(request, body, reply);
+  };
+  if (method == "GET") http_.Get(pattern, bare);
+  if (method == "POST") http_.Post(pattern, reading);
+  if (method == "PUT") http_.Put(pattern, reading);
+  if (method == "PATCH") http_.Patch(pattern, reading);
+  if (method == "DELETE") http_.Delete(pattern, reading);
+}
+
+Answer Sandbox::Server::answer(const Route& route, const httplib::Request& request,
+                               const std::string& body) {
+  Call call{.service = service_, .token = {}, .parameters = {}, .data = {}};
+  if (route.access == Access::customer) {
+    call.token = customerToken(request.get_header_value("Authorization"));
+  }
+  if (auto rejected = rejection(route.access, request, call.token)) return *std::move(rejected);
+  if (route.body == Body::data) {
+    Outcome data = dataOf(body);
+    if (const auto* refused = std::get_if<Refusal>(&data)) return answerFor(*refused);
+    call.data = std::get<platform::Dictionary>(std::move(data));
+  }
+  for (std::size_t group = 1; group < request.matches.size(); ++group) {
+    call.parameters.push_back(request.matches[group].str());
+  }
+  return route.handle(call);
+}
+
+std::optional<Answer> Sandbox::Server::rejection(Access access, const httplib::Request& request,
+                                                 const std::string& token) const {
+  if (access == Access::everyone) return std::nullopt;
+  if (!service_.admitsAppVersion(request.get_header_value("App-Version"))) {
+    return Answer{.status = 425, .headers = {{"App-Upgrade-URL", kUpgradeURL}}};
+  }
+  if (appToken_ && request.get_header_value("App-Token") != *appToken_) {
+    return Answer{.status = 401};
+  }
+  if (access == Access::customer && !service_.state.customer(token)) return Answer{.status = 401};
+  return std::nullopt;
+}
+
+void Sandbox::Server::finish(const httplib::Request& request, Answer answer, Reply& reply) {
+  if (request.path.starts_with(kAppPaths)) {
+    service_.requests.add(request.method, request.target, answer.status);
+  }
+  reply.status = answer.status;
+  for (const auto& [name, value] : answer.headers) reply.set_header(name, value);
+  if (answer.pushes) {
+    streamPushes(std::move(answer.pushes), answer.contentType, reply);
+  } else {
+    reply.set_content(answer.body, answer.contentType);
+  }
+}
+
+}  // namespace ovinta::sandbox

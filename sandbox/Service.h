@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "platform/Date.h"
+#include "sandbox/PushMailbox.h"
+#include "sandbox/RequestLog.h"
+#include "sandbox/SandboxState.h"
+#include "sandbox/WireForms.h"
+
+namespace ovinta::sandbox {
+
+/// The service behind the routes. May be used from any thread.
+class Service {
+ public:
+  Service(std::uint64_t seed, std::function<platform::Date()> now) : state(seed, std::move(now)) {}
+
+  SandboxState state;
+  PushMailbox pushes;
+  RequestLog requests;
+
+  /// Apps older than this version are told to upgrade; an empty text admits all.
+  void setMinimumAppVersion(std::string version) {
+    const std::lock_guard lock(mutex_);
+    minimumAppVersion_ = std::move(version);
+  }
+
+  bool admitsAppVersion(std::string_view version) const {
+    const std::lock_guard lock(mutex_);
+    return !isOlderVersion(version, minimumAppVersion_);
+  }
+
+ private:
+  mutable std::mutex mutex_;
+  std::string minimumAppVersion_;
+};
+
+}  // namespace ovinta::sandbox

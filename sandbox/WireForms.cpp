@@ -1,0 +1,100 @@
+#include "sandbox/WireForms.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <chrono>
+#include <regex>
+#include <span>
+#include <vector>
+
+namespace ovinta::sandbox {
+namespace {
+
+// The open states come first.
+constexpr std::array<std::string_view, 6> kOrderStates = {"created",   "ready",     "delayed",
+                                                          "cancelled", "completed", "gone"};
+constexpr std::size_t kOpenOrderStates = 3;
+
+constexpr std::array<std::string_view, 6> kCustomerStates = {"created", "en_route", "nearby",
+                                                             "arrived", "waiting",  "completed"};
+
+constexpr std::array<std::string_view, 5> kLocationPermissions = {
+    "not_determined", "restricted", "denied", "authorized_always", "authorized_when_in_use"};
+
+bool contains(std::span<const std::string_view> words, std::string_view text) {
+  return std::ranges::find(words, text) != words.end();
+}
+
+void appendDigits(std::string& text, long long value, std::size_t width) {
+  const std::string digits = std::to_string(value);
+  text.append(width > digits.size() ? width - digits.size() : 0, '0').append(digits);
+}
+
+bool isPickupInstant(const std::string& text) {
+  static const std::regex kForm(
+      R"((\d{4})-(\d\d)-(\d\d)T(\d\d):(\d\d):(\d\d)\.\d{3}[+-](\d\d)(\d\d))");
+  std::smatch parts;
+  if (!std::regex_match(text, parts, kForm)) return false;
+  const auto part = [&](int index) { return std::stoi(parts[index].str()); };
+  const std::chrono::year_month_day day{std::chrono::year(part(1)),
+                                        std::chrono::month(static_cast<unsigned>(part(2))),
+                                        std::chrono::day(static_cast<unsigned>(part(3)))};
+  return day.ok() && part(4) < 24 && part(5) < 60 && part(6) < 60 && part(7) < 24 && part(8) < 60;
+}
+
+std::vector<unsigned> versionNumbers(std::string_view version) {
+  std::vector<unsigned> numbers;
+  while (!version.empty()) {
+    const std::string_view part = version.substr(0, version.find('.'));
+    unsigned number = 0;
+    std::from_chars(part.data(), part.data() + part.size(), number);
+    numbers.push_back(number);
+    version.remove_prefix(std::min(part.size() + 1, version.size()));
+  }
+  while (!numbers.empty() && numbers.back() == 0) numbers.pop_back();
+  return numbers;
+}
+
+}  // namespace
+
+std::string dateText(platform::Date date) {
+  const auto midnight = std::chrono::floor<std::chrono::days>(date);
+  const std::chrono::year_month_day day{midnight};
+  const std::chrono::hh_mm_ss time{std::chrono::floor<std::chrono::milliseconds>(date - midnight)};
+  std::string text;
+  appendDigits(text, static_cast<int>(day.year()), 4);
+  appendDigits(text += '-', static_cast<unsigned>(day.month()), 2);
+  appendDigits(text += '-', static_cast<unsigned>(day.day()), 2);
+  appendDigits(text += 'T', time.hours().count(), 2);
+  appendDigits(text += ':', time.minutes().count(), 2);
+  appendDigits(text += ':', time.seconds().count(), 2);
+  appendDigits(text += '.', time.subseconds().count(), 3);
+  return text += 'Z';
+}
+
+std::string pushDateText(std::string_view answerText) {
+  return std::string(answerText.substr(0, answerText.find('Z'))) + "+0000";
+}
+
+bool isPickupWindow(std::string_view text) {
+  const auto slash = text.find('/');
+  return slash != std::string_view::npos && isPickupInstant(std::string(text.substr(0, slash))) &&
+         isPickupInstant(std::string(text.substr(slash + 1)));
+}
+
+bool isOrderState(std::string_view text) { return contains(kOrderStates, text); }
+
+bool isCustomerState(std::string_view text) { return contains(kCustomerStates, text); }
+
+bool isLocationPermission(std::string_view text) { return contains(kLocationPermissions, text); }
+
+bool isOpenOrderState(std::string_view text) {
+  return contains(std::span(kOrderStates).first<kOpenOrderStates>(), text);
+}
+
+bool isOlderVersion(std::string_view version, std::string_view than) {
+  return versionNumbers(version) < versionNumbers(than);
+}
+
+}  // namespace ovinta::sandbox

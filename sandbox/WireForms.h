@@ -1,0 +1,30 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "platform/Date.h"
+
+namespace ovinta::sandbox {
+
+/// The instant in UTC as answers carry it, e.g. "2024-05-01T12:00:00.000Z"; finer parts are cut.
+std::string dateText(platform::Date date);
+
+/// The same instant as push payloads carry it: with "+0000" in place of the final "Z".
+std::string pushDateText(std::string_view answerText);
+
+/// Whether the text is two instants such as "2024-05-01T12:00:00.000-0400", joined by one "/".
+bool isPickupWindow(std::string_view text);
+
+bool isOrderState(std::string_view text);
+bool isCustomerState(std::string_view text);
+bool isLocationPermission(std::string_view text);
+
+/// Whether an order in this state still takes part in a pickup.
+bool isOpenOrderState(std::string_view text);
+
+/// Whether the first of two dotted version numbers precedes the second; parts that are no number
+/// count as 0.
+bool isOlderVersion(std::string_view version, std::string_view than);
+
+}  // namespace ovinta::sandbox
