@@ -1,0 +1,31 @@
+#pragma once
+
+#include <memory>
+
+#include "platform/MainQueue.h"
+
+namespace ovinta::platform::linux {
+
+/// Fixes the calling thread as the main thread, unless one was fixed before.
+void rememberMainThread();
+
+/// The main queue as one source of the GLib main context of the default. It holds the tasks itself:
+/// GLib alone would run sources that are due together in the order in which they were attached.
+/// One task is run per turn of the loop, so that other sources get theirs. Tasks that are still
+/// waiting when the queue is destroyed are dropped.
+class GLibMainQueue : public MainQueue {
+ public:
+  GLibMainQueue();
+  ~GLibMainQueue() override;
+
+  bool isMain() const override;
+  void async(Task task) override;
+  void asyncAfter(TimeInterval delay, Task task) override;
+  void sync(Task task) override;
+
+ private:
+  class Source;
+  std::shared_ptr<Source> source_;
+};
+
+}  // namespace ovinta::platform::linux
