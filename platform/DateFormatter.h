@@ -14,10 +14,10 @@ struct DateFormat {
   /// A date pattern of Unicode Technical Standard 35.
   std::string pattern;
   /// A calendar identifier of the Unicode locale database, e.g. "iso8601".
-  std::optional<std::string> calendar;
-  std::optional<int> secondsFromGMT;
+  std::optional<std::string> calendar = {};
+  std::optional<int> secondsFromGMT = {};
   /// A locale identifier, e.g. "en_US_POSIX".
-  std::optional<std::string> locale;
+  std::optional<std::string> locale = {};
 };
 
 /// Writes instants as text and reads them back. May be used from any thread.

@@ -15,6 +15,7 @@ struct SourceLocation {
 /// Ends the process for a programming error that nothing can recover from: writes one line, made of
 /// message and location, to standard error and aborts. An empty message writes nothing. May be
 /// called from any thread.
-OVINTA_EXPORT [[noreturn]] void fatalError(std::string_view message = {}, SourceLocation location = {});
+OVINTA_EXPORT [[noreturn]] void fatalError(std::string_view message = {},
+                                           SourceLocation location = {});
 
 }  // namespace ovinta::platform

@@ -18,6 +18,11 @@ enum class ActivityType { other = 1, automotiveNavigation = 2, fitness = 3, othe
 /// 1 restricted, 2 denied, 3 always, 4 when in use. A platform may know further numbers.
 using AuthorizationStatus = int;
 
+inline constexpr AuthorizationStatus kAuthorizationNotDetermined = 0;
+
+/// Whether the application may follow the user: always, or when in use.
+constexpr bool isAuthorized(AuthorizationStatus status) { return status == 3 || status == 4; }
+
 /// A beacon as heard in one ranging interval.
 struct RangedBeacon {
   UUID proximityUUID;

@@ -7,8 +7,8 @@
 
 namespace ovinta::platform {
 
-/// The name of a notification; names are equal when their texts are. The text outlives the process's
-/// use of it: names are constants.
+/// The name of a notification; names are equal when their texts are. The text outlives the
+/// process's use of it: names are constants.
 struct NotificationName {
   std::string_view text;
 

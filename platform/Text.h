@@ -19,7 +19,8 @@ class Text {
   virtual std::string capitalized(std::string_view text) const = 0;
 
   /// The number that the whole text stands for: sign, digits, point, exponent. Absent for anything
-  /// else, among it blanks, hexadecimal numbers, infinities, not-a-numbers and numbers out of range.
+  /// else, among it blanks, hexadecimal numbers, infinities, not-a-numbers and numbers out of
+  /// range.
   virtual std::optional<double> decimal(std::string_view text) const = 0;
 };
 

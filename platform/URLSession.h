@@ -26,9 +26,9 @@ struct URLRequest {
   URL url;
   std::string method = "GET";
   /// Sent in this order, after the ones that the protocol itself demands.
-  std::vector<HeaderField> headers;
+  std::vector<HeaderField> headers{};
   /// Absent: no body at all.
-  std::optional<std::string> body;
+  std::optional<std::string> body{};
   CachePolicy cachePolicy = CachePolicy::useProtocolCachePolicy;
   /// The longest time without any progress, connecting included.
   std::chrono::milliseconds timeout{60'000};
@@ -37,7 +37,7 @@ struct URLRequest {
 struct OVINTA_EXPORT HTTPResponse {
   int statusCode = 0;
   /// In the order received, names as received.
-  std::vector<HeaderField> headers;
+  std::vector<HeaderField> headers{};
 
   /// The value of the first field of that name, compared without regard to case; else absent.
   std::optional<std::string> header(std::string_view name) const;
@@ -54,9 +54,9 @@ class URLSession {
  public:
   /// Receives (data, response, error). A complete answer: data (possibly empty) and response. A
   /// failure: the error, and the response if its head had arrived.
-  using Completion = std::function<void(std::optional<std::string> data,
-                                        std::optional<HTTPResponse> response,
-                                        std::optional<TransportError> error)>;
+  using Completion =
+      std::function<void(std::optional<std::string> data, std::optional<HTTPResponse> response,
+                         std::optional<TransportError> error)>;
 
   virtual ~URLSession() = default;
 

@@ -29,8 +29,7 @@ struct Value {
   Value(List list) : storage(std::move(list)) {}
   Value(Dictionary dictionary) : storage(std::move(dictionary)) {}
   template <class T>
-    requires std::is_arithmetic_v<T>
-  Value(T number) {
+  requires std::is_arithmetic_v<T> Value(T number) {
     if constexpr (std::is_same_v<T, bool>) {
       storage = number;
     } else if constexpr (std::is_integral_v<T>) {

@@ -1,0 +1,64 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "OvintaSDK/api/APIPath.h"
+#include "OvintaSDK/api/ErrorContext.h"
+#include "OvintaSDK/api/HTTPStatusCode.h"
+#include "OvintaSDK/api/OvintaError.h"
+#include "platform/OperationQueue.h"
+#include "platform/URLSession.h"
+
+namespace ovinta {
+
+/// What tells one endpoint of the service from another.
+struct Endpoint {
+  APIPath path;
+  std::string_view method = "GET";
+  /// The customer's token, where the endpoint needs one.
+  std::optional<std::string> token = {};
+  std::optional<std::vector<platform::URLQueryItem>> queryItems = {};
+  /// The one status that means success.
+  HTTPStatusCode success = HTTPStatusCode::ok;
+};
+
+/// The frame of every call to the service: builds the request, starts it, and judges the answer.
+/// The result is reported once, on the callback thread of the URL session (in `main` itself when no
+/// request can be built). Nothing is retried. Must be held by a shared pointer.
+class APIOperation : public platform::Operation,
+                     public ErrorContext,
+                     public std::enable_shared_from_this<APIOperation> {
+ public:
+  /// Starts the request and returns; the operation then lives on until the answer is there.
+  void main() final;
+
+ protected:
+  /// `apiURL` is the service's base URL.
+  explicit APIOperation(std::string apiURL) : apiURL_(std::move(apiURL)) {}
+
+  virtual Endpoint endpoint() const = 0;
+  /// The JSON text to send; absent for none. Throws `platform::CodingError`.
+  virtual std::optional<std::string> body() const { return std::nullopt; }
+
+  /// Whether there is anybody to report to; if not, the answer is dropped.
+  virtual bool hasCallback() const = 0;
+  /// Takes the body of a success answer.
+  virtual void succeed(const std::string& data) = 0;
+  virtual void fail(ErrorPtr error) = 0;
+  /// Takes an answer of another status than the one for success.
+  virtual void refuse(const std::optional<platform::HTTPResponse>& response,
+                      const std::optional<std::string>& data);
+
+ private:
+  void complete(const std::optional<std::string>& data,
+                const std::optional<platform::HTTPResponse>& response,
+                const std::optional<platform::TransportError>& error);
+
+  std::string apiURL_;
+};
+
+}  // namespace ovinta

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "OvintaSDK/api/OrderOperation.h"
+#include "OvintaSDK/model/Customer.h"
+#include "OvintaSDK/model/wire/OrderRequestWire.h"
+
+namespace ovinta {
+
+/// Creates an order for a customer.
+class CreateOrderOperation final : public OrderOperation {
+ public:
+  CreateOrderOperation(std::string apiURL, std::shared_ptr<const Customer> customer,
+                       CreateOrderInfo orderInfo, Callback callback)
+      : OrderOperation(std::move(apiURL), std::move(callback)),
+        customer_(std::move(customer)),
+        orderInfo_(std::move(orderInfo)) {}
+
+  std::string_view errorContext() const override { return "creating order"; }
+
+ private:
+  Endpoint endpoint() const override {
+    return {.path = APIPath::orders(), .method = "POST", .token = customer_->token};
+  }
+  std::optional<std::string> body() const override { return encodeBody(orderInfo_); }
+
+  std::shared_ptr<const Customer> customer_;
+  CreateOrderInfo orderInfo_;
+};
+
+}  // namespace ovinta

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace ovinta {
+
+/// The service's error answer: {"errors": {field: [message, ...]}}.
+struct ErrorBody {
+  std::map<std::string, std::vector<std::string>> errors;
+
+  /// The body that the JSON text holds; absent when it is none.
+  static std::optional<ErrorBody> parse(std::string_view text);
+
+  /// All messages of all fields, in the order of the fields' names, joined with ", ".
+  std::string message() const;
+};
+
+}  // namespace ovinta

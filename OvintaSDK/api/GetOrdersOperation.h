@@ -1,0 +1,32 @@
+#pragma once
+
+#include "OvintaSDK/api/ResultOperation.h"
+#include "OvintaSDK/model/Customer.h"
+#include "OvintaSDK/model/wire/OrderWire.h"
+
+namespace ovinta {
+
+/// Gets all orders of a customer.
+class GetOrdersOperation final : public ResultOperation<std::optional<OrderList>> {
+ public:
+  GetOrdersOperation(std::string apiURL, std::shared_ptr<const Customer> customer,
+                     Callback callback)
+      : ResultOperation(std::move(apiURL), std::move(callback)), customer_(std::move(customer)) {}
+
+  std::string_view errorContext() const override { return "getting orders"; }
+
+ private:
+  Endpoint endpoint() const override {
+    return {.path = APIPath::orders(), .token = customer_->token};
+  }
+  std::optional<OrderList> decode(const platform::JSONValue& answer) const override {
+    return decodeData<OrderList>(answer);
+  }
+  std::string_view decodingFailureLogLine() const override {
+    return "Unexpected error Getting Orders: ";
+  }
+
+  std::shared_ptr<const Customer> customer_;
+};
+
+}  // namespace ovinta

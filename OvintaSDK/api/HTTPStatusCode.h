@@ -1,0 +1,27 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace ovinta {
+
+/// The statuses that the service uses.
+enum class HTTPStatusCode {
+  ok = 200,
+  accepted = 202,
+  noContent = 204,
+  unauthorized = 401,
+  notFound = 404,
+  gone = 410,
+  unprocessableEntity = 422,
+  /// The service's own choice; not the usual status for a required upgrade.
+  appUpgradeRequired = 425
+};
+
+/// The status with that number; absent when the service does not use it.
+std::optional<HTTPStatusCode> httpStatusCode(int number);
+
+/// The message for an answer of that status without a readable body; absent when there is none.
+std::optional<std::string> defaultMessage(HTTPStatusCode status);
+
+}  // namespace ovinta

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "OvintaSDK/api/OrderOperation.h"
+#include "OvintaSDK/model/wire/OrderRequestWire.h"
+
+namespace ovinta {
+
+/// Puts a push token on an order.
+class UpdateOrderOperation final : public OrderOperation {
+ public:
+  UpdateOrderOperation(std::string apiURL, std::string customerToken, std::string redemptionCode,
+                       std::string pushToken, Callback callback)
+      : OrderOperation(std::move(apiURL), std::move(callback)),
+        customerToken_(std::move(customerToken)),
+        redemptionCode_(std::move(redemptionCode)),
+        pushToken_(std::move(pushToken)) {}
+
+  std::string_view errorContext() const override { return "updating order"; }
+
+ private:
+  Endpoint endpoint() const override {
+    return {.path = APIPath::order(redemptionCode_), .method = "PUT", .token = customerToken_};
+  }
+  std::optional<std::string> body() const override {
+    return encodeBody(UpdateOrderInfo{.pushToken = pushToken_});
+  }
+
+  std::string customerToken_;
+  std::string redemptionCode_;
+  std::string pushToken_;
+};
+
+}  // namespace ovinta

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <mutex>
+#include <utility>
+
+namespace ovinta {
+
+/// A value that several threads may read and replace. Nothing is promised across two of them.
+template <class T>
+class Guarded {
+ public:
+  Guarded() = default;
+  explicit Guarded(T value) : value_(std::move(value)) {}
+
+  T get() const {
+    const std::scoped_lock lock(mutex_);
+    return value_;
+  }
+
+  void set(T value) {
+    // Swapped, so that the old value, whose destructor may run foreign code, outlives the lock.
+    const std::scoped_lock lock(mutex_);
+    std::swap(value_, value);
+  }
+
+  /// Copies one field of the value.
+  template <class Field>
+  Field get(Field T::*field) const {
+    const std::scoped_lock lock(mutex_);
+    return value_.*field;
+  }
+
+  /// Replaces one field of the value.
+  template <class Field>
+  void set(Field T::*field, Field value) {
+    const std::scoped_lock lock(mutex_);
+    std::swap(value_.*field, value);
+  }
+
+ private:
+  mutable std::mutex mutex_;
+  T value_{};
+};
+
+}  // namespace ovinta

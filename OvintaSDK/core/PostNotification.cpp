@@ -1,0 +1,11 @@
+#include "OvintaSDK/core/PostNotification.h"
+
+#include "platform/Services.h"
+
+namespace ovinta {
+
+void postNotification(platform::NotificationName name, std::any object) {
+  platform::services().notificationCenter->post({.name = name, .object = std::move(object)});
+}
+
+}  // namespace ovinta

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <memory>
+
+#include "OvintaSDK/model/Customer.h"
+
+namespace ovinta {
+
+/// The customer kept in the settings store; null when one of name, vehicle type, vehicle colour,
+/// licence plate and token is missing. May be called from any thread, as the others here.
+std::shared_ptr<const Customer> loadStoredCustomer();
+
+/// Keeps the customer; absent fields remove what was stored under their keys.
+void storeCustomer(const Customer& customer);
+
+/// Forgets the token alone: name and vehicle stay, to prefill a later login.
+void forgetStoredToken();
+
+}  // namespace ovinta

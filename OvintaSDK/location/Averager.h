@@ -1,0 +1,19 @@
+#pragma once
+
+#include <cstdint>
+
+namespace ovinta {
+
+/// A running mean that keeps no samples: the plain mean of the first ten, from then on an
+/// exponential smoothing in which each new sample weighs 1/10.
+struct Averager {
+  std::int64_t maxCount = 10;
+  /// The number of samples folded in.
+  std::int64_t count = 0;
+  float value = 0;
+
+  /// Folds one sample in. More than 2^63 - 1 samples are a fatal error.
+  void add(float sample);
+};
+
+}  // namespace ovinta

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "OvintaSDK/location/Averager.h"
+#include "OvintaSDK/location/BeaconIdentifiers.h"
+#include "platform/Date.h"
+
+namespace ovinta {
+
+/// What is known of one beacon.
+struct Beacon {
+  BeaconIdentifiers identifiers;
+  /// Received signal strength in dBm.
+  Averager rssi = {};
+  /// Estimated distance in metres.
+  Averager distance = {};
+  /// When it was last heard.
+  platform::Date scannedAt = platform::kDistantPast;
+};
+
+}  // namespace ovinta

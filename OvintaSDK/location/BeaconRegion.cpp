@@ -1,0 +1,12 @@
+#include "OvintaSDK/location/BeaconRegion.h"
+
+namespace ovinta {
+
+platform::BeaconRegion BeaconRegion::region() const {
+  return {.proximityUUID = uuid,
+          .major = major,
+          .minor = major ? minor : std::nullopt,
+          .identifier = "siteBeaconRegion"};
+}
+
+}  // namespace ovinta

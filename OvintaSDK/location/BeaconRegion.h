@@ -1,0 +1,27 @@
+#pragma once
+
+#include <compare>
+#include <cstdint>
+#include <optional>
+
+#include "platform/Export.h"
+#include "platform/Region.h"
+#include "platform/UUID.h"
+
+namespace ovinta {
+
+/// A beacon region as the service describes it. Two are equal when all three fields are.
+struct OVINTA_EXPORT BeaconRegion {
+  platform::UUID uuid;
+  /// Absent: all majors.
+  std::optional<std::uint16_t> major;
+  /// Absent: all minors. Without a major it means nothing.
+  std::optional<std::uint16_t> minor;
+
+  /// The platform's region for this one. Every one bears the identifier "siteBeaconRegion".
+  platform::BeaconRegion region() const;
+
+  friend auto operator<=>(const BeaconRegion&, const BeaconRegion&) = default;
+};
+
+}  // namespace ovinta

@@ -1,0 +1,103 @@
+#include <chrono>
+#include <string>
+
+#include "OvintaSDK/api/CreateOrderEventOperation.h"
+#include "OvintaSDK/core/LogLine.h"
+#include "OvintaSDK/core/OvintaState.h"
+#include "OvintaSDK/core/PostNotification.h"
+#include "OvintaSDK/core/SDKNotifications.h"
+#include "OvintaSDK/core/UserDefaultsKey.h"
+#include "OvintaSDK/customer/CustomerManager.h"
+#include "OvintaSDK/location/LocationUpdater.h"
+#include "OvintaSDK/orders/OrdersManager.h"
+#include "platform/Services.h"
+
+namespace ovinta {
+namespace {
+
+using namespace std::chrono_literals;
+using platform::services;
+
+/// The shortest time between two sends, and the delay after which a new position is looked at.
+constexpr auto kSendInterval = 2s;
+/// The shortest time from one send to the next that a beacon causes.
+constexpr auto kBeaconSendInterval = 5s;
+/// A position of this age or older is never sent.
+constexpr auto kLocationLifetime = 30s;
+
+platform::Date now() { return services().clock->now(); }
+
+/// Sends the event without anybody waiting for the outcome; without a base URL or a customer it is
+/// dropped.
+void queueEvent(OrderEvent event) {
+  const auto apiURL = UserDefaultsKey::apiBase.stringValue();
+  if (!apiURL) return;
+  const CustomerPtr customer = OvintaState::current().customer().current();
+  if (!customer) return;
+  OvintaState::current().apiQueue().addOperation(std::make_shared<CreateOrderEventOperation>(
+      *apiURL, customer, std::move(event), [](const auto&, const auto&) {}));
+}
+
+}  // namespace
+
+void LocationUpdater::didUpdateLocations(const std::vector<platform::Location>& locations) {
+  if (locations.empty()) return;
+  lastLocation_ = locations.back();
+  services().mainQueue->asyncAfter(kSendInterval, [this] { checkLocationUpdate(); });
+}
+
+void LocationUpdater::checkLocationUpdate() {
+  if (locationSentAt_ >= now() - kSendInterval) return;
+  postNotification(SDKNotification::locationUpdate,
+                   lastLocation_ ? std::any(*lastLocation_) : std::any());
+  sendLocationUpdate();
+  adjustAccuracy();
+}
+
+void LocationUpdater::didRangeBeacons(const std::vector<platform::RangedBeacon>& beacons,
+                                      const platform::BeaconRegion& /*region*/) {
+  beaconList_.update(beacons);
+  if (!beaconList_.empty() && locationSentAt_ < now() - kBeaconSendInterval) sendLocationUpdate();
+}
+
+void LocationUpdater::sendLocationUpdate() {
+  // Set before anything can fail: an attempt that sends nothing counts as well.
+  locationSentAt_ = now();
+  beaconList_.prune();
+  const std::vector<Beacon> beacons = beaconList_.list();
+  const auto orders = OvintaState::current().orders().open();
+  if (!orders || !lastLocation_ || lastLocation_->timestamp <= now() - kLocationLifetime) return;
+  logLine("sending location update");
+  for (const OrderPtr& order : *orders) {
+    queueEvent(OrderEvent::locationUpdate(order->id, *lastLocation_, beacons, std::nullopt));
+  }
+}
+
+void LocationUpdater::didChangeAuthorizationStatus(platform::AuthorizationStatus status) {
+  handleAuthorizationChange(status);
+}
+
+void LocationUpdater::handleAuthorizationChange(platform::AuthorizationStatus status) {
+  postNotification(SDKNotification::locationAuthorizationChanged);
+  authorized_ = platform::isAuthorized(status);
+  if (!authorized_) {
+    refuseTracking();
+  } else if (tracking_) {
+    startUpdates();
+  }
+  const std::string text = std::to_string(status);
+  if (UserDefaultsKey::lastKnownAuthStatus.stringValue() == text) return;
+  UserDefaultsKey::lastKnownAuthStatus.set(text);
+  reportPermission(status);
+}
+
+void LocationUpdater::reportPermission(platform::AuthorizationStatus status) {
+  const auto known = stateFromRawValue<LocationAuthStatus>(status);
+  const auto orders = OvintaState::current().orders().open();
+  if (!known || !orders) return;
+  for (const OrderPtr& order : *orders) {
+    OvintaState::current().orders().sendEvent(OrderEvent::permissionUpdate(order->id, *known), {});
+  }
+}
+
+}  // namespace ovinta

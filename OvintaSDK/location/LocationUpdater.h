@@ -1,0 +1,64 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <set>
+#include <vector>
+
+#include "OvintaSDK/location/BeaconList.h"
+#include "OvintaSDK/location/BeaconRegion.h"
+#include "OvintaSDK/model/OrderEvent.h"
+#include "platform/LocationManager.h"
+#include "platform/NotificationCenter.h"
+
+namespace ovinta {
+
+/// Follows the user while orders are open and reports positions, beacons and changes of permission
+/// to the service. Keeps no orders of its own: it asks the orders manager each time. Made and used
+/// on the main thread only; lives as long as the process.
+class LocationUpdater final : public platform::LocationManagerDelegate {
+ public:
+  LocationUpdater();
+  ~LocationUpdater() override;
+  LocationUpdater(const LocationUpdater&) = delete;
+  LocationUpdater& operator=(const LocationUpdater&) = delete;
+
+  /// Stops following; what is known of position and beacons is kept.
+  void stopTracking();
+
+  void didUpdateLocations(const std::vector<platform::Location>& locations) override;
+  void didChangeAuthorizationStatus(platform::AuthorizationStatus status) override;
+  void didRangeBeacons(const std::vector<platform::RangedBeacon>& beacons,
+                       const platform::BeaconRegion& region) override;
+
+ private:
+  /// May run on any thread: goes on on the main queue.
+  void ordersUpdated(const platform::Notification& notification);
+  /// Does nothing; registered for what is to come.
+  void appForegrounded(const platform::Notification& notification);
+
+  void evaluateOrders();
+  void startTracking();
+  void startUpdates();
+  void refuseTracking();
+  void refreshBeaconRegions();
+  void stopBeaconRegions();
+  void checkLocationUpdate();
+  void sendLocationUpdate();
+  void adjustAccuracy();
+  std::optional<double> nearestSiteDistance(const platform::Location& location) const;
+  void handleAuthorizationChange(platform::AuthorizationStatus status);
+  void reportPermission(platform::AuthorizationStatus status);
+
+  std::unique_ptr<platform::LocationManager> manager_;
+  /// Recorded for debugging; no decision depends on it.
+  bool authorized_ = false;
+  bool tracking_ = false;
+  std::optional<platform::Location> lastLocation_;
+  /// When sending was last attempted, whether or not there was anything to send.
+  platform::Date locationSentAt_ = platform::kDistantPast;
+  BeaconList beaconList_;
+  std::vector<std::unique_ptr<platform::NotificationObserver>> observers_;
+};
+
+}  // namespace ovinta

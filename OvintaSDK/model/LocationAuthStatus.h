@@ -1,0 +1,37 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string_view>
+
+#include "OvintaSDK/model/StateTable.h"
+
+namespace ovinta {
+
+/// The location permission that the customer has granted to the application. The raw values are the
+/// platform's (`platform::AuthorizationStatus`): `stateFromRawValue` maps one to the other.
+enum class LocationAuthStatus : std::int64_t {
+  notDetermined = 0,
+  restricted = 1,
+  denied = 2,
+  authorizedAlways = 3,
+  authorizedWhenInUse = 4
+};
+
+template <>
+struct StateTable<LocationAuthStatus> {
+  static constexpr std::array<StateRow<LocationAuthStatus>, 5> kRows{{
+      {LocationAuthStatus::notDetermined, "not_determined"},
+      {LocationAuthStatus::restricted, "restricted"},
+      {LocationAuthStatus::denied, "denied"},
+      {LocationAuthStatus::authorizedAlways, "authorized_always"},
+      {LocationAuthStatus::authorizedWhenInUse, "authorized_when_in_use"},
+  }};
+};
+
+/// The wire string.
+inline std::string_view description(LocationAuthStatus status) {
+  return stateRow(status).wireString;
+}
+
+}  // namespace ovinta

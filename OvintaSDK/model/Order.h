@@ -1,0 +1,97 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "OvintaSDK/core/Guarded.h"
+#include "OvintaSDK/model/OrderDetails.h"
+#include "OvintaSDK/model/OrderProgress.h"
+#include "platform/Export.h"
+#include "platform/Location.h"
+
+namespace ovinta {
+
+/// One pickup order as the service sent it. The orders manager changes the same object in place
+/// when an event or a push moves the order on. May be used from any thread: each field is safe by
+/// itself, nothing is promised across fields.
+class OVINTA_EXPORT Order : public OrderDetails {
+ public:
+  Order(OrderDetails details, OrderProgress progress)
+      : OrderDetails(std::move(details)), progress_(std::move(progress)) {}
+
+  OrderState state() const { return progress_.get(&OrderProgress::state); }
+  CustomerState customerState() const { return progress_.get(&OrderProgress::customerState); }
+  std::optional<std::string> pickupType() const {
+    return progress_.get(&OrderProgress::pickupType);
+  }
+  std::optional<platform::Date> etaAt() const { return progress_.get(&OrderProgress::etaAt); }
+  std::optional<platform::Date> completedAt() const {
+    return progress_.get(&OrderProgress::completedAt);
+  }
+  std::optional<platform::Date> createdAt() const {
+    return progress_.get(&OrderProgress::createdAt);
+  }
+  std::optional<platform::Date> updatedAt() const {
+    return progress_.get(&OrderProgress::updatedAt);
+  }
+  std::optional<std::string> customerRating() const {
+    return progress_.get(&OrderProgress::customerRating);
+  }
+  std::optional<std::string> customerComment() const {
+    return progress_.get(&OrderProgress::customerComment);
+  }
+  std::optional<std::string> pushToken() const { return progress_.get(&OrderProgress::pushToken); }
+
+  // The setters only store the value: nothing is sent, nothing is written to the order store.
+  void setState(OrderState state) { progress_.set(&OrderProgress::state, state); }
+  void setCustomerState(CustomerState state) {
+    progress_.set(&OrderProgress::customerState, state);
+  }
+  void setPickupType(std::optional<std::string> type) {
+    progress_.set(&OrderProgress::pickupType, std::move(type));
+  }
+  void setEtaAt(std::optional<platform::Date> date) { progress_.set(&OrderProgress::etaAt, date); }
+  void setCompletedAt(std::optional<platform::Date> date) {
+    progress_.set(&OrderProgress::completedAt, date);
+  }
+  void setCreatedAt(std::optional<platform::Date> date) {
+    progress_.set(&OrderProgress::createdAt, date);
+  }
+  void setUpdatedAt(std::optional<platform::Date> date) {
+    progress_.set(&OrderProgress::updatedAt, date);
+  }
+  void setCustomerRating(std::optional<std::string> rating) {
+    progress_.set(&OrderProgress::customerRating, std::move(rating));
+  }
+  void setCustomerComment(std::optional<std::string> comment) {
+    progress_.set(&OrderProgress::customerComment, std::move(comment));
+  }
+  void setPushToken(std::optional<std::string> token) {
+    progress_.set(&OrderProgress::pushToken, std::move(token));
+  }
+
+  /// A copy of all changing fields, taken at one moment.
+  OrderProgress progress() const { return progress_.get(); }
+
+  /// Whether both the store and the customer still have to act: the state is created, ready or
+  /// delayed, and the customer has not completed the journey.
+  bool isOpen() const { return ovinta::isOpen(state()) && ovinta::isOpen(customerState()); }
+
+  /// Where the site is; absent when a coordinate is, or is not a decimal number. The range of the
+  /// numbers is not checked.
+  std::optional<platform::Location> siteLocation() const;
+
+  /// The distance to `siteLocation()` in metres, along the WGS84 geodesic; absent when that is.
+  std::optional<double> siteDistance(const platform::Location& from) const;
+
+ private:
+  Guarded<OrderProgress> progress_;
+};
+
+using OrderPtr = std::shared_ptr<Order>;
+using OrderList = std::vector<OrderPtr>;
+
+}  // namespace ovinta

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+#include "OvintaSDK/model/StateTable.h"
+
+namespace ovinta {
+
+/// The state of an order as the store sees it.
+enum class OrderState : std::int64_t {
+  created = 0,
+  ready = 1,
+  delayed = 2,
+  cancelled = 3,
+  completed = 4,
+  gone = 5
+};
+
+template <>
+struct StateTable<OrderState> {
+  static constexpr std::array<StateRow<OrderState>, 6> kRows{{
+      {OrderState::created, "created", true},
+      {OrderState::ready, "ready", true},
+      {OrderState::delayed, "delayed", true},
+      {OrderState::cancelled, "cancelled", false},
+      {OrderState::completed, "completed", false},
+      {OrderState::gone, "gone", false},
+  }};
+};
+
+/// Whether the store still works towards the pickup.
+inline bool isOpen(OrderState state) { return stateRow(state).isOpen; }
+
+}  // namespace ovinta

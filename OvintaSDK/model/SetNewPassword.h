@@ -1,0 +1,14 @@
+#pragma once
+
+#include <string>
+
+namespace ovinta {
+
+/// Sets a new password with the token of a reset message.
+struct SetNewPassword {
+  std::string resetPasswordToken;
+  std::string password;
+  std::string confirmation;
+};
+
+}  // namespace ovinta

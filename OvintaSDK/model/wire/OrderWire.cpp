@@ -1,0 +1,36 @@
+#include "OvintaSDK/model/wire/OrderWire.h"
+
+namespace ovinta::wire {
+namespace {
+
+/// The positions, in the order's table, of the fields that `OrderDetails` holds.
+constexpr auto detailPositions() {
+  constexpr std::size_t kAll = kFieldCount<Order>;
+  std::array<std::size_t, kAll> positions{};
+  std::size_t count = 0;
+  forEachField<Order>([&](auto position) {
+    using Owner = typename FieldAt<Order, position()>::Owner;
+    if (std::is_same_v<Owner, OrderDetails>) positions[count++] = position();
+  });
+  return std::pair(positions, count);
+}
+
+template <std::size_t... I>
+OrderDetails takeDetails(Slots<Order>& slots, std::index_sequence<I...>) {
+  return OrderDetails{slots.take<detailPositions().first[I]>()...};
+}
+
+}  // namespace
+
+OrderPtr WireForm<OrderPtr>::decode(const platform::JSONValue& value) {
+  Slots<Order> slots(value);
+  OrderDetails details = takeDetails(slots, std::make_index_sequence<detailPositions().second>{});
+  return std::make_shared<Order>(std::move(details), slots.assemble<OrderProgress>());
+}
+
+void WireForm<OrderPtr>::encode(platform::JSONWriter& writer, const OrderPtr& order) {
+  const OrderDetails& details = *order;
+  encodeRecord<Order>(writer, details, order->progress());
+}
+
+}  // namespace ovinta::wire

@@ -1,0 +1,141 @@
+#pragma once
+
+#include <cstdint>
+#include <limits>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "OvintaSDK/model/StateTable.h"
+#include "platform/Date.h"
+#include "platform/JSON.h"
+#include "platform/UUID.h"
+
+namespace ovinta {
+struct PickupWindow;
+}
+
+namespace ovinta::wire {
+
+/// How a type is read from and written to JSON: `decode(JSONValue)` and `encode(JSONWriter&,
+/// value)`. Both throw `platform::CodingError`.
+template <class T>
+struct WireForm;
+
+/// The error for a value of another kind than the one asked for; null counts as no value.
+[[noreturn]] void throwMismatch(const platform::JSONValue& value, std::string_view expected);
+
+/// The value when it is present, otherwise the error for it.
+template <class T>
+T expect(std::optional<T> decoded, const platform::JSONValue& value, std::string_view expected) {
+  if (!decoded) throwMismatch(value, expected);
+  return *std::move(decoded);
+}
+
+template <>
+struct WireForm<std::string> {
+  static std::string decode(const platform::JSONValue& value) {
+    return std::string(expect(value.string(), value, "a string"));
+  }
+  static void encode(platform::JSONWriter& writer, const std::string& text) { writer.string(text); }
+};
+
+template <>
+struct WireForm<bool> {
+  static bool decode(const platform::JSONValue& value) {
+    return expect(value.boolean(), value, "a boolean");
+  }
+  static void encode(platform::JSONWriter& writer, bool flag) { writer.boolean(flag); }
+};
+
+template <>
+struct WireForm<std::int64_t> {
+  static std::int64_t decode(const platform::JSONValue& value) {
+    return expect(value.integer(), value, "an integer");
+  }
+  static void encode(platform::JSONWriter& writer, std::int64_t number) { writer.integer(number); }
+};
+
+template <>
+struct WireForm<std::uint16_t> {
+  static std::uint16_t decode(const platform::JSONValue& value);
+  static void encode(platform::JSONWriter& writer, std::uint16_t number) { writer.integer(number); }
+};
+
+template <>
+struct WireForm<double> {
+  static double decode(const platform::JSONValue& value) {
+    return expect(value.number(), value, "a number");
+  }
+  static void encode(platform::JSONWriter& writer, double number) { writer.number(number); }
+};
+
+/// Written only: smoothed measures, in the width in which they are kept.
+template <>
+struct WireForm<float> {
+  static void encode(platform::JSONWriter& writer, float number) { writer.number(number); }
+};
+
+template <>
+struct WireForm<platform::UUID> {
+  static platform::UUID decode(const platform::JSONValue& value);
+  static void encode(platform::JSONWriter& writer, const platform::UUID& uuid);
+};
+
+/// Instants of the service, e.g. "2021-03-04T20:30:00.000Z".
+template <>
+struct WireForm<platform::Date> {
+  static platform::Date decode(const platform::JSONValue& value);
+  static void encode(platform::JSONWriter& writer, platform::Date date);
+};
+
+/// Two instants in the device's zone joined by "/".
+template <>
+struct WireForm<PickupWindow> {
+  static PickupWindow decode(const platform::JSONValue& value);
+  static void encode(platform::JSONWriter& writer, const PickupWindow& window);
+};
+
+template <class State>
+requires requires { StateTable<State>::kRows; }
+struct WireForm<State> {
+  static State decode(const platform::JSONValue& value) {
+    using platform::CodingError;
+    const auto state = stateFromWireString<State>(expect(value.string(), value, "a string"));
+    if (!state) throw CodingError(CodingError::Kind::valueNotFound, "Unknown Value");
+    return *state;
+  }
+  static void encode(platform::JSONWriter& writer, State state) {
+    using platform::CodingError;
+    const StateRow<State>* row = findStateRow(state);
+    if (!row) throw CodingError(CodingError::Kind::invalidValue, "Invalid Value");
+    writer.string(row->wireString);
+  }
+};
+
+template <class T>
+struct WireForm<std::vector<T>> {
+  static std::vector<T> decode(const platform::JSONValue& value) {
+    if (value.kind() != platform::JSONValue::Kind::array) throwMismatch(value, "an array");
+    platform::JSONArrayCursor cursor(value);
+    std::vector<T> elements;
+    elements.reserve(cursor.size());
+    platform::JSONValue element;
+    while (cursor.next(element)) {
+      try {
+        elements.push_back(WireForm<T>::decode(element));
+      } catch (platform::CodingError& error) {
+        error.prependIndex(elements.size());
+        throw;
+      }
+    }
+    return elements;
+  }
+  static void encode(platform::JSONWriter& writer, const std::vector<T>& elements) {
+    writer.beginArray();
+    for (const T& element : elements) WireForm<T>::encode(writer, element);
+    writer.endArray();
+  }
+};
+
+}  // namespace ovinta::wire

@@ -1,0 +1,108 @@
+#include "OvintaSDK/api/CreateOrderOperation.h"
+#include "OvintaSDK/api/UpdateOrderOperation.h"
+#include "OvintaSDK/core/LogLine.h"
+#include "OvintaSDK/core/OvintaState.h"
+#include "OvintaSDK/core/TextHelpers.h"
+#include "OvintaSDK/core/UserDefaultsKey.h"
+#include "OvintaSDK/customer/CustomerManager.h"
+#include "OvintaSDK/orders/OrdersManager.h"
+#include "platform/Services.h"
+
+namespace ovinta {
+namespace {
+
+CustomerInfo customerInfoOf(const CreateOrderInfo& info) {
+  return {.name = info.customerName.value_or(""),
+          .carType = info.customerCarType.value_or(""),
+          .carColor = info.customerCarColor.value_or(""),
+          .licensePlate = info.customerLicensePlate.value_or(""),
+          .phone = info.customerPhone};
+}
+
+}  // namespace
+
+void OrdersManager::create(std::int64_t siteID, std::string partnerIdentifier,
+                           const CustomerInfo& customerInfo,
+                           std::optional<PickupWindow> pickupWindow, OrderState state,
+                           OrderCallback callback) {
+  create(CreateOrderInfo::withCustomerInfo(siteID, std::move(partnerIdentifier), customerInfo,
+                                           OvintaState::current().pushToken.get(), state,
+                                           pickupWindow),
+         std::move(callback));
+}
+
+void OrdersManager::create(std::int64_t siteID, std::string partnerIdentifier,
+                           const CustomerInfo& customerInfo,
+                           std::optional<PickupWindow> pickupWindow, OrderCallback callback) {
+  create(CreateOrderInfo::withCustomerInfo(siteID, std::move(partnerIdentifier), customerInfo,
+                                           OvintaState::current().pushToken.get(), std::nullopt,
+                                           pickupWindow),
+         std::move(callback));
+}
+
+void OrdersManager::create(const CreateOrderInfo& info, OrderCallback callback) {
+  const auto refuse = [this, &callback](OrdersManagerErrorType type) {
+    const ErrorPtr error = recordRefusal(type);
+    if (callback) callback(nullptr, error);
+  };
+  const auto apiURL = UserDefaultsKey::apiBase.stringValue();
+  if (!apiURL) return refuse(OrdersManagerErrorType::loadingApiUrl);
+  if (const CustomerPtr customer = OvintaState::current().customer().current()) {
+    logLine("Creating order for existing customer");
+    createOrder(*apiURL, customer, info, std::move(callback));
+  } else if (!info.customerName) {
+    refuse(OrdersManagerErrorType::loadingCustomer);
+  } else {
+    createCustomer(*apiURL, info, callback);
+  }
+}
+
+void OrdersManager::createCustomer(const std::string& apiURL, const CreateOrderInfo& info,
+                                   const OrderCallback& callback) {
+  // Ordering for a new customer counts as consent.
+  const CustomerConsent consent{.termsOfService = true, .ageVerification = true};
+  OvintaState::current().customer().create(
+      customerInfoOf(info), consent,
+      [this, apiURL, info, callback](const CustomerPtr& customer, const ErrorPtr& error) {
+        if (customer && !error) return createOrder(apiURL, customer, info, callback);
+        const ErrorPtr refusal = recordRefusal(OrdersManagerErrorType::loadingCustomer);
+        if (callback) callback(nullptr, refusal);
+      });
+}
+
+void OrdersManager::createOrder(const std::string& apiURL, const Customer& customer,
+                                const CreateOrderInfo& info, OrderCallback callback) {
+  OvintaState::current().apiQueue().addOperation(std::make_shared<CreateOrderOperation>(
+      apiURL, customer, info,
+      [this, callback = std::move(callback)](const OrderPtr& order, const ErrorPtr& error) {
+        if (order) reportPermission(*order);
+        if (callback) callback(order, error);
+      }));
+}
+
+void OrdersManager::reportPermission(const Order& order) {
+  const auto status =
+      stateFromRawValue<LocationAuthStatus>(platform::services().location->authorizationStatus());
+  if (status) sendEvent(OrderEvent::permissionUpdate(order.id, *status), {});
+}
+
+void OrdersManager::updateOrdersWithNoPushToken() {
+  const auto pushToken = OvintaState::current().pushToken.get();
+  if (!pushToken) return;
+  const auto apiURL = UserDefaultsKey::apiBase.stringValue();
+  if (!apiURL) {
+    logRefusal(OrdersManagerErrorType::loadingApiUrl);
+    return;
+  }
+  const CustomerPtr customer = OvintaState::current().customer().current();
+  if (!customer) return;
+  for (const OrderPtr& order : open().value_or(OrderList{})) {
+    if (!order->redemptionCode || presence(order->pushToken())) continue;
+    order->setPushToken(pushToken);
+    logLine("Updating order's push token using redemption code " + *order->redemptionCode);
+    OvintaState::current().apiQueue().addOperation(std::make_shared<UpdateOrderOperation>(
+        *apiURL, customer->token, *order->redemptionCode, *pushToken, nullptr));
+  }
+}
+
+}  // namespace ovinta

@@ -1,0 +1,139 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <semaphore>
+#include <string>
+
+#include "OvintaSDK/api/OvintaError.h"
+#include "OvintaSDK/core/Guarded.h"
+#include "OvintaSDK/model/CreateOrderInfo.h"
+#include "OvintaSDK/model/Customer.h"
+#include "OvintaSDK/model/Order.h"
+#include "OvintaSDK/model/OrderEvent.h"
+#include "OvintaSDK/orders/OrdersManagerError.h"
+#include "platform/Date.h"
+#include "platform/Export.h"
+#include "platform/Value.h"
+
+namespace ovinta {
+
+/// Receives the order and the error, where each is not null.
+using OrderCallback = std::function<void(OrderPtr, ErrorPtr)>;
+
+/// Receives the orders or the error.
+using OrdersCallback = std::function<void(std::optional<OrderList>, ErrorPtr)>;
+
+/// How the last attempt to fetch the orders ended.
+struct LastFetch {
+  platform::Date date;
+  /// Null: it succeeded.
+  ErrorPtr error;
+};
+
+/// Holds the customer's orders; reached as `Ovinta::orders()`. All methods may be called from any
+/// thread and return at once. A callback, which may be empty, is called at most once, with no lock
+/// held: on the network's callback thread when the service was asked, inside the call when the
+/// request was refused before it was sent. Each field is safe by itself; nothing is promised across
+/// fields: while a fetch completes, `all` may be new and `open` still the old list.
+class OVINTA_EXPORT OrdersManager {
+ public:
+  OrdersManager() = default;
+  OrdersManager(const OrdersManager&) = delete;
+  OrdersManager& operator=(const OrdersManager&) = delete;
+
+  /// Every order of the last successful fetch, in the service's order; absent before it.
+  std::optional<OrderList> all() const { return all_.get(); }
+  /// Replaces the list. A present one is also written to the order store, in the background; `open`
+  /// and `closed` stay as they are.
+  void setAll(std::optional<OrderList> orders);
+
+  /// The orders of `all` that are open, in its order.
+  std::optional<OrderList> open() const { return open_.get(); }
+  void setOpen(std::optional<OrderList> orders) { open_.set(std::move(orders)); }
+
+  /// The orders of `all` that were not open at the last fetch, most recently updated first.
+  std::optional<OrderList> closed() const { return closed_.get(); }
+  void setClosed(std::optional<OrderList> orders) { closed_.set(std::move(orders)); }
+
+  /// Absent before the first attempt. An attempt refused as `alreadyFetching` does not count.
+  std::optional<LastFetch> lastFetch() const { return lastFetch_.get(); }
+  void setLastFetch(std::optional<LastFetch> fetch) { lastFetch_.set(std::move(fetch)); }
+
+  /// Refreshes the orders, splits them and has them written to the order store. Posts
+  /// `SDKNotification::ordersUpdated` after the callback of a success, `ordersError` after that of
+  /// a failure; open orders without a push token then get the device's. Errors:
+  /// `OrdersManagerError` of type `loadingCustomer`, `loadingApiUrl` or, with no notification,
+  /// `alreadyFetching`; those of the service.
+  void fetch(OrdersCallback callback = {});
+
+  /// Creates an order for the current customer; with none, first creates the customer from the
+  /// order's customer fields, which counts as consent to both terms and age verification. Reports
+  /// the location permission for the new order. The lists change with the next fetch. Errors:
+  /// `OrdersManagerError` of type `loadingApiUrl` or `loadingCustomer` (no customer and no name, or
+  /// the customer could not be created), also kept in `lastFetch`; those of the service.
+  void create(const CreateOrderInfo& info, OrderCallback callback = {});
+  void create(std::int64_t siteID, std::string partnerIdentifier, const CustomerInfo& customerInfo,
+              std::optional<PickupWindow> pickupWindow, OrderState state,
+              OrderCallback callback = {});
+  void create(std::int64_t siteID, std::string partnerIdentifier, const CustomerInfo& customerInfo,
+              std::optional<PickupWindow> pickupWindow, OrderCallback callback = {});
+
+  /// Reports a step of the customer's journey. When the service accepts it, the order in `all`
+  /// changes and `SDKNotification::orderUpdated` is posted; when it refuses, `orderEventError`. The
+  /// callback receives the order found in `all`, or null, and the error, or null; without a
+  /// customer or base URL, and for an order that the service says is gone, it is never called.
+  void event(const Order& order, CustomerState customerState, OrderCallback callback = {});
+  void event(std::int64_t orderID, CustomerState customerState, OrderCallback callback = {});
+  /// Reports a state of the order; otherwise the same.
+  void event(std::int64_t orderID, OrderState state, OrderCallback callback = {});
+  /// Rates the order; otherwise the same.
+  void rateOrder(std::int64_t orderID, std::int64_t rating, std::optional<std::string> comments,
+                 OrderCallback callback = {});
+
+  /// Applies the payload of a push: "order_id" (a decimal text), and any of "order_state",
+  /// "customer_state" (wire strings) and "eta_at" (e.g. "2021-03-04T15:30:00.000-0500"). Posts
+  /// `SDKNotification::orderUpdated`. Unknown values are ignored; without an identifier, or for an
+  /// order that is not in `all`, all orders are fetched instead.
+  void updateOrderFromNotification(const platform::Dictionary& userInfo);
+
+ private:
+  friend class CreateOrderEventOperation;
+  friend class LocationUpdater;
+
+  using Customer = std::shared_ptr<const ovinta::Customer>;
+
+  // Fetching.
+  void finishFetch(const std::optional<OrderList>& orders, const ErrorPtr& error,
+                   const OrdersCallback& callback);
+  void adopt(const OrderList& orders);
+  void rebuildOpen();
+  OrderPtr findOrder(std::int64_t id) const;
+  ErrorPtr logRefusal(OrdersManagerErrorType type) const;
+  ErrorPtr recordRefusal(OrdersManagerErrorType type);
+
+  // Creating.
+  void createCustomer(const std::string& apiURL, const CreateOrderInfo& info,
+                      const OrderCallback& callback);
+  void createOrder(const std::string& apiURL, const Customer& customer, const CreateOrderInfo& info,
+                   OrderCallback callback);
+  void reportPermission(const Order& order);
+  void updateOrdersWithNoPushToken();
+
+  // Events.
+  void sendEvent(const OrderEvent& event, OrderCallback callback);
+  void finishEvent(const OrderEvent& event, bool accepted, const ErrorPtr& error,
+                   const OrderCallback& callback);
+  void markOrderGone(const OrderEvent& event);
+  void announce(const OrderPtr& order);
+
+  /// Held while a fetch is in flight.
+  std::counting_semaphore<1> fetchingOrders_{1};
+  Guarded<std::optional<OrderList>> all_;
+  Guarded<std::optional<OrderList>> open_;
+  Guarded<std::optional<OrderList>> closed_;
+  Guarded<std::optional<LastFetch>> lastFetch_;
+};
+
+}  // namespace ovinta
