@@ -1,0 +1,19 @@
+#pragma once
+
+#include <memory>
+
+#include "platform/DateFormatter.h"
+#include "platform/Location.h"
+#include "platform/Text.h"
+#include "platform/URL.h"
+#include "platform/linux/Linux.h"
+
+namespace ovinta::platform::linux {
+
+/// Makers of the services that work on values alone. May be called from any thread.
+std::shared_ptr<Text> makeText();
+std::shared_ptr<DateFormatterFactory> makeDateFormatterFactory();
+std::shared_ptr<URLFormat> makeURLFormat();
+std::shared_ptr<Geodesy> makeGeodesy();
+
+}  // namespace ovinta::platform::linux
