@@ -11,4 +11,3 @@
 #include "OvintaSDK/model/Order.h"
 #include "OvintaSDK/orders/OrdersManager.h"
 #include "platform/Services.h"
-#include "platform/linux/Linux.h"

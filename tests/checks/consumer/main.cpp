@@ -1,6 +1,8 @@
-#include <cstdio>
+#include <OvintaSDK/OvintaSDK.h>
 
-#include "platform/Services.h"
-
-// `services()` comes from the library, its types from the headers.
-int main() { std::puts(ovinta::platform::services().clock ? "services" : "no services"); }
+// One call into the library itself, one variable of it, one inline function.
+int main() {
+  ovinta::Ovinta::updatePushToken("token");
+  const bool same = ovinta::Ovinta::pushToken() == "token";
+  return same && OvintaSDKVersionString[0] != '\0' && OvintaSDKVersionNumber > 0 ? 0 : 1;
+}
