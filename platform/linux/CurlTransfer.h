@@ -1,0 +1,82 @@
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/URLSession.h"
+#include "platform/linux/CurlHandles.h"
+
+namespace ovinta::platform::linux {
+
+/// One request on its way, through its redirects, to its one completion. Used by one thread at a
+/// time; it stays at its address once begun.
+class CurlTransfer {
+ public:
+  using Instant = std::chrono::steady_clock::time_point;
+
+  /// What all the transfers of a session have in common.
+  struct Setting {
+    std::string caFile;  ///< Empty: the system's certificates.
+    std::size_t maximumBodySize = 0;
+    CURLSH* share = nullptr;
+  };
+
+  CurlTransfer(URLRequest request, URLSession::Completion completion);
+
+  /// Readies `handle()` for the request's next way. When the request cannot be sent at all: why.
+  CURLcode begin(const Setting& setting, Instant now);
+
+  /// Null until begun.
+  CURL* handle() const { return handle_.get(); }
+
+  /// Takes the time of the last progress, if there was any since the last call, to be `now`.
+  void noteProgress(Instant now);
+
+  /// When the request's time is up unless there is progress until then.
+  Instant deadline() const { return lastProgress_ + timeout_; }
+
+  /// Keeps the connection from being used again; it has shown itself to be dead.
+  void giveUpConnection();
+
+  /// Judges an ended way. True: the answer was a redirect to follow; begin anew.
+  bool followsRedirect(CURLcode code);
+
+  /// Calls the completion. `code`: how the last way ended.
+  void complete(CURLcode code);
+
+ private:
+  void setUpConnection(const Setting& setting);
+  void setUpRequest();
+  void setUpCallbacks();
+  CURLcode judged(CURLcode code) const;
+
+  static std::size_t receiveHeaderLine(char* data, std::size_t size, std::size_t count,
+                                       void* transfer);
+  static std::size_t receiveBody(char* data, std::size_t size, std::size_t count, void* transfer);
+  static int seeCounters(void* transfer, curl_off_t downTotal, curl_off_t down, curl_off_t upTotal,
+                         curl_off_t up);
+  static int seeConnection(void* transfer, char* remoteIP, char* localIP, int remotePort,
+                           int localPort);
+
+  URLRequest request_;
+  URLSession::Completion completion_;
+  std::chrono::milliseconds timeout_;
+  std::size_t maximumBodySize_ = 0;
+  CurlEasy handle_;
+  CurlList sentHeaders_;
+  std::vector<HeaderField> receivedHeaders_;
+  std::string body_;
+  Instant lastProgress_;
+  curl_off_t sent_ = 0;
+  int redirects_ = 0;
+  bool progressed_ = false;
+  bool connected_ = false;
+  bool headComplete_ = false;
+  bool bodyTooLarge_ = false;
+  bool tooManyRedirects_ = false;
+};
+
+}  // namespace ovinta::platform::linux

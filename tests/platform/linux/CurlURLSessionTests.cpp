@@ -1,0 +1,285 @@
+// What goes over the wire, and what of it reaches the completion.
+#include <gtest/gtest.h>
+
+#include <future>
+
+#include "tests/platform/linux/CurlURLSessionFixture.h"
+#include "tests/support/LocalServer.h"
+
+namespace ovinta::platform::linux {
+namespace {
+
+using tests::httpAnswer;
+using tests::LocalServer;
+using tests::ReceivedRequest;
+using tests::ServerConnection;
+using Headers = std::vector<HeaderField>;
+using namespace std::chrono_literals;
+
+struct SentCase {
+  const char* name;
+  std::string target;
+  std::string method;
+  Headers headers;
+  std::optional<std::string> body;
+  Headers expectedAfterHost;
+};
+
+class Sends : public CurlURLSessionFixture, public testing::WithParamInterface<SentCase> {};
+
+TEST_P(Sends, ExactlyTheRequest) {
+  const auto& sent = GetParam();
+  std::promise<ReceivedRequest> received;
+  LocalServer server(LocalServer::answering([&](const ReceivedRequest& request) {
+    received.set_value(request);
+    return request.method == "HEAD" ? "HTTP/1.1 200 OK\r\nContent-Length: 5\r\n\r\n"
+                                    : httpAnswer("200 OK", "done");
+  }));
+  const auto outcome = fetch({.url = {server.url(sent.target)},
+                              .method = sent.method,
+                              .headers = sent.headers,
+                              .body = sent.body});
+  EXPECT_EQ(outcome.data, sent.method == "HEAD" ? "" : "done") << outcome.sentence();
+
+  const auto request = received.get_future().get();
+  Headers expected = sent.expectedAfterHost;
+  expected.insert(expected.begin(), {"Host", "127.0.0.1:" + std::to_string(server.port())});
+  EXPECT_EQ(request.headers, expected);
+  EXPECT_EQ(request.method, sent.method);
+  EXPECT_EQ(request.target, sent.target);
+  EXPECT_EQ(request.body, sent.body.value_or(""));
+}
+
+const std::string kLargeBody = std::string(3'000'000, 'x') + std::string(1, '\0') + "\xff\r\n";
+
+INSTANTIATE_TEST_SUITE_P(
+    , Sends,
+    testing::Values(
+        SentCase{"bareGet", "/", "GET", {}, {}, {}},
+        SentCase{
+            "headersInOrder",
+            "/m/v1/orders",
+            "GET",
+            {{"Z-Last", "\"quoted\"; x=1"}, {"Accept", "a/b"}, {"Empty", ""}, {"z-last", "2"}},
+            {},
+            {{"Z-Last", "\"quoted\"; x=1"}, {"Accept", "a/b"}, {"Empty", ""}, {"z-last", "2"}}},
+        SentCase{"pathAsItIs", "/a/../b/./%2e%2e//c?x=%2B+&y=?", "GET", {}, {}, {}},
+        SentCase{
+            "post",
+            "/m",
+            "POST",
+            {{"Content-Type", "application/json"}, {"User-Agent", "me"}},
+            "{\"data\":{}}",
+            {{"Content-Length", "11"}, {"Content-Type", "application/json"}, {"User-Agent", "me"}}},
+        SentCase{"postWithoutBody", "/", "POST", {}, {}, {{"Content-Length", "0"}}},
+        SentCase{"largeBody",
+                 "/",
+                 "PATCH",
+                 {{"Content-Length", "3"}, {"Transfer-Encoding", "chunked"}},
+                 kLargeBody,
+                 {{"Content-Length", std::to_string(kLargeBody.size())}}},
+        SentCase{"getWithBody", "/", "GET", {}, "b", {{"Content-Length", "1"}}},
+        SentCase{"head", "/", "HEAD", {{"A", "b"}}, {}, {{"A", "b"}}}),
+    [](const auto& instance) { return instance.param.name; });
+
+struct AnswerCase {
+  const char* name;
+  std::string bytes;
+  int statusCode;
+  Headers headers;
+  std::string data;
+};
+
+class Receives : public CurlURLSessionFixture, public testing::WithParamInterface<AnswerCase> {};
+
+TEST_P(Receives, EveryCompleteAnswer) {
+  const auto& answer = GetParam();
+  LocalServer server([&](ServerConnection& connection) {
+    connection.readRequest();
+    connection.send(answer.bytes);
+  });
+  const auto outcome = get(server.url());
+  EXPECT_EQ(outcome.error.has_value(), false) << outcome.sentence();
+  ASSERT_TRUE(outcome.response && outcome.data);
+  EXPECT_EQ(outcome.response->statusCode, answer.statusCode);
+  EXPECT_EQ(outcome.response->headers, answer.headers);
+  EXPECT_EQ(*outcome.data, answer.data);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    , Receives,
+    testing::Values(
+        AnswerCase{"binaryBody",
+                   "HTTP/1.1 200 OK\r\nContent-Length: 4\r\nx-B:  two words \r\n\r\n" +
+                       std::string("a\0\r\xff", 4),
+                   200,
+                   {{"Content-Length", "4"}, {"x-B", "two words"}},
+                   std::string("a\0\r\xff", 4)},
+        AnswerCase{"noBody", "HTTP/1.1 204 No Content\r\n\r\n", 204, {}, ""},
+        AnswerCase{"emptyBody", httpAnswer("200 OK"), 200, {{"Content-Length", "0"}}, ""},
+        AnswerCase{"noReason", "HTTP/1.1 202\r\n\r\nuntil the end", 202, {}, "until the end"},
+        AnswerCase{
+            "failureStatus", httpAnswer("418 Teapot", "{}"), 418, {{"Content-Length", "2"}}, "{}"},
+        AnswerCase{"serverFailure", "HTTP/1.0 503 Busy\r\n\r\n", 503, {}, ""},
+        AnswerCase{"fieldsTwiceEmptyAndFolded",
+                   "HTTP/1.1 200 OK\r\nA: 1\r\nB:\r\na: 2\r\n\t+ 3 \r\n\r\n",
+                   200,
+                   {{"A", "1"}, {"B", ""}, {"a", "2 + 3"}},
+                   ""},
+        AnswerCase{"chunkedWithTrailer",
+                   "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n3\r\nabc\r\n2\r\nde\r\n"
+                   "0\r\nLate: 1\r\n\r\n",
+                   200,
+                   {{"Transfer-Encoding", "chunked"}},
+                   "abcde"},
+        AnswerCase{"afterInterimAnswer",
+                   "HTTP/1.1 103 Early Hints\r\nLink: x\r\n\r\n" + httpAnswer("200 OK", "late"),
+                   200,
+                   {{"Content-Length", "4"}},
+                   "late"},
+        AnswerCase{"notCompressedByRequest",
+                   httpAnswer("200 OK", "\x1f\x8b", "Content-Encoding: gzip\r\n"),
+                   200,
+                   {{"Content-Encoding", "gzip"}, {"Content-Length", "2"}},
+                   "\x1f\x8b"}),
+    [](const auto& instance) { return instance.param.name; });
+
+const char* const kLost = "The network connection was lost.";
+const char* const kBadAnswer = "The server gave a bad answer.";
+const char* const kTooLarge = "The answer of the server is too large.";
+const char* const kTimedOut = "The request timed out.";
+constexpr std::size_t kBodyLimit = 1000;
+
+struct FailureCase {
+  const char* name;
+  std::string bytes;
+  bool reset;
+  const char* sentence;
+  int statusCode;
+};
+
+class Fails : public CurlURLSessionFixture, public testing::WithParamInterface<FailureCase> {};
+
+TEST_P(Fails, OnIncompleteAnswers) {
+  const auto& failure = GetParam();
+  restart({.maximumBodySize = kBodyLimit});
+  LocalServer server([&](ServerConnection& connection) {
+    connection.readRequest();
+    connection.send(failure.bytes);
+    if (failure.reset) connection.reset();
+  });
+  const auto outcome = get(server.url());
+  EXPECT_EQ(outcome.sentence(), failure.sentence);
+  EXPECT_EQ(outcome.statusCode(), failure.statusCode);
+  EXPECT_EQ(outcome.data, std::nullopt);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    , Fails,
+    testing::Values(
+        FailureCase{"closedBeforeAnswer", "", false, kLost, 0},
+        FailureCase{"resetBeforeAnswer", "", true, kLost, 0},
+        FailureCase{"closedInHead", "HTTP/1.1 200 OK\r\nContent-Le", false, kLost, 0},
+        FailureCase{"closedAfterInterimAnswer", "HTTP/1.1 100 Continue\r\n\r\n", false, kLost, 0},
+        FailureCase{"closedInBody", "HTTP/1.1 201 OK\r\nContent-Length: 9\r\n\r\n12345678", false,
+                    kLost, 201},
+        FailureCase{"closedInChunk",
+                    "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n5\r\nabc", false, kLost,
+                    200},
+        FailureCase{"noStatusLine", "Hello there\r\n\r\n", false, kBadAnswer, 0},
+        FailureCase{"malformedStatus", "HTTP/1.1 abc\r\n\r\n", false, kBadAnswer, 0},
+        FailureCase{"malformedLength", "HTTP/1.1 200 OK\r\nContent-Length: x\r\n\r\n", false,
+                    kBadAnswer, 0},
+        FailureCase{"malformedHeader", "HTTP/1.1 200 OK\r\nno colon\r\n\r\n", false, kBadAnswer, 0},
+        FailureCase{"tooLarge", httpAnswer("200 OK", std::string(kBodyLimit + 1, 'x')), false,
+                    kTooLarge, 200},
+        FailureCase{"tooLargeWithoutLength",
+                    "HTTP/1.1 200 OK\r\n\r\n" + std::string(kBodyLimit + 1, 'x'), false, kTooLarge,
+                    200}),
+    [](const auto& instance) { return instance.param.name; });
+
+class CurlURLSessionTest : public CurlURLSessionFixture {};
+
+TEST_F(CurlURLSessionTest, AcceptsAnAnswerOfJustTheLargestSize) {
+  restart({.maximumBodySize = kBodyLimit});
+  LocalServer server(LocalServer::answering(
+      [](const auto&) { return httpAnswer("200 OK", std::string(kBodyLimit, 'x')); }));
+  EXPECT_EQ(get(server.url()).data, std::string(kBodyLimit, 'x'));
+}
+
+TEST_F(CurlURLSessionTest, FailsWithoutAServer) {
+  auto server = std::make_optional<LocalServer>([](ServerConnection&) {});
+  const auto url = server->url();
+  server.reset();
+  EXPECT_EQ(get(url).sentence(), "Could not connect to the server.");
+  EXPECT_EQ(get("http://a..b/").sentence(), "The server could not be found.");
+  for (const char* unsupported :
+       {"", "127.0.0.1", "ftp://127.0.0.1/", "file:///etc/passwd", "/m"}) {
+    EXPECT_EQ(get(unsupported).sentence(), "The URL is not supported.") << unsupported;
+  }
+}
+
+TEST_F(CurlURLSessionTest, RefusesWhatWouldBreakOutOfItsLine) {
+  LocalServer server(LocalServer::answering([](const auto&) { return httpAnswer("200 OK"); }));
+  const auto sentenceFor = [&](const std::string& method, HeaderField field) {
+    return fetch({.url = {server.url()}, .method = method, .headers = {std::move(field)}})
+        .sentence();
+  };
+  const std::string refusal = "The request is not well-formed.";
+  EXPECT_EQ(sentenceFor("GET", {"A", "1\r\nB: 2"}), refusal);
+  EXPECT_EQ(sentenceFor("GET", {"A", std::string("1\0", 2)}), refusal);
+  EXPECT_EQ(sentenceFor("GET", {"A: 1\nB", "2"}), refusal);
+  EXPECT_EQ(sentenceFor("GET", {"", "2"}), refusal);
+  EXPECT_EQ(sentenceFor("GET / HTTP/1.1\r\nA:", {"A", "1"}), refusal);
+  EXPECT_EQ(server.connectionCount(), 0u);
+  EXPECT_EQ(sentenceFor("GET", {"A", "b:\t\"c\" \xc3\xa9"}), "");
+}
+
+TEST_F(CurlURLSessionTest, TimesOutWhenAServerIsSilent) {
+  LocalServer silent([](ServerConnection& connection) { connection.waitForClose(); });
+  const auto outcome = fetch({.url = {silent.url()}, .timeout = 50ms});
+  EXPECT_EQ(outcome.sentence(), kTimedOut);
+  EXPECT_EQ(outcome.statusCode(), 0);
+
+  // A secure connection that is never agreed upon is no progress either.
+  const auto url = "https" + silent.url().substr(4);
+  EXPECT_EQ(fetch({.url = {url}, .timeout = 50ms}).sentence(), kTimedOut);
+}
+
+TEST_F(CurlURLSessionTest, TimesOutWhenABodyStops) {
+  restart({.now = [this] { return clock_.now(); }});
+  LocalServer server([&](ServerConnection& connection) {
+    connection.readRequest();
+    connection.send("HTTP/1.1 200 OK\r\nContent-Length: 9\r\n\r\n123");
+    clock_.run();
+    connection.waitForClose();
+  });
+  const auto outcome = fetch({.url = {server.url()}, .timeout = 100ms});
+  EXPECT_EQ(outcome.sentence(), kTimedOut);
+  EXPECT_EQ(outcome.statusCode(), 200);
+  EXPECT_EQ(outcome.data, std::nullopt);
+}
+
+TEST_F(CurlURLSessionTest, ProgressPutsTheTimeoutOff) {
+  restart({.now = [this] { return clock_.now(); }});
+  LocalServer server([&](ServerConnection& connection) {
+    connection.readRequest();
+    for (const char* part : {"HTTP/1.1 200 OK\r\n", "Content-Length: 2\r\n", "\r\n", "a", "b"}) {
+      clock_.advance(6s);
+      connection.send(part);
+    }
+  });
+  EXPECT_EQ(fetch({.url = {server.url()}, .timeout = 10s}).data, "ab");
+}
+
+TEST_F(CurlURLSessionTest, RefusesAServerThatCannotProveItself) {
+  LocalServer plain([](ServerConnection& connection) {
+    connection.send(httpAnswer("400 Bad Request"));
+    connection.waitForClose();
+  });
+  EXPECT_EQ(get("https" + plain.url().substr(4)).sentence(),
+            "A secure connection to the server could not be made.");
+}
+
+}  // namespace
+}  // namespace ovinta::platform::linux

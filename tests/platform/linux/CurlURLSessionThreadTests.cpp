@@ -1,0 +1,152 @@
+// The session's thread: connections, many requests at once, its end and the process's.
+#include <gtest/gtest.h>
+#include <spawn.h>
+#include <sys/wait.h>
+
+#include <atomic>
+#include <condition_variable>
+#include <mutex>
+#include <set>
+
+#include "tests/platform/linux/CurlURLSessionFixture.h"
+#include "tests/support/LocalServer.h"
+
+extern char** environ;
+
+namespace ovinta::platform::linux {
+namespace {
+
+using tests::httpAnswer;
+using tests::LocalServer;
+using tests::ReceivedRequest;
+using tests::ServerConnection;
+
+/// Lets `wait` return once `arrive` has been called that often.
+class Gathering {
+ public:
+  explicit Gathering(int count) : left_(count) {}
+  void arrive() {
+    const std::lock_guard lock(mutex_);
+    if (--left_ == 0) complete_.notify_all();
+  }
+  void wait() {
+    std::unique_lock lock(mutex_);
+    complete_.wait(lock, [this] { return left_ <= 0; });
+  }
+
+ private:
+  std::mutex mutex_;
+  std::condition_variable complete_;
+  int left_;
+};
+
+class CurlURLSessionThread : public CurlURLSessionFixture {};
+
+TEST_F(CurlURLSessionThread, UsesAConnectionAgain) {
+  LocalServer server(LocalServer::answering(
+      [](const auto& request) { return httpAnswer("200 OK", request.body); }));
+  for (const char* body : {"1", "22", ""}) {
+    EXPECT_EQ(fetch({.url = {server.url()}, .method = "POST", .body = body}).data, body);
+  }
+  EXPECT_EQ(server.connectionCount(), 1u);
+}
+
+TEST_F(CurlURLSessionThread, SurvivesAConnectionClosedWhileIdle) {
+  LocalServer server([](ServerConnection& connection) {
+    connection.readRequest();
+    connection.send(httpAnswer("200 OK", "once"));
+  });
+  for (int i = 0; i < 3; ++i) EXPECT_EQ(get(server.url()).data, "once");
+}
+
+TEST_F(CurlURLSessionThread, CarriesManyRequestsAtOnce) {
+  constexpr int kThreads = 4;
+  constexpr int kRequestsEach = 10;
+  Gathering all(kThreads * kRequestsEach);
+  LocalServer server(LocalServer::answering([&](const ReceivedRequest& request) {
+    all.arrive();
+    all.wait();
+    return httpAnswer("200 OK", request.target);
+  }));
+  std::mutex mutex;
+  std::set<std::thread::id> threads;
+  std::vector<std::thread> starters;
+  for (int t = 0; t < kThreads; ++t) {
+    starters.emplace_back([&, t] {
+      std::vector<std::pair<std::string, std::future<Outcome>>> started;
+      for (int i = 0; i < kRequestsEach; ++i) {
+        const auto path = "/" + std::to_string(t) + "/" + std::to_string(i);
+        started.emplace_back(path, start({.url = {server.url(path)}}));
+      }
+      for (auto& [path, future] : started) {
+        const auto outcome = future.get();
+        EXPECT_EQ(outcome.data, path);
+        const std::lock_guard lock(mutex);
+        threads.insert(outcome.thread);
+      }
+    });
+  }
+  for (auto& starter : starters) starter.join();
+  EXPECT_EQ(threads.size(), 1u);
+  EXPECT_FALSE(threads.contains(std::this_thread::get_id()));
+}
+
+TEST_F(CurlURLSessionThread, LetsCompletionsStartRequests) {
+  LocalServer server(LocalServer::answering([](const auto&) { return httpAnswer("200 OK"); }));
+  std::promise<int> last;
+  std::function<void(int)> next = [&](int count) {
+    session_->startDataTask({.url = {count < 5 ? server.url() : "none:"}},
+                            [&, count](const auto& data, auto, auto) {
+                              if (data) return next(count + 1);
+                              last.set_value(count);
+                            });
+  };
+  next(0);
+  EXPECT_EQ(last.get_future().get(), 5);
+}
+
+TEST_F(CurlURLSessionThread, DropsWhatIsUnderWayAtItsEnd) {
+  constexpr int kRequests = 8;
+  Gathering seen(kRequests);
+  LocalServer server(LocalServer::answering([&](const auto&) {
+    seen.arrive();
+    return "";
+  }));
+  const auto calls = std::make_shared<std::atomic<int>>(0);
+  for (int i = 0; i < kRequests; ++i) {
+    session_->startDataTask({.url = {server.url()}}, [calls](auto, auto, auto) { ++*calls; });
+  }
+  seen.wait();
+  session_.reset();
+  EXPECT_EQ(*calls, 0);
+  EXPECT_EQ(calls.use_count(), 1) << "completions are kept";
+
+  CurlURLSession unused;
+}
+
+class ExitingProcess : public testing::TestWithParam<std::pair<const char*, int>> {};
+
+TEST_P(ExitingProcess, EndsCleanly) {
+  const auto [manner, times] = GetParam();
+  LocalServer silent([](ServerConnection& connection) { connection.waitForClose(); });
+  auto port = std::to_string(silent.port());
+  auto mode = std::string(manner);
+  for (int i = 0; i < times; ++i) {
+    std::string program = OVINTA_HTTP_EXIT_HELPER;
+    char* arguments[] = {program.data(), mode.data(), port.data(), nullptr};
+    pid_t child = 0;
+    ASSERT_EQ(posix_spawn(&child, program.c_str(), nullptr, nullptr, arguments, environ), 0);
+    int status = -1;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    ASSERT_EQ(status, 0) << "in run " << i;
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(, ExitingProcess,
+                         testing::Values(std::pair("fromMain", 24), std::pair("fromCompletion", 24),
+                                         std::pair("duringCompletions", 24),
+                                         std::pair("duringLongCompletion", 1)),
+                         [](const auto& instance) { return instance.param.first; });
+
+}  // namespace
+}  // namespace ovinta::platform::linux
