@@ -17,15 +17,16 @@ CodingError::CodingError(Kind kind, std::string debugDescription)
 }
 
 void CodingError::prependKey(std::string_view key) {
-  const bool dotted = !codingPath_.empty() && codingPath_.front() != '[';
-  codingPath_ = std::string(key) + (dotted ? "." : "") + codingPath_;
+  if (!codingPath_.empty() && codingPath_.front() != '[') codingPath_.insert(0, 1, '.');
+  codingPath_.insert(0, key);
   updateText();
 }
 
 void CodingError::prependIndex(std::size_t index) {
-  const bool dotted = !codingPath_.empty() && codingPath_.front() != '[';
-  codingPath_ = "[" + std::to_string(index) + "]" + (dotted ? "." : "") + codingPath_;
-  updateText();
+  std::string position = "[";
+  position += std::to_string(index);
+  position += ']';
+  prependKey(position);
 }
 
 void CodingError::updateText() {
