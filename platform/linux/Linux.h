@@ -15,13 +15,13 @@ namespace ovinta::platform::linux {
 struct Options {
   /// Names the application's own directory below the data directory. Default: the name of the
   /// executable.
-  std::optional<std::string> applicationID;
+  std::optional<std::string> applicationID = {};
   /// Where the application's resources and its `Info.json` lie. Default: the directory of the
   /// executable.
-  std::optional<std::filesystem::path> mainBundleDirectory;
+  std::optional<std::filesystem::path> mainBundleDirectory = {};
   /// Where settings and orders are kept. Default: `$XDG_DATA_HOME`, else `$HOME/.local/share`, and
   /// below it `<application id>/OvintaSDK`.
-  std::optional<std::filesystem::path> dataDirectory;
+  std::optional<std::filesystem::path> dataDirectory = {};
 };
 
 /// A full set of services of this system. Makes the data directory (mode 0700) when it is first
