@@ -12,6 +12,7 @@ int main(int argc, char** argv) {
   CLI::App app("Pickup of orders, from the shell", "ovinta");
   app.require_subcommand(1);
   int exitCode = 0;
+  ovinta::cli::addDemoCommand(app, exitCode);
   ovinta::cli::addSandboxCommand(app, exitCode);
   try {
     app.parse(argc, argv);

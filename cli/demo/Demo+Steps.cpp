@@ -1,0 +1,185 @@
+#include <array>
+#include <chrono>
+#include <cstdint>
+
+#include "OvintaSDK/core/Guarded.h"
+#include "cli/demo/Demo.h"
+#include "cli/demo/SeededToken.h"
+#include "cli/demo/StoredOrders.h"
+
+namespace ovinta::cli {
+namespace {
+
+using namespace std::chrono_literals;
+
+/// The site of the sandbox at which the trips end.
+constexpr std::int64_t kSite = 42;
+
+/// Metres to the site at which the customer counts as being near, and as having arrived.
+constexpr double kNearby = 500;
+constexpr double kArrived = 50;
+
+const CustomerInfo& demoCustomer() {
+  static const CustomerInfo kCustomer{.name = "Alex Example",
+                                      .carType = "Hatchback",
+                                      .carColor = "Green",
+                                      .licensePlate = "DEMO 1"};
+  return kCustomer;
+}
+
+}  // namespace
+
+const std::vector<Demo::Step>& Demo::steps() {
+  static const std::vector<Step> kSteps{
+      {"Start the service", &Demo::startService},
+      {"Configure the SDK", &Demo::configure},
+      {"Create the customer", &Demo::createCustomer},
+      {"Create the order", &Demo::createOrder},
+      {"Fetch the orders", &Demo::fetchOrders},
+      {"Set out: en route", &Demo::setOut},
+      {"Come near: nearby", &Demo::comeNear},
+      {"Reach the site: arrived", &Demo::arrive},
+      {"Stand in the bay: waiting", &Demo::wait},
+      {"The merchant makes the order ready, by push", &Demo::beReady},
+      {"Take the order: completed", &Demo::complete},
+      {"Tracking stops", &Demo::stopTracking},
+      {"Rate the order", &Demo::rate},
+      {"Fetch the orders again", &Demo::fetchAgain},
+      {"Read the order store", &Demo::readStore},
+  };
+  return kSteps;
+}
+
+Demo::Failure Demo::startService() {
+  if (!options_.baseURL) {
+    sandbox_ = std::make_unique<sandbox::Sandbox>(
+        sandbox::Options{.seed = options_.seed, .now = [this] { return device_.time().now(); }});
+    if (auto error = sandbox_->start()) return error;
+  }
+  const std::string baseURL = options_.baseURL.value_or(sandbox_ ? sandbox_->baseURL() : "");
+  UserDefaultsKey::apiBase.set(baseURL);
+  merchant_ = std::make_unique<Merchant>(baseURL);
+  return std::nullopt;
+}
+
+Demo::Failure Demo::configure() {
+  Ovinta::configure({{"token", "demo-app-token"}});
+  if (Ovinta::sdkVersion().empty()) return "the library has no version";
+  return std::nullopt;
+}
+
+Demo::Failure Demo::createCustomer() {
+  return awaitOrder([](const OrderCallback& callback) {
+    Ovinta::customer().create(
+        demoCustomer(), CustomerConsent{.termsOfService = true, .ageVerification = true},
+        [callback](const auto& /*customer*/, const ErrorPtr& error) { callback(nullptr, error); });
+  });
+}
+
+Demo::Failure Demo::createOrder() {
+  const platform::Date ready = device_.time().now() + 15min;
+  auto failure = awaitOrder([&](const OrderCallback& callback) {
+    Ovinta::orders().create(kSite, "demo-1001", demoCustomer(), PickupWindow(ready, ready + 30min),
+                            callback);
+  });
+  pass(1s);
+  if (!failure && exchanges_.succeeded("POST", OrderEventType::permissionUpdate) == 0) {
+    return "the location permission was not reported";
+  }
+  return failure;
+}
+
+Demo::Failure Demo::fetchOrders() {
+  Ovinta::updateAPNPushToken(seededToken(options_.seed));
+  const auto mainQueue = platform::services().mainQueue;
+  if (auto failure = merchant_->listen(*Ovinta::pushToken(), [mainQueue](const auto& payload) {
+        mainQueue->async([payload] { Ovinta::handleRemoteNotification(payload); });
+      })) {
+    return failure;
+  }
+  if (auto failure = awaitFetch()) return failure;
+  pass(1s);
+  if (exchanges_.succeeded("PUT") == 0) return "the order did not get the push token";
+  if (!device_.simulation().location().isUpdating()) return "tracking did not start";
+  return std::nullopt;
+}
+
+Demo::Failure Demo::reportCustomerState(CustomerState state) {
+  auto failure = awaitOrder(
+      [&](const OrderCallback& callback) { Ovinta::orders().event(*order_, state, callback); });
+  if (!failure && order_->customerState() != state) return "the local order did not change";
+  return failure;
+}
+
+Demo::Failure Demo::setOut() {
+  player_.start();
+  pass(5s);
+  return reportCustomerState(CustomerState::enRoute);
+}
+
+Demo::Failure Demo::comeNear() {
+  if (auto failure = driveUntil(kNearby)) return failure;
+  return reportCustomerState(CustomerState::nearby);
+}
+
+Demo::Failure Demo::arrive() {
+  if (auto failure = driveUntil(kArrived)) return failure;
+  if (exchanges_.succeeded("POST", OrderEventType::locationUpdate) == 0) {
+    return "no location was sent on the way";
+  }
+  return reportCustomerState(CustomerState::arrived);
+}
+
+Demo::Failure Demo::wait() {
+  pass(30s);
+  return reportCustomerState(CustomerState::waiting);
+}
+
+Demo::Failure Demo::beReady() {
+  if (auto failure = merchant_->moveOrder(order_->id, "ready")) return failure;
+  const bool isReady =
+      device_.time().waitUntil([this] { return order_->state() == OrderState::ready; }, kPatience);
+  if (!isReady) return "the push did not come";
+  pass(20s);
+  return std::nullopt;
+}
+
+Demo::Failure Demo::complete() {
+  if (auto failure = reportCustomerState(CustomerState::completed)) return failure;
+  if (!Ovinta::orders().open().value_or(OrderList{}).empty()) return "the order is still open";
+  return std::nullopt;
+}
+
+Demo::Failure Demo::stopTracking() {
+  if (device_.simulation().location().isUpdating()) return "positions are still asked for";
+  if (!device_.simulation().location().rangedRegions().empty()) return "beacons are still ranged";
+  return std::nullopt;
+}
+
+Demo::Failure Demo::rate() {
+  auto failure = awaitOrder([&](const OrderCallback& callback) {
+    Ovinta::orders().rateOrder(order_->id, 5, "Quick and friendly", callback);
+  });
+  if (!failure && order_->customerRating() != "5") return "the local order has no rating";
+  return failure;
+}
+
+Demo::Failure Demo::fetchAgain() {
+  if (auto failure = awaitFetch()) return failure;
+  const auto closed = Ovinta::orders().closed().value_or(OrderList{});
+  if (closed.size() != 1) return "the order is not among the closed ones";
+  if (closed.front()->customerRating() != "5") return "the service does not know the rating";
+  return std::nullopt;
+}
+
+Demo::Failure Demo::readStore() {
+  const auto stored = readStoredOrders(device_.storeFile());
+  if (const auto* error = std::get_if<std::string>(&stored)) return *error;
+  const auto& orders = std::get<std::vector<StoredOrder>>(stored);
+  const bool isKept = orders.size() == 1 && orders.front().id == order_->id &&
+                      orders.front().customerState == rawValue(CustomerState::completed);
+  if (!isKept) return "the store does not hold the order as it was fetched";
+  return std::nullopt;
+}
+
+}  // namespace ovinta::cli

@@ -1,0 +1,159 @@
+#include "cli/demo/Demo.h"
+
+#include <chrono>
+#include <cmath>
+#include <thread>
+#include <utility>
+
+#include "OvintaSDK/core/Guarded.h"
+
+namespace ovinta::cli {
+namespace {
+
+using namespace std::chrono_literals;
+
+std::string failureText(const OvintaError& error) {
+  return error.title() + ": " + error.errorDescription();
+}
+
+std::string describe(const Exchange& exchange) {
+  std::string text = exchange.method + " " + exchange.path;
+  if (!exchange.eventType.empty()) text += " " + exchange.eventType;
+  if (!exchange.content.empty()) text += " (" + exchange.content + ")";
+  return text + " -> " +
+         (exchange.failure.empty() ? std::to_string(exchange.status) : exchange.failure);
+}
+
+/// The notifications worth a line; locations show as the requests that they cause.
+constexpr platform::NotificationName kObserved[] = {
+    SDKNotification::ordersUpdated,
+    SDKNotification::ordersError,
+    SDKNotification::orderUpdated,
+    SDKNotification::orderEventError,
+    SDKNotification::locationAuthorizationChanged,
+    SDKNotification::locationNotAuthorized,
+    SDKNotification::locationAuthorizationNotDetermined,
+};
+
+}  // namespace
+
+Demo::Demo(DemoOptions options, platform::simulation::Trip trip)
+    : options_(std::move(options)),
+      timeline_(options_.json, [this] { return device_.time().now(); }),
+      device_(options_, trip.start, [this](const Exchange& exchange) { note(exchange); }),
+      player_(device_.simulation(), std::move(trip), options_.seed) {
+  observeNotifications();
+  observeLocationSettings();
+}
+
+Demo::~Demo() = default;
+
+bool Demo::run() {
+  for (const Step& step : steps()) {
+    timeline_.add("step", step.title);
+    Failure failure = (this->*step.run)();
+    pass(1s);
+    if (failure) {
+      timeline_.add("failed", std::string(step.title) + ": " + *failure);
+      summarize(false);
+      return false;
+    }
+  }
+  summarize(true);
+  return true;
+}
+
+void Demo::observeNotifications() {
+  for (const platform::NotificationName name : kObserved) {
+    observers_.push_back(platform::services().notificationCenter->addObserver(
+        name, [this](const platform::Notification& notification) {
+          std::string text(notification.name.text);
+          if (const auto* orders = notification.objectAs<OrderList>()) {
+            text += ": " + std::to_string(orders->size()) + " order(s)";
+          } else if (const auto* order = notification.objectAs<OrderPtr>()) {
+            text += ": order " + std::string(stateRow((*order)->state()).wireString) +
+                    ", customer " + std::string(stateRow((*order)->customerState()).wireString);
+          } else if (const auto* error = notification.objectAs<ErrorPtr>()) {
+            text += ": " + (*error)->errorDescription();
+          }
+          timeline_.add("notified", text);
+        }));
+  }
+}
+
+void Demo::observeLocationSettings() {
+  device_.simulation().location().onSettingsChanged([this] {
+    updateSituation();
+    timeline_.add("accuracy", device_.accuracyText());
+  });
+}
+
+void Demo::note(const Exchange& exchange) {
+  exchanges_.add(exchange);
+  timeline_.add("request", describe(exchange),
+                {{"method", exchange.method},
+                 {"path", exchange.path},
+                 {"event", exchange.eventType},
+                 {"content", exchange.content},
+                 {"status", exchange.status}});
+}
+
+void Demo::pass(std::chrono::seconds interval) {
+  const std::chrono::duration<double> wallTime =
+      options_.pace *
+      (std::chrono::duration<double>(interval) / std::chrono::duration<double>(player_.duration()));
+  for (auto passed = 0s; passed < interval; passed += 1s) {
+    device_.time().advance(1s);
+    updateSituation();
+    if (wallTime.count() > 0) std::this_thread::sleep_for(wallTime / interval.count());
+  }
+}
+
+void Demo::updateSituation() {
+  timeline_.setSituation({.distance = distance(), .accuracy = device_.accuracyText()});
+}
+
+std::optional<double> Demo::distance() const {
+  const auto position = player_.position();
+  if (!order_ || !position) return std::nullopt;
+  return order_->siteDistance({.coordinate = *position});
+}
+
+Demo::Failure Demo::driveUntil(double metres) {
+  while (distance().value_or(metres) >= metres) {
+    if (player_.isFinished()) {
+      const auto rest = std::lround(distance().value_or(0));
+      return "the trip ended " + std::to_string(rest) + " m from the site";
+    }
+    pass(1s);
+  }
+  return std::nullopt;
+}
+
+Demo::Failure Demo::awaitOrder(const std::function<void(OrderCallback)>& start) {
+  struct Answer {
+    bool came = false;
+    OrderPtr order = {};
+    ErrorPtr error = {};
+  };
+  const auto answer = std::make_shared<Guarded<Answer>>();
+  start([answer](OrderPtr order, ErrorPtr error) {
+    answer->set({.came = true, .order = std::move(order), .error = std::move(error)});
+  });
+  device_.time().waitUntil([&] { return answer->get().came; }, kPatience);
+  const Answer result = answer->get();
+  if (!result.came) return "no answer came";
+  if (result.error) return failureText(*result.error);
+  if (result.order) order_ = result.order;
+  return std::nullopt;
+}
+
+Demo::Failure Demo::awaitFetch() {
+  return awaitOrder([](const OrderCallback& callback) {
+    Ovinta::orders().fetch([callback](const auto& orders, const ErrorPtr& error) {
+      callback(orders && !orders->empty() ? orders->front() : nullptr, error);
+    });
+  });
+}
+
+}  // namespace ovinta::cli

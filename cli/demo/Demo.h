@@ -1,0 +1,85 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "OvintaSDK/OvintaSDK.h"
+#include "cli/demo/DemoDevice.h"
+#include "cli/demo/DemoOptions.h"
+#include "cli/demo/ExchangeLog.h"
+#include "cli/demo/Merchant.h"
+#include "cli/demo/Timeline.h"
+#include "platform/simulation/TripPlayer.h"
+#include "sandbox/Sandbox.h"
+
+namespace ovinta::cli {
+
+/// One customer's order, from the account to the rating, through the library: a simulated device
+/// that drives to the site, real HTTP, a real store. Used on one thread, which plays the main one.
+class Demo {
+ public:
+  /// The trip must hold at least one point.
+  Demo(DemoOptions options, platform::simulation::Trip trip);
+  ~Demo();
+  Demo(const Demo&) = delete;
+  Demo& operator=(const Demo&) = delete;
+
+  /// Goes through all steps; true when each of them saw what it expects. Prints the timeline and,
+  /// in the end, the summary.
+  bool run();
+
+ private:
+  /// Why a step failed; absent for success.
+  using Failure = std::optional<std::string>;
+
+  struct Step {
+    const char* title;
+    Failure (Demo::*run)();
+  };
+  static const std::vector<Step>& steps();
+
+  Failure startService();
+  Failure configure();
+  Failure createCustomer();
+  Failure createOrder();
+  Failure fetchOrders();
+  Failure setOut();
+  Failure comeNear();
+  Failure arrive();
+  Failure wait();
+  Failure beReady();
+  Failure complete();
+  Failure stopTracking();
+  Failure rate();
+  Failure fetchAgain();
+  Failure readStore();
+
+  void observeNotifications();
+  void observeLocationSettings();
+  void note(const Exchange& exchange);
+  /// Lets virtual time pass, at the pace asked for.
+  void pass(std::chrono::seconds interval);
+  void updateSituation();
+  std::optional<double> distance() const;
+  Failure driveUntil(double metres);
+  Failure reportCustomerState(CustomerState state);
+  /// Runs an operation that answers with an order; keeps the order.
+  Failure awaitOrder(const std::function<void(OrderCallback)>& start);
+  Failure awaitFetch();
+  void summarize(bool succeeded);
+
+  const DemoOptions options_;
+  Timeline timeline_;
+  ExchangeLog exchanges_;
+  DemoDevice device_;
+  platform::simulation::TripPlayer player_;
+  std::unique_ptr<sandbox::Sandbox> sandbox_;
+  std::unique_ptr<Merchant> merchant_;
+  std::vector<std::unique_ptr<platform::NotificationObserver>> observers_;
+  OrderPtr order_;
+};
+
+}  // namespace ovinta::cli

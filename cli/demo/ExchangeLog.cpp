@@ -1,0 +1,35 @@
+#include "cli/demo/ExchangeLog.h"
+
+#include <algorithm>
+
+namespace ovinta::cli {
+
+void ExchangeLog::add(Exchange exchange) {
+  const std::scoped_lock lock(mutex_);
+  exchanges_.push_back(std::move(exchange));
+}
+
+std::size_t ExchangeLog::succeeded(std::string_view method, std::string_view eventType,
+                                   std::string_view content) const {
+  const auto matches = [](std::string_view wanted, const std::string& text) {
+    return wanted.empty() || wanted == text;
+  };
+  const std::scoped_lock lock(mutex_);
+  return static_cast<std::size_t>(std::ranges::count_if(exchanges_, [&](const Exchange& exchange) {
+    return exchange.status == 200 && exchange.method == method &&
+           matches(eventType, exchange.eventType) && matches(content, exchange.content);
+  }));
+}
+
+std::map<std::string, std::int64_t> ExchangeLog::counts() const {
+  const std::scoped_lock lock(mutex_);
+  std::map<std::string, std::int64_t> counts;
+  for (const Exchange& exchange : exchanges_) {
+    std::string kind = exchange.method + " " + exchange.path;
+    if (!exchange.eventType.empty()) kind += " " + exchange.eventType;
+    ++counts[kind];
+  }
+  return counts;
+}
+
+}  // namespace ovinta::cli

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <mutex>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "cli/demo/ObservedURLSession.h"
+
+namespace ovinta::cli {
+
+/// All requests so far and how they ended. May be used from any thread.
+class ExchangeLog {
+ public:
+  void add(Exchange exchange);
+
+  /// How many requests of that method, and, where given, of that kind and content of event, were
+  /// answered with success.
+  std::size_t succeeded(std::string_view method, std::string_view eventType = {},
+                        std::string_view content = {}) const;
+
+  /// The number of requests by kind, e.g. "POST m/v1/events location_update".
+  std::map<std::string, std::int64_t> counts() const;
+
+ private:
+  mutable std::mutex mutex_;
+  std::vector<Exchange> exchanges_;
+};
+
+}  // namespace ovinta::cli

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "platform/URLSession.h"
+
+namespace ovinta::cli {
+
+/// A request and its answer, in short; free of tokens and personal fields.
+struct Exchange {
+  std::string method;
+  /// Below the base URL.
+  std::string path;
+  /// The kind of order event that was sent; empty for other requests.
+  std::string eventType;
+  /// What the event says, e.g. "arrived"; empty when there is nothing to say in a word.
+  std::string content;
+  /// 0 when the answer did not come.
+  int status = 0;
+  /// What went wrong on the way; empty when the answer came.
+  std::string failure;
+};
+
+/// Passes requests on and tells of each once it is answered, before the sender learns of it.
+class ObservedURLSession : public platform::URLSession {
+ public:
+  using Observer = std::function<void(const Exchange&)>;
+
+  /// `observer` is called on the callback thread of `inner`.
+  ObservedURLSession(std::shared_ptr<platform::URLSession> inner, Observer observer)
+      : inner_(std::move(inner)), observer_(std::move(observer)) {}
+
+  void startDataTask(platform::URLRequest request, Completion completion) override;
+
+ private:
+  std::shared_ptr<platform::URLSession> inner_;
+  Observer observer_;
+};
+
+}  // namespace ovinta::cli

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <functional>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "platform/Date.h"
+#include "platform/Value.h"
+
+namespace ovinta::cli {
+
+/// Where the customer is and how closely the library follows, at some moment.
+struct Situation {
+  /// Metres to the site.
+  std::optional<double> distance = {};
+  /// The accuracy setting in words, e.g. "best, 200 m".
+  std::string accuracy = {};
+};
+
+/// Prints what happens, as it happens. May be used from any thread.
+class Timeline {
+ public:
+  /// `now` is asked for the time of each line.
+  Timeline(bool json, std::function<platform::Date()> now) : json_(json), now_(std::move(now)) {}
+
+  /// What is printed with every line from now on.
+  void setSituation(Situation situation);
+
+  /// One line: what kind of thing happened, what it was for people, and its details for programs.
+  void add(std::string_view kind, std::string_view text, platform::Dictionary details = {});
+
+  /// The closing summary: lines for people, or one object for programs.
+  void summarize(std::string_view text, platform::Dictionary details);
+
+ private:
+  std::string clockText(std::string_view format) const;
+
+  const bool json_;
+  const std::function<platform::Date()> now_;
+  std::mutex mutex_;
+  Situation situation_;
+};
+
+}  // namespace ovinta::cli
