@@ -1,0 +1,144 @@
+#include "platform/simulation/SimulatedLocationManager.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <limits>
+#include <utility>
+
+namespace ovinta::platform::simulation {
+namespace {
+
+constexpr double kSignificantChangeMetres = 500;
+constexpr TimeInterval kRangingInterval = std::chrono::seconds(1);
+
+bool matches(const RangedBeacon& beacon, const BeaconRegion& region) {
+  const auto agrees = [](std::optional<std::uint16_t> wanted, std::int64_t heard) {
+    return !wanted || *wanted == static_cast<std::uint16_t>(heard);
+  };
+  return beacon.proximityUUID == region.proximityUUID && agrees(region.major, beacon.major) &&
+         agrees(region.minor, beacon.minor);
+}
+
+}  // namespace
+
+SimulatedLocationManager::SimulatedLocationManager(std::shared_ptr<LocationHub> hub)
+    : hub_(std::move(hub)) {
+  hub_->managers.push_back(this);
+}
+
+SimulatedLocationManager::~SimulatedLocationManager() { std::erase(hub_->managers, this); }
+
+void SimulatedLocationManager::later(TimeInterval delay, std::function<void()> step) {
+  hub_->mainQueue->asyncAfter(delay, [life = std::weak_ptr(life_), step = std::move(step)] {
+    if (!life.expired()) step();
+  });
+}
+
+void SimulatedLocationManager::setDelegate(LocationManagerDelegate* delegate) {
+  delegate_ = delegate;
+  if (delegate) announceStatus(hub_->status);
+}
+
+void SimulatedLocationManager::announceStatus(AuthorizationStatus status) {
+  later(TimeInterval::zero(), [this, status] {
+    if (delegate_) delegate_->didChangeAuthorizationStatus(status);
+  });
+}
+
+template <class T>
+void SimulatedLocationManager::change(T Settings::*field, T value) {
+  if (std::exchange(settings_.*field, value) != value) hub_->notifySettingsChanged();
+}
+
+void SimulatedLocationManager::setAllowsBackgroundLocationUpdates(bool allows) {
+  change(&Settings::allowsBackgroundUpdates, allows);
+}
+
+void SimulatedLocationManager::setDistanceFilter(double metres) {
+  if (metres != settings_.distanceFilter) ++hub_->distanceFilterChanges;
+  change(&Settings::distanceFilter, metres);
+}
+
+void SimulatedLocationManager::setDesiredAccuracy(LocationAccuracy accuracy) {
+  change(&Settings::desiredAccuracy, std::optional(accuracy));
+}
+
+void SimulatedLocationManager::setActivityType(ActivityType type) {
+  change(&Settings::activityType, type);
+}
+
+void SimulatedLocationManager::startUpdatingLocation() {
+  if (!settings_.isUpdating) lastReported_.reset();
+  change(&Settings::isUpdating, true);
+}
+
+void SimulatedLocationManager::stopUpdatingLocation() { change(&Settings::isUpdating, false); }
+
+void SimulatedLocationManager::startMonitoringSignificantLocationChanges() {
+  change(&Settings::isMonitoringSignificantChanges, true);
+}
+
+void SimulatedLocationManager::stopMonitoringSignificantLocationChanges() {
+  change(&Settings::isMonitoringSignificantChanges, false);
+}
+
+bool SimulatedLocationManager::isFarEnough(const Location& location) const {
+  auto filter = std::numeric_limits<double>::infinity();
+  if (settings_.isUpdating) filter = settings_.distanceFilter;
+  if (settings_.isMonitoringSignificantChanges) filter = std::min(filter, kSignificantChangeMetres);
+  if (!settings_.isUpdating && !settings_.isMonitoringSignificantChanges) return false;
+  return !lastReported_ ||
+         hub_->geodesy->distance(lastReported_->coordinate, location.coordinate) >= filter;
+}
+
+void SimulatedLocationManager::receive(const Location& location) {
+  if (!delegate_ || !isFarEnough(location)) return;
+  lastReported_ = location;
+  delegate_->didUpdateLocations({location});
+}
+
+void SimulatedLocationManager::startRangingBeacons(const BeaconRegion& region) {
+  if (std::ranges::find(ranged_, region) == ranged_.end()) ranged_.push_back(region);
+  if (!std::exchange(isRangingScheduled_, true)) scheduleRanging();
+}
+
+void SimulatedLocationManager::stopRangingBeacons(const BeaconRegion& region) {
+  std::erase(ranged_, region);
+}
+
+void SimulatedLocationManager::scheduleRanging() {
+  later(kRangingInterval, [this] { reportRanging(); });
+}
+
+void SimulatedLocationManager::reportRanging() {
+  isRangingScheduled_ = !ranged_.empty();
+  if (!isRangingScheduled_) return;
+  scheduleRanging();
+  if (!delegate_ || !hub_->isOpen()) return;
+  // A copy: the delegate may change what is ranged, and may destroy the manager.
+  const auto regions = ranged_;
+  const std::weak_ptr life(life_);
+  for (const auto& region : regions) {
+    std::vector<RangedBeacon> heard;
+    std::ranges::copy_if(hub_->beacons, std::back_inserter(heard),
+                         [&](const RangedBeacon& beacon) { return matches(beacon, region); });
+    delegate_->didRangeBeacons(heard, region);
+    if (life.expired() || !delegate_) return;
+  }
+}
+
+std::vector<Region> SimulatedLocationManager::rangedRegions() const {
+  return {ranged_.begin(), ranged_.end()};
+}
+
+void SimulatedLocationManager::startMonitoring(const Region& region) {
+  stopMonitoring(region);
+  monitored_.push_back(region);
+}
+
+void SimulatedLocationManager::stopMonitoring(const Region& region) {
+  std::erase_if(monitored_,
+                [&](const Region& other) { return identifier(other) == identifier(region); });
+}
+
+}  // namespace ovinta::platform::simulation

@@ -1,0 +1,45 @@
+#include "platform/simulation/Simulation.h"
+
+#include <utility>
+
+#include "platform/simulation/TimeHoldingOperationQueueFactory.h"
+#include "platform/simulation/TimeHoldingURLSession.h"
+
+namespace ovinta::platform::simulation {
+namespace {
+
+template <class T>
+void replace(std::shared_ptr<T>& service, std::shared_ptr<T> replacement) {
+  if (replacement) service = std::move(replacement);
+}
+
+}  // namespace
+
+Simulation::Simulation(Services base, Date start, Replacements replacements)
+    : time_(start),
+      services_(std::move(base)),
+      location_(std::make_shared<SimulatedLocation>(time_.mainQueue(), services_.geodesy)),
+      device_(std::make_shared<SimulatedDevice>()),
+      notifications_(
+          std::make_shared<SimulatedUserNotificationCenter>(time_.mainQueue(), services_.geodesy)) {
+  services_.clock = time_.clock();
+  services_.mainQueue = time_.mainQueue();
+  services_.location = location_;
+  services_.device = device_;
+  services_.userNotifications = notifications_;
+  replace(services_.settings, std::move(replacements.settings));
+  replace(services_.log, std::move(replacements.log));
+  replace(services_.urlSession, std::move(replacements.urlSession));
+  replace(services_.operationQueues, std::move(replacements.operationQueues));
+  location_->onPosition([notifications = notifications_](const Location& location) {
+    notifications->deviceMoved(location.coordinate);
+  });
+}
+
+void Simulation::holdTimeDuringRequests() {
+  services_.urlSession = std::make_shared<TimeHoldingURLSession>(services_.urlSession, time_);
+  services_.operationQueues =
+      std::make_shared<TimeHoldingOperationQueueFactory>(services_.operationQueues, time_);
+}
+
+}  // namespace ovinta::platform::simulation

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <memory>
+
+#include "platform/Services.h"
+#include "platform/simulation/SimulatedDevice.h"
+#include "platform/simulation/SimulatedLocation.h"
+#include "platform/simulation/SimulatedUserNotificationCenter.h"
+#include "platform/simulation/VirtualTime.h"
+
+namespace ovinta::platform::simulation {
+
+/// One simulated device. Takes over the main thread: the one that makes it.
+class Simulation {
+ public:
+  /// What else stands in for the service of that name in the base; null keeps the base's.
+  struct Replacements {
+    std::shared_ptr<SettingsStore> settings;
+    std::shared_ptr<Log> log;
+    std::shared_ptr<URLSession> urlSession;
+    std::shared_ptr<OperationQueueFactory> operationQueues;
+  };
+
+  /// Replaces clock, main queue, location services, device and notification centre of the base,
+  /// which must have its `geodesy`. Positions that are delivered fire the location triggers.
+  Simulation(Services base, Date start, Replacements replacements = {});
+
+  /// Has virtual time stand still while an operation runs or a request is under way, and sends the
+  /// requests one by one (see `TimeHoldingURLSession` and `TimeHoldingOperationQueueFactory`), so
+  /// that work on real threads and a real service comes in the same order every time. From then on
+  /// operations run only while the main thread waits inside `advance` or `waitUntil`. Call it once,
+  /// before the services are installed.
+  void holdTimeDuringRequests();
+
+  /// The full set, to be given to `platform::install`. The services may outlive this object.
+  const Services& services() const { return services_; }
+
+  VirtualTime& time() { return time_; }
+  SimulatedLocation& location() { return *location_; }
+  SimulatedDevice& device() { return *device_; }
+  SimulatedUserNotificationCenter& notifications() { return *notifications_; }
+
+ private:
+  VirtualTime time_;
+  Services services_;
+  std::shared_ptr<SimulatedLocation> location_;
+  std::shared_ptr<SimulatedDevice> device_;
+  std::shared_ptr<SimulatedUserNotificationCenter> notifications_;
+};
+
+}  // namespace ovinta::platform::simulation
