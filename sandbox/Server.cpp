@@ -116,9 +116,8 @@ void Sandbox::Server::addFallbacks() {
   }
 }
 
-void Sandbox::Server::add(
-    std::string_view method, const std::string& pattern,
-    std::function<void(const httplib::Request&, const std::string&, Reply&)> handler) {
+void Sandbox::Server::add(std::string_view method, const std::string& pattern,
+                          const Handler& handler) {
   const auto bare = [handler](const httplib::Request& request, Reply& reply) {
     handler(request, {}, reply);
   };

@@ -25,12 +25,13 @@ class Sandbox::Server {
 
  private:
   using Reply = httplib::Response;
+  using Handler =
+      std::function<void(const httplib::Request& request, const std::string& body, Reply& reply)>;
 
   void addRoute(const Route& route);
   void addFallbacks();
   /// Registers a handler that gets the body, empty when the request has none.
-  void add(std::string_view method, const std::string& pattern,
-           std::function<void(const httplib::Request&, const std::string& body, Reply&)> handler);
+  void add(std::string_view method, const std::string& pattern, const Handler& handler);
   Answer answer(const Route& route, const httplib::Request& request, const std::string& body);
   /// The answer to a request that the route must not see; absent for all others.
   std::optional<Answer> rejection(Access access, const httplib::Request& request,

@@ -1,0 +1,114 @@
+#include "tests/sandbox/SandboxFixture.h"
+
+namespace ovinta::sandbox {
+namespace {
+
+constexpr struct {
+  const char* method;
+  const char* path;
+  bool needsCustomer;
+} kAppRoutes[] = {{"GET", "/m/v1/app", false},     {"POST", "/m/v1/customer", false},
+                  {"GET", "/m/v1/customer", true}, {"GET", "/m/v1/orders", true},
+                  {"POST", "/m/v1/orders", true},  {"PUT", "/m/v1/orders/ABCDEF", true},
+                  {"POST", "/m/v1/events", true}};
+
+class AccessTest : public SandboxTest {};
+
+TEST_F(AccessTest, CustomersRoutesNeedAKnownTokenInItsForm) {
+  Speaker app(sandbox);
+  const std::string token = app.becomeCustomer();
+  for (const std::string& authorization :
+       {std::string(), std::string("Token token=\"unknown\""), "Token token=" + token,
+        "Bearer " + token, "Token token=\"" + token + "\" " + "x"}) {
+    app.headers.erase("Authorization");
+    if (!authorization.empty()) app.headers.emplace("Authorization", authorization);
+    for (const auto& route : kAppRoutes) {
+      const Reply reply = app.send(route.method, route.path);
+      EXPECT_EQ(reply.status == 401, route.needsCustomer)
+          << route.method << " " << route.path << " with " << authorization;
+      EXPECT_TRUE(reply.status != 401 || reply.errors.empty());
+    }
+  }
+}
+
+TEST_F(AccessTest, OldAppsAreToldToUpgradeWhileTheSwitchIsOn) {
+  Speaker app(sandbox);
+  app.becomeCustomer();
+  const struct {
+    const char* minimum;
+    const char* version;
+    bool served;
+  } kCases[] = {{"1.2", "1.2", true},    {"1.10", "1.9", false}, {"1.9", "1.10", true},
+                {"1.2", "1.2.0", true},  {"1.2.0", "1.2", true}, {"2", "1.99", false},
+                {"1", "unknown", false}, {"1", "", false}};
+  for (const auto& test : kCases) {
+    SCOPED_TRACE(std::string(test.version) + " against " + test.minimum);
+    app.send("PUT", std::string("/sandbox/minimum-app-version/") + test.minimum);
+    app.headers.erase("App-Version");
+    app.headers.emplace("App-Version", test.version);
+    for (const auto& route : kAppRoutes) {
+      const Reply reply = app.send(route.method, route.path);
+      EXPECT_EQ(reply.status != 425, test.served) << route.method << " " << route.path;
+      EXPECT_EQ(reply.headers.count("App-Upgrade-URL"), test.served ? 0u : 1u);
+    }
+  }
+  EXPECT_EQ(app.send("DELETE", "/sandbox/minimum-app-version").status, 200);
+  EXPECT_EQ(app.send("GET", "/m/v1/orders").status, 200);
+}
+
+TEST_F(AccessTest, UnknownPathsAndMethodsAreNotFound) {
+  Speaker app(sandbox);
+  for (const auto& [method, path] :
+       {std::pair("GET", "/"), std::pair("POST", "/m/v1/order"),
+        std::pair("DELETE", "/m/v1/orders"), std::pair("PUT", "/m/v1/orders/A/B")}) {
+    EXPECT_EQ(app.send(method, path).status, 404) << method << " " << path;
+  }
+}
+
+TEST_F(AccessTest, ListsWhatAppsAskedForWithoutSecrets) {
+  Speaker app(sandbox);
+  app.becomeCustomer();
+  app.createOrder();
+  app.send("POST", "/sandbox/orders/1001/ready");
+  app.send("GET", "/m/v1/\xff?secret=1");
+  const auto entry = [](const char* method, const char* path, int status) {
+    return Dictionary{{"method", method}, {"path", path}, {"status", status}};
+  };
+  EXPECT_EQ(app.send("GET", "/sandbox/requests").list(),
+            (List{entry("POST", "/m/v1/customer", 200), entry("POST", "/m/v1/orders", 200),
+                  entry("GET", "/m/v1/%FF", 404)}));
+}
+
+class AppTokenTest : public SandboxTest {
+ protected:
+  AppTokenTest() : SandboxTest({.appToken = "app", .minimumAppVersion = "1.2"}) {}
+};
+
+TEST_F(AppTokenTest, IsDemandedOfAppsWhenTheOptionsSaySo) {
+  Speaker app(sandbox);
+  EXPECT_EQ(app.send("GET", "/m/v1/app").status, 401);
+  app.headers.emplace("App-Token", "other");
+  EXPECT_EQ(app.send("GET", "/m/v1/app").status, 401);
+  app.headers.erase("App-Token");
+  app.headers.emplace("App-Token", "app");
+  EXPECT_EQ(app.send("GET", "/m/v1/app").status, 200);
+  app.headers.erase("App-Version");
+  EXPECT_EQ(app.send("GET", "/m/v1/app").status, 425);
+  EXPECT_EQ(Speaker(sandbox).send("GET", "/sandbox/requests").status, 200);
+}
+
+TEST_F(AccessTest, APortInUseIsAnError) {
+  Sandbox second({.port = sandbox.port()});
+  const auto error = second.start();
+  ASSERT_TRUE(error);
+  EXPECT_THAT(*error, testing::HasSubstr(std::to_string(sandbox.port())));
+  EXPECT_EQ(second.port(), 0);
+  const int port = sandbox.port();
+  sandbox.stop();
+  Sandbox third({.port = port});
+  EXPECT_EQ(third.start(), std::nullopt);
+  EXPECT_EQ(third.baseURL(), "http://127.0.0.1:" + std::to_string(port));
+}
+
+}  // namespace
+}  // namespace ovinta::sandbox

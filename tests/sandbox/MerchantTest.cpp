@@ -1,0 +1,82 @@
+#include "tests/sandbox/SandboxFixture.h"
+
+namespace ovinta::sandbox {
+namespace {
+
+class MerchantTest : public SandboxTest {};
+
+TEST_F(MerchantTest, MovesAnOrderWhereThatIsPossible) {
+  Speaker app(sandbox);
+  app.becomeCustomer();
+  const struct {
+    const char* before;
+    const char* customer;
+    const char* move;
+    int status;
+  } kCases[] = {
+      {"created", "created", "ready", 200},     {"created", "waiting", "delayed", 200},
+      {"delayed", "arrived", "ready", 200},     {"ready", "nearby", "cancelled", 200},
+      {"ready", "waiting", "ready", 409},       {"cancelled", "created", "ready", 409},
+      {"completed", "waiting", "delayed", 409}, {"ready", "completed", "cancelled", 409},
+      {"cancelled", "created", "gone", 200},    {"ready", "completed", "gone", 200},
+  };
+  int id = 1000;
+  for (const auto& test : kCases) {
+    const std::string order = std::to_string(++id);
+    SCOPED_TRACE(std::string(test.before) + ", " + test.customer + " to " + test.move);
+    app.createOrder();
+    app.send("POST", "/m/v1/events",
+             R"({"order_id":)" + order + R"(,"event_type":"state_change","state":")" + test.before +
+                 R"(","customer_state":")" + test.customer + "\"}");
+    advance(std::chrono::seconds(1));
+    const Reply reply = app.send("POST", "/sandbox/orders/" + order + "/" + test.move);
+    EXPECT_EQ(reply.status, test.status);
+    EXPECT_EQ(reply.errors.contains("state"), test.status == 409);
+    const Reply list = app.send("GET", "/m/v1/orders");
+    const auto& after = *list.list().back().as<Dictionary>();
+    const bool isMoved = test.status == 200;
+    EXPECT_EQ(after.find("state")->second, Value(isMoved ? test.move : test.before));
+    EXPECT_EQ(after.find("updated_at")->second != after.find("created_at")->second, isMoved);
+  }
+}
+
+TEST_F(MerchantTest, RefusesUnknownOrdersAndMoves) {
+  Speaker app(sandbox);
+  app.becomeCustomer();
+  app.createOrder();
+  for (const char* path : {"/sandbox/orders/1/ready", "/sandbox/orders/99999999999999999999/gone",
+                           "/sandbox/orders/1001/created", "/sandbox/orders/x/ready"}) {
+    EXPECT_EQ(app.send("POST", path).status, 404) << path;
+  }
+}
+
+TEST_F(MerchantTest, EventsOnAGoneOrderAreRefusedAsGone) {
+  Speaker app(sandbox);
+  app.becomeCustomer();
+  app.createOrder();
+  EXPECT_EQ(app.send("POST", "/sandbox/orders/1001/gone").text("state"), "gone");
+  const Reply reply = app.send("POST", "/m/v1/events",
+                               R"({"order_id":1001,"event_type":"state_change","state":"ready"})");
+  EXPECT_EQ(reply.status, 410);
+  EXPECT_EQ(reply.errors, Dictionary{});
+  EXPECT_EQ(app.send("POST", "/m/v1/events",
+                     R"({"order_id":1002,"event_type":"state_change","state":"ready"})")
+                .status,
+            404);
+}
+
+TEST_F(MerchantTest, ThePageEscapesWhatCustomersWrote) {
+  Speaker app(sandbox);
+  app.becomeCustomer();
+  app.send("POST", "/m/v1/orders",
+           R"({"site_id":43,"partner_identifier":"A","customer_name":"<b>\"Bo\" & Co"})");
+  httplib::Client browser("127.0.0.1", sandbox.port());
+  const auto page = browser.Get("/sandbox/");
+  ASSERT_TRUE(page);
+  EXPECT_EQ(page->get_header_value("Content-Type"), "text/html; charset=utf-8");
+  EXPECT_THAT(page->body, testing::HasSubstr("<td>&lt;b&gt;&quot;Bo&quot; &amp; Co</td>"));
+  EXPECT_THAT(page->body, testing::HasSubstr("action=\"/sandbox/orders/1001/ready\""));
+}
+
+}  // namespace
+}  // namespace ovinta::sandbox

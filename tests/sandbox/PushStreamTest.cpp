@@ -1,0 +1,112 @@
+#include <chrono>
+#include <functional>
+#include <future>
+#include <memory>
+#include <optional>
+
+#include "sandbox/PushMailbox.h"
+#include "tests/sandbox/SandboxFixture.h"
+
+namespace ovinta::sandbox {
+namespace {
+
+/// Reads a stream, calling `onText` with all that has come so far until it answers false; answers
+/// all of it once the stream has ended.
+std::string readStream(const Sandbox& sandbox, const std::string& path,
+                       const std::function<bool(const std::string&)>& onText) {
+  httplib::Client client("127.0.0.1", sandbox.port());
+  client.set_read_timeout(std::chrono::seconds(60));
+  std::string text;
+  client.Get(path, [&](const char* data, std::size_t length) {
+    text.append(data, length);
+    return onText(text);
+  });
+  return text;
+}
+
+std::string event(const std::string& payload) { return "event: push\ndata: " + payload + "\n\n"; }
+
+const std::string kGreeting = ": listening\n\n";
+
+class PushStreamTest : public SandboxTest {};
+
+TEST_F(PushStreamTest, SendsWhatWaitedAndThenWhatComes) {
+  Speaker app(sandbox);
+  app.becomeCustomer();
+  app.createOrder("dev:00ff");
+  app.createOrder("other");
+  for (const char* move : {"1001/ready", "1002/ready", "1001/ready", "1001/delayed"}) {
+    app.send("POST", std::string("/sandbox/orders/") + move);
+  }
+  const std::string waited =
+      kGreeting + event(R"({"customer_state":"created","order_id":"1001","order_state":"ready"})") +
+      event(R"({"customer_state":"created","order_id":"1001","order_state":"delayed"})");
+  const std::string all =
+      waited + event(R"({"customer_state":"en_route","eta_at":"2024-05-01T12:01:30.007+0000",)"
+                     R"("order_id":"1001","order_state":"cancelled"})");
+  bool isMoved = false;
+  const std::string text =
+      readStream(sandbox, "/sandbox/pushes/dev%3A00ff", [&](const std::string& soFar) {
+        if (soFar == waited && !std::exchange(isMoved, true)) {
+          app.send("POST", "/m/v1/events",
+                   R"({"order_id":1001,"event_type":"state_change","customer_state":"en_route",
+                       "eta_seconds":90})");
+          app.send("POST", "/sandbox/orders/1001/cancelled");
+        }
+        return soFar.size() < all.size();
+      });
+  EXPECT_EQ(text, all);
+}
+
+TEST_F(PushStreamTest, EndsInOrderWhenTheSandboxStops) {
+  std::promise<void> listening;
+  auto text = std::async(std::launch::async, [&] {
+    return readStream(sandbox, "/sandbox/pushes/a", [&](const std::string& soFar) {
+      if (soFar == kGreeting) listening.set_value();
+      return true;
+    });
+  });
+  listening.get_future().wait();
+  sandbox.stop();
+  EXPECT_EQ(text.get(), kGreeting);
+  sandbox.stop();
+}
+
+constexpr std::chrono::milliseconds kNow{0};
+constexpr std::chrono::hours kLong{1};
+
+TEST(PushMailboxTest, EachListenerOfATokenGetsEachPayload) {
+  PushMailbox mailbox;
+  const auto first = mailbox.listen("a");
+  const auto second = mailbox.listen("a");
+  const auto other = mailbox.listen("b");
+  mailbox.send("a", "1");
+  EXPECT_EQ(first->next(kLong), "1");
+  EXPECT_EQ(second->next(kLong), "1");
+  EXPECT_EQ(other->next(kNow), std::nullopt);
+  EXPECT_FALSE(other->isClosed());
+}
+
+TEST(PushMailboxTest, WhatTheLastListenerLeavesUnreadWaitsForTheNext) {
+  PushMailbox mailbox;
+  auto first = mailbox.listen("a");
+  for (const char* payload : {"1", "2", "3"}) mailbox.send("a", payload);
+  EXPECT_EQ(first->next(kLong), "1");
+  first.reset();
+  mailbox.send("a", "4");
+  const auto second = mailbox.listen("a");
+  for (const char* payload : {"2", "3", "4"}) EXPECT_EQ(second->next(kLong), payload);
+  EXPECT_EQ(second->next(kNow), std::nullopt);
+}
+
+TEST(PushMailboxTest, ClosingEndsTheWait) {
+  auto mailbox = std::make_unique<PushMailbox>();
+  const auto listener = mailbox->listen("a");
+  auto waited = std::async(std::launch::async, [&] { return listener->next(kLong); });
+  mailbox.reset();
+  EXPECT_EQ(waited.get(), std::nullopt);
+  EXPECT_TRUE(listener->isClosed());
+}
+
+}  // namespace
+}  // namespace ovinta::sandbox
