@@ -1,0 +1,97 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "OvintaSDK/customer/CustomerManager.h"
+#include "platform/Services.h"
+#include "platform/simulation/AnsweringURLSession.h"
+#include "platform/simulation/VirtualTime.h"
+#include "tests/support/CannedRecords.h"
+#include "tests/support/TemporaryDirectory.h"
+
+namespace ovinta::test {
+
+/// The base URL in the settings store when a test begins.
+inline constexpr std::string_view kBaseURL = "https://service.test/";
+
+/// Now, when a test begins: 2021-03-04T20:30:00Z.
+inline constexpr platform::Date kStart{std::chrono::seconds{1614889800}};
+
+/// A fresh library on a platform where nothing happens by itself: time, queues and HTTP go on only
+/// inside `drain` and `advance`. Text, dates, URLs, distances and the order store are the real
+/// ones; the store lies in a directory of the test's own. The settings hold a base URL, nobody is
+/// signed in, and `Ovinta::configure` was not called.
+class SDKFixture : public ::testing::Test {
+ protected:
+  using Answer = platform::simulation::Answer;
+
+  SDKFixture();
+  ~SDKFixture() override;
+
+  /// Installs the services as changed by `change`, and starts the library afresh on them.
+  void restartWith(const std::function<void(platform::Services&)>& change);
+
+  // HTTP. A request that no answer was given for fails.
+
+  /// What the endpoint answers from now on: one after the other, the last one again and again.
+  void answer(std::string_view method, std::string_view path, std::vector<Answer> answers);
+  void answer(std::string_view method, std::string_view path, Answer answer);
+  /// An answer of status 200 with {"data": record}.
+  static Answer dataAnswer(platform::Value record);
+
+  /// The requests so far.
+  std::vector<platform::URLRequest> requests() const { return http->requests(); }
+  /// The requests so far as "METHOD path", the path below the base URL.
+  std::vector<std::string> requestLines() const;
+  /// The bodies of the requests to one endpoint; "(none)" for one without a body.
+  std::vector<std::string> bodies(std::string_view method, std::string_view path) const;
+
+  // Progress.
+
+  /// Runs operations, answers requests and runs main-queue tasks that are due, until nothing is
+  /// left to do. Time does not move.
+  void drain();
+  /// Lets time pass, one second after the other, and drains before and after each.
+  void advance(std::chrono::seconds interval);
+
+  // What the library knows and says.
+
+  /// Makes the canned customer the current one.
+  CustomerPtr signIn();
+  /// Has the service answer these orders, fetches them, and drains.
+  void fetchOrders(const std::vector<platform::Dictionary>& records);
+  /// An answer with a list of orders.
+  static Answer ordersAnswer(const std::vector<platform::Dictionary>& records);
+
+  /// The library's notifications so far: all, by name alone, or those of one name.
+  std::vector<std::string> postedNames() const;
+  std::vector<platform::Notification> posted(platform::NotificationName name) const;
+  void forgetNotifications() { notifications_.clear(); }
+
+  std::vector<std::string> logLines() const;
+
+  TemporaryDirectory directory;
+  platform::simulation::VirtualTime time{kStart};
+  std::shared_ptr<platform::simulation::AnsweringURLSession> http;
+  /// The services in force.
+  platform::Services services;
+
+ private:
+  static std::string requestLine(const platform::URLRequest& request);
+  Answer answerTo(const platform::URLRequest& request);
+  void observeNotifications();
+
+  std::map<std::string, std::vector<Answer>, std::less<>> answers_;
+  std::vector<platform::Notification> notifications_;
+  std::vector<std::unique_ptr<platform::NotificationObserver>> observers_;
+};
+
+}  // namespace ovinta::test
