@@ -1,0 +1,83 @@
+#include <gmock/gmock.h>
+
+#include <functional>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "platform/linux/SQLiteSettingsStore.h"
+#include "platform/standard/Standard.h"
+#include "tests/support/RecordingLog.h"
+#include "tests/support/TemporaryDirectory.h"
+
+namespace ovinta::platform {
+namespace {
+
+struct Implementation {
+  std::string name;
+  std::function<std::shared_ptr<SettingsStore>(const std::filesystem::path&)> make;
+};
+
+/// What every settings store promises.
+class SettingsStoreTest : public testing::TestWithParam<Implementation> {
+ protected:
+  test::TemporaryDirectory directory_;
+  std::shared_ptr<SettingsStore> store_ = GetParam().make(directory_.path());
+};
+
+TEST_P(SettingsStoreTest, StoredTextsHideDefaultsUntilTheyAreRemoved) {
+  EXPECT_EQ(store_->string("key"), std::nullopt);
+  store_->remove("key");
+  store_->registerDefault("key", "default");
+  store_->registerDefault("key", "later default");
+  EXPECT_EQ(store_->string("key"), "later default");
+  const std::string odd("a'\"\n\0\xC3\xA9", 7);
+  for (const auto& text : {std::string("stored"), std::string(), odd}) {
+    store_->set("key", text);
+    store_->set("other", "x");
+    EXPECT_EQ(store_->string("key"), text);
+  }
+  store_->registerDefault("key", "latest default");
+  EXPECT_EQ(store_->string("key"), odd);
+  store_->remove("key");
+  EXPECT_EQ(store_->string("key"), "latest default");
+  EXPECT_EQ(store_->string("other"), "x");
+}
+
+TEST_P(SettingsStoreTest, ThreadsSeeEachOthersWritesAtOnce) {
+  std::vector<std::thread> threads;
+  for (int number = 0; number < 4; ++number) {
+    threads.emplace_back([this, number] {
+      const auto key = "key " + std::to_string(number);
+      for (int round = 0; round < 50; ++round) {
+        store_->set(key, std::to_string(round));
+        EXPECT_EQ(store_->string(key), std::to_string(round));
+        store_->set("shared", "text");
+        EXPECT_EQ(store_->string("shared"), "text");
+      }
+    });
+  }
+  for (auto& thread : threads) thread.join();
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    All, SettingsStoreTest,
+    testing::Values(Implementation{"InMemory",
+                                   [](const auto&) {
+                                     return standard::makeInMemorySettingsStore();
+                                   }},
+                    Implementation{"SQLite",
+                                   [](const auto& directory) {
+                                     return std::make_shared<linux::SQLiteSettingsStore>(
+                                         directory / "Settings.sqlite",
+                                         std::make_shared<test::RecordingLog>());
+                                   }},
+                    Implementation{"SQLiteWithoutFile",
+                                   [](const auto&) {
+                                     return std::make_shared<linux::SQLiteSettingsStore>(
+                                         std::nullopt, std::make_shared<test::RecordingLog>());
+                                   }}),
+    [](const auto& tested) { return tested.param.name; });
+
+}  // namespace
+}  // namespace ovinta::platform

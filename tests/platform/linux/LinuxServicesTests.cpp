@@ -1,0 +1,211 @@
+#include <gmock/gmock.h>
+
+#include <cstdlib>
+#include <future>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/linux/DirectoryBundle.h"
+#include "platform/linux/GLibMainQueue.h"
+#include "platform/linux/InMemoryUserNotificationCenter.h"
+#include "platform/linux/LibraryBundle.h"
+#include "platform/linux/Linux.h"
+#include "platform/linux/PrivateDirectory.h"
+#include "platform/linux/SystemClock.h"
+#include "platform/linux/UnavailableLocationServices.h"
+#include "platform/standard/Standard.h"
+#include "tests/support/Files.h"
+#include "tests/support/TemporaryDirectory.h"
+
+namespace ovinta::platform::linux {
+namespace {
+
+using testing::ElementsAre;
+using testing::StartsWith;
+
+TEST(DirectoryBundleTest, ReadsItsFilesAnewAtEveryCall) {
+  const test::TemporaryDirectory directory;
+  const DirectoryBundle bundle(directory.path());
+  EXPECT_EQ(bundle.infoText("version"), std::nullopt);
+  EXPECT_EQ(bundle.resource("some", "data"), std::nullopt);
+
+  test::writeFile(directory.path() / "Info.json", R"({"version": "1.2", "number": 3})");
+  const std::string bytes("\0\xFF\n", 3);
+  for (const auto& content : {bytes, std::string()}) {
+    test::writeFile(directory.path() / "some.data", content);
+    EXPECT_EQ(bundle.resource("some", "data"), content);
+  }
+  create_directory(directory.path() / "other.data");
+  EXPECT_EQ(bundle.resource("other", "data"), std::nullopt);
+  EXPECT_EQ(bundle.infoText("version"), "1.2");
+  EXPECT_EQ(bundle.infoText("number"), std::nullopt);
+  EXPECT_EQ(bundle.infoText("none"), std::nullopt);
+  for (const auto* malformed : {"", "{", "[\"version\"]"}) {
+    test::writeFile(directory.path() / "Info.json", malformed);
+    EXPECT_EQ(bundle.infoText("version"), std::nullopt);
+  }
+}
+
+TEST(LibraryBundleTest, HoldsTheVersionAndTheDataModel) {
+  const LibraryBundle bundle;
+  EXPECT_EQ(bundle.infoText("CFBundleShortVersionString"), OVINTA_PROJECT_VERSION);
+  EXPECT_EQ(bundle.infoText("other"), std::nullopt);
+  EXPECT_EQ(bundle.resource("VelkModel", "other"), std::nullopt);
+  const auto model = ManagedObjectModel::parse(bundle.resource("VelkModel", "momd").value());
+  ASSERT_TRUE(model);
+  ASSERT_NE(model->entity("Order"), nullptr);
+  EXPECT_THAT(model->entity("Order")->attributes,
+              ElementsAre(AttributeDescription{"id", AttributeType::integer64, false},
+                          AttributeDescription{"partnerIdentifier", AttributeType::string, true},
+                          AttributeDescription{"siteId", AttributeType::integer64, false},
+                          AttributeDescription{"state", AttributeType::integer64, false},
+                          AttributeDescription{"customerState", AttributeType::integer64, false}));
+}
+
+/// Sets, or for null unsets, a variable of the environment for its own life.
+class ScopedVariable {
+ public:
+  ScopedVariable(const char* name, const char* value) : name_(name) {
+    if (const char* old = std::getenv(name)) before_ = old;
+    set(value);
+  }
+  ~ScopedVariable() { set(before_ ? before_->c_str() : nullptr); }
+
+ private:
+  void set(const char* value) { value ? setenv(name_, value, 1) : unsetenv(name_); }
+  const char* name_;
+  std::optional<std::string> before_;
+};
+
+TEST(PrivateDirectoryTest, TheDefaultDataDirectoryFollowsTheEnvironment) {
+  const struct {
+    const char *dataHome, *home, *identifier, *expected;
+  } cases[] = {
+      {"/data", "/home/user", "org.example.app", "/data/org.example.app/OvintaSDK"},
+      {nullptr, "/home/user", "app", "/home/user/.local/share/app/OvintaSDK"},
+      {"relative", "/home/user", "app", "/home/user/.local/share/app/OvintaSDK"},
+      {"/data", nullptr, "../../etc", "/data/.._.._etc/OvintaSDK"},
+      {"/data", nullptr, "..", "/data/application/OvintaSDK"},
+      {"/data", nullptr, "", "/data/application/OvintaSDK"},
+  };
+  for (const auto& tested : cases) {
+    const ScopedVariable dataHome("XDG_DATA_HOME", tested.dataHome);
+    const ScopedVariable home("HOME", tested.home);
+    EXPECT_EQ(defaultDataDirectory(tested.identifier), tested.expected);
+  }
+  const ScopedVariable dataHome("XDG_DATA_HOME", nullptr);
+  for (const char* unusable : {static_cast<const char*>(nullptr), "", "relative"}) {
+    const ScopedVariable home("HOME", unusable);
+    // Whatever the user database says: a user's home or none, but never a relative path.
+    const auto directory = defaultDataDirectory("app");
+    EXPECT_TRUE(!directory || directory->is_absolute());
+  }
+}
+
+TEST(PrivateDirectoryTest, AnotherUsersDirectoryIsRefused) {
+  if (geteuid() == 0) GTEST_SKIP() << "root may use any directory";
+  EXPECT_TRUE(preparePrivateDirectory("/"));
+}
+
+class RecordingDelegate : public LocationManagerDelegate {
+ public:
+  void didUpdateLocations(const std::vector<Location>&) override { ADD_FAILURE(); }
+  void didRangeBeacons(const std::vector<RangedBeacon>&, const BeaconRegion&) override {
+    ADD_FAILURE();
+  }
+  void didChangeAuthorizationStatus(AuthorizationStatus status) override {
+    statuses.push_back(status);
+  }
+  std::vector<AuthorizationStatus> statuses;
+};
+
+TEST(UnavailableLocationServicesTest, SaysSoOnceAndKeepsTheRegions) {
+  rememberMainThread();
+  const auto queue = std::make_shared<GLibMainQueue>();
+  UnavailableLocationServices services(queue);
+  EXPECT_FALSE(services.locationServicesEnabled());
+  RecordingDelegate delegate, earlier, orphan;
+  const auto manager = services.makeLocationManager();
+  manager->setDelegate(&earlier);
+  manager->setDelegate(&delegate);
+  {
+    const auto gone = services.makeLocationManager();
+    gone->setDelegate(&orphan);
+  }
+  EXPECT_THAT(delegate.statuses, ElementsAre());
+  queue->async(quitMainLoop);
+  runMainLoop();
+  EXPECT_THAT(delegate.statuses, ElementsAre(services.authorizationStatus()));
+  EXPECT_THAT(earlier.statuses, ElementsAre());
+  EXPECT_THAT(orphan.statuses, ElementsAre());
+
+  const BeaconRegion beacon{.proximityUUID = {}, .major = {}, .minor = {}, .identifier = "one"};
+  auto other = beacon;
+  other.major = 1;
+  for (const auto& region : {beacon, other, beacon}) manager->startRangingBeacons(region);
+  EXPECT_THAT(manager->rangedRegions(), ElementsAre(Region(beacon), Region(other)));
+  manager->stopRangingBeacons(beacon);
+  EXPECT_THAT(manager->rangedRegions(), ElementsAre(Region(other)));
+  CircularRegion circle;
+  circle.identifier = "one";
+  for (const Region& region : {Region(beacon), Region(circle)}) manager->startMonitoring(region);
+  EXPECT_THAT(manager->monitoredRegions(), ElementsAre(Region(circle)));
+  manager->stopMonitoring(beacon);
+  EXPECT_THAT(manager->monitoredRegions(), ElementsAre());
+}
+
+TEST(InMemoryUserNotificationCenterTest, KeepsRequestsInTheOrderOfTheCalls) {
+  const auto queues = standard::makeOperationQueueFactory();
+  InMemoryUserNotificationCenter center(*queues);
+  std::vector<std::optional<UserNotificationError>> errors;
+  for (const auto* identifier : {"a", "b", "a"}) {
+    center.add({identifier, {}, {}}, [&](auto error) { errors.push_back(std::move(error)); });
+  }
+  center.add({"c", {}, {}}, nullptr);
+  center.removePendingNotificationRequests({"b", "unknown"});
+  std::promise<std::vector<UserNotificationRequest>> pending;
+  center.getPendingNotificationRequests([&](auto found) { pending.set_value(std::move(found)); });
+  EXPECT_THAT(pending.get_future().get(), ElementsAre(UserNotificationRequest{"a", {}, {}},
+                                                      UserNotificationRequest{"c", {}, {}}));
+  ASSERT_EQ(errors.size(), 3U);
+  for (const auto& error : errors) EXPECT_FALSE(error);
+}
+
+TEST(LinuxServicesTest, AreCompleteAndTouchTheDiskOnlyWhenWrittenTo) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  const test::TemporaryDirectory directory;
+  const auto data = directory.path() / "data";
+  test::writeFile(directory.path() / "Info.json", R"({"name": "the app"})");
+  const auto made = makeServices(
+      {.applicationID = "tests", .mainBundleDirectory = directory.path(), .dataDirectory = data});
+  EXPECT_EQ(made.mainBundle->infoText("name"), "the app");
+  EXPECT_EQ(made.settings->string("key"), std::nullopt);
+  EXPECT_EQ(made.device->batteryState(), BatteryState::unknown);
+  EXPECT_GT(made.clock->now(), Date(std::chrono::sys_days(std::chrono::year(2020) / 1 / 1)));
+  EXPECT_FALSE(exists(data));
+  made.settings->set("key", "value");
+  const auto container = made.persistentContainers->makeContainer(
+      "VelkModel",
+      ManagedObjectModel::parse(made.libraryBundle->resource("VelkModel", "momd").value()).value());
+  container->loadPersistentStores([&](const auto& store, const auto& error) {
+    EXPECT_EQ(store.location, (data / "VelkModel.sqlite").string());
+    EXPECT_FALSE(error);
+  });
+  EXPECT_EQ(test::modeOf(data / "Settings.sqlite"), 0600U);
+
+  install(made);
+  const auto& first = services();
+  EXPECT_EQ(first.clock, made.clock);
+  auto changed = made;
+  changed.clock = std::make_shared<SystemClock>();
+  install(changed);
+  EXPECT_EQ(services().clock, changed.clock);
+  EXPECT_EQ(first.clock, made.clock) << "earlier references stay valid";
+  changed.text = nullptr;
+  EXPECT_EXIT(install(changed), testing::KilledBySignal(SIGABRT),
+              "Fatal error: Platform service missing: text");
+}
+
+}  // namespace
+}  // namespace ovinta::platform::linux

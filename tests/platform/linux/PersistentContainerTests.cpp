@@ -1,0 +1,304 @@
+#include <gmock/gmock.h>
+#include <sys/stat.h>
+
+#include <cstdint>
+#include <limits>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "platform/linux/SQLitePersistentContainer.h"
+#include "tests/support/Files.h"
+#include "tests/support/TemporaryDirectory.h"
+
+namespace ovinta::platform::linux {
+namespace {
+
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::UnorderedElementsAre;
+
+const FetchRequest kAllItems{"Item"};
+
+ManagedObjectModel itemModel() {
+  return {{{"Item",
+            {{"number", AttributeType::integer64, false}, {"text", AttributeType::string, true}}},
+           {"Quoted \"name\"", {{"order", AttributeType::string, false}}}}};
+}
+
+std::shared_ptr<ManagedObject> item(AttributeValue number, AttributeValue text = {}) {
+  auto object = std::make_shared<ManagedObject>("Item");
+  object->setValue("number", std::move(number));
+  object->setValue("text", std::move(text));
+  return object;
+}
+
+std::vector<std::int64_t> numbers(ManagedObjectContext& context) {
+  StoreError error;
+  std::vector<std::int64_t> result;
+  for (const auto& object : context.fetch(kAllItems, &error)) {
+    result.push_back(std::get<std::int64_t>(object.value("number")));
+  }
+  EXPECT_EQ(error.localizedDescription, "");
+  return result;
+}
+
+class PersistentContainerTest : public testing::Test {
+ protected:
+  std::shared_ptr<PersistentContainer> make(ManagedObjectModel model = itemModel()) {
+    return SQLitePersistentContainerFactory(directory_).makeContainer("Items", std::move(model));
+  }
+
+  std::shared_ptr<PersistentContainer> load() {
+    auto container = make();
+    EXPECT_EQ(loadError(*container), std::nullopt);
+    return container;
+  }
+
+  std::optional<std::string> loadError(PersistentContainer& container,
+                                       std::map<std::string, std::string>* details = nullptr) {
+    std::optional<std::string> description;
+    int calls = 0;
+    container.loadPersistentStores([&](const auto& store, auto error) {
+      ++calls;
+      EXPECT_EQ(store.location, file_.string());
+      EXPECT_EQ(container.persistentStoreDescriptions().at(0).location, store.location);
+      if (error) description = error->localizedDescription;
+      if (error && details) *details = error->userInfo;
+    });
+    EXPECT_EQ(calls, 1);
+    return description;
+  }
+
+  test::TemporaryDirectory temporary_;
+  const std::filesystem::path directory_ = temporary_.path() / "store";
+  const std::filesystem::path file_ = directory_ / "Items.sqlite";
+};
+
+TEST_F(PersistentContainerTest, KeepsRecordsOfEveryEntityAcrossARestart) {
+  constexpr auto kMost = std::numeric_limits<std::int64_t>::max();
+  constexpr auto kLeast = std::numeric_limits<std::int64_t>::min();
+  const std::string odd("12\0\xC3\xA9", 5);
+  {
+    const auto container = load();
+    const auto context = container->newBackgroundContext();
+    context->insert(item(kMost, odd));
+    context->insert(item(kLeast));
+    context->insert(item(7, ""));
+    auto late = item(1, "as it was inserted");
+    context->insert(late);
+    late->setValue("text", "as it is at the save");
+    auto other = std::make_shared<ManagedObject>("Quoted \"name\"");
+    other->setValue("order", "text");
+    context->insert(other);
+    EXPECT_THAT(context->fetch(kAllItems, nullptr), IsEmpty());
+    EXPECT_EQ(context->save(), std::nullopt);
+  }
+  EXPECT_EQ(test::modeOf(directory_), 0700U);
+  EXPECT_EQ(test::modeOf(file_), 0600U);
+
+  const auto container = load();
+  const auto context = container->newBackgroundContext();
+  std::vector<std::pair<AttributeValue, AttributeValue>> found;
+  for (const auto& object : context->fetch(kAllItems, nullptr)) {
+    found.emplace_back(object.value("number"), object.value("text"));
+  }
+  using Pair = std::pair<AttributeValue, AttributeValue>;
+  EXPECT_THAT(found, UnorderedElementsAre(Pair(kMost, odd), Pair(kLeast, AttributeValue{}),
+                                          Pair(std::int64_t{7}, ""),
+                                          Pair(std::int64_t{1}, "as it is at the save")));
+  const auto others = context->fetch({"Quoted \"name\""}, nullptr);
+  ASSERT_EQ(others.size(), 1U);
+  EXPECT_EQ(others[0].value("order"), AttributeValue("text"));
+}
+
+TEST_F(PersistentContainerTest, ATransactionIsSeenAsAWholeWhenSavedAndNotAtAllWhenDropped) {
+  const auto container = load();
+  auto writer = container->newBackgroundContext();
+  writer->insert(item(1));
+  ASSERT_EQ(writer->save(), std::nullopt);
+
+  const auto reader = container->newBackgroundContext();
+  ASSERT_EQ(writer->executeBatchDelete(kAllItems), std::nullopt);
+  writer->insert(item(2));
+  EXPECT_THAT(numbers(*reader), UnorderedElementsAre(1));
+  writer.reset();
+  EXPECT_THAT(numbers(*reader), UnorderedElementsAre(1));
+
+  writer = container->newBackgroundContext();
+  ASSERT_EQ(writer->executeBatchDelete(kAllItems), std::nullopt);
+  writer->insert(item(3));
+  writer->insert(item(4));
+  ASSERT_EQ(writer->save(), std::nullopt);
+  EXPECT_THAT(numbers(*reader), UnorderedElementsAre(3, 4));
+
+  // A context may go on after a save.
+  ASSERT_EQ(writer->executeBatchDelete(kAllItems), std::nullopt);
+  ASSERT_EQ(writer->save(), std::nullopt);
+  EXPECT_THAT(numbers(*reader), IsEmpty());
+}
+
+TEST_F(PersistentContainerTest, AFailedStepUndoesTheWholeTransaction) {
+  const auto container = load();
+  {
+    const auto context = container->newBackgroundContext();
+    context->insert(item(1));
+    ASSERT_EQ(context->save(), std::nullopt);
+  }
+  const std::shared_ptr<ManagedObject> misfits[] = {item({}), item("no number"),
+                                                    item(1, std::int64_t{2}),
+                                                    std::make_shared<ManagedObject>("Unknown")};
+  for (const auto& misfit : {misfits[0], misfits[1], misfits[3]}) {
+    const auto context = container->newBackgroundContext();
+    ASSERT_EQ(context->executeBatchDelete(kAllItems), std::nullopt);
+    context->insert(item(2));
+    context->insert(misfit);
+    const auto error = context->save();
+    ASSERT_NE(error, std::nullopt);
+    EXPECT_THAT(error->localizedDescription, HasSubstr("could not be saved"));
+    EXPECT_EQ(error->userInfo.at("path"), file_.string());
+    EXPECT_NE(context->save(), std::nullopt);
+    EXPECT_THAT(numbers(*container->newBackgroundContext()), UnorderedElementsAre(1));
+  }
+  const auto context = container->newBackgroundContext();
+  EXPECT_NE(context->executeBatchDelete({"Unknown"}), std::nullopt);
+  context->insert(item(5));
+  EXPECT_NE(context->save(), std::nullopt) << "what should have been deleted is still there";
+  StoreError error;
+  EXPECT_THAT(container->newBackgroundContext()->fetch({"Unknown"}, &error), IsEmpty());
+  EXPECT_THAT(error.localizedDescription, HasSubstr("could not be read"));
+}
+
+TEST_F(PersistentContainerTest, WritersOfSeveralThreadsWaitForEachOther) {
+  const auto container = load();
+  std::vector<std::thread> threads;
+  for (std::int64_t number = 1; number <= 4; ++number) {
+    threads.emplace_back([&, number] {
+      for (int round = 0; round < 5; ++round) {
+        const auto context = container->newBackgroundContext();
+        EXPECT_EQ(context->executeBatchDelete(kAllItems), std::nullopt);
+        for (int copy = 0; copy < 20; ++copy) context->insert(item(number));
+        EXPECT_EQ(context->save(), std::nullopt);
+        const auto seen = numbers(*container->newBackgroundContext());
+        EXPECT_EQ(seen, std::vector<std::int64_t>(20, seen.at(0)));
+      }
+    });
+  }
+  for (auto& thread : threads) thread.join();
+}
+
+TEST_F(PersistentContainerTest, SaysWhyAStoreCannotBeLoadedAndLeavesItAlone) {
+  struct Case {
+    const char* name;
+    std::function<void()> prepare;
+    const char* domain;
+    const char* code;
+  };
+  const Case cases[] = {
+      {"text file", [&] { test::writeFile(file_, "no database"); }, "SQLite", "26"},
+      {"other model",
+       [&] {
+         auto model = itemModel();
+         model.entities[0].attributes[1].optional = false;
+         EXPECT_EQ(loadError(*make(model)), std::nullopt);
+       },
+       "SQLite", "17"},
+      {"directory in its place", [&] { create_directory(file_); }, "POSIX", "22"},
+      {"link in its place", [&] { create_symlink(temporary_.path() / "target", file_); }, "POSIX",
+       "22"},
+      {"file in the directory's place",
+       [&] {
+         remove(directory_);
+         test::writeFile(directory_, "");
+       },
+       "POSIX", "20"},
+      {"link in the directory's place",
+       [&] {
+         remove(directory_);
+         create_directory(temporary_.path() / "target");
+         create_directory_symlink(temporary_.path() / "target", directory_);
+       },
+       "POSIX", "20"},
+      {"file that may not be written",
+       [&] {
+         test::writeFile(file_, "");
+         chmod(file_.c_str(), 0400);
+       },
+       "POSIX", "13"},
+      {"directory that may not be written", [&] { chmod(directory_.c_str(), 0500); }, "POSIX",
+       "13"},
+  };
+  for (const auto& tested : cases) {
+    SCOPED_TRACE(tested.name);
+    const bool stopsRoot = std::string(tested.code) != "13";
+    if (!stopsRoot && geteuid() == 0) continue;
+    std::filesystem::remove_all(directory_);
+    create_directory(directory_);
+    tested.prepare();
+    const bool existed = exists(file_);
+    std::map<std::string, std::string> details;
+    const auto error = loadError(*make(), &details);
+    EXPECT_THAT(error.value_or(""), HasSubstr("The store could not be opened: "));
+    EXPECT_EQ(details["path"], file_.string());
+    EXPECT_EQ(details["domain"], tested.domain);
+    EXPECT_EQ(details["code"], tested.code);
+    EXPECT_EQ(exists(file_), existed);
+    chmod(directory_.c_str(), 0700);
+  }
+  const auto homeless = SQLitePersistentContainerFactory(std::nullopt).makeContainer("Items", {});
+  homeless->loadPersistentStores([](const auto&, const auto& error) {
+    EXPECT_THAT(error.value_or(StoreError{}).localizedDescription, HasSubstr("home directory"));
+  });
+}
+
+/// Replaces the list again and again; list number n has 20 + n % 13 records, each of number n. One
+/// byte goes down the pipe for every record built, "S" for every save that has returned.
+void writeListsForEver(PersistentContainer& container, int pipe) {
+  const auto tell = [pipe](char byte) {
+    if (write(pipe, &byte, 1) != 1) _exit(1);
+  };
+  for (std::int64_t list = 1;; ++list) {
+    const auto context = container.newBackgroundContext();
+    if (context->executeBatchDelete(kAllItems)) _exit(1);
+    for (std::int64_t count = 0; count < 20 + list % 13; ++count) {
+      context->insert(item(list, std::string(500, 'x')));
+      tell('.');
+    }
+    if (context->save()) _exit(1);
+    tell('S');
+  }
+}
+
+TEST_F(PersistentContainerTest, AKilledWriterLeavesTheOldListOrTheNewOne) {
+  for (int round = 0; round < 40; ++round) {
+    SCOPED_TRACE(round);
+    std::filesystem::remove_all(directory_);
+    int pipe[2];
+    ASSERT_EQ(::pipe(pipe), 0);
+    const auto child = test::forkChild([&] { writeListsForEver(*load(), pipe[1]); });
+    close(pipe[1]);
+    // The child runs on while the bytes are read, so the signal finds it anywhere, most often in
+    // the save that follows the last record.
+    int bytes = 0;
+    std::int64_t saved = 0;
+    for (char byte = 0; bytes < 40 + round * 7 && read(pipe[0], &byte, 1) == 1; ++bytes) {
+      if (byte == 'S') ++saved;
+    }
+    kill(child, SIGKILL);
+    EXPECT_EQ(test::waitFor(child), SIGKILL);
+    for (char byte = 0; read(pipe[0], &byte, 1) == 1;) {
+      if (byte == 'S') ++saved;
+    }
+    close(pipe[0]);
+    const auto container = load();
+    const auto found = numbers(*container->newBackgroundContext());
+    ASSERT_FALSE(found.empty());
+    const auto list = found.front();
+    EXPECT_EQ(found, std::vector<std::int64_t>(20 + list % 13, list));
+    EXPECT_GE(list, saved);
+    EXPECT_LE(list, saved + 1);
+  }
+}
+
+}  // namespace
+}  // namespace ovinta::platform::linux

@@ -1,0 +1,171 @@
+#include "platform/linux/SQLiteSettingsStore.h"
+
+#include <SQLiteCpp/Database.h>
+#include <gmock/gmock.h>
+#include <sys/stat.h>
+
+#include <string>
+
+#include "tests/support/Files.h"
+#include "tests/support/RecordingLog.h"
+#include "tests/support/TemporaryDirectory.h"
+
+namespace ovinta::platform::linux {
+namespace {
+
+using testing::AllOf;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+class SQLiteSettingsStoreTest : public testing::Test {
+ protected:
+  std::unique_ptr<SQLiteSettingsStore> open() {
+    return std::make_unique<SQLiteSettingsStore>(file_, log_);
+  }
+
+  test::TemporaryDirectory temporary_;
+  const std::filesystem::path directory_ = temporary_.path() / "made" / "on demand";
+  const std::filesystem::path file_ = directory_ / "Settings.sqlite";
+  std::shared_ptr<test::RecordingLog> log_ = std::make_shared<test::RecordingLog>();
+};
+
+TEST_F(SQLiteSettingsStoreTest, SurvivesARestartButDefaultsDoNot) {
+  const std::string odd("a\0b\xC3\xA9", 5);
+  {
+    const auto store = open();
+    store->registerDefault("default", "x");
+    store->set("kept", "first");
+    store->set("kept", odd);
+    store->set("empty", "");
+    store->set("removed", "x");
+    store->remove("removed");
+  }
+  const auto store = open();
+  EXPECT_EQ(store->string("kept"), odd);
+  EXPECT_EQ(store->string("empty"), "");
+  EXPECT_EQ(store->string("removed"), std::nullopt);
+  EXPECT_EQ(store->string("default"), std::nullopt);
+  EXPECT_THAT(log_->lines(), IsEmpty());
+}
+
+TEST_F(SQLiteSettingsStoreTest, WhatWasWrittenIsThereEvenWhenTheProcessIsKilled) {
+  test::waitFor(test::forkChild([&] {
+    const auto store = open();
+    store->set("key", "value");
+    kill(getpid(), SIGKILL);
+  }));
+  EXPECT_EQ(open()->string("key"), "value");
+}
+
+TEST_F(SQLiteSettingsStoreTest, ReadingMakesNothingAndWritingMakesPrivateFiles) {
+  EXPECT_EQ(open()->string("key"), std::nullopt);
+  EXPECT_FALSE(exists(temporary_.path() / "made"));
+
+  for (const mode_t mask : {0, 0777}) {
+    const auto before = umask(mask);
+    const auto store = open();
+    store->set("key", "value");
+    umask(before);
+    EXPECT_EQ(test::modeOf(temporary_.path() / "made"), 0700U);
+    EXPECT_EQ(test::modeOf(directory_), 0700U);
+    for (const auto* suffix : {"", "-wal", "-shm"}) {
+      EXPECT_EQ(test::modeOf(file_.string() + suffix), 0600U) << suffix;
+    }
+    std::filesystem::remove_all(temporary_.path() / "made");
+  }
+
+  open()->set("key", "value");
+  chmod(directory_.c_str(), 0755);
+  chmod(file_.c_str(), 0644);
+  EXPECT_EQ(open()->string("key"), "value");
+  EXPECT_EQ(test::modeOf(directory_), 0700U);
+  EXPECT_EQ(test::modeOf(file_), 0600U);
+}
+
+TEST_F(SQLiteSettingsStoreTest, FollowsNoLinks) {
+  const auto elsewhere = temporary_.path() / "elsewhere.sqlite";
+  create_directories(directory_);
+  create_symlink(elsewhere, file_);
+  const auto store = open();
+  store->set("key", "value");
+  EXPECT_EQ(store->string("key"), "value");
+  EXPECT_FALSE(exists(elsewhere));
+  EXPECT_THAT(log_->lines(), ElementsAre(HasSubstr("Could not write the setting \"key\"")));
+}
+
+TEST_F(SQLiteSettingsStoreTest, ADamagedFileIsSetAsideLoggedAndRebuilt) {
+  const std::function<void()> damages[] = {
+      [&] { test::writeFile(file_, "no database"); },
+      [&] { test::writeFile(file_, std::string(20000, 'x')); },
+      [&] { test::writeFile(file_, "SQLite format 3" + std::string(5000, '\0')); },
+      [&] {
+        SQLite::Database(file_.string(), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE)
+            .exec("CREATE TABLE setting(something, different)");
+      },
+  };
+  create_directories(directory_);
+  int number = 0;
+  for (const auto& damage : damages) {
+    SCOPED_TRACE(++number);
+    damage();
+    {
+      const auto store = open();
+      EXPECT_EQ(store->string("key"), std::nullopt);
+      store->set("key", "value");
+    }
+    EXPECT_EQ(open()->string("key"), "value");
+    const auto aside = "Settings.sqlite.corrupt-" + std::to_string(number);
+    EXPECT_TRUE(exists(directory_ / aside));
+    ASSERT_EQ(log_->lines().size(), static_cast<std::size_t>(number));
+    EXPECT_THAT(log_->lines().back(), AllOf(HasSubstr("damaged"), HasSubstr(aside)));
+    remove(file_);
+  }
+}
+
+TEST_F(SQLiteSettingsStoreTest, AWriteThatFailsIsLoggedKeptInMemoryAndMadeUpFor) {
+  test::writeFile(temporary_.path() / "made", "in the way of the directory");
+  {
+    const auto store = open();
+    store->set("first", "secret");
+    store->set("gone", "secret");
+    store->remove("gone");
+    EXPECT_EQ(store->string("first"), "secret");
+    EXPECT_EQ(log_->lines().size(), 3U);
+    EXPECT_THAT(log_->lines(), testing::Each(Not(HasSubstr("secret"))));
+    remove(temporary_.path() / "made");
+    store->set("second", "2");
+    EXPECT_EQ(log_->lines().size(), 3U);
+  }
+  const auto store = open();
+  EXPECT_EQ(store->string("first"), "secret");
+  EXPECT_EQ(store->string("second"), "2");
+  EXPECT_EQ(store->string("gone"), std::nullopt);
+}
+
+TEST_F(SQLiteSettingsStoreTest, TwoProcessesMayWriteTheSameFileFromTheFirstMomentOn) {
+  constexpr int kRounds = 10, kKeys = 30;
+  const auto write = [&](const std::string& mark) {
+    for (int round = 0; round < kRounds; ++round) {
+      // Each in a directory of its own, so that the two meet while the file is being made.
+      SQLiteSettingsStore store(directory_ / std::to_string(round) / "Settings.sqlite", log_);
+      for (int key = 0; key < kKeys; ++key) store.set(mark + std::to_string(key), mark);
+    }
+    return log_->lines().size();
+  };
+  const auto child = test::forkChild([&] { _exit(write("child") == 0 ? 0 : 1); });
+  EXPECT_EQ(write("parent"), 0U) << log_->lines().front();
+  EXPECT_EQ(test::waitFor(child), 0);
+  for (int round = 0; round < kRounds; ++round) {
+    SQLiteSettingsStore store(directory_ / std::to_string(round) / "Settings.sqlite", log_);
+    for (int key = 0; key < kKeys; ++key) {
+      for (const auto* mark : {"child", "parent"}) {
+        EXPECT_EQ(store.string(mark + std::to_string(key)), mark);
+      }
+    }
+  }
+}
+
+}  // namespace
+}  // namespace ovinta::platform::linux
