@@ -125,12 +125,14 @@ void Sandbox::Server::add(std::string_view method, const std::string& pattern,
   const auto reading = [handler](const httplib::Request& request, Reply& reply,
                                  const httplib::ContentReader& read) {
     std::string body;
-    if (request.has_header("Content-Length") || request.has_header("Transfer-Encoding")) {
-      read([&](const char* data, std::size_t length) {
-        body.append(data, length);
-        return true;
-      });
-    }
+    const auto append = [&](const char* data, std::size_t length) {
+      body.append(data, length);
+      return true;
+    };
+    const bool hasBody =
+        request.has_header("Content-Length") || request.has_header("Transfer-Encoding");
+    // Where reading fails, the server has set the status.
+    if (hasBody && !read(append)) return;
     handler(request, body, reply);
   };
   if (method == "GET") http_.Get(pattern, bare);
