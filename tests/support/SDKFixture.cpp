@@ -2,23 +2,17 @@
 
 #include <algorithm>
 #include <array>
-#include <deque>
-#include <mutex>
+#include <iterator>
 
 #include "OvintaSDK/core/Ovinta.h"
 #include "OvintaSDK/core/OvintaState.h"
 #include "OvintaSDK/core/SDKNotifications.h"
 #include "OvintaSDK/core/UserDefaultsKey.h"
 #include "platform/JSON.h"
-#include "platform/linux/DirectoryBundle.h"
-#include "platform/linux/InMemoryUserNotificationCenter.h"
 #include "platform/linux/LibraryBundle.h"
 #include "platform/linux/SQLitePersistentContainer.h"
 #include "platform/linux/TextServices.h"
-#include "platform/linux/UnavailableLocationServices.h"
-#include "platform/linux/UnknownBatteryDevice.h"
 #include "platform/standard/Standard.h"
-#include "tests/support/RecordingLog.h"
 #include "tests/support/ZonedDateFormatters.h"
 
 namespace ovinta::test {
@@ -27,75 +21,57 @@ namespace linux = platform::linux;
 namespace simulation = platform::simulation;
 namespace standard = platform::standard;
 
-class DrivenQueues : public platform::OperationQueueFactory {
- public:
-  std::shared_ptr<platform::OperationQueue> makeQueue() override {
-    return std::make_shared<Queue>(*this);
-  }
+namespace {
 
-  bool runAll() {
-    bool ran = false;
-    while (true) {
-      std::shared_ptr<platform::Operation> operation;
-      {
-        const std::lock_guard lock(mutex_);
-        if (waiting_.empty()) return ran;
-        operation = std::move(waiting_.front());
-        waiting_.pop_front();
-      }
-      operation->main();
-      ran = true;
-    }
-  }
+const char* const kVersionKey = "CFBundleShortVersionString";
 
- private:
-  class Queue : public platform::OperationQueue {
-   public:
-    explicit Queue(DrivenQueues& queues) : queues_(queues) {}
-    void addOperation(std::shared_ptr<platform::Operation> operation) override {
-      const std::lock_guard lock(queues_.mutex_);
-      queues_.waiting_.push_back(std::move(operation));
-    }
-    void setMaxConcurrentOperationCount(std::size_t count) override { count_ = count; }
-    std::size_t maxConcurrentOperationCount() const override { return count_; }
-
-   private:
-    DrivenQueues& queues_;
-    std::size_t count_ = 0;
-  };
-
-  std::mutex mutex_;
-  std::deque<std::shared_ptr<platform::Operation>> waiting_;
-};
+}  // namespace
 
 SDKFixture::SDKFixture()
     : http(std::make_shared<simulation::AnsweringURLSession>(
-          [this](const platform::URLRequest& request) { return answerTo(request); })) {
-  services.clock = time.clock();
-  services.log = std::make_shared<RecordingLog>();
-  services.mainQueue = time.mainQueue();
-  services.operationQueues = std::make_shared<DrivenQueues>();
-  services.notificationCenter = standard::makeNotificationCenter();
-  services.settings = standard::makeInMemorySettingsStore();
-  services.mainBundle = std::make_shared<linux::DirectoryBundle>(directory.path());
-  services.libraryBundle = std::make_shared<linux::LibraryBundle>();
-  services.text = linux::makeText();
-  services.dateFormatters =
-      std::make_shared<ZonedDateFormatters>(linux::makeDateFormatterFactory());
-  services.urls = linux::makeURLFormat();
-  services.urlSession = http;
-  services.persistentContainers =
-      std::make_shared<linux::SQLitePersistentContainerFactory>(directory.path() / "data");
-  services.geodesy = linux::makeGeodesy();
-  services.location = std::make_shared<linux::UnavailableLocationServices>(services.mainQueue);
-  services.userNotifications =
-      std::make_shared<linux::InMemoryUserNotificationCenter>(*services.operationQueues);
-  services.device = std::make_shared<linux::UnknownBatteryDevice>();
-
+          [this](const platform::URLRequest& request) { return answerTo(request); })),
+      queues(std::make_shared<simulation::DrivenOperationQueueFactory>()),
+      log(std::make_shared<simulation::RecordingLog>()),
+      mainBundle(std::make_shared<simulation::SimulatedBundle>(
+          simulation::SimulatedBundle::Texts{{kVersionKey, "1.2.3"}})),
+      libraryBundle(std::make_shared<simulation::SimulatedBundle>(
+          simulation::SimulatedBundle::Texts{{kVersionKey, "9.4.8"}})) {
+  services = makeServices();
   platform::install(services);
   OvintaState::replace();
   UserDefaultsKey::apiBase.set(std::string(kBaseURL));
   observeNotifications();
+}
+
+platform::Services SDKFixture::makeServices() {
+  const auto geodesy = linux::makeGeodesy();
+  location = std::make_shared<simulation::SimulatedLocation>(time.mainQueue(), geodesy);
+  device = std::make_shared<simulation::SimulatedDevice>();
+  userNotifications =
+      std::make_shared<simulation::SimulatedUserNotificationCenter>(time.mainQueue(), geodesy);
+  if (const auto model = linux::LibraryBundle().resource("VelkModel", "momd")) {
+    libraryBundle->setResource("VelkModel", "momd", *model);
+  }
+  return {
+      .clock = time.clock(),
+      .log = log,
+      .mainQueue = time.mainQueue(),
+      .operationQueues = queues,
+      .notificationCenter = standard::makeNotificationCenter(),
+      .settings = standard::makeInMemorySettingsStore(),
+      .mainBundle = mainBundle,
+      .libraryBundle = libraryBundle,
+      .text = linux::makeText(),
+      .dateFormatters = std::make_shared<ZonedDateFormatters>(linux::makeDateFormatterFactory()),
+      .urls = linux::makeURLFormat(),
+      .urlSession = http,
+      .persistentContainers =
+          std::make_shared<linux::SQLitePersistentContainerFactory>(directory.path() / "data"),
+      .geodesy = geodesy,
+      .location = location,
+      .userNotifications = userNotifications,
+      .device = device,
+  };
 }
 
 // The library keeps its services; they must not reach back into a test that is over.
@@ -160,15 +136,12 @@ std::vector<std::string> SDKFixture::bodies(std::string_view method, std::string
 }
 
 void SDKFixture::drain() {
-  auto& queues = static_cast<DrivenQueues&>(*services.operationQueues);
-  bool busy = true;
-  while (busy) {
-    busy = queues.runAll();
-    busy = http->deliverAll() > 0 || busy;
-    const std::size_t waiting = time.pendingTaskCount();
+  std::size_t done = 0;
+  do {
+    done = queues->runAll();
     time.runUntilIdle();
-    busy = time.pendingTaskCount() != waiting || busy;
-  }
+    done += http->deliverAll();
+  } while (done > 0 || queues->waitingCount() > 0);
 }
 
 void SDKFixture::advance(std::chrono::seconds interval) {
@@ -215,10 +188,6 @@ std::vector<platform::Notification> SDKFixture::posted(platform::NotificationNam
   std::ranges::copy_if(notifications_, std::back_inserter(matching),
                        [name](const auto& notification) { return notification.name == name; });
   return matching;
-}
-
-std::vector<std::string> SDKFixture::logLines() const {
-  return static_cast<RecordingLog&>(*services.log).lines();
 }
 
 }  // namespace ovinta::test

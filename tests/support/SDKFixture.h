@@ -13,6 +13,12 @@
 #include "OvintaSDK/customer/CustomerManager.h"
 #include "platform/Services.h"
 #include "platform/simulation/AnsweringURLSession.h"
+#include "platform/simulation/DrivenOperationQueueFactory.h"
+#include "platform/simulation/RecordingLog.h"
+#include "platform/simulation/SimulatedBundle.h"
+#include "platform/simulation/SimulatedDevice.h"
+#include "platform/simulation/SimulatedLocation.h"
+#include "platform/simulation/SimulatedUserNotificationCenter.h"
 #include "platform/simulation/VirtualTime.h"
 #include "tests/support/CannedRecords.h"
 #include "tests/support/TemporaryDirectory.h"
@@ -27,8 +33,9 @@ inline constexpr platform::Date kStart{std::chrono::seconds{1614889800}};
 
 /// A fresh library on a platform where nothing happens by itself: time, queues and HTTP go on only
 /// inside `drain` and `advance`. Text, dates, URLs, distances and the order store are the real
-/// ones; the store lies in a directory of the test's own. The settings hold a base URL, nobody is
-/// signed in, and `Ovinta::configure` was not called.
+/// ones; the store lies in a directory of the test's own. The library's version is 9.4.8, the
+/// application's 1.2.3. The settings hold a base URL, nobody is signed in, and `Ovinta::configure`
+/// was not called.
 class SDKFixture : public ::testing::Test {
  protected:
   using Answer = platform::simulation::Answer;
@@ -76,15 +83,24 @@ class SDKFixture : public ::testing::Test {
   std::vector<platform::Notification> posted(platform::NotificationName name) const;
   void forgetNotifications() { notifications_.clear(); }
 
-  std::vector<std::string> logLines() const;
+  std::vector<std::string> logLines() const { return log->lines(); }
 
   TemporaryDirectory directory;
   platform::simulation::VirtualTime time{kStart};
   std::shared_ptr<platform::simulation::AnsweringURLSession> http;
-  /// The services in force.
+  std::shared_ptr<platform::simulation::DrivenOperationQueueFactory> queues;
+  std::shared_ptr<platform::simulation::RecordingLog> log;
+  std::shared_ptr<platform::simulation::SimulatedBundle> mainBundle;
+  /// Holds the data model.
+  std::shared_ptr<platform::simulation::SimulatedBundle> libraryBundle;
+  std::shared_ptr<platform::simulation::SimulatedLocation> location;
+  std::shared_ptr<platform::simulation::SimulatedDevice> device;
+  std::shared_ptr<platform::simulation::SimulatedUserNotificationCenter> userNotifications;
+  /// The services in force: those above and the rest.
   platform::Services services;
 
  private:
+  platform::Services makeServices();
   static std::string requestLine(const platform::URLRequest& request);
   Answer answerTo(const platform::URLRequest& request);
   void observeNotifications();

@@ -1,0 +1,71 @@
+#include "OvintaSDK/core/UserDefaultsKey.h"
+
+#include "platform/standard/Standard.h"
+#include "tests/support/SDKFixture.h"
+
+namespace ovinta::test {
+namespace {
+
+using UserDefaultsKeyTest = SDKFixture;
+
+TEST_F(UserDefaultsKeyTest, NineKeysHaveTheirTexts) {
+  const std::pair<UserDefaultsKey, const char*> keys[] = {
+      {UserDefaultsKey::customerToken, "Customer Token"},
+      {UserDefaultsKey::customerName, "Customer Name"},
+      {UserDefaultsKey::customerEmail, "Customer Email"},
+      {UserDefaultsKey::customerVehicleType, "Customer Vehicle Type"},
+      {UserDefaultsKey::customerVehicleColor, "Customer Vehicle Color"},
+      {UserDefaultsKey::customerLicensePlate, "Customer License Plate"},
+      {UserDefaultsKey::customerPhone, "Customer Phone"},
+      {UserDefaultsKey::apiBase, "API Base URL"},
+      {UserDefaultsKey::lastKnownAuthStatus, "Last Known Auth Status"},
+  };
+  for (const auto& [key, text] : keys) {
+    EXPECT_EQ(key.rawValue(), text);
+    EXPECT_EQ(UserDefaultsKey::fromRawValue(text), key);
+    key.set(std::string("value of ") + text);
+  }
+  for (const auto& [key, text] : keys) {
+    EXPECT_EQ(services.settings->string(text), std::string("value of ") + text);
+  }
+  for (const char* text : {"", "customerToken", "customer token", "Customer Token "}) {
+    EXPECT_EQ(UserDefaultsKey::fromRawValue(text), std::nullopt) << text;
+  }
+}
+
+TEST_F(UserDefaultsKeyTest, TextsComeAndGo) {
+  const UserDefaultsKey key = UserDefaultsKey::customerPhone;
+  EXPECT_EQ(key.stringValue(), std::nullopt);
+  services.settings->registerDefault(key.rawValue(), "default");
+  EXPECT_EQ(key.stringValue(), "default");
+  key.set("");
+  EXPECT_EQ(key.stringValue(), "");
+  key.set(std::nullopt);
+  EXPECT_EQ(key.stringValue(), "default");
+  key.set("555");
+  key.remove();
+  EXPECT_EQ(key.stringValue(), "default");
+
+  const auto store = platform::standard::makeInMemorySettingsStore();
+  EXPECT_EQ(stringForKey(*store, key), std::nullopt);
+  store->set(key.rawValue(), "of another store");
+  EXPECT_EQ(stringForKey(*store, key), "of another store");
+}
+
+TEST_F(UserDefaultsKeyTest, OnlyTheTextYESIsTrue) {
+  const UserDefaultsKey key = UserDefaultsKey::customerName;
+  EXPECT_FALSE(key.boolValue());
+  for (const char* text : {"NO", "yes", "true", "1", "YES ", ""}) {
+    key.set(text);
+    EXPECT_FALSE(key.boolValue()) << text;
+  }
+  key.setBool(true);
+  EXPECT_EQ(key.stringValue(), "YES");
+  EXPECT_TRUE(key.boolValue());
+  key.setBool(false);
+  EXPECT_EQ(key.stringValue(), "NO");
+  EXPECT_FALSE(key.boolValue());
+}
+
+}  // namespace
+}  // namespace ovinta::test
