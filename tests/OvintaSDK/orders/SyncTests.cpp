@@ -1,0 +1,165 @@
+// The order store as a mirror of the list of orders.
+#include <gmock/gmock.h>
+
+#include <tuple>
+
+#include "OvintaSDK/core/Ovinta.h"
+#include "OvintaSDK/core/OvintaState.h"
+#include "OvintaSDK/model/CoreOrder.h"
+#include "OvintaSDK/orders/SyncOrdersOperation.h"
+#include "tests/support/SDKFixture.h"
+
+namespace ovinta {
+namespace {
+
+using platform::StoreError;
+using test::decodeOrder;
+using test::requiredOrder;
+using test::with;
+using testing::IsEmpty;
+using testing::UnorderedElementsAre;
+
+/// Identifier, partner's identifier, site, state, customer's state.
+using Summary =
+    std::tuple<std::int64_t, std::optional<std::string>, std::int64_t, std::int64_t, std::int64_t>;
+
+class Sync : public test::SDKFixture {
+ protected:
+  static std::vector<Summary> stored() {
+    StoreError error;
+    std::vector<Summary> summaries;
+    const auto context = OvintaState::current().persistentContainer().newBackgroundContext();
+    for (auto& object : context->fetch(CoreOrder::fetchRequest(), &error)) {
+      const CoreOrder order(std::move(object));
+      summaries.emplace_back(order.id(), order.partnerIdentifier(), order.siteId(), order.state(),
+                             order.customerState());
+    }
+    EXPECT_EQ(error.localizedDescription, "");
+    return summaries;
+  }
+};
+
+TEST_F(Sync, RebuildsTheStoreFromEachFetch) {
+  signIn();
+  fetchOrders({test::fullOrder(), with(requiredOrder(8), {{"site_id", 5'000'000'000},
+                                                          {"state", "gone"},
+                                                          {"customer_state", "completed"}})});
+  EXPECT_THAT(stored(), UnorderedElementsAre(Summary(7, "P-7", 42, 1, 1),
+                                             Summary(8, std::nullopt, 5'000'000'000, 5, 5)));
+  fetchOrders({requiredOrder(8)});
+  EXPECT_THAT(stored(), UnorderedElementsAre(Summary(8, std::nullopt, 42, 0, 0)));
+  EXPECT_EQ(logLines().back(), "Finished syncing orders");
+  fetchOrders({});
+  EXPECT_THAT(stored(), IsEmpty());
+}
+
+TEST_F(Sync, FollowsAListThatTheApplicationSets) {
+  OrdersManager& orders = Ovinta::orders();
+  orders.setOpen(OrderList{});
+  orders.setAll(OrderList{decodeOrder(requiredOrder(1)), decodeOrder(requiredOrder(2))});
+  orders.setAll(OrderList{decodeOrder(requiredOrder(3))});
+  drain();
+  EXPECT_THAT(stored(), UnorderedElementsAre(Summary(3, std::nullopt, 42, 0, 0)));
+  EXPECT_THAT(orders.open().value(), IsEmpty());
+  EXPECT_FALSE(orders.closed());
+
+  orders.setAll(std::nullopt);
+  drain();
+  EXPECT_FALSE(orders.all());
+  EXPECT_EQ(stored().size(), 1u) << "an absent list leaves the store alone";
+  EXPECT_EQ(std::ranges::count(logLines(), "Finished syncing orders"), 2);
+}
+
+/// A store that refuses to delete or to save.
+class BrokenContainer : public platform::PersistentContainer {
+ public:
+  explicit BrokenContainer(bool deletes) : deletes_(deletes) {}
+
+  void loadPersistentStores(
+      const std::function<void(const platform::PersistentStoreDescription&,
+                               std::optional<StoreError>)>& completion) override {
+    completion({}, std::nullopt);
+  }
+  std::vector<platform::PersistentStoreDescription> persistentStoreDescriptions() const override {
+    return {{.location = "nowhere"}};
+  }
+  std::unique_ptr<platform::ManagedObjectContext> newBackgroundContext() override {
+    return std::make_unique<Context>(deletes_);
+  }
+
+ private:
+  class Context : public platform::ManagedObjectContext {
+   public:
+    explicit Context(bool deletes) : deletes_(deletes) {}
+    std::optional<StoreError> executeBatchDelete(const platform::FetchRequest&) override {
+      return deletes_ ? std::nullopt : std::optional(StoreError{"cannot delete", {}});
+    }
+    void insert(std::shared_ptr<const platform::ManagedObject>) override {
+      EXPECT_TRUE(deletes_) << "after a failed delete";
+    }
+    std::optional<StoreError> save() override {
+      EXPECT_TRUE(deletes_) << "after a failed delete";
+      return StoreError{"cannot save", {}};
+    }
+    std::vector<platform::ManagedObject> fetch(const platform::FetchRequest&,
+                                               StoreError*) override {
+      return {};
+    }
+
+   private:
+    bool deletes_;
+  };
+
+  bool deletes_;
+};
+
+class BrokenContainers : public platform::PersistentContainerFactory {
+ public:
+  explicit BrokenContainers(bool deletes) : deletes_(deletes) {}
+  std::shared_ptr<platform::PersistentContainer> makeContainer(
+      std::string_view, platform::ManagedObjectModel) override {
+    return std::make_shared<BrokenContainer>(deletes_);
+  }
+
+ private:
+  bool deletes_;
+};
+
+TEST_F(Sync, DisturbsNothingWhenItFails) {
+  for (const bool deletes : {false, true}) {
+    restartWith([deletes](platform::Services& changed) {
+      changed.persistentContainers = std::make_shared<BrokenContainers>(deletes);
+    });
+    signIn();
+    forgetNotifications();
+    fetchOrders({requiredOrder(1)});
+    EXPECT_EQ(Ovinta::orders().all()->size(), 1u);
+    EXPECT_EQ(Ovinta::orders().lastFetch()->error, nullptr);
+    EXPECT_THAT(postedNames(), testing::ElementsAre("ordersUpdated"));
+    EXPECT_EQ(logLines().back(), "Finished syncing orders");
+
+    int calls = 0;
+    SyncOrdersOperation(*Ovinta::orders().all(), [&](const auto& orders, const auto& error) {
+      ++calls;
+      EXPECT_FALSE(orders);
+      EXPECT_EQ(error->localizedDescription(), deletes ? "cannot save" : "cannot delete");
+    }).main();
+    EXPECT_EQ(calls, 1);
+  }
+}
+
+TEST_F(Sync, ReportsTheOrdersThatItStored) {
+  const OrderList orders{decodeOrder(requiredOrder(1))};
+  int calls = 0;
+  SyncOrdersOperation(orders, [&](const auto& synced, const auto& error) {
+    ++calls;
+    EXPECT_EQ(synced, orders);
+    EXPECT_EQ(error, nullptr);
+  }).main();
+  SyncOrdersOperation({}, nullptr).main();
+  EXPECT_EQ(calls, 1);
+  EXPECT_THAT(stored(), IsEmpty());
+}
+
+}  // namespace
+}  // namespace ovinta
