@@ -9,7 +9,7 @@
 #include <stdexcept>
 #include <utility>
 
-namespace ovinta::tests {
+namespace ovinta::test {
 namespace {
 
 constexpr std::string_view kHeadEnd = "\r\n\r\n";
@@ -178,4 +178,4 @@ std::string httpAnswer(std::string_view status, std::string_view body,
          "Content-Length: " + std::to_string(body.size()) + "\r\n\r\n" + std::string(body);
 }
 
-}  // namespace ovinta::tests
+}  // namespace ovinta::test

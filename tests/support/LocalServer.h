@@ -12,7 +12,7 @@
 
 #include "platform/URLSession.h"
 
-namespace ovinta::tests {
+namespace ovinta::test {
 
 /// What a client sent, as it came over the wire.
 struct ReceivedRequest {
@@ -97,4 +97,4 @@ class LocalServer {
 std::string httpAnswer(std::string_view status, std::string_view body = {},
                        std::string_view headerLines = {});
 
-}  // namespace ovinta::tests
+}  // namespace ovinta::test

@@ -8,9 +8,9 @@
 namespace ovinta::platform::linux {
 namespace {
 
-using tests::httpAnswer;
-using tests::LocalServer;
-using tests::ReceivedRequest;
+using test::httpAnswer;
+using test::LocalServer;
+using test::ReceivedRequest;
 
 std::string redirectTo(const std::string& location, int status = 302) {
   return httpAnswer(std::to_string(status) + " Elsewhere", "moved",
@@ -27,21 +27,22 @@ class RedirectedMethod : public CurlURLSessionFixture,
                          public testing::WithParamInterface<MethodCase> {};
 
 TEST_P(RedirectedMethod, KeepsOrDropsTheBody) {
-  const auto& [status, method, methodAfter] = GetParam();
+  const MethodCase& redirect = GetParam();
   std::vector<ReceivedRequest> received;
   LocalServer server(LocalServer::answering([&](const ReceivedRequest& request) {
     received.push_back(request);
-    return received.size() == 1 ? redirectTo("../b/../c", status) : httpAnswer("200 OK", "there");
+    return received.size() == 1 ? redirectTo("../b/../c", redirect.status)
+                                : httpAnswer("200 OK", "there");
   }));
   const auto outcome = fetch({.url = {server.url("/x/a")},
-                              .method = method,
+                              .method = redirect.method,
                               .headers = {{"App-Token", "secret"}, {"Content-Type", "t"}},
                               .body = "body"});
   EXPECT_EQ(outcome.data, "there");
   EXPECT_EQ(outcome.statusCode(), 200);
   ASSERT_EQ(received.size(), 2u);
-  const bool keeps = method == methodAfter;
-  EXPECT_EQ(received[1].method, methodAfter);
+  const bool keeps = redirect.method == redirect.methodAfter;
+  EXPECT_EQ(received[1].method, redirect.methodAfter);
   EXPECT_EQ(received[1].target, "/c");
   EXPECT_EQ(received[1].body, keeps ? "body" : "");
   const std::vector<HeaderField> withoutBody{received[0].headers[0], {"App-Token", "secret"}};

@@ -9,10 +9,10 @@
 namespace ovinta::platform::linux {
 namespace {
 
-using tests::httpAnswer;
-using tests::LocalServer;
-using tests::ReceivedRequest;
-using tests::ServerConnection;
+using test::httpAnswer;
+using test::LocalServer;
+using test::ReceivedRequest;
+using test::ServerConnection;
 using Headers = std::vector<HeaderField>;
 using namespace std::chrono_literals;
 

@@ -16,10 +16,10 @@ extern char** environ;
 namespace ovinta::platform::linux {
 namespace {
 
-using tests::httpAnswer;
-using tests::LocalServer;
-using tests::ReceivedRequest;
-using tests::ServerConnection;
+using test::httpAnswer;
+using test::LocalServer;
+using test::ReceivedRequest;
+using test::ServerConnection;
 
 /// Lets `wait` return once `arrive` has been called that often.
 class Gathering {
