@@ -50,7 +50,7 @@ Demo::~Demo() = default;
 
 bool Demo::run() {
   for (const Step& step : steps()) {
-    timeline_.add("step", step.title);
+    timeline_.begin(step.title);
     Failure failure = (this->*step.run)();
     pass(1s);
     if (failure) {
@@ -83,8 +83,10 @@ void Demo::observeNotifications() {
 
 void Demo::observeLocationSettings() {
   device_.simulation().location().onSettingsChanged([this] {
+    const std::string before = std::exchange(accuracy_, device_.accuracyText());
+    if (accuracy_ == before) return;
     updateSituation();
-    timeline_.add("accuracy", device_.accuracyText());
+    timeline_.add("accuracy", accuracy_.empty() ? "positions are no longer asked for" : accuracy_);
   });
 }
 

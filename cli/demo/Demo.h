@@ -80,6 +80,8 @@ class Demo {
   std::unique_ptr<Merchant> merchant_;
   std::vector<std::unique_ptr<platform::NotificationObserver>> observers_;
   OrderPtr order_;
+  /// As last shown.
+  std::string accuracy_;
 };
 
 }  // namespace ovinta::cli

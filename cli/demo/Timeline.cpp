@@ -3,8 +3,8 @@
 #include <array>
 #include <chrono>
 #include <cmath>
-#include <cstdio>
 #include <ctime>
+#include <iomanip>
 #include <iostream>
 
 #include "platform/JSON.h"
@@ -16,34 +16,38 @@ void Timeline::setSituation(Situation situation) {
   situation_ = std::move(situation);
 }
 
-std::string Timeline::clockText(std::string_view format) const {
+std::string Timeline::clockText(const char* format) const {
   const std::time_t seconds =
       std::chrono::floor<std::chrono::seconds>(now_()).time_since_epoch().count();
   std::tm parts{};
   gmtime_r(&seconds, &parts);
   std::array<char, 32> text{};
-  const std::size_t length =
-      std::strftime(text.data(), text.size(), std::string(format).c_str(), &parts);
-  return {text.data(), length};
+  return {text.data(), std::strftime(text.data(), text.size(), format, &parts)};
+}
+
+void Timeline::begin(std::string_view title) {
+  const std::scoped_lock lock(mutex_);
+  if (json_) return printObject("step", title, {});
+  std::cout << "\n" << title << std::endl;
 }
 
 void Timeline::add(std::string_view kind, std::string_view text, platform::Dictionary details) {
   const std::scoped_lock lock(mutex_);
-  const auto metres = situation_.distance ? std::lround(*situation_.distance) : -1;
-  if (json_) {
-    details.emplace("time", clockText("%Y-%m-%dT%H:%M:%SZ"));
-    details.emplace("kind", kind);
-    details.emplace("text", text);
-    if (metres >= 0) details.emplace("distance", metres);
-    if (!situation_.accuracy.empty()) details.emplace("accuracy", situation_.accuracy);
-    std::cout << platform::writeJSON(details) << std::endl;
-    return;
-  }
-  const std::string distance = metres >= 0 ? std::to_string(metres) + " m" : "";
-  std::printf("%s  %8s  %-28s  %-8.*s  %.*s\n", clockText("%H:%M:%S").c_str(), distance.c_str(),
-              situation_.accuracy.c_str(), static_cast<int>(kind.size()), kind.data(),
-              static_cast<int>(text.size()), text.data());
-  std::fflush(stdout);
+  if (json_) return printObject(kind, text, std::move(details));
+  const auto& [distance, accuracy] = situation_;
+  const std::string metres = distance ? std::to_string(std::lround(*distance)) + " m" : "";
+  std::cout << "  " << clockText("%H:%M:%S") << std::right << std::setw(9) << metres << "  "
+            << std::left << std::setw(25) << accuracy << std::setw(10) << kind << text << std::endl;
+}
+
+void Timeline::printObject(std::string_view kind, std::string_view text,
+                           platform::Dictionary details) {
+  details.emplace("time", clockText("%Y-%m-%dT%H:%M:%SZ"));
+  details.emplace("kind", kind);
+  details.emplace("text", text);
+  if (situation_.distance) details.emplace("distance", std::lround(*situation_.distance));
+  if (!situation_.accuracy.empty()) details.emplace("accuracy", situation_.accuracy);
+  std::cout << platform::writeJSON(details) << std::endl;
 }
 
 void Timeline::summarize(std::string_view text, platform::Dictionary details) {

@@ -31,14 +31,19 @@ class Timeline {
   /// One line: what kind of thing happened, what it was for people, and its details for programs.
   void add(std::string_view kind, std::string_view text, platform::Dictionary details = {});
 
+  /// A heading: what is to come next.
+  void begin(std::string_view title);
+
   /// The closing summary: lines for people, or one object for programs.
   void summarize(std::string_view text, platform::Dictionary details);
 
  private:
-  std::string clockText(std::string_view format) const;
+  std::string clockText(const char* format) const;
+  void printObject(std::string_view kind, std::string_view text, platform::Dictionary details);
 
   const bool json_;
   const std::function<platform::Date()> now_;
+  /// Guards the situation, and keeps lines whole.
   std::mutex mutex_;
   Situation situation_;
 };

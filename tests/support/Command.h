@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace ovinta::testing {
+
+/// How a command ended.
+struct CommandResult {
+  /// -1 when a signal ended it.
+  int exitCode = -1;
+  /// What it wrote to standard output and standard error.
+  std::string output;
+
+  std::vector<std::string> lines() const;
+};
+
+/// Runs a program with arguments to its end, without a shell.
+CommandResult runCommand(const std::vector<std::string>& arguments);
+
+}  // namespace ovinta::testing
