@@ -19,7 +19,6 @@ RULES = [
     (r"platform/standard/", rf"{PLATFORM}|platform/standard/", STANDARD),
     (r"platform/linux/Linux\.h", PLATFORM, STANDARD),
     (r"platform/linux/", rf"{PLATFORM}|platform/(standard|linux)/", ANY),
-    (r"platform/simulation/\w+\.h", rf"{PLATFORM}|{SIMULATION}", STANDARD),
     (r"platform/simulation/", rf"{PLATFORM}|{SIMULATION}", rf"{STANDARD}|pugixml\.hpp"),
     (r"sandbox/", r"sandbox/|platform/|OvintaSDK/", ANY),
     (r"cli/", ANY, ANY),
