@@ -1,0 +1,71 @@
+#pragma once
+
+#include <gmock/gmock.h>
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "OvintaSDK/core/Ovinta.h"
+#include "OvintaSDK/core/OvintaState.h"
+#include "OvintaSDK/core/SDKNotifications.h"
+#include "tests/support/SDKFixture.h"
+
+namespace ovinta {
+
+using namespace std::chrono_literals;
+using test::requiredOrder;
+using test::with;
+
+/// A signed-in customer, and a location updater once `start` was called. The permission is "always"
+/// unless a test changes it.
+class LocationFixture : public test::SDKFixture {
+ protected:
+  static constexpr std::string_view kEvents = "m/v1/events";
+  static constexpr double kMetresPerDegree = 110'574;
+
+  LocationFixture() {
+    signIn();
+    answer("POST", kEvents, Answer::json(200, ""));
+    device->setBatteryMonitoringEnabled(true);
+  }
+
+  /// Makes the updater and lets it hear of the permission.
+  void start() {
+    OvintaState::current().makeLocationUpdater();
+    drain();
+    forgetNotifications();
+  }
+
+  /// The same, with open orders of these numbers.
+  void startTracking(std::vector<std::int64_t> ids = {7}) {
+    start();
+    std::vector<platform::Dictionary> orders;
+    for (const auto id : ids) orders.push_back(requiredOrder(id));
+    fetchOrders(orders);
+    forgetNotifications();
+  }
+
+  /// A position some metres north of the point at latitude and longitude 0.
+  platform::Location at(double metres) const {
+    return {.coordinate = {.latitude = metres / kMetresPerDegree, .longitude = 0},
+            .horizontalAccuracy = 5,
+            .speed = 1.5,
+            .timestamp = time.now()};
+  }
+
+  /// An order at the site at latitude and longitude 0.
+  static platform::Dictionary orderAtZero(std::int64_t id = 7) {
+    return with(requiredOrder(id), {{"site_latitude", "0.0"}, {"site_longitude", "0.0"}});
+  }
+
+  std::size_t eventCount() const { return bodies("POST", kEvents).size(); }
+
+  /// How often the log holds the line.
+  std::ptrdiff_t logged(std::string_view line) const {
+    const auto lines = logLines();
+    return std::ranges::count(lines, line);
+  }
+};
+
+}  // namespace ovinta

@@ -1,0 +1,190 @@
+// When the user is followed, how closely, and which beacon regions are watched.
+#include "OvintaSDK/core/UserDefaultsKey.h"
+#include "tests/OvintaSDK/location/LocationFixture.h"
+
+namespace ovinta {
+namespace {
+
+using platform::ActivityType;
+using platform::BatteryState;
+using platform::LocationAccuracy;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::UnorderedElementsAre;
+
+constexpr const char* kUUID = "2F234454-CF6D-4A0F-ADF2-F4911BA9FFA6";
+constexpr std::string_view kRefusal = "Inadequate location authorization to continue";
+
+class Tracking : public LocationFixture {
+ protected:
+  bool isTracking() const {
+    EXPECT_EQ(location->isUpdating(), location->isMonitoringSignificantChanges());
+    return location->isUpdating();
+  }
+
+  static platform::Dictionary region(platform::Dictionary more = {}) {
+    return with(std::move(more), {{"uuid", kUUID}});
+  }
+
+  static platform::Dictionary orderWithRegions(std::int64_t id, platform::List regions) {
+    return with(requiredOrder(id), {{"site_beacon_regions", std::move(regions)}});
+  }
+
+  static platform::Region platformRegion(std::optional<std::uint16_t> major,
+                                         std::optional<std::uint16_t> minor) {
+    return platform::BeaconRegion{platform::UUID::parse(kUUID).value(), major, minor,
+                                  "siteBeaconRegion"};
+  }
+};
+
+TEST_F(Tracking, SetsTheManagerUpAndWaits) {
+  start();
+  EXPECT_TRUE(location->allowsBackgroundUpdates());
+  EXPECT_EQ(location->distanceFilter(), 3);
+  EXPECT_EQ(location->desiredAccuracy(), std::nullopt);
+  fetchOrders({with(requiredOrder(), {{"state", "cancelled"}})});
+  services.notificationCenter->post({.name = platform::kApplicationDidBecomeActive, .object = {}});
+  drain();
+  EXPECT_FALSE(isTracking());
+  EXPECT_EQ(logged("Starting LocationUpdater"), 0);
+}
+
+struct Start {
+  platform::AuthorizationStatus status;
+  /// What is posted for the missing permission; empty: it is there.
+  std::string posted = {};
+  bool isRefusalLogged = false;
+};
+
+class TrackingStart : public Tracking, public testing::WithParamInterface<Start> {};
+
+TEST_P(TrackingStart, NeedsThePermission) {
+  location->setAuthorizationStatus(GetParam().status);
+  start();
+  const auto refusals = logged(kRefusal);
+  fetchOrders({requiredOrder()});
+  std::vector<std::string> names{"ordersUpdated"};
+  const bool isAllowed = GetParam().posted.empty();
+  if (!isAllowed) names.push_back(GetParam().posted);
+  EXPECT_EQ(postedNames(), names);
+  EXPECT_EQ(isTracking(), isAllowed);
+  EXPECT_EQ(location->desiredAccuracy(),
+            isAllowed ? std::optional(LocationAccuracy::best) : std::nullopt);
+  fetchOrders({requiredOrder()});
+  EXPECT_EQ(logged(kRefusal) - refusals, GetParam().isRefusalLogged) << "once";
+  EXPECT_EQ(logged("Starting LocationUpdater"), isAllowed) << "once";
+}
+
+INSTANTIATE_TEST_SUITE_P(, TrackingStart,
+                         testing::Values(Start{0, "locationAuthorizationNotDetermined"},
+                                         Start{1, "locationNotAuthorized", true},
+                                         Start{2, "locationNotAuthorized", true}, Start{3},
+                                         Start{4}, Start{5, "locationNotAuthorized", true}));
+
+TEST_F(Tracking, LastsAsLongAsAnOrderIsOpen) {
+  startTracking({7, 8});
+  for (const auto id : {7, 8}) {
+    EXPECT_TRUE(isTracking());
+    Ovinta::orders().event(id, OrderState::completed);
+    drain();
+  }
+  EXPECT_FALSE(isTracking());
+  fetchOrders({requiredOrder(9)});
+  EXPECT_TRUE(isTracking());
+  EXPECT_EQ(logged("Starting LocationUpdater"), 2);
+  Ovinta::orders().setOpen(std::nullopt);
+  services.notificationCenter->post({.name = SDKNotification::orderUpdated, .object = {}});
+  EXPECT_TRUE(isTracking()) << "orders are looked at on the main queue";
+  drain();
+  EXPECT_FALSE(isTracking());
+}
+
+TEST_F(Tracking, StopsWhenTheApplicationSaysSoUntilOrdersAreUpdated) {
+  Ovinta::stopLocationUpdates();
+  start();
+  fetchOrders({orderWithRegions(7, {region()})});
+  Ovinta::stopLocationUpdates();
+  EXPECT_FALSE(isTracking());
+  EXPECT_THAT(location->rangedRegions(), IsEmpty());
+  EXPECT_THAT(location->monitoredRegions(), IsEmpty());
+  fetchOrders({orderWithRegions(7, {region()})});
+  EXPECT_TRUE(isTracking());
+  EXPECT_EQ(location->rangedRegions().size(), 1u);
+}
+
+TEST_F(Tracking, WatchesTheBeaconRegionsOfAllOpenOrders) {
+  start();
+  const auto one = region({{"major", 1}});
+  const auto two = region({{"major", 1}, {"minor", 2}});
+  const auto withoutMajor = region({{"minor", 3}});
+  fetchOrders({orderWithRegions(1, {one, two}), orderWithRegions(2, {two, withoutMajor}),
+               with(orderWithRegions(3, {region({{"major", 9}})}), {{"state", "gone"}})});
+  EXPECT_THAT(
+      location->rangedRegions(),
+      UnorderedElementsAre(platformRegion(1, {}), platformRegion(1, 2), platformRegion({}, {})));
+  EXPECT_EQ(location->monitoredRegions().size(), 1u) << "keyed by the one identifier";
+
+  fetchOrders({orderWithRegions(4, {region({{"major", 5}})})});
+  EXPECT_THAT(location->rangedRegions(), ElementsAre(platformRegion(5, {})));
+  EXPECT_THAT(location->monitoredRegions(), ElementsAre(platformRegion(5, {})));
+}
+
+TEST_F(Tracking, AdaptsToTheDistanceAndTheBattery) {
+  struct Row {
+    double metres;
+    LocationAccuracy accuracy;
+    ActivityType activity;
+    double filterCharging, filterOtherwise;
+  };
+  const Row rows[] = {
+      {5000, LocationAccuracy::best, ActivityType::automotiveNavigation, 200, 400},
+      {1000, LocationAccuracy::best, ActivityType::automotiveNavigation, 100, 200},
+      {400, LocationAccuracy::bestForNavigation, ActivityType::otherNavigation, 15, 30},
+      {0, LocationAccuracy::bestForNavigation, ActivityType::otherNavigation, 3, 3},
+  };
+  start();
+  fetchOrders({orderAtZero()});
+  double offset = 0;
+  for (const Row& row : rows) {
+    for (const auto battery : {BatteryState::unplugged, BatteryState::charging}) {
+      device->setBatteryState(battery);
+      // Some 5 m further every time, but for the filter, which nothing passes within itself.
+      Ovinta::stopLocationUpdates();
+      fetchOrders({orderAtZero()});
+      location->deliver(at(row.metres + (offset += 5)));
+      advance(3s);
+      EXPECT_EQ(location->desiredAccuracy(), row.accuracy) << row.metres;
+      EXPECT_EQ(location->activityType(), row.activity) << row.metres;
+      EXPECT_EQ(location->distanceFilter(),
+                battery == BatteryState::charging ? row.filterCharging : row.filterOtherwise)
+          << row.metres;
+    }
+  }
+}
+
+TEST_F(Tracking, MeasuresToTheNearestSiteWithNumbersForCoordinates) {
+  const auto site = [](platform::Value latitude, platform::Value longitude) {
+    return with(requiredOrder(), {{"site_latitude", latitude}, {"site_longitude", longitude}});
+  };
+  const platform::Dictionary unusable[] = {requiredOrder(),      site("0.0", nullptr),
+                                           site(nullptr, "0.0"), site("north", "0.0"),
+                                           site("0.0", "0.0 E"), site("", "")};
+  start();
+  double metres = 0;
+  for (const auto& order : unusable) {
+    fetchOrders({order});
+    location->deliver(at(metres += 10));
+    advance(3s);
+    EXPECT_EQ(location->desiredAccuracy(), LocationAccuracy::best);
+    EXPECT_EQ(location->distanceFilter(), 3);
+    EXPECT_EQ(location->activityType(), ActivityType::other);
+  }
+  fetchOrders({site("1.0", "1.0"), unusable[1], orderAtZero(), site("2.0", "2.0")});
+  advance(1s);
+  location->deliver(at(600));
+  advance(2s);
+  EXPECT_EQ(location->distanceFilter(), 200);
+}
+
+}  // namespace
+}  // namespace ovinta
