@@ -24,9 +24,6 @@ class CreateOrderEventOperation final : public ResultOperation<std::shared_ptr<c
   void succeed(const std::string& /*data*/) override { report(orderEvent_); }
   void refuse(const std::optional<platform::HTTPResponse>& response,
               const std::optional<std::string>& data) override;
-  std::shared_ptr<const OrderEvent> decode(const platform::JSONValue& /*answer*/) const override {
-    return orderEvent_;
-  }
 
   std::shared_ptr<const Customer> customer_;
   std::shared_ptr<const OrderEvent> orderEvent_;

@@ -2,15 +2,15 @@
 
 #include <memory>
 
-#include "OvintaSDK/api/ResultOperation.h"
+#include "OvintaSDK/api/DecodingOperation.h"
 #include "OvintaSDK/model/wire/CustomerWire.h"
 
 namespace ovinta {
 
 /// An operation that is answered with a customer.
-class CustomerOperation : public ResultOperation<std::shared_ptr<const Customer>> {
+class CustomerOperation : public DecodingOperation<std::shared_ptr<const Customer>> {
  protected:
-  using ResultOperation::ResultOperation;
+  using DecodingOperation::DecodingOperation;
   std::shared_ptr<const Customer> decode(const platform::JSONValue& answer) const final {
     return std::make_shared<const Customer>(decodeData<Customer>(answer));
   }

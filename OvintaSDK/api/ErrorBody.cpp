@@ -32,7 +32,7 @@ std::optional<ErrorBody> ErrorBody::parse(std::string_view text) {
   const auto document = platform::JSONDocument::parse(text);
   if (!document) return std::nullopt;
   try {
-    return wire::Slots<ErrorBody>(document->root()).assemble<ErrorBody>();
+    return wire::WireForm<ErrorBody>::decode(document->root());
   } catch (const platform::CodingError&) {
     return std::nullopt;
   }

@@ -1,17 +1,17 @@
 #pragma once
 
-#include "OvintaSDK/api/ResultOperation.h"
+#include "OvintaSDK/api/DecodingOperation.h"
 #include "OvintaSDK/model/Customer.h"
 #include "OvintaSDK/model/wire/OrderWire.h"
 
 namespace ovinta {
 
 /// Gets all orders of a customer.
-class GetOrdersOperation final : public ResultOperation<std::optional<OrderList>> {
+class GetOrdersOperation final : public DecodingOperation<std::optional<OrderList>> {
  public:
   GetOrdersOperation(std::string apiURL, std::shared_ptr<const Customer> customer,
                      Callback callback)
-      : ResultOperation(std::move(apiURL), std::move(callback)), customer_(std::move(customer)) {}
+      : DecodingOperation(std::move(apiURL), std::move(callback)), customer_(std::move(customer)) {}
 
   std::string_view errorContext() const override { return "getting orders"; }
 

@@ -1,14 +1,14 @@
 #pragma once
 
-#include "OvintaSDK/api/ResultOperation.h"
+#include "OvintaSDK/api/DecodingOperation.h"
 #include "OvintaSDK/model/wire/OrderWire.h"
 
 namespace ovinta {
 
 /// An operation that is answered with one order.
-class OrderOperation : public ResultOperation<OrderPtr> {
+class OrderOperation : public DecodingOperation<OrderPtr> {
  protected:
-  using ResultOperation::ResultOperation;
+  using DecodingOperation::DecodingOperation;
   OrderPtr decode(const platform::JSONValue& answer) const final {
     return decodeData<OrderPtr>(answer);
   }

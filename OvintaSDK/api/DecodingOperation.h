@@ -1,0 +1,50 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "OvintaSDK/api/ResultOperation.h"
+#include "OvintaSDK/core/LogLine.h"
+#include "OvintaSDK/model/wire/RecordCoding.h"
+#include "platform/JSON.h"
+
+namespace ovinta {
+
+/// An operation whose result is read from the body of the success answer.
+template <class Result>
+class DecodingOperation : public ResultOperation<Result> {
+ protected:
+  using ResultOperation<Result>::ResultOperation;
+
+  /// Reads the answer. Throws `platform::CodingError`.
+  virtual Result decode(const platform::JSONValue& answer) const = 0;
+  /// What the log says before the description of an unreadable answer; empty: nothing is logged.
+  virtual std::string_view decodingFailureLogLine() const { return {}; }
+
+  void succeed(const std::string& data) final {
+    Result result{};
+    try {
+      const auto document = platform::JSONDocument::parse(data);
+      if (!document) {
+        throw platform::CodingError(platform::CodingError::Kind::dataCorrupted,
+                                    "The given data was not valid JSON.");
+      }
+      result = decode(document->root());
+    } catch (const platform::CodingError& error) {
+      if (const std::string_view line = decodingFailureLogLine(); !line.empty()) {
+        logLine(std::string(line) + error.what() + ".");
+      }
+      return this->fail(std::make_shared<OvintaErrorInvalidResponse>(*this));
+    }
+    this->report(std::move(result));
+  }
+};
+
+/// The record under the key "data" of an answer. Throws `platform::CodingError`.
+template <class Record>
+Record decodeData(const platform::JSONValue& answer) {
+  return wire::WireForm<wire::Envelope<Record>>::decode(answer).data;
+}
+
+}  // namespace ovinta
