@@ -1,6 +1,6 @@
 #pragma once
 
-#include <map>
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -8,18 +8,6 @@
 #include "platform/JSON.h"
 
 namespace ovinta::test {
-
-/// "kind: description" or, inside a record, "kind at path: description".
-inline std::string text(const platform::CodingError& error) {
-  using Kind = platform::CodingError::Kind;
-  static const std::map<Kind, const char*> kKinds{{Kind::keyNotFound, "keyNotFound"},
-                                                  {Kind::typeMismatch, "typeMismatch"},
-                                                  {Kind::valueNotFound, "valueNotFound"},
-                                                  {Kind::dataCorrupted, "dataCorrupted"},
-                                                  {Kind::invalidValue, "invalidValue"}};
-  const std::string place = error.codingPath().empty() ? "" : " at " + error.codingPath();
-  return kKinds.at(error.kind()) + place + ": " + error.debugDescription();
-}
 
 /// The value that the JSON text stands for. Throws `platform::CodingError`.
 template <class T>
@@ -37,25 +25,24 @@ std::string encoded(const T& value) {
   return writer.take();
 }
 
-/// The text of the error of decoding; "none" when there is none.
-template <class T>
-std::string decodingFailure(std::string_view json) {
+/// The error's text: "kind at path: description"; "none" when there is none.
+inline std::string codingFailure(const std::function<void()>& coding) {
   try {
-    decoded<T>(json);
+    coding();
   } catch (const platform::CodingError& error) {
-    return text(error);
+    return error.what();
   }
   return "none";
 }
 
 template <class T>
+std::string decodingFailure(std::string_view json) {
+  return codingFailure([json] { decoded<T>(json); });
+}
+
+template <class T>
 std::string encodingFailure(const T& value) {
-  try {
-    encoded(value);
-  } catch (const platform::CodingError& error) {
-    return text(error);
-  }
-  return "none";
+  return codingFailure([&value] { encoded(value); });
 }
 
 }  // namespace ovinta::test

@@ -1,0 +1,130 @@
+#include <gmock/gmock.h>
+
+#include "OvintaSDK/api/OvintaAPIError.h"
+#include "OvintaSDK/customer/CustomerManagerError.h"
+#include "OvintaSDK/orders/OrdersManagerError.h"
+#include "tests/support/SDKFixture.h"
+
+namespace ovinta::test {
+namespace {
+
+using platform::HTTPResponse;
+using ErrorTest = SDKFixture;
+
+struct Context : ErrorContext {
+  explicit Context(std::string_view text) : phrase(text) {}
+  std::string_view errorContext() const override { return phrase; }
+  std::string_view phrase;
+};
+
+TEST_F(ErrorTest, TitlesTellWhatWasDone) {
+  const std::pair<ErrorSubject, const char*> cases[] = {
+      {{}, "Error"},
+      {Context("getting orders"), "Error Getting Orders"},
+      {Context("getting Sites for a region"), "Error Getting Sites For A Region"},
+      {Context("reading THE url"), "Error Reading The Url"},
+      {ErrorSubject::ofType("SyncOrdersOperation"), "Error with Sync Orders Operation"},
+      {ErrorSubject::ofType("URLError"), "Error with U R L Error"},
+  };
+  for (const auto& [subject, title] : cases) {
+    EXPECT_EQ(OvintaError("message", subject).title(), title);
+    EXPECT_EQ(OvintaAPIError({}, {}, subject).title(), title);
+  }
+  EXPECT_EQ(OrdersManagerError(OrdersManagerErrorType::loadingCustomer).title(),
+            "Error with Orders Manager");
+  EXPECT_EQ(CustomerManagerError(CustomerManagerErrorType::loadingCustomer).title(),
+            "Error with Customer Manager");
+}
+
+TEST_F(ErrorTest, MessagesAreKept) {
+  EXPECT_EQ(OvintaError().errorDescription(), "Unknown Error");
+  EXPECT_EQ(OvintaError().title(), "Error");
+  EXPECT_EQ(OvintaError("").errorDescription(), "");
+  EXPECT_EQ(OvintaError("a message").localizedDescription(), "a message");
+  EXPECT_EQ(OvintaErrorInvalidURL({}).errorDescription(), "invalid URL");
+  EXPECT_EQ(OvintaErrorInvalidResponse({}).errorDescription(), "invalid response");
+}
+
+TEST_F(ErrorTest, StatusesAreThoseOfTheService) {
+  using enum HTTPStatusCode;
+  const std::pair<int, HTTPStatusCode> known[] = {
+      {200, ok},       {202, accepted}, {204, noContent},           {401, unauthorized},
+      {404, notFound}, {410, gone},     {422, unprocessableEntity}, {425, appUpgradeRequired}};
+  for (const auto& [number, status] : known) EXPECT_EQ(httpStatusCode(number), status);
+  for (const int number : {0, -1, 201, 403, 426, 500}) {
+    EXPECT_EQ(httpStatusCode(number), std::nullopt) << number;
+  }
+}
+
+TEST_F(ErrorTest, APIErrorsTellWhatTheAnswerSays) {
+  const char* const kTwoFields = R"({"errors":{"name":["is blank"],"email":["is taken","x"]}})";
+  const char* const kBody = R"({"more":1,"errors":{"name":["is blank"]}})";
+  const struct {
+    std::optional<int> status;
+    std::optional<std::string> data;
+    const char* description;
+  } cases[] = {
+      {422, kTwoFields, "is taken, x, is blank"},
+      {500, kBody, "is blank"},
+      {{}, kBody, "is blank"},
+      {422, R"({"errors":{}})", ""},
+      {422, R"({"errors":{"name":[]}})", ""},
+      // What is no error body leaves the status to tell.
+      {422, {}, "Error processing input"},
+      {422, "", "Error processing input"},
+      {422, "<html>", "Error processing input"},
+      {422, "[]", "Error processing input"},
+      {422, "{}", "Error processing input"},
+      {422, R"({"errors":null})", "Error processing input"},
+      {422, R"({"errors":["is blank"]})", "Error processing input"},
+      {422, R"({"errors":{"name":"is blank"}})", "Error processing input"},
+      {422, R"({"errors":{"name":["is blank",null]}})", "Error processing input"},
+      {422, R"({"errors":{"a":["b"],"name":[5]}})", "Error processing input"},
+      {401, {}, "Not authorized"},
+      {404, {}, "Not found"},
+      {425, {}, "Please update to the latest version of the app"},
+      {200, {}, "Unknown Error"},
+      {202, {}, "Unknown Error"},
+      {204, {}, "Unknown Error"},
+      {410, {}, "Unknown Error"},
+      {500, {}, "Unknown Error"},
+      {{}, {}, "Unknown Error"},
+  };
+  for (const auto& [status, data, description] : cases) {
+    SCOPED_TRACE(std::to_string(status.value_or(0)) + " " + data.value_or("(none)"));
+    const auto response =
+        status ? std::optional(HTTPResponse{.statusCode = *status}) : std::nullopt;
+    const OvintaAPIError error(response, data, {});
+    EXPECT_EQ(error.errorDescription(), description);
+    EXPECT_EQ(error.statusCode(), status ? httpStatusCode(*status) : std::nullopt);
+    const bool hasBody = data && ErrorBody::parse(*data);
+    EXPECT_EQ(error.errors().has_value(), hasBody);
+    EXPECT_EQ(error.body().has_value(), hasBody);
+  }
+  using Fields = std::map<std::string, std::vector<std::string>>;
+  EXPECT_EQ(OvintaAPIError({}, kTwoFields, {}).errors(),
+            (Fields{{"name", {"is blank"}}, {"email", {"is taken", "x"}}}));
+}
+
+TEST_F(ErrorTest, UpgradeLinkIsReadFromTheHeader) {
+  const std::string link = "https://store.test/app";
+  const struct {
+    std::vector<platform::HeaderField> headers;
+    std::optional<platform::URL> url;
+  } cases[] = {
+      {{}, {}},
+      {{{"Content-Type", "text/plain"}, {"App-Upgrade-URL", link}}, platform::URL{link}},
+      {{{"App-Upgrade-URL", "not a link"}}, {}},
+      {{{"App-Upgrade-URL", ""}}, {}},
+      {{{"App-Upgrade-Url", link}}, {}},
+  };
+  for (const auto& [headers, url] : cases) {
+    for (const int status : {425, 500}) {
+      const HTTPResponse response{.statusCode = status, .headers = headers};
+      EXPECT_EQ(OvintaAPIError(response, {}, {}).appUpgradeURL(), url);
+    }
+  }
+}
+
+}  // namespace
+}  // namespace ovinta::test

@@ -1,0 +1,118 @@
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <tuple>
+
+#include "OvintaSDK/core/OvintaState.h"
+#include "OvintaSDK/model/CoreOrder.h"
+#include "tests/support/SDKFixture.h"
+
+namespace ovinta::test {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::StartsWith;
+
+using OrderStoreTest = SDKFixture;
+
+TEST_F(OrderStoreTest, KeepsTheSummariesOfOrders) {
+  auto& container = OvintaState::current().persistentContainer();
+  EXPECT_THAT(logLines(), ElementsAre(StartsWith("Container location is ")));
+  const auto context = container.newBackgroundContext();
+  CoreOrder::insert(*decodeOrder(fullOrder()), *context);
+  const auto last = CoreOrder::insert(
+      *decodeOrder(with(requiredOrder(-8), {{"state", "gone"}, {"customer_state", "completed"}})),
+      *context);
+  EXPECT_EQ(last->entityName(), "Order");
+  EXPECT_EQ(last->id(), -8);
+  ASSERT_FALSE(context->save());
+
+  using Row = std::tuple<std::int64_t, std::optional<std::string>, std::int64_t, std::int64_t,
+                         std::int64_t>;
+  std::vector<Row> rows;
+  for (auto& object : container.newBackgroundContext()->fetch(CoreOrder::fetchRequest(), nullptr)) {
+    const CoreOrder stored(std::move(object));
+    rows.emplace_back(stored.id(), stored.partnerIdentifier(), stored.siteId(), stored.state(),
+                      stored.customerState());
+  }
+  std::ranges::sort(rows);
+  EXPECT_EQ(rows, (std::vector<Row>{{-8, std::nullopt, 42, 5, 5}, {7, "P-7", 42, 1, 1}}));
+}
+
+TEST_F(OrderStoreTest, IsWrittenOneOperationAtATime) {
+  OvintaState& state = OvintaState::current();
+  EXPECT_EQ(state.storeQueue().maxConcurrentOperationCount(), 1U);
+  EXPECT_EQ(state.apiQueue().maxConcurrentOperationCount(),
+            platform::OperationQueue::kDefaultMaxConcurrentOperationCount);
+  // Whoever makes the container wants the limit, whatever was set meanwhile.
+  state.storeQueue().setMaxConcurrentOperationCount(4);
+  EXPECT_EQ(&state.persistentContainer(), &state.persistentContainer());
+  EXPECT_EQ(state.storeQueue().maxConcurrentOperationCount(), 1U);
+}
+
+/// A container, and its own factory, that ends as the test wants.
+class BrokenContainer : public platform::PersistentContainer,
+                        public platform::PersistentContainerFactory,
+                        public std::enable_shared_from_this<BrokenContainer> {
+ public:
+  explicit BrokenContainer(std::optional<platform::StoreError> error) : error_(std::move(error)) {}
+  std::shared_ptr<platform::PersistentContainer> makeContainer(
+      std::string_view /*name*/, platform::ManagedObjectModel /*model*/) override {
+    return shared_from_this();
+  }
+  void loadPersistentStores(
+      const std::function<void(const platform::PersistentStoreDescription&,
+                               std::optional<platform::StoreError>)>& completion) override {
+    completion({}, error_);
+  }
+  std::vector<platform::PersistentStoreDescription> persistentStoreDescriptions() const override {
+    return {};
+  }
+  std::unique_ptr<platform::ManagedObjectContext> newBackgroundContext() override {
+    return nullptr;
+  }
+
+ private:
+  std::optional<platform::StoreError> error_;
+};
+
+class OrderStoreDeathTest : public SDKFixture {
+ protected:
+  OrderStoreDeathTest() { GTEST_FLAG_SET(death_test_style, "threadsafe"); }
+
+  void useContainer(std::optional<platform::StoreError> error) {
+    restartWith([&error](platform::Services& changed) {
+      changed.persistentContainers = std::make_shared<BrokenContainer>(std::move(error));
+    });
+  }
+};
+
+TEST_F(OrderStoreDeathTest, AMissingOrMalformedModelEndsTheProcessWithoutAWord) {
+  const std::optional<std::string> models[] = {{}, "", "{}", R"({"entities":[{"name":"Order"}]})"};
+  for (const auto& model : models) {
+    const auto bundle = std::make_shared<platform::simulation::SimulatedBundle>();
+    if (model) bundle->setResource("VelkModel", "momd", *model);
+    restartWith([&bundle](platform::Services& changed) { changed.libraryBundle = bundle; });
+    EXPECT_EXIT(OvintaState::current().persistentContainer(), ::testing::KilledBySignal(SIGABRT),
+                "^$")
+        << model.value_or("(none)");
+  }
+}
+
+TEST_F(OrderStoreDeathTest, AStoreThatCannotBeLoadedEndsTheProcess) {
+  useContainer(platform::StoreError{"disk full", {{"path", "/x"}, {"code", "13"}}});
+  EXPECT_DEATH(OvintaState::current().persistentContainer(),
+               "Fatal error: Unresolved error disk full, .code: 13, path: /x.: "
+               "file OvintaSDK/Ovinta, line 155");
+  useContainer(platform::StoreError{"disk full", {}});
+  EXPECT_DEATH(OvintaState::current().persistentContainer(), "disk full, .:.: file");
+}
+
+TEST_F(OrderStoreDeathTest, AContainerWithoutStoresEndsTheProcess) {
+  useContainer(std::nullopt);
+  EXPECT_EXIT(OvintaState::current().persistentContainer(), ::testing::KilledBySignal(SIGABRT),
+              "^$");
+}
+
+}  // namespace
+}  // namespace ovinta::test

@@ -1,0 +1,188 @@
+#include "OvintaSDK/core/Ovinta.h"
+
+#include <gmock/gmock.h>
+
+#include <atomic>
+#include <set>
+#include <thread>
+
+#include "OvintaSDK/core/DevelopmentPush.h"
+#include "OvintaSDK/core/OvintaState.h"
+#include "OvintaSDK/core/UserDefaultsKey.h"
+#include "tests/support/SDKFixture.h"
+
+namespace ovinta::test {
+namespace {
+
+using platform::Dictionary;
+using ::testing::StartsWith;
+
+/// Counts the location managers, and those that were not made on the main thread.
+class CountingLocation : public platform::LocationServices {
+ public:
+  explicit CountingLocation(const platform::Services& services)
+      : location_(services.location), mainQueue_(services.mainQueue) {}
+  bool locationServicesEnabled() const override { return location_->locationServicesEnabled(); }
+  platform::AuthorizationStatus authorizationStatus() const override {
+    return location_->authorizationStatus();
+  }
+  std::unique_ptr<platform::LocationManager> makeLocationManager() override {
+    ++made;
+    if (!mainQueue_->isMain()) ++madeElsewhere;
+    return location_->makeLocationManager();
+  }
+  std::atomic<int> made = 0;
+  std::atomic<int> madeElsewhere = 0;
+
+ private:
+  std::shared_ptr<platform::LocationServices> location_;
+  std::shared_ptr<platform::MainQueue> mainQueue_;
+};
+
+class OvintaTest : public SDKFixture {
+ protected:
+  OvintaTest() {
+    locationServices = std::make_shared<CountingLocation>(services);
+    restartWith([this](platform::Services& changed) { changed.location = locationServices; });
+  }
+
+  static std::optional<std::string> appToken() { return OvintaState::current().appToken.get(); }
+
+  std::shared_ptr<CountingLocation> locationServices;
+};
+
+TEST_F(OvintaTest, ConfigureTakesOnlyATextAsToken) {
+  using Token = std::optional<std::string>;
+  const std::pair<Dictionary, Token> cases[] = {
+      {{}, {}},
+      {{{"token", 42}}, {}},
+      {{{"token", "first"}, {"Token", "other"}}, "first"},
+      {{{"token", nullptr}}, "first"},
+      {{{"TOKEN", "second"}}, "first"},
+      {{{"token", ""}}, ""},
+      {{{"token", "second"}}, "second"},
+  };
+  for (const auto& [options, token] : cases) {
+    Ovinta::configure(options);
+    EXPECT_EQ(appToken(), token);
+  }
+  EXPECT_EQ(locationServices->made, 1);
+  EXPECT_TRUE(device->isBatteryMonitoringEnabled());
+}
+
+TEST_F(OvintaTest, ConfigureRegistersADefaultBaseURL) {
+  Ovinta::configure({});
+  EXPECT_EQ(UserDefaultsKey::apiBase.stringValue(), kBaseURL);
+  UserDefaultsKey::apiBase.remove();
+  EXPECT_THAT(UserDefaultsKey::apiBase.stringValue().value_or(""), StartsWith("https://"));
+}
+
+TEST_F(OvintaTest, ConfigureHasTheMainThreadMakeTheUpdater) {
+  EXPECT_EQ(OvintaState::current().locationUpdater(), nullptr);
+  std::atomic<bool> returned = false;
+  std::thread other([&returned] {
+    Ovinta::configure({{"token", "t"}});
+    returned = true;
+  });
+  EXPECT_TRUE(time.waitUntil([&returned] { return returned.load(); }, std::chrono::minutes(1)));
+  other.join();
+  EXPECT_NE(OvintaState::current().locationUpdater(), nullptr);
+  EXPECT_EQ(locationServices->made, 1);
+  EXPECT_EQ(locationServices->madeElsewhere, 0);
+}
+
+TEST_F(OvintaTest, ManagersAreMadeOnceForAllThreads) {
+  std::array<std::pair<OrdersManager*, CustomerManager*>, 8> seen{};
+  std::vector<std::thread> threads;
+  for (auto& entry : seen) {
+    threads.emplace_back([&entry] { entry = {&Ovinta::orders(), &Ovinta::customer()}; });
+  }
+  for (auto& thread : threads) thread.join();
+  const std::pair expected(&Ovinta::orders(), &Ovinta::customer());
+  for (const auto& entry : seen) EXPECT_EQ(entry, expected);
+}
+
+TEST_F(OvintaTest, VersionsAreReadOnce) {
+  EXPECT_EQ(Ovinta::sdkVersion(), "9.4.8");
+  EXPECT_EQ(OvintaState::current().appVersion(), "1.2.3");
+  libraryBundle->setInfoText("CFBundleShortVersionString", "10");
+  EXPECT_EQ(Ovinta::sdkVersion(), "9.4.8");
+  restartWith([](platform::Services& changed) {
+    changed.mainBundle = changed.libraryBundle =
+        std::make_shared<platform::simulation::SimulatedBundle>();
+  });
+  EXPECT_EQ(Ovinta::sdkVersion(), "");
+  EXPECT_EQ(OvintaState::current().appVersion(), "");
+}
+
+std::string profile(const std::string& entries) {
+  return "\x30\x7F junk <plist><dict>" + entries + "</dict></plist> junk";
+}
+
+TEST(DevelopmentPushTest, FindsTheEnvironmentInTheProfile) {
+  const std::string key = "<key>aps-environment</key>";
+  const std::string development = "<string>development</string>";
+  const std::pair<std::string, bool> cases[] = {
+      {profile(key + development), true},
+      {profile(key + "\n\t" + development), true},
+      {profile("<key>a</key><string>production</string>" + key + development), true},
+      // The next text after the key is taken, whatever lies between.
+      {profile(key + "<true/><key>b</key>" + development), true},
+      {profile(key + "<string>production</string>" + key + development), false},
+      {profile(key + "<string> development</string>"), false},
+      {profile(key + "<string>Development</string>"), false},
+      {profile(key + "<string></string>" + development), false},
+      {profile(development + key), false},
+      {profile(key + "<string>development"), false},
+      {profile(development), false},
+      {profile(key + development) + "\x80", false},
+      {"", false},
+  };
+  for (const auto& [text, expected] : cases) {
+    EXPECT_EQ(namesDevelopmentEnvironment(text), expected) << text;
+  }
+}
+
+TEST_F(OvintaTest, PushTokensTakeTheServicesForm) {
+  EXPECT_EQ(Ovinta::pushToken(), std::nullopt);
+  const std::vector<std::uint8_t> bytes{0x00, 0x0A, 0xFF};
+  Ovinta::updateAPNPushToken(bytes);
+  EXPECT_EQ(Ovinta::pushToken(), "000aff");
+
+  // The profile is looked up each time.
+  const std::string environment = "<key>aps-environment</key><string>development</string>";
+  mainBundle->setResource("embedded", "mobileprovision", profile(environment));
+  Ovinta::updateAPNPushToken(bytes);
+  EXPECT_EQ(Ovinta::pushToken(), "dev:000aff");
+  Ovinta::updateAPNPushToken({});
+  EXPECT_EQ(Ovinta::pushToken(), "dev:");
+  Ovinta::updateAPNPushToken(std::vector<std::uint8_t>(32, 0xC3));
+  EXPECT_EQ(Ovinta::pushToken()->size(), 4U + 64U);
+
+  Ovinta::updatePushToken("As It Is");
+  EXPECT_EQ(Ovinta::pushToken(), "As It Is");
+  Ovinta::setPushToken(std::nullopt);
+  EXPECT_EQ(Ovinta::pushToken(), std::nullopt);
+}
+
+TEST_F(OvintaTest, RemoteNotificationsReachTheOrders) {
+  signIn();
+  fetchOrders({requiredOrder(7)});
+  Ovinta::handleRemoteNotification({{"order_id", "7"}, {"order_state", "ready"}});
+  EXPECT_EQ(Ovinta::orders().all()->front()->state(), OrderState::ready);
+}
+
+TEST_F(OvintaTest, LocationUpdatesStopOnDemandAndStartAgainWithOpenOrders) {
+  Ovinta::stopLocationUpdates();  // There is nothing to stop yet.
+  Ovinta::configure({});
+  signIn();
+  fetchOrders({requiredOrder()});
+  EXPECT_TRUE(location->isUpdating());
+  Ovinta::stopLocationUpdates();
+  EXPECT_FALSE(location->isUpdating());
+  fetchOrders({requiredOrder()});
+  EXPECT_TRUE(location->isUpdating());
+}
+
+}  // namespace
+}  // namespace ovinta::test

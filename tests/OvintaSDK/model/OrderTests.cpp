@@ -1,0 +1,98 @@
+#include "OvintaSDK/model/Order.h"
+
+#include "tests/support/SDKFixture.h"
+
+namespace ovinta::test {
+namespace {
+
+using OrderTest = SDKFixture;
+
+TEST_F(OrderTest, IsOpenWhileBothSidesStillHaveToAct) {
+  using enum OrderState;
+  const OrderPtr order = decodeOrder(requiredOrder());
+  for (const OrderState state : {created, ready, delayed, cancelled, completed, gone}) {
+    for (std::int64_t raw = 0; raw <= 5; ++raw) {
+      order->setState(state);
+      order->setCustomerState(static_cast<CustomerState>(raw));
+      const bool isOpen = (state == created || state == ready || state == delayed) && raw != 5;
+      EXPECT_EQ(order->isOpen(), isOpen) << rawValue(state) << ", " << raw;
+    }
+  }
+}
+
+template <class T>
+struct Accessor {
+  T (Order::*get)() const;
+  void (Order::*set)(T);
+};
+
+/// Sets each field to a value of its own, and only then reads them back.
+template <class T, std::size_t N>
+void checkAccessors(Order& order, const Accessor<T> (&accessors)[N], T (*value)(std::size_t)) {
+  for (std::size_t i = 0; i < N; ++i) (order.*accessors[i].set)(value(i));
+  for (std::size_t i = 0; i < N; ++i) EXPECT_EQ((order.*accessors[i].get)(), value(i)) << i;
+  for (const auto& accessor : accessors) {
+    (order.*accessor.set)(std::nullopt);
+    EXPECT_EQ((order.*accessor.get)(), std::nullopt);
+  }
+}
+
+TEST_F(OrderTest, EachMutableFieldIsKeptByItself) {
+  using Text = std::optional<std::string>;
+  using Date = std::optional<platform::Date>;
+  const OrderPtr order = decodeOrder(fullOrder());
+  const Accessor<Text> texts[] = {{&Order::pickupType, &Order::setPickupType},
+                                  {&Order::customerRating, &Order::setCustomerRating},
+                                  {&Order::customerComment, &Order::setCustomerComment},
+                                  {&Order::pushToken, &Order::setPushToken}};
+  checkAccessors<Text>(*order, texts, [](std::size_t i) { return Text(std::to_string(i)); });
+  const Accessor<Date> dates[] = {{&Order::etaAt, &Order::setEtaAt},
+                                  {&Order::completedAt, &Order::setCompletedAt},
+                                  {&Order::createdAt, &Order::setCreatedAt},
+                                  {&Order::updatedAt, &Order::setUpdatedAt}};
+  checkAccessors<Date>(*order, dates,
+                       [](std::size_t i) { return Date(kStart + std::chrono::hours(i)); });
+  EXPECT_TRUE(requests().empty());
+  EXPECT_EQ(queues->waitingCount(), 0U);
+}
+
+TEST_F(OrderTest, HasALocationWhenBothTextsAreDecimal) {
+  const struct {
+    platform::Value latitude;
+    platform::Value longitude;
+    std::optional<platform::Coordinate> coordinate;
+  } cases[] = {
+      {"40.7", "-74.0", {{40.7, -74.0}}},
+      {"+4.07e1", "-74", {{40.7, -74.0}}},
+      // The range is not checked.
+      {"400", "0", {{400, 0}}},
+      {nullptr, "-74.0", {}},
+      {"40.7", nullptr, {}},
+      {"40.7 ", "-74.0", {}},
+      {" 40.7", "-74.0", {}},
+      {"", "-74.0", {}},
+      {"40.7", "", {}},
+      {"40,7", "-74.0", {}},
+      {"0x1p3", "-74.0", {}},
+      {"40.7N", "-74.0", {}},
+      {"nan", "inf", {}},
+  };
+  for (const auto& [latitude, longitude, coordinate] : cases) {
+    const OrderPtr order = decodeOrder(
+        with(requiredOrder(), {{"site_latitude", latitude}, {"site_longitude", longitude}}));
+    const auto location = order->siteLocation();
+    EXPECT_EQ(location ? std::optional(location->coordinate) : std::nullopt, coordinate);
+    EXPECT_EQ(order->siteDistance({}).has_value(), coordinate.has_value());
+  }
+}
+
+TEST_F(OrderTest, MeasuresTheWayToTheSiteInMetres) {
+  const OrderPtr order =
+      decodeOrder(with(requiredOrder(), {{"site_latitude", "0"}, {"site_longitude", "1"}}));
+  // One degree along the equator of the ellipsoid.
+  EXPECT_NEAR(order->siteDistance({.coordinate = {0, 0}}).value(), 111'319.491, 0.001);
+  EXPECT_EQ(order->siteDistance({.coordinate = {0, 1}}), 0.0);
+}
+
+}  // namespace
+}  // namespace ovinta::test

@@ -1,0 +1,210 @@
+#include "OvintaSDK/model/wire/OrderWire.h"
+
+#include <gmock/gmock.h>
+
+#include "OvintaSDK/api/DecodingOperation.h"
+#include "tests/support/SDKFixture.h"
+#include "tests/support/WireText.h"
+
+namespace ovinta::test {
+namespace {
+
+using ::testing::HasSubstr;
+using ::testing::Not;
+using ::testing::StartsWith;
+
+using platform::Date;
+using platform::Dictionary;
+using platform::Value;
+using std::chrono::minutes;
+
+using OrderWireTest = SDKFixture;
+
+TEST_F(OrderWireTest, EveryKeyHasItsMember) {
+  const OrderPtr order = decodeOrder(kFullOrderText);
+
+  EXPECT_EQ(order->id, 7);
+  EXPECT_EQ(order->siteID, 42);
+  EXPECT_EQ(order->state(), OrderState::ready);
+  EXPECT_EQ(order->customerState(), CustomerState::enRoute);
+
+  const std::pair<std::optional<std::string>, const char*> texts[] = {
+      {order->customerRating(), "5"},
+      {order->customerComment(), "Fast"},
+      {order->partnerIdentifier, "P-7"},
+      {order->redemptionCode, "CODE7"},
+      {order->displayName, "Seven"},
+      {order->pickupType(), "curbside"},
+      {order->siteName, "name"},
+      {order->sitePhone, "phone"},
+      {order->siteStreetAddress, "street"},
+      {order->siteFullAddress, "full"},
+      {order->siteLocality, "locality"},
+      {order->siteRegion, "region"},
+      {order->siteCountry, "country"},
+      {order->sitePostalCode, "postal code"},
+      {order->siteLongitude, "-74.0"},
+      {order->siteLatitude, "40.7"},
+      {order->siteInstructions, "instructions"},
+      {order->siteDescription, "description"},
+      {order->siteCoverPhotoURL, "photo"},
+      {order->sitePartnerIdentifier, "site partner"},
+      {order->projectAccentColor, "accent"},
+      {order->projectAccentTextColor, "accent text"},
+      {order->projectLogoURL, "logo"},
+      {order->curbsideLocalizedString, "curb"},
+      {order->pickupLocalizedString, "pickup"},
+      {order->customerName, "Ann"},
+      {order->customerCarType, "Van"},
+      {order->customerCarColor, "Red"},
+      {order->customerLicensePlate, "ABC 123"},
+      {order->pushToken(), "token"},
+  };
+  for (const auto& [member, text] : texts) EXPECT_EQ(member, text);
+
+  const Date eight = kStart - minutes(30);
+  EXPECT_EQ(order->redeemedAt, eight);
+  EXPECT_EQ(order->etaAt(), eight + minutes(1));
+  EXPECT_EQ(order->createdAt(), eight + minutes(2));
+  EXPECT_EQ(order->completedAt(), eight + minutes(3));
+  EXPECT_EQ(order->updatedAt(), eight + minutes(4));
+  EXPECT_EQ(order->pickupWindow, PickupWindow(kStart, kStart + minutes(30)));
+
+  ASSERT_TRUE(order->siteBeaconRegions);
+  const auto uuid = platform::UUID::parse("2F234454-CF6D-4A0F-ADF2-F4911BA9FFA6");
+  EXPECT_EQ(*order->siteBeaconRegions, (std::vector<BeaconRegion>{{*uuid, 1, 2}}));
+}
+
+TEST_F(OrderWireTest, IsWrittenInTheOrderOfTheKeys) {
+  EXPECT_EQ(encoded(decodeOrder(kFullOrderText)), kFullOrderText);
+  EXPECT_EQ(encoded(decodeOrder(requiredOrder(-3))),
+            R"({"id":-3,"site_id":42,"state":"created","customer_state":"created",)"
+            R"("project_mobile_flow_always_show_vehicle_info_fields":false,)"
+            R"("project_mobile_flow_customer_name_editing_enabled":false,)"
+            R"("project_mobile_flow_pickup_type_selection_enabled":false,)"
+            R"("project_mobile_flow_require_vehicle_info_if_visible":false})");
+}
+
+TEST_F(OrderWireTest, EachSwitchHasItsMember) {
+  const std::pair<const char*, const bool OrderDetails::*> members[] = {
+      {"project_mobile_flow_always_show_vehicle_info_fields",
+       &OrderDetails::projectMobileFlowAlwaysShowVehicleInfoFields},
+      {"project_mobile_flow_customer_name_editing_enabled",
+       &OrderDetails::projectMobileFlowCustomerNameEditingEnabled},
+      {"project_mobile_flow_pickup_type_selection_enabled",
+       &OrderDetails::projectMobileFlowPickupTypeSelectionEnabled},
+      {"project_mobile_flow_require_vehicle_info_if_visible",
+       &OrderDetails::projectMobileFlowRequireVehicleInfoIfVisible},
+  };
+  for (const auto& [key, member] : members) {
+    const OrderPtr order = decodeOrder(with(requiredOrder(), {{key, true}}));
+    for (const auto& [other, otherMember] : members) {
+      EXPECT_EQ((*order).*otherMember, key == other) << key << ", " << other;
+    }
+  }
+}
+
+TEST_F(OrderWireTest, OnlyTheRequiredKeysMustBeThere) {
+  const Dictionary required = requiredOrder();
+  for (const auto& [key, value] : fullOrder()) {
+    SCOPED_TRACE(key);
+    const bool isRequired = required.contains(key);
+    EXPECT_EQ(decodingFailure<OrderPtr>(platform::writeJSON(without(fullOrder(), key))),
+              isRequired ? "key not found: No value associated with key \"" + key + "\"." : "none");
+    const auto null = platform::writeJSON(with(fullOrder(), {{key, nullptr}}));
+    if (isRequired) {
+      EXPECT_THAT(decodingFailure<OrderPtr>(null), StartsWith("value not found at " + key + ": "));
+    } else {
+      EXPECT_THAT(encoded(decoded<OrderPtr>(null)), Not(HasSubstr('"' + key + '"')));
+    }
+    // No key takes an object; that is a type mismatch everywhere.
+    const auto object = platform::writeJSON(with(fullOrder(), {{key, Dictionary{}}}));
+    EXPECT_THAT(decodingFailure<OrderPtr>(object), StartsWith("type mismatch at " + key + ": "));
+  }
+}
+
+TEST_F(OrderWireTest, RefusesMalformedValues) {
+  const auto beacon = [](Value uuid, Value major) {
+    return platform::List{Dictionary{{"uuid", std::move(uuid)}, {"major", std::move(major)}}};
+  };
+  const char* const kUUID = "2F234454-CF6D-4A0F-ADF2-F4911BA9FFA6";
+  const struct {
+    const char* key;
+    Value value;
+    const char* failure;
+  } cases[] = {
+      {"id", "7", "type mismatch at id"},
+      {"id", 7.5, "type mismatch at id"},
+      {"id", true, "type mismatch at id"},
+      {"site_id", 1e19, "type mismatch at site_id"},
+      {"state", "Ready", "value not found at state: Unknown Value"},
+      {"state", 1, "type mismatch at state"},
+      {"customer_state", "gone", "value not found at customer_state: Unknown Value"},
+      {"customer_rating_value_string", 5, "type mismatch at customer_rating_value_string"},
+      {"eta_at", "2021-03-04", "data corrupted at eta_at"},
+      {"eta_at", 1614889800, "type mismatch at eta_at"},
+      {"updated_at", "", "data corrupted at updated_at"},
+      {"pickup_window", "later", "data corrupted at pickup_window: Invalid date range format"},
+      {"site_latitude", 40.7, "type mismatch at site_latitude"},
+      {"site_beacon_regions", beacon("no uuid", 1),
+       "data corrupted at site_beacon_regions[0].uuid"},
+      {"site_beacon_regions", beacon(nullptr, 1), "value not found at site_beacon_regions[0].uuid"},
+      {"site_beacon_regions", beacon(kUUID, 65536),
+       "data corrupted at site_beacon_regions[0].major"},
+      {"site_beacon_regions", beacon(kUUID, -1), "data corrupted at site_beacon_regions[0].major"},
+      {"site_beacon_regions", beacon(kUUID, "1"), "type mismatch at site_beacon_regions[0].major"},
+      {"site_beacon_regions", platform::List{1}, "type mismatch at site_beacon_regions[0]"},
+      {"project_mobile_flow_pickup_type_selection_enabled", 1,
+       "type mismatch at project_mobile_flow_pickup_type_selection_enabled"},
+      {"project_mobile_flow_pickup_type_selection_enabled", "true",
+       "type mismatch at project_mobile_flow_pickup_type_selection_enabled"},
+  };
+  for (const auto& [key, value, failure] : cases) {
+    const auto text = platform::writeJSON(with(fullOrder(), {{key, value}}));
+    EXPECT_THAT(decodingFailure<OrderPtr>(text), StartsWith(failure)) << text;
+  }
+  EXPECT_THAT(decodingFailure<OrderPtr>("[]"), StartsWith("type mismatch"));
+  EXPECT_THAT(decodingFailure<OrderPtr>("{}"), StartsWith("key not found"));
+}
+
+TEST_F(OrderWireTest, ReadsUnusualButValidTexts) {
+  const std::string rest = platform::writeJSON(without(requiredOrder(), "id")).substr(1);
+  const std::pair<const char*, std::int64_t> ids[] = {
+      {R"("id":5.0,)", 5},
+      {R"("id":1e3,)", 1000},
+      {R"("id":9223372036854775807,)", 9223372036854775807},
+      // Of a key given twice the last counts.
+      {R"("id":1,"id":2,)", 2},
+      // Unknown keys are skipped, whatever they hold; keys are compared to the letter.
+      {R"("Id":1,"ID":{"id":[2]},"id":3,"":4,"iid":5,)", 3},
+      {"\"\\u0069d\": 4 ,\n\t", 4},
+  };
+  for (const auto& [text, id] : ids) EXPECT_EQ(decodeOrder('{' + (text + rest))->id, id) << text;
+
+  const std::string twice = R"({"push_token":"a","push_token":null,"id":1,)";
+  EXPECT_EQ(decodeOrder(twice + rest)->pushToken(), std::nullopt);
+}
+
+TEST_F(OrderWireTest, OneBadOrderSpoilsTheList) {
+  const auto list = [](const platform::List& orders) {
+    const auto document = platform::JSONDocument::parse(dataText(orders));
+    return decodeData<OrderList>(document->root());
+  };
+  const OrderList orders = list({requiredOrder(2), requiredOrder(1)});
+  ASSERT_EQ(orders.size(), 2U);
+  EXPECT_EQ(orders[0]->id, 2);
+  EXPECT_EQ(orders[1]->id, 1);
+  EXPECT_TRUE(list({}).empty());
+
+  const auto failure = codingFailure([&] {
+    list({requiredOrder(1), with(requiredOrder(2), {{"state", "lost"}})});
+  });
+  EXPECT_EQ(failure, "value not found at data[1].state: Unknown Value");
+  for (const char* text : {"{}", R"({"data":null})", R"({"data":{}})", "[]"}) {
+    const auto document = platform::JSONDocument::parse(text);
+    EXPECT_NE(codingFailure([&] { decodeData<OrderList>(document->root()); }), "none") << text;
+  }
+}
+
+}  // namespace
+}  // namespace ovinta::test

@@ -1,0 +1,107 @@
+#include "OvintaSDK/model/PickupWindow.h"
+
+#include <gmock/gmock.h>
+
+#include "OvintaSDK/core/OvintaState.h"
+#include "tests/support/SDKFixture.h"
+#include "tests/support/WireText.h"
+
+namespace ovinta::test {
+namespace {
+
+using namespace std::chrono_literals;
+using platform::Date;
+using ::testing::StartsWith;
+
+using PickupWindowTest = SDKFixture;
+
+TEST_F(PickupWindowTest, TravelsAsTwoInstantsOfTheDevicesZone) {
+  const PickupWindow cases[] = {{kStart, kStart + 30min},
+                                PickupWindow(kStart),
+                                // The end may come first.
+                                {kStart, kStart - 24h},
+                                {kStart + 1ms, kStart + 999ms}};
+  const char* const texts[] = {R"("2021-03-04T15:30:00.000-0500\/2021-03-04T16:00:00.000-0500")",
+                               R"("2021-03-04T15:30:00.000-0500\/2021-03-04T15:30:00.000-0500")",
+                               R"("2021-03-04T15:30:00.000-0500\/2021-03-03T15:30:00.000-0500")",
+                               R"("2021-03-04T15:30:00.001-0500\/2021-03-04T15:30:00.999-0500")"};
+  for (std::size_t i = 0; i < std::size(cases); ++i) {
+    EXPECT_EQ(decoded<PickupWindow>(texts[i]), cases[i]);
+    std::string text = texts[i];
+    EXPECT_EQ(encoded(cases[i]), text.erase(text.find('\\'), 1));
+  }
+  // Of a finer instant only the milliseconds travel.
+  EXPECT_EQ(decoded<PickupWindow>(encoded(PickupWindow(kStart + 1999us))),
+            PickupWindow(kStart + 1ms));
+}
+
+TEST_F(PickupWindowTest, DropsEmptyPieces) {
+  const PickupWindow window(kStart, kStart + 30min);
+  for (const char* text : {"2021-03-04T15:30:00.000-0500//2021-03-04T16:00:00.000-0500",
+                           "/2021-03-04T15:30:00.000-0500/2021-03-04T16:00:00.000-0500/",
+                           "2021-03-04T20:30:00.000+0000/2021-03-04T22:00:00.000+0100"}) {
+    EXPECT_EQ(decoded<PickupWindow>('"' + std::string(text) + '"'), window) << text;
+  }
+}
+
+TEST_F(PickupWindowTest, RefusesWhatIsNoWindow) {
+  const std::string instant = "2021-03-04T15:30:00.000-0500";
+  for (const std::string& text :
+       {std::string(), std::string("/"), std::string("//"), instant, instant + "/",
+        instant + "/" + instant + "/" + instant, instant + "/later", "later/" + instant,
+        instant + "-" + instant, instant + " / " + instant, instant + "/2021-03-04T15:30:00-0500",
+        instant + "/2021-13-04T15:30:00.000-0500"}) {
+    EXPECT_EQ(decodingFailure<PickupWindow>('"' + text + '"'),
+              "data corrupted: Invalid date range format")
+        << text;
+  }
+  EXPECT_THAT(decodingFailure<PickupWindow>("5"), StartsWith("type mismatch"));
+  EXPECT_THAT(decodingFailure<PickupWindow>("null"), StartsWith("value not found"));
+}
+
+TEST_F(PickupWindowTest, TheServicesInstantsAreUTC) {
+  EXPECT_EQ(encoded(kStart), R"("2021-03-04T20:30:00.000Z")");
+  for (const char* text : {R"("2021-03-04T20:30:00.000Z")", R"("2021-03-04T15:30:00.000-05:00")",
+                           R"("2021-03-04T20:30:00.000+00:00")"}) {
+    EXPECT_EQ(decoded<Date>(text), kStart) << text;
+  }
+  EXPECT_THAT(decodingFailure<Date>(R"("2021-03-04T20:30:00Z")"), StartsWith("data corrupted"));
+  EXPECT_THAT(decodingFailure<Date>(R"("tomorrow")"), StartsWith("data corrupted"));
+}
+
+/// Records the formats that are asked for.
+class RecordingFormatters : public platform::DateFormatterFactory {
+ public:
+  explicit RecordingFormatters(std::shared_ptr<platform::DateFormatterFactory> formatters)
+      : formatters_(std::move(formatters)) {}
+  std::unique_ptr<platform::DateFormatter> makeDateFormatter(
+      const platform::DateFormat& format) override {
+    formats.push_back(format);
+    return formatters_->makeDateFormatter(format);
+  }
+  std::vector<platform::DateFormat> formats;
+
+ private:
+  std::shared_ptr<platform::DateFormatterFactory> formatters_;
+};
+
+TEST_F(PickupWindowTest, EachFormatterIsMadeOnceWithItsSettings) {
+  const auto formatters = std::make_shared<RecordingFormatters>(services.dateFormatters);
+  restartWith([&](platform::Services& changed) { changed.dateFormatters = formatters; });
+  for (int i = 0; i < 2; ++i) {
+    encoded(PickupWindow(kStart));
+    encoded(kStart);
+  }
+  ASSERT_EQ(formatters->formats.size(), 2U);
+  const platform::DateFormat& window = formatters->formats[0];
+  EXPECT_EQ(window.pattern, "yyyy-MM-dd'T'HH:mm:ss.SSSZ");
+  EXPECT_FALSE(window.calendar || window.secondsFromGMT || window.locale);
+  const platform::DateFormat& service = formatters->formats[1];
+  EXPECT_EQ(service.pattern, "yyyy-MM-dd'T'HH:mm:ss.SSSZZZZZ");
+  EXPECT_EQ(service.calendar, "iso8601");
+  EXPECT_EQ(service.secondsFromGMT, 0);
+  EXPECT_EQ(service.locale, "en_US_POSIX");
+}
+
+}  // namespace
+}  // namespace ovinta::test
