@@ -12,7 +12,7 @@ class CustomerOperation : public DecodingOperation<std::shared_ptr<const Custome
  protected:
   using DecodingOperation::DecodingOperation;
   std::shared_ptr<const Customer> decode(const platform::JSONValue& answer) const final {
-    return std::make_shared<const Customer>(decodeData<Customer>(answer));
+    return decodeData<std::shared_ptr<const Customer>>(answer);
   }
 };
 

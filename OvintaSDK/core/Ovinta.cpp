@@ -41,6 +41,12 @@ OrdersManager& Ovinta::orders() { return OvintaState::current().orders(); }
 
 CustomerManager& Ovinta::customer() { return OvintaState::current().customer(); }
 
+SitesManager& Ovinta::sites() { return OvintaState::current().sites(); }
+
+ConfigurationManager& Ovinta::config() { return OvintaState::current().config(); }
+
+NotifyManager& Ovinta::notify() { return OvintaState::current().notify(); }
+
 const std::string& Ovinta::sdkVersion() { return OvintaState::current().sdkVersion(); }
 
 std::optional<std::string> Ovinta::pushToken() { return OvintaState::current().pushToken.get(); }

@@ -5,8 +5,11 @@
 #include <span>
 #include <string>
 
+#include "OvintaSDK/core/ConfigurationManager.h"
 #include "OvintaSDK/customer/CustomerManager.h"
 #include "OvintaSDK/orders/OrdersManager.h"
+#include "OvintaSDK/sites/NotifyManager.h"
+#include "OvintaSDK/sites/SitesManager.h"
 #include "platform/Export.h"
 #include "platform/Value.h"
 
@@ -31,6 +34,9 @@ class OVINTA_EXPORT Ovinta {
   /// The managers; the same objects for the life of the process.
   static OrdersManager& orders();
   static CustomerManager& customer();
+  static SitesManager& sites();
+  static ConfigurationManager& config();
+  static NotifyManager& notify();
 
   /// The library's version as told to the service.
   static const std::string& sdkVersion();

@@ -3,10 +3,13 @@
 #include <mutex>
 #include <vector>
 
+#include "OvintaSDK/core/ConfigurationManager.h"
 #include "OvintaSDK/core/OrderStoreContainer.h"
 #include "OvintaSDK/customer/CustomerManager.h"
 #include "OvintaSDK/location/LocationUpdater.h"
 #include "OvintaSDK/orders/OrdersManager.h"
+#include "OvintaSDK/sites/NotifyManager.h"
+#include "OvintaSDK/sites/SitesManager.h"
 #include "platform/Services.h"
 
 namespace ovinta {
@@ -95,13 +98,19 @@ const platform::DateFormatter& OvintaState::serviceDateFormatter() {
   });
 }
 
-OrdersManager& OvintaState::orders() {
-  return orders_.get([] { return std::make_shared<OrdersManager>(); });
-}
+OrdersManager& OvintaState::orders() { return orders_.get(std::make_shared<OrdersManager>); }
 
 CustomerManager& OvintaState::customer() {
-  return customer_.get([] { return std::make_shared<CustomerManager>(); });
+  return customer_.get(std::make_shared<CustomerManager>);
 }
+
+SitesManager& OvintaState::sites() { return sites_.get(std::make_shared<SitesManager>); }
+
+ConfigurationManager& OvintaState::config() {
+  return config_.get(std::make_shared<ConfigurationManager>);
+}
+
+NotifyManager& OvintaState::notify() { return notify_.get(std::make_shared<NotifyManager>); }
 
 void OvintaState::makeLocationUpdater() {
   if (ownedUpdater_) return;

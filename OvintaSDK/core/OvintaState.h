@@ -13,9 +13,12 @@
 
 namespace ovinta {
 
+class ConfigurationManager;
 class CustomerManager;
 class LocationUpdater;
+class NotifyManager;
 class OrdersManager;
+class SitesManager;
 
 /// Everything that lives as long as the process: what the facade `Ovinta` owns and the rest of the
 /// library shares. May be used from any thread save where noted; each part is made on first use.
@@ -54,6 +57,9 @@ class OvintaState {
 
   OrdersManager& orders();
   CustomerManager& customer();
+  SitesManager& sites();
+  ConfigurationManager& config();
+  NotifyManager& notify();
 
   /// The shared updater, or null before `makeLocationUpdater`.
   LocationUpdater* locationUpdater() const { return updater_.load(); }
@@ -70,6 +76,9 @@ class OvintaState {
   Lazy<const platform::DateFormatter> serviceDateFormatter_;
   Lazy<OrdersManager> orders_;
   Lazy<CustomerManager> customer_;
+  Lazy<SitesManager> sites_;
+  Lazy<ConfigurationManager> config_;
+  Lazy<NotifyManager> notify_;
   std::unique_ptr<LocationUpdater> ownedUpdater_;
   std::atomic<LocationUpdater*> updater_ = nullptr;
 };

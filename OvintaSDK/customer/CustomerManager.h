@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <string>
 
 #include "OvintaSDK/api/OvintaError.h"
 #include "OvintaSDK/core/Guarded.h"
@@ -17,6 +18,9 @@ using CustomerPtr = std::shared_ptr<const Customer>;
 
 /// Receives the customer or the error, exactly one of them not null.
 using CustomerCallback = std::function<void(CustomerPtr, ErrorPtr)>;
+
+/// Receives the error, or null.
+using ErrorCallback = std::function<void(ErrorPtr)>;
 
 /// Owns the one customer of the device; reached as `Ovinta::customer()`. The customer survives a
 /// restart of the application. All methods may be called from any thread and return at once; a
@@ -41,6 +45,27 @@ class OVINTA_EXPORT CustomerManager {
               CustomerCallback callback = {});
   void create(const CustomerInfo& info, const CustomerConsent& customerConsent,
               CustomerCallback callback = {});
+
+  /// Changes the current customer's details. Errors: `CustomerManagerError` of type
+  /// `loadingCustomer` or `loadingApiUrl`; those of the service. A customer that comes back becomes
+  /// `current` and is kept, here as in all that follow; on failure nothing changes.
+  void update(const CustomerInfo& info, CustomerCallback callback = {});
+
+  /// Logs in. Errors: `CustomerManagerError` of type `loadingApiUrl`; those of the service.
+  void login(std::string emailAddress, std::string password, CustomerCallback callback = {});
+  /// Logs in with the token of an earlier session; otherwise the same.
+  void loginWithToken(std::string token, CustomerCallback callback = {});
+
+  /// Gives the current customer's account an e-mail address and a password. Errors as `update`.
+  void signUp(std::string emailAddress, std::string password, CustomerCallback callback = {});
+
+  /// Has a message with a reset token sent. The error, or null, is reported. Errors as `login`.
+  void requestNewPassword(std::string emailAddress, ErrorCallback callback = {});
+
+  /// Sets a new password with a reset token, and logs in. Password and confirmation are sent as
+  /// given: the service compares them. Errors as `login`.
+  void setNewPassword(std::string resetPasswordToken, std::string password,
+                      std::string confrimation, CustomerCallback callback = {});
 
   /// Forgets the customer. Name and vehicle stay in the settings store, to prefill a later login.
   void logout();

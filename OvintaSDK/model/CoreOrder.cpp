@@ -17,7 +17,7 @@ platform::FetchRequest CoreOrder::fetchRequest() { return {.entityName = kEntity
 
 CoreOrder::CoreOrder() : ManagedObject(kEntityName) {}
 
-CoreOrder::CoreOrder(platform::ManagedObject object) : ManagedObject(std::move(object)) {}
+CoreOrder::CoreOrder(const platform::ManagedObject& object) : ManagedObject(object) {}
 
 std::shared_ptr<CoreOrder> CoreOrder::insert(const Order& order,
                                              platform::ManagedObjectContext& context) {

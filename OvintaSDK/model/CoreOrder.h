@@ -23,7 +23,7 @@ class CoreOrder : public platform::ManagedObject {
 
   CoreOrder();
   /// A summary read back from the store.
-  explicit CoreOrder(platform::ManagedObject object);
+  explicit CoreOrder(const platform::ManagedObject& object);
 
   std::int64_t id() const;
   std::optional<std::string> partnerIdentifier() const;

@@ -1,7 +1,6 @@
 #include "OvintaSDK/model/Order.h"
 
 #include "OvintaSDK/model/SiteCoordinate.h"
-#include "platform/Services.h"
 
 namespace ovinta {
 
@@ -10,9 +9,7 @@ std::optional<platform::Location> Order::siteLocation() const {
 }
 
 std::optional<double> Order::siteDistance(const platform::Location& from) const {
-  const std::optional<platform::Location> site = siteLocation();
-  if (!site) return std::nullopt;
-  return platform::services().geodesy->distance(from.coordinate, site->coordinate);
+  return distanceBetween(from, siteLocation());
 }
 
 }  // namespace ovinta

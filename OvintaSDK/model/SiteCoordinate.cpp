@@ -14,4 +14,10 @@ std::optional<platform::Location> locationFromTexts(const std::optional<std::str
   return platform::Location{.coordinate = {.latitude = *north, .longitude = *east}};
 }
 
+std::optional<double> distanceBetween(const platform::Location& from,
+                                      const std::optional<platform::Location>& to) {
+  if (!to) return std::nullopt;
+  return platform::services().geodesy->distance(from.coordinate, to->coordinate);
+}
+
 }  // namespace ovinta

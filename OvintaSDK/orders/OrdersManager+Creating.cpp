@@ -1,25 +1,13 @@
 #include "OvintaSDK/api/CreateOrderOperation.h"
-#include "OvintaSDK/api/UpdateOrderOperation.h"
 #include "OvintaSDK/core/LogLine.h"
 #include "OvintaSDK/core/OvintaState.h"
-#include "OvintaSDK/core/TextHelpers.h"
 #include "OvintaSDK/core/UserDefaultsKey.h"
 #include "OvintaSDK/customer/CustomerManager.h"
+#include "OvintaSDK/orders/CustomerInfoOf.h"
 #include "OvintaSDK/orders/OrdersManager.h"
 #include "platform/Services.h"
 
 namespace ovinta {
-namespace {
-
-CustomerInfo customerInfoOf(const CreateOrderInfo& info) {
-  return {.name = info.customerName.value_or(""),
-          .carType = info.customerCarType.value_or(""),
-          .carColor = info.customerCarColor.value_or(""),
-          .licensePlate = info.customerLicensePlate.value_or(""),
-          .phone = info.customerPhone};
-}
-
-}  // namespace
 
 void OrdersManager::create(std::int64_t siteID, std::string partnerIdentifier,
                            const CustomerInfo& customerInfo,
@@ -84,25 +72,6 @@ void OrdersManager::reportPermission(const Order& order) {
   const auto status =
       stateFromRawValue<LocationAuthStatus>(platform::services().location->authorizationStatus());
   if (status) sendEvent(OrderEvent::permissionUpdate(order.id, *status), {});
-}
-
-void OrdersManager::updateOrdersWithNoPushToken() {
-  const auto pushToken = OvintaState::current().pushToken.get();
-  if (!pushToken) return;
-  const auto apiURL = UserDefaultsKey::apiBase.stringValue();
-  if (!apiURL) {
-    logRefusal(OrdersManagerErrorType::loadingApiUrl);
-    return;
-  }
-  const CustomerPtr customer = OvintaState::current().customer().current();
-  if (!customer) return;
-  for (const OrderPtr& order : open().value_or(OrderList{})) {
-    if (!order->redemptionCode || presence(order->pushToken())) continue;
-    order->setPushToken(pushToken);
-    logLine("Updating order's push token using redemption code " + *order->redemptionCode);
-    OvintaState::current().apiQueue().addOperation(std::make_shared<UpdateOrderOperation>(
-        *apiURL, customer->token, *order->redemptionCode, *pushToken, nullptr));
-  }
 }
 
 }  // namespace ovinta

@@ -8,8 +8,10 @@
 
 #include "OvintaSDK/api/OvintaError.h"
 #include "OvintaSDK/core/Guarded.h"
+#include "OvintaSDK/model/ClaimOrderInfo.h"
 #include "OvintaSDK/model/CreateOrderInfo.h"
 #include "OvintaSDK/model/Customer.h"
+#include "OvintaSDK/model/CustomerConsent.h"
 #include "OvintaSDK/model/Order.h"
 #include "OvintaSDK/model/OrderEvent.h"
 #include "OvintaSDK/orders/OrdersManagerError.h"
@@ -80,6 +82,27 @@ class OVINTA_EXPORT OrdersManager {
   void create(std::int64_t siteID, std::string partnerIdentifier, const CustomerInfo& customerInfo,
               std::optional<PickupWindow> pickupWindow, OrderCallback callback = {});
 
+  /// Looks an order up by its redemption code. Errors: `OrdersManagerError` of type
+  /// `loadingApiUrl`, also kept in `lastFetch` and posted as `SDKNotification::ordersError`; those
+  /// of the service.
+  void fetchWithRedemptionCode(const std::string& redemptionCode, OrderCallback callback = {});
+
+  /// Claims the order of a redemption code for the current customer, with the device's push token.
+  /// Reports the location permission for it. The lists change with the next fetch. Errors:
+  /// `OrdersManagerError` of type `loadingApiUrl`, also kept in `lastFetch`, or `loadingCustomer`;
+  /// those of the service.
+  void claimWithRedemptionCode(const std::string& redemptionCode, const CustomerInfo& customerInfo,
+                               std::optional<std::string> pickupType, OrderCallback callback = {});
+  void claimWithRedemptionCode(const std::string& redemptionCode, const CustomerInfo& customerInfo,
+                               OrderCallback callback = {});
+  /// The same; with no current customer, first creates one from the claim's customer fields and the
+  /// consent. Further errors: `loadingCustomer` also when there is no name or the customer could
+  /// not be created; `CustomerManagerError` of type `missingCustomerConsent`. `lastFetch` stays.
+  void claimWithRedemptionCode(const std::string& redemptionCode,
+                               const ClaimOrderInfo& claimOrderInfo,
+                               const std::optional<CustomerConsent>& customerConsent,
+                               OrderCallback callback = {});
+
   /// Reports a step of the customer's journey. When the service accepts it, the order in `all`
   /// changes and `SDKNotification::orderUpdated` is posted; when it refuses, `orderEventError`. The
   /// callback receives the order found in `all`, or null, and the error, or null; without a
@@ -120,6 +143,13 @@ class OVINTA_EXPORT OrdersManager {
                    OrderCallback callback);
   void reportPermission(const Order& order);
   void updateOrdersWithNoPushToken();
+  void updatePushTokensWithNewPushToken(const std::string& pushToken);
+  void putPushToken(const std::string& pushToken,
+                    const std::function<bool(const Order&)>& isWanted);
+
+  // Claiming.
+  void claim(const std::string& apiURL, const std::string& redemptionCode, const Customer& customer,
+             const ClaimOrderInfo& info, const OrderCallback& callback);
 
   // Events.
   void sendEvent(const OrderEvent& event, OrderCallback callback);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <memory>
 #include <optional>
 #include <string>
 #include <tuple>
@@ -152,6 +153,17 @@ struct WireForm<Record> {
   }
   static void encode(platform::JSONWriter& writer, const Record& record) {
     encodeRecord<Record>(writer, record);
+  }
+};
+
+/// Records that are handed out by shared pointer.
+template <HasWireTable Record>
+struct WireForm<std::shared_ptr<const Record>> {
+  static std::shared_ptr<const Record> decode(const platform::JSONValue& value) {
+    return std::make_shared<const Record>(WireForm<Record>::decode(value));
+  }
+  static void encode(platform::JSONWriter& writer, const std::shared_ptr<const Record>& record) {
+    WireForm<Record>::encode(writer, *record);
   }
 };
 

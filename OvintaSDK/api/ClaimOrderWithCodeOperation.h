@@ -1,0 +1,33 @@
+#pragma once
+
+#include "OvintaSDK/api/OrderOperation.h"
+#include "OvintaSDK/model/Customer.h"
+#include "OvintaSDK/model/wire/OrderRequestWire.h"
+
+namespace ovinta {
+
+/// Makes the order of a redemption code a customer's own.
+class ClaimOrderWithCodeOperation final : public OrderOperation {
+ public:
+  ClaimOrderWithCodeOperation(std::string apiURL, std::shared_ptr<const Customer> customer,
+                              std::string redemptionCode, ClaimOrderInfo orderInfo,
+                              Callback callback)
+      : OrderOperation(std::move(apiURL), std::move(callback)),
+        customer_(std::move(customer)),
+        redemptionCode_(std::move(redemptionCode)),
+        orderInfo_(std::move(orderInfo)) {}
+
+  std::string_view errorContext() const override { return "claiming order"; }
+
+ private:
+  Endpoint endpoint() const override {
+    return {.path = APIPath::order(redemptionCode_), .method = "PUT", .token = customer_->token};
+  }
+  std::optional<std::string> body() const override { return encodeBody(orderInfo_); }
+
+  std::shared_ptr<const Customer> customer_;
+  std::string redemptionCode_;
+  ClaimOrderInfo orderInfo_;
+};
+
+}  // namespace ovinta

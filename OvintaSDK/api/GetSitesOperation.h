@@ -1,0 +1,30 @@
+#pragma once
+
+#include "OvintaSDK/api/SitesOperation.h"
+
+namespace ovinta {
+
+/// Gets a page of the sites that match a text.
+class GetSitesOperation final : public SitesOperation {
+ public:
+  GetSitesOperation(std::string apiURL, std::optional<std::string> query,
+                    std::optional<std::int64_t> page, Callback callback)
+      : SitesOperation(std::move(apiURL), std::move(callback)),
+        query_(std::move(query)),
+        page_(page) {}
+
+  std::string_view errorContext() const override { return "getting Sites"; }
+
+ private:
+  Endpoint endpoint() const override {
+    std::vector<platform::URLQueryItem> items;
+    if (query_) items.push_back({"q", *query_});
+    if (page_) items.push_back({"page", std::to_string(*page_)});
+    return {.path = APIPath::sites(), .queryItems = std::move(items)};
+  }
+
+  std::optional<std::string> query_;
+  std::optional<std::int64_t> page_;
+};
+
+}  // namespace ovinta

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "OvintaSDK/api/CustomerOperation.h"
+
+namespace ovinta {
+
+/// Sets a new password with the token of a reset message, which also logs the customer in.
+class SetNewPasswordOperation final : public CustomerOperation {
+ public:
+  SetNewPasswordOperation(std::string apiURL, SetNewPassword newPassword, Callback callback)
+      : CustomerOperation(std::move(apiURL), std::move(callback)),
+        newPassword_(std::move(newPassword)) {}
+
+  std::string_view errorContext() const override { return "signing in"; }
+
+ private:
+  Endpoint endpoint() const override { return {.path = APIPath::setPassword(), .method = "PATCH"}; }
+  std::optional<std::string> body() const override { return encodeBody(newPassword_); }
+
+  SetNewPassword newPassword_;
+};
+
+}  // namespace ovinta

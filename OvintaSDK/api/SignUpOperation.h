@@ -1,0 +1,28 @@
+#pragma once
+
+#include "OvintaSDK/api/CustomerOperation.h"
+
+namespace ovinta {
+
+/// Gives an anonymous account an e-mail address and a password.
+class SignUpOperation final : public CustomerOperation {
+ public:
+  SignUpOperation(std::string apiURL, std::shared_ptr<const Customer> customer,
+                  SignUpInfo signUpInfo, Callback callback)
+      : CustomerOperation(std::move(apiURL), std::move(callback)),
+        customer_(std::move(customer)),
+        signUpInfo_(std::move(signUpInfo)) {}
+
+  std::string_view errorContext() const override { return "signing up"; }
+
+ private:
+  Endpoint endpoint() const override {
+    return {.path = APIPath::signUp(), .method = "PATCH", .token = customer_->token};
+  }
+  std::optional<std::string> body() const override { return encodeBody(signUpInfo_); }
+
+  std::shared_ptr<const Customer> customer_;
+  SignUpInfo signUpInfo_;
+};
+
+}  // namespace ovinta

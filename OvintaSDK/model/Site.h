@@ -1,0 +1,49 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "OvintaSDK/model/Geofence.h"
+#include "platform/Export.h"
+#include "platform/Location.h"
+
+namespace ovinta {
+
+/// A pickup site as the service lists it.
+struct OVINTA_EXPORT Site {
+  std::int64_t id = 0;
+  std::optional<std::string> partnerIdentifier = {};
+  std::optional<std::string> name = {};
+  std::optional<std::string> phone = {};
+  std::optional<std::string> streetAddress = {};
+  std::optional<std::string> fullAddress = {};
+  std::optional<std::string> locality = {};
+  std::optional<std::string> region = {};
+  std::optional<std::string> country = {};
+  std::optional<std::string> postalCode = {};
+  /// Degrees as decimal text, as `latitude`; see `location`.
+  std::optional<std::string> longitude = {};
+  std::optional<std::string> latitude = {};
+  std::optional<std::string> instructions = {};
+  std::optional<std::string> descriptionText = {};
+  std::optional<std::string> coverPhotoURL = {};
+  std::optional<std::string> projectAccentColor = {};
+  std::optional<std::string> projectAccentTextColor = {};
+  std::optional<std::string> projectLogoURL = {};
+  std::optional<Geofence> geofence = {};
+
+  /// Where the site is; absent when a coordinate is, or is not a decimal number. The range of the
+  /// numbers is not checked. May be called from any thread, as `distance`.
+  std::optional<platform::Location> location() const;
+
+  /// The distance to `location()` in metres, along the WGS84 geodesic; absent when that is.
+  std::optional<double> distance(const platform::Location& from) const;
+};
+
+using SitePtr = std::shared_ptr<const Site>;
+using SiteList = std::vector<SitePtr>;
+
+}  // namespace ovinta

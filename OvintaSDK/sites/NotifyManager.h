@@ -1,0 +1,55 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <optional>
+#include <string_view>
+
+#include "OvintaSDK/customer/CustomerManager.h"
+#include "OvintaSDK/sites/NotificationInfo.h"
+#include "OvintaSDK/sites/NotifyManagerError.h"
+#include "OvintaSDK/sites/SitesManager.h"
+#include "platform/Export.h"
+#include "platform/Region.h"
+#include "platform/Value.h"
+
+namespace ovinta {
+
+/// Arranges local notifications that fire once, when the user enters the geofence of a site;
+/// reached as `Ovinta::notify()`. What is armed is kept by the platform's notification centre, also
+/// across restarts. All methods may be called from any thread and return at once; callbacks run
+/// inside the call when the request is refused at once, otherwise on the thread on which the
+/// notification centre or the network answers.
+class OVINTA_EXPORT NotifyManager {
+ public:
+  /// The key in a notification's user info that marks the library's own, and its value there.
+  static constexpr std::string_view kSourceName = "message_source";
+  static constexpr std::string_view kOvintaNotify = "ovinta.notify";
+  /// The most sites that one call may arm.
+  static constexpr std::size_t kMaxNumberOfSites = 5;
+
+  NotifyManager() = default;
+  NotifyManager(const NotifyManager&) = delete;
+  NotifyManager& operator=(const NotifyManager&) = delete;
+
+  /// Arms a notification for each site that has a geofence, in place of all armed before. The
+  /// callback, which may be empty, is called once, with null when the requests were handed over,
+  /// or with the error: `NotifyManagerError` of type `noLocationPermission` or
+  /// `reachedTheMaxNumberOfSites`; what was armed then stays.
+  void createForSites(const SiteList& sites, const NotificationInfo& notification,
+                      ErrorCallback callback);
+
+  /// Arms notifications for the first sites that the service finds in the circle. The callback
+  /// receives the sites or the error. When arming them fails it is called twice: first with the
+  /// error, then with the sites. Errors: those of `createForSites` and of `SitesManager::fetch`.
+  void createForSitesInRegion(const platform::CircularRegion& region,
+                              const NotificationInfo& notification, SitesCallback callback);
+
+  /// Disarms all. Notifications already shown stay. The callback is called once, with null.
+  void clear(ErrorCallback callback);
+
+  /// Whether the user info of a notification shows that it is one of the library's own.
+  bool isOvintaNotifyUserInfo(const platform::Dictionary& userInfo) const;
+};
+
+}  // namespace ovinta

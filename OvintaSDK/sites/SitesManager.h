@@ -1,0 +1,66 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+
+#include "OvintaSDK/api/OvintaError.h"
+#include "OvintaSDK/core/Guarded.h"
+#include "OvintaSDK/model/Pagination.h"
+#include "OvintaSDK/model/Site.h"
+#include "OvintaSDK/sites/SitesManagerError.h"
+#include "platform/Export.h"
+#include "platform/Region.h"
+
+namespace ovinta {
+
+/// Receives the sites or the error.
+using SitesCallback = std::function<void(std::optional<SiteList>, ErrorPtr)>;
+
+/// Receives the sites and where their page stands, or the error.
+using SitesPageCallback =
+    std::function<void(std::optional<SiteList>, std::optional<Pagination>, ErrorPtr)>;
+
+/// Looks up the pickup sites that the service knows; reached as `Ovinta::sites()`. All methods may
+/// be called from any thread and return at once. A callback, which may be empty, is called exactly
+/// once: on the network's callback thread when the service was asked, inside the call when the
+/// request was refused before it was sent. Errors: `SitesManagerError` of type `loadingApiUrl`;
+/// those of the service.
+class OVINTA_EXPORT SitesManager {
+ public:
+  SitesManager() = default;
+  SitesManager(const SitesManager&) = delete;
+  SitesManager& operator=(const SitesManager&) = delete;
+
+  /// The sites gathered so far; absent before the first. Page 1 of any search replaces them, a
+  /// later page is appended, whatever it is a page of.
+  std::optional<SiteList> all() const { return all_.get(); }
+  void setAll(std::optional<SiteList> sites) { all_.set(std::move(sites)); }
+
+  /// One page, counted from 1, of the sites that match the text; an absent one matches all.
+  void fetch(const std::optional<std::string>& query, std::int64_t page,
+             SitesPageCallback callback = {});
+
+  /// All pages of such a search, one after another; the callback receives `all` as it then is. A
+  /// page that fails ends the run with its error; `all` keeps the pages before it.
+  void fetchAll(const std::optional<std::string>& query, SitesCallback callback = {});
+
+  /// One page of the sites in the circle; of the region only centre and radius count.
+  void fetch(const platform::CircularRegion& region, std::int64_t page,
+             SitesCallback callback = {});
+  /// The same with `per` sites to a page.
+  void fetch(const platform::CircularRegion& region, std::int64_t page, std::int64_t per,
+             SitesCallback callback = {});
+
+ private:
+  void fetchRegion(const platform::CircularRegion& region, std::int64_t page,
+                   std::optional<std::int64_t> per, SitesCallback callback);
+  void fetchFrom(const std::optional<std::string>& query, std::int64_t page,
+                 SitesCallback callback);
+  void adopt(const std::optional<SiteList>& sites, std::int64_t page);
+
+  Guarded<std::optional<SiteList>> all_;
+};
+
+}  // namespace ovinta
