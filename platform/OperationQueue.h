@@ -24,8 +24,8 @@ class OperationQueue {
   virtual ~OperationQueue() = default;
 
   /// Queues `operation` and returns at once; the queue keeps it until `main()` has returned. May be
-  /// called from any thread, also from inside an operation. Operations still waiting when the
-  /// process exits are dropped.
+  /// called from any thread, also from inside an operation. When the process exits, operations that
+  /// still wait are dropped and those that run may have a moment to end.
   virtual void addOperation(std::shared_ptr<Operation> operation) = 0;
 
   /// Limits how many operations run at the same time; those already running are not stopped. May be

@@ -19,6 +19,10 @@ To as(const From& from) {
   return std::bit_cast<To>(from);
 }
 
+/// simdjson keeps the code for this processor in static objects made on first use. Made while the
+/// program is loaded they outlast the exit handlers that wait for threads, which may be parsing.
+[[maybe_unused]] const bool kIsChosen = !simdjson::get_active_implementation()->name().empty();
+
 /// Texts up to this size are parsed with working memory that the thread keeps.
 constexpr std::size_t kLargestKept = std::size_t{1} << 20;
 

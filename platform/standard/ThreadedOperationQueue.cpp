@@ -1,7 +1,5 @@
 #include <algorithm>
-#include <atomic>
 #include <condition_variable>
-#include <cstdlib>
 #include <deque>
 #include <mutex>
 #include <system_error>
@@ -9,26 +7,19 @@
 #include <utility>
 
 #include "platform/FatalError.h"
+#include "platform/standard/ExitGate.h"
 #include "platform/standard/Standard.h"
 
 namespace ovinta::platform::standard {
 namespace {
-
-std::atomic<bool> processExits{false};
-
-/// Has `processExits` set when the process begins to exit. Handlers run in the reverse order of
-/// their registration, so this comes late enough to run before the destructors of older statics.
-void watchProcessExit() {
-  [[maybe_unused]] static const int registered = std::atexit([] { processExits = true; });
-}
 
 std::size_t defaultConcurrency() {
   static const auto count = std::max<std::size_t>(4, std::thread::hardware_concurrency());
   return count;
 }
 
-/// What a queue shares with its threads. The threads are detached and keep it alive, so neither
-/// dropping the queue nor the end of the process waits for an operation.
+/// What a queue shares with its threads. The threads are detached and keep it alive, so dropping
+/// the queue waits for no operation.
 class WorkState : public std::enable_shared_from_this<WorkState> {
  public:
   void add(std::shared_ptr<Operation> operation) {
@@ -89,13 +80,14 @@ class WorkState : public std::enable_shared_from_this<WorkState> {
     std::unique_lock lock(mutex_);
     while (true) {
       wakeUp_.wait(lock, [this] { return closed_ || (!waiting_.empty() && running_ < limit()); });
-      if (closed_ || processExits) return;
+      if (closed_ || !ExitGate::enter()) return;
       auto operation = std::move(waiting_.front());
       waiting_.pop_front();
       ++running_;
       lock.unlock();
       operation->main();
       operation.reset();
+      ExitGate::leave();
       lock.lock();
       --running_;
     }
@@ -128,7 +120,7 @@ class ThreadedOperationQueue : public OperationQueue {
 class ThreadedOperationQueueFactory : public OperationQueueFactory {
  public:
   std::shared_ptr<OperationQueue> makeQueue() override {
-    watchProcessExit();
+    ExitGate::watch();
     return std::make_shared<ThreadedOperationQueue>();
   }
 };

@@ -8,6 +8,7 @@
 #include <numeric>
 #include <semaphore>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "platform/standard/Standard.h"
@@ -134,7 +135,7 @@ TEST_F(OperationQueueTest, TheProcessExitsCleanlyWithOperationsRunningAndWaiting
           for (int number = 0; number < 100; ++number) {
             queue->addOperation(operation([&running, number, center] {
               if (number < 2) running.count_down();
-              while (number < 4) center->post({{"name"}, std::string(100, 'x')});
+              for (int i = 0; i < 500; ++i) center->post({{"name"}, std::string(100, 'x')});
             }));
           }
           running.wait();
@@ -142,6 +143,26 @@ TEST_F(OperationQueueTest, TheProcessExitsCleanlyWithOperationsRunningAndWaiting
         },
         testing::ExitedWithCode(0), "^$");
   }
+}
+
+TEST_F(OperationQueueTest, TheExitWaitsForWhatRunsButNotForItsCaller) {
+  EXPECT_EXIT(
+      {
+        static std::atomic<bool> hasEnded{false};
+        // Added earlier, called later.
+        std::atexit([] { std::_Exit(hasEnded ? 0 : 3); });
+        const auto queue = factory_->makeQueue();
+        std::latch running(1);
+        queue->addOperation(operation([&] {
+          running.count_down();
+          for (int i = 0; i < 100; ++i) std::this_thread::yield();
+          hasEnded = true;
+        }));
+        running.wait();
+        queue->addOperation(operation([] { std::exit(0); }));
+        std::promise<void>().get_future().wait();
+      },
+      testing::ExitedWithCode(0), "");
 }
 
 /// Tells of the end of a thread that has touched it.
