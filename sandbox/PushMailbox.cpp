@@ -26,6 +26,7 @@ PushMailbox::Listener::~Listener() {
   Shared& shared = *line_->shared;
   const std::lock_guard lock(shared.mutex);
   std::erase(shared.lines, line_.get());
+  shared.changed.notify_all();
   const bool isHeardByOthers = std::ranges::any_of(
       shared.lines, [&](const Line* other) { return other->pushToken == line_->pushToken; });
   if (!isHeardByOthers && !line_->payloads.empty()) {
@@ -51,7 +52,7 @@ bool PushMailbox::Listener::isClosed() const {
 
 PushMailbox::PushMailbox() : shared_(std::make_shared<Shared>()) {}
 
-PushMailbox::~PushMailbox() { close(); }
+PushMailbox::~PushMailbox() { close(std::chrono::milliseconds(0)); }
 
 std::shared_ptr<PushMailbox::Listener> PushMailbox::listen(std::string_view pushToken) {
   auto line = std::make_unique<Listener::Line>();
@@ -78,10 +79,11 @@ void PushMailbox::send(std::string_view pushToken, std::string payload) {
   shared_->changed.notify_all();
 }
 
-void PushMailbox::close() {
-  const std::lock_guard lock(shared_->mutex);
+void PushMailbox::close(std::chrono::milliseconds patience) {
+  std::unique_lock lock(shared_->mutex);
   shared_->closed = true;
   shared_->changed.notify_all();
+  shared_->changed.wait_for(lock, patience, [&] { return shared_->lines.empty(); });
 }
 
 }  // namespace ovinta::sandbox

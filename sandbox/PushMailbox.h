@@ -46,8 +46,8 @@ class PushMailbox {
   /// Gives the payload to all listeners of the token, or keeps it when there is none.
   void send(std::string_view pushToken, std::string payload);
 
-  /// Ends all waiting, for good.
-  void close();
+  /// Ends all waiting, for good, and gives the listeners that long to go.
+  void close(std::chrono::milliseconds patience);
 
  private:
   struct Shared;

@@ -17,7 +17,7 @@ constexpr const char* kUpgradeURL = "https://example.com/upgrade";
 constexpr std::string_view kAppPaths = "/m/v1/";
 /// Each open stream of pushes holds one.
 constexpr std::size_t kThreads = 32;
-/// How long a client may leave a request unfinished.
+/// How long a client may leave a request, or the end of a stream, waiting.
 constexpr std::chrono::seconds kPatience{1};
 constexpr std::size_t kLargestBody = 1 << 20;
 /// How long a listener that has hung up can go unnoticed.
@@ -94,7 +94,8 @@ std::optional<std::string> Sandbox::Server::start() {
 
 void Sandbox::Server::stop() {
   if (!thread_.joinable()) return;
-  service_.pushes.close();
+  // Once the server stops it breaks off what is still being sent.
+  service_.pushes.close(kPatience);
   http_.stop();
   thread_.join();
 }

@@ -11,17 +11,18 @@ namespace ovinta::sandbox {
 namespace {
 
 /// Reads a stream, calling `onText` with all that has come so far until it answers false; answers
-/// all of it once the stream has ended.
+/// all of it once the stream has ended, with a mark when the service broke it off.
 std::string readStream(const Sandbox& sandbox, const std::string& path,
                        const std::function<bool(const std::string&)>& onText) {
   httplib::Client client("127.0.0.1", sandbox.port());
   client.set_read_timeout(std::chrono::seconds(60));
   std::string text;
-  client.Get(path, [&](const char* data, std::size_t length) {
+  const httplib::Result result = client.Get(path, [&](const char* data, std::size_t length) {
     text.append(data, length);
     return onText(text);
   });
-  return text;
+  const bool isWhole = result || result.error() == httplib::Error::Canceled;
+  return isWhole ? text : text + "(broken off)";
 }
 
 std::string event(const std::string& payload) { return "event: push\ndata: " + payload + "\n\n"; }
