@@ -58,13 +58,13 @@ void CurlURLSession::startDataTask(URLRequest request, Completion completion) {
 void CurlURLSession::run() {
   while (!thread_.stopping()) {
     beginIncoming();
-    // Read before the sockets are: what has arrived by then is never late, however long the thread
-    // was kept from running.
-    const auto now = now_();
+    // What has arrived by this time is never late, however long the thread is kept from running.
+    const auto before = now_();
     int running = 0;
     curl_multi_perform(multi_.get(), &running);
+    noteProgress();
     collectEnded();
-    collectOverdue(now);
+    collectOverdue(before);
     if (!completeCollected()) waitForWork();
   }
 }
@@ -89,6 +89,11 @@ void CurlURLSession::begin(std::unique_ptr<CurlTransfer> transfer) {
   curl_multi_add_handle(multi_.get(), handle);
 }
 
+void CurlURLSession::noteProgress() {
+  const auto now = now_();
+  for (const auto& [handle, transfer] : active_) transfer->noteProgress(now);
+}
+
 void CurlURLSession::collectEnded() {
   int left = 0;
   while (const CURLMsg* message = curl_multi_info_read(multi_.get(), &left)) {
@@ -106,7 +111,6 @@ void CurlURLSession::collectEnded() {
 void CurlURLSession::collectOverdue(CurlTransfer::Instant now) {
   std::vector<CURL*> overdue;
   for (const auto& [handle, transfer] : active_) {
-    transfer->noteProgress(now);
     if (transfer->deadline() <= now) overdue.push_back(handle);
   }
   for (CURL* const handle : overdue) {

@@ -48,6 +48,7 @@ class CurlURLSession final : public URLSession {
   void run();
   void beginIncoming();
   void begin(std::unique_ptr<CurlTransfer> transfer);
+  void noteProgress();
   void collectEnded();
   void collectOverdue(CurlTransfer::Instant now);
   std::unique_ptr<CurlTransfer> detach(CURL* handle);

@@ -40,12 +40,19 @@ struct Outcome {
 class SteppedClock {
  public:
   CurlTransfer::Instant now() {
+    ++looks_;
+    looks_.notify_all();
     return CurlTransfer::Instant(std::chrono::milliseconds(milliseconds_ += step_));
   }
   void advance(std::chrono::milliseconds by) { milliseconds_ += by.count(); }
   void run() { step_ = 20; }
 
+  /// How often it has been looked at.
+  int looks() const { return looks_; }
+  void waitForMoreLooksThan(int looks) const { looks_.wait(looks); }
+
  private:
+  std::atomic<int> looks_ = 0;
   std::atomic<std::int64_t> milliseconds_ = 1'000'000;
   std::atomic<int> step_ = 0;
 };

@@ -264,12 +264,15 @@ TEST_F(CurlURLSessionTest, ProgressPutsTheTimeoutOff) {
   restart({.now = [this] { return clock_.now(); }});
   LocalServer server([&](ServerConnection& connection) {
     connection.readRequest();
-    for (const char* part : {"HTTP/1.1 200 OK\r\n", "Content-Length: 2\r\n", "\r\n", "a", "b"}) {
+    for (const char* part :
+         {"HTTP/1.1 200 OK\r\n", "A: b\r\n", "Content-Length: 4\r\n", "\r\n", "d", "a", "t", "a"}) {
+      const int looks = clock_.looks();
       clock_.advance(6s);
       connection.send(part);
+      clock_.waitForMoreLooksThan(looks);
     }
   });
-  EXPECT_EQ(fetch({.url = {server.url()}, .timeout = 10s}).data, "ab");
+  EXPECT_EQ(fetch({.url = {server.url()}, .timeout = 10s}).data, "data");
 }
 
 TEST_F(CurlURLSessionTest, RefusesAServerThatCannotProveItself) {
