@@ -49,10 +49,18 @@ class SteppedClock {
 
   /// How often it has been looked at.
   int looks() const { return looks_; }
-  void waitForMoreLooksThan(int looks) const { looks_.wait(looks); }
+  void waitForMoreLooksThan(int looks) const {
+    if (!released_) looks_.wait(looks);
+  }
+  /// Ends all waiting.
+  void release() {
+    released_ = true;
+    now();
+  }
 
  private:
   std::atomic<int> looks_ = 0;
+  std::atomic<bool> released_ = false;
   std::atomic<std::int64_t> milliseconds_ = 1'000'000;
   std::atomic<int> step_ = 0;
 };

@@ -273,6 +273,7 @@ TEST_F(CurlURLSessionTest, ProgressPutsTheTimeoutOff) {
     }
   });
   EXPECT_EQ(fetch({.url = {server.url()}, .timeout = 10s}).data, "data");
+  clock_.release();
 }
 
 TEST_F(CurlURLSessionTest, RefusesAServerThatCannotProveItself) {
