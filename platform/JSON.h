@@ -15,7 +15,7 @@
 
 namespace ovinta::platform {
 
-/// Why a JSON text could not be read as, or written from, a record. Thrown inside the library only.
+/// Why a JSON text could not be read as, or written from, a record. Never thrown at an application.
 class CodingError : public std::exception {
  public:
   enum class Kind { keyNotFound, typeMismatch, valueNotFound, dataCorrupted, invalidValue };

@@ -31,7 +31,7 @@ struct RangedBeacon {
   std::int64_t minor = 0;
   /// Received signal strength in dBm.
   std::int64_t rssi = 0;
-  /// Estimated distance in metres; negative when unknown.
+  /// Estimated distance in metres, finite; negative when unknown.
   double accuracy = -1;
 };
 

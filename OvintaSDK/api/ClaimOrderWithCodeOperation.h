@@ -9,9 +9,8 @@ namespace ovinta {
 /// Makes the order of a redemption code a customer's own.
 class ClaimOrderWithCodeOperation final : public OrderOperation {
  public:
-  ClaimOrderWithCodeOperation(std::string apiURL, std::shared_ptr<const Customer> customer,
-                              std::string redemptionCode, ClaimOrderInfo orderInfo,
-                              Callback callback)
+  ClaimOrderWithCodeOperation(std::string apiURL, CustomerPtr customer, std::string redemptionCode,
+                              ClaimOrderInfo orderInfo, Callback callback)
       : OrderOperation(std::move(apiURL), std::move(callback)),
         customer_(std::move(customer)),
         redemptionCode_(std::move(redemptionCode)),
@@ -25,7 +24,7 @@ class ClaimOrderWithCodeOperation final : public OrderOperation {
   }
   std::optional<std::string> body() const override { return encodeBody(orderInfo_); }
 
-  std::shared_ptr<const Customer> customer_;
+  CustomerPtr customer_;
   std::string redemptionCode_;
   ClaimOrderInfo orderInfo_;
 };

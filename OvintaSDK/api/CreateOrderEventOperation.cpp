@@ -6,8 +6,7 @@
 
 namespace ovinta {
 
-CreateOrderEventOperation::CreateOrderEventOperation(std::string apiURL,
-                                                     std::shared_ptr<const Customer> customer,
+CreateOrderEventOperation::CreateOrderEventOperation(std::string apiURL, CustomerPtr customer,
                                                      OrderEvent orderEvent, Callback callback)
     : ResultOperation(std::move(apiURL), std::move(callback)),
       customer_(std::move(customer)),

@@ -10,8 +10,8 @@ namespace ovinta {
 /// that the order is gone, the orders manager is told and the callback is never called.
 class CreateOrderEventOperation final : public ResultOperation<std::shared_ptr<const OrderEvent>> {
  public:
-  CreateOrderEventOperation(std::string apiURL, std::shared_ptr<const Customer> customer,
-                            OrderEvent orderEvent, Callback callback);
+  CreateOrderEventOperation(std::string apiURL, CustomerPtr customer, OrderEvent orderEvent,
+                            Callback callback);
 
   std::string_view errorContext() const override { return "creating order event"; }
 
@@ -25,7 +25,7 @@ class CreateOrderEventOperation final : public ResultOperation<std::shared_ptr<c
   void refuse(const std::optional<platform::HTTPResponse>& response,
               const std::optional<std::string>& data) override;
 
-  std::shared_ptr<const Customer> customer_;
+  CustomerPtr customer_;
   std::shared_ptr<const OrderEvent> orderEvent_;
 };
 

@@ -9,8 +9,8 @@ namespace ovinta {
 /// Creates an order for a customer.
 class CreateOrderOperation final : public OrderOperation {
  public:
-  CreateOrderOperation(std::string apiURL, std::shared_ptr<const Customer> customer,
-                       CreateOrderInfo orderInfo, Callback callback)
+  CreateOrderOperation(std::string apiURL, CustomerPtr customer, CreateOrderInfo orderInfo,
+                       Callback callback)
       : OrderOperation(std::move(apiURL), std::move(callback)),
         customer_(std::move(customer)),
         orderInfo_(std::move(orderInfo)) {}
@@ -23,7 +23,7 @@ class CreateOrderOperation final : public OrderOperation {
   }
   std::optional<std::string> body() const override { return encodeBody(orderInfo_); }
 
-  std::shared_ptr<const Customer> customer_;
+  CustomerPtr customer_;
   CreateOrderInfo orderInfo_;
 };
 

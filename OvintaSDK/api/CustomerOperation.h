@@ -8,11 +8,11 @@
 namespace ovinta {
 
 /// An operation that is answered with a customer.
-class CustomerOperation : public DecodingOperation<std::shared_ptr<const Customer>> {
+class CustomerOperation : public DecodingOperation<CustomerPtr> {
  protected:
   using DecodingOperation::DecodingOperation;
-  std::shared_ptr<const Customer> decode(const platform::JSONValue& answer) const final {
-    return decodeData<std::shared_ptr<const Customer>>(answer);
+  CustomerPtr decode(const platform::JSONValue& answer) const final {
+    return decodeData<CustomerPtr>(answer);
   }
 };
 

@@ -23,6 +23,7 @@ class DecodingOperation : public ResultOperation<Result> {
   virtual std::string_view decodingFailureLogLine() const { return {}; }
 
   void succeed(const std::string& data) final {
+    ErrorPtr failure;
     Result result{};
     try {
       const auto document = platform::JSONDocument::parse(data);
@@ -35,8 +36,10 @@ class DecodingOperation : public ResultOperation<Result> {
       if (const std::string_view line = decodingFailureLogLine(); !line.empty()) {
         logLine(std::string(line) + error.what() + ".");
       }
-      return this->fail(std::make_shared<OvintaErrorInvalidResponse>(*this));
+      failure = std::make_shared<OvintaErrorInvalidResponse>(*this);
     }
+    // The callback runs outside of the handler.
+    if (failure) return this->fail(failure);
     this->report(std::move(result));
   }
 };

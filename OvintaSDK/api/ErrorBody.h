@@ -6,10 +6,12 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/Export.h"
+
 namespace ovinta {
 
 /// The service's error answer: {"errors": {field: [message, ...]}}.
-struct ErrorBody {
+struct OVINTA_EXPORT ErrorBody {
   std::map<std::string, std::vector<std::string>> errors;
 
   /// The body that the JSON text holds; absent when it is none.

@@ -9,8 +9,7 @@ namespace ovinta {
 /// Gets all orders of a customer.
 class GetOrdersOperation final : public DecodingOperation<std::optional<OrderList>> {
  public:
-  GetOrdersOperation(std::string apiURL, std::shared_ptr<const Customer> customer,
-                     Callback callback)
+  GetOrdersOperation(std::string apiURL, CustomerPtr customer, Callback callback)
       : DecodingOperation(std::move(apiURL), std::move(callback)), customer_(std::move(customer)) {}
 
   std::string_view errorContext() const override { return "getting orders"; }
@@ -26,7 +25,7 @@ class GetOrdersOperation final : public DecodingOperation<std::optional<OrderLis
     return "Unexpected error Getting Orders: ";
   }
 
-  std::shared_ptr<const Customer> customer_;
+  CustomerPtr customer_;
 };
 
 }  // namespace ovinta

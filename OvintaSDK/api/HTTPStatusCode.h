@@ -3,6 +3,8 @@
 #include <optional>
 #include <string>
 
+#include "platform/Export.h"
+
 namespace ovinta {
 
 /// The statuses that the service uses.
@@ -19,9 +21,9 @@ enum class HTTPStatusCode {
 };
 
 /// The status with that number; absent when the service does not use it.
-std::optional<HTTPStatusCode> httpStatusCode(int number);
+OVINTA_EXPORT std::optional<HTTPStatusCode> httpStatusCode(int number);
 
 /// The message for an answer of that status without a readable body; absent when there is none.
-std::optional<std::string> defaultMessage(HTTPStatusCode status);
+OVINTA_EXPORT std::optional<std::string> defaultMessage(HTTPStatusCode status);
 
 }  // namespace ovinta

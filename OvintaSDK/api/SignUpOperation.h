@@ -7,8 +7,8 @@ namespace ovinta {
 /// Gives an anonymous account an e-mail address and a password.
 class SignUpOperation final : public CustomerOperation {
  public:
-  SignUpOperation(std::string apiURL, std::shared_ptr<const Customer> customer,
-                  SignUpInfo signUpInfo, Callback callback)
+  SignUpOperation(std::string apiURL, CustomerPtr customer, SignUpInfo signUpInfo,
+                  Callback callback)
       : CustomerOperation(std::move(apiURL), std::move(callback)),
         customer_(std::move(customer)),
         signUpInfo_(std::move(signUpInfo)) {}
@@ -21,7 +21,7 @@ class SignUpOperation final : public CustomerOperation {
   }
   std::optional<std::string> body() const override { return encodeBody(signUpInfo_); }
 
-  std::shared_ptr<const Customer> customer_;
+  CustomerPtr customer_;
   SignUpInfo signUpInfo_;
 };
 

@@ -7,8 +7,8 @@ namespace ovinta {
 /// Changes a customer's details.
 class UpdateCustomerOperation final : public CustomerOperation {
  public:
-  UpdateCustomerOperation(std::string apiURL, std::shared_ptr<const Customer> customer,
-                          CustomerInfo customerInfo, Callback callback)
+  UpdateCustomerOperation(std::string apiURL, CustomerPtr customer, CustomerInfo customerInfo,
+                          Callback callback)
       : CustomerOperation(std::move(apiURL), std::move(callback)),
         customer_(std::move(customer)),
         customerInfo_(std::move(customerInfo)) {}
@@ -21,7 +21,7 @@ class UpdateCustomerOperation final : public CustomerOperation {
   }
   std::optional<std::string> body() const override { return encodeBody(customerInfo_); }
 
-  std::shared_ptr<const Customer> customer_;
+  CustomerPtr customer_;
   CustomerInfo customerInfo_;
 };
 

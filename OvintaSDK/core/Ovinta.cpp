@@ -13,7 +13,7 @@ namespace ovinta {
 namespace {
 
 /// The service's production base URL.
-constexpr std::string_view kProductionBaseURL = "https://api.ovinta.example/";
+constexpr std::string_view kProductionBaseURL = "https://api.ovinta.example";
 
 /// Main thread only: the updater creates the platform's location manager there.
 void registerDefaultsAndStart() {
@@ -72,7 +72,14 @@ void Ovinta::handleRemoteNotification(const platform::Dictionary& userInfo) {
 }
 
 void Ovinta::stopLocationUpdates() {
-  if (LocationUpdater* updater = OvintaState::current().locationUpdater()) updater->stopTracking();
+  LocationUpdater* const updater = OvintaState::current().locationUpdater();
+  if (!updater) return;
+  platform::MainQueue& mainQueue = *platform::services().mainQueue;
+  if (mainQueue.isMain()) {
+    updater->stopTracking();
+  } else {
+    mainQueue.async([updater] { updater->stopTracking(); });
+  }
 }
 
 }  // namespace ovinta

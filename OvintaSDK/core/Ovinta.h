@@ -57,8 +57,9 @@ class OVINTA_EXPORT Ovinta {
   /// `OrdersManager::updateOrderFromNotification`.
   static void handleRemoteNotification(const platform::Dictionary& userInfo);
 
-  /// Stops following the user's location. A later `SDKNotification::ordersUpdated` with open orders
-  /// starts it again. Call it on the main thread.
+  /// Stops following the user's location: at once on the main thread, from another one as soon as
+  /// the main queue comes to it. A later `SDKNotification::ordersUpdated` with open orders starts
+  /// it again.
   static void stopLocationUpdates();
 };
 

@@ -35,6 +35,11 @@ std::shared_ptr<const std::string> shortVersion(const platform::Bundle& bundle) 
       bundle.infoText("CFBundleShortVersionString").value_or(""));
 }
 
+template <class Manager>
+std::shared_ptr<Manager> make() {
+  return std::make_shared<Manager>();
+}
+
 std::shared_ptr<const platform::DateFormatter> makeFormatter(const platform::DateFormat& format) {
   return platform::services().dateFormatters->makeDateFormatter(format);
 }
@@ -98,19 +103,15 @@ const platform::DateFormatter& OvintaState::serviceDateFormatter() {
   });
 }
 
-OrdersManager& OvintaState::orders() { return orders_.get(std::make_shared<OrdersManager>); }
+OrdersManager& OvintaState::orders() { return orders_.get(make<OrdersManager>); }
 
-CustomerManager& OvintaState::customer() {
-  return customer_.get(std::make_shared<CustomerManager>);
-}
+CustomerManager& OvintaState::customer() { return customer_.get(make<CustomerManager>); }
 
-SitesManager& OvintaState::sites() { return sites_.get(std::make_shared<SitesManager>); }
+SitesManager& OvintaState::sites() { return sites_.get(make<SitesManager>); }
 
-ConfigurationManager& OvintaState::config() {
-  return config_.get(std::make_shared<ConfigurationManager>);
-}
+ConfigurationManager& OvintaState::config() { return config_.get(make<ConfigurationManager>); }
 
-NotifyManager& OvintaState::notify() { return notify_.get(std::make_shared<NotifyManager>); }
+NotifyManager& OvintaState::notify() { return notify_.get(make<NotifyManager>); }
 
 void OvintaState::makeLocationUpdater() {
   if (ownedUpdater_) return;

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -58,3 +60,10 @@ OVINTA_EXPORT std::optional<std::string> stringForKey(const platform::SettingsSt
                                                       UserDefaultsKey key);
 
 }  // namespace ovinta
+
+template <>
+struct std::hash<ovinta::UserDefaultsKey> {
+  std::size_t operator()(ovinta::UserDefaultsKey key) const noexcept {
+    return std::hash<std::string_view>()(key.rawValue());
+  }
+};

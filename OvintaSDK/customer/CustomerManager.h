@@ -14,8 +14,6 @@
 
 namespace ovinta {
 
-using CustomerPtr = std::shared_ptr<const Customer>;
-
 /// Receives the customer or the error, exactly one of them not null.
 using CustomerCallback = std::function<void(CustomerPtr, ErrorPtr)>;
 
@@ -24,8 +22,9 @@ using ErrorCallback = std::function<void(ErrorPtr)>;
 
 /// Owns the one customer of the device; reached as `Ovinta::customer()`. The customer survives a
 /// restart of the application. All methods may be called from any thread and return at once; a
-/// callback, which may be empty, is called exactly once: on the network's callback thread when the
-/// service was asked, inside the call when the request was refused before it was sent.
+/// callback, which may be empty and must not throw, is called exactly once: on the network's
+/// callback thread when the service was asked, on a thread of the API queue when the base URL is
+/// none, inside the call when the request was refused before.
 class OVINTA_EXPORT CustomerManager {
  public:
   /// Loads `current` from the settings store.

@@ -14,50 +14,50 @@ using OptionalText = std::optional<std::string>;
 /// A settings key and the field of `CustomerInfo` kept under it.
 struct DefaultsKeyPath {
   UserDefaultsKey key;
-  OptionalText CustomerInfo::*field;
-  /// Without it no customer is loaded; otherwise an empty text counts as absent.
+  OptionalText (*get)(const CustomerInfo&);
+  void (*set)(CustomerInfo&, std::string);
+  /// Without it no customer is loaded.
   bool isRequired;
 };
 
-const std::array<DefaultsKeyPath, 4>& defaultsKeyPaths() {
-  static const std::array<DefaultsKeyPath, 4> kPaths{{
-      {UserDefaultsKey::customerVehicleType, &CustomerInfo::carType, true},
-      {UserDefaultsKey::customerVehicleColor, &CustomerInfo::carColor, true},
-      {UserDefaultsKey::customerLicensePlate, &CustomerInfo::licensePlate, true},
-      {UserDefaultsKey::customerPhone, &CustomerInfo::phone, false},
-  }};
+template <auto kField>
+DefaultsKeyPath path(UserDefaultsKey key, bool isRequired) {
+  return {key, [](const CustomerInfo& info) { return OptionalText(info.*kField); },
+          [](CustomerInfo& info, std::string text) { info.*kField = std::move(text); }, isRequired};
+}
+
+const std::array<DefaultsKeyPath, 5>& defaultsKeyPaths() {
+  static const std::array<DefaultsKeyPath, 5> kPaths{
+      path<&CustomerInfo::name>(UserDefaultsKey::customerName, true),
+      path<&CustomerInfo::carType>(UserDefaultsKey::customerVehicleType, true),
+      path<&CustomerInfo::carColor>(UserDefaultsKey::customerVehicleColor, true),
+      path<&CustomerInfo::licensePlate>(UserDefaultsKey::customerLicensePlate, true),
+      path<&CustomerInfo::phone>(UserDefaultsKey::customerPhone, false)};
   return kPaths;
 }
 
 }  // namespace
 
-std::shared_ptr<const Customer> loadStoredCustomer() {
-  auto name = UserDefaultsKey::customerName.stringValue();
-  if (!name) return nullptr;
+CustomerPtr loadStoredCustomer() {
   Customer customer;
-  customer.info.name = *std::move(name);
   for (const DefaultsKeyPath& path : defaultsKeyPaths()) {
     if (!path.isRequired) continue;
-    customer.info.*path.field = path.key.stringValue();
-    if (!(customer.info.*path.field)) return nullptr;
+    auto text = path.key.stringValue();
+    if (!text) return nullptr;
+    path.set(customer.info, *std::move(text));
   }
   auto token = UserDefaultsKey::customerToken.stringValue();
   if (!token) return nullptr;
   customer.token = *std::move(token);
   customer.emailAddress = presence(UserDefaultsKey::customerEmail.stringValue());
-  for (const DefaultsKeyPath& path : defaultsKeyPaths()) {
-    if (!path.isRequired) customer.info.*path.field = presence(path.key.stringValue());
-  }
+  customer.info.phone = presence(UserDefaultsKey::customerPhone.stringValue());
   return std::make_shared<const Customer>(std::move(customer));
 }
 
 void storeCustomer(const Customer& customer) {
   UserDefaultsKey::customerToken.set(customer.token);
   UserDefaultsKey::customerEmail.set(customer.emailAddress);
-  UserDefaultsKey::customerName.set(customer.info.name);
-  for (const DefaultsKeyPath& path : defaultsKeyPaths()) {
-    path.key.set(customer.info.*path.field);
-  }
+  for (const DefaultsKeyPath& path : defaultsKeyPaths()) path.key.set(path.get(customer.info));
 }
 
 void forgetStoredToken() { UserDefaultsKey::customerToken.remove(); }

@@ -8,7 +8,7 @@ namespace ovinta {
 
 /// The customer kept in the settings store; null when one of name, vehicle type, vehicle colour,
 /// licence plate and token is missing. May be called from any thread, as the others here.
-std::shared_ptr<const Customer> loadStoredCustomer();
+CustomerPtr loadStoredCustomer();
 
 /// Keeps the customer; absent fields remove what was stored under their keys.
 void storeCustomer(const Customer& customer);

@@ -2,11 +2,13 @@
 
 #include <cstdint>
 
+#include "platform/Export.h"
+
 namespace ovinta {
 
 /// A running mean that keeps no samples: the plain mean of the first ten, from then on an
 /// exponential smoothing in which each new sample weighs 1/10.
-struct Averager {
+struct OVINTA_EXPORT Averager {
   std::int64_t maxCount = 10;
   /// The number of samples folded in.
   std::int64_t count = 0;

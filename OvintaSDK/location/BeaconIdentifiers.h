@@ -1,8 +1,11 @@
 #pragma once
 
 #include <compare>
+#include <cstddef>
 #include <cstdint>
+#include <functional>
 
+#include "platform/Export.h"
 #include "platform/UUID.h"
 
 namespace ovinta {
@@ -17,3 +20,8 @@ struct BeaconIdentifiers {
 };
 
 }  // namespace ovinta
+
+template <>
+struct OVINTA_EXPORT std::hash<ovinta::BeaconIdentifiers> {
+  std::size_t operator()(const ovinta::BeaconIdentifiers& identifiers) const noexcept;
+};

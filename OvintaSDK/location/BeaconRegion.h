@@ -1,7 +1,9 @@
 #pragma once
 
 #include <compare>
+#include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
 
 #include "platform/Export.h"
@@ -25,3 +27,9 @@ struct OVINTA_EXPORT BeaconRegion {
 };
 
 }  // namespace ovinta
+
+/// An absent number counts as 0, a present one as 1 and its value.
+template <>
+struct OVINTA_EXPORT std::hash<ovinta::BeaconRegion> {
+  std::size_t operator()(const ovinta::BeaconRegion& region) const noexcept;
+};

@@ -74,13 +74,9 @@ void LocationUpdater::sendLocationUpdate() {
 }
 
 void LocationUpdater::didChangeAuthorizationStatus(platform::AuthorizationStatus status) {
-  handleAuthorizationChange(status);
-}
-
-void LocationUpdater::handleAuthorizationChange(platform::AuthorizationStatus status) {
   postNotification(SDKNotification::locationAuthorizationChanged);
   authorized_ = platform::isAuthorized(status);
-  if (!authorized_) {
+  if (!platform::isAuthorized(status)) {
     refuseTracking();
   } else if (tracking_) {
     startUpdates();

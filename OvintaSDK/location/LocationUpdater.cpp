@@ -1,5 +1,7 @@
 #include "OvintaSDK/location/LocationUpdater.h"
 
+#include <cmath>
+
 #include "OvintaSDK/core/LogLine.h"
 #include "OvintaSDK/core/OvintaState.h"
 #include "OvintaSDK/core/PostNotification.h"
@@ -26,7 +28,9 @@ std::set<BeaconRegion> beaconRegions(const OrderList& orders) {
   return regions;
 }
 
-OrderList openOrders() { return OvintaState::current().orders().open().value_or(OrderList{}); }
+OrderList currentOpenOrders() {
+  return OvintaState::current().orders().open().value_or(OrderList{});
+}
 
 }  // namespace
 
@@ -53,7 +57,7 @@ void LocationUpdater::ordersUpdated(const platform::Notification& /*notification
 void LocationUpdater::appForegrounded(const platform::Notification& /*notification*/) {}
 
 void LocationUpdater::evaluateOrders() {
-  if (openOrders().empty()) {
+  if (currentOpenOrders().empty()) {
     if (tracking_) stopTracking();
   } else if (tracking_) {
     if (lastLocation_) {
@@ -113,7 +117,7 @@ void LocationUpdater::stopBeaconRegions() {
 
 void LocationUpdater::refreshBeaconRegions() {
   stopBeaconRegions();
-  for (const BeaconRegion& region : beaconRegions(openOrders())) {
+  for (const BeaconRegion& region : beaconRegions(currentOpenOrders())) {
     manager_->startRangingBeacons(region.region());
     manager_->startMonitoring(region.region());
   }
@@ -131,9 +135,11 @@ void LocationUpdater::adjustAccuracy() {
 std::optional<double> LocationUpdater::nearestSiteDistance(
     const platform::Location& location) const {
   std::optional<double> nearest;
-  for (const OrderPtr& order : openOrders()) {
+  for (const OrderPtr& order : currentOpenOrders()) {
     const auto distance = order->siteDistance(location);
-    if (distance && (!nearest || *distance < *nearest)) nearest = distance;
+    // Coordinates out of range have no distance to speak of.
+    if (!distance || std::isnan(*distance)) continue;
+    if (!nearest || *distance < *nearest) nearest = distance;
   }
   return nearest;
 }

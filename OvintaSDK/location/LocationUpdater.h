@@ -47,11 +47,10 @@ class LocationUpdater final : public platform::LocationManagerDelegate {
   void sendLocationUpdate();
   void adjustAccuracy();
   std::optional<double> nearestSiteDistance(const platform::Location& location) const;
-  void handleAuthorizationChange(platform::AuthorizationStatus status);
   void reportPermission(platform::AuthorizationStatus status);
 
   std::unique_ptr<platform::LocationManager> manager_;
-  /// Recorded for debugging; no decision depends on it.
+  /// Whether the permission sufficed when it was last looked at; recorded only.
   bool authorized_ = false;
   bool tracking_ = false;
   std::optional<platform::Location> lastLocation_;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
 
@@ -19,5 +20,7 @@ struct Customer {
 
   friend bool operator==(const Customer&, const Customer&) = default;
 };
+
+using CustomerPtr = std::shared_ptr<const Customer>;
 
 }  // namespace ovinta

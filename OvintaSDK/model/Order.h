@@ -19,6 +19,7 @@ namespace ovinta {
 /// itself, nothing is promised across fields.
 class OVINTA_EXPORT Order : public OrderDetails {
  public:
+  /// Orders come from the service; this is for an application's own tests.
   Order(OrderDetails details, OrderProgress progress)
       : OrderDetails(std::move(details)), progress_(std::move(progress)) {}
 
@@ -84,7 +85,8 @@ class OVINTA_EXPORT Order : public OrderDetails {
   /// numbers is not checked.
   std::optional<platform::Location> siteLocation() const;
 
-  /// The distance to `siteLocation()` in metres, along the WGS84 geodesic; absent when that is.
+  /// The distance to `siteLocation()` in metres, along the WGS84 geodesic; absent when that is,
+  /// not a number when a latitude is out of range.
   std::optional<double> siteDistance(const platform::Location& from) const;
 
  private:

@@ -39,7 +39,8 @@ struct OVINTA_EXPORT Site {
   /// numbers is not checked. May be called from any thread, as `distance`.
   std::optional<platform::Location> location() const;
 
-  /// The distance to `location()` in metres, along the WGS84 geodesic; absent when that is.
+  /// The distance to `location()` in metres, along the WGS84 geodesic; absent when that is, not a
+  /// number when a latitude is out of range.
   std::optional<double> distance(const platform::Location& from) const;
 };
 

@@ -14,6 +14,7 @@ struct StateRow {
   State state;
   /// The text that stands for the case in JSON.
   std::string_view wireString;
+  /// Where the enumeration knows open states.
   bool isOpen = true;
   /// A title for people, where the enumeration has any.
   std::string_view title = {};
@@ -25,9 +26,8 @@ struct StateTable;
 
 /// The integer that stands for the state in the order store.
 template <class State>
-constexpr std::int64_t rawValue(State state) {
-  return static_cast<std::int64_t>(state);
-}
+requires requires { StateTable<State>::kRows; }
+constexpr std::int64_t rawValue(State state) { return static_cast<std::int64_t>(state); }
 
 /// The state with that raw value; absent when there is none.
 template <class State>

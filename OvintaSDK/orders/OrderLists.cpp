@@ -2,27 +2,33 @@
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
+#include <vector>
 
 namespace ovinta {
 namespace {
 
-platform::Date updateDate(const OrderPtr& order) {
-  return order->updatedAt().value_or(platform::Date{});
-}
+bool isStillOpen(const OrderPtr& order) { return order->isOpen(); }
 
 }  // namespace
 
 OrderList openOrders(const OrderList& orders) {
   OrderList open;
-  std::ranges::copy_if(orders, std::back_inserter(open), &Order::isOpen, &OrderPtr::operator*);
+  std::ranges::copy_if(orders, std::back_inserter(open), isStillOpen);
   return open;
 }
 
 OrderList closedOrders(const OrderList& orders) {
+  // The dates are read once: another thread may change them while the orders are sorted.
+  std::vector<std::pair<platform::Date, OrderPtr>> dated;
+  for (const OrderPtr& order : orders) {
+    if (!isStillOpen(order))
+      dated.emplace_back(order->updatedAt().value_or(platform::Date{}), order);
+  }
+  std::ranges::stable_sort(dated, std::ranges::greater{},
+                           &std::pair<platform::Date, OrderPtr>::first);
   OrderList closed;
-  std::ranges::remove_copy_if(orders, std::back_inserter(closed), &Order::isOpen,
-                              &OrderPtr::operator*);
-  std::ranges::stable_sort(closed, std::ranges::greater{}, updateDate);
+  for (auto& [date, order] : dated) closed.push_back(std::move(order));
   return closed;
 }
 

@@ -8,6 +8,7 @@
 #include "OvintaSDK/customer/CustomerManager.h"
 #include "OvintaSDK/orders/CustomerInfoOf.h"
 #include "OvintaSDK/orders/OrdersManager.h"
+#include "OvintaSDK/orders/Refuse.h"
 
 namespace ovinta {
 namespace {
@@ -16,11 +17,11 @@ void logClaim(const std::string& redemptionCode) {
   logLine("Claiming order using redemption code " + redemptionCode);
 }
 
-void refuseConsent(const OrderCallback& callback) {
-  const auto error = std::make_shared<const CustomerManagerError>(
+ErrorPtr logMissingConsent() {
+  auto error = std::make_shared<const CustomerManagerError>(
       CustomerManagerErrorType::missingCustomerConsent);
   logLine(error->localizedDescription());
-  if (callback) callback(nullptr, error);
+  return error;
 }
 
 }  // namespace
@@ -30,7 +31,7 @@ void OrdersManager::fetchWithRedemptionCode(const std::string& redemptionCode,
   const auto apiURL = UserDefaultsKey::apiBase.stringValue();
   if (!apiURL) {
     const ErrorPtr error = recordRefusal(OrdersManagerErrorType::loadingApiUrl);
-    if (callback) callback(nullptr, error);
+    refuse(callback, error);
     return postNotification(SDKNotification::ordersError, error);
   }
   logLine("Getting order using redemption code");
@@ -47,18 +48,10 @@ void OrdersManager::claimWithRedemptionCode(const std::string& redemptionCode,
                                             std::optional<std::string> pickupType,
                                             OrderCallback callback) {
   const auto apiURL = UserDefaultsKey::apiBase.stringValue();
-  if (!apiURL) {
-    const ErrorPtr error = recordRefusal(OrdersManagerErrorType::loadingApiUrl);
-    if (callback) callback(nullptr, error);
-    return;
-  }
+  if (!apiURL) return refuse(callback, recordRefusal(OrdersManagerErrorType::loadingApiUrl));
   logClaim(redemptionCode);
   const CustomerPtr customer = OvintaState::current().customer().current();
-  if (!customer) {
-    const ErrorPtr error = logRefusal(OrdersManagerErrorType::loadingCustomer);
-    if (callback) callback(nullptr, error);
-    return;
-  }
+  if (!customer) return refuse(callback, logRefusal(OrdersManagerErrorType::loadingCustomer));
   claim(*apiURL, redemptionCode, customer,
         ClaimOrderInfo::withCustomerInfo(customerInfo, OvintaState::current().pushToken.get(),
                                          std::move(pickupType)),
@@ -75,32 +68,28 @@ void OrdersManager::claimWithRedemptionCode(const std::string& redemptionCode,
                                             const ClaimOrderInfo& claimOrderInfo,
                                             const std::optional<CustomerConsent>& customerConsent,
                                             OrderCallback callback) {
-  const auto refuse = [this](OrdersManagerErrorType type, const OrderCallback& report) {
-    const ErrorPtr error = logRefusal(type);
-    if (report) report(nullptr, error);
-  };
   const auto apiURL = UserDefaultsKey::apiBase.stringValue();
-  if (!apiURL) return refuse(OrdersManagerErrorType::loadingApiUrl, callback);
+  if (!apiURL) return refuse(callback, logRefusal(OrdersManagerErrorType::loadingApiUrl));
   logClaim(redemptionCode);
   CustomerManager& customers = OvintaState::current().customer();
   if (const CustomerPtr customer = customers.current()) {
     return claim(*apiURL, redemptionCode, customer, claimOrderInfo, callback);
   }
   if (!claimOrderInfo.customerName) {
-    return refuse(OrdersManagerErrorType::loadingCustomer, callback);
+    return refuse(callback, logRefusal(OrdersManagerErrorType::loadingCustomer));
   }
-  if (!customerConsent) return refuseConsent(callback);
+  if (!customerConsent) return refuse(callback, logMissingConsent());
   customers.create(customerInfoOf(claimOrderInfo), *customerConsent,
                    [=, this, apiURL = *apiURL](const CustomerPtr& customer, const ErrorPtr& error) {
                      if (customer && !error) {
                        return claim(apiURL, redemptionCode, customer, claimOrderInfo, callback);
                      }
-                     refuse(OrdersManagerErrorType::loadingCustomer, callback);
+                     refuse(callback, logRefusal(OrdersManagerErrorType::loadingCustomer));
                    });
 }
 
 void OrdersManager::claim(const std::string& apiURL, const std::string& redemptionCode,
-                          const Customer& customer, const ClaimOrderInfo& info,
+                          const CustomerPtr& customer, const ClaimOrderInfo& info,
                           const OrderCallback& callback) {
   OvintaState::current().apiQueue().addOperation(std::make_shared<ClaimOrderWithCodeOperation>(
       apiURL, customer, redemptionCode, info,

@@ -5,6 +5,7 @@
 #include "OvintaSDK/customer/CustomerManager.h"
 #include "OvintaSDK/orders/CustomerInfoOf.h"
 #include "OvintaSDK/orders/OrdersManager.h"
+#include "OvintaSDK/orders/Refuse.h"
 #include "platform/Services.h"
 
 namespace ovinta {
@@ -29,17 +30,13 @@ void OrdersManager::create(std::int64_t siteID, std::string partnerIdentifier,
 }
 
 void OrdersManager::create(const CreateOrderInfo& info, OrderCallback callback) {
-  const auto refuse = [this, &callback](OrdersManagerErrorType type) {
-    const ErrorPtr error = recordRefusal(type);
-    if (callback) callback(nullptr, error);
-  };
   const auto apiURL = UserDefaultsKey::apiBase.stringValue();
-  if (!apiURL) return refuse(OrdersManagerErrorType::loadingApiUrl);
+  if (!apiURL) return refuse(callback, recordRefusal(OrdersManagerErrorType::loadingApiUrl));
   if (const CustomerPtr customer = OvintaState::current().customer().current()) {
     logLine("Creating order for existing customer");
     createOrder(*apiURL, customer, info, std::move(callback));
   } else if (!info.customerName) {
-    refuse(OrdersManagerErrorType::loadingCustomer);
+    refuse(callback, recordRefusal(OrdersManagerErrorType::loadingCustomer));
   } else {
     createCustomer(*apiURL, info, callback);
   }
@@ -53,12 +50,11 @@ void OrdersManager::createCustomer(const std::string& apiURL, const CreateOrderI
       customerInfoOf(info), consent,
       [this, apiURL, info, callback](const CustomerPtr& customer, const ErrorPtr& error) {
         if (customer && !error) return createOrder(apiURL, customer, info, callback);
-        const ErrorPtr refusal = recordRefusal(OrdersManagerErrorType::loadingCustomer);
-        if (callback) callback(nullptr, refusal);
+        refuse(callback, recordRefusal(OrdersManagerErrorType::loadingCustomer));
       });
 }
 
-void OrdersManager::createOrder(const std::string& apiURL, const Customer& customer,
+void OrdersManager::createOrder(const std::string& apiURL, const CustomerPtr& customer,
                                 const CreateOrderInfo& info, OrderCallback callback) {
   OvintaState::current().apiQueue().addOperation(std::make_shared<CreateOrderOperation>(
       apiURL, customer, info,

@@ -38,6 +38,7 @@ bool applyEvent(const OrderEvent& event, Order& order) {
 }
 
 std::optional<std::int64_t> decimalInteger(std::string_view text) {
+  // from_chars knows no plus sign; one before a minus must not slip through.
   if (text.starts_with('+') && !text.starts_with("+-")) text.remove_prefix(1);
   std::int64_t number = 0;
   const char* const end = text.data() + text.size();
@@ -103,7 +104,7 @@ void OrdersManager::finishEvent(const OrderEvent& event, bool accepted, const Er
     logLine("Successfully created order event");
   } else {
     logLine("Got an error creating order event");
-    postNotification(SDKNotification::orderEventError, error ? std::any(error) : std::any());
+    postNotification(SDKNotification::orderEventError, error);
   }
   const OrderPtr order = findOrder(event.orderID);
   if (!error && order && applyEvent(event, *order)) announce(order);

@@ -13,14 +13,6 @@
 
 namespace ovinta {
 
-namespace {
-
-void postError(const ErrorPtr& error) {
-  postNotification(SDKNotification::ordersError, error ? std::any(error) : std::any());
-}
-
-}  // namespace
-
 void OrdersManager::setAll(std::optional<OrderList> orders) {
   all_.set(orders);
   if (!orders) return;
@@ -32,13 +24,13 @@ void OrdersManager::fetch(OrdersCallback callback) {
   const auto refuse = [this, &callback](OrdersManagerErrorType type) {
     const ErrorPtr error = recordRefusal(type);
     if (callback) callback(std::nullopt, error);
-    postError(error);
+    postNotification(SDKNotification::ordersError, error);
   };
   const CustomerPtr customer = OvintaState::current().customer().current();
   if (!customer) return refuse(OrdersManagerErrorType::loadingCustomer);
   const auto apiURL = UserDefaultsKey::apiBase.stringValue();
   if (!apiURL) return refuse(OrdersManagerErrorType::loadingApiUrl);
-  if (!fetchingOrders_.try_acquire()) {
+  if (fetchingOrders_.exchange(true)) {
     // The fetch that is running keeps its state and its listeners undisturbed.
     const ErrorPtr error = logRefusal(OrdersManagerErrorType::alreadyFetching);
     if (callback) callback(std::nullopt, error);
@@ -65,18 +57,19 @@ void OrdersManager::finishFetch(const std::optional<OrderList>& orders, const Er
     postNotification(SDKNotification::ordersUpdated, *orders);
     updateOrdersWithNoPushToken();
   } else {
-    postError(error);
+    postNotification(SDKNotification::ordersError, error);
   }
-  fetchingOrders_.release();
+  fetchingOrders_ = false;
 }
 
 void OrdersManager::adopt(const OrderList& orders) {
   setAll(orders);
-  setOpen(openOrders(orders));
+  rebuildOpen();
   setClosed(closedOrders(orders));
 }
 
 void OrdersManager::rebuildOpen() {
+  const std::scoped_lock lock(rebuildingOpen_);
   if (const auto orders = all()) setOpen(openOrders(*orders));
 }
 

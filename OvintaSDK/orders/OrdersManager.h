@@ -1,9 +1,10 @@
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <functional>
+#include <mutex>
 #include <optional>
-#include <semaphore>
 #include <string>
 
 #include "OvintaSDK/api/OvintaError.h"
@@ -21,7 +22,7 @@
 
 namespace ovinta {
 
-/// Receives the order and the error, where each is not null.
+/// Receives the order and the error, either of which may be null; see each operation.
 using OrderCallback = std::function<void(OrderPtr, ErrorPtr)>;
 
 /// Receives the orders or the error.
@@ -35,10 +36,11 @@ struct LastFetch {
 };
 
 /// Holds the customer's orders; reached as `Ovinta::orders()`. All methods may be called from any
-/// thread and return at once. A callback, which may be empty, is called at most once, with no lock
-/// held: on the network's callback thread when the service was asked, inside the call when the
-/// request was refused before it was sent. Each field is safe by itself; nothing is promised across
-/// fields: while a fetch completes, `all` may be new and `open` still the old list.
+/// thread and return at once. A callback, which may be empty and must not throw, is called at most
+/// once, with no lock held: on the network's callback thread when the service was asked, on a
+/// thread of the API queue when the base URL is none, inside the call when the request was refused
+/// before. Each field is safe by itself; nothing is promised across fields: while a fetch
+/// completes, `all` may be new and `open` still the old list.
 class OVINTA_EXPORT OrdersManager {
  public:
   OrdersManager() = default;
@@ -67,7 +69,8 @@ class OVINTA_EXPORT OrdersManager {
   /// `SDKNotification::ordersUpdated` after the callback of a success, `ordersError` after that of
   /// a failure; open orders without a push token then get the device's. Errors:
   /// `OrdersManagerError` of type `loadingCustomer`, `loadingApiUrl` or, with no notification,
-  /// `alreadyFetching`; those of the service.
+  /// `alreadyFetching`; those of the service. The fetch lasts until the
+  /// last callback and observer has returned: one that is started from there is refused.
   void fetch(OrdersCallback callback = {});
 
   /// Creates an order for the current customer; with none, first creates the customer from the
@@ -125,8 +128,6 @@ class OVINTA_EXPORT OrdersManager {
   friend class CreateOrderEventOperation;
   friend class LocationUpdater;
 
-  using Customer = std::shared_ptr<const ovinta::Customer>;
-
   // Fetching.
   void finishFetch(const std::optional<OrderList>& orders, const ErrorPtr& error,
                    const OrdersCallback& callback);
@@ -139,8 +140,8 @@ class OVINTA_EXPORT OrdersManager {
   // Creating.
   void createCustomer(const std::string& apiURL, const CreateOrderInfo& info,
                       const OrderCallback& callback);
-  void createOrder(const std::string& apiURL, const Customer& customer, const CreateOrderInfo& info,
-                   OrderCallback callback);
+  void createOrder(const std::string& apiURL, const CustomerPtr& customer,
+                   const CreateOrderInfo& info, OrderCallback callback);
   void reportPermission(const Order& order);
   void updateOrdersWithNoPushToken();
   void updatePushTokensWithNewPushToken(const std::string& pushToken);
@@ -148,8 +149,9 @@ class OVINTA_EXPORT OrdersManager {
                     const std::function<bool(const Order&)>& isWanted);
 
   // Claiming.
-  void claim(const std::string& apiURL, const std::string& redemptionCode, const Customer& customer,
-             const ClaimOrderInfo& info, const OrderCallback& callback);
+  void claim(const std::string& apiURL, const std::string& redemptionCode,
+             const CustomerPtr& customer, const ClaimOrderInfo& info,
+             const OrderCallback& callback);
 
   // Events.
   void sendEvent(const OrderEvent& event, OrderCallback callback);
@@ -158,8 +160,10 @@ class OVINTA_EXPORT OrdersManager {
   void markOrderGone(const OrderEvent& event);
   void announce(const OrderPtr& order);
 
-  /// Held while a fetch is in flight.
-  std::counting_semaphore<1> fetchingOrders_{1};
+  /// Whether a fetch is in flight.
+  std::atomic<bool> fetchingOrders_ = false;
+  /// Has whoever rebuilds `open` last do so from the latest `all`.
+  std::mutex rebuildingOpen_;
   Guarded<std::optional<OrderList>> all_;
   Guarded<std::optional<OrderList>> open_;
   Guarded<std::optional<OrderList>> closed_;

@@ -23,10 +23,10 @@ using SitesPageCallback =
     std::function<void(std::optional<SiteList>, std::optional<Pagination>, ErrorPtr)>;
 
 /// Looks up the pickup sites that the service knows; reached as `Ovinta::sites()`. All methods may
-/// be called from any thread and return at once. A callback, which may be empty, is called exactly
-/// once: on the network's callback thread when the service was asked, inside the call when the
-/// request was refused before it was sent. Errors: `SitesManagerError` of type `loadingApiUrl`;
-/// those of the service.
+/// be called from any thread and return at once. A callback, which may be empty and must not throw,
+/// is called exactly once: on the network's callback thread when the service was asked, on a thread
+/// of the API queue when the base URL is none, inside the call when the request was refused before.
+/// Errors: `SitesManagerError` of type `loadingApiUrl`; those of the service.
 class OVINTA_EXPORT SitesManager {
  public:
   SitesManager() = default;

@@ -16,14 +16,14 @@ constexpr auto detailPositions() {
 }
 
 template <std::size_t... I>
-OrderDetails takeDetails(Slots<Order>& slots, std::index_sequence<I...>) {
+OrderDetails takeDetails(const Slots<Order>& slots, std::index_sequence<I...>) {
   return OrderDetails{slots.take<detailPositions().first[I]>()...};
 }
 
 }  // namespace
 
 OrderPtr WireForm<OrderPtr>::decode(const platform::JSONValue& value) {
-  Slots<Order> slots(value);
+  const Slots<Order> slots(value);
   OrderDetails details = takeDetails(slots, std::make_index_sequence<detailPositions().second>{});
   return std::make_shared<Order>(std::move(details), slots.assemble<OrderProgress>());
 }

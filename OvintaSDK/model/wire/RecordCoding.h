@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <tuple>
 #include <type_traits>
 #include <utility>
@@ -19,52 +20,43 @@ inline constexpr bool kIsOptional = false;
 template <class T>
 inline constexpr bool kIsOptional<std::optional<T>> = true;
 
-/// Where the value of a field waits until the whole object was read; absent until its key was met.
-template <class Value>
-using Slot = std::conditional_t<kIsOptional<Value>, Value, std::optional<Value>>;
-
-/// The slots of all fields of a record, in wire order.
+/// The values of a record's fields inside a JSON object.
 template <class Record>
 class Slots {
  public:
-  /// Reads the members of the object, once, in the order of the text; of a key given twice the last
-  /// counts, unknown keys are ignored, null counts as absent where the field may be absent.
+  /// Finds the values in one walk over the object's members; of a key given twice the last counts,
+  /// unknown keys are ignored.
   explicit Slots(const platform::JSONValue& object) {
     if (object.kind() != platform::JSONValue::Kind::object) throwMismatch(object, "an object");
     platform::JSONObjectCursor cursor(object);
     std::string_view key;
     platform::JSONValue value;
     while (cursor.next(key, value)) {
-      const auto position = kIndex.find(key);
-      if (!position) continue;
-      try {
-        kDecoders[*position](value, values_);
-      } catch (platform::CodingError& error) {
-        error.prependKey(key);
-        throw;
-      }
+      if (const auto position = kIndex.find(key)) values_[*position] = value;
     }
   }
 
-  /// Moves the value of a field out; a required one that was not met is an error.
+  /// Decodes the value of a field. An absent one, or null, is an error where one is required.
   template <std::size_t I>
-  auto take() {
-    auto& slot = std::get<I>(values_);
-    if constexpr (kIsOptional<typename FieldAt<Record, I>::Value>) {
-      return std::move(slot);
-    } else {
-      using platform::CodingError;
-      if (!slot) {
-        throw CodingError(CodingError::Kind::keyNotFound,
-                          "No value associated with key \"" + std::string(key<I>()) + "\".");
+  auto take() const {
+    using Value = typename FieldAt<Record, I>::Value;
+    try {
+      if constexpr (kIsOptional<Value>) {
+        const bool isPresent = values_[I] && values_[I]->kind() != platform::JSONValue::Kind::null;
+        return isPresent ? Value(WireForm<typename Value::value_type>::decode(*values_[I]))
+                         : Value();
+      } else {
+        return WireForm<Value>::decode(required(I));
       }
-      return *std::move(slot);
+    } catch (platform::CodingError& error) {
+      if (values_[I]) error.prependKey(kKeys[I]);
+      throw;
     }
   }
 
-  /// Moves the values of all fields that `Owner` itself holds, or leads to, into a new one.
+  /// A new `Owner` with the values of all fields whose paths start from it.
   template <class Owner>
-  Owner assemble() {
+  Owner assemble() const {
     Owner owner{};
     forEachField<Record>([&](auto position) {
       if constexpr (std::is_same_v<typename FieldAt<Record, position()>::Owner, Owner>) {
@@ -76,43 +68,20 @@ class Slots {
   }
 
  private:
-  using Positions = std::make_index_sequence<kFieldCount<Record>>;
-
-  template <std::size_t... I>
-  static std::tuple<Slot<typename FieldAt<Record, I>::Value>...> values(std::index_sequence<I...>);
-  using Values = decltype(values(Positions{}));
-  using Decode = void (*)(const platform::JSONValue&, Values&);
-
-  template <std::size_t I>
-  static constexpr std::string_view key() {
-    return std::get<I>(WireTable<Record>::kFields).key;
-  }
-
-  template <std::size_t I>
-  static void decodeInto(const platform::JSONValue& value, Values& values) {
-    auto& slot = std::get<I>(values);
-    using T = typename std::remove_cvref_t<decltype(slot)>::value_type;
-    if (kIsOptional<typename FieldAt<Record, I>::Value> &&
-        value.kind() == platform::JSONValue::Kind::null) {
-      slot.reset();
-    } else {
-      slot = WireForm<T>::decode(value);
+  const platform::JSONValue& required(std::size_t position) const {
+    using platform::CodingError;
+    if (!values_[position]) {
+      throw CodingError(CodingError::Kind::keyNotFound,
+                        "No value associated with key \"" + std::string(kKeys[position]) + "\".");
     }
+    return *values_[position];
   }
 
-  template <std::size_t... I>
-  static constexpr std::array<std::string_view, sizeof...(I)> keys(std::index_sequence<I...>) {
-    return {key<I>()...};
-  }
-  template <std::size_t... I>
-  static constexpr std::array<Decode, sizeof...(I)> decoders(std::index_sequence<I...>) {
-    return {&decodeInto<I>...};
-  }
+  static constexpr auto kKeys = std::apply(
+      [](const auto&... field) { return std::array{field.key...}; }, WireTable<Record>::kFields);
+  static constexpr KeyIndex<kFieldCount<Record>> kIndex{kKeys};
 
-  static constexpr KeyIndex<kFieldCount<Record>> kIndex{keys(Positions{})};
-  static constexpr std::array<Decode, kFieldCount<Record>> kDecoders = decoders(Positions{});
-
-  Values values_;
+  std::array<std::optional<platform::JSONValue>, kFieldCount<Record>> values_;
 };
 
 /// Writes a field's value under its key; an absent one is left out or, if the table says so, null.
@@ -120,14 +89,19 @@ template <class Members, class Owner>
 void encodeField(platform::JSONWriter& writer, const Members& field, const Owner& owner) {
   const auto& value = field.in(owner);
   using T = std::remove_cvref_t<decltype(value)>;
-  if constexpr (kIsOptional<T>) {
-    if (!value && !field.writesNull) return;
-    writer.key(field.key);
-    if (!value) return writer.null();
-    WireForm<typename T::value_type>::encode(writer, *value);
-  } else {
-    writer.key(field.key);
-    WireForm<T>::encode(writer, value);
+  try {
+    if constexpr (kIsOptional<T>) {
+      if (!value && !field.writesNull) return;
+      writer.key(field.key);
+      if (!value) return writer.null();
+      WireForm<typename T::value_type>::encode(writer, *value);
+    } else {
+      writer.key(field.key);
+      WireForm<T>::encode(writer, value);
+    }
+  } catch (platform::CodingError& error) {
+    error.prependKey(field.key);
+    throw;
   }
 }
 
@@ -167,7 +141,7 @@ struct WireForm<std::shared_ptr<const Record>> {
   }
 };
 
-/// The record under the key "data" of an answer. Throws `platform::CodingError`.
+/// What the service wraps every record in.
 template <class T>
 struct Envelope {
   T data;

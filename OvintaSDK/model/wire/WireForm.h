@@ -133,7 +133,14 @@ struct WireForm<std::vector<T>> {
   }
   static void encode(platform::JSONWriter& writer, const std::vector<T>& elements) {
     writer.beginArray();
-    for (const T& element : elements) WireForm<T>::encode(writer, element);
+    for (std::size_t index = 0; index < elements.size(); ++index) {
+      try {
+        WireForm<T>::encode(writer, elements[index]);
+      } catch (platform::CodingError& error) {
+        error.prependIndex(index);
+        throw;
+      }
+    }
     writer.endArray();
   }
 };
