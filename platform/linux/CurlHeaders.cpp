@@ -63,6 +63,10 @@ bool isSendable(const URLRequest& request) {
 
 CurlList headerList(const URLRequest& request) {
   CurlList list;
+  // libcurl keeps no cache itself; this is for those on the way.
+  if (request.cachePolicy == CachePolicy::reloadIgnoringLocalAndRemoteCacheData) {
+    append(list, "Cache-Control: no-cache");
+  }
   if (const auto body = bodyToSend(request)) {
     append(list, "Content-Length: " + std::to_string(body->size()));
   }

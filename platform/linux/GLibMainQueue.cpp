@@ -1,6 +1,7 @@
 #include "platform/linux/GLibMainQueue.h"
 
 #include <glib.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <atomic>
@@ -9,7 +10,6 @@
 #include <limits>
 #include <map>
 #include <mutex>
-#include <thread>
 #include <utility>
 
 #include "platform/FatalError.h"
@@ -18,9 +18,10 @@
 namespace ovinta::platform::linux {
 namespace {
 
-/// Asking GLib would not do: outside an iteration no thread owns the context.
-std::thread::id mainThread() {
-  static const std::thread::id id = std::this_thread::get_id();
+/// The main thread, decided at the first call: the candidate, by default the process's initial
+/// thread. Asking GLib would not do: outside an iteration no thread owns the context.
+pid_t mainThread(pid_t candidate = ::getpid()) {
+  static const pid_t id = candidate;
   return id;
 }
 
@@ -97,7 +98,7 @@ GLibMainQueue::GLibMainQueue() : source_(Source::attach()) {}
 
 GLibMainQueue::~GLibMainQueue() { source_->detach(); }
 
-bool GLibMainQueue::isMain() const { return std::this_thread::get_id() == mainThread(); }
+bool GLibMainQueue::isMain() const { return ::gettid() == mainThread(); }
 
 void GLibMainQueue::async(Task task) { source_->add(TimeInterval::zero(), std::move(task)); }
 
@@ -117,9 +118,8 @@ void GLibMainQueue::sync(Task task) {
 }
 
 void runMainLoop() {
-  if (mainThread() != std::this_thread::get_id()) {
-    fatalError("The main loop must run on the main thread");
-  }
+  const pid_t caller = ::gettid();
+  if (mainThread(caller) != caller) fatalError("The main loop must run on the main thread");
   while (!quitRequested.exchange(false)) g_main_context_iteration(nullptr, TRUE);
 }
 

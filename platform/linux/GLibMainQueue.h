@@ -6,7 +6,7 @@
 
 namespace ovinta::platform::linux {
 
-/// Fixes the calling thread as the main thread, unless one was fixed before.
+/// Fixes the process's initial thread as the main thread, unless one was fixed before.
 void rememberMainThread();
 
 /// The main queue as one source of the GLib main context of the default. It holds the tasks itself:

@@ -25,9 +25,9 @@ struct Options {
 };
 
 /// A full set of services of this system. Makes the data directory (mode 0700) when it is first
-/// written to. The main thread is the one that first calls this function or `runMainLoop`; its
-/// queue is served by the GLib main loop of the default context, which GTK and most Qt applications
-/// run. May be called from any thread.
+/// written to. The main thread is the process's initial one, or the one that called `runMainLoop`
+/// before this function; its queue is served by the GLib main loop of the default context, which
+/// GTK and most Qt applications run. May be called from any thread.
 OVINTA_EXPORT Services makeServices(const Options& options = {});
 
 /// Serves the main queue on the calling thread until `quitMainLoop` is called; for applications

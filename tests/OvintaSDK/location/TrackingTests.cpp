@@ -1,4 +1,6 @@
 // When the user is followed, how closely, and which beacon regions are watched.
+#include <thread>
+
 #include "OvintaSDK/core/UserDefaultsKey.h"
 #include "tests/OvintaSDK/location/LocationFixture.h"
 
@@ -110,6 +112,11 @@ TEST_F(Tracking, StopsWhenTheApplicationSaysSoUntilOrdersAreUpdated) {
   fetchOrders({orderWithRegions(7, {region()})});
   EXPECT_TRUE(isTracking());
   EXPECT_EQ(location->rangedRegions().size(), 1u);
+
+  std::thread(Ovinta::stopLocationUpdates).join();
+  EXPECT_TRUE(isTracking()) << "off the main thread the main queue is asked";
+  drain();
+  EXPECT_FALSE(isTracking());
 }
 
 TEST_F(Tracking, WatchesTheBeaconRegionsOfAllOpenOrders) {
@@ -179,7 +186,8 @@ TEST_F(Tracking, MeasuresToTheNearestSiteWithNumbersForCoordinates) {
     EXPECT_EQ(location->distanceFilter(), 3);
     EXPECT_EQ(location->activityType(), ActivityType::other);
   }
-  fetchOrders({site("1.0", "1.0"), unusable[1], orderAtZero(), site("2.0", "2.0")});
+  fetchOrders(
+      {site("100.0", "0.0"), site("1.0", "1.0"), unusable[1], orderAtZero(), site("2.0", "2.0")});
   advance(1s);
   location->deliver(at(600));
   advance(2s);

@@ -207,6 +207,21 @@ TEST_F(CurlURLSessionTest, AcceptsAnAnswerOfJustTheLargestSize) {
   EXPECT_EQ(get(server.url()).data, std::string(kBodyLimit, 'x'));
 }
 
+TEST_F(CurlURLSessionTest, AsksCachesOnTheWayToStandAside) {
+  std::promise<ReceivedRequest> received;
+  LocalServer server(LocalServer::answering([&](const ReceivedRequest& request) {
+    received.set_value(request);
+    return httpAnswer("200 OK");
+  }));
+  fetch({.url = {server.url()},
+         .headers = {{"A", "b"}},
+         .cachePolicy = CachePolicy::reloadIgnoringLocalAndRemoteCacheData});
+  const Headers expected{{"Host", "127.0.0.1:" + std::to_string(server.port())},
+                         {"Cache-Control", "no-cache"},
+                         {"A", "b"}};
+  EXPECT_EQ(received.get_future().get().headers, expected);
+}
+
 TEST_F(CurlURLSessionTest, FailsWithoutAServer) {
   auto server = std::make_optional<LocalServer>([](ServerConnection&) {});
   const auto url = server->url();
