@@ -2,9 +2,12 @@
 
 #include <SQLiteCpp/Database.h>
 #include <gmock/gmock.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
 
+#include <future>
 #include <string>
+#include <thread>
 
 #include "tests/support/Files.h"
 #include "tests/support/RecordingLog.h"
@@ -144,19 +147,49 @@ TEST_F(SQLiteSettingsStoreTest, AWriteThatFailsIsLoggedKeptInMemoryAndMadeUpFor)
   EXPECT_EQ(store->string("gone"), std::nullopt);
 }
 
+TEST_F(SQLiteSettingsStoreTest, WaitsForAnotherWriterEvenBeforeTheFileIsInWriteAheadMode) {
+  create_directories(directory_);
+  test::writeFile(file_, "");
+  std::promise<void> locked;
+  std::thread other([&] {
+    SQLite::Database database(file_.string(), SQLite::OPEN_READWRITE);
+    database.exec("BEGIN IMMEDIATE");
+    locked.set_value();
+    // Takes its time.
+    database.exec(
+        "CREATE TABLE other AS WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n "
+        "WHERE i < 50000) SELECT i FROM n");
+    database.exec("COMMIT");
+  });
+  locked.get_future().wait();
+  open()->set("key", "value");
+  other.join();
+  EXPECT_THAT(log_->lines(), IsEmpty());
+  EXPECT_EQ(open()->string("key"), "value");
+}
+
 TEST_F(SQLiteSettingsStoreTest, TwoProcessesMayWriteTheSameFileFromTheFirstMomentOn) {
   constexpr int kRounds = 10, kKeys = 30;
-  const auto write = [&](const std::string& mark) {
+  int ends[2];
+  ASSERT_EQ(socketpair(AF_UNIX, SOCK_STREAM, 0, ends), 0);
+  const auto write = [&](const std::string& mark, int end) {
     for (int round = 0; round < kRounds; ++round) {
-      // Each in a directory of its own, so that the two meet while the file is being made.
+      // Both set out together, on a file of its own each time: they meet while it is being made.
+      char byte = 0;
+      EXPECT_EQ(send(end, &byte, 1, MSG_NOSIGNAL) + recv(end, &byte, 1, 0), 2);
       SQLiteSettingsStore store(directory_ / std::to_string(round) / "Settings.sqlite", log_);
       for (int key = 0; key < kKeys; ++key) store.set(mark + std::to_string(key), mark);
     }
     return log_->lines().size();
   };
-  const auto child = test::forkChild([&] { _exit(write("child") == 0 ? 0 : 1); });
-  EXPECT_EQ(write("parent"), 0U) << log_->lines().front();
+  const auto child = test::forkChild([&] {
+    close(ends[0]);
+    _exit(write("child", ends[1]) == 0 ? 0 : 1);
+  });
+  close(ends[1]);
+  EXPECT_EQ(write("parent", ends[0]), 0U) << log_->lines().front();
   EXPECT_EQ(test::waitFor(child), 0);
+  close(ends[0]);
   for (int round = 0; round < kRounds; ++round) {
     SQLiteSettingsStore store(directory_ / std::to_string(round) / "Settings.sqlite", log_);
     for (int key = 0; key < kKeys; ++key) {
