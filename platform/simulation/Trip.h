@@ -20,7 +20,7 @@ namespace ovinta::platform::simulation {
 struct TripPoint {
   /// Since the trip began.
   TimeInterval offset{};
-  Coordinate coordinate;
+  Coordinate coordinate{};
   /// Metres per second; negative: that of the way to the next point.
   double speed = -1;
   /// Radius in metres within which two of three positions lie; 0 for positions without noise.
@@ -35,10 +35,10 @@ struct TripPoint {
 /// (T. S. Rappaport, Wireless Communications: Principles and Practice, 2nd ed. 2002, section 4.9),
 /// and estimates its distance by the same formula without the noise.
 struct TripBeacon {
-  UUID proximityUUID;
+  UUID proximityUUID{};
   std::uint16_t major = 0;
   std::uint16_t minor = 0;
-  Coordinate coordinate;
+  Coordinate coordinate{};
   /// Metres from which on it is not heard.
   double range = 40;
   /// Strength at a distance of 1 m, in dBm.

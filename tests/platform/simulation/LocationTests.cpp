@@ -1,0 +1,210 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <vector>
+
+#include "platform/simulation/SimulatedLocation.h"
+#include "platform/simulation/VirtualTime.h"
+#include "tests/platform/simulation/Sphere.h"
+
+namespace ovinta::platform::simulation {
+namespace {
+
+using namespace std::chrono_literals;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+constexpr UUID kUUID{{1, 2, 3}};
+
+class Delegate : public LocationManagerDelegate {
+ public:
+  void didUpdateLocations(const std::vector<Location>& locations) override {
+    for (const auto& location : locations) {
+      metres.push_back(std::lround(Sphere().distance(kSite, location.coordinate)));
+    }
+  }
+  void didChangeAuthorizationStatus(AuthorizationStatus status) override {
+    statuses.push_back(status);
+  }
+  void didRangeBeacons(const std::vector<RangedBeacon>& beacons,
+                       const BeaconRegion& region) override {
+    std::vector<std::int64_t> heard;
+    for (const auto& beacon : beacons) heard.push_back(beacon.minor);
+    ranged.emplace_back(region.identifier, heard);
+    if (onRanged) onRanged();
+  }
+
+  /// How far north of the site the reported positions lie.
+  std::vector<long> metres;
+  std::vector<AuthorizationStatus> statuses;
+  std::vector<std::pair<std::string, std::vector<std::int64_t>>> ranged;
+  std::function<void()> onRanged;
+};
+
+class LocationTest : public ::testing::Test {
+ protected:
+  void deliver(std::initializer_list<double> metres) {
+    for (const double distance : metres) location.deliver({.coordinate = northOfSite(distance)});
+    time.runUntilIdle();
+  }
+
+  VirtualTime time{Date{}};
+  SimulatedLocation location{time.mainQueue(), std::make_shared<Sphere>()};
+  Delegate delegate;
+  std::unique_ptr<LocationManager> manager = location.makeLocationManager();
+};
+
+TEST_F(LocationTest, ReportsTheStatusOnceAfterTheDelegateWasSetAndAtEachChange) {
+  manager->setDelegate(&delegate);
+  EXPECT_THAT(delegate.statuses, IsEmpty());
+  location.setAuthorizationStatus(0);
+  EXPECT_EQ(location.authorizationStatus(), 0);
+  location.setAuthorizationStatus(0);
+  time.runUntilIdle();
+  EXPECT_THAT(delegate.statuses, ElementsAre(3, 0));
+  location.setAuthorizationStatus(4);
+  manager.reset();
+  time.runUntilIdle();
+  EXPECT_THAT(delegate.statuses, ElementsAre(3, 0));
+}
+
+TEST_F(LocationTest, PositionsPassTheDistanceFilter) {
+  manager->setDelegate(&delegate);
+  manager->setDistanceFilter(100);
+  manager->startUpdatingLocation();
+  deliver({1000, 950, 901, 899, 850, 800});
+  EXPECT_THAT(delegate.metres, ElementsAre(1000, 899));
+  // A changed filter takes effect at once, and starting again reports the next one in any case.
+  manager->setDistanceFilter(3);
+  deliver({801, 799, 797});
+  manager->startUpdatingLocation();
+  deliver({798});
+  manager->stopUpdatingLocation();
+  deliver({500});
+  manager->startUpdatingLocation();
+  deliver({499, 498});
+  EXPECT_THAT(delegate.metres, ElementsAre(1000, 899, 801, 797, 499));
+  EXPECT_EQ(location.distanceFilterChangeCount(), 2u);
+}
+
+TEST_F(LocationTest, PositionsComeOnlyWithServiceAndPermission) {
+  struct Case {
+    bool enabled;
+    AuthorizationStatus status;
+    bool reported;
+  };
+  constexpr Case kCases[] = {{true, 3, true},  {true, 4, true},  {true, 0, false}, {true, 1, false},
+                             {true, 2, false}, {true, 5, false}, {false, 3, false}};
+  manager->setDelegate(&delegate);
+  manager->startUpdatingLocation();
+  int known = 0;
+  location.onPosition([&](const Location&) { ++known; });
+  for (const auto& [enabled, status, reported] : kCases) {
+    SCOPED_TRACE(status);
+    delegate.metres.clear();
+    known = 0;
+    location.setLocationServicesEnabled(enabled);
+    location.setAuthorizationStatus(status);
+    deliver({10});
+    EXPECT_EQ(delegate.metres.size(), reported);
+    EXPECT_EQ(known, reported);
+  }
+}
+
+TEST_F(LocationTest, SignificantChangesAloneComeEvery500Metres) {
+  manager->setDelegate(&delegate);
+  deliver({2000});
+  manager->startMonitoringSignificantLocationChanges();
+  deliver({2000, 1600, 1499, 1200, 990});
+  EXPECT_THAT(delegate.metres, ElementsAre(2000, 1499, 990));
+}
+
+TEST_F(LocationTest, RangedRegionsReportOnceASecond) {
+  const BeaconRegion all{.proximityUUID = kUUID, .major = {}, .minor = {}, .identifier = "all"};
+  const BeaconRegion one{.proximityUUID = kUUID, .major = 1, .minor = 2, .identifier = "one"};
+  manager->setDelegate(&delegate);
+  time.runUntilIdle();
+  EXPECT_EQ(time.pendingTaskCount(), 0u);
+
+  manager->startRangingBeacons(all);
+  manager->startRangingBeacons(one);
+  manager->startRangingBeacons(one);
+  // Only the low 16 bits of the numbers count.
+  location.setBeaconsInRange({{.proximityUUID = kUUID, .major = 65'536 + 1, .minor = 2},
+                              {.proximityUUID = kUUID, .major = 2, .minor = 3},
+                              {.proximityUUID = {}, .major = 1, .minor = 2}});
+  time.advance(999ms);
+  EXPECT_THAT(delegate.ranged, IsEmpty());
+  time.advance(1ms);
+  const auto report = [](std::string name, std::vector<std::int64_t> minors) {
+    return std::pair(std::move(name), std::move(minors));
+  };
+  EXPECT_THAT(delegate.ranged, ElementsAre(report("all", {2, 3}), report("one", {2})));
+
+  // Ranging that stops and starts again keeps its beat; without permission nothing is reported.
+  location.setBeaconsInRange({});
+  delegate.ranged.clear();
+  for (int i = 0; i < 4; ++i) {
+    time.advance(500ms);
+    manager->stopRangingBeacons(all);
+    manager->stopRangingBeacons(one);
+    manager->startRangingBeacons(one);
+  }
+  location.setAuthorizationStatus(2);
+  time.advance(2s);
+  location.setAuthorizationStatus(3);
+  EXPECT_THAT(delegate.ranged, ElementsAre(report("one", {}), report("one", {})));
+
+  manager->stopRangingBeacons(one);
+  time.advance(1s);
+  EXPECT_EQ(time.pendingTaskCount(), 0u);
+  EXPECT_EQ(delegate.ranged.size(), 2u);
+}
+
+TEST_F(LocationTest, ADelegateMayEndTheManagerWhileItReports) {
+  manager->setDelegate(&delegate);
+  manager->startRangingBeacons(
+      {.proximityUUID = kUUID, .major = 1, .minor = {}, .identifier = "a"});
+  manager->startRangingBeacons(
+      {.proximityUUID = kUUID, .major = 2, .minor = {}, .identifier = "b"});
+  delegate.onRanged = [this] { manager.reset(); };
+  time.advance(5s);
+  EXPECT_EQ(delegate.ranged.size(), 1u);
+  EXPECT_EQ(time.pendingTaskCount(), 0u);
+}
+
+TEST_F(LocationTest, ShowsWhatTheManagerWasTold) {
+  int changes = 0;
+  location.onSettingsChanged([&] { ++changes; });
+  EXPECT_FALSE(location.desiredAccuracy().has_value());
+  for (int i = 0; i < 2; ++i) {
+    manager->setDesiredAccuracy(LocationAccuracy::best);
+    manager->setActivityType(ActivityType::fitness);
+    manager->setAllowsBackgroundLocationUpdates(true);
+    manager->setDistanceFilter(7);
+    manager->startUpdatingLocation();
+    manager->startMonitoringSignificantLocationChanges();
+  }
+  EXPECT_EQ(changes, 6);
+  EXPECT_EQ(location.desiredAccuracy(), LocationAccuracy::best);
+  EXPECT_EQ(location.activityType(), ActivityType::fitness);
+  EXPECT_TRUE(location.allowsBackgroundUpdates());
+  EXPECT_EQ(location.distanceFilter(), 7);
+  EXPECT_TRUE(location.isUpdating());
+  EXPECT_TRUE(location.isMonitoringSignificantChanges());
+
+  // Monitoring is keyed by the identifier alone, ranging by the whole value.
+  const BeaconRegion beacons{.proximityUUID = kUUID, .major = 1, .minor = {}, .identifier = "x"};
+  const CircularRegion circle{.center = kSite, .radius = 5, .identifier = "x"};
+  manager->startMonitoring(beacons);
+  manager->startMonitoring(circle);
+  manager->startRangingBeacons(beacons);
+  manager->stopRangingBeacons({.proximityUUID = kUUID, .major = 2, .minor = {}, .identifier = "x"});
+  EXPECT_THAT(location.monitoredRegions(), ElementsAre(Region(circle)));
+  EXPECT_THAT(location.rangedRegions(), ElementsAre(Region(beacons)));
+  manager->stopMonitoring(beacons);
+  EXPECT_THAT(location.monitoredRegions(), IsEmpty());
+}
+
+}  // namespace
+}  // namespace ovinta::platform::simulation

@@ -1,0 +1,186 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <thread>
+#include <vector>
+
+#include "platform/simulation/AnsweringURLSession.h"
+#include "platform/simulation/DrivenOperationQueueFactory.h"
+#include "platform/simulation/HoldingURLSession.h"
+#include "platform/simulation/TimeHoldingOperationQueueFactory.h"
+#include "platform/simulation/TimeHoldingURLSession.h"
+#include "platform/standard/Standard.h"
+
+namespace ovinta::platform::simulation {
+namespace {
+
+using namespace std::chrono_literals;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+URLRequest request(std::string text) {
+  URLRequest made;
+  made.url.text = std::move(text);
+  return made;
+}
+
+std::vector<std::string> urls(const std::vector<URLRequest>& requests) {
+  std::vector<std::string> texts;
+  for (const auto& each : requests) texts.push_back(each.url.text);
+  return texts;
+}
+
+class Step : public Operation {
+ public:
+  explicit Step(std::function<void()> work) : work_(std::move(work)) {}
+  void main() override { work_(); }
+
+ private:
+  std::function<void()> work_;
+};
+
+std::shared_ptr<Operation> step(std::function<void()> work) {
+  return std::make_shared<Step>(std::move(work));
+}
+
+/// Notes how a request ended.
+URLSession::Completion into(std::vector<std::string>& log) {
+  return [&log](const auto& data, const auto& response, const auto& error) {
+    log.push_back(error ? error->localizedDescription
+                        : std::to_string(response->statusCode) + data.value_or("-"));
+  };
+}
+
+TEST(AnsweringURLSessionTest, AnswersInOrderWhenDriven) {
+  std::vector<std::string> log;
+  AnsweringURLSession session(
+      [](const URLRequest& asked) { return Answer::json(200, asked.url.text); });
+  session.startDataTask(request("a"), [&](auto data, auto response, auto error) {
+    session.startDataTask(request("c"), into(log));
+    into(log)(data, response, error);
+  });
+  session.startDataTask(request("b"), into(log));
+  EXPECT_THAT(log, IsEmpty());
+  EXPECT_EQ(session.deliverAll(), 3u);
+  session.setService([](const URLRequest&) { return Answer::failure("no route"); });
+  session.startDataTask(request("d"), into(log));
+  EXPECT_EQ(session.deliverAll(), 1u);
+  EXPECT_THAT(log, ElementsAre("200a", "200b", "200c", "no route"));
+  EXPECT_THAT(urls(session.requests()), ElementsAre("a", "b", "c", "d"));
+}
+
+TEST(HoldingURLSessionTest, AnswersEachRequestOnceInAnyOrder) {
+  std::vector<std::string> log;
+  HoldingURLSession session;
+  session.startDataTask(request("a"), into(log));
+  session.startDataTask(request("b"), into(log));
+  EXPECT_TRUE(session.answer(1, Answer::json(410, "").withHeader("X", "y")));
+  EXPECT_FALSE(session.answer(1, Answer::json(200, "")));
+  EXPECT_FALSE(session.answer(2, Answer::json(200, "")));
+  EXPECT_EQ(session.waitingCount(), 1u);
+  EXPECT_TRUE(session.answer(0, Answer::failure("reset")));
+  EXPECT_THAT(log, ElementsAre("410", "reset"));
+}
+
+TEST(DrivenOperationQueueTest, RunsTheOperationsOfAllQueuesInOrderWhenDriven) {
+  std::vector<int> log;
+  DrivenOperationQueueFactory factory;
+  const auto first = factory.makeQueue();
+  const auto second = factory.makeQueue();
+  auto dropped = factory.makeQueue();
+  second->setMaxConcurrentOperationCount(1);
+  first->addOperation(step([&] {
+    log.push_back(1);
+    first->addOperation(step([&] { log.push_back(3); }));
+  }));
+  dropped->addOperation(step([&] { log.push_back(0); }));
+  second->addOperation(step([&] { log.push_back(2); }));
+  dropped.reset();
+  EXPECT_EQ(factory.waitingCount(), 2u);
+  EXPECT_EQ(factory.runAll(), 3u);
+  EXPECT_THAT(log, ElementsAre(1, 2, 3));
+  EXPECT_THAT(factory.queues(), ElementsAre(first, second));
+  EXPECT_EQ(factory.queues().at(1)->maxConcurrentOperationCount(), 1u);
+}
+
+TEST(TimeHoldingURLSessionTest, SendsOneRequestAtATimeWhileTimeStandsStill) {
+  VirtualTime time{Date{}};
+  const auto base = std::make_shared<HoldingURLSession>();
+  TimeHoldingURLSession session(base, time);
+  std::vector<std::string> log;
+  session.startDataTask(request("a"), [&](auto, auto, auto) {
+    log.push_back("a");
+    session.startDataTask(request("c"), into(log));
+  });
+  session.startDataTask(request("b"), into(log));
+  time.mainQueue()->asyncAfter(1s, [&] { log.push_back("later"); });
+  EXPECT_THAT(urls(base->requests()), ElementsAre("a"));
+
+  std::jthread service([&] {
+    for (std::size_t i = 0; i < 3; ++i) {
+      EXPECT_EQ(base->requests().size(), i + 1);
+      EXPECT_TRUE(base->answer(i, Answer::json(200, "")));
+    }
+  });
+  time.advance(1s);
+  EXPECT_THAT(urls(base->requests()), ElementsAre("a", "b", "c"));
+  EXPECT_THAT(log, ElementsAre("a", "200", "200", "later"));
+}
+
+/// Answers every request on a thread of its own.
+class ThreadedURLSession : public URLSession {
+ public:
+  ThreadedURLSession() { answers_->setMaxConcurrentOperationCount(1); }
+  void startDataTask(URLRequest, Completion completion) override {
+    answers_->addOperation(step([completion = std::move(completion)] {
+      completion("", HTTPResponse{200, {}}, {});
+    }));
+  }
+
+ private:
+  std::shared_ptr<OperationQueue> answers_ = standard::makeOperationQueueFactory()->makeQueue();
+};
+
+// Operations and completions on threads of their own: every run gives the same sequence. `log` has
+// no lock, since all that writes to it takes turns.
+TEST(TimeHoldingTest, TheSameWorkComesInTheSameOrderEveryTime) {
+  std::vector<std::string> expected;
+  for (int round = 0; round < 20; ++round) {
+    VirtualTime time{Date{}};
+    const auto queue = time.mainQueue();
+    std::vector<std::string> log;
+    TimeHoldingURLSession session(std::make_shared<ThreadedURLSession>(), time);
+    TimeHoldingOperationQueueFactory factory(standard::makeOperationQueueFactory(), time);
+    const auto operations = factory.makeQueue();
+    EXPECT_EQ(operations->maxConcurrentOperationCount(), 0u);
+
+    const auto send = [&](const std::string& name, const std::function<void()>& then) {
+      operations->addOperation(step([&, name, then] {
+        log.push_back("send " + name);
+        session.startDataTask(request(name), [&, name, then](auto, auto, auto) {
+          log.push_back("end " + name);
+          if (then) then();
+        });
+      }));
+    };
+    queue->asyncAfter(5s, [&] { log.push_back("5 s"); });
+    for (int i = 0; i < 3; ++i) {
+      const auto name = std::to_string(i);
+      send(name, [&, name] {
+        queue->async([&, name] { send(name + "m", {}); });
+        send(name + "c", {});
+      });
+    }
+    EXPECT_THAT(log, IsEmpty());
+    time.advance(5s);
+    EXPECT_EQ(log.size(), 19u);
+    EXPECT_EQ(log.back(), "5 s");
+    std::erase_if(log, [](const std::string& entry) { return entry.starts_with("end"); });
+    if (round == 0) expected = log;
+    EXPECT_EQ(log, expected);
+  }
+}
+
+}  // namespace
+}  // namespace ovinta::platform::simulation

@@ -1,0 +1,273 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <vector>
+
+#include "platform/simulation/TripPlayer.h"
+#include "tests/platform/simulation/Sphere.h"
+
+namespace ovinta::platform::simulation {
+namespace {
+
+using namespace std::chrono_literals;
+using ::testing::HasSubstr;
+
+std::string gpx(const std::string& content) {
+  return "<?xml version=\"1.0\"?>\n<gpx version=\"1.1\" xmlns:t=\"urn:ovinta:trip\" "
+         "xmlns:x=\"urn:other\">\n" +
+         content + "\n</gpx>";
+}
+
+std::string track(const std::string& points) {
+  return gpx("<trk><trkseg>\n" + points + "\n</trkseg></trk>");
+}
+
+Trip read(const std::string& text) {
+  auto reading = Trip::fromGPXText(text);
+  if (const auto* error = std::get_if<std::string>(&reading)) ADD_FAILURE() << *error;
+  return std::holds_alternative<Trip>(reading) ? std::get<Trip>(std::move(reading)) : Trip{};
+}
+
+Trip tripOfRepository(const std::string& name) {
+  auto reading = Trip::fromGPX(std::filesystem::path(OVINTA_TRIPS_DIRECTORY) / name);
+  if (const auto* error = std::get_if<std::string>(&reading)) ADD_FAILURE() << *error;
+  return std::get<Trip>(reading);
+}
+
+TEST(GPXTest, ReadsTimesAccuraciesAndSpeeds) {
+  const auto trip = read(track(
+      R"(<trkpt lat="40" lon="-73.5"><time>2026-03-14T15:00:00Z</time><hdop>2</hdop></trkpt>
+         <trkpt lat="40" lon="-73.4"><time>2026-03-14T16:00:00.5+01:00</time><speed>7</speed>
+           <extensions><t:accuracy>9</t:accuracy><x:accuracy>1</x:accuracy></extensions></trkpt>
+         </trkseg><trkseg><trkpt lat=" 41 " lon="-73.3"><time> 2026-03-14T15:00:02 </time>
+           <extensions><x:more><x:speed>3.5</x:speed></x:more></extensions></trkpt>)"));
+  ASSERT_EQ(trip.points.size(), 3u);
+  EXPECT_EQ(trip.start, kDefaultTripStart);
+  EXPECT_EQ(trip.points[1].offset, 500ms);
+  EXPECT_EQ(trip.points[2].offset, 2s);
+  EXPECT_EQ(trip.points[2].coordinate, (Coordinate{41, -73.3}));
+  EXPECT_EQ(trip.points[0].accuracy, 10);
+  EXPECT_EQ(trip.points[1].accuracy, 9);
+  EXPECT_LT(trip.points[0].speed, 0);
+  EXPECT_EQ(trip.points[1].speed, 7);
+  EXPECT_EQ(trip.points[2].speed, 3.5);
+}
+
+TEST(GPXTest, DerivesMissingTimesFromTheSpeed) {
+  // A hundredth of a degree of latitude is 1112 m.
+  const auto trip = read(gpx(R"(<rte><rtept lat="10" lon="5"><speed>10</speed></rtept>
+      <rtept lat="10.01" lon="5"/><rtept lat="10.02" lon="5"><speed>20</speed></rtept></rte>)"));
+  ASSERT_EQ(trip.points.size(), 3u);
+  EXPECT_NEAR(std::chrono::duration<double>(trip.points[1].offset).count(), 111.2, 0.1);
+  EXPECT_NEAR(std::chrono::duration<double>(trip.points[2].offset).count(), 166.8, 0.1);
+}
+
+TEST(GPXTest, ReadsWhatHappensOnTheWay) {
+  const auto trip = read(gpx(
+      R"(<metadata><extensions><t:permission after="1.5" status="2"/></extensions></metadata>
+         <rte><rtept lat="1" lon="2"/></rte>
+         <extensions><x:beacon/><t:battery after="3" state="charging"/>
+           <t:beacon uuid="5E1F3C7A-2B64-4D0E-9A5B-0C6D7E8F9A01" major="42" minor="65535" lat="1"
+                     lon="2" range="30"/></extensions>)"));
+  ASSERT_EQ(trip.permissionChanges.size(), 1u);
+  EXPECT_EQ(trip.permissionChanges[0].offset, 1500ms);
+  EXPECT_EQ(trip.permissionChanges[0].status, 2);
+  ASSERT_EQ(trip.batteryChanges.size(), 1u);
+  EXPECT_EQ(trip.batteryChanges[0].state, BatteryState::charging);
+  ASSERT_EQ(trip.beacons.size(), 1u);
+  EXPECT_EQ(trip.beacons[0].minor, 65'535);
+  EXPECT_EQ(trip.beacons[0].range, 30);
+  EXPECT_EQ(trip.beacons[0].measuredPower, TripBeacon{}.measuredPower);
+}
+
+TEST(GPXTest, SaysWhatIsWrongAndWhere) {
+  const std::string first = R"(<trkpt lat="1" lon="1"><time>2026-03-14T15:00:00Z</time></trkpt>)";
+  const auto timed = [&](const std::string& time) {
+    return track(first + "\n<trkpt lat=\"1\" lon=\"1\"><time>" + time + "</time></trkpt>");
+  };
+  const auto extended = [&](const std::string& element) {
+    return gpx("<rte><rtept lat=\"1\" lon=\"1\"/></rte>\n<extensions>" + element + "</extensions>");
+  };
+  const std::pair<std::string, std::string> kCases[] = {
+      {"", "No document element found"},
+      {"<gpx>\n<trk></gpx>", "line 2: Start-end tags mismatch"},
+      {"<kml/>", "line 1: the outermost element is not gpx"},
+      {gpx("<trk/><wpt lat='1' lon='1'/>"), "there are no track or route points"},
+      {track("<trkpt lon='1'/>"), "line 4: lat is missing"},
+      {track("<trkpt lat='1,5' lon='1'/>"), "line 4: lat is no number: \"1,5\""},
+      {track("<trkpt lat='nan' lon='1'/>"), "lat is no number"},
+      {track("<trkpt lat='90.1' lon='1'/>"), "lat is out of range: 90.1"},
+      {track("<trkpt lat='1' lon='-181'/>"), "lon is out of range"},
+      {track(first + "<trkpt lat='1' lon='1'><hdop>-1</hdop></trkpt>"), "hdop is out of range"},
+      {track(first + "<trkpt lat='1' lon='1'/>"), "neither a time nor a speed"},
+      {track("<trkpt lat='1' lon='1'/>" + first), "a time needs one at the first point"},
+      {timed("2026-03-14T14:59:59Z"), "line 5: time goes back"},
+      {timed("2026-03-14"), "time is no ISO 8601 instant"},
+      {timed("2026-02-30T15:00:00Z"), "time is no ISO 8601 instant"},
+      {timed("2026-03-14T24:00:00Z"), "time is no ISO 8601 instant"},
+      {timed("2026-03-14T15:00:00+1:00"), "time is no ISO 8601 instant"},
+      {timed("2026-03-14T15:00:00.Z"), "time is no ISO 8601 instant"},
+      {extended("<t:beacon uuid='x' major='1' minor='1' lat='1' lon='1'/>"), "no UUID"},
+      {extended("<t:battery after='1' state='empty'/>"), "no battery state: \"empty\""},
+      {extended("<t:permission status='1'/>"), "line 4: after is missing"},
+      {extended("<t:permision after='1' status='1'/>"), "unknown element t:permision"},
+  };
+  for (const auto& [text, message] : kCases) {
+    const auto reading = Trip::fromGPXText(text);
+    const auto* error = std::get_if<std::string>(&reading);
+    ASSERT_NE(error, nullptr) << text;
+    EXPECT_THAT(*error, HasSubstr(message));
+  }
+  const auto missing = Trip::fromGPX("/no/such.gpx");
+  EXPECT_EQ(std::get<std::string>(missing), "/no/such.gpx: the file cannot be read");
+}
+
+/// A device on a trip whose positions are recorded.
+class Journey : public LocationManagerDelegate {
+ public:
+  Journey(const Trip& trip, std::uint64_t seed) : player(simulation, trip, seed) {
+    manager->setDelegate(this);
+    manager->startUpdatingLocation();
+    simulation.device().setBatteryMonitoringEnabled(true);
+    player.start();
+    player.start();
+  }
+
+  void didUpdateLocations(const std::vector<Location>& fixes) override {
+    locations.insert(locations.end(), fixes.begin(), fixes.end());
+  }
+  void didChangeAuthorizationStatus(AuthorizationStatus) override {}
+  void didRangeBeacons(const std::vector<RangedBeacon>& beacons, const BeaconRegion&) override {
+    for (const auto& beacon : beacons) strengths.push_back(beacon.rssi);
+  }
+
+  static Services base() {
+    Services services;
+    services.geodesy = std::make_shared<Sphere>();
+    return services;
+  }
+
+  Simulation simulation{base(), kDefaultTripStart};
+  std::unique_ptr<LocationManager> manager = simulation.location().makeLocationManager();
+  TripPlayer player;
+  std::vector<Location> locations;
+  std::vector<std::int64_t> strengths;
+};
+
+TEST(TripPlayerTest, MovesEvenlyOnceASecondAndEndsWithTheLastEvent) {
+  Trip trip;
+  trip.points = {{.offset = 0s, .coordinate = northOfSite(30), .accuracy = 0},
+                 {.offset = 2500ms, .coordinate = northOfSite(5), .accuracy = 0}};
+  trip.permissionChanges = {{.offset = 3s, .status = 2}};
+  trip.batteryChanges = {{.offset = 1s, .state = BatteryState::full}};
+  Journey journey(trip, 1);
+  EXPECT_FALSE(journey.player.position().has_value());
+  journey.simulation.time().advance(2s);
+  ASSERT_EQ(journey.locations.size(), 3u);
+  const std::pair<int, double> kExpected[] = {{0, 30}, {1, 20}, {2, 10}};
+  for (const auto& [second, metres] : kExpected) {
+    const auto& fix = journey.locations.at(second);
+    EXPECT_NEAR(Sphere().distance(kSite, fix.coordinate), metres, 0.01);
+    EXPECT_NEAR(fix.speed, 10, 0.01);
+    EXPECT_EQ(fix.timestamp, kDefaultTripStart + std::chrono::seconds(second));
+  }
+  EXPECT_EQ(journey.player.position(), journey.locations.back().coordinate);
+  EXPECT_NEAR(journey.player.distanceAlong(), 20, 0.01);
+  EXPECT_EQ(journey.simulation.device().batteryState(), BatteryState::full);
+  EXPECT_FALSE(journey.player.isFinished());
+
+  journey.simulation.time().advance(1s);
+  EXPECT_TRUE(journey.player.isFinished());
+  EXPECT_EQ(journey.player.duration(), 3s);
+  EXPECT_EQ(journey.simulation.location().authorizationStatus(), 2);
+  EXPECT_EQ(journey.locations.size(), 3u) << "the permission is gone";
+  EXPECT_NEAR(journey.player.distanceAlong(), 25, 0.01);
+  EXPECT_EQ(journey.simulation.time().pendingTaskCount(), 0u);
+}
+
+TEST(TripPlayerTest, CrossesTheDateLineTheShortWay) {
+  Trip trip;
+  trip.points = {{.offset = 0s, .coordinate = {0, 179.999}, .accuracy = 0},
+                 {.offset = 2s, .coordinate = {0, -179.999}, .accuracy = 0}};
+  Journey journey(trip, 1);
+  journey.simulation.time().advance(1s);
+  EXPECT_NEAR(std::abs(journey.locations.at(1).coordinate.longitude), 180, 1e-9);
+}
+
+TEST(TripPlayerTest, NoiseFollowsTheSeedAndTheAccuracy) {
+  Trip trip;
+  trip.points = {{.offset = 0s, .coordinate = kSite, .accuracy = 10},
+                 {.offset = 24h, .coordinate = kSite, .accuracy = 10}};
+  trip.beacons = {{.coordinate = northOfSite(10)}, {.coordinate = northOfSite(50)}};
+  const auto play = [&](std::uint64_t seed, std::chrono::minutes duration) {
+    auto journey = std::make_unique<Journey>(trip, seed);
+    journey->manager->startRangingBeacons({});
+    journey->simulation.time().advance(duration);
+    return journey;
+  };
+  const auto first = play(7, 5min);
+  const auto same = play(7, 5min);
+  EXPECT_EQ(first->locations, same->locations);
+  EXPECT_EQ(first->strengths, same->strengths);
+  EXPECT_NE(first->locations, play(8, 5min)->locations);
+
+  // Two of three within the accuracy in the long run, and no leaps from one second to the next.
+  const auto journey = play(7, 6h);
+  const auto within = std::ranges::count_if(journey->locations, [](const Location& fix) {
+    return Sphere().distance(fix.coordinate, kSite) <= 10;
+  });
+  const auto count = static_cast<double>(journey->locations.size());
+  EXPECT_NEAR(static_cast<double>(within) / count, 2.0 / 3, 0.05);
+  for (std::size_t i = 1; i < journey->locations.size(); ++i) {
+    ASSERT_LT(
+        Sphere().distance(journey->locations[i - 1].coordinate, journey->locations[i].coordinate),
+        10);
+  }
+  // At 10 m the strength is 20 dB below that at 1 m; the beacon at 50 m is out of range.
+  double sum = 0;
+  for (const auto strength : journey->strengths) sum += static_cast<double>(strength);
+  EXPECT_EQ(journey->strengths.size(), 6u * 3600);
+  EXPECT_NEAR(sum / static_cast<double>(journey->strengths.size()), -79, 0.2);
+}
+
+TEST(TripOfRepositoryTest, LeadsWhereItSays) {
+  struct Case {
+    std::string file;
+    double atFirst, nearest, atLast;
+  };
+  const Case kCases[] = {{"drive.gpx", 6726, 13, 13},
+                         {"slow-approach.gpx", 604, 5, 5},
+                         {"drive-by.gpx", 3700, 296, 2613}};
+  for (const auto& [file, atFirst, nearest, atLast] : kCases) {
+    SCOPED_TRACE(file);
+    const auto trip = tripOfRepository(file);
+    EXPECT_EQ(trip.start, kDefaultTripStart);
+    EXPECT_FALSE(trip.beacons.empty());
+    std::vector<double> distances;
+    for (const auto& point : trip.points) {
+      distances.push_back(Sphere().distance(point.coordinate, kSite));
+    }
+    EXPECT_NEAR(distances.front(), atFirst, 0.02 * atFirst);
+    EXPECT_NEAR(*std::ranges::min_element(distances), nearest, 5);
+    EXPECT_NEAR(distances.back(), atLast, 5 + 0.02 * atLast);
+  }
+}
+
+TEST(TripOfRepositoryTest, TheDriveEndsWithTwoMinutesAtTheSiteWithinHearing) {
+  Journey journey(tripOfRepository("drive.gpx"), 1);
+  journey.simulation.time().advance(journey.player.duration() - 2min);
+  const auto stand = journey.player.position();
+  ASSERT_TRUE(stand.has_value());
+  EXPECT_LT(Sphere().distance(*stand, kSite), 30);
+  BeaconRegion region;
+  region.proximityUUID = tripOfRepository("drive.gpx").beacons.at(0).proximityUUID;
+  journey.manager->startRangingBeacons(region);
+  journey.simulation.time().advance(2min);
+  EXPECT_TRUE(journey.player.isFinished());
+  EXPECT_EQ(journey.player.position(), stand);
+  EXPECT_EQ(journey.strengths.size(), 2u * 120);
+}
+
+}  // namespace
+}  // namespace ovinta::platform::simulation
