@@ -13,7 +13,7 @@ namespace ovinta::platform::linux {
 /// end its line and smuggle in another.
 bool isSendable(const URLRequest& request);
 
-/// The list for CURLOPT_HTTPHEADER: the body's length where there is one, then exactly the
+/// The list for CURLOPT_HTTPHEADER: what the cache policy and the body demand, then exactly the
 /// request's fields; what libcurl would add by itself is switched off.
 CurlList headerList(const URLRequest& request);
 
