@@ -27,13 +27,15 @@ struct Accessor {
 };
 
 /// Sets each field to a value of its own, and only then reads them back.
-template <class T, std::size_t N>
-void checkAccessors(Order& order, const Accessor<T> (&accessors)[N], T (*value)(std::size_t)) {
-  for (std::size_t i = 0; i < N; ++i) (order.*accessors[i].set)(value(i));
-  for (std::size_t i = 0; i < N; ++i) EXPECT_EQ((order.*accessors[i].get)(), value(i)) << i;
-  for (const auto& accessor : accessors) {
-    (order.*accessor.set)(std::nullopt);
-    EXPECT_EQ((order.*accessor.get)(), std::nullopt);
+template <class T>
+void checkAccessors(Order& order, const std::vector<Accessor<T>>& accessors, T (*value)(int)) {
+  int number = 0;
+  for (const auto& [get, set] : accessors) (order.*set)(value(number++));
+  number = 0;
+  for (const auto& [get, set] : accessors) {
+    EXPECT_EQ((order.*get)(), value(number++));
+    (order.*set)(std::nullopt);
+    EXPECT_EQ((order.*get)(), std::nullopt);
   }
 }
 
@@ -41,17 +43,16 @@ TEST_F(OrderTest, EachMutableFieldIsKeptByItself) {
   using Text = std::optional<std::string>;
   using Date = std::optional<platform::Date>;
   const OrderPtr order = decodeOrder(fullOrder());
-  const Accessor<Text> texts[] = {{&Order::pickupType, &Order::setPickupType},
-                                  {&Order::customerRating, &Order::setCustomerRating},
-                                  {&Order::customerComment, &Order::setCustomerComment},
-                                  {&Order::pushToken, &Order::setPushToken}};
-  checkAccessors<Text>(*order, texts, [](std::size_t i) { return Text(std::to_string(i)); });
-  const Accessor<Date> dates[] = {{&Order::etaAt, &Order::setEtaAt},
-                                  {&Order::completedAt, &Order::setCompletedAt},
-                                  {&Order::createdAt, &Order::setCreatedAt},
-                                  {&Order::updatedAt, &Order::setUpdatedAt}};
-  checkAccessors<Date>(*order, dates,
-                       [](std::size_t i) { return Date(kStart + std::chrono::hours(i)); });
+  const std::vector<Accessor<Text>> texts{{&Order::pickupType, &Order::setPickupType},
+                                          {&Order::customerRating, &Order::setCustomerRating},
+                                          {&Order::customerComment, &Order::setCustomerComment},
+                                          {&Order::pushToken, &Order::setPushToken}};
+  checkAccessors<Text>(*order, texts, [](int i) { return Text(std::to_string(i)); });
+  const std::vector<Accessor<Date>> dates{{&Order::etaAt, &Order::setEtaAt},
+                                          {&Order::completedAt, &Order::setCompletedAt},
+                                          {&Order::createdAt, &Order::setCreatedAt},
+                                          {&Order::updatedAt, &Order::setUpdatedAt}};
+  checkAccessors<Date>(*order, dates, [](int i) { return Date(kStart + std::chrono::hours(i)); });
   EXPECT_TRUE(requests().empty());
   EXPECT_EQ(queues->waitingCount(), 0U);
 }
