@@ -15,7 +15,7 @@ void replace(std::shared_ptr<T>& service, std::shared_ptr<T> replacement) {
 
 }  // namespace
 
-Simulation::Simulation(Services base, Date start, Replacements replacements)
+Simulation::Simulation(Services base, Date start, SimulationReplacements replacements)
     : time_(start),
       services_(std::move(base)),
       location_(std::make_shared<SimulatedLocation>(time_.mainQueue(), services_.geodesy)),

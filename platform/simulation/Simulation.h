@@ -10,20 +10,20 @@
 
 namespace ovinta::platform::simulation {
 
+/// What else stands in for the service of that name in the base; null keeps the base's.
+struct SimulationReplacements {
+  std::shared_ptr<SettingsStore> settings = {};
+  std::shared_ptr<Log> log = {};
+  std::shared_ptr<URLSession> urlSession = {};
+  std::shared_ptr<OperationQueueFactory> operationQueues = {};
+};
+
 /// One simulated device. Takes over the main thread: the one that makes it.
 class Simulation {
  public:
-  /// What else stands in for the service of that name in the base; null keeps the base's.
-  struct Replacements {
-    std::shared_ptr<SettingsStore> settings;
-    std::shared_ptr<Log> log;
-    std::shared_ptr<URLSession> urlSession;
-    std::shared_ptr<OperationQueueFactory> operationQueues;
-  };
-
   /// Replaces clock, main queue, location services, device and notification centre of the base,
   /// which must have its `geodesy`. Positions that are delivered fire the location triggers.
-  Simulation(Services base, Date start, Replacements replacements = {});
+  Simulation(Services base, Date start, SimulationReplacements replacements = {});
 
   /// Has virtual time stand still while an operation runs or a request is under way, and sends the
   /// requests one by one (see `TimeHoldingURLSession` and `TimeHoldingOperationQueueFactory`), so
