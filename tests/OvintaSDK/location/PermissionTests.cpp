@@ -29,6 +29,10 @@ struct Change {
   const char* permission = "";
 };
 
+void PrintTo(const Change& change, std::ostream* out) {
+  *out << change.from << " to " << change.to;
+}
+
 class PermissionChange : public Permission, public testing::WithParamInterface<Change> {};
 
 TEST_P(PermissionChange, IsReportedForEveryOpenOrder) {

@@ -50,6 +50,10 @@ struct Pace {
   std::vector<int> sends;
 };
 
+void PrintTo(const Pace& pace, std::ostream* out) {
+  *out << testing::PrintToString(pace.deliveries);
+}
+
 class ReportingPace : public Reporting, public testing::WithParamInterface<Pace> {};
 
 TEST_P(ReportingPace, WaitsTwoSecondsAfterADeliveryAndMoreThanTwoAfterASend) {

@@ -58,6 +58,8 @@ struct Start {
   bool isRefusalLogged = false;
 };
 
+void PrintTo(const Start& start, std::ostream* out) { *out << "status " << start.status; }
+
 class TrackingStart : public Tracking, public testing::WithParamInterface<Start> {};
 
 TEST_P(TrackingStart, NeedsThePermission) {
