@@ -33,7 +33,7 @@ TEST_F(RequestWireTest, CreatingAnOrder) {
             R"({"site_id":1,"partner_identifier":"P","customer_name":""})");
   EXPECT_EQ(encodingFailure(CreateOrderInfo{
                 .siteID = 1, .partnerIdentifier = "P", .state = static_cast<OrderState>(9)}),
-            "invalid value: Invalid Value");
+            "invalid value at state: Invalid Value");
   EXPECT_THAT(decodingFailure<CreateOrderInfo>(R"({"site_id":1})"),
               HasSubstr("\"partner_identifier\""));
 }
