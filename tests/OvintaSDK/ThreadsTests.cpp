@@ -212,7 +212,7 @@ TEST_P(ExitingProcess, EndsCleanlyWithRequestsUnderWay) {
   LocalServer silent([](test::ServerConnection& connection) { connection.waitForClose(); });
   const test::TemporaryDirectory directory;
   for (int run = 0; run < 15; ++run) {
-    const auto result = testing::runCommand(
+    const auto result = test::runCommand(
         {OVINTA_SDK_EXIT_HELPER, GetParam(), std::to_string(silent.port()), directory.path()});
     ASSERT_EQ(result.exitCode, 0) << "in run " << run << ": " << result.output;
   }

@@ -11,14 +11,14 @@
 namespace ovinta {
 namespace {
 
-using ::testing::AllOf;
-using testing::CommandResult;
-using ::testing::Contains;
-using ::testing::HasSubstr;
+using testing::AllOf;
+using test::CommandResult;
+using testing::Contains;
+using testing::HasSubstr;
 
 CommandResult demo(std::vector<std::string> arguments) {
   arguments.insert(arguments.begin(), {OVINTA_COMMAND, "demo", "--pace", "0"});
-  return testing::runCommand(arguments);
+  return test::runCommand(arguments);
 }
 
 std::string trip(const std::string& name) { return std::string(OVINTA_TRIPS) + "/" + name; }

@@ -8,7 +8,7 @@
 #include <array>
 #include <sstream>
 
-namespace ovinta::testing {
+namespace ovinta::test {
 namespace {
 
 std::string readAll(int descriptor) {
@@ -56,4 +56,4 @@ CommandResult runCommand(const std::vector<std::string>& arguments) {
   return result;
 }
 
-}  // namespace ovinta::testing
+}  // namespace ovinta::test

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-namespace ovinta::testing {
+namespace ovinta::test {
 
 /// How a command ended.
 struct CommandResult {
@@ -18,4 +18,4 @@ struct CommandResult {
 /// Runs a program with arguments to its end, without a shell.
 CommandResult runCommand(const std::vector<std::string>& arguments);
 
-}  // namespace ovinta::testing
+}  // namespace ovinta::test
