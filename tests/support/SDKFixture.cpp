@@ -106,7 +106,8 @@ SDKFixture::Answer SDKFixture::ordersAnswer(const std::vector<platform::Dictiona
 
 std::string SDKFixture::requestLine(const platform::URLRequest& request) {
   std::string_view text = request.url.text;
-  if (text.starts_with(kBaseURL)) text.remove_prefix(kBaseURL.size());
+  const std::string prefix = std::string(kBaseURL) + "/";
+  if (text.starts_with(prefix)) text.remove_prefix(prefix.size());
   return request.method + " " + std::string(text);
 }
 

@@ -26,7 +26,7 @@
 namespace ovinta::test {
 
 /// The base URL in the settings store when a test begins.
-inline constexpr std::string_view kBaseURL = "https://service.test/";
+inline constexpr std::string_view kBaseURL = "https://service.test";
 
 /// Now, when a test begins: 2021-03-04T20:30:00Z.
 inline constexpr platform::Date kStart{std::chrono::seconds{1614889800}};

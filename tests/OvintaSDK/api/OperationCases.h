@@ -29,8 +29,18 @@ struct OperationCase {
   int success = 200;
   /// A body that it accepts as a success.
   std::string answer;
-  /// Whether it reads the body at all.
-  bool readsAnswer = true;
+  /// Bodies of success answers that it cannot read; none for one that reads no body.
+  std::vector<std::string> unreadable = {"",
+                                         "no JSON",
+                                         "5",
+                                         "[]",
+                                         "{}",
+                                         R"({"data":null})",
+                                         R"({"data":5})",
+                                         R"({"data":[{}]})",
+                                         R"({"data":{}})"};
+  /// How the log line about such a body begins; empty when there is none.
+  std::string logPrefix = {};
 };
 
 /// One case for each endpoint.

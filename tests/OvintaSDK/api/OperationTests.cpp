@@ -6,7 +6,10 @@
 #include <typeinfo>
 
 #include "OvintaSDK/api/CreateOrderEventOperation.h"
+#include "OvintaSDK/api/GetAppInfoOperation.h"
 #include "OvintaSDK/api/GetOrdersOperation.h"
+#include "OvintaSDK/api/GetSitesOperation.h"
+#include "OvintaSDK/api/NumberText.h"
 #include "OvintaSDK/api/OvintaAPIError.h"
 #include "OvintaSDK/core/Ovinta.h"
 #include "OvintaSDK/core/SDKNotifications.h"
@@ -18,8 +21,13 @@ namespace {
 
 using platform::HTTPResponse;
 using platform::TransportError;
+using ::testing::AllOf;
+using ::testing::Each;
 using ::testing::ElementsAre;
+using ::testing::EndsWith;
 using ::testing::IsEmpty;
+using ::testing::SizeIs;
+using ::testing::StartsWith;
 
 /// Runs one operation and keeps what it reports.
 class OperationTest : public SDKFixture, public ::testing::WithParamInterface<OperationCase> {
@@ -58,7 +66,7 @@ TEST_P(OperationTest, SendsOneRequest) {
   ASSERT_EQ(requests().size(), 1U);
   const auto request = requests()[0];
   EXPECT_EQ(request.method, expected.method);
-  EXPECT_EQ(request.url.text, std::string(kBaseURL) + expected.path);
+  EXPECT_EQ(request.url.text, std::string(kBaseURL) + "/" + expected.path);
   EXPECT_EQ(request.body, expected.body);
   const platform::HeaderField token{"Authorization", "Token token=\"customer-token\""};
   EXPECT_EQ(request.headers.front() == token, expected.isAuthorized);
@@ -69,6 +77,7 @@ TEST_P(OperationTest, SendsOneRequest) {
 TEST_P(OperationTest, ReportsFailures) {
   const char* const kBody = R"({"errors":{"a":["b"]}})";
   const TransportError lost{"connection lost"};
+  const int otherSuccess = GetParam().success == 200 ? 202 : 200;
   const struct {
     Answer answer;
     const std::type_info& type;
@@ -79,7 +88,7 @@ TEST_P(OperationTest, ReportsFailures) {
       {{GetParam().answer, HTTPResponse{500}, lost}, typeid(OvintaError), "connection lost"},
       {{}, typeid(OvintaError), "Unknown Error"},
       {status(500), typeid(OvintaAPIError), "Unknown Error"},
-      {status(201, GetParam().answer), typeid(OvintaAPIError), "Unknown Error"},
+      {status(otherSuccess, GetParam().answer), typeid(OvintaAPIError), "Unknown Error"},
       {status(401), typeid(OvintaAPIError), "Not authorized"},
       {status(422, kBody), typeid(OvintaAPIError), "b"},
       {status(425), typeid(OvintaAPIError), "Please update to the latest version of the app"},
@@ -98,18 +107,18 @@ TEST_P(OperationTest, ReportsFailures) {
 }
 
 TEST_P(OperationTest, ReportsAnswersThatCannotBeRead) {
-  for (const char* text : {"", "no JSON", "5", "[]", "{}", R"({"data":null})", R"({"data":5})",
-                           R"({"data":[{}]})", R"({"data":{}})"}) {
+  for (const std::string& text : GetParam().unreadable) {
     const auto reports = outcomes(status(GetParam().success, text));
     ASSERT_EQ(reports.size(), 1U) << text;
-    EXPECT_EQ(reports[0].hasResult, !GetParam().readsAnswer) << text;
-    if (!GetParam().readsAnswer) continue;
+    EXPECT_FALSE(reports[0].hasResult) << text;
     ASSERT_TRUE(reports[0].error) << text;
     EXPECT_EQ(typeid(*reports[0].error), typeid(OvintaErrorInvalidResponse)) << text;
     EXPECT_EQ(reports[0].error->errorDescription(), "invalid response");
     EXPECT_EQ(reports[0].error->title(), GetParam().title);
   }
-  EXPECT_EQ(logLines().size(), GetParam().name == "GetOrders" ? 9U : 0U);
+  const std::string& prefix = GetParam().logPrefix;
+  EXPECT_THAT(logLines(), SizeIs(prefix.empty() ? 0U : GetParam().unreadable.size()));
+  EXPECT_THAT(logLines(), Each(AllOf(StartsWith(prefix), EndsWith("."))));
 }
 
 TEST_P(OperationTest, SaysNothingAboutASuccessWithoutData) {
@@ -203,10 +212,63 @@ TEST_F(SingleOperationTest, ABodyThatCannotBeWrittenIsLeftOut) {
   const std::string printed = ::testing::internal::GetCapturedStdout();
   drain();
   EXPECT_EQ(std::ranges::count(printed, '\n'), 1);
-  EXPECT_THAT(printed,
-              ::testing::AllOf(::testing::StartsWith("invalid value"), ::testing::EndsWith("\n")));
+  EXPECT_THAT(printed, AllOf(StartsWith("invalid value"), EndsWith("\n")));
   EXPECT_THAT(bodies("POST", "m/v1/events"), ElementsAre("(none)"));
   EXPECT_EQ(sentEvents.size(), 1U);
+}
+
+TEST_F(SingleOperationTest, TheConfigurationIsWhateverTheServiceSends) {
+  using platform::Dictionary;
+  const std::pair<const char*, std::optional<Dictionary>> cases[] = {
+      {R"({"data":{"a":[1,{"b":null}],"c":1.5}})",
+       Dictionary{{"a", platform::List{1, Dictionary{{"b", nullptr}}}}, {"c", 1.5}}},
+      {R"({"data":{}})", Dictionary{}},
+      {R"({"data":[]})", {}},
+      {R"({"data":null})", {}},
+      {"{}", {}},
+      {R"([{"data":{}}])", {}},
+  };
+  for (const auto& [text, configuration] : cases) {
+    answer("GET", "m/v1/app", Answer::json(200, text));
+    int reports = 0;
+    const auto check = [&](const std::optional<Dictionary>& received, const ErrorPtr& error) {
+      ++reports;
+      EXPECT_EQ(received, configuration) << text;
+      EXPECT_EQ(error, nullptr) << text;
+    };
+    std::make_shared<GetAppInfoOperation>(std::string(kBaseURL), check)->main();
+    drain();
+    EXPECT_EQ(reports, 1) << text;
+  }
+}
+
+TEST_F(SingleOperationTest, ASearchTellsSitesAndPages) {
+  answer("GET", "m/v1/sites?",
+         Answer::json(200, R"({"data":[{"id":1},{"id":2}],)"
+                           R"("pages":{"current":3,"count":4,"per":2}})"));
+  std::optional<SitesPage> page;
+  std::make_shared<GetSitesOperation>(
+      std::string(kBaseURL), std::nullopt, std::nullopt,
+      [&page](const auto& received, const auto&) { page = received; })
+      ->main();
+  drain();
+  ASSERT_TRUE(page && page->sites.size() == 2);
+  EXPECT_EQ(page->sites[1]->id, 2);
+  EXPECT_EQ(page->pagination, (Pagination{.currentPage = 3, .totalPages = 4}));
+}
+
+TEST(NumberTextTest, IsTheShortestThatReadsBack) {
+  const std::pair<double, const char*> cases[] = {{0, "0.0"},
+                                                  {-0.0, "-0.0"},
+                                                  {-74, "-74.0"},
+                                                  {40.7, "40.7"},
+                                                  {0.1 + 0.2, "0.30000000000000004"},
+                                                  {1e-4, "0.0001"},
+                                                  {1e-5, "1e-05"},
+                                                  {123456789, "123456789.0"},
+                                                  {1e15, "1000000000000000.0"},
+                                                  {1e17, "1e+17"}};
+  for (const auto& [number, text] : cases) EXPECT_EQ(numberText(number), text);
 }
 
 }  // namespace

@@ -32,6 +32,8 @@ TEST_F(RequestBuilderTest, PathsAreAppendedToTheBase) {
        {},
        "http://a.test:80/m/v1/customer/password"},
       {"https://a.test", APIPath::setPassword(), {}, "https://a.test/m/v1/customer/password"},
+      // These two paths have a slash of their own.
+      {"https://a.test/", APIPath::setPassword(), {}, "https://a.test//m/v1/customer/password"},
       {"https://a.test", APIPath::orders(), {}, "https://a.test/m/v1/orders"},
       {"https://a.test", APIPath::events(), {}, "https://a.test/m/v1/events"},
       {"https://a.test", APIPath::order("AB 1"), {}, "https://a.test/m/v1/orders/AB%201"},
