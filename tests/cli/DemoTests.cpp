@@ -11,8 +11,8 @@
 namespace ovinta {
 namespace {
 
-using testing::AllOf;
 using test::CommandResult;
+using testing::AllOf;
 using testing::Contains;
 using testing::HasSubstr;
 
