@@ -9,5 +9,6 @@
 #include "OvintaSDK/core/UserDefaultsKey.h"
 #include "OvintaSDK/customer/CustomerManager.h"
 #include "OvintaSDK/model/Order.h"
+#include "OvintaSDK/model/RecordJSON.h"
 #include "OvintaSDK/orders/OrdersManager.h"
 #include "platform/Services.h"

@@ -29,8 +29,12 @@ OrderPtr WireForm<OrderPtr>::decode(const platform::JSONValue& value) {
 }
 
 void WireForm<OrderPtr>::encode(platform::JSONWriter& writer, const OrderPtr& order) {
-  const OrderDetails& details = *order;
-  encodeRecord<Order>(writer, details, order->progress());
+  encodeOrder(writer, *order);
+}
+
+void encodeOrder(platform::JSONWriter& writer, const Order& order) {
+  const OrderDetails& details = order;
+  encodeRecord<Order>(writer, details, order.progress());
 }
 
 }  // namespace ovinta::wire

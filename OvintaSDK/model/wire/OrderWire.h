@@ -63,4 +63,7 @@ struct WireForm<OrderPtr> {
   static void encode(platform::JSONWriter& writer, const OrderPtr& order);
 };
 
+/// Throws `platform::CodingError`.
+void encodeOrder(platform::JSONWriter& writer, const Order& order);
+
 }  // namespace ovinta::wire

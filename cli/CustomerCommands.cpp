@@ -1,0 +1,143 @@
+#include "cli/Commands.h"
+#include "cli/client/ClientCommands.h"
+#include "cli/client/CustomerOptions.h"
+#include "cli/client/Records.h"
+
+namespace ovinta::cli {
+namespace {
+
+/// Customer operations call back in every case but one, which the service has no reason for.
+constexpr std::string_view kSilence = "the service's answer had no body at all.";
+
+struct Creation {
+  CustomerInfo info;
+  CustomerConsent consent{.termsOfService = true, .ageVerification = true};
+};
+
+struct Account {
+  std::string email;
+  std::string password;
+};
+
+struct PasswordReset {
+  std::string token;
+  std::string password;
+  std::string confirmation;
+};
+
+ExitCode performCustomer(Client& client, const std::function<void(CustomerCallback)>& start) {
+  return client.perform(
+      [&](const Client::Report& report) {
+        start([report](const CustomerPtr& customer, const ErrorPtr& error) {
+          report(customer ? std::optional(valueOf(*customer)) : std::nullopt, error);
+        });
+      },
+      kSilence);
+}
+
+void addAccountOptions(CLI::App& command, Account& account) {
+  command.add_option("--email", account.email, "The account's e-mail address")->required();
+  command.add_option("--password", account.password, "The account's password")->required();
+}
+
+void addDetailCommands(ClientCommands& commands) {
+  commands.add<Creation>(
+      "create", "Create an anonymous customer",
+      [](CLI::App& command, Creation& creation) {
+        addCustomerOptions(command, creation.info);
+        command.add_flag("--terms,!--no-terms", creation.consent.termsOfService,
+                         "Consent to the terms of service (given unless refused)");
+        command.add_flag("--age,!--no-age", creation.consent.ageVerification,
+                         "Consent to the age verification (given unless refused)");
+      },
+      [](Client& client, const Creation& creation) {
+        return performCustomer(client, [&](CustomerCallback callback) {
+          Ovinta::customer().create(creation.info, creation.consent, std::move(callback));
+        });
+      });
+  commands.add<CustomerInfo>("update", "Change the customer's details", addCustomerOptions,
+                             [](Client& client, const CustomerInfo& info) {
+                               return performCustomer(client, [&](CustomerCallback callback) {
+                                 Ovinta::customer().update(info, std::move(callback));
+                               });
+                             });
+  commands.add<NoInput>("show", "Show the customer that is kept", noOptions,
+                        [](Client& client, const NoInput&) {
+                          const CustomerPtr customer = Ovinta::customer().current();
+                          client.print(customer ? valueOf(*customer) : platform::Dictionary{});
+                          return customer ? ExitCode::success : ExitCode::failure;
+                        });
+  commands.add<NoInput>("logout", "Forget the customer", noOptions, [](Client&, const NoInput&) {
+    Ovinta::customer().logout();
+    return ExitCode::success;
+  });
+}
+
+void addAccountCommands(ClientCommands& commands) {
+  commands.add<Account>("login", "Log in by e-mail address and password", addAccountOptions,
+                        [](Client& client, const Account& account) {
+                          return performCustomer(client, [&](CustomerCallback callback) {
+                            Ovinta::customer().login(account.email, account.password,
+                                                     std::move(callback));
+                          });
+                        });
+  commands.add<std::string>(
+      "login-token", "Log in by a customer's token",
+      [](CLI::App& command, std::string& token) {
+        command.add_option("customer-token", token, "The token of an earlier login")->required();
+      },
+      [](Client& client, const std::string& token) {
+        return performCustomer(client, [&](CustomerCallback callback) {
+          Ovinta::customer().loginWithToken(token, std::move(callback));
+        });
+      });
+  commands.add<Account>("sign-up", "Give the customer an e-mail address and a password",
+                        addAccountOptions, [](Client& client, const Account& account) {
+                          return performCustomer(client, [&](CustomerCallback callback) {
+                            Ovinta::customer().signUp(account.email, account.password,
+                                                      std::move(callback));
+                          });
+                        });
+}
+
+void addPasswordCommands(ClientCommands& commands) {
+  commands.add<std::string>(
+      "request-password", "Have a message with a reset token sent",
+      [](CLI::App& command, std::string& email) {
+        command.add_option("--email", email, "The account's e-mail address")->required();
+      },
+      [](Client& client, const std::string& email) {
+        return client.perform(
+            [&](const Client::Report& report) {
+              Ovinta::customer().requestNewPassword(
+                  email, [report](const ErrorPtr& error) { report(std::nullopt, error); });
+            },
+            kSilence);
+      });
+  commands.add<PasswordReset>(
+      "set-password", "Set a new password with a reset token",
+      [](CLI::App& command, PasswordReset& reset) {
+        command.add_option("--reset-token", reset.token, "The token of the message")->required();
+        command.add_option("--password", reset.password, "The new password")->required();
+        command.add_option("--confirmation", reset.confirmation, "The same once more")->required();
+      },
+      [](Client& client, const PasswordReset& reset) {
+        return performCustomer(client, [&](CustomerCallback callback) {
+          Ovinta::customer().setNewPassword(reset.token, reset.password, reset.confirmation,
+                                            std::move(callback));
+        });
+      });
+}
+
+}  // namespace
+
+void addCustomerCommands(CLI::App& app, int& exitCode) {
+  CLI::App* group = app.add_subcommand("customer", "The customer of this device");
+  group->require_subcommand(1);
+  ClientCommands commands(*group, exitCode);
+  addDetailCommands(commands);
+  addAccountCommands(commands);
+  addPasswordCommands(commands);
+}
+
+}  // namespace ovinta::cli

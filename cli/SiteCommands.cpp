@@ -1,0 +1,95 @@
+#include "cli/Commands.h"
+#include "cli/client/ClientCommands.h"
+#include "cli/client/Records.h"
+
+namespace ovinta::cli {
+namespace {
+
+constexpr std::string_view kSilence = "the service's answer had no body at all.";
+
+struct Search {
+  std::optional<std::string> query;
+  std::int64_t page = 1;
+};
+
+struct RegionSearch {
+  platform::CircularRegion region;
+  std::int64_t page = 1;
+  std::optional<std::int64_t> per;
+};
+
+void addQuery(CLI::App& command, Search& search) {
+  command.add_option("query", search.query, "A text that the sites match; all when left out");
+}
+
+/// A callback that reports the sites.
+SitesCallback reporting(const Client::Report& report) {
+  return [report](const std::optional<SiteList>& sites, const ErrorPtr& error) {
+    report(sites ? std::optional(valueOf(*sites)) : std::nullopt, error);
+  };
+}
+
+ExitCode searchPage(Client& client, const Search& search) {
+  return client.perform(
+      [&](const Client::Report& report) {
+        Ovinta::sites().fetch(
+            search.query, search.page,
+            [report](const auto& sites, const auto& pagination, const ErrorPtr& error) {
+              if (!sites || !pagination) return report(std::nullopt, error);
+              report(platform::Dictionary{{"page", pagination->currentPage},
+                                          {"pages", pagination->totalPages},
+                                          {"sites", valueOf(*sites)}},
+                     nullptr);
+            });
+      },
+      kSilence);
+}
+
+ExitCode searchAll(Client& client, const Search& search) {
+  return client.perform(
+      [&](const Client::Report& report) {
+        Ovinta::sites().fetchAll(search.query, reporting(report));
+      },
+      kSilence);
+}
+
+ExitCode searchRegion(Client& client, const RegionSearch& search) {
+  return client.perform(
+      [&](const Client::Report& report) {
+        if (search.per) {
+          Ovinta::sites().fetch(search.region, search.page, *search.per, reporting(report));
+        } else {
+          Ovinta::sites().fetch(search.region, search.page, reporting(report));
+        }
+      },
+      kSilence);
+}
+
+}  // namespace
+
+void addSiteCommands(CLI::App& app, int& exitCode) {
+  CLI::App* group = app.add_subcommand("sites", "The pickup sites that the service knows");
+  group->require_subcommand(1);
+  ClientCommands commands(*group, exitCode);
+  commands.add<Search>(
+      "search", "One page of a text search",
+      [](CLI::App& command, Search& search) {
+        addQuery(command, search);
+        command.add_option("--page", search.page, "Counted from 1")->capture_default_str();
+      },
+      searchPage);
+  commands.add<Search>("all", "All pages of a text search", addQuery, searchAll);
+  commands.add<RegionSearch>(
+      "region", "One page of the sites in a circle",
+      [](CLI::App& command, RegionSearch& search) {
+        auto& [latitude, longitude] = search.region.center;
+        command.add_option("--latitude", latitude, "Degrees")->required();
+        command.add_option("--longitude", longitude, "Degrees")->required();
+        command.add_option("--radius", search.region.radius, "Metres")->required();
+        command.add_option("--page", search.page, "Counted from 1")->capture_default_str();
+        command.add_option("--per", search.per, "Sites to a page");
+      },
+      searchRegion);
+}
+
+}  // namespace ovinta::cli

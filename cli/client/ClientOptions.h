@@ -1,0 +1,30 @@
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+
+namespace CLI {
+class App;
+}
+
+namespace ovinta::cli {
+
+/// What every command that works as a client of the service understands.
+struct ClientOptions {
+  /// Kept in the data directory for later calls.
+  std::optional<std::string> baseURL = {};
+  std::string token = "ovinta-command";
+  std::string appVersion = "1.0";
+  /// Absent: the one that applications have by default.
+  std::optional<std::filesystem::path> dataDirectory = {};
+  /// One JSON document per result instead of text for people.
+  bool json = false;
+  /// Shows the library's log on standard error.
+  bool verbose = false;
+};
+
+/// Adds the options; `options` must outlive the parsing.
+void addClientOptions(CLI::App& command, ClientOptions& options);
+
+}  // namespace ovinta::cli
