@@ -33,7 +33,7 @@ void addDemoCommand(CLI::App& app, int& exitCode) {
           "--pace",
           [options](double seconds) { options->pace = std::chrono::duration<double>(seconds); },
           "Seconds that the trip takes on the wall clock (20); 0: as fast as it goes")
-      ->check(CLI::NonNegativeNumber);
+      ->check(CLI::Range(0.0, 86400.0));
   command->add_flag("--json", options->json, "Print one JSON object per line");
   command->add_option("--base-url", options->baseURL,
                       "Use the service that runs there, not a sandbox of its own");

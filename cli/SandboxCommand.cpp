@@ -42,6 +42,9 @@ void addSandboxCommand(CLI::App& app, int& exitCode) {
       ->capture_default_str();
   command->add_option("--seed", options->seed, "Tokens and redemption codes follow from it")
       ->capture_default_str();
+  command->add_option("--app-token", options->appToken, "Refuse apps with another token");
+  command->add_option("--minimum-app-version", options->minimumAppVersion,
+                      "Tell apps that are older to upgrade");
   command->callback([options, &exitCode] { exitCode = runSandbox(*options); });
 }
 

@@ -177,6 +177,9 @@ Demo::Failure Demo::readStore() {
   if (const auto* error = std::get_if<std::string>(&stored)) return *error;
   const auto& orders = std::get<std::vector<StoredOrder>>(stored);
   const bool isKept = orders.size() == 1 && orders.front().id == order_->id &&
+                      orders.front().partnerIdentifier == order_->partnerIdentifier &&
+                      orders.front().siteId == order_->siteID &&
+                      orders.front().state == rawValue(OrderState::ready) &&
                       orders.front().customerState == rawValue(CustomerState::completed);
   if (!isKept) return "the store does not hold the order as it was fetched";
   return std::nullopt;

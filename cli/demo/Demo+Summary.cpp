@@ -14,10 +14,17 @@ platform::Dictionary dictionary(const StoredOrder& order) {
           {"customerState", order.customerState}};
 }
 
+/// The state kept as a raw value, in the service's word.
+template <class State>
+std::string wireString(std::int64_t rawValue) {
+  const auto state = stateFromRawValue<State>(rawValue);
+  return state ? std::string(stateRow(*state).wireString) : std::to_string(rawValue);
+}
+
 std::string line(const StoredOrder& order) {
   return "  order " + std::to_string(order.id) + " (" + order.partnerIdentifier + ") at site " +
-         std::to_string(order.siteId) + ", state " + std::to_string(order.state) +
-         ", customer state " + std::to_string(order.customerState) + "\n";
+         std::to_string(order.siteId) + ", " + wireString<OrderState>(order.state) + ", customer " +
+         wireString<CustomerState>(order.customerState) + "\n";
 }
 
 }  // namespace
@@ -42,6 +49,8 @@ void Demo::summarize(bool succeeded) {
       text += line(order);
       orders.emplace_back(dictionary(order));
     }
+  } else {
+    text += "  " + std::get<std::string>(stored) + "\n";
   }
   text += succeeded ? "Every expected step was seen.\n" : "The demonstration failed.\n";
   timeline_.summarize(text, {{"requests", requests},

@@ -3,6 +3,15 @@
 #include <algorithm>
 
 namespace ovinta::cli {
+namespace {
+
+/// The path with a redemption code replaced by a word for it.
+std::string endpointOf(const std::string& path) {
+  constexpr std::string_view kOrder = "m/v1/orders/";
+  return path.starts_with(kOrder) ? std::string(kOrder) + "<code>" : path;
+}
+
+}  // namespace
 
 void ExchangeLog::add(Exchange exchange) {
   const std::scoped_lock lock(mutex_);
@@ -25,7 +34,7 @@ std::map<std::string, std::int64_t> ExchangeLog::counts() const {
   const std::scoped_lock lock(mutex_);
   std::map<std::string, std::int64_t> counts;
   for (const Exchange& exchange : exchanges_) {
-    std::string kind = exchange.method + " " + exchange.path;
+    std::string kind = exchange.method + " " + endpointOf(exchange.path);
     if (!exchange.eventType.empty()) kind += " " + exchange.eventType;
     ++counts[kind];
   }

@@ -37,7 +37,7 @@ void Timeline::add(std::string_view kind, std::string_view text, platform::Dicti
   const auto& [distance, accuracy] = situation_;
   const std::string metres = distance ? std::to_string(std::lround(*distance)) + " m" : "";
   std::cout << "  " << clockText("%H:%M:%S") << std::right << std::setw(9) << metres << "  "
-            << std::left << std::setw(25) << accuracy << std::setw(10) << kind << text << std::endl;
+            << std::left << std::setw(28) << accuracy << std::setw(10) << kind << text << std::endl;
 }
 
 void Timeline::printObject(std::string_view kind, std::string_view text,

@@ -19,6 +19,9 @@
 namespace ovinta::test {
 namespace {
 
+/// The class that the error was made of.
+const std::type_info& typeOf(const OvintaError& error) { return typeid(error); }
+
 using platform::HTTPResponse;
 using platform::TransportError;
 using ::testing::AllOf;
@@ -99,7 +102,7 @@ TEST_P(OperationTest, ReportsFailures) {
     const auto& [hasResult, error] = reports[0];
     EXPECT_FALSE(hasResult);
     ASSERT_TRUE(error);
-    EXPECT_EQ(typeid(*error), type);
+    EXPECT_EQ(typeOf(*error), type);
     EXPECT_EQ(error->errorDescription(), description);
     EXPECT_EQ(error->title(), GetParam().title);
   }
@@ -112,7 +115,7 @@ TEST_P(OperationTest, ReportsAnswersThatCannotBeRead) {
     ASSERT_EQ(reports.size(), 1U) << text;
     EXPECT_FALSE(reports[0].hasResult) << text;
     ASSERT_TRUE(reports[0].error) << text;
-    EXPECT_EQ(typeid(*reports[0].error), typeid(OvintaErrorInvalidResponse)) << text;
+    EXPECT_EQ(typeOf(*reports[0].error), typeid(OvintaErrorInvalidResponse)) << text;
     EXPECT_EQ(reports[0].error->errorDescription(), "invalid response");
     EXPECT_EQ(reports[0].error->title(), GetParam().title);
   }
@@ -132,7 +135,7 @@ TEST_P(OperationTest, RefusesABadBaseURLWithoutTraffic) {
     ASSERT_EQ(reports.size(), 1U);
     EXPECT_FALSE(reports[0].hasResult);
     ASSERT_TRUE(reports[0].error);
-    EXPECT_EQ(typeid(*reports[0].error), typeid(OvintaErrorInvalidURL));
+    EXPECT_EQ(typeOf(*reports[0].error), typeid(OvintaErrorInvalidURL));
     EXPECT_EQ(reports[0].error->errorDescription(), "invalid URL");
     EXPECT_EQ(reports[0].error->title(), GetParam().title);
     GetParam().make(base, nullptr)->main();
@@ -228,7 +231,9 @@ TEST_F(SingleOperationTest, TheConfigurationIsWhateverTheServiceSends) {
       {"{}", {}},
       {R"([{"data":{}}])", {}},
   };
-  for (const auto& [text, configuration] : cases) {
+  for (const auto& entry : cases) {
+    const auto& text = entry.first;
+    const auto& configuration = entry.second;
     answer("GET", "m/v1/app", Answer::json(200, text));
     int reports = 0;
     const auto check = [&](const std::optional<Dictionary>& received, const ErrorPtr& error) {

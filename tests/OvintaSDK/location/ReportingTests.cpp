@@ -57,7 +57,8 @@ void PrintTo(const Pace& pace, std::ostream* out) {
 class ReportingPace : public Reporting, public testing::WithParamInterface<Pace> {};
 
 TEST_P(ReportingPace, WaitsTwoSecondsAfterADeliveryAndMoreThanTwoAfterASend) {
-  const auto& [deliveries, sends] = GetParam();
+  const auto& deliveries = GetParam().deliveries;
+  const auto& sends = GetParam().sends;
   startTracking();
   EXPECT_EQ(sendTimes(8s,
                       [this, &deliveries](int now) {
