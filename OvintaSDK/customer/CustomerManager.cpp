@@ -72,7 +72,7 @@ void CustomerManager::loginWithToken(std::string token, CustomerCallback callbac
   send<GetCustomerOperation>(keeping(std::move(callback)), std::move(token));
 }
 
-void CustomerManager::signUp(std::string emailAddress, std::string password,
+void CustomerManager::signUp(std::string emailAddress, const std::string& password,
                              CustomerCallback callback) {
   sendFor<SignUpOperation>(current(), keeping(std::move(callback)),
                            SignUpInfo{.emailAddress = std::move(emailAddress),

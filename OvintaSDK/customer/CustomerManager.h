@@ -56,7 +56,8 @@ class OVINTA_EXPORT CustomerManager {
   void loginWithToken(std::string token, CustomerCallback callback = {});
 
   /// Gives the current customer's account an e-mail address and a password. Errors as `update`.
-  void signUp(std::string emailAddress, std::string password, CustomerCallback callback = {});
+  void signUp(std::string emailAddress, const std::string& password,
+              CustomerCallback callback = {});
 
   /// Has a message with a reset token sent. The error, or null, is reported. Errors as `login`.
   void requestNewPassword(std::string emailAddress, ErrorCallback callback = {});

@@ -15,7 +15,7 @@ using OptionalText = std::optional<std::string>;
 struct DefaultsKeyPath {
   UserDefaultsKey key;
   OptionalText (*get)(const CustomerInfo&);
-  void (*set)(CustomerInfo&, std::string);
+  void (*set)(CustomerInfo&, const std::string&);
   /// Without it no customer is loaded.
   bool isRequired;
 };
@@ -23,7 +23,7 @@ struct DefaultsKeyPath {
 template <auto kField>
 DefaultsKeyPath path(UserDefaultsKey key, bool isRequired) {
   return {key, [](const CustomerInfo& info) { return OptionalText(info.*kField); },
-          [](CustomerInfo& info, std::string text) { info.*kField = std::move(text); }, isRequired};
+          [](CustomerInfo& info, const std::string& text) { info.*kField = text; }, isRequired};
 }
 
 const std::array<DefaultsKeyPath, 5>& defaultsKeyPaths() {
@@ -44,7 +44,7 @@ CustomerPtr loadStoredCustomer() {
     if (!path.isRequired) continue;
     auto text = path.key.stringValue();
     if (!text) return nullptr;
-    path.set(customer.info, *std::move(text));
+    path.set(customer.info, *text);
   }
   auto token = UserDefaultsKey::customerToken.stringValue();
   if (!token) return nullptr;

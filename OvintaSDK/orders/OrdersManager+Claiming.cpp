@@ -46,7 +46,7 @@ void OrdersManager::fetchWithRedemptionCode(const std::string& redemptionCode,
 void OrdersManager::claimWithRedemptionCode(const std::string& redemptionCode,
                                             const CustomerInfo& customerInfo,
                                             std::optional<std::string> pickupType,
-                                            OrderCallback callback) {
+                                            const OrderCallback& callback) {
   const auto apiURL = UserDefaultsKey::apiBase.stringValue();
   if (!apiURL) return refuse(callback, recordRefusal(OrdersManagerErrorType::loadingApiUrl));
   logClaim(redemptionCode);
@@ -60,14 +60,14 @@ void OrdersManager::claimWithRedemptionCode(const std::string& redemptionCode,
 
 void OrdersManager::claimWithRedemptionCode(const std::string& redemptionCode,
                                             const CustomerInfo& customerInfo,
-                                            OrderCallback callback) {
-  claimWithRedemptionCode(redemptionCode, customerInfo, std::nullopt, std::move(callback));
+                                            const OrderCallback& callback) {
+  claimWithRedemptionCode(redemptionCode, customerInfo, std::nullopt, callback);
 }
 
 void OrdersManager::claimWithRedemptionCode(const std::string& redemptionCode,
                                             const ClaimOrderInfo& claimOrderInfo,
                                             const std::optional<CustomerConsent>& customerConsent,
-                                            OrderCallback callback) {
+                                            const OrderCallback& callback) {
   const auto apiURL = UserDefaultsKey::apiBase.stringValue();
   if (!apiURL) return refuse(callback, logRefusal(OrdersManagerErrorType::loadingApiUrl));
   logClaim(redemptionCode);
