@@ -27,8 +27,8 @@ class OVINTA_EXPORT Ovinta {
 
   /// Starts the library. Call it once, early. The option "token", a text, is the application's API
   /// token; one that is absent or no text leaves an earlier token in force, other options are
-  /// ignored. Called again, it only replaces the token. The second half runs on the main thread:
-  /// a caller on another one blocks until the main queue has run it.
+  /// ignored. Called again, it replaces the token and keeps the rest. The second half runs on the
+  /// main thread: a caller on another one blocks until the main queue has run it.
   static void configure(const platform::Dictionary& options);
 
   /// The managers; the same objects for the life of the process.

@@ -25,6 +25,7 @@ using ErrorCallback = std::function<void(ErrorPtr)>;
 /// callback, which may be empty and must not throw, is called exactly once: on the network's
 /// callback thread when the service was asked, on a thread of the API queue when the base URL is
 /// none, inside the call when the request was refused before.
+/// The object must outlive the requests that it has started.
 class OVINTA_EXPORT CustomerManager {
  public:
   /// Loads `current` from the settings store.

@@ -74,6 +74,10 @@ void LocationUpdater::sendLocationUpdate() {
 }
 
 void LocationUpdater::didChangeAuthorizationStatus(platform::AuthorizationStatus status) {
+  handleAuthorizationChange(status);
+}
+
+void LocationUpdater::handleAuthorizationChange(platform::AuthorizationStatus status) {
   postNotification(SDKNotification::locationAuthorizationChanged);
   authorized_ = platform::isAuthorized(status);
   if (!platform::isAuthorized(status)) {

@@ -47,6 +47,7 @@ class LocationUpdater final : public platform::LocationManagerDelegate {
   void sendLocationUpdate();
   void adjustAccuracy();
   std::optional<double> nearestSiteDistance(const platform::Location& location) const;
+  void handleAuthorizationChange(platform::AuthorizationStatus status);
   void reportPermission(platform::AuthorizationStatus status);
 
   std::unique_ptr<platform::LocationManager> manager_;

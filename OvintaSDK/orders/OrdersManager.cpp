@@ -14,6 +14,7 @@
 namespace ovinta {
 
 void OrdersManager::setAll(std::optional<OrderList> orders) {
+  const std::scoped_lock lock(settingAll_);
   all_.set(orders);
   if (!orders) return;
   OvintaState::current().storeQueue().addOperation(std::make_shared<SyncOrdersOperation>(

@@ -41,6 +41,7 @@ struct LastFetch {
 /// thread of the API queue when the base URL is none, inside the call when the request was refused
 /// before. Each field is safe by itself; nothing is promised across fields: while a fetch
 /// completes, `all` may be new and `open` still the old list.
+/// The object must outlive the requests that it has started.
 class OVINTA_EXPORT OrdersManager {
  public:
   OrdersManager() = default;
@@ -163,6 +164,8 @@ class OVINTA_EXPORT OrdersManager {
 
   /// Whether a fetch is in flight.
   std::atomic<bool> fetchingOrders_ = false;
+  /// Has the store written in the order in which `all` was set.
+  std::mutex settingAll_;
   /// Has whoever rebuilds `open` last do so from the latest `all`.
   std::mutex rebuildingOpen_;
   Guarded<std::optional<OrderList>> all_;

@@ -20,6 +20,7 @@ namespace ovinta {
 /// across restarts. All methods may be called from any thread and return at once; callbacks run
 /// inside the call when the request is refused at once, otherwise on the thread on which the
 /// notification centre or the network answers.
+/// The object must outlive the requests that it has started.
 class OVINTA_EXPORT NotifyManager {
  public:
   /// The key in a notification's user info that marks the library's own, and its value there.

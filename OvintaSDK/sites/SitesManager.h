@@ -27,6 +27,7 @@ using SitesPageCallback =
 /// is called exactly once: on the network's callback thread when the service was asked, on a thread
 /// of the API queue when the base URL is none, inside the call when the request was refused before.
 /// Errors: `SitesManagerError` of type `loadingApiUrl`; those of the service.
+/// The object must outlive the requests that it has started.
 class OVINTA_EXPORT SitesManager {
  public:
   SitesManager() = default;

@@ -230,16 +230,19 @@ TEST_F(SingleOperationTest, TheConfigurationIsWhateverTheServiceSends) {
       {R"({"data":null})", {}},
       {"{}", {}},
       {R"([{"data":{}}])", {}},
+      {"5", {}},
+      {"null", {}},
   };
   for (const auto& entry : cases) {
     const auto& text = entry.first;
     const auto& configuration = entry.second;
+    const bool isBareValue = text[0] != '{' && text[0] != '[';
     answer("GET", "m/v1/app", Answer::json(200, text));
     int reports = 0;
     const auto check = [&](const std::optional<Dictionary>& received, const ErrorPtr& error) {
       ++reports;
       EXPECT_EQ(received, configuration) << text;
-      EXPECT_EQ(error, nullptr) << text;
+      EXPECT_EQ(error != nullptr, isBareValue) << text;
     };
     std::make_shared<GetAppInfoOperation>(std::string(kBaseURL), check)->main();
     drain();
