@@ -1,27 +1,29 @@
 #pragma once
 
-#include <string_view>
-
-#include "OvintaSDK/api/OvintaError.h"
+#include "OvintaSDK/api/ManagerError.h"
 #include "platform/Export.h"
 
 namespace ovinta {
 
-enum class CustomerManagerErrorType { loadingApiUrl, loadingCustomer, missingCustomerConsent };
-
-/// The message of errors of that type.
-OVINTA_EXPORT std::string_view rawValue(CustomerManagerErrorType type);
-
-/// The customer manager, or the orders manager on its behalf, refused a request before sending it.
-class OVINTA_EXPORT CustomerManagerError : public OvintaError {
- public:
-  explicit CustomerManagerError(CustomerManagerErrorType type);
-  ~CustomerManagerError() override;
-
-  CustomerManagerErrorType type() const { return type_; }
-
- private:
-  CustomerManagerErrorType type_;
+enum class OVINTA_EXPORT CustomerManagerErrorType {
+  loadingApiUrl,
+  loadingCustomer,
+  missingCustomerConsent
 };
+
+template <>
+struct ManagerErrorTable<CustomerManagerErrorType> {
+  static constexpr std::string_view kContext = "CustomerManager";
+  static constexpr ManagerErrorRow<CustomerManagerErrorType> kRows[] = {
+      {CustomerManagerErrorType::loadingApiUrl, "Could not load API url"},
+      {CustomerManagerErrorType::loadingCustomer, "Could not load customer"},
+      {CustomerManagerErrorType::missingCustomerConsent, "Missing customer consent"},
+  };
+};
+
+/// The customer manager, or the orders manager on its behalf, refused a request.
+using CustomerManagerError = ManagerError<CustomerManagerErrorType>;
+
+extern template class ManagerError<CustomerManagerErrorType>;
 
 }  // namespace ovinta

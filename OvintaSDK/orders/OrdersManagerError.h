@@ -1,27 +1,25 @@
 #pragma once
 
-#include <string_view>
-
-#include "OvintaSDK/api/OvintaError.h"
+#include "OvintaSDK/api/ManagerError.h"
 #include "platform/Export.h"
 
 namespace ovinta {
 
-enum class OrdersManagerErrorType { loadingCustomer, loadingApiUrl, alreadyFetching };
+enum class OVINTA_EXPORT OrdersManagerErrorType { loadingCustomer, loadingApiUrl, alreadyFetching };
 
-/// The message of errors of that type.
-OVINTA_EXPORT std::string_view rawValue(OrdersManagerErrorType type);
-
-/// The orders manager refused a request before sending it.
-class OVINTA_EXPORT OrdersManagerError : public OvintaError {
- public:
-  explicit OrdersManagerError(OrdersManagerErrorType type);
-  ~OrdersManagerError() override;
-
-  OrdersManagerErrorType type() const { return type_; }
-
- private:
-  OrdersManagerErrorType type_;
+template <>
+struct ManagerErrorTable<OrdersManagerErrorType> {
+  static constexpr std::string_view kContext = "OrdersManager";
+  static constexpr ManagerErrorRow<OrdersManagerErrorType> kRows[] = {
+      {OrdersManagerErrorType::loadingCustomer, "Could not load customer"},
+      {OrdersManagerErrorType::loadingApiUrl, "Could not load API url"},
+      {OrdersManagerErrorType::alreadyFetching, "Already fetching orders"},
+  };
 };
+
+/// The orders manager refused a request.
+using OrdersManagerError = ManagerError<OrdersManagerErrorType>;
+
+extern template class ManagerError<OrdersManagerErrorType>;
 
 }  // namespace ovinta

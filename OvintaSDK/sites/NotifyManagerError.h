@@ -1,29 +1,28 @@
 #pragma once
 
-#include <string_view>
-
-#include "OvintaSDK/api/OvintaError.h"
+#include "OvintaSDK/api/ManagerError.h"
 #include "platform/Export.h"
 
 namespace ovinta {
 
-enum class NotifyManagerErrorType { noLocationPermission, reachedTheMaxNumberOfSites };
+enum class OVINTA_EXPORT NotifyManagerErrorType {
+  noLocationPermission,
+  reachedTheMaxNumberOfSites
+};
 
-/// The message of errors of that type.
-OVINTA_EXPORT std::string_view rawValue(NotifyManagerErrorType type);
+template <>
+struct ManagerErrorTable<NotifyManagerErrorType> {
+  static constexpr std::string_view kContext = "";
+  static constexpr ManagerErrorRow<NotifyManagerErrorType> kRows[] = {
+      {NotifyManagerErrorType::noLocationPermission, "Location permission is missing"},
+      {NotifyManagerErrorType::reachedTheMaxNumberOfSites, "Site limit exceeded",
+       "Too many sites. No more than allowed."},
+  };
+};
 
 /// The notify manager refused to arm notifications.
-class OVINTA_EXPORT NotifyManagerError : public OvintaError {
- public:
-  explicit NotifyManagerError(NotifyManagerErrorType type);
-  ~NotifyManagerError() override;
+using NotifyManagerError = ManagerError<NotifyManagerErrorType>;
 
-  NotifyManagerErrorType type() const { return type_; }
-  /// More words on what happened; empty when there are none.
-  std::string_view detail() const;
-
- private:
-  NotifyManagerErrorType type_;
-};
+extern template class ManagerError<NotifyManagerErrorType>;
 
 }  // namespace ovinta

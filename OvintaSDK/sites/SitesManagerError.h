@@ -1,27 +1,23 @@
 #pragma once
 
-#include <string_view>
-
-#include "OvintaSDK/api/OvintaError.h"
+#include "OvintaSDK/api/ManagerError.h"
 #include "platform/Export.h"
 
 namespace ovinta {
 
-enum class SitesManagerErrorType { loadingApiUrl };
+enum class OVINTA_EXPORT SitesManagerErrorType { loadingApiUrl };
 
-/// The message of errors of that type.
-OVINTA_EXPORT std::string_view rawValue(SitesManagerErrorType type);
-
-/// The sites manager refused a request before sending it.
-class OVINTA_EXPORT SitesManagerError : public OvintaError {
- public:
-  explicit SitesManagerError(SitesManagerErrorType type);
-  ~SitesManagerError() override;
-
-  SitesManagerErrorType type() const { return type_; }
-
- private:
-  SitesManagerErrorType type_;
+template <>
+struct ManagerErrorTable<SitesManagerErrorType> {
+  static constexpr std::string_view kContext = "SitesManager";
+  static constexpr ManagerErrorRow<SitesManagerErrorType> kRows[] = {
+      {SitesManagerErrorType::loadingApiUrl, "Could not load API url"},
+  };
 };
+
+/// The sites manager refused a request.
+using SitesManagerError = ManagerError<SitesManagerErrorType>;
+
+extern template class ManagerError<SitesManagerErrorType>;
 
 }  // namespace ovinta

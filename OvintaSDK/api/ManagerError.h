@@ -1,0 +1,63 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "OvintaSDK/api/OvintaError.h"
+#include "platform/Export.h"
+#include "platform/FatalError.h"
+
+namespace ovinta {
+
+/// One reason for which a manager refuses a request.
+template <class Type>
+struct ManagerErrorRow {
+  Type type;
+  std::string_view message;
+  /// More words on what happened; empty when there are none.
+  std::string_view detail = {};
+};
+
+/// What a manager refuses: the reasons as `kRows`, and as `kContext` the name of the type that the
+/// titles of its errors name, empty for none.
+template <class Type>
+struct ManagerErrorTable;
+
+/// The row of the type. A value that is none of the enumeration's cases ends the process.
+template <class Type>
+const ManagerErrorRow<Type>& managerErrorRow(Type type) {
+  for (const ManagerErrorRow<Type>& row : ManagerErrorTable<Type>::kRows) {
+    if (row.type == type) return row;
+  }
+  platform::fatalError("unexpected enumeration case");
+}
+
+/// The message of errors of that type.
+template <class Type>
+requires requires { ManagerErrorTable<Type>::kRows; }
+std::string_view rawValue(Type type) { return managerErrorRow(type).message; }
+
+/// A manager refused a request before sending it, for the reason that `type` tells.
+template <class Type>
+class OVINTA_EXPORT ManagerError : public OvintaError {
+ public:
+  explicit ManagerError(Type type)
+      : OvintaError(std::string(rawValue(type)), subjectOf(managerErrorRow(type).detail)),
+        type_(type) {}
+
+  Type type() const { return type_; }
+  /// More words on what happened; empty when there are none.
+  std::string_view detail() const { return managerErrorRow(type_).detail; }
+
+ private:
+  /// A detail, which is a text, takes the manager's place in the title.
+  static ErrorSubject subjectOf(std::string_view detail) {
+    constexpr std::string_view kContext = ManagerErrorTable<Type>::kContext;
+    if (!detail.empty()) return ErrorSubject::ofType("String");
+    return kContext.empty() ? ErrorSubject() : ErrorSubject::ofType(kContext);
+  }
+
+  Type type_;
+};
+
+}  // namespace ovinta
