@@ -28,7 +28,6 @@ namespace ovinta {
 namespace {
 
 using namespace std::chrono_literals;
-using platform::Dictionary;
 using platform::simulation::RecordingLog;
 using platform::simulation::SimulatedLocation;
 using platform::simulation::VirtualTime;

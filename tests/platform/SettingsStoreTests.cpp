@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "platform/linux/SQLiteSettingsStore.h"
+#include "platform/simulation/RecordingLog.h"
 #include "platform/standard/Standard.h"
-#include "tests/support/RecordingLog.h"
 #include "tests/support/TemporaryDirectory.h"
 
 namespace ovinta::platform {
@@ -70,12 +70,13 @@ INSTANTIATE_TEST_SUITE_P(
                                    [](const auto& directory) {
                                      return std::make_shared<linux::SQLiteSettingsStore>(
                                          directory / "Settings.sqlite",
-                                         std::make_shared<test::RecordingLog>());
+                                         std::make_shared<simulation::RecordingLog>());
                                    }},
                     Implementation{"SQLiteWithoutFile",
                                    [](const auto&) {
                                      return std::make_shared<linux::SQLiteSettingsStore>(
-                                         std::nullopt, std::make_shared<test::RecordingLog>());
+                                         std::nullopt,
+                                         std::make_shared<simulation::RecordingLog>());
                                    }}),
     [](const auto& tested) { return tested.param.name; });
 

@@ -91,17 +91,6 @@ TEST_F(OvintaTest, ConfigureHasTheMainThreadMakeTheUpdater) {
   EXPECT_EQ(locationServices->madeElsewhere, 0);
 }
 
-TEST_F(OvintaTest, ManagersAreMadeOnceForAllThreads) {
-  std::array<std::pair<OrdersManager*, CustomerManager*>, 8> seen{};
-  std::vector<std::thread> threads;
-  for (auto& entry : seen) {
-    threads.emplace_back([&entry] { entry = {&Ovinta::orders(), &Ovinta::customer()}; });
-  }
-  for (auto& thread : threads) thread.join();
-  const std::pair expected(&Ovinta::orders(), &Ovinta::customer());
-  for (const auto& entry : seen) EXPECT_EQ(entry, expected);
-}
-
 TEST_F(OvintaTest, VersionsAreReadOnce) {
   EXPECT_EQ(Ovinta::sdkVersion(), "9.4.8");
   EXPECT_EQ(OvintaState::current().appVersion(), "1.2.3");
@@ -163,25 +152,6 @@ TEST_F(OvintaTest, PushTokensTakeTheServicesForm) {
   EXPECT_EQ(Ovinta::pushToken(), "As It Is");
   Ovinta::setPushToken(std::nullopt);
   EXPECT_EQ(Ovinta::pushToken(), std::nullopt);
-}
-
-TEST_F(OvintaTest, RemoteNotificationsReachTheOrders) {
-  signIn();
-  fetchOrders({requiredOrder(7)});
-  Ovinta::handleRemoteNotification({{"order_id", "7"}, {"order_state", "ready"}});
-  EXPECT_EQ(Ovinta::orders().all()->front()->state(), OrderState::ready);
-}
-
-TEST_F(OvintaTest, LocationUpdatesStopOnDemandAndStartAgainWithOpenOrders) {
-  Ovinta::stopLocationUpdates();  // There is nothing to stop yet.
-  Ovinta::configure({});
-  signIn();
-  fetchOrders({requiredOrder()});
-  EXPECT_TRUE(location->isUpdating());
-  Ovinta::stopLocationUpdates();
-  EXPECT_FALSE(location->isUpdating());
-  fetchOrders({requiredOrder()});
-  EXPECT_TRUE(location->isUpdating());
 }
 
 }  // namespace

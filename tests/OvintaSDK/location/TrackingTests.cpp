@@ -1,5 +1,6 @@
 // When the user is followed, how closely, and which beacon regions are watched.
 #include <thread>
+#include <tuple>
 
 #include "OvintaSDK/core/UserDefaultsKey.h"
 #include "tests/OvintaSDK/location/LocationFixture.h"
@@ -139,35 +140,21 @@ TEST_F(Tracking, WatchesTheBeaconRegionsOfAllOpenOrders) {
 }
 
 TEST_F(Tracking, AdaptsToTheDistanceAndTheBattery) {
-  struct Row {
-    double metres;
-    LocationAccuracy accuracy;
-    ActivityType activity;
-    double filterCharging, filterOtherwise;
-  };
-  const Row rows[] = {
-      {5000, LocationAccuracy::best, ActivityType::automotiveNavigation, 200, 400},
-      {1000, LocationAccuracy::best, ActivityType::automotiveNavigation, 100, 200},
-      {400, LocationAccuracy::bestForNavigation, ActivityType::otherNavigation, 15, 30},
-      {0, LocationAccuracy::bestForNavigation, ActivityType::otherNavigation, 3, 3},
-  };
   start();
-  fetchOrders({orderAtZero()});
-  double offset = 0;
-  for (const Row& row : rows) {
-    for (const auto battery : {BatteryState::unplugged, BatteryState::charging}) {
-      device->setBatteryState(battery);
-      // Some 5 m further every time, but for the filter, which nothing passes within itself.
-      Ovinta::stopLocationUpdates();
-      fetchOrders({orderAtZero()});
-      location->deliver(at(row.metres + (offset += 5)));
-      advance(3s);
-      EXPECT_EQ(location->desiredAccuracy(), row.accuracy) << row.metres;
-      EXPECT_EQ(location->activityType(), row.activity) << row.metres;
-      EXPECT_EQ(location->distanceFilter(),
-                battery == BatteryState::charging ? row.filterCharging : row.filterOtherwise)
-          << row.metres;
-    }
+  const std::tuple<double, BatteryState, double> rows[] = {{5000, BatteryState::unplugged, 400},
+                                                           {5500, BatteryState::charging, 200},
+                                                           {400, BatteryState::unplugged, 30}};
+  for (const auto& [metres, battery, filter] : rows) {
+    device->setBatteryState(battery);
+    Ovinta::stopLocationUpdates();
+    fetchOrders({orderAtZero()});
+    location->deliver(at(metres));
+    advance(3s);
+    EXPECT_EQ(location->distanceFilter(), filter) << metres;
+    EXPECT_EQ(location->desiredAccuracy(),
+              metres > 500 ? LocationAccuracy::best : LocationAccuracy::bestForNavigation);
+    EXPECT_EQ(location->activityType(),
+              metres > 500 ? ActivityType::automotiveNavigation : ActivityType::otherNavigation);
   }
 }
 

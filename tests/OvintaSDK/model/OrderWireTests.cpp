@@ -9,6 +9,7 @@
 namespace ovinta::test {
 namespace {
 
+using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::Not;
 using ::testing::StartsWith;
@@ -28,39 +29,41 @@ TEST_F(OrderWireTest, EveryKeyHasItsMember) {
   EXPECT_EQ(order->state(), OrderState::ready);
   EXPECT_EQ(order->customerState(), CustomerState::enRoute);
 
-  const std::pair<std::optional<std::string>, const char*> texts[] = {
-      {order->customerRating(), "5"},
-      {order->customerComment(), "Fast"},
-      {order->partnerIdentifier, "P-7"},
-      {order->redemptionCode, "CODE7"},
-      {order->displayName, "Seven"},
-      {order->pickupType(), "curbside"},
-      {order->siteName, "name"},
-      {order->sitePhone, "phone"},
-      {order->siteStreetAddress, "street"},
-      {order->siteFullAddress, "full"},
-      {order->siteLocality, "locality"},
-      {order->siteRegion, "region"},
-      {order->siteCountry, "country"},
-      {order->sitePostalCode, "postal code"},
-      {order->siteLongitude, "-74.0"},
-      {order->siteLatitude, "40.7"},
-      {order->siteInstructions, "instructions"},
-      {order->siteDescription, "description"},
-      {order->siteCoverPhotoURL, "photo"},
-      {order->sitePartnerIdentifier, "site partner"},
-      {order->projectAccentColor, "accent"},
-      {order->projectAccentTextColor, "accent text"},
-      {order->projectLogoURL, "logo"},
-      {order->curbsideLocalizedString, "curb"},
-      {order->pickupLocalizedString, "pickup"},
-      {order->customerName, "Ann"},
-      {order->customerCarType, "Van"},
-      {order->customerCarColor, "Red"},
-      {order->customerLicensePlate, "ABC 123"},
-      {order->pushToken(), "token"},
-  };
-  for (const auto& [member, text] : texts) EXPECT_EQ(member, text);
+  const std::vector<std::optional<std::string>> texts{order->customerRating(),
+                                                      order->customerComment(),
+                                                      order->partnerIdentifier,
+                                                      order->redemptionCode,
+                                                      order->displayName,
+                                                      order->pickupType(),
+                                                      order->siteName,
+                                                      order->sitePhone,
+                                                      order->siteStreetAddress,
+                                                      order->siteFullAddress,
+                                                      order->siteLocality,
+                                                      order->siteRegion,
+                                                      order->siteCountry,
+                                                      order->sitePostalCode,
+                                                      order->siteLongitude,
+                                                      order->siteLatitude,
+                                                      order->siteInstructions,
+                                                      order->siteDescription,
+                                                      order->siteCoverPhotoURL,
+                                                      order->sitePartnerIdentifier,
+                                                      order->projectAccentColor,
+                                                      order->projectAccentTextColor,
+                                                      order->projectLogoURL,
+                                                      order->curbsideLocalizedString,
+                                                      order->pickupLocalizedString,
+                                                      order->customerName,
+                                                      order->customerCarType,
+                                                      order->customerCarColor,
+                                                      order->customerLicensePlate,
+                                                      order->pushToken()};
+  EXPECT_THAT(texts, ElementsAre("5", "Fast", "P-7", "CODE7", "Seven", "curbside", "name", "phone",
+                                 "street", "full", "locality", "region", "country", "postal code",
+                                 "-74.0", "40.7", "instructions", "description", "photo",
+                                 "site partner", "accent", "accent text", "logo", "curb", "pickup",
+                                 "Ann", "Van", "Red", "ABC 123", "token"));
 
   const Date eight = kStart - minutes(30);
   EXPECT_EQ(order->redeemedAt, eight);

@@ -49,12 +49,6 @@ TEST_F(RequestWireTest, ClaimingAnOrderAlwaysTellsThePushToken) {
   EXPECT_EQ(encoded(decoded<ClaimOrderInfo>("{}")), R"({"push_token":null})");
 }
 
-TEST_F(RequestWireTest, UpdatingAnOrder) {
-  EXPECT_EQ(encoded(UpdateOrderInfo{.pushToken = "token"}), R"({"push_token":"token"})");
-  EXPECT_EQ(encoded(UpdateOrderInfo{}), "{}");
-  EXPECT_EQ(decoded<UpdateOrderInfo>(R"({"push_token":"a"})").pushToken, "a");
-}
-
 TEST_F(RequestWireTest, OrderEvents) {
   const platform::Location location{.coordinate = {.latitude = 40.7, .longitude = -74.25},
                                     .horizontalAccuracy = 5,

@@ -11,6 +11,7 @@ namespace {
 
 using platform::Dictionary;
 using platform::Value;
+using ::testing::ElementsAre;
 using ::testing::StartsWith;
 
 using SiteTest = SDKFixture;
@@ -28,26 +29,26 @@ Dictionary fullSite() { return *platform::parseJSON(kFullSite)->as<Dictionary>()
 TEST_F(SiteTest, EveryKeyHasItsMember) {
   const Site site = decoded<Site>(kFullSite);
   EXPECT_EQ(site.id, 3);
-  const std::pair<std::optional<std::string>, const char*> texts[] = {
-      {site.partnerIdentifier, "P"},
-      {site.name, "name"},
-      {site.phone, "phone"},
-      {site.streetAddress, "street"},
-      {site.fullAddress, "full"},
-      {site.locality, "locality"},
-      {site.region, "region"},
-      {site.country, "country"},
-      {site.postalCode, "postal code"},
-      {site.longitude, "1"},
-      {site.latitude, "0"},
-      {site.instructions, "instructions"},
-      {site.descriptionText, "description"},
-      {site.coverPhotoURL, "photo"},
-      {site.projectAccentColor, "accent"},
-      {site.projectAccentTextColor, "accent text"},
-      {site.projectLogoURL, "logo"},
-  };
-  for (const auto& [member, text] : texts) EXPECT_EQ(member, text);
+  const std::vector<std::optional<std::string>> texts{site.partnerIdentifier,
+                                                      site.name,
+                                                      site.phone,
+                                                      site.streetAddress,
+                                                      site.fullAddress,
+                                                      site.locality,
+                                                      site.region,
+                                                      site.country,
+                                                      site.postalCode,
+                                                      site.longitude,
+                                                      site.latitude,
+                                                      site.instructions,
+                                                      site.descriptionText,
+                                                      site.coverPhotoURL,
+                                                      site.projectAccentColor,
+                                                      site.projectAccentTextColor,
+                                                      site.projectLogoURL};
+  EXPECT_THAT(texts, ElementsAre("P", "name", "phone", "street", "full", "locality", "region",
+                                 "country", "postal code", "1", "0", "instructions", "description",
+                                 "photo", "accent", "accent text", "logo"));
   EXPECT_EQ(site.geofence,
             (Geofence{.latitude = "40.7", .longitude = "-74.0", .radiusMeters = 150.5}));
   EXPECT_EQ(encoded(site), kFullSite);

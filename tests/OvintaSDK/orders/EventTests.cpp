@@ -11,7 +11,6 @@ namespace {
 
 using test::requiredOrder;
 using test::with;
-using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 

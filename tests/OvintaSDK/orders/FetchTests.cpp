@@ -11,9 +11,6 @@
 namespace ovinta {
 namespace {
 
-using platform::Dictionary;
-using platform::HTTPResponse;
-using platform::TransportError;
 using test::requiredOrder;
 using test::with;
 using testing::ElementsAre;

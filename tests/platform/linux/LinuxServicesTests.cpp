@@ -22,7 +22,6 @@ namespace ovinta::platform::linux {
 namespace {
 
 using testing::ElementsAre;
-using testing::StartsWith;
 
 TEST(DirectoryBundleTest, ReadsItsFilesAnewAtEveryCall) {
   const test::TemporaryDirectory directory;

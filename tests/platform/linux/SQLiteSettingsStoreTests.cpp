@@ -9,8 +9,8 @@
 #include <string>
 #include <thread>
 
+#include "platform/simulation/RecordingLog.h"
 #include "tests/support/Files.h"
-#include "tests/support/RecordingLog.h"
 #include "tests/support/TemporaryDirectory.h"
 
 namespace ovinta::platform::linux {
@@ -31,7 +31,7 @@ class SQLiteSettingsStoreTest : public testing::Test {
   test::TemporaryDirectory temporary_;
   const std::filesystem::path directory_ = temporary_.path() / "made" / "on demand";
   const std::filesystem::path file_ = directory_ / "Settings.sqlite";
-  std::shared_ptr<test::RecordingLog> log_ = std::make_shared<test::RecordingLog>();
+  std::shared_ptr<simulation::RecordingLog> log_ = std::make_shared<simulation::RecordingLog>();
 };
 
 TEST_F(SQLiteSettingsStoreTest, SurvivesARestartButDefaultsDoNot) {

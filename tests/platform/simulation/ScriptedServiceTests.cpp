@@ -5,8 +5,6 @@
 #include <thread>
 #include <vector>
 
-#include "platform/simulation/AnsweringURLSession.h"
-#include "platform/simulation/DrivenOperationQueueFactory.h"
 #include "platform/simulation/HoldingURLSession.h"
 #include "platform/simulation/TimeHoldingOperationQueueFactory.h"
 #include "platform/simulation/TimeHoldingURLSession.h"
@@ -52,24 +50,6 @@ URLSession::Completion into(std::vector<std::string>& log) {
   };
 }
 
-TEST(AnsweringURLSessionTest, AnswersInOrderWhenDriven) {
-  std::vector<std::string> log;
-  AnsweringURLSession session(
-      [](const URLRequest& asked) { return Answer::json(200, asked.url.text); });
-  session.startDataTask(request("a"), [&](auto data, auto response, auto error) {
-    session.startDataTask(request("c"), into(log));
-    into(log)(data, response, error);
-  });
-  session.startDataTask(request("b"), into(log));
-  EXPECT_THAT(log, IsEmpty());
-  EXPECT_EQ(session.deliverAll(), 3u);
-  session.setService([](const URLRequest&) { return Answer::failure("no route"); });
-  session.startDataTask(request("d"), into(log));
-  EXPECT_EQ(session.deliverAll(), 1u);
-  EXPECT_THAT(log, ElementsAre("200a", "200b", "200c", "no route"));
-  EXPECT_THAT(urls(session.requests()), ElementsAre("a", "b", "c", "d"));
-}
-
 TEST(HoldingURLSessionTest, AnswersEachRequestOnceInAnyOrder) {
   std::vector<std::string> log;
   HoldingURLSession session;
@@ -81,27 +61,6 @@ TEST(HoldingURLSessionTest, AnswersEachRequestOnceInAnyOrder) {
   EXPECT_EQ(session.waitingCount(), 1u);
   EXPECT_TRUE(session.answer(0, Answer::failure("reset")));
   EXPECT_THAT(log, ElementsAre("410", "reset"));
-}
-
-TEST(DrivenOperationQueueTest, RunsTheOperationsOfAllQueuesInOrderWhenDriven) {
-  std::vector<int> log;
-  DrivenOperationQueueFactory factory;
-  const auto first = factory.makeQueue();
-  const auto second = factory.makeQueue();
-  auto dropped = factory.makeQueue();
-  second->setMaxConcurrentOperationCount(1);
-  first->addOperation(step([&] {
-    log.push_back(1);
-    first->addOperation(step([&] { log.push_back(3); }));
-  }));
-  dropped->addOperation(step([&] { log.push_back(0); }));
-  second->addOperation(step([&] { log.push_back(2); }));
-  dropped.reset();
-  EXPECT_EQ(factory.waitingCount(), 2u);
-  EXPECT_EQ(factory.runAll(), 3u);
-  EXPECT_THAT(log, ElementsAre(1, 2, 3));
-  EXPECT_THAT(factory.queues(), ElementsAre(first, second));
-  EXPECT_EQ(factory.queues().at(1)->maxConcurrentOperationCount(), 1u);
 }
 
 TEST(TimeHoldingURLSessionTest, SendsOneRequestAtATimeWhileTimeStandsStill) {

@@ -113,23 +113,6 @@ TEST_F(VirtualTimeTest, WaitUntilEndsWithTheConditionOrTheLimit) {
   EXPECT_EQ(passed(), 0s);
 }
 
-TEST_F(VirtualTimeTest, TasksOfSeveralThreadsRunOnceAndInTheOrderOfEach) {
-  constexpr int kThreads = 4;
-  constexpr int kTasks = 200;
-  std::vector<std::vector<int>> seen(kThreads);
-  std::vector<std::jthread> threads;
-  for (int thread = 0; thread < kThreads; ++thread) {
-    threads.emplace_back([this, &seen, thread, hold = std::shared_ptr(time.hold())] {
-      for (int i = 0; i < kTasks; ++i)
-        queue->async([&seen, thread, i] { seen[thread].push_back(i); });
-    });
-  }
-  time.advance(1s);
-  std::vector<int> expected(kTasks);
-  for (int i = 0; i < kTasks; ++i) expected[i] = i;
-  EXPECT_THAT(seen, ::testing::Each(expected));
-}
-
 // `shared` has no lock: the thread sanitizer sees it if work and tasks ever overlap.
 TEST_F(VirtualTimeTest, WorkTakesTurnsWithTheMainThread) {
   constexpr int kRounds = 100;
