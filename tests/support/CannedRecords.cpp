@@ -66,6 +66,12 @@ std::string dataText(Value record) {
   return platform::writeJSON(Dictionary{{"data", std::move(record)}});
 }
 
+std::string sitesText(platform::List records, int current, int count) {
+  return platform::writeJSON(
+      Dictionary{{"data", std::move(records)},
+                 {"pages", Dictionary{{"current", current}, {"count", count}, {"per", 25}}}});
+}
+
 OrderPtr decodeOrder(std::string_view text) {
   const auto document = platform::JSONDocument::parse(text);
   return wire::WireForm<OrderPtr>::decode(document->root());

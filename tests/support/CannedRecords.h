@@ -31,6 +31,9 @@ platform::Dictionary without(platform::Dictionary record, std::string_view key);
 /// The JSON text {"data": record}.
 std::string dataText(platform::Value record);
 
+/// The JSON text of one page of sites.
+std::string sitesText(platform::List records, int current, int count);
+
 /// The order that the JSON text holds. Throws `platform::CodingError`.
 OrderPtr decodeOrder(std::string_view text);
 OrderPtr decodeOrder(const platform::Dictionary& record);

@@ -6,9 +6,7 @@
 #include <typeinfo>
 
 #include "OvintaSDK/api/CreateOrderEventOperation.h"
-#include "OvintaSDK/api/GetAppInfoOperation.h"
 #include "OvintaSDK/api/GetOrdersOperation.h"
-#include "OvintaSDK/api/GetSitesOperation.h"
 #include "OvintaSDK/api/NumberText.h"
 #include "OvintaSDK/api/OvintaAPIError.h"
 #include "OvintaSDK/core/Ovinta.h"
@@ -194,51 +192,6 @@ TEST_F(SingleOperationTest, ABodyThatCannotBeWrittenIsLeftOut) {
   EXPECT_THAT(printed, AllOf(StartsWith("invalid value"), EndsWith("\n")));
   EXPECT_THAT(bodies("POST", "m/v1/events"), ElementsAre("(none)"));
   EXPECT_EQ(sentEvents.size(), 1U);
-}
-
-TEST_F(SingleOperationTest, TheConfigurationIsWhateverTheServiceSends) {
-  using platform::Dictionary;
-  const std::pair<const char*, std::optional<Dictionary>> cases[] = {
-      {R"({"data":{"a":[1,{"b":null}],"c":1.5}})",
-       Dictionary{{"a", platform::List{1, Dictionary{{"b", nullptr}}}}, {"c", 1.5}}},
-      {R"({"data":{}})", Dictionary{}},
-      {R"({"data":[]})", {}},
-      {R"({"data":null})", {}},
-      {"{}", {}},
-      {R"([{"data":{}}])", {}},
-      {"5", {}},
-      {"null", {}},
-  };
-  for (const auto& entry : cases) {
-    const auto& text = entry.first;
-    const auto& configuration = entry.second;
-    const bool isBareValue = text[0] != '{' && text[0] != '[';
-    answer("GET", "m/v1/app", Answer::json(200, text));
-    int reports = 0;
-    const auto check = [&](const std::optional<Dictionary>& received, const ErrorPtr& error) {
-      ++reports;
-      EXPECT_EQ(received, configuration) << text;
-      EXPECT_EQ(error != nullptr, isBareValue) << text;
-    };
-    std::make_shared<GetAppInfoOperation>(std::string(kBaseURL), check)->main();
-    drain();
-    EXPECT_EQ(reports, 1) << text;
-  }
-}
-
-TEST_F(SingleOperationTest, ASearchTellsSitesAndPages) {
-  answer("GET", "m/v1/sites?",
-         Answer::json(200, R"({"data":[{"id":1},{"id":2}],)"
-                           R"("pages":{"current":3,"count":4,"per":2}})"));
-  std::optional<SitesPage> page;
-  std::make_shared<GetSitesOperation>(
-      std::string(kBaseURL), std::nullopt, std::nullopt,
-      [&page](const auto& received, const auto&) { page = received; })
-      ->main();
-  drain();
-  ASSERT_TRUE(page && page->sites.size() == 2);
-  EXPECT_EQ(page->sites[1]->id, 2);
-  EXPECT_EQ(page->pagination, (Pagination{.currentPage = 3, .totalPages = 4}));
 }
 
 TEST(NumberTextTest, IsTheShortestThatReadsBack) {

@@ -1,4 +1,4 @@
-// The device's push token is put on open orders that lack one.
+// Push tokens are put on open orders: the device's on those that lack one, a new one on all.
 #include <gmock/gmock.h>
 
 #include "OvintaSDK/core/Ovinta.h"
@@ -64,6 +64,31 @@ TEST_F(PushTokenRefresh, NeedsATokenABaseURLAndACustomer) {
   expectNone([] { UserDefaultsKey::apiBase.remove(); });
   EXPECT_THAT(logLines(), Contains("Could not load API url"));
   EXPECT_EQ(Ovinta::orders().lastFetch()->error, nullptr);
+}
+
+TEST_F(PushTokenRefresh, PutsANewTokenOnAllOpenOrdersWithACode) {
+  Ovinta::setPushToken(std::nullopt);
+  fetchOrders(records);
+  for (int i = 0; i < 2; ++i) {
+    Ovinta::orders().updatePushTokensWithNewPushToken("another");
+    drain();
+  }
+  EXPECT_THAT(requestLines(),
+              ElementsAre("GET m/v1/orders", "PUT m/v1/orders/A", "PUT m/v1/orders/B"))
+      << "but for those that carry it";
+  EXPECT_THAT(bodies("PUT", "m/v1/orders/A"), ElementsAre(R"({"data":{"push_token":"another"}})"));
+  EXPECT_EQ(Ovinta::orders().all()->front()->pushToken(), "another");
+  EXPECT_EQ(Ovinta::pushToken(), std::nullopt);
+
+  const auto sent = requests().size();
+  Ovinta::customer().setCurrent(nullptr);
+  Ovinta::orders().updatePushTokensWithNewPushToken("new");
+  UserDefaultsKey::apiBase.remove();
+  Ovinta::orders().updatePushTokensWithNewPushToken("new");
+  drain();
+  EXPECT_EQ(requests().size(), sent);
+  EXPECT_EQ(Ovinta::orders().all()->front()->pushToken(), "another");
+  EXPECT_EQ(std::ranges::count(logLines(), "Could not load API url"), 1);
 }
 
 }  // namespace
