@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 
 #include "OvintaSDK/core/OvintaState.h"
+#include "tests/support/BrokenContainer.h"
 #include "tests/support/SDKFixture.h"
 
 namespace ovinta::test {
@@ -23,39 +24,14 @@ TEST_F(OrderStoreTest, IsWrittenOneOperationAtATime) {
   EXPECT_EQ(state.storeQueue().maxConcurrentOperationCount(), 1U);
 }
 
-/// A container, and its own factory, that ends as the test wants.
-class BrokenContainer : public platform::PersistentContainer,
-                        public platform::PersistentContainerFactory,
-                        public std::enable_shared_from_this<BrokenContainer> {
- public:
-  explicit BrokenContainer(std::optional<platform::StoreError> error) : error_(std::move(error)) {}
-  std::shared_ptr<platform::PersistentContainer> makeContainer(
-      std::string_view /*name*/, platform::ManagedObjectModel /*model*/) override {
-    return shared_from_this();
-  }
-  void loadPersistentStores(
-      const std::function<void(const platform::PersistentStoreDescription&,
-                               std::optional<platform::StoreError>)>& completion) override {
-    completion({}, error_);
-  }
-  std::vector<platform::PersistentStoreDescription> persistentStoreDescriptions() const override {
-    return {};
-  }
-  std::unique_ptr<platform::ManagedObjectContext> newBackgroundContext() override {
-    return nullptr;
-  }
-
- private:
-  std::optional<platform::StoreError> error_;
-};
-
 class OrderStoreDeathTest : public SDKFixture {
  protected:
   OrderStoreDeathTest() { GTEST_FLAG_SET(death_test_style, "threadsafe"); }
 
   void useContainer(std::optional<platform::StoreError> error) {
     restartWith([&error](platform::Services& changed) {
-      changed.persistentContainers = std::make_shared<BrokenContainer>(std::move(error));
+      changed.persistentContainers = std::make_shared<BrokenContainer>(
+          BrokenContainer::Faults{.load = std::move(error), .hasStores = false});
     });
   }
 };

@@ -68,17 +68,8 @@ TEST_F(RequestWireTest, OrderEvents) {
       {OrderEvent::locationUpdate(7, location, std::vector{beacon}, {}),
        here + R"(,"beacons":[{"rssi":-61.1,"distance":2.5,)"
               R"("uuid":"00000000-0000-0000-0000-000000000000","major":1,"minor":65535}]})"},
-      {OrderEvent::customerStateChange(7, CustomerState::arrived, {}),
-       R"({"order_id":7,"event_type":"state_change","customer_state":"arrived"})"},
       {OrderEvent::customerStateChange(7, CustomerState::enRoute, -0.9),
        R"({"order_id":7,"event_type":"state_change","eta_seconds":0,"customer_state":"en_route"})"},
-      {OrderEvent::stateChange(-7, OrderState::cancelled),
-       R"({"order_id":-7,"event_type":"state_change","state":"cancelled"})"},
-      {OrderEvent::permissionUpdate(7, LocationAuthStatus::authorizedWhenInUse),
-       R"({"order_id":7,"event_type":"permission_update",)"
-       R"("location_permission":"authorized_when_in_use"})"},
-      {OrderEvent::rating(7, 4, {}),
-       R"({"order_id":7,"event_type":"customer_rating","customer_rating_value":4})"},
       {OrderEvent::rating(7, 5, "Fine \"and\" fast\n"),
        R"({"order_id":7,"event_type":"customer_rating","customer_rating_value":5,)"
        R"("customer_rating_comments":"Fine \"and\" fast\n"})"},

@@ -7,6 +7,7 @@
 #include "OvintaSDK/core/OvintaState.h"
 #include "OvintaSDK/model/CoreOrder.h"
 #include "OvintaSDK/orders/SyncOrdersOperation.h"
+#include "tests/support/BrokenContainer.h"
 #include "tests/support/SDKFixture.h"
 
 namespace ovinta {
@@ -70,65 +71,11 @@ TEST_F(Sync, FollowsAListThatTheApplicationSets) {
   EXPECT_EQ(std::ranges::count(logLines(), "Finished syncing orders"), 2);
 }
 
-/// A store that refuses to delete or to save.
-class BrokenContainer : public platform::PersistentContainer {
- public:
-  explicit BrokenContainer(bool deletes) : deletes_(deletes) {}
-
-  void loadPersistentStores(
-      const std::function<void(const platform::PersistentStoreDescription&,
-                               std::optional<StoreError>)>& completion) override {
-    completion({}, std::nullopt);
-  }
-  std::vector<platform::PersistentStoreDescription> persistentStoreDescriptions() const override {
-    return {{.location = "nowhere"}};
-  }
-  std::unique_ptr<platform::ManagedObjectContext> newBackgroundContext() override {
-    return std::make_unique<Context>(deletes_);
-  }
-
- private:
-  class Context : public platform::ManagedObjectContext {
-   public:
-    explicit Context(bool deletes) : deletes_(deletes) {}
-    std::optional<StoreError> executeBatchDelete(const platform::FetchRequest&) override {
-      return deletes_ ? std::nullopt : std::optional(StoreError{"cannot delete", {}});
-    }
-    void insert(std::shared_ptr<const platform::ManagedObject>) override {
-      EXPECT_TRUE(deletes_) << "after a failed delete";
-    }
-    std::optional<StoreError> save() override {
-      EXPECT_TRUE(deletes_) << "after a failed delete";
-      return StoreError{"cannot save", {}};
-    }
-    std::vector<platform::ManagedObject> fetch(const platform::FetchRequest&,
-                                               StoreError*) override {
-      return {};
-    }
-
-   private:
-    bool deletes_;
-  };
-
-  bool deletes_;
-};
-
-class BrokenContainers : public platform::PersistentContainerFactory {
- public:
-  explicit BrokenContainers(bool deletes) : deletes_(deletes) {}
-  std::shared_ptr<platform::PersistentContainer> makeContainer(
-      std::string_view, platform::ManagedObjectModel) override {
-    return std::make_shared<BrokenContainer>(deletes_);
-  }
-
- private:
-  bool deletes_;
-};
-
 TEST_F(Sync, DisturbsNothingWhenItFails) {
   for (const bool deletes : {false, true}) {
     restartWith([deletes](platform::Services& changed) {
-      changed.persistentContainers = std::make_shared<BrokenContainers>(deletes);
+      changed.persistentContainers = std::make_shared<test::BrokenContainer>(
+          test::BrokenContainer::Faults{.deletes = deletes});
     });
     signIn();
     forgetNotifications();

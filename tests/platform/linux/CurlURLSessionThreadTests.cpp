@@ -1,7 +1,5 @@
 // The session's thread: connections, many requests at once, its end and the process's.
 #include <gtest/gtest.h>
-#include <spawn.h>
-#include <sys/wait.h>
 
 #include <atomic>
 #include <condition_variable>
@@ -9,9 +7,8 @@
 #include <set>
 
 #include "tests/platform/linux/CurlURLSessionFixture.h"
+#include "tests/support/Command.h"
 #include "tests/support/LocalServer.h"
-
-extern char** environ;
 
 namespace ovinta::platform::linux {
 namespace {
@@ -129,16 +126,10 @@ class ExitingProcess : public testing::TestWithParam<std::pair<const char*, int>
 TEST_P(ExitingProcess, EndsCleanly) {
   const auto [manner, times] = GetParam();
   LocalServer silent([](ServerConnection& connection) { connection.waitForClose(); });
-  auto port = std::to_string(silent.port());
-  auto mode = std::string(manner);
   for (int i = 0; i < times; ++i) {
-    std::string program = OVINTA_HTTP_EXIT_HELPER;
-    char* arguments[] = {program.data(), mode.data(), port.data(), nullptr};
-    pid_t child = 0;
-    ASSERT_EQ(posix_spawn(&child, program.c_str(), nullptr, nullptr, arguments, environ), 0);
-    int status = -1;
-    ASSERT_EQ(waitpid(child, &status, 0), child);
-    ASSERT_EQ(status, 0) << "in run " << i;
+    const auto result =
+        test::runCommand({OVINTA_HTTP_EXIT_HELPER, manner, std::to_string(silent.port())});
+    ASSERT_EQ(result.exitCode, 0) << "in run " << i << ": " << result.output;
   }
 }
 

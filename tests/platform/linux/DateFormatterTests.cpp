@@ -102,21 +102,10 @@ TEST(DateFormatterTest, ReadsTheDeviceSettingsWhenMade) {
   EXPECT_EQ(made->string(date(2021, 3, 4)), "2021-03-04T05:45:00.000+0545");
 }
 
-TEST(FixedPatternDateTest, LeavesAllButTheCanonicalFormToICU) {
-  EXPECT_TRUE(readFixedDate("2021-03-04T15:30:00.000Z", OffsetStyle::extended));
-  EXPECT_TRUE(readFixedDate("2021-03-04T15:30:00.000-0500", OffsetStyle::basic));
-  for (const char* text :
-       {"2021-03-04T15:30:00.000+0000", "2021-03-04T15:30:00.000", "1599-12-31T15:30:00.000Z",
-        "2021-03-04T15:30:60.000Z", "2021-00-04T15:30:00.000Z", "2021-03-04T15:30:00.00Z",
-        "2021-03-04T15:30:00.000+15:00", "2021-03-04T15:30:00.000+00:60", "2021-03-04T15:30"}) {
-    EXPECT_FALSE(readFixedDate(text, OffsetStyle::extended)) << text;
+TEST(FixedPatternDateTest, LeavesInstantsOutOfReachToICU) {
+  for (const Date instant : {Date::min(), date(1599, 12, 31), date(9999, 12, 31), Date::max()}) {
+    EXPECT_FALSE(writeFixedDate(instant, {}, OffsetStyle::basic));
   }
-  EXPECT_FALSE(readFixedDate("2021-03-04T15:30:00.000Z", OffsetStyle::basic));
-  EXPECT_TRUE(writeFixedDate(date(2021, 3, 4), {}, OffsetStyle::basic));
-  EXPECT_FALSE(writeFixedDate(date(1599, 12, 31), {}, OffsetStyle::basic));
-  EXPECT_FALSE(writeFixedDate(date(9999, 12, 31), {}, OffsetStyle::basic));
-  EXPECT_FALSE(writeFixedDate(Date::min(), {}, OffsetStyle::basic));
-  EXPECT_FALSE(writeFixedDate(Date::max(), {}, OffsetStyle::basic));
   EXPECT_FALSE(writeFixedDate(date(2021, 3, 4), std::chrono::seconds(1), OffsetStyle::basic));
 }
 

@@ -98,26 +98,6 @@ TEST(JSONReadingTest, TellsIntegersFromOtherNumbers) {
   }
 }
 
-TEST(JSONReadingTest, AccessorsAnswerTheirOwnKindOnly) {
-  using Kind = JSONValue::Kind;
-  const Kind kinds[] = {Kind::null,   Kind::boolean, Kind::number,
-                        Kind::string, Kind::array,   Kind::object};
-  const auto document = JSONDocument::parse(R"([null,false,1.5,"s",[1],{"k":2}])");
-  ASSERT_TRUE(document);
-  JSONArrayCursor cursor(document->root());
-  EXPECT_EQ(cursor.size(), std::size(kinds));
-  JSONValue value;
-  for (const Kind kind : kinds) {
-    ASSERT_TRUE(cursor.next(value));
-    EXPECT_EQ(value.kind(), kind);
-    EXPECT_EQ(value.boolean().has_value(), kind == Kind::boolean);
-    EXPECT_EQ(value.number().has_value(), kind == Kind::number);
-    EXPECT_EQ(value.string().has_value(), kind == Kind::string);
-  }
-  EXPECT_FALSE(cursor.next(value));
-  EXPECT_EQ(cursor.size(), std::size(kinds));
-}
-
 TEST(JSONReadingTest, WalksMembersInTheOrderOfTheTextPastNestedValues) {
   auto parsed = JSONDocument::parse(R"({"z":{"in":[1,2]},"a":[[],{}],"z":"last"})");
   ASSERT_TRUE(parsed);

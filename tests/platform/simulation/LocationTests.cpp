@@ -23,9 +23,7 @@ class Delegate : public LocationManagerDelegate {
       metres.push_back(std::lround(Sphere().distance(kSite, location.coordinate)));
     }
   }
-  void didChangeAuthorizationStatus(AuthorizationStatus status) override {
-    statuses.push_back(status);
-  }
+  void didChangeAuthorizationStatus(AuthorizationStatus) override {}
   void didRangeBeacons(const std::vector<RangedBeacon>& beacons,
                        const BeaconRegion& region) override {
     std::vector<std::int64_t> heard;
@@ -36,7 +34,6 @@ class Delegate : public LocationManagerDelegate {
 
   /// How far north of the site the reported positions lie.
   std::vector<long> metres;
-  std::vector<AuthorizationStatus> statuses;
   std::vector<std::pair<std::string, std::vector<std::int64_t>>> ranged;
   std::function<void()> onRanged;
 };
@@ -53,20 +50,6 @@ class LocationTest : public ::testing::Test {
   Delegate delegate;
   std::unique_ptr<LocationManager> manager = location.makeLocationManager();
 };
-
-TEST_F(LocationTest, ReportsTheStatusOnceAfterTheDelegateWasSetAndAtEachChange) {
-  manager->setDelegate(&delegate);
-  EXPECT_THAT(delegate.statuses, IsEmpty());
-  location.setAuthorizationStatus(0);
-  EXPECT_EQ(location.authorizationStatus(), 0);
-  location.setAuthorizationStatus(0);
-  time.runUntilIdle();
-  EXPECT_THAT(delegate.statuses, ElementsAre(3, 0));
-  location.setAuthorizationStatus(4);
-  manager.reset();
-  time.runUntilIdle();
-  EXPECT_THAT(delegate.statuses, ElementsAre(3, 0));
-}
 
 TEST_F(LocationTest, PositionsPassTheDistanceFilter) {
   manager->setDelegate(&delegate);
@@ -171,20 +154,6 @@ TEST_F(LocationTest, ADelegateMayEndTheManagerWhileItReports) {
   time.advance(5s);
   EXPECT_EQ(delegate.ranged.size(), 1u);
   EXPECT_EQ(time.pendingTaskCount(), 0u);
-}
-
-TEST_F(LocationTest, TellsOfChangedSettingsAlone) {
-  int changes = 0;
-  location.onSettingsChanged([&] { ++changes; });
-  for (int i = 0; i < 2; ++i) {
-    manager->setDesiredAccuracy(LocationAccuracy::best);
-    manager->setActivityType(ActivityType::fitness);
-    manager->setAllowsBackgroundLocationUpdates(true);
-    manager->setDistanceFilter(7);
-    manager->startUpdatingLocation();
-    manager->startMonitoringSignificantLocationChanges();
-  }
-  EXPECT_EQ(changes, 6);
 }
 
 }  // namespace

@@ -23,12 +23,6 @@ URLRequest request(std::string text) {
   return made;
 }
 
-std::vector<std::string> urls(const std::vector<URLRequest>& requests) {
-  std::vector<std::string> texts;
-  for (const auto& each : requests) texts.push_back(each.url.text);
-  return texts;
-}
-
 class Step : public Operation {
  public:
   explicit Step(std::function<void()> work) : work_(std::move(work)) {}
@@ -61,30 +55,6 @@ TEST(HoldingURLSessionTest, AnswersEachRequestOnceInAnyOrder) {
   EXPECT_EQ(session.waitingCount(), 1u);
   EXPECT_TRUE(session.answer(0, Answer::failure("reset")));
   EXPECT_THAT(log, ElementsAre("410", "reset"));
-}
-
-TEST(TimeHoldingURLSessionTest, SendsOneRequestAtATimeWhileTimeStandsStill) {
-  VirtualTime time{Date{}};
-  const auto base = std::make_shared<HoldingURLSession>();
-  TimeHoldingURLSession session(base, time);
-  std::vector<std::string> log;
-  session.startDataTask(request("a"), [&](auto, auto, auto) {
-    log.push_back("a");
-    session.startDataTask(request("c"), into(log));
-  });
-  session.startDataTask(request("b"), into(log));
-  time.mainQueue()->asyncAfter(1s, [&] { log.push_back("later"); });
-  EXPECT_THAT(urls(base->requests()), ElementsAre("a"));
-
-  std::jthread service([&] {
-    for (std::size_t i = 0; i < 3; ++i) {
-      EXPECT_EQ(base->requests().size(), i + 1);
-      EXPECT_TRUE(base->answer(i, Answer::json(200, "")));
-    }
-  });
-  time.advance(1s);
-  EXPECT_THAT(urls(base->requests()), ElementsAre("a", "b", "c"));
-  EXPECT_THAT(log, ElementsAre("a", "200", "200", "later"));
 }
 
 /// Answers every request on a thread of its own.

@@ -29,12 +29,6 @@ Trip read(const std::string& text) {
   return std::holds_alternative<Trip>(reading) ? std::get<Trip>(std::move(reading)) : Trip{};
 }
 
-Trip tripOfRepository(const std::string& name) {
-  auto reading = Trip::fromGPX(std::filesystem::path(OVINTA_TRIPS_DIRECTORY) / name);
-  if (const auto* error = std::get_if<std::string>(&reading)) ADD_FAILURE() << *error;
-  return std::get<Trip>(reading);
-}
-
 TEST(GPXTest, ReadsTimesAccuraciesAndSpeeds) {
   const auto trip = read(track(
       R"(<trkpt lat="40" lon="-73.5"><time>2026-03-14T15:00:00Z</time><hdop>2</hdop></trkpt>
@@ -229,33 +223,6 @@ TEST(TripPlayerTest, NoiseFollowsTheSeedAndTheAccuracy) {
   for (const auto strength : journey->strengths) sum += static_cast<double>(strength);
   EXPECT_EQ(journey->strengths.size(), 6u * 3600);
   EXPECT_NEAR(sum / static_cast<double>(journey->strengths.size()), -79, 0.2);
-}
-
-TEST(TripOfRepositoryTest, EachComesAsNearAsItSays) {
-  const std::pair<const char*, double> trips[] = {
-      {"drive.gpx", 13}, {"slow-approach.gpx", 5}, {"drive-by.gpx", 296}};
-  for (const auto& [file, nearest] : trips) {
-    double metres = 1e9;
-    for (const auto& point : tripOfRepository(file).points) {
-      metres = std::min(metres, Sphere().distance(point.coordinate, kSite));
-    }
-    EXPECT_NEAR(metres, nearest, 5) << file;
-  }
-}
-
-TEST(TripOfRepositoryTest, TheDriveEndsWithTwoMinutesAtTheSiteWithinHearing) {
-  Journey journey(tripOfRepository("drive.gpx"), 1);
-  journey.simulation.time().advance(journey.player.duration() - 2min);
-  const auto stand = journey.player.position();
-  ASSERT_TRUE(stand.has_value());
-  EXPECT_LT(Sphere().distance(*stand, kSite), 30);
-  BeaconRegion region;
-  region.proximityUUID = tripOfRepository("drive.gpx").beacons.at(0).proximityUUID;
-  journey.manager->startRangingBeacons(region);
-  journey.simulation.time().advance(2min);
-  EXPECT_TRUE(journey.player.isFinished());
-  EXPECT_EQ(journey.player.position(), stand);
-  EXPECT_EQ(journey.strengths.size(), 2u * 120);
 }
 
 }  // namespace

@@ -75,26 +75,5 @@ TEST_F(UserNotificationTest, FiresOnlyWhereThePositionIsKnown) {
   EXPECT_THAT(seen, ElementsAre("a"));
 }
 
-TEST_F(UserNotificationTest, CompletionsComeLaterAndSeeTheOrderOfTheCalls) {
-  std::vector<std::string> log;
-  const auto added = [&](const std::optional<UserNotificationError>& error) {
-    log.push_back(error ? error->localizedDescription : "added");
-  };
-  const auto found = [&](const std::vector<UserNotificationRequest>& requests) {
-    for (const auto& identifier : names(requests)) log.push_back(identifier);
-    log.push_back("end");
-  };
-  center.add(request("a"), added);
-  center.add(request("a", false), added);
-  center.refuseAdds(UserNotificationError{"full"});
-  center.add(request("b"), added);
-  center.getPendingNotificationRequests(found);
-  center.removePendingNotificationRequests({"nobody", "a"});
-  center.getPendingNotificationRequests(found);
-  EXPECT_THAT(log, IsEmpty());
-  simulation.time().runUntilIdle();
-  EXPECT_THAT(log, ElementsAre("added", "added", "full", "a", "end", "end"));
-}
-
 }  // namespace
 }  // namespace ovinta::platform::simulation

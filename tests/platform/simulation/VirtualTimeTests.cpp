@@ -55,18 +55,6 @@ TEST_F(VirtualTimeTest, AdvanceRunsEachTaskAtItsDueTimeInOrder) {
   EXPECT_THAT(notes.back(), std::pair(8, TimeInterval(10s)));
 }
 
-TEST_F(VirtualTimeTest, RunUntilIdleLeavesTimeAndLaterTasksAlone) {
-  queue->asyncAfter(1us, note(3));
-  queue->async([this] {
-    note(1)();
-    queue->async(note(2));
-    EXPECT_EQ(notes.size(), 1u);
-  });
-  time.runUntilIdle();
-  EXPECT_THAT(notes, ElementsAre(std::pair(1, 0s), std::pair(2, 0s)));
-  EXPECT_EQ(passed(), 0s);
-}
-
 TEST_F(VirtualTimeTest, SyncRunsOnTheMainThreadAndWaits) {
   queue->sync(note(1));
   EXPECT_EQ(notes.size(), 1u);
