@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include <tuple>
+
 #include "OvintaSDK/core/OvintaState.h"
 #include "tests/support/SDKFixture.h"
 #include "tests/support/WireText.h"
@@ -93,14 +95,13 @@ TEST_F(PickupWindowTest, EachFormatterIsMadeOnceWithItsSettings) {
     encoded(kStart);
   }
   ASSERT_EQ(formatters->formats.size(), 2U);
-  const platform::DateFormat& window = formatters->formats[0];
-  EXPECT_EQ(window.pattern, "yyyy-MM-dd'T'HH:mm:ss.SSSZ");
-  EXPECT_FALSE(window.calendar || window.secondsFromGMT || window.locale);
-  const platform::DateFormat& service = formatters->formats[1];
-  EXPECT_EQ(service.pattern, "yyyy-MM-dd'T'HH:mm:ss.SSSZZZZZ");
-  EXPECT_EQ(service.calendar, "iso8601");
-  EXPECT_EQ(service.secondsFromGMT, 0);
-  EXPECT_EQ(service.locale, "en_US_POSIX");
+  const auto settings = [&](std::size_t i) {
+    const auto& format = formatters->formats[i];
+    return std::tuple(format.pattern, format.calendar, format.secondsFromGMT, format.locale);
+  };
+  EXPECT_EQ(settings(0),
+            std::tuple("yyyy-MM-dd'T'HH:mm:ss.SSSZ", std::nullopt, std::nullopt, std::nullopt));
+  EXPECT_EQ(settings(1), std::tuple("yyyy-MM-dd'T'HH:mm:ss.SSSZZZZZ", "iso8601", 0, "en_US_POSIX"));
 }
 
 }  // namespace

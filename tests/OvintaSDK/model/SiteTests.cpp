@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include <tuple>
+
 #include "OvintaSDK/model/wire/SiteWire.h"
 #include "tests/support/SDKFixture.h"
 #include "tests/support/WireText.h"
@@ -79,11 +81,8 @@ TEST_F(SiteTest, PagesComeWithEachList) {
   const auto page = decoded<SitesResponse>(
       R"({"data":[],"pages":{"next":"n","previous":"p","current":2,"count":3,"per":25}})");
   EXPECT_TRUE(page.data.empty());
-  EXPECT_EQ(page.pages.next, "n");
-  EXPECT_EQ(page.pages.previous, "p");
-  EXPECT_EQ(page.pages.current, 2);
-  EXPECT_EQ(page.pages.count, 3);
-  EXPECT_EQ(page.pages.per, 25);
+  const auto& [next, previous, current, count, per] = page.pages;
+  EXPECT_EQ(std::tuple(next, previous, current, count, per), std::tuple("n", "p", 2, 3, 25));
 
   const std::string list = R"({"data":[{"id":1}])";
   const std::pair<const char*, const char*> cases[] = {

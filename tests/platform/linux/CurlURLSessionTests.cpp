@@ -16,6 +16,8 @@ using test::ServerConnection;
 using Headers = std::vector<HeaderField>;
 using namespace std::chrono_literals;
 
+class CurlURLSessionTest : public CurlURLSessionFixture {};
+
 struct SentCase {
   const char* name;
   std::string target;
@@ -25,62 +27,57 @@ struct SentCase {
   Headers expectedAfterHost;
 };
 
-class Sends : public CurlURLSessionFixture, public testing::WithParamInterface<SentCase> {};
-
-TEST_P(Sends, ExactlyTheRequest) {
-  const auto& sent = GetParam();
-  std::promise<ReceivedRequest> received;
-  LocalServer server(LocalServer::answering([&](const ReceivedRequest& request) {
-    received.set_value(request);
-    return request.method == "HEAD" ? "HTTP/1.1 200 OK\r\nContent-Length: 5\r\n\r\n"
-                                    : httpAnswer("200 OK", "done");
-  }));
-  const auto outcome = fetch({.url = {server.url(sent.target)},
-                              .method = sent.method,
-                              .headers = sent.headers,
-                              .body = sent.body});
-  EXPECT_EQ(outcome.data, sent.method == "HEAD" ? "" : "done") << outcome.sentence();
-
-  const auto request = received.get_future().get();
-  Headers expected = sent.expectedAfterHost;
-  expected.insert(expected.begin(), {"Host", "127.0.0.1:" + std::to_string(server.port())});
-  EXPECT_EQ(request.headers, expected);
-  EXPECT_EQ(request.method, sent.method);
-  EXPECT_EQ(request.target, sent.target);
-  EXPECT_EQ(request.body, sent.body.value_or(""));
-}
-
 const std::string kLargeBody = std::string(3'000'000, 'x') + std::string(1, '\0') + "\xff\r\n";
 
-INSTANTIATE_TEST_SUITE_P(
-    , Sends,
-    testing::Values(
-        SentCase{"bareGet", "/", "GET", {}, {}, {}},
-        SentCase{
-            "headersInOrder",
-            "/m/v1/orders",
-            "GET",
-            {{"Z-Last", "\"quoted\"; x=1"}, {"Accept", "a/b"}, {"Empty", ""}, {"z-last", "2"}},
-            {},
-            {{"Z-Last", "\"quoted\"; x=1"}, {"Accept", "a/b"}, {"Empty", ""}, {"z-last", "2"}}},
-        SentCase{"pathAsItIs", "/a/../b/./%2e%2e//c?x=%2B+&y=?", "GET", {}, {}, {}},
-        SentCase{
-            "post",
-            "/m",
-            "POST",
-            {{"Content-Type", "application/json"}, {"User-Agent", "me"}},
-            "{\"data\":{}}",
-            {{"Content-Length", "11"}, {"Content-Type", "application/json"}, {"User-Agent", "me"}}},
-        SentCase{"postWithoutBody", "/", "POST", {}, {}, {{"Content-Length", "0"}}},
-        SentCase{"largeBody",
-                 "/",
-                 "PATCH",
-                 {{"Content-Length", "3"}, {"Transfer-Encoding", "chunked"}},
-                 kLargeBody,
-                 {{"Content-Length", std::to_string(kLargeBody.size())}}},
-        SentCase{"getWithBody", "/", "GET", {}, "b", {{"Content-Length", "1"}}},
-        SentCase{"head", "/", "HEAD", {{"A", "b"}}, {}, {{"A", "b"}}}),
-    [](const auto& instance) { return instance.param.name; });
+const SentCase kSends[] = {
+    {"bareGet", "/", "GET", {}, {}, {}},
+    {"headersInOrder",
+     "/m/v1/orders",
+     "GET",
+     {{"Z-Last", "\"quoted\"; x=1"}, {"Accept", "a/b"}, {"Empty", ""}, {"z-last", "2"}},
+     {},
+     {{"Z-Last", "\"quoted\"; x=1"}, {"Accept", "a/b"}, {"Empty", ""}, {"z-last", "2"}}},
+    {"pathAsItIs", "/a/../b/./%2e%2e//c?x=%2B+&y=?", "GET", {}, {}, {}},
+    {"post",
+     "/m",
+     "POST",
+     {{"Content-Type", "application/json"}, {"User-Agent", "me"}},
+     "{\"data\":{}}",
+     {{"Content-Length", "11"}, {"Content-Type", "application/json"}, {"User-Agent", "me"}}},
+    {"postWithoutBody", "/", "POST", {}, {}, {{"Content-Length", "0"}}},
+    {"largeBody",
+     "/",
+     "PATCH",
+     {{"Content-Length", "3"}, {"Transfer-Encoding", "chunked"}},
+     kLargeBody,
+     {{"Content-Length", std::to_string(kLargeBody.size())}}},
+    {"getWithBody", "/", "GET", {}, "b", {{"Content-Length", "1"}}},
+    {"head", "/", "HEAD", {{"A", "b"}}, {}, {{"A", "b"}}}};
+
+TEST_F(CurlURLSessionTest, SendsExactlyTheRequest) {
+  for (const auto& sent : kSends) {
+    SCOPED_TRACE(sent.name);
+    std::promise<ReceivedRequest> received;
+    LocalServer server(LocalServer::answering([&](const ReceivedRequest& request) {
+      received.set_value(request);
+      return request.method == "HEAD" ? "HTTP/1.1 200 OK\r\nContent-Length: 5\r\n\r\n"
+                                      : httpAnswer("200 OK", "done");
+    }));
+    const auto outcome = fetch({.url = {server.url(sent.target)},
+                                .method = sent.method,
+                                .headers = sent.headers,
+                                .body = sent.body});
+    EXPECT_EQ(outcome.data, sent.method == "HEAD" ? "" : "done") << outcome.sentence();
+
+    const auto request = received.get_future().get();
+    Headers expected = sent.expectedAfterHost;
+    expected.insert(expected.begin(), {"Host", "127.0.0.1:" + std::to_string(server.port())});
+    EXPECT_EQ(request.headers, expected);
+    EXPECT_EQ(request.method, sent.method);
+    EXPECT_EQ(request.target, sent.target);
+    EXPECT_EQ(request.body, sent.body.value_or(""));
+  }
+}
 
 struct AnswerCase {
   const char* name;
@@ -90,55 +87,52 @@ struct AnswerCase {
   std::string data;
 };
 
-class Receives : public CurlURLSessionFixture, public testing::WithParamInterface<AnswerCase> {};
+const AnswerCase kReceives[] = {
+    {"binaryBody",
+     "HTTP/1.1 200 OK\r\nContent-Length: 4\r\nx-B:  two words \r\n\r\n" +
+         std::string("a\0\r\xff", 4),
+     200,
+     {{"Content-Length", "4"}, {"x-B", "two words"}},
+     std::string("a\0\r\xff", 4)},
+    {"noBody", "HTTP/1.1 204 No Content\r\n\r\n", 204, {}, ""},
+    {"noReason", "HTTP/1.1 202\r\n\r\nuntil the end", 202, {}, "until the end"},
+    {"fieldsTwiceEmptyAndFolded",
+     "HTTP/1.1 200 OK\r\nA: 1\r\nB:\r\na: 2\r\n\t+ 3 \r\n\r\n",
+     200,
+     {{"A", "1"}, {"B", ""}, {"a", "2 + 3"}},
+     ""},
+    {"chunkedWithTrailer",
+     "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n3\r\nabc\r\n2\r\nde\r\n"
+     "0\r\nLate: 1\r\n\r\n",
+     200,
+     {{"Transfer-Encoding", "chunked"}},
+     "abcde"},
+    {"afterInterimAnswer",
+     "HTTP/1.1 103 Early Hints\r\nLink: x\r\n\r\n" + httpAnswer("200 OK", "late"),
+     200,
+     {{"Content-Length", "4"}},
+     "late"},
+    {"notCompressedByRequest",
+     httpAnswer("200 OK", "\x1f\x8b", "Content-Encoding: gzip\r\n"),
+     200,
+     {{"Content-Encoding", "gzip"}, {"Content-Length", "2"}},
+     "\x1f\x8b"}};
 
-TEST_P(Receives, EveryCompleteAnswer) {
-  const auto& answer = GetParam();
-  LocalServer server([&](ServerConnection& connection) {
-    connection.readRequest();
-    connection.send(answer.bytes);
-  });
-  const auto outcome = get(server.url());
-  EXPECT_EQ(outcome.error.has_value(), false) << outcome.sentence();
-  ASSERT_TRUE(outcome.response && outcome.data);
-  EXPECT_EQ(outcome.response->statusCode, answer.statusCode);
-  EXPECT_EQ(outcome.response->headers, answer.headers);
-  EXPECT_EQ(*outcome.data, answer.data);
+TEST_F(CurlURLSessionTest, ReceivesEveryCompleteAnswer) {
+  for (const auto& answer : kReceives) {
+    SCOPED_TRACE(answer.name);
+    LocalServer server([&](ServerConnection& connection) {
+      connection.readRequest();
+      connection.send(answer.bytes);
+    });
+    const auto outcome = get(server.url());
+    EXPECT_EQ(outcome.error.has_value(), false) << outcome.sentence();
+    ASSERT_TRUE(outcome.response && outcome.data);
+    EXPECT_EQ(outcome.response->statusCode, answer.statusCode);
+    EXPECT_EQ(outcome.response->headers, answer.headers);
+    EXPECT_EQ(*outcome.data, answer.data);
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    , Receives,
-    testing::Values(
-        AnswerCase{"binaryBody",
-                   "HTTP/1.1 200 OK\r\nContent-Length: 4\r\nx-B:  two words \r\n\r\n" +
-                       std::string("a\0\r\xff", 4),
-                   200,
-                   {{"Content-Length", "4"}, {"x-B", "two words"}},
-                   std::string("a\0\r\xff", 4)},
-        AnswerCase{"noBody", "HTTP/1.1 204 No Content\r\n\r\n", 204, {}, ""},
-        AnswerCase{"noReason", "HTTP/1.1 202\r\n\r\nuntil the end", 202, {}, "until the end"},
-        AnswerCase{"fieldsTwiceEmptyAndFolded",
-                   "HTTP/1.1 200 OK\r\nA: 1\r\nB:\r\na: 2\r\n\t+ 3 \r\n\r\n",
-                   200,
-                   {{"A", "1"}, {"B", ""}, {"a", "2 + 3"}},
-                   ""},
-        AnswerCase{"chunkedWithTrailer",
-                   "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n3\r\nabc\r\n2\r\nde\r\n"
-                   "0\r\nLate: 1\r\n\r\n",
-                   200,
-                   {{"Transfer-Encoding", "chunked"}},
-                   "abcde"},
-        AnswerCase{"afterInterimAnswer",
-                   "HTTP/1.1 103 Early Hints\r\nLink: x\r\n\r\n" + httpAnswer("200 OK", "late"),
-                   200,
-                   {{"Content-Length", "4"}},
-                   "late"},
-        AnswerCase{"notCompressedByRequest",
-                   httpAnswer("200 OK", "\x1f\x8b", "Content-Encoding: gzip\r\n"),
-                   200,
-                   {{"Content-Encoding", "gzip"}, {"Content-Length", "2"}},
-                   "\x1f\x8b"}),
-    [](const auto& instance) { return instance.param.name; });
 
 const char* const kLost = "The network connection was lost.";
 const char* const kBadAnswer = "The server gave a bad answer.";
@@ -154,40 +148,32 @@ struct FailureCase {
   int statusCode;
 };
 
-class Fails : public CurlURLSessionFixture, public testing::WithParamInterface<FailureCase> {};
+const FailureCase kFails[] = {
+    {"closedBeforeAnswer", "", false, kLost, 0},
+    {"resetBeforeAnswer", "", true, kLost, 0},
+    {"closedAfterInterimAnswer", "HTTP/1.1 100 Continue\r\n\r\n", false, kLost, 0},
+    {"closedInBody", "HTTP/1.1 201 OK\r\nContent-Length: 9\r\n\r\n12345678", false, kLost, 201},
+    {"noStatusLine", "Hello there\r\n\r\n", false, kBadAnswer, 0},
+    {"malformedHeader", "HTTP/1.1 200 OK\r\nno colon\r\n\r\n", false, kBadAnswer, 0},
+    {"tooLarge", httpAnswer("200 OK", std::string(kBodyLimit + 1, 'x')), false, kTooLarge, 200},
+    {"tooLargeWithoutLength", "HTTP/1.1 200 OK\r\n\r\n" + std::string(kBodyLimit + 1, 'x'), false,
+     kTooLarge, 200}};
 
-TEST_P(Fails, OnIncompleteAnswers) {
-  const auto& failure = GetParam();
-  restart({.maximumBodySize = kBodyLimit});
-  LocalServer server([&](ServerConnection& connection) {
-    connection.readRequest();
-    connection.send(failure.bytes);
-    if (failure.reset) connection.reset();
-  });
-  const auto outcome = get(server.url());
-  EXPECT_EQ(outcome.sentence(), failure.sentence);
-  EXPECT_EQ(outcome.statusCode(), failure.statusCode);
-  EXPECT_EQ(outcome.data, std::nullopt);
+TEST_F(CurlURLSessionTest, FailsOnIncompleteAnswers) {
+  for (const auto& failure : kFails) {
+    SCOPED_TRACE(failure.name);
+    restart({.maximumBodySize = kBodyLimit});
+    LocalServer server([&](ServerConnection& connection) {
+      connection.readRequest();
+      connection.send(failure.bytes);
+      if (failure.reset) connection.reset();
+    });
+    const auto outcome = get(server.url());
+    EXPECT_EQ(outcome.sentence(), failure.sentence);
+    EXPECT_EQ(outcome.statusCode(), failure.statusCode);
+    EXPECT_EQ(outcome.data, std::nullopt);
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    , Fails,
-    testing::Values(
-        FailureCase{"closedBeforeAnswer", "", false, kLost, 0},
-        FailureCase{"resetBeforeAnswer", "", true, kLost, 0},
-        FailureCase{"closedAfterInterimAnswer", "HTTP/1.1 100 Continue\r\n\r\n", false, kLost, 0},
-        FailureCase{"closedInBody", "HTTP/1.1 201 OK\r\nContent-Length: 9\r\n\r\n12345678", false,
-                    kLost, 201},
-        FailureCase{"noStatusLine", "Hello there\r\n\r\n", false, kBadAnswer, 0},
-        FailureCase{"malformedHeader", "HTTP/1.1 200 OK\r\nno colon\r\n\r\n", false, kBadAnswer, 0},
-        FailureCase{"tooLarge", httpAnswer("200 OK", std::string(kBodyLimit + 1, 'x')), false,
-                    kTooLarge, 200},
-        FailureCase{"tooLargeWithoutLength",
-                    "HTTP/1.1 200 OK\r\n\r\n" + std::string(kBodyLimit + 1, 'x'), false, kTooLarge,
-                    200}),
-    [](const auto& instance) { return instance.param.name; });
-
-class CurlURLSessionTest : public CurlURLSessionFixture {};
 
 TEST_F(CurlURLSessionTest, AcceptsAnAnswerOfJustTheLargestSize) {
   restart({.maximumBodySize = kBodyLimit});
