@@ -2,7 +2,6 @@
 
 #include <functional>
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -29,11 +28,8 @@ struct OperationCase {
   std::string name;
   /// Makes the operation for a base URL; an empty report gives one without a callback.
   std::function<std::shared_ptr<APIOperation>(std::string apiURL, Report report)> make;
-  /// Method, and path below the base URL.
-  std::string line;
   /// Whether the customer's token is sent.
   bool isAuthorized;
-  std::optional<std::string> body;
   /// The title of its errors.
   std::string title;
   /// A body that it accepts as a success.

@@ -65,11 +65,8 @@ TEST_P(OperationTest, SendsOneRequest) {
   EXPECT_EQ(reports[0].error, nullptr);
 
   ASSERT_EQ(requests().size(), 1U);
-  const auto request = requests()[0];
-  EXPECT_THAT(requestLines(), ElementsAre(expected.line));
-  EXPECT_EQ(request.body, expected.body);
   const platform::HeaderField token{"Authorization", "Token token=\"customer-token\""};
-  EXPECT_EQ(request.headers.front() == token, expected.isAuthorized);
+  EXPECT_EQ(requests()[0].headers.front() == token, expected.isAuthorized);
   EXPECT_THAT(logLines(), IsEmpty());
 }
 

@@ -77,10 +77,8 @@ TEST_F(OrderTest, HasALocationWhenBothTextsAreDecimal) {
     const auto location = order->siteLocation();
     EXPECT_EQ(location ? std::optional(location->coordinate) : std::nullopt, coordinate);
     EXPECT_EQ(order->siteDistance({}).has_value(), coordinate.has_value());
-    if (coordinate) {
-      EXPECT_EQ(order->siteDistance({.coordinate = *coordinate}), 0.0);
-    }
   }
+  EXPECT_EQ(decodeOrder(fullOrder())->siteDistance({.coordinate = {40.7, -74.0}}), 0.0);
 }
 
 }  // namespace

@@ -60,7 +60,7 @@ TEST_F(Sites, GathersThePagesOfAnySearch) {
   EXPECT_FALSE(sites.all()) << "a later page starts no list";
 
   answerPage("page=1", {1, 2, 3}, 1, 2);
-  answerPage("q=&page=2", {6}, 2, 2);
+  answerPage("q=b%20%26%20c&page=2", {6}, 2, 2);
   answerPage("latitude=40.7&longitude=-74.0&radius=500.0&page=2", {7}, 2, 2);
   answerPage("latitude=40.7&longitude=-74.0&radius=500.0&page=1&per=50", {}, 1, 1);
   sites.fetch(std::nullopt, 1);
@@ -68,7 +68,7 @@ TEST_F(Sites, GathersThePagesOfAnySearch) {
   EXPECT_THAT(ids(sites.all()), IsEmpty()) << "not before the answer";
   drain();
   EXPECT_EQ(ids(sites.all()), (Ids{1, 2, 3, 4, 5})) << "searches may overlap";
-  sites.fetch("", 2);
+  sites.fetch("b & c", 2);
   sites.fetch(region, 2, keep());
   drain();
   EXPECT_EQ(ids(outcomes.at(1).sites), Ids{7});
@@ -76,6 +76,9 @@ TEST_F(Sites, GathersThePagesOfAnySearch) {
   sites.fetch(region, 1, 50, keep());
   drain();
   EXPECT_TRUE(sites.all() && sites.all()->empty());
+  sites.fetch("", 1);
+  drain();
+  EXPECT_EQ(requestLines().back(), "GET m/v1/sites?q=&page=1");
 }
 
 TEST_F(Sites, GetsAllPagesOneAfterAnother) {

@@ -46,17 +46,12 @@ TEST(JSONReadingTest, ReadsEveryKindOfValue) {
     Value expected;
   } cases[] = {
       {"null", nullptr},
-      {" true\r\n", true},
       {"-0", 0},
       {"9223372036854775807", kMaximum},
       {"-9223372036854775808", kMinimum},
       {"18446744073709551615", 18446744073709551615.0},
-      {"2.50", 2.5},
       {"1E+2", 100.0},
       {R"("a\"\\\/\b\f\n\r\t\u00e9\ud83d\ude00")", "a\"\\/\b\f\n\r\té😀"},
-      {R"("\u0000")", std::string(1, '\0')},
-      {"[]", List{}},
-      {"{}", Dictionary{}},
       {R"({"b":[1,[true,null],{"x":{}}],"a":"t","b2":-1.5})",
        Dictionary{{"a", "t"},
                   {"b", List{1, List{true, nullptr}, Dictionary{{"x", Dictionary{}}}}},
@@ -78,17 +73,12 @@ TEST(JSONReadingTest, TellsIntegersFromOtherNumbers) {
       {"7", 7, 7.0},
       {"5.0", 5, 5.0},
       {"1e3", 1000, 1000.0},
-      {"-2.5e1", -25, -25.0},
       {"5.5", {}, 5.5},
-      {"1e-1", {}, 0.1},
       {"9223372036854775807", kMaximum, 0x1p63},
       {"9223372036854775808", {}, 0x1p63},
       {"9223372036854775808.0", {}, 0x1p63},
       {"-9223372036854775808.0", kMinimum, -0x1p63},
-      {"1e30", {}, 1e30},
       {"\"7\"", {}, {}},
-      {"true", {}, {}},
-      {"null", {}, {}},
   };
   for (const auto& [text, integer, number] : cases) {
     const auto document = JSONDocument::parse(text);
