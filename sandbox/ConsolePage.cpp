@@ -4,8 +4,6 @@
 #include <cstdint>
 #include <string_view>
 
-#include "sandbox/Sites.h"
-
 namespace ovinta::sandbox {
 namespace {
 
@@ -31,6 +29,9 @@ constexpr std::string_view kHead = R"(<!doctype html>
 
 constexpr std::array<std::string_view, 6> kOrderColumns = {
     "id", "redemption_code", "customer_name", "site_name", "state", "customer_state"};
+
+constexpr std::array<std::string_view, 5> kSiteColumns = {"id", "name", "locality", "latitude",
+                                                          "longitude"};
 
 constexpr std::array<std::string_view, 4> kMoves = {"ready", "delayed", "cancelled", "gone"};
 
@@ -79,16 +80,15 @@ std::string orderRow(const platform::Dictionary& order) {
   return row + "</td></tr>\n";
 }
 
-std::string siteRow(const Site& site) {
-  const auto cellOf = [](std::string_view text) { return "<td>" + escaped(text) + "</td>"; };
-  return "<tr>" + cellOf(std::to_string(site.id)) + cellOf(site.name) + cellOf(site.locality) +
-         cellOf(site.latitude) + cellOf(site.longitude) +
-         cellOf(std::to_string(site.geofenceRadius) + " m") + "</tr>\n";
+std::string siteRow(const platform::Dictionary& site) {
+  std::string row = "<tr>";
+  for (const std::string_view column : kSiteColumns) row += cell(site, column);
+  return row + "</tr>\n";
 }
 
 }  // namespace
 
-std::string consolePage(const platform::List& orders) {
+std::string consolePage(const Sites& sites, const platform::List& orders) {
   std::string page(kHead);
   page +=
       "<h2>Orders</h2>\n<table><tr><th>Order<th>Code<th>Customer<th>Site<th>State"
@@ -96,8 +96,8 @@ std::string consolePage(const platform::List& orders) {
   for (const platform::Value& order : orders) page += orderRow(*order.as<platform::Dictionary>());
   page +=
       "</table>\n<h2>Sites</h2>\n<table><tr><th>Site<th>Name<th>City<th>Latitude"
-      "<th>Longitude<th>Geofence</tr>\n";
-  for (const Site& site : sites()) page += siteRow(site);
+      "<th>Longitude</tr>\n";
+  for (const auto& [id, site] : sites) page += siteRow(site);
   return page + "</table>\n</html>\n";
 }
 

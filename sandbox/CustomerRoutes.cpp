@@ -1,13 +1,47 @@
+#include "sandbox/Accounts.h"
 #include "sandbox/Routes.h"
 
 namespace ovinta::sandbox {
+namespace {
+
+constexpr int kAccepted = 202;
+
+}  // namespace
 
 Answer createCustomer(const Call& call) {
-  return answerFor(call.service.state.createCustomer(call.data));
+  return answerFor(call.service.state.act(
+      [&](World& world, platform::Date) { return createCustomer(world, call.data); }));
 }
 
 Answer showCustomer(const Call& call) {
   return dataAnswer(*call.service.state.customer(call.token));
+}
+
+Answer updateCustomer(const Call& call) {
+  return answerFor(call.service.state.act(
+      [&](World& world, platform::Date) { return updateCustomer(world, call.token, call.data); }));
+}
+
+Answer signUp(const Call& call) {
+  return answerFor(call.service.state.act(
+      [&](World& world, platform::Date) { return signUp(world, call.token, call.data); }));
+}
+
+Answer signIn(const Call& call) {
+  return answerFor(call.service.state.act(
+      [&](World& world, platform::Date) { return signIn(world, call.data); }));
+}
+
+Answer requestPasswordReset(const Call& call) {
+  Answer answer = answerFor(call.service.state.act(
+      [&](World& world, platform::Date) { return requestPasswordReset(world, call.data); }));
+  if (answer.status == 200) answer.status = kAccepted;
+  return answer;
+}
+
+Answer setNewPassword(const Call& call) {
+  return answerFor(call.service.state.act(
+      [&](World& world, platform::Date) { return setNewPassword(world, call.data); }));
 }
 
 }  // namespace ovinta::sandbox

@@ -1,9 +1,12 @@
+#include "sandbox/Orders.h"
 #include "sandbox/Routes.h"
 
 namespace ovinta::sandbox {
 
 Answer createEvent(const Call& call) {
-  return answerFor(call.service.state.addEvent(call.token, call.data));
+  return answerFor(call.service.state.act([&](World& world, platform::Date now) {
+    return addEvent(world, call.token, call.data, now);
+  }));
 }
 
 }  // namespace ovinta::sandbox

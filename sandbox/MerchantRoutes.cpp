@@ -3,6 +3,7 @@
 
 #include "platform/JSON.h"
 #include "sandbox/ConsolePage.h"
+#include "sandbox/Orders.h"
 #include "sandbox/PushPayload.h"
 #include "sandbox/Routes.h"
 
@@ -20,13 +21,20 @@ std::int64_t orderID(const std::string& digits) {
 
 Answer showConsole(const Call& call) {
   return {.contentType = "text/html; charset=utf-8",
-          .body = consolePage(call.service.state.allOrders())};
+          .body = call.service.state.act([](World& world, platform::Date) {
+            return consolePage(world.sites, allOrders(world));
+          })};
 }
 
-Answer listAllOrders(const Call& call) { return dataAnswer(call.service.state.allOrders()); }
+Answer listAllOrders(const Call& call) {
+  return dataAnswer(
+      call.service.state.act([](World& world, platform::Date) { return allOrders(world); }));
+}
 
 Answer moveOrder(const Call& call) {
-  Outcome outcome = call.service.state.moveOrder(orderID(call.parameters[0]), call.parameters[1]);
+  Outcome outcome = call.service.state.act([&](World& world, platform::Date now) {
+    return moveOrder(world, orderID(call.parameters[0]), call.parameters[1], now);
+  });
   if (const auto* order = std::get_if<platform::Dictionary>(&outcome)) {
     const auto* pushToken = platform::find<std::string>(*order, "push_token");
     if (pushToken && !pushToken->empty()) {

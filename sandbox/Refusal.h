@@ -11,7 +11,7 @@ namespace ovinta::sandbox {
 
 /// Why the service does not do what it is asked.
 struct Refusal {
-  enum class Kind { invalid, unknown, gone, impossible };
+  enum class Kind { invalid, unauthorized, unknown, gone, impossible };
 
   Kind kind = Kind::invalid;
   /// Field names, each with its list of messages.

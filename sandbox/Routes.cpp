@@ -8,13 +8,21 @@
 namespace ovinta::sandbox {
 namespace {
 
-constexpr std::array<Route, 14> kRoutes = {{
+constexpr auto kRoutes = std::to_array<Route>({
     {"GET", "/m/v1/app", Access::app, Body::none, showAppInfo},
     {"POST", "/m/v1/customer", Access::app, Body::data, createCustomer},
     {"GET", "/m/v1/customer", Access::customer, Body::none, showCustomer},
+    {"PATCH", "/m/v1/customer", Access::customer, Body::data, updateCustomer},
+    {"PATCH", "/m/v1/customer/sign_up", Access::customer, Body::data, signUp},
+    {"POST", "/m/v1/customer/sign_in", Access::app, Body::data, signIn},
+    // Behind a base URL that ends with a slash, these paths begin with two.
+    {"POST", "/{1,2}m/v1/customer/password", Access::app, Body::data, requestPasswordReset},
+    {"PATCH", "/{1,2}m/v1/customer/password", Access::app, Body::data, setNewPassword},
+    {"GET", "/m/v1/sites", Access::app, Body::none, listSites},
     {"GET", "/m/v1/orders", Access::customer, Body::none, listOrders},
     {"POST", "/m/v1/orders", Access::customer, Body::data, createOrder},
-    {"PUT", "/m/v1/orders/([^/]+)", Access::customer, Body::data, updateOrder},
+    {"GET", "/m/v1/orders/([^/]+)/edit", Access::app, Body::none, showOrder},
+    {"PUT", "/m/v1/orders/([^/]+)", Access::customer, Body::data, claimOrder},
     {"POST", "/m/v1/events", Access::customer, Body::data, createEvent},
     {"GET", "/sandbox/?", Access::everyone, Body::none, showConsole},
     {"GET", "/sandbox/orders", Access::everyone, Body::none, listAllOrders},
@@ -24,12 +32,14 @@ constexpr std::array<Route, 14> kRoutes = {{
     {"GET", "/sandbox/requests", Access::everyone, Body::none, listRequests},
     {"PUT", "/sandbox/minimum-app-version/([^/]+)", Access::everyone, Body::none, demandAppVersion},
     {"DELETE", "/sandbox/minimum-app-version", Access::everyone, Body::none, admitAllAppVersions},
-}};
+});
 
 int statusOf(Refusal::Kind kind) {
   switch (kind) {
     case Refusal::Kind::invalid:
       return 422;
+    case Refusal::Kind::unauthorized:
+      return 401;
     case Refusal::Kind::unknown:
       return 404;
     case Refusal::Kind::gone:
@@ -47,6 +57,10 @@ std::string wrapped(std::string key, platform::Value value) {
 }  // namespace
 
 std::span<const Route> routes() { return kRoutes; }
+
+Answer objectAnswer(const platform::Dictionary& object) {
+  return {.body = platform::writeJSON(object)};
+}
 
 Answer dataAnswer(platform::Value value) { return {.body = wrapped("data", std::move(value))}; }
 

@@ -21,6 +21,8 @@ struct Call {
   std::string token;
   /// What the groups of the route's pattern matched, percent-decoded.
   std::vector<std::string> parameters;
+  /// The items of the query, decoded.
+  std::multimap<std::string, std::string> query;
   /// The record under "data" of the body; empty where the route takes none.
   platform::Dictionary data;
 };
@@ -58,6 +60,9 @@ struct Route {
 /// All routes of the service.
 std::span<const Route> routes();
 
+/// An answer that holds the whole object.
+Answer objectAnswer(const platform::Dictionary& object);
+
 /// An answer that holds {"data": value}.
 Answer dataAnswer(platform::Value value);
 
@@ -71,11 +76,20 @@ Answer showAppInfo(const Call& call);
 // Customers
 Answer createCustomer(const Call& call);
 Answer showCustomer(const Call& call);
+Answer updateCustomer(const Call& call);
+Answer signUp(const Call& call);
+Answer signIn(const Call& call);
+Answer requestPasswordReset(const Call& call);
+Answer setNewPassword(const Call& call);
+
+// Sites
+Answer listSites(const Call& call);
 
 // Orders
 Answer listOrders(const Call& call);
 Answer createOrder(const Call& call);
-Answer updateOrder(const Call& call);
+Answer showOrder(const Call& call);
+Answer claimOrder(const Call& call);
 
 // Events
 Answer createEvent(const Call& call);

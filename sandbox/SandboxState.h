@@ -2,66 +2,50 @@
 
 #include <cstdint>
 #include <functional>
-#include <map>
 #include <mutex>
 #include <optional>
-#include <string>
 #include <string_view>
+#include <utility>
 
 #include "platform/Date.h"
 #include "platform/Value.h"
 #include "sandbox/Refusal.h"
-#include "sandbox/SeededGenerator.h"
+#include "sandbox/World.h"
 
 namespace ovinta::sandbox {
 
-/// What the service knows, and its rules; nothing of HTTP. Records go in and out in the form in
-/// which they travel. May be used from any thread. Tokens and codes follow from the seed and the
-/// order of the calls.
+/// What the service knows, for use from any thread; nothing of HTTP. Tokens and codes follow from
+/// the seed and the order of the actions.
 class SandboxState {
  public:
   /// `now` is called from the threads that call the other functions.
   SandboxState(std::uint64_t seed, std::function<platform::Date()> now);
 
-  Outcome createCustomer(const platform::Dictionary& info);
+  /// Runs `action(World&, platform::Date now)` while no other action runs, and answers its result.
+  template <class Action>
+  auto act(Action action) {
+    const platform::Date now = now_();
+    const std::lock_guard lock(mutex_);
+    return action(world_, now);
+  }
 
-  /// The customer that the token stands for; absent when there is none.
+  /// The customer that the token stands for, as apps get to see it; absent when there is none.
   std::optional<platform::Dictionary> customer(std::string_view token) const;
 
-  // The customer's side: the token must be a customer's.
+  /// Puts what the snapshot holds in place of all that is known; answers why not, having changed
+  /// nothing, when it is not valid.
+  std::optional<Refusal> restore(const platform::Dictionary& snapshot);
 
-  /// The orders of that customer, oldest first.
-  platform::List orders(std::string_view token) const;
-  Outcome createOrder(std::string_view token, const platform::Dictionary& info);
-  /// Sets the push token and what else is given of the customer's details.
-  Outcome updateOrder(std::string_view token, std::string_view redemptionCode,
-                      const platform::Dictionary& info);
-  /// Answers the order as it is after the event.
-  Outcome addEvent(std::string_view token, const platform::Dictionary& event);
-
-  // The merchant's side.
-
-  /// All orders, oldest first, each with "device": what is last known of the customer's device.
-  platform::List allOrders() const;
-  /// Moves an order to a state that a merchant can give it.
-  Outcome moveOrder(std::int64_t id, std::string_view state);
+  /// From now on `reset` leads to what is known at present.
+  void keepAsStart();
+  void reset();
 
  private:
-  struct Order {
-    std::string customerToken;
-    platform::Dictionary fields;
-    platform::Dictionary device;
-  };
-
-  Order* find(std::string_view token, std::int64_t id);
-  Order* find(std::string_view token, std::string_view redemptionCode);
-  std::string makeCode();
-
+  const std::uint64_t seed_;
   const std::function<platform::Date()> now_;
   mutable std::mutex mutex_;
-  SeededGenerator generator_;
-  std::map<std::string, platform::Dictionary, std::less<>> customers_;
-  std::map<std::int64_t, Order> orders_;
+  World world_;
+  World start_;
 };
 
 }  // namespace ovinta::sandbox

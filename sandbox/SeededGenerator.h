@@ -16,6 +16,9 @@ class SeededGenerator {
   /// A text of that many characters of the alphabet, which must not be empty.
   std::string text(std::size_t length, std::string_view alphabet);
 
+  /// The seed with which another generator continues where this one is.
+  std::uint64_t state() const { return state_; }
+
  private:
   std::uint64_t next();
 

@@ -145,7 +145,8 @@ void Sandbox::Server::add(std::string_view method, const std::string& pattern,
 
 Answer Sandbox::Server::answer(const Route& route, const httplib::Request& request,
                                const std::string& body) {
-  Call call{.service = service_, .token = {}, .parameters = {}, .data = {}};
+  Call call{
+      .service = service_, .token = {}, .parameters = {}, .query = request.params, .data = {}};
   if (route.access == Access::customer) {
     call.token = customerToken(request.get_header_value("Authorization"));
   }
@@ -175,7 +176,7 @@ std::optional<Answer> Sandbox::Server::rejection(Access access, const httplib::R
 }
 
 void Sandbox::Server::finish(const httplib::Request& request, Answer answer, Reply& reply) {
-  if (request.path.starts_with(kAppPaths)) {
+  if (request.path.find(kAppPaths) <= 1) {
     service_.requests.add(request.method, request.target, answer.status);
   }
   reply.status = answer.status;

@@ -1,87 +1,92 @@
 #include "sandbox/Sites.h"
 
-#include <algorithm>
 #include <array>
 #include <string>
+#include <string_view>
+
+#include "sandbox/WireForms.h"
 
 namespace ovinta::sandbox {
 namespace {
 
-constexpr std::array<Site, 2> kSites = {
-    {{.id = 42,
-      .partnerIdentifier = "store-42",
-      .name = "Madison Square Market",
-      .phone = "+1 212 555 0142",
-      .streetAddress = "1 Garden Row",
-      .locality = "New York",
-      .region = "NY",
-      .postalCode = "10010",
-      .latitude = "40.7411",
-      .longitude = "-73.9897",
-      .instructions = "Park in a numbered bay and stay in your car.",
-      .description = "Bays 1 to 6, beside the north entrance",
-      .beaconUUID = "5E1F3C7A-2B64-4D0E-9A5B-0C6D7E8F9A01",
-      .beaconMajor = 42,
-      .geofenceRadius = 150},
-     {.id = 43,
-      .partnerIdentifier = "store-43",
-      .name = "Harbor Street Market",
-      .phone = "+1 617 555 0143",
-      .streetAddress = "20 Harbor Street",
-      .locality = "Boston",
-      .region = "MA",
-      .postalCode = "02210",
-      .latitude = "42.3519",
-      .longitude = "-71.0446",
-      .instructions = "Come to the counter at the east door.",
-      .description = "East door, next to the bicycle stands",
-      .beaconUUID = "5E1F3C7A-2B64-4D0E-9A5B-0C6D7E8F9A01",
-      .beaconMajor = 43,
-      .geofenceRadius = 100}}};
+using platform::Dictionary;
+using platform::Value;
+
+bool isDegrees(const Value& value, Complaint (*check)(const Value&)) {
+  const auto* text = value.as<std::string>();
+  const auto degrees = text ? parsedNumber(*text) : std::nullopt;
+  return degrees && !check(*degrees);
+}
+
+Complaint checkLatitudeText(const Value& value) {
+  return isDegrees(value, checkLatitude) ? std::nullopt
+                                         : Complaint("must be a text with a number from -90 to 90");
+}
+
+Complaint checkLongitudeText(const Value& value) {
+  return isDegrees(value, checkLongitude)
+             ? std::nullopt
+             : Complaint("must be a text with a number from -180 to 180");
+}
+
+constexpr std::array<FieldRule, 3> kGeofenceRules = {{{"latitude", checkLatitudeText, true},
+                                                      {"longitude", checkLongitudeText, true},
+                                                      {"radius_meters", checkMetres, true}}};
+
+Complaint checkGeofence(const Value& value) {
+  return isRecord(value, kGeofenceRules) ? std::nullopt : Complaint("is no geofence");
+}
+
+constexpr std::array<FieldRule, 3> kBeaconRegionRules = {
+    {{"uuid", checkUUID, true}, {"major", checkUnsigned16}, {"minor", checkUnsigned16}}};
+
+Complaint checkBeaconRegions(const Value& value) {
+  return isRecordList(value, kBeaconRegionRules) ? std::nullopt
+                                                 : Complaint("must be a list of beacon regions");
+}
+
+constexpr std::array<FieldRule, 20> kSiteRules = {{{"id", checkInteger, true},
+                                                   {"partner_identifier", checkText},
+                                                   {"name", checkFilledText, true},
+                                                   {"phone", checkText},
+                                                   {"street_address", checkText},
+                                                   {"full_address", checkText},
+                                                   {"locality", checkText},
+                                                   {"region", checkText},
+                                                   {"country", checkText},
+                                                   {"postal_code", checkText},
+                                                   {"longitude", checkLongitudeText},
+                                                   {"latitude", checkLatitudeText},
+                                                   {"instructions", checkText},
+                                                   {"description", checkText},
+                                                   {"cover_photo_url", checkText},
+                                                   {"project_accent_color", checkText},
+                                                   {"project_accent_text_color", checkText},
+                                                   {"project_logo_url", checkText},
+                                                   {"geofence", checkGeofence},
+                                                   {"beacon_regions", checkBeaconRegions}}};
 
 }  // namespace
 
-std::span<const Site> sites() { return kSites; }
+std::span<const FieldRule> siteRules() { return kSiteRules; }
 
-const Site* findSite(std::int64_t id) {
-  const auto site = std::ranges::find(kSites, id, &Site::id);
-  return site == kSites.end() ? nullptr : &*site;
+Dictionary listedSite(Dictionary site) {
+  site.erase("beacon_regions");
+  return site;
 }
 
-platform::Dictionary orderFields(const Site& site) {
-  const std::string street(site.streetAddress);
-  const std::string town = std::string(site.locality)
-                               .append(", ")
-                               .append(site.region)
-                               .append(" ")
-                               .append(site.postalCode);
-  const platform::Dictionary beaconRegion = {{"uuid", site.beaconUUID},
-                                             {"major", site.beaconMajor}};
-  return {{"site_id", site.id},
-          {"site_name", site.name},
-          {"site_phone", site.phone},
-          {"site_street_address", street},
-          {"site_full_address", street + ", " + town},
-          {"site_locality", site.locality},
-          {"site_region", site.region},
-          {"site_country", "US"},
-          {"site_postal_code", site.postalCode},
-          {"site_longitude", site.longitude},
-          {"site_latitude", site.latitude},
-          {"site_instructions", site.instructions},
-          {"site_description", site.description},
-          {"site_cover_photo_url", "https://images.example.com/sites/cover.jpg"},
-          {"site_beacon_regions", platform::List{beaconRegion}},
-          {"site_partner_identifier", site.partnerIdentifier},
-          {"project_accent_color", "#0B6E4F"},
-          {"project_accent_text_color", "#FFFFFF"},
-          {"project_logo_url", "https://images.example.com/logo.png"},
-          {"project_mobile_flow_always_show_vehicle_info_fields", true},
-          {"project_mobile_flow_customer_name_editing_enabled", true},
-          {"project_mobile_flow_pickup_type_selection_enabled", true},
-          {"project_mobile_flow_require_vehicle_info_if_visible", false},
-          {"curbside_localized_string", "Curbside"},
-          {"pickup_localized_string", "Pickup"}};
+Dictionary orderFields(const Dictionary& site) {
+  Dictionary fields = {{"project_mobile_flow_always_show_vehicle_info_fields", true},
+                       {"project_mobile_flow_customer_name_editing_enabled", true},
+                       {"project_mobile_flow_pickup_type_selection_enabled", true},
+                       {"project_mobile_flow_require_vehicle_info_if_visible", false},
+                       {"curbside_localized_string", "Curbside"},
+                       {"pickup_localized_string", "Pickup"}};
+  for (const auto& [key, value] : site) {
+    if (key == "geofence") continue;
+    fields.emplace(key.starts_with("project_") ? key : "site_" + key, value);
+  }
+  return fields;
 }
 
 }  // namespace ovinta::sandbox

@@ -1,41 +1,28 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <span>
-#include <string_view>
 
 #include "platform/Value.h"
+#include "sandbox/Validation.h"
 
 namespace ovinta::sandbox {
 
-/// A place where orders are picked up.
-struct Site {
-  std::int64_t id;
-  std::string_view partnerIdentifier;
-  std::string_view name;
-  std::string_view phone;
-  std::string_view streetAddress;
-  std::string_view locality;
-  std::string_view region;
-  std::string_view postalCode;
-  /// Decimal texts in degrees.
-  std::string_view latitude;
-  std::string_view longitude;
-  std::string_view instructions;
-  std::string_view description;
-  std::string_view beaconUUID;
-  std::uint16_t beaconMajor;
-  /// Metres.
-  int geofenceRadius;
-};
+/// The places where orders are picked up, by their identifiers. Each is kept as apps get to see it,
+/// with "beacon_regions" besides.
+using Sites = std::map<std::int64_t, platform::Dictionary>;
 
-/// All sites of the service.
-std::span<const Site> sites();
+/// The sites that the service has unless it is told of others: in New York, Boston and Chicago.
+Sites builtInSites();
 
-/// The site with that identifier, or null.
-const Site* findSite(std::int64_t id);
+/// What a site's record must and may hold.
+std::span<const FieldRule> siteRules();
+
+/// What a search tells of the site.
+platform::Dictionary listedSite(platform::Dictionary site);
 
 /// What an order tells of its site and of the project that the site belongs to.
-platform::Dictionary orderFields(const Site& site);
+platform::Dictionary orderFields(const platform::Dictionary& site);
 
 }  // namespace ovinta::sandbox

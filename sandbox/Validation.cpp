@@ -26,21 +26,6 @@ Complaint checkDegrees(const Value& value, double limit, Complaint complaint) {
   return degrees && std::abs(*degrees) <= limit ? std::nullopt : complaint;
 }
 
-Complaint checkIntegerRange(const Value& value, std::int64_t least, std::int64_t most,
-                            Complaint complaint) {
-  const auto* integer = value.as<std::int64_t>();
-  return integer && *integer >= least && *integer <= most ? std::nullopt : complaint;
-}
-
-Complaint checkUUID(const Value& value) {
-  const auto* text = value.as<std::string>();
-  return text && platform::UUID::parse(*text) ? std::nullopt : Complaint("is no UUID");
-}
-
-Complaint checkUnsigned16(const Value& value) {
-  return checkIntegerRange(value, 0, UINT16_MAX, "is out of range");
-}
-
 constexpr std::array<FieldRule, 5> kBeaconRules = {{{"rssi", checkNumber, true},
                                                     {"distance", checkNumber, true},
                                                     {"uuid", checkUUID, true},
@@ -76,10 +61,31 @@ std::string fieldMessage(std::string_view key, std::string_view complaint) {
   return message.append(" ").append(complaint);
 }
 
+Refusal invalid(std::string_view key, std::string_view complaint) {
+  return refusal(Refusal::Kind::invalid, key, fieldMessage(key, complaint));
+}
+
+bool isRecord(const Value& value, std::span<const FieldRule> rules) {
+  const auto* record = value.as<Dictionary>();
+  return record && fieldErrors(*record, rules).empty();
+}
+
+bool isRecordList(const Value& value, std::span<const FieldRule> rules) {
+  const auto* list = value.as<List>();
+  return list &&
+         std::ranges::all_of(*list, [&](const Value& item) { return isRecord(item, rules); });
+}
+
 std::optional<double> number(const Value& value) {
   if (const auto* integer = value.as<std::int64_t>()) return static_cast<double>(*integer);
   if (const auto* real = value.as<double>()) return *real;
   return std::nullopt;
+}
+
+Complaint checkIntegerRange(const Value& value, std::int64_t least, std::int64_t most,
+                            Complaint complaint) {
+  const auto* integer = value.as<std::int64_t>();
+  return integer && *integer >= least && *integer <= most ? std::nullopt : complaint;
 }
 
 Complaint checkText(const Value& value) {
@@ -108,6 +114,12 @@ Complaint checkNumber(const Value& value) {
   return number(value) ? std::nullopt : Complaint("must be a number");
 }
 
+Complaint checkMetres(const Value& value) {
+  const auto metres = number(value);
+  return metres && std::isfinite(*metres) && *metres > 0 ? std::nullopt
+                                                         : Complaint("must be more than 0 metres");
+}
+
 Complaint checkLatitude(const Value& value) {
   return checkDegrees(value, 90, "must be a number from -90 to 90");
 }
@@ -121,12 +133,20 @@ Complaint checkRating(const Value& value) {
 }
 
 Complaint checkBeacons(const Value& value) {
-  const auto* beacons = value.as<List>();
-  const bool sound = beacons && std::ranges::all_of(*beacons, [](const Value& beacon) {
-                       const auto* record = beacon.as<Dictionary>();
-                       return record && fieldErrors(*record, kBeaconRules).empty();
-                     });
-  return sound ? std::nullopt : Complaint("must be a list of beacons");
+  return isRecordList(value, kBeaconRules) ? std::nullopt : Complaint("must be a list of beacons");
+}
+
+Complaint checkUUID(const Value& value) {
+  const auto* text = value.as<std::string>();
+  return text && platform::UUID::parse(*text) ? std::nullopt : Complaint("is no UUID");
+}
+
+Complaint checkUnsigned16(const Value& value) {
+  return checkIntegerRange(value, 0, UINT16_MAX, "is out of range");
+}
+
+Complaint checkDate(const Value& value) {
+  return checkWord(value, isDateText, "must be a date in UTC with milliseconds");
 }
 
 Complaint checkPickupWindow(const Value& value) {

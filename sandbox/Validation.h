@@ -1,11 +1,13 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <span>
 #include <string>
 #include <string_view>
 
 #include "platform/Value.h"
+#include "sandbox/Refusal.h"
 
 namespace ovinta::sandbox {
 
@@ -33,19 +35,32 @@ void copyFields(const platform::Dictionary& from, std::span<const FieldRule> rul
 /// The message for people: the field's name in words, then the complaint.
 std::string fieldMessage(std::string_view key, std::string_view complaint);
 
+/// The refusal of an input for that complaint about one field.
+Refusal invalid(std::string_view key, std::string_view complaint);
+
 /// The number whether it was written with or without a fractional part; otherwise absent.
 std::optional<double> number(const platform::Value& value);
 
+/// Whether the value is a record that keeps to the rules, or a list of such records.
+bool isRecord(const platform::Value& value, std::span<const FieldRule> rules);
+bool isRecordList(const platform::Value& value, std::span<const FieldRule> rules);
+
+Complaint checkIntegerRange(const platform::Value& value, std::int64_t least, std::int64_t most,
+                            Complaint complaint);
 Complaint checkText(const platform::Value& value);
 Complaint checkFilledText(const platform::Value& value);
 Complaint checkConsent(const platform::Value& value);
 Complaint checkInteger(const platform::Value& value);
 Complaint checkSeconds(const platform::Value& value);
 Complaint checkNumber(const platform::Value& value);
+Complaint checkMetres(const platform::Value& value);
 Complaint checkLatitude(const platform::Value& value);
 Complaint checkLongitude(const platform::Value& value);
 Complaint checkRating(const platform::Value& value);
 Complaint checkBeacons(const platform::Value& value);
+Complaint checkUUID(const platform::Value& value);
+Complaint checkUnsigned16(const platform::Value& value);
+Complaint checkDate(const platform::Value& value);
 Complaint checkPickupWindow(const platform::Value& value);
 Complaint checkOrderState(const platform::Value& value);
 Complaint checkCustomerState(const platform::Value& value);

@@ -2,8 +2,11 @@
 
 #include <algorithm>
 #include <array>
+#include <cctype>
 #include <charconv>
 #include <chrono>
+#include <cmath>
+#include <cstdint>
 #include <regex>
 #include <span>
 #include <vector>
@@ -31,12 +34,14 @@ void appendDigits(std::string& text, long long value, std::size_t width) {
   text.append(width > digits.size() ? width - digits.size() : 0, '0').append(digits);
 }
 
-bool isPickupInstant(const std::string& text) {
+/// Whether the text is an instant with milliseconds, in UTC ("Z") or with a numeric offset.
+bool isInstant(std::string_view text, bool inUTC) {
   static const std::regex kForm(
-      R"((\d{4})-(\d\d)-(\d\d)T(\d\d):(\d\d):(\d\d)\.\d{3}[+-](\d\d)(\d\d))");
-  std::smatch parts;
-  if (!std::regex_match(text, parts, kForm)) return false;
-  const auto part = [&](int index) { return std::stoi(parts[index].str()); };
+      R"((\d{4})-(\d\d)-(\d\d)T(\d\d):(\d\d):(\d\d)\.\d{3}(?:Z|[+-](\d\d)(\d\d)))");
+  std::cmatch parts;
+  if (text.ends_with('Z') != inUTC) return false;
+  if (!std::regex_match(text.data(), text.data() + text.size(), parts, kForm)) return false;
+  const auto part = [&](int index) { return parts[index].matched ? std::stoi(parts[index]) : 0; };
   const std::chrono::year_month_day day{std::chrono::year(part(1)),
                                         std::chrono::month(static_cast<unsigned>(part(2))),
                                         std::chrono::day(static_cast<unsigned>(part(3)))};
@@ -79,9 +84,11 @@ std::string pushDateText(std::string_view answerText) {
 
 bool isPickupWindow(std::string_view text) {
   const auto slash = text.find('/');
-  return slash != std::string_view::npos && isPickupInstant(std::string(text.substr(0, slash))) &&
-         isPickupInstant(std::string(text.substr(slash + 1)));
+  return slash != std::string_view::npos && isInstant(text.substr(0, slash), false) &&
+         isInstant(text.substr(slash + 1), false);
 }
+
+bool isDateText(std::string_view text) { return isInstant(text, true); }
 
 bool isOrderState(std::string_view text) { return contains(kOrderStates, text); }
 
@@ -91,6 +98,32 @@ bool isLocationPermission(std::string_view text) { return contains(kLocationPerm
 
 bool isOpenOrderState(std::string_view text) {
   return contains(std::span(kOrderStates).first<kOpenOrderStates>(), text);
+}
+
+std::optional<platform::Value> parsedNumber(std::string_view text) {
+  const char* const end = text.data() + text.size();
+  const auto isWhole = [&](std::from_chars_result result) {
+    return result.ec == std::errc() && result.ptr == end;
+  };
+  std::int64_t integer = 0;
+  if (isWhole(std::from_chars(text.data(), end, integer))) return integer;
+  double real = 0;
+  if (isWhole(std::from_chars(text.data(), end, real)) && std::isfinite(real)) return real;
+  return std::nullopt;
+}
+
+std::string percentEncoded(std::string_view text) {
+  constexpr std::string_view kDigits = "0123456789ABCDEF";
+  std::string encoded;
+  for (const unsigned char byte : text) {
+    if (std::isalnum(byte) ||
+        std::string_view("-._~").find(static_cast<char>(byte)) != std::string_view::npos) {
+      encoded += static_cast<char>(byte);
+    } else {
+      encoded.append({'%', kDigits[byte / 16], kDigits[byte % 16]});
+    }
+  }
+  return encoded;
 }
 
 bool isOlderVersion(std::string_view version, std::string_view than) {

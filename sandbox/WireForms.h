@@ -1,14 +1,19 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
 #include "platform/Date.h"
+#include "platform/Value.h"
 
 namespace ovinta::sandbox {
 
 /// The instant in UTC as answers carry it, e.g. "2024-05-01T12:00:00.000Z"; finer parts are cut.
 std::string dateText(platform::Date date);
+
+/// Whether the text is an instant in that form.
+bool isDateText(std::string_view text);
 
 /// The same instant as push payloads carry it: with "+0000" in place of the final "Z".
 std::string pushDateText(std::string_view answerText);
@@ -22,6 +27,12 @@ bool isLocationPermission(std::string_view text);
 
 /// Whether an order in this state still takes part in a pickup.
 bool isOpenOrderState(std::string_view text);
+
+/// The integer or finite number that the whole text stands for; otherwise absent.
+std::optional<platform::Value> parsedNumber(std::string_view text);
+
+/// The text as a part of a URL's query: all but unreserved characters percent-encoded.
+std::string percentEncoded(std::string_view text);
 
 /// Whether the first of two dotted version numbers precedes the second; parts that are no number
 /// count as 0.

@@ -1,0 +1,208 @@
+#include "sandbox/Accounts.h"
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <string>
+#include <utility>
+
+namespace ovinta::sandbox {
+namespace {
+
+using platform::Dictionary;
+using platform::Value;
+
+constexpr std::size_t kTokenLength = 32;
+constexpr std::string_view kTokenAlphabet = "0123456789abcdef";
+constexpr std::size_t kLeastPasswordLength = 6;
+
+Complaint checkEmail(const Value& value) {
+  const auto* text = value.as<std::string>();
+  const std::size_t at = text ? text->find('@') : std::string::npos;
+  const bool sound = at != std::string::npos && at > 0 && at + 1 < text->size() &&
+                     text->find('@', at + 1) == std::string::npos &&
+                     text->find_first_of(" \t\r\n") == std::string::npos;
+  return sound ? std::nullopt : Complaint("is no e-mail address");
+}
+
+Complaint checkPassword(const Value& value) {
+  const auto* text = value.as<std::string>();
+  return text && text->size() >= kLeastPasswordLength
+             ? std::nullopt
+             : Complaint("must have at least 6 characters");
+}
+
+/// A customer's details first, then what only some requests and records have.
+constexpr std::array<FieldRule, 9> kCustomerRules = {{{"name", checkFilledText, true},
+                                                      {"car_type", checkText},
+                                                      {"car_color", checkText},
+                                                      {"license_plate", checkText},
+                                                      {"phone", checkText},
+                                                      {"api_token", checkFilledText},
+                                                      {"email", checkEmail},
+                                                      {"password", checkPassword},
+                                                      {"reset_password_token", checkFilledText}}};
+constexpr auto kDetailRules = std::span(kCustomerRules).first<5>();
+
+constexpr std::array<FieldRule, 2> kConsentRules = {
+    {{"terms_of_service", checkConsent, true}, {"age_verification", checkConsent, true}}};
+
+constexpr std::array<FieldRule, 3> kSignUpRules = {{{"email", checkEmail, true},
+                                                    {"password", checkPassword, true},
+                                                    {"password_confirmation", checkText, true}}};
+
+constexpr std::array<FieldRule, 2> kSignInRules = {
+    {{"email", checkText, true}, {"password", checkText, true}}};
+
+constexpr std::array<FieldRule, 1> kResetRequestRules = {{{"email", checkEmail, true}}};
+
+constexpr std::array<FieldRule, 3> kNewPasswordRules = {{{"reset_password_token", checkText, true},
+                                                         {"password", checkPassword, true},
+                                                         {"confirmation", checkText, true}}};
+
+bool isSameAddress(std::string_view one, std::string_view other) {
+  return std::ranges::equal(one, other, [](unsigned char left, unsigned char right) {
+    return std::tolower(left) == std::tolower(right);
+  });
+}
+
+bool isSame(std::string_view one, std::string_view other) { return one == other; }
+
+const Dictionary* find(const World& world, std::string_view key, std::string_view text,
+                       bool (*matches)(std::string_view, std::string_view) = isSame) {
+  const auto found = std::ranges::find_if(world.customers, [&](const Dictionary& customer) {
+    const auto* value = platform::find<std::string>(customer, key);
+    return value && matches(*value, text);
+  });
+  return found == world.customers.end() ? nullptr : &*found;
+}
+
+const Dictionary* findByAddress(const World& world, std::string_view email) {
+  return find(world, "email", email, isSameAddress);
+}
+
+/// The customer to change, who belongs to the same world.
+Dictionary& changeable(World& world, const Dictionary& customer) {
+  return world.customers[static_cast<std::size_t>(&customer - world.customers.data())];
+}
+
+const std::string& text(const Dictionary& record, std::string_view key) {
+  return *platform::find<std::string>(record, key);
+}
+
+std::string newToken(World& world) { return world.generator.text(kTokenLength, kTokenAlphabet); }
+
+/// The complaints about the fields, among them that a password is not confirmed.
+Dictionary passwordErrors(const Dictionary& info, std::span<const FieldRule> rules,
+                          std::string_view confirmationKey) {
+  Dictionary errors = fieldErrors(info, rules);
+  if (!errors.contains("password") && !errors.contains(confirmationKey) &&
+      text(info, "password") != text(info, confirmationKey)) {
+    errors.emplace(confirmationKey,
+                   platform::List{fieldMessage(confirmationKey, "is not the password")});
+  }
+  return errors;
+}
+
+}  // namespace
+
+const Dictionary* findCustomer(const World& world, std::string_view token) {
+  return find(world, "api_token", token);
+}
+
+Dictionary shownCustomer(Dictionary customer) {
+  customer.erase("reset_password_token");
+  return inspectedCustomer(std::move(customer));
+}
+
+Dictionary inspectedCustomer(Dictionary customer) {
+  customer.erase("password");
+  return customer;
+}
+
+Outcome createCustomer(World& world, const Dictionary& info) {
+  Dictionary errors = fieldErrors(info, kDetailRules);
+  errors.merge(fieldErrors(info, kConsentRules));
+  if (!errors.empty()) return Refusal{Refusal::Kind::invalid, std::move(errors)};
+  Dictionary customer;
+  copyFields(info, kDetailRules, customer);
+  customer.emplace("api_token", newToken(world));
+  return shownCustomer(world.customers.emplace_back(std::move(customer)));
+}
+
+Outcome updateCustomer(World& world, std::string_view token, const Dictionary& info) {
+  if (Dictionary errors = fieldErrors(info, kDetailRules); !errors.empty()) {
+    return Refusal{Refusal::Kind::invalid, std::move(errors)};
+  }
+  Dictionary& customer = changeable(world, *findCustomer(world, token));
+  copyFields(info, kDetailRules, customer);
+  return shownCustomer(customer);
+}
+
+Outcome signUp(World& world, std::string_view token, const Dictionary& info) {
+  if (Dictionary errors = passwordErrors(info, kSignUpRules, "password_confirmation");
+      !errors.empty()) {
+    return Refusal{Refusal::Kind::invalid, std::move(errors)};
+  }
+  Dictionary& customer = changeable(world, *findCustomer(world, token));
+  if (customer.contains("email")) return invalid("email", "of this customer is set already");
+  if (findByAddress(world, text(info, "email"))) return invalid("email", "is taken");
+  copyFields(info, std::span(kSignUpRules).first<2>(), customer);
+  return shownCustomer(customer);
+}
+
+Outcome signIn(const World& world, const Dictionary& info) {
+  if (Dictionary errors = fieldErrors(info, kSignInRules); !errors.empty()) {
+    return Refusal{Refusal::Kind::invalid, std::move(errors)};
+  }
+  const Dictionary* customer = findByAddress(world, text(info, "email"));
+  if (customer && text(*customer, "password") == text(info, "password")) {
+    return shownCustomer(*customer);
+  }
+  return refusal(Refusal::Kind::unauthorized, "password",
+                 fieldMessage("password", "or e-mail address is wrong"));
+}
+
+Outcome requestPasswordReset(World& world, const Dictionary& info) {
+  if (Dictionary errors = fieldErrors(info, kResetRequestRules); !errors.empty()) {
+    return Refusal{Refusal::Kind::invalid, std::move(errors)};
+  }
+  if (const Dictionary* customer = findByAddress(world, text(info, "email"))) {
+    changeable(world, *customer).insert_or_assign("reset_password_token", newToken(world));
+  }
+  return Dictionary{};
+}
+
+Outcome setNewPassword(World& world, const Dictionary& info) {
+  if (Dictionary errors = passwordErrors(info, kNewPasswordRules, "confirmation");
+      !errors.empty()) {
+    return Refusal{Refusal::Kind::invalid, std::move(errors)};
+  }
+  const Dictionary* found = find(world, "reset_password_token", text(info, "reset_password_token"));
+  if (!found) return invalid("reset_password_token", "is unknown or used");
+  Dictionary& customer = changeable(world, *found);
+  customer.erase("reset_password_token");
+  customer.insert_or_assign("password", text(info, "password"));
+  return shownCustomer(customer);
+}
+
+std::span<const FieldRule> customerRules() { return kCustomerRules; }
+
+std::optional<Refusal> restoreCustomer(World& world, Dictionary customer) {
+  if (customer.contains("email") != customer.contains("password")) {
+    return invalid("email", "and password belong together");
+  }
+  if (customer.contains("email") && findByAddress(world, text(customer, "email"))) {
+    return invalid("email", "is taken");
+  }
+  if (!customer.contains("api_token")) customer.emplace("api_token", newToken(world));
+  for (const std::string_view key : {"api_token", "reset_password_token"}) {
+    if (customer.contains(key) && find(world, key, text(customer, key))) {
+      return invalid(key, "is taken");
+    }
+  }
+  world.customers.push_back(std::move(customer));
+  return std::nullopt;
+}
+
+}  // namespace ovinta::sandbox
