@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <iostream>
 #include <memory>
+#include <string>
 
 #include "cli/Commands.h"
 #include "sandbox/Sandbox.h"
@@ -12,7 +13,17 @@
 namespace ovinta::cli {
 namespace {
 
-int runSandbox(const sandbox::Options& options) {
+struct SandboxArguments {
+  sandbox::Options options;
+  std::string snapshotFile;
+};
+
+int fail(const std::string& error) {
+  std::cerr << "ovinta sandbox: " << error << "\n";
+  return 1;
+}
+
+int runSandbox(const SandboxArguments& arguments) {
   // Blocked before the service's threads start, so that none but this one takes the signals.
   sigset_t signals;
   sigemptyset(&signals);
@@ -20,32 +31,36 @@ int runSandbox(const sandbox::Options& options) {
   sigaddset(&signals, SIGTERM);
   pthread_sigmask(SIG_BLOCK, &signals, nullptr);
 
-  sandbox::Sandbox service(options);
-  if (const auto error = service.start()) {
-    std::cerr << "ovinta sandbox: " << *error << "\n";
-    return 1;
-  }
+  sandbox::Sandbox service(arguments.options);
+  if (const auto error = service.start()) return fail(*error);
   std::cout << service.baseURL() << std::endl;
   int signal = 0;
   sigwait(&signals, &signal);
   service.stop();
-  return 0;
+  if (arguments.snapshotFile.empty()) return 0;
+  const auto error = service.saveSnapshot(arguments.snapshotFile);
+  return error ? fail(*error) : 0;
 }
 
 }  // namespace
 
 void addSandboxCommand(CLI::App& app, int& exitCode) {
-  auto options = std::make_shared<sandbox::Options>();
+  auto arguments = std::make_shared<SandboxArguments>();
+  sandbox::Options* options = &arguments->options;
   CLI::App* command = app.add_subcommand("sandbox", "Serve the REST service on this machine");
   command->add_option("--port", options->port, "Port on 127.0.0.1; 0 for any that is free")
       ->check(CLI::Range(0, 65535))
       ->capture_default_str();
   command->add_option("--seed", options->seed, "Tokens and redemption codes follow from it")
       ->capture_default_str();
+  command->add_option("--seed-file", options->seedFile,
+                      "Start with the snapshot that the file holds, and reset to it");
+  command->add_option("--snapshot-file", arguments->snapshotFile,
+                      "Write a snapshot to the file when the service ends");
   command->add_option("--app-token", options->appToken, "Refuse apps with another token");
   command->add_option("--minimum-app-version", options->minimumAppVersion,
                       "Tell apps that are older to upgrade");
-  command->callback([options, &exitCode] { exitCode = runSandbox(*options); });
+  command->callback([arguments, &exitCode] { exitCode = runSandbox(*arguments); });
 }
 
 }  // namespace ovinta::cli

@@ -31,6 +31,11 @@ Answer listAllOrders(const Call& call) {
       call.service.state.act([](World& world, platform::Date) { return allOrders(world); }));
 }
 
+Answer offerOrder(const Call& call) {
+  return answerFor(call.service.state.act(
+      [&](World& world, platform::Date now) { return offerOrder(world, call.data, now); }));
+}
+
 Answer moveOrder(const Call& call) {
   Outcome outcome = call.service.state.act([&](World& world, platform::Date now) {
     return moveOrder(world, orderID(call.parameters[0]), call.parameters[1], now);
@@ -48,18 +53,6 @@ Answer listenForPushes(const Call& call) {
   return {.contentType = "text/event-stream",
           .headers = {{"Cache-Control", "no-store"}},
           .pushes = call.service.pushes.listen(call.parameters[0])};
-}
-
-Answer listRequests(const Call& call) { return dataAnswer(call.service.requests.list()); }
-
-Answer demandAppVersion(const Call& call) {
-  call.service.setMinimumAppVersion(call.parameters[0]);
-  return dataAnswer(platform::Dictionary{{"minimum_app_version", call.parameters[0]}});
-}
-
-Answer admitAllAppVersions(const Call& call) {
-  call.service.setMinimumAppVersion({});
-  return dataAnswer(platform::Dictionary{});
 }
 
 }  // namespace ovinta::sandbox

@@ -79,6 +79,11 @@ void PushMailbox::send(std::string_view pushToken, std::string payload) {
   shared_->changed.notify_all();
 }
 
+void PushMailbox::clear() {
+  const std::lock_guard lock(shared_->mutex);
+  shared_->waiting.clear();
+}
+
 void PushMailbox::close(std::chrono::milliseconds patience) {
   std::unique_lock lock(shared_->mutex);
   shared_->closed = true;

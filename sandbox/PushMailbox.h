@@ -46,6 +46,9 @@ class PushMailbox {
   /// Gives the payload to all listeners of the token, or keeps it when there is none.
   void send(std::string_view pushToken, std::string payload);
 
+  /// Drops the payloads that nobody has listened for yet.
+  void clear();
+
   /// Ends all waiting, for good, and gives the listeners that long to go.
   void close(std::chrono::milliseconds patience);
 

@@ -4,20 +4,36 @@
 #include <deque>
 #include <mutex>
 #include <string>
-#include <string_view>
+#include <utility>
+#include <vector>
 
 #include "platform/Value.h"
 
 namespace ovinta::sandbox {
 
-/// The requests received last, without headers, queries and bodies. May be used from any thread.
+/// A request as it was received, and what it was answered.
+struct ReceivedRequest {
+  std::string method;
+  /// Path and query, as received.
+  std::string target;
+  /// Names and values.
+  std::vector<std::pair<std::string, std::string>> headers = {};
+  std::string body = {};
+  int status = 0;
+  std::string answerBody = {};
+};
+
+/// The requests received last, in memory only. Everything is kept for testers to see, but the
+/// values of passwords, which are masked, and texts beyond 64 KiB. May be used from any thread.
 class RequestLog {
  public:
-  /// `target` is the request's target as received.
-  void add(std::string_view method, std::string_view target, int status);
+  void add(const ReceivedRequest& request);
 
-  /// Oldest first: method, path and status of each.
+  /// Oldest first: method, path with query, headers, body, status and answer of each. Bytes that a
+  /// JSON text cannot hold show as "?".
   platform::List list() const;
+
+  void clear();
 
  private:
   static constexpr std::size_t kMostKept = 1000;

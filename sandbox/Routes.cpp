@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "platform/JSON.h"
+#include "sandbox/Envelope.h"
 
 namespace ovinta::sandbox {
 namespace {
@@ -26,10 +27,16 @@ constexpr auto kRoutes = std::to_array<Route>({
     {"POST", "/m/v1/events", Access::customer, Body::data, createEvent},
     {"GET", "/sandbox/?", Access::everyone, Body::none, showConsole},
     {"GET", "/sandbox/orders", Access::everyone, Body::none, listAllOrders},
+    {"POST", "/sandbox/orders", Access::everyone, Body::data, offerOrder},
     {"POST", "/sandbox/orders/(\\d+)/(ready|delayed|cancelled|gone)", Access::everyone, Body::none,
      moveOrder},
     {"GET", "/sandbox/pushes/(.+)", Access::everyone, Body::none, listenForPushes},
+    {"GET", "/sandbox/customers", Access::everyone, Body::none, listCustomers},
     {"GET", "/sandbox/requests", Access::everyone, Body::none, listRequests},
+    {"DELETE", "/sandbox/requests", Access::everyone, Body::none, clearRequests},
+    {"GET", "/sandbox/snapshot", Access::everyone, Body::none, showSnapshot},
+    {"PUT", "/sandbox/snapshot", Access::everyone, Body::data, restoreSnapshot},
+    {"POST", "/sandbox/reset", Access::everyone, Body::none, resetAll},
     {"PUT", "/sandbox/minimum-app-version/([^/]+)", Access::everyone, Body::none, demandAppVersion},
     {"DELETE", "/sandbox/minimum-app-version", Access::everyone, Body::none, admitAllAppVersions},
 });
@@ -50,10 +57,6 @@ int statusOf(Refusal::Kind kind) {
   return 500;
 }
 
-std::string wrapped(std::string key, platform::Value value) {
-  return platform::writeJSON(platform::Dictionary{{std::move(key), std::move(value)}});
-}
-
 }  // namespace
 
 std::span<const Route> routes() { return kRoutes; }
@@ -62,7 +65,7 @@ Answer objectAnswer(const platform::Dictionary& object) {
   return {.body = platform::writeJSON(object)};
 }
 
-Answer dataAnswer(platform::Value value) { return {.body = wrapped("data", std::move(value))}; }
+Answer dataAnswer(platform::Value value) { return {.body = enveloped("data", std::move(value))}; }
 
 Answer answerFor(Outcome outcome) {
   if (const auto* refusal = std::get_if<Refusal>(&outcome)) return answerFor(*refusal);
@@ -71,7 +74,7 @@ Answer answerFor(Outcome outcome) {
 
 Answer answerFor(const Refusal& refusal) {
   Answer answer{.status = statusOf(refusal.kind)};
-  if (!refusal.errors.empty()) answer.body = wrapped("errors", refusal.errors);
+  if (!refusal.errors.empty()) answer.body = enveloped("errors", refusal.errors);
   return answer;
 }
 

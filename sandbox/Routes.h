@@ -94,12 +94,20 @@ Answer claimOrder(const Call& call);
 // Events
 Answer createEvent(const Call& call);
 
-// Merchant's and tester's side
+// Merchant's side
 Answer showConsole(const Call& call);
 Answer listAllOrders(const Call& call);
+Answer offerOrder(const Call& call);
 Answer moveOrder(const Call& call);
 Answer listenForPushes(const Call& call);
+
+// Tester's side
+Answer listCustomers(const Call& call);
 Answer listRequests(const Call& call);
+Answer clearRequests(const Call& call);
+Answer showSnapshot(const Call& call);
+Answer restoreSnapshot(const Call& call);
+Answer resetAll(const Call& call);
 Answer demandAppVersion(const Call& call);
 Answer admitAllAppVersions(const Call& call);
 

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "sandbox/Server.h"
+#include "sandbox/SnapshotFile.h"
 
 namespace ovinta::sandbox {
 namespace {
@@ -20,11 +21,23 @@ Options completed(Options options) {
 }  // namespace
 
 Sandbox::Sandbox(Options options)
-    : server_(std::make_unique<Server>(completed(std::move(options)))) {}
+    : seedFile_(options.seedFile),
+      server_(std::make_unique<Server>(completed(std::move(options)))) {}
 
 Sandbox::~Sandbox() { stop(); }
 
-std::optional<std::string> Sandbox::start() { return server_->start(); }
+std::optional<std::string> Sandbox::start() {
+  Service& service = server_->service();
+  if (seedFile_) {
+    if (auto error = readSnapshotFile(*seedFile_, service.state)) return error;
+  }
+  service.keepAsStart();
+  return server_->start();
+}
+
+std::optional<std::string> Sandbox::saveSnapshot(const std::string& path) {
+  return writeSnapshotFile(path, server_->service().state);
+}
 
 void Sandbox::stop() { server_->stop(); }
 

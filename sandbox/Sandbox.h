@@ -15,6 +15,8 @@ struct Options {
   int port = 0;
   /// Tokens and redemption codes follow from it.
   std::uint64_t seed = 1;
+  /// When given, a file with a snapshot, which the service starts with and is reset to.
+  std::optional<std::string> seedFile = {};
   /// The service's clock, called from any thread, never under a lock; empty for the system's.
   std::function<platform::Date()> now = {};
   /// When given, requests of apps must carry exactly this app token.
@@ -42,6 +44,10 @@ class Sandbox {
   /// effect when the service does not run.
   void stop();
 
+  /// Writes all that the service knows to a file that can be a seed file; before, during and after
+  /// service. Answers what went wrong, as a sentence, or absent when nothing did.
+  std::optional<std::string> saveSnapshot(const std::string& path);
+
   /// The port in use; 0 before `start`.
   int port() const;
 
@@ -50,6 +56,7 @@ class Sandbox {
 
  private:
   class Server;
+  const std::optional<std::string> seedFile_;
   std::unique_ptr<Server> server_;
 };
 

@@ -6,7 +6,7 @@
 #include <regex>
 #include <utility>
 
-#include "platform/JSON.h"
+#include "sandbox/Envelope.h"
 #include "sandbox/Validation.h"
 
 namespace ovinta::sandbox {
@@ -28,14 +28,6 @@ std::string customerToken(const std::string& authorization) {
   static const std::regex kForm("Token token=\"([^\"]+)\"");
   std::smatch parts;
   return std::regex_match(authorization, parts, kForm) ? parts[1].str() : std::string();
-}
-
-Outcome dataOf(const std::string& body) {
-  const auto value = platform::parseJSON(body);
-  const auto* object = value ? value->as<platform::Dictionary>() : nullptr;
-  const auto* data = object ? platform::find<platform::Dictionary>(*object, "data") : nullptr;
-  if (data) return *data;
-  return refusal(Refusal::Kind::invalid, "data", fieldMessage("data", "is missing"));
 }
 
 /// Sends the listener's pushes as server-sent events until either side ends.
@@ -103,17 +95,18 @@ void Sandbox::Server::stop() {
 void Sandbox::Server::addRoute(const Route& route) {
   add(route.method, std::string(route.pattern),
       [this, &route](const httplib::Request& request, const std::string& body, Reply& reply) {
-        finish(request, answer(route, request, body), reply);
+        finish(request, body, answer(route, request, body), reply);
       });
 }
 
 void Sandbox::Server::addFallbacks() {
   for (const char* method : {"GET", "POST", "PUT", "PATCH", "DELETE"}) {
-    add(method, ".*", [this](const httplib::Request& request, const std::string&, Reply& reply) {
-      const auto unknown =
-          refusal(Refusal::Kind::unknown, "path", fieldMessage("path", "is unknown"));
-      finish(request, answerFor(unknown), reply);
-    });
+    add(method, ".*",
+        [this](const httplib::Request& request, const std::string& body, Reply& reply) {
+          const auto unknown =
+              refusal(Refusal::Kind::unknown, "path", fieldMessage("path", "is unknown"));
+          finish(request, body, answerFor(unknown), reply);
+        });
   }
 }
 
@@ -175,9 +168,15 @@ std::optional<Answer> Sandbox::Server::rejection(Access access, const httplib::R
   return std::nullopt;
 }
 
-void Sandbox::Server::finish(const httplib::Request& request, Answer answer, Reply& reply) {
+void Sandbox::Server::finish(const httplib::Request& request, const std::string& body,
+                             Answer answer, Reply& reply) {
   if (request.path.find(kAppPaths) <= 1) {
-    service_.requests.add(request.method, request.target, answer.status);
+    service_.requests.add({.method = request.method,
+                           .target = request.target,
+                           .headers = {request.headers.begin(), request.headers.end()},
+                           .body = body,
+                           .status = answer.status,
+                           .answerBody = answer.body});
   }
   reply.status = answer.status;
   for (const auto& [name, value] : answer.headers) reply.set_header(name, value);

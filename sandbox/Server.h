@@ -22,6 +22,7 @@ class Sandbox::Server {
   std::optional<std::string> start();
   void stop();
   int port() const { return port_; }
+  Service& service() { return service_; }
 
  private:
   using Reply = httplib::Response;
@@ -37,7 +38,8 @@ class Sandbox::Server {
   std::optional<Answer> rejection(Access access, const httplib::Request& request,
                                   const std::string& token) const;
   /// Logs what apps asked for, and replies.
-  void finish(const httplib::Request& request, Answer answer, Reply& reply);
+  void finish(const httplib::Request& request, const std::string& body, Answer answer,
+              Reply& reply);
 
   const std::optional<std::string> appToken_;
   const int wantedPort_;

@@ -31,6 +31,22 @@ class Service {
     minimumAppVersion_ = std::move(version);
   }
 
+  /// From now on `reset` leads to what holds at present.
+  void keepAsStart() {
+    state.keepAsStart();
+    const std::lock_guard lock(mutex_);
+    startMinimumAppVersion_ = minimumAppVersion_;
+  }
+
+  /// Brings back the start, and forgets pushes that wait and requests that came.
+  void reset() {
+    state.reset();
+    pushes.clear();
+    requests.clear();
+    const std::lock_guard lock(mutex_);
+    minimumAppVersion_ = startMinimumAppVersion_;
+  }
+
   bool admitsAppVersion(std::string_view version) const {
     const std::lock_guard lock(mutex_);
     return !isOlderVersion(version, minimumAppVersion_);
@@ -39,6 +55,7 @@ class Service {
  private:
   mutable std::mutex mutex_;
   std::string minimumAppVersion_;
+  std::string startMinimumAppVersion_;
 };
 
 }  // namespace ovinta::sandbox

@@ -7,9 +7,19 @@ constexpr struct {
   const char* method;
   const char* path;
   bool needsCustomer;
-} kAppRoutes[] = {{"GET", "/m/v1/app", false},     {"POST", "/m/v1/customer", false},
-                  {"GET", "/m/v1/customer", true}, {"GET", "/m/v1/orders", true},
-                  {"POST", "/m/v1/orders", true},  {"PUT", "/m/v1/orders/ABCDEF", true},
+} kAppRoutes[] = {{"GET", "/m/v1/app", false},
+                  {"POST", "/m/v1/customer", false},
+                  {"GET", "/m/v1/customer", true},
+                  {"PATCH", "/m/v1/customer", true},
+                  {"PATCH", "/m/v1/customer/sign_up", true},
+                  {"POST", "/m/v1/customer/sign_in", false},
+                  {"POST", "/m/v1/customer/password", false},
+                  {"PATCH", "/m/v1/customer/password", false},
+                  {"GET", "/m/v1/sites", false},
+                  {"GET", "/m/v1/orders", true},
+                  {"POST", "/m/v1/orders", true},
+                  {"GET", "/m/v1/orders/ABCDEF/edit", false},
+                  {"PUT", "/m/v1/orders/ABCDEF", true},
                   {"POST", "/m/v1/events", true}};
 
 class AccessTest : public SandboxTest {};
@@ -65,18 +75,36 @@ TEST_F(AccessTest, UnknownPathsAndMethodsAreNotFound) {
   }
 }
 
-TEST_F(AccessTest, ListsWhatAppsAskedForWithoutSecrets) {
+TEST_F(AccessTest, ListsWhatAppsAskedForAndGotButNoPassword) {
   Speaker app(sandbox);
-  app.becomeCustomer();
-  app.createOrder();
-  app.send("POST", "/sandbox/orders/1001/ready");
-  app.send("GET", "/m/v1/\xff?secret=1");
-  const auto entry = [](const char* method, const char* path, int status) {
-    return Dictionary{{"method", method}, {"path", path}, {"status", status}};
-  };
-  EXPECT_EQ(app.send("GET", "/sandbox/requests").list(),
-            (List{entry("POST", "/m/v1/customer", 200), entry("POST", "/m/v1/orders", 200),
-                  entry("GET", "/m/v1/%FF", 404)}));
+  app.sendBody("POST", "/m/v1/\xff", "\xfe");
+  EXPECT_THAT(app.send("GET", "/sandbox/requests").body,
+              testing::AllOf(testing::HasSubstr("/m/v1/%FF"), testing::HasSubstr(R"("body":"?")")));
+  app.send("DELETE", "/sandbox/requests");
+  EXPECT_EQ(app.send("GET", "/sandbox/requests").list(), List{});
+  app.setToken("abc");
+  app.send("GET", "/m/v1/customer?x=1");
+  app.sendBody("PATCH", "//m/v1/customer/password",
+               R"({"data": {"password" : "s3cret\"","confirmation":"s3cret"}})");
+  app.sendBody("POST", "/m/v1/customer/sign_in", R"({"password":"s3cret cut short)");
+  const Reply reply = app.send("GET", "/sandbox/requests");
+  ASSERT_EQ(reply.list().size(), 3u);
+  Dictionary first = *reply.list()[0].as<Dictionary>();
+  EXPECT_THAT(*platform::find<List>(first, "headers"),
+              testing::Contains(
+                  Value(Dictionary{{"name", "Authorization"}, {"value", "Token token=\"abc\""}})));
+  first.erase("headers");
+  EXPECT_EQ(first, (Dictionary{{"method", "GET"},
+                               {"path", "/m/v1/customer?x=1"},
+                               {"body", ""},
+                               {"status", 401},
+                               {"answer", ""}}));
+  const auto& second = *reply.list()[1].as<Dictionary>();
+  EXPECT_EQ(second.find("body")->second,
+            Value(R"({"data": {"password" : "********","confirmation":"********"}})"));
+  EXPECT_THAT(*platform::find<std::string>(second, "answer"),
+              testing::HasSubstr("Reset password token is missing"));
+  EXPECT_THAT(reply.body, testing::Not(testing::HasSubstr("s3cret")));
 }
 
 class AppTokenTest : public SandboxTest {

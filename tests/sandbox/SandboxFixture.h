@@ -26,6 +26,8 @@ struct Reply {
   Value data = {};
   Dictionary errors = {};
   httplib::Headers headers = {};
+  /// The whole text.
+  std::string body = {};
 
   const Dictionary& record() const { return std::get<Dictionary>(data.storage); }
   const List& list() const { return std::get<List>(data.storage); }
@@ -61,7 +63,7 @@ class Speaker {
     request.body = body;
     const httplib::Result result = client_.send(request);
     if (!result) return {};
-    Reply reply{.status = result->status, .headers = result->headers};
+    Reply reply{.status = result->status, .headers = result->headers, .body = result->body};
     const auto json = platform::parseJSON(result->body);
     if (!json || !json->as<Dictionary>()) return reply;
     const auto& object = *json->as<Dictionary>();

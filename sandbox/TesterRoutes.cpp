@@ -1,0 +1,47 @@
+#include "sandbox/Accounts.h"
+#include "sandbox/Routes.h"
+#include "sandbox/Snapshot.h"
+
+namespace ovinta::sandbox {
+
+Answer listCustomers(const Call& call) {
+  return dataAnswer(call.service.state.act([](const World& world, platform::Date) {
+    platform::List list;
+    for (const auto& customer : world.customers) list.emplace_back(inspectedCustomer(customer));
+    return list;
+  }));
+}
+
+Answer listRequests(const Call& call) { return dataAnswer(call.service.requests.list()); }
+
+Answer clearRequests(const Call& call) {
+  call.service.requests.clear();
+  return dataAnswer(platform::Dictionary{});
+}
+
+Answer showSnapshot(const Call& call) {
+  return dataAnswer(
+      call.service.state.act([](const World& world, platform::Date) { return snapshotOf(world); }));
+}
+
+Answer restoreSnapshot(const Call& call) {
+  const auto refused = call.service.state.restore(call.data);
+  return refused ? answerFor(*refused) : showSnapshot(call);
+}
+
+Answer resetAll(const Call& call) {
+  call.service.reset();
+  return dataAnswer(platform::Dictionary{});
+}
+
+Answer demandAppVersion(const Call& call) {
+  call.service.setMinimumAppVersion(call.parameters[0]);
+  return dataAnswer(platform::Dictionary{{"minimum_app_version", call.parameters[0]}});
+}
+
+Answer admitAllAppVersions(const Call& call) {
+  call.service.setMinimumAppVersion({});
+  return dataAnswer(platform::Dictionary{});
+}
+
+}  // namespace ovinta::sandbox
