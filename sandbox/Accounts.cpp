@@ -112,12 +112,17 @@ const Dictionary* findCustomer(const World& world, std::string_view token) {
 
 Dictionary shownCustomer(Dictionary customer) {
   customer.erase("reset_password_token");
-  return inspectedCustomer(std::move(customer));
-}
-
-Dictionary inspectedCustomer(Dictionary customer) {
   customer.erase("password");
   return customer;
+}
+
+platform::List inspectedCustomers(const World& world) {
+  platform::List list;
+  for (Dictionary customer : world.customers) {
+    customer.erase("password");
+    list.emplace_back(std::move(customer));
+  }
+  return list;
 }
 
 Outcome createCustomer(World& world, const Dictionary& info) {

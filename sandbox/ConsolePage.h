@@ -3,11 +3,19 @@
 #include <string>
 
 #include "platform/Value.h"
-#include "sandbox/Sites.h"
 
 namespace ovinta::sandbox {
 
-/// The page for people: sites, orders with what a merchant can do to them, and where to look.
-std::string consolePage(const Sites& sites, const platform::List& orders);
+/// What the page shows: lists of records, each as the service lists them for testers.
+struct ConsoleView {
+  platform::List orders;
+  platform::List customers;
+  platform::List requests;
+  platform::List sites;
+};
+
+/// The page for people: orders with what a merchant can do to them, a form for an order to claim,
+/// accounts, the last requests and the sites.
+std::string consolePage(const ConsoleView& view);
 
 }  // namespace ovinta::sandbox

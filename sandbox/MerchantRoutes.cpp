@@ -2,6 +2,7 @@
 #include <cstdint>
 
 #include "platform/JSON.h"
+#include "sandbox/Accounts.h"
 #include "sandbox/ConsolePage.h"
 #include "sandbox/Orders.h"
 #include "sandbox/PushPayload.h"
@@ -20,10 +21,14 @@ std::int64_t orderID(const std::string& digits) {
 }  // namespace
 
 Answer showConsole(const Call& call) {
-  return {.contentType = "text/html; charset=utf-8",
-          .body = call.service.state.act([](World& world, platform::Date) {
-            return consolePage(world.sites, allOrders(world));
-          })};
+  ConsoleView view = call.service.state.act([](const World& world, platform::Date) {
+    return ConsoleView{.orders = allOrders(world),
+                       .customers = inspectedCustomers(world),
+                       .requests = {},
+                       .sites = allSites(world.sites)};
+  });
+  view.requests = call.service.requests.list();
+  return {.contentType = "text/html; charset=utf-8", .body = consolePage(view)};
 }
 
 Answer listAllOrders(const Call& call) {

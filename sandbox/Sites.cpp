@@ -75,6 +75,12 @@ Dictionary listedSite(Dictionary site) {
   return site;
 }
 
+platform::List allSites(const Sites& sites) {
+  platform::List list;
+  for (const auto& [id, site] : sites) list.emplace_back(site);
+  return list;
+}
+
 Dictionary orderFields(const Dictionary& site) {
   Dictionary fields = {{"project_mobile_flow_always_show_vehicle_info_fields", true},
                        {"project_mobile_flow_customer_name_editing_enabled", true},

@@ -22,6 +22,9 @@ std::span<const FieldRule> siteRules();
 /// What a search tells of the site.
 platform::Dictionary listedSite(platform::Dictionary site);
 
+/// All sites, by rising identifier.
+platform::List allSites(const Sites& sites);
+
 /// What an order tells of its site and of the project that the site belongs to.
 platform::Dictionary orderFields(const platform::Dictionary& site);
 

@@ -62,19 +62,15 @@ void restorePart(const Part& part, const List& items, World& world, platform::Da
   }
 }
 
-List listOf(const auto& records) {
-  List list;
-  for (const auto& [key, record] : records) list.emplace_back(record);
-  return list;
-}
-
 }  // namespace
 
 Dictionary snapshotOf(const World& world) {
+  List orders;
+  for (const auto& [id, order] : world.orders) orders.emplace_back(order);
   return {{"generator", std::bit_cast<std::int64_t>(world.generator.state())},
-          {"sites", listOf(world.sites)},
+          {"sites", allSites(world.sites)},
           {"customers", List(world.customers.begin(), world.customers.end())},
-          {"orders", listOf(world.orders)}};
+          {"orders", std::move(orders)}};
 }
 
 std::variant<World, Refusal> readSnapshot(const Dictionary& document, SeededGenerator generator,

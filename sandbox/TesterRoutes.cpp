@@ -5,11 +5,8 @@
 namespace ovinta::sandbox {
 
 Answer listCustomers(const Call& call) {
-  return dataAnswer(call.service.state.act([](const World& world, platform::Date) {
-    platform::List list;
-    for (const auto& customer : world.customers) list.emplace_back(inspectedCustomer(customer));
-    return list;
-  }));
+  return dataAnswer(call.service.state.act(
+      [](const World& world, platform::Date) { return inspectedCustomers(world); }));
 }
 
 Answer listRequests(const Call& call) { return dataAnswer(call.service.requests.list()); }

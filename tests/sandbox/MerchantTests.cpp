@@ -65,9 +65,11 @@ TEST_F(MerchantTest, EventsOnAGoneOrderAreRefusedAsGone) {
             404);
 }
 
-TEST_F(MerchantTest, ThePageEscapesWhatCustomersWrote) {
+TEST_F(MerchantTest, ThePageShowsAllButPasswordsAndEscapesWhatCustomersWrote) {
   Speaker app(sandbox);
   app.becomeCustomer();
+  app.send("PATCH", "/m/v1/customer/sign_up",
+           R"({"email":"a@b.c","password":"secret","password_confirmation":"secret"})");
   app.send("POST", "/m/v1/orders",
            R"({"site_id":43,"partner_identifier":"A","customer_name":"<b>\"Bo\" & Co"})");
   httplib::Client browser("127.0.0.1", sandbox.port());
@@ -75,7 +77,11 @@ TEST_F(MerchantTest, ThePageEscapesWhatCustomersWrote) {
   ASSERT_TRUE(page);
   EXPECT_EQ(page->get_header_value("Content-Type"), "text/html; charset=utf-8");
   EXPECT_THAT(page->body, testing::HasSubstr("<td>&lt;b&gt;&quot;Bo&quot; &amp; Co</td>"));
-  EXPECT_THAT(page->body, testing::HasSubstr("action=\"/sandbox/orders/1001/ready\""));
+  for (const char* part : {"action=\"/sandbox/orders/1001/ready\"", "<td>/m/v1/customer</td>",
+                           "<td>a@b.c</td>", "<td>55</td><td>Old Town Hall Market</td>"}) {
+    EXPECT_THAT(page->body, testing::HasSubstr(part));
+  }
+  EXPECT_THAT(page->body, testing::Not(testing::HasSubstr("secret")));
 }
 
 }  // namespace
