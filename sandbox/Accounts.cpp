@@ -128,7 +128,7 @@ platform::List inspectedCustomers(const World& world) {
 Outcome createCustomer(World& world, const Dictionary& info) {
   Dictionary errors = fieldErrors(info, kDetailRules);
   errors.merge(fieldErrors(info, kConsentRules));
-  if (!errors.empty()) return Refusal{Refusal::Kind::invalid, std::move(errors)};
+  if (auto refused = invalid(std::move(errors))) return *std::move(refused);
   Dictionary customer;
   copyFields(info, kDetailRules, customer);
   customer.emplace("api_token", newToken(world));
@@ -136,19 +136,15 @@ Outcome createCustomer(World& world, const Dictionary& info) {
 }
 
 Outcome updateCustomer(World& world, std::string_view token, const Dictionary& info) {
-  if (Dictionary errors = fieldErrors(info, kDetailRules); !errors.empty()) {
-    return Refusal{Refusal::Kind::invalid, std::move(errors)};
-  }
+  if (auto refused = invalid(fieldErrors(info, kDetailRules))) return *std::move(refused);
   Dictionary& customer = changeable(world, *findCustomer(world, token));
   copyFields(info, kDetailRules, customer);
   return shownCustomer(customer);
 }
 
 Outcome signUp(World& world, std::string_view token, const Dictionary& info) {
-  if (Dictionary errors = passwordErrors(info, kSignUpRules, "password_confirmation");
-      !errors.empty()) {
-    return Refusal{Refusal::Kind::invalid, std::move(errors)};
-  }
+  if (auto refused = invalid(passwordErrors(info, kSignUpRules, "password_confirmation")))
+    return *std::move(refused);
   Dictionary& customer = changeable(world, *findCustomer(world, token));
   if (customer.contains("email")) return invalid("email", "of this customer is set already");
   if (findByAddress(world, text(info, "email"))) return invalid("email", "is taken");
@@ -157,9 +153,7 @@ Outcome signUp(World& world, std::string_view token, const Dictionary& info) {
 }
 
 Outcome signIn(const World& world, const Dictionary& info) {
-  if (Dictionary errors = fieldErrors(info, kSignInRules); !errors.empty()) {
-    return Refusal{Refusal::Kind::invalid, std::move(errors)};
-  }
+  if (auto refused = invalid(fieldErrors(info, kSignInRules))) return *std::move(refused);
   const Dictionary* customer = findByAddress(world, text(info, "email"));
   if (customer && text(*customer, "password") == text(info, "password")) {
     return shownCustomer(*customer);
@@ -169,9 +163,7 @@ Outcome signIn(const World& world, const Dictionary& info) {
 }
 
 Outcome requestPasswordReset(World& world, const Dictionary& info) {
-  if (Dictionary errors = fieldErrors(info, kResetRequestRules); !errors.empty()) {
-    return Refusal{Refusal::Kind::invalid, std::move(errors)};
-  }
+  if (auto refused = invalid(fieldErrors(info, kResetRequestRules))) return *std::move(refused);
   if (const Dictionary* customer = findByAddress(world, text(info, "email"))) {
     changeable(world, *customer).insert_or_assign("reset_password_token", newToken(world));
   }
@@ -179,10 +171,8 @@ Outcome requestPasswordReset(World& world, const Dictionary& info) {
 }
 
 Outcome setNewPassword(World& world, const Dictionary& info) {
-  if (Dictionary errors = passwordErrors(info, kNewPasswordRules, "confirmation");
-      !errors.empty()) {
-    return Refusal{Refusal::Kind::invalid, std::move(errors)};
-  }
+  if (auto refused = invalid(passwordErrors(info, kNewPasswordRules, "confirmation")))
+    return *std::move(refused);
   const Dictionary* found = find(world, "reset_password_token", text(info, "reset_password_token"));
   if (!found) return invalid("reset_password_token", "is unknown or used");
   Dictionary& customer = changeable(world, *found);

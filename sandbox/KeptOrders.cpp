@@ -17,12 +17,17 @@ constexpr std::size_t kCodeLength = 6;
 /// Without the letters and digits that people take for one another.
 constexpr std::string_view kCodeAlphabet = "ABCDEFGHJKLMNPQRSTUVWXYZ23456789";
 
+/// Leaves room for the identifiers that follow.
+Complaint checkID(const platform::Value& value) {
+  return checkIntegerRange(value, 1, std::int64_t{1} << 53, "must be an integer from 1");
+}
+
 Complaint checkDevice(const platform::Value& value) {
   return value.as<Dictionary>() ? std::nullopt : Complaint("must be a record");
 }
 
 constexpr std::array<FieldRule, 23> kOrderRules = {{
-    {"id", checkInteger},
+    {"id", checkID},
     {"site_id", checkInteger, true},
     {"partner_identifier", checkFilledText, true},
     {"state", checkOrderState},
@@ -73,7 +78,7 @@ std::optional<Refusal> conflict(const World& world, const Dictionary& order) {
   const auto* owner = platform::find<std::string>(order, "customer_token");
   if (owner && !findCustomer(world, *owner)) return invalid("customer_token", "is unknown");
   const auto* id = platform::find<std::int64_t>(order, "id");
-  if (id && (*id < 1 || world.orders.contains(*id))) return invalid("id", "is taken or below 1");
+  if (id && world.orders.contains(*id)) return invalid("id", "is taken");
   const auto* code = platform::find<std::string>(order, "redemption_code");
   if (code && isCodeTaken(world, *code)) return invalid("redemption_code", "is taken");
   return std::nullopt;

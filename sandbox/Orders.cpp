@@ -79,11 +79,10 @@ void inherit(const World& world, std::string_view token, Dictionary& order) {
   }
 }
 
-/// Adds the order that the request describes and says which it is.
+/// Adds the order that the request describes; an empty `owner` leaves it to be claimed.
 Outcome placeOrder(World& world, const Dictionary& info, std::string_view owner,
                    platform::Date now) {
-  Dictionary errors = fieldErrors(info, kNewOrderRules);
-  if (!errors.empty()) return Refusal{Refusal::Kind::invalid, std::move(errors)};
+  if (auto refused = invalid(fieldErrors(info, kNewOrderRules))) return *std::move(refused);
   Dictionary order;
   copyFields(info, std::span(kNewOrderRules), order);
   order.erase("customer_phone");
@@ -140,7 +139,7 @@ Outcome claimOrder(World& world, std::string_view token, std::string_view redemp
     return refusal(Refusal::Kind::unknown, "order", fieldMessage("order", "is another customer's"));
   }
   if (text(order, "state") == "gone") return Refusal{Refusal::Kind::gone, {}};
-  if (!errors.empty()) return Refusal{Refusal::Kind::invalid, std::move(errors)};
+  if (auto refused = invalid(std::move(errors))) return *std::move(refused);
   if (isNobodys && !isOpen(order)) return invalid("state", "is final");
   if (isNobodys) {
     order.emplace("customer_token", token);
@@ -160,9 +159,7 @@ Outcome addEvent(World& world, std::string_view token, const Dictionary& event,
   if (found == world.orders.end() || !isOwnedBy(found->second, token)) return unknownOrder();
   Dictionary& order = found->second;
   if (text(order, "state") == "gone") return Refusal{Refusal::Kind::gone, {}};
-  if (Dictionary errors = eventErrors(event); !errors.empty()) {
-    return Refusal{Refusal::Kind::invalid, std::move(errors)};
-  }
+  if (auto refused = invalid(eventErrors(event))) return *std::move(refused);
   const auto* known = platform::find<Dictionary>(order, "device");
   Dictionary device = known ? *known : Dictionary();
   applyEvent(event, now, order, device);

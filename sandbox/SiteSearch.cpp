@@ -60,14 +60,20 @@ double numberAt(const Dictionary& record, std::string_view key) {
   return *number(record.find(key)->second);
 }
 
-/// Metres between two points on a sphere of the Earth's mean radius, given in degrees.
-double metresBetween(double latitude, double longitude, double toLatitude, double toLongitude) {
+/// A place on the Earth, in degrees.
+struct Place {
+  double latitude;
+  double longitude;
+};
+
+/// Metres between two places on a sphere of the Earth's mean radius.
+double metresBetween(Place from, Place to) {
   constexpr double kMeanRadius = 6371008.8;
   const auto radians = [](double degrees) { return degrees * std::numbers::pi / 180; };
   const auto haversine = [&](double angle) { return std::pow(std::sin(radians(angle) / 2), 2); };
-  const double share = haversine(toLatitude - latitude) + std::cos(radians(latitude)) *
-                                                              std::cos(radians(toLatitude)) *
-                                                              haversine(toLongitude - longitude);
+  const double share = haversine(to.latitude - from.latitude) +
+                       std::cos(radians(from.latitude)) * std::cos(radians(to.latitude)) *
+                           haversine(to.longitude - from.longitude);
   return 2 * kMeanRadius * std::asin(std::min(1.0, std::sqrt(share)));
 }
 
@@ -90,9 +96,9 @@ std::optional<double> distanceInside(const Dictionary& query, const Dictionary& 
   const auto* latitude = platform::find<std::string>(site, "latitude");
   const auto* longitude = platform::find<std::string>(site, "longitude");
   if (!latitude || !longitude) return std::nullopt;
-  const double distance =
-      metresBetween(numberAt(query, "latitude"), numberAt(query, "longitude"),
-                    *number(*parsedNumber(*latitude)), *number(*parsedNumber(*longitude)));
+  const Place center{numberAt(query, "latitude"), numberAt(query, "longitude")};
+  const Place place{*number(*parsedNumber(*latitude)), *number(*parsedNumber(*longitude))};
+  const double distance = metresBetween(center, place);
   return distance <= numberAt(query, "radius") ? std::optional(distance) : std::nullopt;
 }
 
@@ -129,8 +135,8 @@ std::string pagePath(std::multimap<std::string, std::string> query, std::int64_t
 Outcome searchSites(const Sites& sites, const std::multimap<std::string, std::string>& query) {
   const Dictionary read = readQuery(query);
   const std::span rules(kQueryRules);
-  Dictionary errors = fieldErrors(read, asksForRegion(read) ? rules : rules.subspan(kRegionKeys));
-  if (!errors.empty()) return Refusal{Refusal::Kind::invalid, std::move(errors)};
+  const auto asked = asksForRegion(read) ? rules : rules.subspan(kRegionKeys);
+  if (auto refused = invalid(fieldErrors(read, asked))) return *std::move(refused);
 
   const List all = matches(sites, read);
   const auto* wantedPer = platform::find<std::int64_t>(read, "per");

@@ -89,7 +89,7 @@ std::variant<World, Refusal> readSnapshot(const Dictionary& document, SeededGene
     if (!items) return invalid(part.key, "must be a list");
     restorePart(part, *items, world, now, errors);
   }
-  if (!errors.empty()) return Refusal{Refusal::Kind::invalid, std::move(errors)};
+  if (auto refused = invalid(std::move(errors))) return *std::move(refused);
   return world;
 }
 

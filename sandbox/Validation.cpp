@@ -5,6 +5,7 @@
 #include <cctype>
 #include <cmath>
 #include <cstdint>
+#include <utility>
 
 #include "platform/UUID.h"
 #include "sandbox/WireForms.h"
@@ -63,6 +64,11 @@ std::string fieldMessage(std::string_view key, std::string_view complaint) {
 
 Refusal invalid(std::string_view key, std::string_view complaint) {
   return refusal(Refusal::Kind::invalid, key, fieldMessage(key, complaint));
+}
+
+std::optional<Refusal> invalid(Dictionary errors) {
+  if (errors.empty()) return std::nullopt;
+  return Refusal{Refusal::Kind::invalid, std::move(errors)};
 }
 
 bool isRecord(const Value& value, std::span<const FieldRule> rules) {

@@ -38,6 +38,9 @@ std::string fieldMessage(std::string_view key, std::string_view complaint);
 /// The refusal of an input for that complaint about one field.
 Refusal invalid(std::string_view key, std::string_view complaint);
 
+/// The refusal of an input for those complaints by field name; absent when there are none.
+std::optional<Refusal> invalid(platform::Dictionary errors);
+
 /// The number whether it was written with or without a fractional part; otherwise absent.
 std::optional<double> number(const platform::Value& value);
 
