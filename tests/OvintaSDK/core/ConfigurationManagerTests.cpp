@@ -30,7 +30,12 @@ class ConfigurationTest : public SDKFixture {
 };
 
 TEST_F(ConfigurationTest, IsWhateverTheServiceSends) {
-  const std::pair<Answer, std::optional<Dictionary>> cases[] = {
+  struct Case {
+    Answer reply;
+    std::optional<Dictionary> configuration;
+    bool isError = false;
+  };
+  const Case cases[] = {
       {Answer::json(200, R"({"data":{"a":[1,{"b":null}],"c":1.5}})"),
        Dictionary{{"a", platform::List{1, Dictionary{{"b", nullptr}}}}, {"c", 1.5}}},
       {Answer::json(200, R"({"data":{}})"), Dictionary{}},
@@ -38,14 +43,16 @@ TEST_F(ConfigurationTest, IsWhateverTheServiceSends) {
       {Answer::json(200, R"({"data":null})"), {}},
       {Answer::json(200, "{}"), {}},
       {Answer::json(200, R"([{"data":{}}])"), {}},
-      {Answer::json(401, ""), {}},
+      {Answer::json(200, "5"), {}, true},
+      {Answer::json(200, "null"), {}, true},
+      {Answer::json(401, ""), {}, true},
   };
-  for (const auto& [reply, configuration] : cases) {
+  for (const auto& [reply, configuration, isError] : cases) {
     answer("GET", "m/v1/app", reply);
     const auto outcomes = fetch();
     ASSERT_EQ(outcomes.size(), 1u);
     EXPECT_EQ(outcomes[0].configuration, configuration);
-    EXPECT_EQ(outcomes[0].error != nullptr, reply.response->statusCode == 401);
+    EXPECT_EQ(outcomes[0].error != nullptr, isError);
   }
   EXPECT_EQ(requests().size(), std::size(cases)) << "each fetch asks anew";
   Ovinta::config().fetch();
