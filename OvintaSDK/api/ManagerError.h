@@ -18,8 +18,8 @@ struct ManagerErrorRow {
   std::string_view detail = {};
 };
 
-/// What a manager refuses: the reasons as `kRows`, and as `kContext` the name of the type that the
-/// titles of its errors name, empty for none.
+/// What a manager refuses: the reasons as `kRows`, and as `kContext` the manager's type, which the
+/// titles of its errors name.
 template <class Type>
 struct ManagerErrorTable;
 
@@ -42,7 +42,8 @@ template <class Type>
 class OVINTA_EXPORT ManagerError : public OvintaError {
  public:
   explicit ManagerError(Type type)
-      : OvintaError(std::string(rawValue(type)), subjectOf(managerErrorRow(type).detail)),
+      : OvintaError(std::string(rawValue(type)),
+                    ErrorSubject::ofType(ManagerErrorTable<Type>::kContext)),
         type_(type) {}
 
   Type type() const { return type_; }
@@ -50,13 +51,6 @@ class OVINTA_EXPORT ManagerError : public OvintaError {
   std::string_view detail() const { return managerErrorRow(type_).detail; }
 
  private:
-  /// A detail, which is a text, takes the manager's place in the title.
-  static ErrorSubject subjectOf(std::string_view detail) {
-    constexpr std::string_view kContext = ManagerErrorTable<Type>::kContext;
-    if (!detail.empty()) return ErrorSubject::ofType("String");
-    return kContext.empty() ? ErrorSubject() : ErrorSubject::ofType(kContext);
-  }
-
   Type type_;
 };
 

@@ -108,14 +108,6 @@ class OVINTA_EXPORT OrdersManager {
                                const std::optional<CustomerConsent>& customerConsent,
                                const OrderCallback& callback = {});
 
-  /// Puts the device's push token on the open orders that have a redemption code and no push token,
-  /// in memory and at the service, whose answers are not reported. Runs after every successful
-  /// fetch. Without a token or a customer it does nothing; without a base URL that is logged.
-  void updateOrdersWithNoPushToken();
-  /// The same with a new token, for all open orders with a redemption code whose token differs. It
-  /// does not become the device's: see `Ovinta::setPushToken`.
-  void updatePushTokensWithNewPushToken(const std::string& pushToken);
-
   /// Reports a step of the customer's journey. When the service accepts it, the order in `all`
   /// changes and `SDKNotification::orderUpdated` is posted; when it refuses, `orderEventError`. The
   /// callback receives the order found in `all`, or null, and the error, or null; without a
@@ -137,6 +129,7 @@ class OVINTA_EXPORT OrdersManager {
  private:
   friend class CreateOrderEventOperation;
   friend class LocationUpdater;
+  friend class OrdersPushTokens;
 
   // Fetching.
   void finishFetch(const std::optional<OrderList>& orders, const ErrorPtr& error,
@@ -153,6 +146,8 @@ class OVINTA_EXPORT OrdersManager {
   void createOrder(const std::string& apiURL, const CustomerPtr& customer,
                    const CreateOrderInfo& info, OrderCallback callback);
   void reportPermission(const Order& order);
+  void updateOrdersWithNoPushToken();
+  void updatePushTokensWithNewPushToken(const std::string& pushToken);
   void putPushToken(const std::string& pushToken,
                     const std::function<bool(const Order&)>& isWanted);
 

@@ -1,5 +1,6 @@
 #include "OvintaSDK/sites/NotifyManager.h"
 
+#include "OvintaSDK/api/NumberText.h"
 #include "OvintaSDK/core/LogLine.h"
 #include "OvintaSDK/core/OvintaState.h"
 #include "OvintaSDK/model/SiteCoordinate.h"
@@ -62,10 +63,17 @@ std::optional<UserNotificationRequest> makeRequest(const Site& site,
                                              .repeats = false}};
 }
 
+/// The request for the log: what the application put into it stays out.
+std::string description(const UserNotificationRequest& request) {
+  const platform::CircularRegion& region = request.trigger.region;
+  return "<" + request.identifier + ": " + numberText(region.radius) + " m around " +
+         numberText(region.center.latitude) + ", " + numberText(region.center.longitude) + ">";
+}
+
 void add(const UserNotificationRequest& request) {
-  services().userNotifications->add(request, [identifier = request.identifier](const auto& error) {
+  services().userNotifications->add(request, [text = description(request)](const auto& error) {
     if (!error) return;
-    logLine("Failed to add notification request " + identifier +
+    logLine("Failed to add notification request " + text +
             ", with error: " + error->localizedDescription);
   });
 }

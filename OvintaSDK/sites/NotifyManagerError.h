@@ -12,7 +12,7 @@ enum class OVINTA_EXPORT NotifyManagerErrorType {
 
 template <>
 struct ManagerErrorTable<NotifyManagerErrorType> {
-  static constexpr std::string_view kContext = "";
+  static constexpr std::string_view kContext = "NotifyManager";
   static constexpr ManagerErrorRow<NotifyManagerErrorType> kRows[] = {
       {NotifyManagerErrorType::noLocationPermission, "Location permission is missing"},
       {NotifyManagerErrorType::reachedTheMaxNumberOfSites, "Site limit exceeded",

@@ -3,6 +3,7 @@
 
 #include "OvintaSDK/core/Ovinta.h"
 #include "OvintaSDK/core/UserDefaultsKey.h"
+#include "OvintaSDK/orders/OrdersPushTokens.h"
 #include "tests/support/SDKFixture.h"
 
 namespace ovinta {
@@ -70,7 +71,7 @@ TEST_F(PushTokenRefresh, PutsANewTokenOnAllOpenOrdersWithACode) {
   Ovinta::setPushToken(std::nullopt);
   fetchOrders(records);
   for (int i = 0; i < 2; ++i) {
-    Ovinta::orders().updatePushTokensWithNewPushToken("another");
+    OrdersPushTokens(Ovinta::orders()).updateWithNewPushToken("another");
     drain();
   }
   EXPECT_THAT(requestLines(),
@@ -82,9 +83,9 @@ TEST_F(PushTokenRefresh, PutsANewTokenOnAllOpenOrdersWithACode) {
 
   const auto sent = requests().size();
   Ovinta::customer().setCurrent(nullptr);
-  Ovinta::orders().updatePushTokensWithNewPushToken("new");
+  OrdersPushTokens(Ovinta::orders()).updateWithNewPushToken("new");
   UserDefaultsKey::apiBase.remove();
-  Ovinta::orders().updatePushTokensWithNewPushToken("new");
+  OrdersPushTokens(Ovinta::orders()).updateWithNewPushToken("new");
   drain();
   EXPECT_EQ(requests().size(), sent);
   EXPECT_EQ(Ovinta::orders().all()->front()->pushToken(), "another");

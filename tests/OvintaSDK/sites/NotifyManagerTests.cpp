@@ -147,6 +147,7 @@ TEST_F(Notify, NeedsLocationServicesAndPermission) {
     EXPECT_EQ(requests().size(), lookUps += allowed ? 1 : 0);
   }
   const NotifyManagerError error(NotifyManagerErrorType::reachedTheMaxNumberOfSites);
+  EXPECT_EQ(error.title(), "Error with Notify Manager");
   EXPECT_EQ(error.detail(), "Too many sites. No more than allowed.");
 }
 
@@ -170,8 +171,9 @@ TEST_F(Notify, ArmsTheSitesOfARegion) {
 TEST_F(Notify, LogsWhatTheCentreRefuses) {
   userNotifications->refuseAdds(platform::UserNotificationError{"full"});
   EXPECT_EQ(arm({site(42)}), "none");
-  EXPECT_THAT(logLines(), ElementsAre("Failed to add notification request ovinta.notify 42, "
-                                      "with error: full"));
+  EXPECT_THAT(logLines(),
+              ElementsAre("Failed to add notification request <ovinta.notify 42: 150.0 m around "
+                          "40.7, -74.0>, with error: full"));
 }
 
 TEST_F(Notify, FiresOnceWhenTheDeviceComesNear) {
