@@ -16,9 +16,10 @@ struct ReceivedRequest {
   std::string method;
   /// Path and query, as received.
   std::string target;
-  /// Names and values.
+  /// Names and values, in the order received.
   std::vector<std::pair<std::string, std::string>> headers = {};
   std::string body = {};
+  /// 0 for no answer.
   int status = 0;
   std::string answerBody = {};
 };

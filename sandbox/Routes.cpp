@@ -39,6 +39,10 @@ constexpr auto kRoutes = std::to_array<Route>({
     {"POST", "/sandbox/reset", Access::everyone, Body::none, resetAll},
     {"PUT", "/sandbox/minimum-app-version/([^/]+)", Access::everyone, Body::none, demandAppVersion},
     {"DELETE", "/sandbox/minimum-app-version", Access::everyone, Body::none, admitAllAppVersions},
+    {"GET", "/sandbox/faults", Access::everyone, Body::none, listFaults},
+    {"DELETE", "/sandbox/faults", Access::everyone, Body::none, clearFaults},
+    {"PUT", "/sandbox/faults/([A-Z]+)(/.+)", Access::everyone, Body::data, setFault},
+    {"DELETE", "/sandbox/faults/([A-Z]+)(/.+)", Access::everyone, Body::none, clearFault},
 });
 
 int statusOf(Refusal::Kind kind) {

@@ -1,14 +1,12 @@
 #pragma once
 
-#include <map>
-#include <memory>
 #include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "platform/Value.h"
-#include "sandbox/PushMailbox.h"
+#include "sandbox/Answer.h"
 #include "sandbox/Refusal.h"
 #include "sandbox/Service.h"
 
@@ -25,15 +23,6 @@ struct Call {
   std::multimap<std::string, std::string> query;
   /// The record under "data" of the body; empty where the route takes none.
   platform::Dictionary data;
-};
-
-struct Answer {
-  int status = 200;
-  std::string contentType = "application/json";
-  std::string body = {};
-  std::map<std::string, std::string> headers = {};
-  /// In place of a body: the pushes to send as they come.
-  std::shared_ptr<PushMailbox::Listener> pushes = nullptr;
 };
 
 /// Who may use a route.
@@ -110,5 +99,11 @@ Answer restoreSnapshot(const Call& call);
 Answer resetAll(const Call& call);
 Answer demandAppVersion(const Call& call);
 Answer admitAllAppVersions(const Call& call);
+
+// Faults
+Answer listFaults(const Call& call);
+Answer setFault(const Call& call);
+Answer clearFault(const Call& call);
+Answer clearFaults(const Call& call);
 
 }  // namespace ovinta::sandbox

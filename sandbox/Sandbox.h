@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -19,6 +20,9 @@ struct Options {
   std::optional<std::string> seedFile = {};
   /// The service's clock, called from any thread, never under a lock; empty for the system's.
   std::function<platform::Date()> now = {};
+  /// Waits out the delay of a fault; called from any thread, never under a lock. Empty to wait for
+  /// the time to pass, the client to go or the service to stop.
+  std::function<void(std::chrono::milliseconds)> pause = {};
   /// When given, requests of apps must carry exactly this app token.
   std::optional<std::string> appToken = {};
   /// When given, apps with an older version are told to upgrade.

@@ -6,6 +6,8 @@
 #include <regex>
 #include <utility>
 
+#include "sandbox/Connection.h"
+#include "sandbox/Delivery.h"
 #include "sandbox/Envelope.h"
 #include "sandbox/Validation.h"
 
@@ -13,15 +15,10 @@ namespace ovinta::sandbox {
 namespace {
 
 constexpr const char* kHost = "127.0.0.1";
-constexpr const char* kUpgradeURL = "https://example.com/upgrade";
 constexpr std::string_view kAppPaths = "/m/v1/";
 /// Each open stream of pushes holds one.
 constexpr std::size_t kThreads = 32;
-/// How long a client may leave a request, or the end of a stream, waiting.
-constexpr std::chrono::seconds kPatience{1};
 constexpr std::size_t kLargestBody = 1 << 20;
-/// How long a listener that has hung up can go unnoticed.
-constexpr std::chrono::milliseconds kListenerCheck{250};
 
 /// The text between the quotes of `Token token="..."`; empty for anything else.
 std::string customerToken(const std::string& authorization) {
@@ -30,31 +27,14 @@ std::string customerToken(const std::string& authorization) {
   return std::regex_match(authorization, parts, kForm) ? parts[1].str() : std::string();
 }
 
-/// Sends the listener's pushes as server-sent events until either side ends.
-void streamPushes(std::shared_ptr<PushMailbox::Listener> listener, const std::string& contentType,
-                  httplib::Response& reply) {
-  reply.set_chunked_content_provider(contentType, [listener = std::move(listener)](
-                                                      std::size_t offset, httplib::DataSink& sink) {
-    const auto send = [&](const std::string& text) { return sink.write(text.data(), text.size()); };
-    if (offset == 0) return send(": listening\n\n");
-    if (!sink.is_writable()) return false;
-    if (const auto payload = listener->next(kListenerCheck)) {
-      return send("event: push\ndata: " + *payload + "\n\n");
-    }
-    if (listener->isClosed()) sink.done();
-    return true;
-  });
-}
-
 }  // namespace
 
 Sandbox::Server::Server(const Options& options)
-    : appToken_(options.appToken), wantedPort_(options.port), service_(options.seed, options.now) {
+    : appToken_(options.appToken),
+      pause_(options.pause),
+      wantedPort_(options.port),
+      service_(options.seed, options.now) {
   service_.setMinimumAppVersion(options.minimumAppVersion.value_or(std::string()));
-  // One request per connection: an idle connection would hold a thread, and hold up stopping.
-  http_.set_keep_alive_max_count(1);
-  http_.set_keep_alive_timeout(kPatience.count());
-  http_.set_read_timeout(kPatience);
   http_.set_tcp_nodelay(true);
   http_.set_payload_max_length(kLargestBody);
   // The default would let two services share a port unnoticed.
@@ -87,15 +67,15 @@ std::optional<std::string> Sandbox::Server::start() {
 void Sandbox::Server::stop() {
   if (!thread_.joinable()) return;
   // Once the server stops it breaks off what is still being sent.
-  service_.pushes.close(kPatience);
-  http_.stop();
+  service_.pushes.close(HTTPServer::kPatience);
+  http_.stopAll();
   thread_.join();
 }
 
 void Sandbox::Server::addRoute(const Route& route) {
   add(route.method, std::string(route.pattern),
       [this, &route](const httplib::Request& request, const std::string& body, Reply& reply) {
-        finish(request, body, answer(route, request, body), reply);
+        finish(request, body, struck(route, request, body), reply);
       });
 }
 
@@ -136,6 +116,24 @@ void Sandbox::Server::add(std::string_view method, const std::string& pattern,
   if (method == "DELETE") http_.Delete(pattern, reading);
 }
 
+Answer Sandbox::Server::struck(const Route& route, const httplib::Request& request,
+                               const std::string& body) {
+  const auto fault = service_.faults.take(route);
+  if (!fault) return answer(route, request, body);
+  using enum FaultKind::Moment;
+  if (fault->kind->moment == before) pause(fault->settings);
+  Answer result = fault->kind->moment == instead ? Answer() : answer(route, request, body);
+  if (fault->kind->spoil) fault->kind->spoil(fault->settings, {request.target, port_}, result);
+  return result;
+}
+
+void Sandbox::Server::pause(const platform::Dictionary& settings) const {
+  const std::chrono::duration<double> seconds(*number(settings.find("seconds")->second));
+  const auto time = std::chrono::ceil<std::chrono::milliseconds>(seconds);
+  if (pause_) return pause_(time);
+  Connection::current().waitForHangUp(time);
+}
+
 Answer Sandbox::Server::answer(const Route& route, const httplib::Request& request,
                                const std::string& body) {
   Call call{
@@ -159,7 +157,7 @@ std::optional<Answer> Sandbox::Server::rejection(Access access, const httplib::R
                                                  const std::string& token) const {
   if (access == Access::everyone) return std::nullopt;
   if (!service_.admitsAppVersion(request.get_header_value("App-Version"))) {
-    return Answer{.status = 425, .headers = {{"App-Upgrade-URL", kUpgradeURL}}};
+    return upgradeAnswer();
   }
   if (appToken_ && request.get_header_value("App-Token") != *appToken_) {
     return Answer{.status = 401};
@@ -173,18 +171,12 @@ void Sandbox::Server::finish(const httplib::Request& request, const std::string&
   if (request.path.find(kAppPaths) <= 1) {
     service_.requests.add({.method = request.method,
                            .target = request.target,
-                           .headers = {request.headers.begin(), request.headers.end()},
+                           .headers = Connection::current().headers(),
                            .body = body,
                            .status = answer.status,
                            .answerBody = answer.body});
   }
-  reply.status = answer.status;
-  for (const auto& [name, value] : answer.headers) reply.set_header(name, value);
-  if (answer.pushes) {
-    streamPushes(std::move(answer.pushes), answer.contentType, reply);
-  } else {
-    reply.set_content(answer.body, answer.contentType);
-  }
+  deliver(std::move(answer), reply);
 }
 
 }  // namespace ovinta::sandbox

@@ -2,12 +2,14 @@
 
 #include <httplib.h>
 
+#include <chrono>
 #include <functional>
 #include <future>
 #include <optional>
 #include <string>
 #include <thread>
 
+#include "sandbox/HTTPServer.h"
 #include "sandbox/Routes.h"
 #include "sandbox/Sandbox.h"
 #include "sandbox/Service.h"
@@ -33,6 +35,10 @@ class Sandbox::Server {
   void addFallbacks();
   /// Registers a handler that gets the body, empty when the request has none.
   void add(std::string_view method, const std::string& pattern, const Handler& handler);
+  /// The route's answer, or what a fault makes of it.
+  Answer struck(const Route& route, const httplib::Request& request, const std::string& body);
+  /// Waits out a delay.
+  void pause(const platform::Dictionary& settings) const;
   Answer answer(const Route& route, const httplib::Request& request, const std::string& body);
   /// The answer to a request that the route must not see; absent for all others.
   std::optional<Answer> rejection(Access access, const httplib::Request& request,
@@ -42,10 +48,11 @@ class Sandbox::Server {
               Reply& reply);
 
   const std::optional<std::string> appToken_;
+  const std::function<void(std::chrono::milliseconds)> pause_;
   const int wantedPort_;
   int port_ = 0;
   Service service_;
-  httplib::Server http_;
+  HTTPServer http_;
   std::promise<void> ready_;
   std::thread thread_;
 };

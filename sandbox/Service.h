@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "platform/Date.h"
+#include "sandbox/Faults.h"
 #include "sandbox/PushMailbox.h"
 #include "sandbox/RequestLog.h"
 #include "sandbox/SandboxState.h"
@@ -24,6 +25,7 @@ class Service {
   SandboxState state;
   PushMailbox pushes;
   RequestLog requests;
+  Faults faults;
 
   /// Apps older than this version are told to upgrade; an empty text admits all.
   void setMinimumAppVersion(std::string version) {
@@ -38,11 +40,12 @@ class Service {
     startMinimumAppVersion_ = minimumAppVersion_;
   }
 
-  /// Brings back the start, and forgets pushes that wait and requests that came.
+  /// Brings back the start, and forgets faults, pushes that wait and requests that came.
   void reset() {
     state.reset();
     pushes.clear();
     requests.clear();
+    faults.clear();
     const std::lock_guard lock(mutex_);
     minimumAppVersion_ = startMinimumAppVersion_;
   }

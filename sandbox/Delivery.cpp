@@ -1,0 +1,69 @@
+#include "sandbox/Delivery.h"
+
+#include <algorithm>
+#include <chrono>
+#include <string>
+#include <utility>
+
+#include "sandbox/Connection.h"
+
+namespace ovinta::sandbox {
+namespace {
+
+/// How long a listener that has hung up can go unnoticed.
+constexpr std::chrono::milliseconds kListenerCheck{250};
+
+/// Sends the listener's pushes as server-sent events until either side ends.
+void streamPushes(std::shared_ptr<PushMailbox::Listener> listener, const std::string& contentType,
+                  httplib::Response& reply) {
+  reply.set_chunked_content_provider(contentType, [listener = std::move(listener)](
+                                                      std::size_t offset, httplib::DataSink& sink) {
+    const auto send = [&](const std::string& text) { return sink.write(text.data(), text.size()); };
+    if (offset == 0) return send(": listening\n\n");
+    if (!sink.is_writable()) return false;
+    if (const auto payload = listener->next(kListenerCheck)) {
+      return send("event: push\ndata: " + *payload + "\n\n");
+    }
+    if (listener->isClosed()) sink.done();
+    return true;
+  });
+}
+
+/// Ends the connection without a word.
+void sendNothing(const Delivery& delivery) {
+  Connection& connection = Connection::current();
+  if (delivery.end == Delivery::End::silence) connection.waitForHangUp();
+  if (delivery.end == Delivery::End::reset) {
+    connection.reset();
+  } else {
+    connection.close();
+  }
+}
+
+void sendSpoilt(const Delivery& delivery, Answer answer, httplib::Response& reply) {
+  const std::size_t announced = delivery.announced.value_or(answer.body.size());
+  const std::size_t sent = delivery.sent.value_or(answer.body.size());
+  reply.set_content_provider(announced, answer.contentType,
+                             [body = std::move(answer.body), sent, end = delivery.end](
+                                 std::size_t offset, std::size_t, httplib::DataSink& sink) {
+                               if (offset < sent) {
+                                 return sink.write(body.data(),
+                                                   std::min(body.size(), sent - offset));
+                               }
+                               if (end == Delivery::End::reset) Connection::current().reset();
+                               return false;
+                             });
+}
+
+}  // namespace
+
+void deliver(Answer answer, httplib::Response& reply) {
+  if (answer.status == 0) return sendNothing(answer.delivery.value_or(Delivery()));
+  reply.status = answer.status;
+  for (const auto& [name, value] : answer.headers) reply.set_header(name, value);
+  if (answer.pushes) return streamPushes(std::move(answer.pushes), answer.contentType, reply);
+  if (const auto delivery = answer.delivery) return sendSpoilt(*delivery, std::move(answer), reply);
+  reply.set_content(answer.body, answer.contentType);
+}
+
+}  // namespace ovinta::sandbox
