@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "sandbox/Routes.h"
+#include "sandbox/Validation.h"
 
 namespace ovinta::sandbox {
 namespace {
@@ -28,8 +29,7 @@ Answer listFaults(const Call& call) { return dataAnswer(call.service.faults.list
 Answer setFault(const Call& call) {
   const Route* endpoint = findEndpoint(call.parameters[0], call.parameters[1]);
   if (!endpoint) return endpointUnknown();
-  Refusal refused{.errors = faultErrors(call.data)};
-  if (!refused.errors.empty()) return answerFor(refused);
+  if (const auto refused = invalid(faultErrors(call.data))) return answerFor(*refused);
   platform::Dictionary record = call.data;
   record.insert_or_assign("method", call.parameters[0]);
   record.insert_or_assign("path", call.parameters[1]);

@@ -41,62 +41,54 @@ auto maker(Inputs... inputs) {
   };
 }
 
-const std::string kCode = "CODE7";
-
-CustomerPtr currentCustomer() { return std::make_shared<const Customer>(customer()); }
-
-std::vector<OperationCase> customerCases() {
-  const CreateCustomerInfo newCustomer{.customerInfo = {.name = "Bob"},
-                                       .customerConsent = {.termsOfService = true}};
-  const SignUpInfo signUp{.emailAddress = "a", .password = "b", .passwordConfirmation = "c"};
-  const SetNewPassword password{.resetPasswordToken = "a", .password = "b", .confirmation = "c"};
+std::vector<OperationCase> customerCases(const OperationInputs& inputs) {
+  const auto customer = std::make_shared<const Customer>(inputs.customer);
   const std::string answer = dataText(customerRecord());
   return {
-      {"CreateCustomer", maker<CreateCustomerOperation>(newCustomer), false,
+      {"CreateCustomer", maker<CreateCustomerOperation>(inputs.newCustomer), false,
        "Error Creating Profile", answer},
-      {"UpdateCustomer",
-       maker<UpdateCustomerOperation>(currentCustomer(), CustomerInfo{.name = "Bob"}), true,
-       "Error Updating Profile", answer},
-      {"GetCustomer", maker<GetCustomerOperation>(customer().token), true, "Error Getting Customer",
-       answer},
-      {"SignUp", maker<SignUpOperation>(currentCustomer(), signUp), true, "Error Signing Up",
-       answer},
-      {"Login", maker<LoginOperation>(std::string("a"), std::string("b")), false,
+      {"UpdateCustomer", maker<UpdateCustomerOperation>(customer, CustomerInfo{.name = "Bob"}),
+       true, "Error Updating Profile", answer},
+      {"GetCustomer", maker<GetCustomerOperation>(inputs.customer.token), true,
+       "Error Getting Customer", answer},
+      {"SignUp", maker<SignUpOperation>(customer, inputs.signUp), true, "Error Signing Up", answer},
+      {"Login", maker<LoginOperation>(inputs.login.emailAddress, inputs.login.password), false,
        "Error Signing In", answer},
       {"RequestPasswordReset",
-       maker<RequestPasswordResetOperation>(std::string("a")),
+       maker<RequestPasswordResetOperation>(inputs.login.emailAddress),
        false,
        "Error Request New Password",
        "anything",
        202,
        {}},
-      {"SetNewPassword", maker<SetNewPasswordOperation>(password), false, "Error Signing In",
-       answer},
+      {"SetNewPassword", maker<SetNewPasswordOperation>(inputs.newPassword), false,
+       "Error Signing In", answer},
   };
 }
 
-std::vector<OperationCase> orderCases() {
-  const CreateOrderInfo newOrder{.siteID = 42, .partnerIdentifier = "P"};
+std::vector<OperationCase> orderCases(const OperationInputs& inputs) {
+  const auto customer = std::make_shared<const Customer>(inputs.customer);
   const std::string answer = dataText(requiredOrder());
   return {
-      {"GetOrders", maker<GetOrdersOperation>(currentCustomer()), true, "Error Getting Orders",
+      {"GetOrders", maker<GetOrdersOperation>(customer), true, "Error Getting Orders",
        R"({"data":[]})", 200, kUnreadable, "Unexpected error Getting Orders: "},
-      {"CreateOrder", maker<CreateOrderOperation>(currentCustomer(), newOrder), true,
+      {"CreateOrder", maker<CreateOrderOperation>(customer, inputs.newOrder), true,
        "Error Creating Order", answer},
       {"CreateOrderEvent",
-       maker<CreateOrderEventOperation>(currentCustomer(), OrderEvent::rating(7, 5, {})),
+       maker<CreateOrderEventOperation>(customer, inputs.event),
        true,
        "Error Creating Order Event",
        "anything",
        200,
        {}},
-      {"GetOrderWithCode", maker<GetOrderWithCodeOperation>(kCode), false,
+      {"GetOrderWithCode", maker<GetOrderWithCodeOperation>(inputs.claimCode), false,
        "Error Finding Redeem Code", answer},
       {"ClaimOrderWithCode",
-       maker<ClaimOrderWithCodeOperation>(currentCustomer(), kCode, ClaimOrderInfo{}), true,
+       maker<ClaimOrderWithCodeOperation>(customer, inputs.claimCode, ClaimOrderInfo{}), true,
        "Error Claiming Order", answer},
-      {"UpdateOrder", maker<UpdateOrderOperation>(customer().token, kCode, std::string("token")),
-       true, "Error Updating Order", answer},
+      {"UpdateOrder",
+       maker<UpdateOrderOperation>(inputs.customer.token, inputs.code, std::string("token")), true,
+       "Error Updating Order", answer},
   };
 }
 
@@ -131,9 +123,9 @@ std::vector<OperationCase> otherCases() {
 
 }  // namespace
 
-std::vector<OperationCase> operationCases() {
+std::vector<OperationCase> operationCases(const OperationInputs& inputs) {
   std::vector<OperationCase> all;
-  for (const auto& cases : {customerCases(), orderCases(), otherCases()}) {
+  for (const auto& cases : {customerCases(inputs), orderCases(inputs), otherCases()}) {
     all.insert(all.end(), cases.begin(), cases.end());
   }
   return all;

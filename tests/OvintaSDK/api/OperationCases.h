@@ -6,6 +6,14 @@
 #include <vector>
 
 #include "OvintaSDK/api/APIOperation.h"
+#include "OvintaSDK/model/CreateCustomerInfo.h"
+#include "OvintaSDK/model/CreateOrderInfo.h"
+#include "OvintaSDK/model/Customer.h"
+#include "OvintaSDK/model/LoginInfo.h"
+#include "OvintaSDK/model/OrderEvent.h"
+#include "OvintaSDK/model/SetNewPassword.h"
+#include "OvintaSDK/model/SignUpInfo.h"
+#include "tests/support/CannedRecords.h"
 
 namespace ovinta::test {
 
@@ -22,6 +30,20 @@ inline const std::vector<std::string> kUnreadable{"",
                                                   R"({"data":5})",
                                                   R"({"data":[{}]})",
                                                   R"({"data":{}})"};
+
+/// What the operations are built from; by default what no service would know.
+struct OperationInputs {
+  Customer customer = test::customer();
+  CreateCustomerInfo newCustomer{.customerInfo = {.name = "Bob"},
+                                 .customerConsent = {.termsOfService = true}};
+  SignUpInfo signUp{.emailAddress = "a", .password = "b", .passwordConfirmation = "c"};
+  LoginInfo login{.emailAddress = "a", .password = "b"};
+  SetNewPassword newPassword{.resetPasswordToken = "a", .password = "b", .confirmation = "c"};
+  CreateOrderInfo newOrder{.siteID = 42, .partnerIdentifier = "P"};
+  OrderEvent event = OrderEvent::rating(7, 5, {});
+  std::string code = "CODE7";
+  std::string claimCode = "CODE7";
+};
 
 /// One endpoint of the service, and what is expected of the operation that asks it.
 struct OperationCase {
@@ -42,6 +64,6 @@ struct OperationCase {
 };
 
 /// One case for each endpoint.
-std::vector<OperationCase> operationCases();
+std::vector<OperationCase> operationCases(const OperationInputs& inputs = {});
 
 }  // namespace ovinta::test

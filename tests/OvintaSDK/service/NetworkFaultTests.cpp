@@ -1,0 +1,155 @@
+// Every endpoint's operation under every fault that the sandbox can play.
+#include <map>
+#include <typeinfo>
+
+#include "OvintaSDK/api/OvintaAPIError.h"
+#include "tests/OvintaSDK/service/ServiceFixture.h"
+
+namespace ovinta::test {
+namespace {
+
+using namespace std::chrono_literals;
+
+/// What the callback receives.
+struct Expected {
+  /// Null for a result.
+  const std::type_info* type = nullptr;
+  std::string description = {};
+  std::optional<HTTPStatusCode> status = {};
+};
+
+constexpr std::nullopt_t kSilence = std::nullopt;
+using Exceptions = std::map<std::string, std::optional<Expected>>;
+
+struct FaultCase {
+  std::string fault;
+  Expected expected;
+  /// What other operations than most meet instead.
+  Exceptions exceptions = {};
+  /// How often the service is asked.
+  std::size_t requests = 1;
+  std::chrono::milliseconds timeout = 10s;
+};
+
+Expected result() { return {}; }
+Expected transport(const char* sentence) { return {&typeid(OvintaError), sentence}; }
+Expected unreadable() { return {&typeid(OvintaErrorInvalidResponse), "invalid response"}; }
+Expected refused(const char* message, std::optional<HTTPStatusCode> status = {}) {
+  return {&typeid(OvintaAPIError), message, status};
+}
+
+const char* const kUnknown = "Unknown Error";
+const char* const kLost = "The network connection was lost.";
+const char* const kTimedOut = "The request timed out.";
+const char* const kTooLarge = "The answer of the server is too large.";
+const char* const kInCircles = "The server redirected the request too many times.";
+const char* const kUpgrade = "Please update to the latest version of the app";
+
+/// Those that take no notice of the answer's body.
+const Exceptions kReadNoBody{{"CreateOrderEvent", result()}, {"RequestPasswordReset", result()}};
+
+Exceptions operator+(Exceptions exceptions, const Exceptions& more) {
+  exceptions.insert(more.begin(), more.end());
+  return exceptions;
+}
+
+std::vector<FaultCase> faultCases() {
+  using enum HTTPStatusCode;
+  return {
+      {R"("status","status":500,"body":"no","content_type":"text/plain")", refused(kUnknown)},
+      {R"("status","status":503,"body":"{\"errors\":{\"a\":[\"b\",\"c\"],\"d\":[\"e\"]}}")",
+       refused("b, c, e")},
+      {R"("status","status":202)",
+       refused(kUnknown, accepted),
+       {{"RequestPasswordReset", result()}}},
+      {R"("status","status":200)",
+       unreadable(),
+       {{"CreateOrderEvent", result()}, {"RequestPasswordReset", refused(kUnknown, ok)}}},
+      {R"("status","status":204)", refused(kUnknown, noContent)},
+      {R"("status","status":401)", refused("Not authorized", unauthorized)},
+      {R"("status","status":404)", refused("Not found", notFound)},
+      {R"("status","status":422,"body":"{}")",
+       refused("Error processing input", unprocessableEntity)},
+      {R"("empty_body")", unreadable(), kReadNoBody},
+      {R"("cut_short")", transport(kLost)},
+      {R"("malformed_json")", unreadable(), kReadNoBody},
+      {R"("wrong_types")", unreadable(), kReadNoBody + Exceptions{{"GetAppInfo", result()}}},
+      {R"("wrong_content_length","length":5)", unreadable(), kReadNoBody},
+      {R"("wrong_content_length","length":99999)", transport(kLost)},
+      {R"("delay","seconds":0.01)", result()},
+      {R"("delay","seconds":3600)", transport(kTimedOut), {}, 1, 50ms},
+      {R"("never_answers")", transport(kTimedOut), {}, 1, 50ms},
+      {R"("reset")", transport(kLost)},
+      {R"("reset_in_body")", transport(kLost)},
+      {R"("redirect_same_origin","count":1)", result(), {}, 2},
+      {R"("redirect_same_origin")", transport(kInCircles), {}, 11},
+      {R"("redirect_other_origin")", refused(kUnknown)},
+      {R"("oversize_body")", transport(kTooLarge)},
+      {R"("upgrade_required")", refused(kUpgrade, appUpgradeRequired)},
+      {R"("gone")", refused(kUnknown, gone), {{"CreateOrderEvent", kSilence}}},
+  };
+}
+
+class NetworkFaultTest : public ServiceFixture, public ::testing::WithParamInterface<std::string> {
+ protected:
+  std::size_t requestCount() { return speaker->send("GET", "/sandbox/requests").list().size(); }
+
+  /// What the operation asks, as "METHOD/path".
+  std::string endpointOf(const OperationCase& operation) {
+    run(operation);
+    const auto& exchange = *session->exchanges().back().as<platform::Dictionary>();
+    const auto& request = *platform::find<platform::Dictionary>(exchange, "request");
+    const std::string target = *platform::find<std::string>(request, "target");
+    return *platform::find<std::string>(request, "method") + target.substr(0, target.find('?'));
+  }
+
+  void expectReport(const std::optional<Report>& report, const std::optional<Expected>& expected,
+                    const std::string& title) {
+    ASSERT_EQ(report.has_value(), expected.has_value());
+    if (!report) return;
+    EXPECT_EQ(report->hasResult, expected->type == nullptr);
+    ASSERT_EQ(report->error == nullptr, expected->type == nullptr);
+    if (!report->error) return;
+    const OvintaError& error = *report->error;
+    EXPECT_EQ(typeid(error), *expected->type);
+    EXPECT_EQ(error.errorDescription(), expected->description);
+    EXPECT_EQ(error.title(), title);
+    const auto* refusal = dynamic_cast<const OvintaAPIError*>(&error);
+    if (!refusal) return;
+    EXPECT_EQ(refusal->statusCode(), expected->status);
+    EXPECT_EQ(refusal->appUpgradeURL().has_value(),
+              expected->status == HTTPStatusCode::appUpgradeRequired);
+  }
+};
+
+TEST_P(NetworkFaultTest, GivesTheStatedErrorOrSilence) {
+  const std::string endpoint = "/sandbox/faults/" + endpointOf(soundCase(GetParam()));
+  for (const FaultCase& test : faultCases()) {
+    SCOPED_TRACE(test.fault);
+    const OperationCase operation = soundCase(GetParam());
+    ASSERT_EQ(speaker->send("PUT", endpoint, R"({"fault":)" + test.fault + "}").status, 200);
+    speaker->send("DELETE", "/sandbox/requests");
+    session->timeout = test.timeout;
+    const auto exception = test.exceptions.find(operation.name);
+    expectReport(run(operation),
+                 exception == test.exceptions.end() ? test.expected : exception->second,
+                 operation.title);
+    // The service can be behind an app that has given up.
+    while (requestCount() < test.requests) {
+    }
+    EXPECT_EQ(requestCount(), test.requests);
+    speaker->send("DELETE", "/sandbox/faults");
+  }
+}
+
+std::vector<std::string> operationNames() {
+  std::vector<std::string> names;
+  for (const OperationCase& operation : operationCases()) names.push_back(operation.name);
+  return names;
+}
+
+INSTANTIATE_TEST_SUITE_P(Endpoints, NetworkFaultTest, ::testing::ValuesIn(operationNames()),
+                         [](const auto& test) { return test.param; });
+
+}  // namespace
+}  // namespace ovinta::test

@@ -1,0 +1,103 @@
+#include "tests/OvintaSDK/service/ServiceFixture.h"
+
+#include <algorithm>
+#include <cstdlib>
+
+namespace ovinta::test {
+
+namespace {
+
+using platform::Dictionary;
+
+Dictionary record(const std::vector<platform::HeaderField>& fields) {
+  Dictionary result;
+  for (const auto& [name, value] : fields) result.emplace(name, value);
+  return result;
+}
+
+Dictionary record(const platform::URLRequest& request) {
+  const std::string& url = request.url.text;
+  return {{"method", request.method},
+          {"target", url.substr(url.find('/', url.find("//") + 2))},
+          {"headers", record(request.headers)},
+          {"body", request.body.value_or("")}};
+}
+
+}  // namespace
+
+void ObservedURLSession::startDataTask(platform::URLRequest request, Completion completion) {
+  EXPECT_EQ(request.timeout, std::chrono::seconds(10));
+  request.timeout = timeout;
+  const Dictionary sent = record(request);
+  session_.startDataTask(std::move(request), [this, sent, completion](auto data, auto response,
+                                                                      auto error) {
+    if (response) {
+      exchanges_.push_back(Dictionary{{"request", sent},
+                                      {"answer", Dictionary{{"status", response->statusCode},
+                                                            {"headers", record(response->headers)},
+                                                            {"body", data.value_or("")}}}});
+    }
+    completion(std::move(data), std::move(response), std::move(error));
+    ended_.release();
+  });
+}
+
+ServiceFixture::ServiceFixture() {
+  setenv("no_proxy", "*", 1);
+  EXPECT_EQ(service.start(), std::nullopt);
+  speaker.emplace(service);
+  restartWith([this](platform::Services& services) { services.urlSession = session; });
+}
+
+OperationInputs ServiceFixture::makeInputs() {
+  OperationInputs inputs;
+  inputs.login = {.emailAddress = "ann" + std::to_string(++accounts_) + "@example.com",
+                  .password = "secret"};
+  inputs.newPassword = {.resetPasswordToken = makeAccount(inputs.login),
+                        .password = "secret2",
+                        .confirmation = "secret2"};
+  inputs.customer.token = speaker->becomeCustomer();
+  inputs.newCustomer.customerConsent.ageVerification = true;
+  inputs.signUp = {.emailAddress = "new-" + inputs.login.emailAddress,
+                   .password = "secret",
+                   .passwordConfirmation = "secret"};
+  const auto order = speaker->createOrder();
+  inputs.code = order.text("redemption_code");
+  inputs.claimCode =
+      speaker->send("POST", "/sandbox/orders", R"({"site_id":42,"partner_identifier":"A-2"})")
+          .text("redemption_code");
+  inputs.event.orderID = *platform::find<std::int64_t>(order.record(), "id");
+  return inputs;
+}
+
+std::string ServiceFixture::makeAccount(const LoginInfo& login) {
+  speaker->becomeCustomer();
+  const std::string email = R"({"email":")" + login.emailAddress + "\"";
+  const std::string password = "\"" + login.password + "\"";
+  speaker->send(
+      "PATCH", "/m/v1/customer/sign_up",
+      email + R"(,"password":)" + password + R"(,"password_confirmation":)" + password + "}");
+  speaker->send("POST", "/m/v1/customer/password", email + "}");
+  const auto customers = speaker->send("GET", "/sandbox/customers").list();
+  return *platform::find<std::string>(*customers.back().as<Dictionary>(), "reset_password_token");
+}
+
+OperationCase ServiceFixture::soundCase(const std::string& name) {
+  const auto cases = operationCases(makeInputs());
+  return *std::ranges::find(cases, name, &OperationCase::name);
+}
+
+std::optional<ServiceFixture::Report> ServiceFixture::run(const OperationCase& operation) {
+  const auto reports = std::make_shared<std::vector<Report>>();
+  operation
+      .make(service.baseURL(),
+            [reports](bool hasResult, const ErrorPtr& error) {
+              reports->push_back({hasResult, error});
+            })
+      ->main();
+  session->wait();
+  EXPECT_LE(reports->size(), 1U);
+  return reports->empty() ? std::nullopt : std::optional(reports->front());
+}
+
+}  // namespace ovinta::test
