@@ -64,7 +64,8 @@ TEST_P(OperationTest, SendsOneRequest) {
   EXPECT_TRUE(reports[0].hasResult);
   EXPECT_EQ(reports[0].error, nullptr);
 
-  ASSERT_EQ(requests().size(), 1U);
+  ASSERT_THAT(requestLines(), ElementsAre(expected.line));
+  EXPECT_EQ(requests()[0].body, expected.body);
   const platform::HeaderField token{"Authorization", "Token token=\"customer-token\""};
   EXPECT_EQ(requests()[0].headers.front() == token, expected.isAuthorized);
   EXPECT_THAT(logLines(), IsEmpty());
