@@ -3,11 +3,11 @@
 #include "platform/linux/CurlURLSession.h"
 #include "platform/linux/DirectoryBundle.h"
 #include "platform/linux/GLibMainQueue.h"
-#include "platform/linux/InMemoryUserNotificationCenter.h"
 #include "platform/linux/LibraryBundle.h"
 #include "platform/linux/PrivateDirectory.h"
 #include "platform/linux/SQLitePersistentContainer.h"
 #include "platform/linux/SQLiteSettingsStore.h"
+#include "platform/linux/StoredUserNotificationCenter.h"
 #include "platform/linux/SystemClock.h"
 #include "platform/linux/SystemLog.h"
 #include "platform/linux/TextServices.h"
@@ -26,9 +26,11 @@ std::optional<fs::path> dataDirectory(const Options& options, const std::string&
   return defaultDataDirectory(applicationID);
 }
 
-std::optional<fs::path> settingsFile(const std::optional<fs::path>& directory) {
-  if (!directory) return std::nullopt;
-  return *directory / "Settings.sqlite";
+/// The texts in the file of that name; without a directory they stay in memory.
+std::shared_ptr<SettingsStore> makeStore(const std::optional<fs::path>& directory,
+                                         const char* fileName, const std::shared_ptr<Log>& log) {
+  const auto file = directory ? std::optional(*directory / fileName) : std::nullopt;
+  return std::make_shared<SQLiteSettingsStore>(file, log);
 }
 
 }  // namespace
@@ -45,7 +47,7 @@ Services makeServices(const Options& options) {
   services.mainQueue = std::make_shared<GLibMainQueue>();
   services.operationQueues = standard::makeOperationQueueFactory();
   services.notificationCenter = standard::makeNotificationCenter();
-  services.settings = std::make_shared<SQLiteSettingsStore>(settingsFile(directory), services.log);
+  services.settings = makeStore(directory, "Settings.sqlite", services.log);
   services.mainBundle = std::make_shared<DirectoryBundle>(
       fs::absolute(options.mainBundleDirectory.value_or(executable.parent_path())));
   services.libraryBundle = std::make_shared<LibraryBundle>();
@@ -56,8 +58,8 @@ Services makeServices(const Options& options) {
   services.persistentContainers = std::make_shared<SQLitePersistentContainerFactory>(directory);
   services.geodesy = makeGeodesy();
   services.location = std::make_shared<UnavailableLocationServices>(services.mainQueue);
-  services.userNotifications =
-      std::make_shared<InMemoryUserNotificationCenter>(*services.operationQueues);
+  services.userNotifications = std::make_shared<StoredUserNotificationCenter>(
+      *services.operationQueues, makeStore(directory, "Notifications.sqlite", services.log));
   services.device = std::make_shared<UnknownBatteryDevice>();
   return services;
 }

@@ -19,8 +19,8 @@ struct Options {
   /// Where the application's resources and its `Info.json` lie. Default: the directory of the
   /// executable.
   std::optional<std::filesystem::path> mainBundleDirectory = {};
-  /// Where settings and orders are kept. Default: `$XDG_DATA_HOME`, else `$HOME/.local/share`, and
-  /// below it `<application id>/OvintaSDK`.
+  /// Where settings, orders and pending notifications are kept. Default: `$XDG_DATA_HOME`, else
+  /// `$HOME/.local/share`, and below it `<application id>/OvintaSDK`.
   std::optional<std::filesystem::path> dataDirectory = {};
 };
 

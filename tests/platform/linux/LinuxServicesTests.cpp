@@ -8,10 +8,10 @@
 
 #include "platform/linux/DirectoryBundle.h"
 #include "platform/linux/GLibMainQueue.h"
-#include "platform/linux/InMemoryUserNotificationCenter.h"
 #include "platform/linux/LibraryBundle.h"
 #include "platform/linux/Linux.h"
 #include "platform/linux/PrivateDirectory.h"
+#include "platform/linux/StoredUserNotificationCenter.h"
 #include "platform/linux/SystemClock.h"
 #include "platform/linux/UnavailableLocationServices.h"
 #include "platform/standard/Standard.h"
@@ -152,21 +152,34 @@ TEST(UnavailableLocationServicesTest, SaysSoOnceAndKeepsTheRegions) {
   EXPECT_THAT(manager->monitoredRegions(), ElementsAre());
 }
 
-TEST(InMemoryUserNotificationCenterTest, KeepsRequestsInTheOrderOfTheCalls) {
-  const auto queues = standard::makeOperationQueueFactory();
-  InMemoryUserNotificationCenter center(*queues);
-  std::vector<std::optional<UserNotificationError>> errors;
-  for (const auto* identifier : {"a", "b", "a"}) {
-    center.add({identifier, {}, {}}, [&](auto error) { errors.push_back(std::move(error)); });
-  }
-  center.add({"c", {}, {}}, nullptr);
-  center.removePendingNotificationRequests({"b", "unknown"});
+std::vector<UserNotificationRequest> pendingOf(UserNotificationCenter& center) {
   std::promise<std::vector<UserNotificationRequest>> pending;
   center.getPendingNotificationRequests([&](auto found) { pending.set_value(std::move(found)); });
-  EXPECT_THAT(pending.get_future().get(), ElementsAre(UserNotificationRequest{"a", {}, {}},
-                                                      UserNotificationRequest{"c", {}, {}}));
-  ASSERT_EQ(errors.size(), 3U);
-  for (const auto& error : errors) EXPECT_FALSE(error);
+  return pending.get_future().get();
+}
+
+TEST(StoredUserNotificationCenterTest, KeepsRequestsInTheOrderOfTheCallsAndAcrossRestarts) {
+  const UserNotificationRequest whole{
+      "w",
+      {"Title", "Body", NotificationSound::defaultSound, {{"key", Dictionary{{"n", 2.5}}}}},
+      {{{40.7411, -74}, 150, "region", true, false}, true}};
+  const auto queues = standard::makeOperationQueueFactory();
+  const auto store = standard::makeInMemorySettingsStore();
+  std::vector<bool> accepted;
+  {
+    StoredUserNotificationCenter center(*queues, store);
+    const auto note = [&](const auto& error) { accepted.push_back(!error); };
+    for (const auto* identifier : {"a", "b", "a"}) center.add({identifier, {}, {}}, note);
+    center.add({"\xFF", {}, {}}, note);
+    center.add(whole, nullptr);
+    center.removePendingNotificationRequests({"b", "unknown"});
+    EXPECT_EQ(pendingOf(center).size(), 2U);
+  }
+  EXPECT_THAT(accepted, ElementsAre(true, true, true, false));
+  StoredUserNotificationCenter restarted(*queues, store);
+  EXPECT_THAT(pendingOf(restarted), ElementsAre(UserNotificationRequest{"a", {}, {}}, whole));
+  store->set("Pending Notifications", R"([1, {"identifier": "half"}])");
+  EXPECT_THAT(pendingOf(restarted), ElementsAre());
 }
 
 TEST(LinuxServicesTest, AreCompleteAndTouchTheDiskOnlyWhenWrittenTo) {
