@@ -12,8 +12,14 @@ namespace ovinta::cli {
 void addConfigCommand(CLI::App& app, int& exitCode);
 void addCustomerCommands(CLI::App& app, int& exitCode);
 void addDemoCommand(CLI::App& app, int& exitCode);
+void addNotifyCommands(CLI::App& app, int& exitCode);
 void addOrderCommands(CLI::App& app, int& exitCode);
+void addPushCommand(CLI::App& app, int& exitCode);
 void addSandboxCommand(CLI::App& app, int& exitCode);
 void addSiteCommands(CLI::App& app, int& exitCode);
+void addTrackCommand(CLI::App& app, int& exitCode);
+
+/// Adds the commands of `ovinta orders` that make an order the customer's.
+void addOrderMakingCommands(CLI::App& group, int& exitCode);
 
 }  // namespace ovinta::cli

@@ -2,12 +2,12 @@
 #include "cli/client/ClientCommands.h"
 #include "cli/client/CustomerOptions.h"
 #include "cli/client/Records.h"
+#include "cli/client/Secret.h"
 
 namespace ovinta::cli {
 namespace {
 
-/// Customer operations call back in every case but one, which the service has no reason for.
-constexpr std::string_view kSilence = "the service's answer had no body at all.";
+constexpr const char* kPasswordVariable = "OVINTA_PASSWORD";
 
 struct Creation {
   CustomerInfo info;
@@ -22,29 +22,31 @@ struct Account {
 struct PasswordReset {
   std::string token;
   std::string password;
-  std::string confirmation;
+  std::optional<std::string> confirmation;
 };
 
 ExitCode performCustomer(Client& client, const std::function<void(CustomerCallback)>& start) {
   return client.perform(
       [&](const Client::Report& report) {
         start([report](const CustomerPtr& customer, const ErrorPtr& error) {
-          report(customer ? std::optional(valueOf(*customer)) : std::nullopt, error);
+          report(optionalResult(customer), error);
         });
       },
-      kSilence);
+      kEmptyAnswer);
 }
 
 void addAccountOptions(CLI::App& command, Account& account) {
   command.add_option("--email", account.email, "The account's e-mail address")->required();
-  command.add_option("--password", account.password, "The account's password")->required();
+  addSecretOption(command, "--password", account.password, "The account's password",
+                  kPasswordVariable)
+      ->required();
 }
 
 void addDetailCommands(ClientCommands& commands) {
   commands.add<Creation>(
       "create", "Create an anonymous customer",
       [](CLI::App& command, Creation& creation) {
-        addCustomerOptions(command, creation.info);
+        addNamedCustomerOptions(command, creation.info);
         command.add_flag("--terms,!--no-terms", creation.consent.termsOfService,
                          "Consent to the terms of service (given unless refused)");
         command.add_flag("--age,!--no-age", creation.consent.ageVerification,
@@ -55,18 +57,22 @@ void addDetailCommands(ClientCommands& commands) {
           Ovinta::customer().create(creation.info, creation.consent, std::move(callback));
         });
       });
-  commands.add<CustomerInfo>("update", "Change the customer's details", addCustomerOptions,
+  commands.add<CustomerInfo>("update", "Change the customer's details", addNamedCustomerOptions,
                              [](Client& client, const CustomerInfo& info) {
                                return performCustomer(client, [&](CustomerCallback callback) {
                                  Ovinta::customer().update(info, std::move(callback));
                                });
                              });
-  commands.add<NoInput>("show", "Show the customer that is kept", noOptions,
-                        [](Client& client, const NoInput&) {
-                          const CustomerPtr customer = Ovinta::customer().current();
-                          client.print(customer ? valueOf(*customer) : platform::Dictionary{});
-                          return customer ? ExitCode::success : ExitCode::failure;
-                        });
+  commands.add<NoInput>(
+      "show", "Show the customer that is kept", noOptions, [](Client& client, const NoInput&) {
+        const CustomerPtr customer = Ovinta::customer().current();
+        if (customer) {
+          client.output().print(resultOf(*customer));
+          return ExitCode::success;
+        }
+        client.output().printFailure("No Customer", "The data directory holds none.");
+        return ExitCode::failure;
+      });
   commands.add<NoInput>("logout", "Forget the customer", noOptions, [](Client&, const NoInput&) {
     Ovinta::customer().logout();
     return ExitCode::success;
@@ -84,7 +90,9 @@ void addAccountCommands(ClientCommands& commands) {
   commands.add<std::string>(
       "login-token", "Log in by a customer's token",
       [](CLI::App& command, std::string& token) {
-        command.add_option("customer-token", token, "The token of an earlier login")->required();
+        addSecretOption(command, "customer-token", token, "The token of an earlier login",
+                        "OVINTA_CUSTOMER_TOKEN")
+            ->required();
       },
       [](Client& client, const std::string& token) {
         return performCustomer(client, [&](CustomerCallback callback) {
@@ -112,18 +120,24 @@ void addPasswordCommands(ClientCommands& commands) {
               Ovinta::customer().requestNewPassword(
                   email, [report](const ErrorPtr& error) { report(std::nullopt, error); });
             },
-            kSilence);
+            kEmptyAnswer);
       });
   commands.add<PasswordReset>(
       "set-password", "Set a new password with a reset token",
       [](CLI::App& command, PasswordReset& reset) {
-        command.add_option("--reset-token", reset.token, "The token of the message")->required();
-        command.add_option("--password", reset.password, "The new password")->required();
-        command.add_option("--confirmation", reset.confirmation, "The same once more")->required();
+        addSecretOption(command, "--reset-token", reset.token, "The token of the message")
+            ->required();
+        addSecretOption(command, "--password", reset.password, "The new password",
+                        kPasswordVariable)
+            ->required();
+        command.add_option("--confirmation", reset.confirmation,
+                           "The new password once more, which the service compares; taken to be "
+                           "the same when left out");
       },
       [](Client& client, const PasswordReset& reset) {
         return performCustomer(client, [&](CustomerCallback callback) {
-          Ovinta::customer().setNewPassword(reset.token, reset.password, reset.confirmation,
+          Ovinta::customer().setNewPassword(reset.token, reset.password,
+                                            reset.confirmation.value_or(reset.password),
                                             std::move(callback));
         });
       });

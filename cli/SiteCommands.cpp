@@ -1,11 +1,11 @@
 #include "cli/Commands.h"
 #include "cli/client/ClientCommands.h"
+#include "cli/client/Progress.h"
 #include "cli/client/Records.h"
+#include "cli/client/RegionOptions.h"
 
 namespace ovinta::cli {
 namespace {
-
-constexpr std::string_view kSilence = "the service's answer had no body at all.";
 
 struct Search {
   std::optional<std::string> query;
@@ -25,7 +25,7 @@ void addQuery(CLI::App& command, Search& search) {
 /// A callback that reports the sites.
 SitesCallback reporting(const Client::Report& report) {
   return [report](const std::optional<SiteList>& sites, const ErrorPtr& error) {
-    report(sites ? std::optional(valueOf(*sites)) : std::nullopt, error);
+    report(optionalResult(sites), error);
   };
 }
 
@@ -36,21 +36,22 @@ ExitCode searchPage(Client& client, const Search& search) {
             search.query, search.page,
             [report](const auto& sites, const auto& pagination, const ErrorPtr& error) {
               if (!sites || !pagination) return report(std::nullopt, error);
-              report(platform::Dictionary{{"page", pagination->currentPage},
-                                          {"pages", pagination->totalPages},
-                                          {"sites", valueOf(*sites)}},
-                     nullptr);
+              report(resultOf(*sites, *pagination), nullptr);
             });
       },
-      kSilence);
+      kEmptyAnswer);
 }
 
 ExitCode searchAll(Client& client, const Search& search) {
-  return client.perform(
-      [&](const Client::Report& report) {
-        Ovinta::sites().fetchAll(search.query, reporting(report));
-      },
-      kSilence);
+  Progress progress;
+  client.onAnswer([&progress, pages = 0]() mutable {
+    progress.show("Pages so far: " + std::to_string(++pages));
+  });
+  const Outcome outcome = client.await([&](const Client::Report& report) {
+    Ovinta::sites().fetchAll(search.query, reporting(report));
+  });
+  progress.clear();
+  return client.report(outcome, kEmptyAnswer);
 }
 
 ExitCode searchRegion(Client& client, const RegionSearch& search) {
@@ -62,7 +63,7 @@ ExitCode searchRegion(Client& client, const RegionSearch& search) {
           Ovinta::sites().fetch(search.region, search.page, reporting(report));
         }
       },
-      kSilence);
+      kEmptyAnswer);
 }
 
 }  // namespace
@@ -82,10 +83,7 @@ void addSiteCommands(CLI::App& app, int& exitCode) {
   commands.add<RegionSearch>(
       "region", "One page of the sites in a circle",
       [](CLI::App& command, RegionSearch& search) {
-        auto& [latitude, longitude] = search.region.center;
-        command.add_option("--latitude", latitude, "Degrees")->required();
-        command.add_option("--longitude", longitude, "Degrees")->required();
-        command.add_option("--radius", search.region.radius, "Metres")->required();
+        addRegionOptions(command, search.region);
         command.add_option("--page", search.page, "Counted from 1")->capture_default_str();
         command.add_option("--per", search.per, "Sites to a page");
       },

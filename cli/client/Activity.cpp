@@ -78,6 +78,41 @@ class CountingURLSession : public URLSession {
   std::shared_ptr<Activity> activity_;
 };
 
+class CountingNotificationCenter : public UserNotificationCenter {
+ public:
+  CountingNotificationCenter(std::shared_ptr<UserNotificationCenter> base,
+                             std::shared_ptr<Activity> activity)
+      : base_(std::move(base)), activity_(std::move(activity)) {}
+
+  void getPendingNotificationRequests(
+      std::function<void(std::vector<UserNotificationRequest>)> completion) override {
+    activity_->begin();
+    base_->getPendingNotificationRequests(
+        [activity = activity_, completion = std::move(completion)](auto pending) {
+          completion(std::move(pending));
+          activity->end();
+        });
+  }
+  void removePendingNotificationRequests(std::vector<std::string> identifiers) override {
+    base_->removePendingNotificationRequests(std::move(identifiers));
+    // Calls take effect in their order: when this one is answered, the removal is done.
+    getPendingNotificationRequests([](const auto&) {});
+  }
+  void add(UserNotificationRequest request,
+           std::function<void(std::optional<UserNotificationError>)> completion) override {
+    activity_->begin();
+    base_->add(std::move(request),
+               [activity = activity_, completion = std::move(completion)](auto error) {
+                 if (completion) completion(std::move(error));
+                 activity->end();
+               });
+  }
+
+ private:
+  std::shared_ptr<UserNotificationCenter> base_;
+  std::shared_ptr<Activity> activity_;
+};
+
 }  // namespace
 
 void Activity::begin() {
@@ -104,6 +139,11 @@ std::shared_ptr<OperationQueueFactory> counting(std::shared_ptr<OperationQueueFa
 std::shared_ptr<URLSession> counting(std::shared_ptr<URLSession> base,
                                      std::shared_ptr<Activity> activity) {
   return std::make_shared<CountingURLSession>(std::move(base), std::move(activity));
+}
+
+std::shared_ptr<UserNotificationCenter> counting(std::shared_ptr<UserNotificationCenter> base,
+                                                 std::shared_ptr<Activity> activity) {
+  return std::make_shared<CountingNotificationCenter>(std::move(base), std::move(activity));
 }
 
 }  // namespace ovinta::cli

@@ -7,6 +7,7 @@
 
 #include "platform/OperationQueue.h"
 #include "platform/URLSession.h"
+#include "platform/UserNotificationCenter.h"
 
 namespace ovinta::cli {
 
@@ -32,5 +33,9 @@ std::shared_ptr<platform::OperationQueueFactory> counting(
 /// A session whose requests count from their start to the return of their completion.
 std::shared_ptr<platform::URLSession> counting(std::shared_ptr<platform::URLSession> base,
                                                std::shared_ptr<Activity> activity);
+
+/// A centre whose calls count until what they ask for is done.
+std::shared_ptr<platform::UserNotificationCenter> counting(
+    std::shared_ptr<platform::UserNotificationCenter> base, std::shared_ptr<Activity> activity);
 
 }  // namespace ovinta::cli

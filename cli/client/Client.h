@@ -8,33 +8,50 @@
 #include "OvintaSDK/OvintaSDK.h"
 #include "cli/client/Activity.h"
 #include "cli/client/ClientOptions.h"
-#include "platform/Value.h"
+#include "cli/client/Output.h"
 
 namespace ovinta::cli {
 
-/// The exit codes of the command.
-enum class ExitCode { success = 0, failure = 1, wrongUsage = 2, noCallback = 3 };
+/// What an operation has reported when all its work is done.
+struct Outcome {
+  bool reported = false;
+  /// The last result; absent for none.
+  std::optional<Result> result = {};
+  /// The first error, or null.
+  ErrorPtr error = {};
+};
 
 /// The library on the real platform, configured for one command. Used on the main thread.
 class Client {
  public:
-  /// Receives the result to print, absent for none, and the error, or null.
-  using Report = std::function<void(std::optional<platform::Value>, ErrorPtr)>;
+  /// Receives the result, absent for none, and the error, or null; on any thread, any number of
+  /// times.
+  using Report = std::function<void(std::optional<Result>, ErrorPtr)>;
 
-  explicit Client(ClientOptions options);
+  /// With a simulated location the device may be followed, but never moves.
+  explicit Client(const ClientOptions& options, bool simulatesLocation = false);
 
-  /// Runs an operation to its end, that of all work it has started included, and prints what it
-  /// reported. `reasonForSilence` says in words why it may never report.
-  ExitCode perform(const std::function<void(Report)>& start, std::string_view reasonForSilence);
+  const Output& output() const { return output_; }
 
-  /// Prints a result in the form asked for.
-  void print(const platform::Value& result) const;
+  /// Has `observer` called after each answer of the service, on the network's thread.
+  void onAnswer(std::function<void()> observer) { *answered_ = std::move(observer); }
+
+  /// Runs an operation to its end, that of all work it has started included.
+  Outcome await(const std::function<void(Report)>& start);
+
+  /// Prints what an operation has reported. `reasonForSilence` says in words why that may be
+  /// nothing.
+  ExitCode report(const Outcome& outcome, std::string_view reasonForSilence) const;
+
+  /// Runs an operation to its end and prints what it has reported.
+  ExitCode perform(const std::function<void(Report)>& start, std::string_view reasonForSilence) {
+    return report(await(start), reasonForSilence);
+  }
 
  private:
-  void print(const OvintaError& error) const;
-
-  ClientOptions options_;
+  Output output_;
   std::shared_ptr<Activity> activity_ = std::make_shared<Activity>();
+  std::shared_ptr<std::function<void()>> answered_ = std::make_shared<std::function<void()>>();
 };
 
 }  // namespace ovinta::cli

@@ -9,6 +9,9 @@
 
 namespace ovinta::cli {
 
+/// Why an operation that asks the service may never report.
+inline constexpr std::string_view kEmptyAnswer = "the service's answer had no body at all.";
+
 /// A group of commands that work as a client of the service, such as `ovinta orders`.
 class ClientCommands {
  public:
@@ -24,10 +27,14 @@ class ClientCommands {
     auto input = std::make_shared<Input>();
     auto options = std::make_shared<ClientOptions>();
     CLI::App* command = app_.add_subcommand(name, description);
-    addClientOptions(*command, *options);
     addOptions(*command, *input);
+    addClientOptions(*command, *options);
     command->callback([input, options, run, &exitCode = exitCode_] {
-      Client client(*options);
+      bool simulatesLocation = false;
+      if constexpr (requires { input->simulatesLocation; }) {
+        simulatesLocation = input->simulatesLocation;
+      }
+      Client client(*options, simulatesLocation);
       exitCode = static_cast<int>(run(client, *input));
     });
   }

@@ -1,17 +1,47 @@
 #include "cli/client/ClientOptions.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
+
+#include "cli/client/Secret.h"
+#include "platform/linux/Linux.h"
 
 namespace ovinta::cli {
+namespace {
+
+std::string isNotEmpty(const std::string& text) { return text.empty() ? "is empty" : ""; }
+
+}  // namespace
 
 void addClientOptions(CLI::App& command, ClientOptions& options) {
-  command.add_option("--base-url", options.baseURL, "The service's address; remembered");
-  command.add_option("--token", options.token, "The app's API token")->capture_default_str();
+  constexpr const char* kGroup = "Common options";
+  command.add_option("--base-url", options.baseURL, "The service's address; remembered")
+      ->check(isBaseURL)
+      ->type_name("URL")
+      ->group(kGroup);
+  addSecretOption(command, "--token", options.token, "The app's API token", "OVINTA_TOKEN")
+      ->capture_default_str()
+      ->group(kGroup);
   command.add_option("--app-version", options.appVersion, "The app's version")
-      ->capture_default_str();
-  command.add_option("--data-dir", options.dataDirectory, "Where customer and orders are kept");
-  command.add_flag("--json", options.json, "Print one JSON document per result");
-  command.add_flag("--verbose", options.verbose, "Show the library's log on standard error");
+      ->capture_default_str()
+      ->group(kGroup);
+  command.add_option("--data-dir", options.dataDirectory, "Where customer and orders are kept")
+      ->check(isNotEmpty)
+      ->type_name("DIR")
+      ->group(kGroup);
+  command.add_flag("--json", options.json, "Print one JSON document per result")->group(kGroup);
+  command.add_flag("--verbose", options.verbose, "Show the library's log on standard error")
+      ->group(kGroup);
+}
+
+std::string isBaseURL(const std::string& text) {
+  const auto urls = platform::linux::makeServices().urls;
+  for (const std::string scheme : {"http://", "https://"}) {
+    const bool hasHost = text.starts_with(scheme) && text.size() > scheme.size() &&
+                         std::string_view("/?#:@").find(text[scheme.size()]) == std::string::npos;
+    if (hasHost && urls->parse(text)) return "";
+  }
+  return "\"" + text + "\" is no http or https address";
 }
 
 }  // namespace ovinta::cli

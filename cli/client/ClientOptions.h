@@ -27,4 +27,7 @@ struct ClientOptions {
 /// Adds the options; `options` must outlive the parsing.
 void addClientOptions(CLI::App& command, ClientOptions& options);
 
+/// Empty when the text can be a service's address, otherwise what is wrong with it.
+std::string isBaseURL(const std::string& text);
+
 }  // namespace ovinta::cli

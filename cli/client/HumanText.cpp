@@ -11,11 +11,6 @@ using platform::Value;
 
 bool isNested(const Value& value) { return value.as<Dictionary>() || value.as<List>(); }
 
-std::string scalarText(const Value& value) {
-  if (const auto* text = value.as<std::string>()) return *text;
-  return platform::writeJSON(value);
-}
-
 void append(std::string& text, const Value& value, const std::string& indent) {
   if (const auto* fields = value.as<Dictionary>()) {
     for (const auto& [name, field] : *fields) {
@@ -41,6 +36,11 @@ void append(std::string& text, const Value& value, const std::string& indent) {
 }
 
 }  // namespace
+
+std::string scalarText(const Value& value) {
+  if (const auto* text = value.as<std::string>()) return *text;
+  return platform::writeJSON(value);
+}
 
 std::string humanText(const Value& value) {
   std::string text;

@@ -1,17 +1,29 @@
 #pragma once
 
+#include <vector>
+
 #include "OvintaSDK/OvintaSDK.h"
-#include "platform/Value.h"
+#include "cli/client/Output.h"
+#include "cli/device/StoredOrders.h"
+#include "platform/UserNotificationCenter.h"
 
 namespace ovinta::cli {
 
-// Records as values to print.
+// Records as results to print.
 
-platform::Value valueOf(const Order& order);
-platform::Value valueOf(const Site& site);
-platform::Value valueOf(const OrderList& orders);
-platform::Value valueOf(const SiteList& sites);
+Result resultOf(const Order& order);
+Result resultOf(const OrderList& orders);
+Result resultOf(const std::vector<StoredOrder>& orders);
+Result resultOf(const SiteList& sites);
+Result resultOf(const SiteList& sites, const Pagination& pagination);
 /// All but the token.
-platform::Value valueOf(const Customer& customer);
+Result resultOf(const Customer& customer);
+Result resultOf(const std::vector<platform::UserNotificationRequest>& requests);
+
+/// The result of what a pointer or an optional holds; absent for none.
+template <class Holder>
+std::optional<Result> optionalResult(const Holder& holder) {
+  return holder ? std::optional(resultOf(*holder)) : std::nullopt;
+}
 
 }  // namespace ovinta::cli

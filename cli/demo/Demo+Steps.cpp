@@ -5,7 +5,7 @@
 #include "OvintaSDK/core/Guarded.h"
 #include "cli/demo/Demo.h"
 #include "cli/demo/SeededToken.h"
-#include "cli/demo/StoredOrders.h"
+#include "cli/device/StoredOrders.h"
 
 namespace ovinta::cli {
 namespace {
@@ -52,8 +52,8 @@ const std::vector<Demo::Step>& Demo::steps() {
 
 Demo::Failure Demo::startService() {
   if (!options_.baseURL) {
-    sandbox_ = std::make_unique<sandbox::Sandbox>(
-        sandbox::Options{.seed = options_.seed, .now = [this] { return device_.time().now(); }});
+    sandbox_ = std::make_unique<sandbox::Sandbox>(sandbox::Options{
+        .seed = options_.trip.seed, .now = [this] { return device_.time().now(); }});
     if (auto error = sandbox_->start()) return error;
   }
   const std::string baseURL = options_.baseURL.value_or(sandbox_ ? sandbox_->baseURL() : "");
@@ -90,7 +90,7 @@ Demo::Failure Demo::createOrder() {
 }
 
 Demo::Failure Demo::fetchOrders() {
-  Ovinta::updateAPNPushToken(seededToken(options_.seed));
+  Ovinta::updateAPNPushToken(seededToken(options_.trip.seed));
   const auto mainQueue = platform::services().mainQueue;
   if (auto failure = merchant_->listen(*Ovinta::pushToken(), [mainQueue](const auto& payload) {
         mainQueue->async([payload] { Ovinta::handleRemoteNotification(payload); });
@@ -137,8 +137,10 @@ Demo::Failure Demo::wait() {
 
 Demo::Failure Demo::beReady() {
   if (auto failure = merchant_->moveOrder(order_->id, "ready")) return failure;
-  const bool isReady =
-      device_.time().waitUntil([this] { return order_->state() == OrderState::ready; }, kPatience);
+  const bool isReady = device_.time().waitUntil(
+      [this] { return order_->state() == OrderState::ready || interruption_.happened(); },
+      kPatience);
+  interruption_.check();
   if (!isReady) return "the push did not come";
   pass(20s);
   return std::nullopt;
@@ -173,7 +175,7 @@ Demo::Failure Demo::fetchAgain() {
 }
 
 Demo::Failure Demo::readStore() {
-  const auto stored = readStoredOrders(device_.storeFile());
+  const auto stored = readStoredOrders(orderStoreFile());
   if (const auto* error = std::get_if<std::string>(&stored)) return *error;
   const auto& orders = std::get<std::vector<StoredOrder>>(stored);
   const bool isKept = orders.size() == 1 && orders.front().id == order_->id &&

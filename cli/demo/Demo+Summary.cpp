@@ -1,7 +1,7 @@
 #include <string>
 
 #include "cli/demo/Demo.h"
-#include "cli/demo/StoredOrders.h"
+#include "cli/device/StoredOrders.h"
 
 namespace ovinta::cli {
 namespace {
@@ -43,7 +43,7 @@ void Demo::summarize(bool succeeded) {
 
   text += "Orders in the store\n";
   platform::List orders;
-  const auto stored = readStoredOrders(device_.storeFile());
+  const auto stored = readStoredOrders(orderStoreFile());
   if (const auto* rows = std::get_if<std::vector<StoredOrder>>(&stored)) {
     for (const StoredOrder& order : *rows) {
       text += line(order);

@@ -2,10 +2,10 @@
 
 #include <chrono>
 #include <cmath>
-#include <thread>
 #include <utility>
 
 #include "OvintaSDK/core/Guarded.h"
+#include "cli/client/ClientServices.h"
 
 namespace ovinta::cli {
 namespace {
@@ -16,33 +16,16 @@ std::string failureText(const OvintaError& error) {
   return error.title() + ": " + error.errorDescription();
 }
 
-std::string describe(const Exchange& exchange) {
-  std::string text = exchange.method + " " + exchange.path;
-  if (!exchange.eventType.empty()) text += " " + exchange.eventType;
-  if (!exchange.content.empty()) text += " (" + exchange.content + ")";
-  return text + " -> " +
-         (exchange.failure.empty() ? std::to_string(exchange.status) : exchange.failure);
-}
-
-/// The notifications worth a line; locations show as the requests that they cause.
-constexpr platform::NotificationName kObserved[] = {
-    SDKNotification::ordersUpdated,
-    SDKNotification::ordersError,
-    SDKNotification::orderUpdated,
-    SDKNotification::orderEventError,
-    SDKNotification::locationAuthorizationChanged,
-    SDKNotification::locationNotAuthorized,
-    SDKNotification::locationAuthorizationNotDetermined,
-};
-
 }  // namespace
 
-Demo::Demo(DemoOptions options, platform::simulation::Trip trip)
+Demo::Demo(DemoOptions options, platform::simulation::Trip trip, Interruption& interruption)
     : options_(std::move(options)),
+      interruption_(interruption),
       timeline_(options_.json, [this] { return device_.time().now(); }),
-      device_(options_, trip.start, [this](const Exchange& exchange) { note(exchange); }),
-      player_(device_.simulation(), std::move(trip), options_.seed) {
-  observeNotifications();
+      device_(clientServices({.dataDirectory = directory_.path(), .verbose = options_.verbose}),
+              trip.start, [this](const Exchange& exchange) { note(exchange); }),
+      player_(device_.simulation(), std::move(trip), options_.trip.seed),
+      notificationLines_(timeline_) {
   observeLocationSettings();
 }
 
@@ -63,24 +46,6 @@ bool Demo::run() {
   return true;
 }
 
-void Demo::observeNotifications() {
-  for (const platform::NotificationName name : kObserved) {
-    observers_.push_back(platform::services().notificationCenter->addObserver(
-        name, [this](const platform::Notification& notification) {
-          std::string text(notification.name.text);
-          if (const auto* orders = notification.objectAs<OrderList>()) {
-            text += ": " + std::to_string(orders->size()) + " order(s)";
-          } else if (const auto* order = notification.objectAs<OrderPtr>()) {
-            text += ": order " + std::string(stateRow((*order)->state()).wireString) +
-                    ", customer " + std::string(stateRow((*order)->customerState()).wireString);
-          } else if (const auto* error = notification.objectAs<ErrorPtr>()) {
-            text += ": " + (*error)->errorDescription();
-          }
-          timeline_.add("notified", text);
-        }));
-  }
-}
-
 void Demo::observeLocationSettings() {
   device_.simulation().location().onSettingsChanged([this] {
     const std::string before = std::exchange(accuracy_, device_.accuracyText());
@@ -92,22 +57,17 @@ void Demo::observeLocationSettings() {
 
 void Demo::note(const Exchange& exchange) {
   exchanges_.add(exchange);
-  timeline_.add("request", describe(exchange),
-                {{"method", exchange.method},
-                 {"path", exchange.path},
-                 {"event", exchange.eventType},
-                 {"content", exchange.content},
-                 {"status", exchange.status}});
+  timeline_.add(exchange);
 }
 
 void Demo::pass(std::chrono::seconds interval) {
   const std::chrono::duration<double> wallTime =
-      options_.pace *
+      options_.trip.pace *
       (std::chrono::duration<double>(interval) / std::chrono::duration<double>(player_.duration()));
   for (auto passed = 0s; passed < interval; passed += 1s) {
     device_.time().advance(1s);
     updateSituation();
-    if (wallTime.count() > 0) std::this_thread::sleep_for(wallTime / interval.count());
+    interruption_.check(wallTime / interval.count());
   }
 }
 
@@ -142,7 +102,9 @@ Demo::Failure Demo::awaitOrder(const std::function<void(OrderCallback)>& start) 
   start([answer](OrderPtr order, ErrorPtr error) {
     answer->set({.came = true, .order = std::move(order), .error = std::move(error)});
   });
-  device_.time().waitUntil([&] { return answer->get().came; }, kPatience);
+  device_.time().waitUntil([&] { return answer->get().came || interruption_.happened(); },
+                           kPatience);
+  interruption_.check();
   const Answer result = answer->get();
   if (!result.came) return "no answer came";
   if (result.error) return failureText(*result.error);

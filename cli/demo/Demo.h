@@ -7,11 +7,14 @@
 #include <vector>
 
 #include "OvintaSDK/OvintaSDK.h"
-#include "cli/demo/DemoDevice.h"
 #include "cli/demo/DemoOptions.h"
-#include "cli/demo/ExchangeLog.h"
 #include "cli/demo/Merchant.h"
-#include "cli/demo/Timeline.h"
+#include "cli/demo/TemporaryDirectory.h"
+#include "cli/device/ExchangeLog.h"
+#include "cli/device/Interruption.h"
+#include "cli/device/NotificationLines.h"
+#include "cli/device/Timeline.h"
+#include "cli/device/TripDevice.h"
 #include "platform/simulation/TripPlayer.h"
 #include "sandbox/Sandbox.h"
 
@@ -21,8 +24,8 @@ namespace ovinta::cli {
 /// that drives to the site, real HTTP, a real store. Used on one thread, which plays the main one.
 class Demo {
  public:
-  /// The trip must hold at least one point.
-  Demo(DemoOptions options, platform::simulation::Trip trip);
+  /// The trip must hold at least one point. `interruption` must outlive the object.
+  Demo(DemoOptions options, platform::simulation::Trip trip, Interruption& interruption);
   ~Demo();
   Demo(const Demo&) = delete;
   Demo& operator=(const Demo&) = delete;
@@ -57,7 +60,6 @@ class Demo {
   Failure fetchAgain();
   Failure readStore();
 
-  void observeNotifications();
   void observeLocationSettings();
   void note(const Exchange& exchange);
   /// Lets virtual time pass, at the pace asked for.
@@ -72,13 +74,16 @@ class Demo {
   void summarize(bool succeeded);
 
   const DemoOptions options_;
+  Interruption& interruption_;
+  /// Settings and order store.
+  TemporaryDirectory directory_;
   Timeline timeline_;
   ExchangeLog exchanges_;
-  DemoDevice device_;
+  TripDevice device_;
   platform::simulation::TripPlayer player_;
+  NotificationLines notificationLines_;
   std::unique_ptr<sandbox::Sandbox> sandbox_;
   std::unique_ptr<Merchant> merchant_;
-  std::vector<std::unique_ptr<platform::NotificationObserver>> observers_;
   OrderPtr order_;
   /// As last shown.
   std::string accuracy_;

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "cli/demo/ObservedURLSession.h"
+#include "cli/device/ObservedURLSession.h"
 
 namespace ovinta::cli {
 
@@ -21,6 +21,9 @@ class ExchangeLog {
   /// answered with success.
   std::size_t succeeded(std::string_view method, std::string_view eventType = {},
                         std::string_view content = {}) const;
+
+  /// How many requests were not answered with success.
+  std::size_t failed() const;
 
   /// The number of requests by kind, e.g. "POST m/v1/events location_update".
   std::map<std::string, std::int64_t> counts() const;

@@ -1,8 +1,15 @@
-#include "cli/demo/StoredOrders.h"
+#include "cli/device/StoredOrders.h"
 
 #include <SQLiteCpp/SQLiteCpp.h>
 
+#include "platform/Services.h"
+
 namespace ovinta::cli {
+
+std::filesystem::path orderStoreFile() {
+  const auto container = platform::services().persistentContainers->makeContainer("VelkModel", {});
+  return container->persistentStoreDescriptions().front().location;
+}
 
 std::variant<std::vector<StoredOrder>, std::string> readStoredOrders(
     const std::filesystem::path& file) {

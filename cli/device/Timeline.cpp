@@ -1,4 +1,4 @@
-#include "cli/demo/Timeline.h"
+#include "cli/device/Timeline.h"
 
 #include <array>
 #include <chrono>
@@ -10,6 +10,17 @@
 #include "platform/JSON.h"
 
 namespace ovinta::cli {
+namespace {
+
+std::string describe(const Exchange& exchange) {
+  std::string text = exchange.method + " " + exchange.path;
+  if (!exchange.eventType.empty()) text += " " + exchange.eventType;
+  if (!exchange.content.empty()) text += " (" + exchange.content + ")";
+  return text + " -> " +
+         (exchange.failure.empty() ? std::to_string(exchange.status) : exchange.failure);
+}
+
+}  // namespace
 
 void Timeline::setSituation(Situation situation) {
   const std::scoped_lock lock(mutex_);
@@ -38,6 +49,15 @@ void Timeline::add(std::string_view kind, std::string_view text, platform::Dicti
   const std::string metres = distance ? std::to_string(std::lround(*distance)) + " m" : "";
   std::cout << "  " << clockText("%H:%M:%S") << std::right << std::setw(9) << metres << "  "
             << std::left << std::setw(28) << accuracy << std::setw(10) << kind << text << std::endl;
+}
+
+void Timeline::add(const Exchange& exchange) {
+  add("request", describe(exchange),
+      {{"method", exchange.method},
+       {"path", exchange.path},
+       {"event", exchange.eventType},
+       {"content", exchange.content},
+       {"status", exchange.status}});
 }
 
 void Timeline::printObject(std::string_view kind, std::string_view text,

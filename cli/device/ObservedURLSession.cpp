@@ -1,4 +1,4 @@
-#include "cli/demo/ObservedURLSession.h"
+#include "cli/device/ObservedURLSession.h"
 
 #include <cstdint>
 #include <optional>

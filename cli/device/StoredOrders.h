@@ -17,6 +17,9 @@ struct StoredOrder {
   std::int64_t customerState = 0;
 };
 
+/// Where the installed services keep the order store; it need not exist yet.
+std::filesystem::path orderStoreFile();
+
 /// Reads the order store's file the way any SQLite tool would; a text says why that failed.
 std::variant<std::vector<StoredOrder>, std::string> readStoredOrders(
     const std::filesystem::path& file);

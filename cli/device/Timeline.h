@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "cli/device/ObservedURLSession.h"
 #include "platform/Date.h"
 #include "platform/Value.h"
 
@@ -30,6 +31,8 @@ class Timeline {
 
   /// One line: what kind of thing happened, what it was for people, and its details for programs.
   void add(std::string_view kind, std::string_view text, platform::Dictionary details = {});
+  /// The line of a request and its answer.
+  void add(const Exchange& exchange);
 
   /// A heading: what is to come next.
   void begin(std::string_view title);

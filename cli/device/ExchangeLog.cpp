@@ -1,4 +1,4 @@
-#include "cli/demo/ExchangeLog.h"
+#include "cli/device/ExchangeLog.h"
 
 #include <algorithm>
 
@@ -28,6 +28,12 @@ std::size_t ExchangeLog::succeeded(std::string_view method, std::string_view eve
     return exchange.status == 200 && exchange.method == method &&
            matches(eventType, exchange.eventType) && matches(content, exchange.content);
   }));
+}
+
+std::size_t ExchangeLog::failed() const {
+  const std::scoped_lock lock(mutex_);
+  return static_cast<std::size_t>(std::ranges::count_if(
+      exchanges_, [](const Exchange& exchange) { return exchange.status / 100 != 2; }));
 }
 
 std::map<std::string, std::int64_t> ExchangeLog::counts() const {

@@ -1,0 +1,44 @@
+#include "cli/client/ClientServices.h"
+
+#include <unistd.h>
+
+#include <filesystem>
+#include <stdexcept>
+
+#include "OvintaSDK/OvintaSDK.h"
+#include "platform/linux/Linux.h"
+#include "platform/simulation/RecordingLog.h"
+#include "platform/simulation/SimulatedBundle.h"
+
+namespace ovinta::cli {
+namespace {
+
+using platform::simulation::SimulatedBundle;
+
+/// The library keeps going with what it cannot keep; a command's result would be lost.
+void refuseUnwritable(const std::filesystem::path& directory) {
+  std::error_code error;
+  const bool isNew = std::filesystem::create_directories(directory, error);
+  if (isNew) std::filesystem::permissions(directory, std::filesystem::perms::owner_all, error);
+  if (!error && ::access(directory.c_str(), R_OK | W_OK | X_OK) == 0) return;
+  throw std::runtime_error("the data directory " + directory.string() + " cannot be written to");
+}
+
+}  // namespace
+
+platform::Services clientServices(const ClientOptions& options) {
+  if (options.dataDirectory) refuseUnwritable(*options.dataDirectory);
+  platform::Services services = platform::linux::makeServices(
+      {.applicationID = "ovinta", .dataDirectory = options.dataDirectory});
+  if (!options.verbose) services.log = std::make_shared<platform::simulation::RecordingLog>();
+  services.mainBundle = std::make_shared<SimulatedBundle>(
+      SimulatedBundle::Texts{{"CFBundleShortVersionString", options.appVersion}});
+  return services;
+}
+
+void configureLibrary(const ClientOptions& options) {
+  if (options.baseURL) UserDefaultsKey::apiBase.set(*options.baseURL);
+  Ovinta::configure({{"token", options.token}});
+}
+
+}  // namespace ovinta::cli

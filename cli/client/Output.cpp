@@ -1,0 +1,57 @@
+#include "cli/client/Output.h"
+
+#include <iostream>
+
+#include "cli/client/HumanText.h"
+#include "platform/JSON.h"
+
+namespace ovinta::cli {
+namespace {
+
+using platform::Dictionary;
+
+/// What is known beyond title and description.
+Dictionary details(const OvintaError& error) {
+  Dictionary fields;
+  const auto* refusal = dynamic_cast<const OvintaAPIError*>(&error);
+  if (!refusal) return fields;
+  if (const auto status = refusal->statusCode()) {
+    fields.emplace("status", static_cast<int>(*status));
+  }
+  if (const auto& url = refusal->appUpgradeURL()) fields.emplace("appUpgradeURL", url->text);
+  Dictionary errors;
+  for (const auto& [field, messages] : refusal->errors().value_or(decltype(ErrorBody::errors){})) {
+    errors.emplace(field, platform::List(messages.begin(), messages.end()));
+  }
+  if (!errors.empty()) fields.emplace("errors", std::move(errors));
+  return fields;
+}
+
+}  // namespace
+
+Result::Result(platform::Value json) : value(std::move(json)), text(humanText(value)) {}
+
+void Output::print(const Result& result) const {
+  std::cout << (json_ ? platform::writeJSON(result.value) + "\n" : result.text) << std::flush;
+}
+
+void Output::print(const OvintaError& error) const {
+  printError(details(error), error.title(), error.errorDescription());
+}
+
+void Output::printFailure(const std::string& title, const std::string& description) const {
+  printError({}, title, description);
+}
+
+void Output::printError(Dictionary details, const std::string& title,
+                        const std::string& description) const {
+  if (json_) {
+    details.emplace("title", title);
+    details.emplace("description", description);
+    std::cerr << platform::writeJSON(Dictionary{{"error", std::move(details)}}) << "\n";
+  } else {
+    std::cerr << title << ": " << description << "\n" << humanText(details);
+  }
+}
+
+}  // namespace ovinta::cli

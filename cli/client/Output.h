@@ -1,0 +1,41 @@
+#pragma once
+
+#include <string>
+
+#include "OvintaSDK/OvintaSDK.h"
+#include "platform/Value.h"
+
+namespace ovinta::cli {
+
+/// The exit codes of the command.
+enum class ExitCode { success = 0, failure = 1, wrongUsage = 2, noCallback = 3 };
+
+/// A result to print: for programs and for people.
+struct Result {
+  Result(platform::Value json, std::string text) : value(std::move(json)), text(std::move(text)) {}
+  /// With an entry per line for people.
+  explicit Result(platform::Value json);
+
+  platform::Value value;
+  std::string text;
+};
+
+/// Prints in the form asked for: results to standard output, errors to standard error.
+class Output {
+ public:
+  explicit Output(bool json) : json_(json) {}
+
+  void print(const Result& result) const;
+  /// Title and description, and what else is known: status, upgrade link, fields at fault.
+  void print(const OvintaError& error) const;
+  /// The same for a failure that is none of the library's: a sentence.
+  void printFailure(const std::string& title, const std::string& description) const;
+
+ private:
+  void printError(platform::Dictionary details, const std::string& title,
+                  const std::string& description) const;
+
+  bool json_;
+};
+
+}  // namespace ovinta::cli

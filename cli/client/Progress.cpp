@@ -1,0 +1,30 @@
+#include "cli/client/Progress.h"
+
+#include <unistd.h>
+
+#include <iostream>
+
+namespace ovinta::cli {
+namespace {
+
+/// Back to the first column, and the line erased.
+constexpr const char* kErase = "\r\x1b[K";
+
+}  // namespace
+
+Progress::Progress() : isOnTerminal_(::isatty(STDERR_FILENO) == 1) {}
+
+void Progress::show(const std::string& text) {
+  if (!isOnTerminal_) return;
+  const std::scoped_lock lock(mutex_);
+  std::cerr << kErase << text << std::flush;
+  isShown_ = true;
+}
+
+void Progress::clear() {
+  const std::scoped_lock lock(mutex_);
+  if (isShown_) std::cerr << kErase << std::flush;
+  isShown_ = false;
+}
+
+}  // namespace ovinta::cli

@@ -1,0 +1,69 @@
+#include "cli/client/Table.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <string_view>
+
+#include "cli/client/HumanText.h"
+
+namespace ovinta::cli {
+namespace {
+
+using platform::Dictionary;
+using platform::Value;
+
+constexpr std::size_t kGap = 2;
+
+const Value* fieldAt(const Value& row, std::string_view path) {
+  const std::size_t point = path.find('.');
+  const auto* fields = row.as<Dictionary>();
+  const auto found = fields ? fields->find(path.substr(0, point)) : Dictionary::const_iterator();
+  if (!fields || found == fields->end()) return nullptr;
+  return point == std::string_view::npos ? &found->second
+                                         : fieldAt(found->second, path.substr(point + 1));
+}
+
+std::string cellText(const Value& row, const Column& column) {
+  const Value* field = fieldAt(row, column.path);
+  if (!field || field->as<std::nullptr_t>()) return "-";
+  return scalarText(*field) + (column.unit.empty() ? "" : " " + column.unit);
+}
+
+/// Characters, not bytes.
+std::size_t width(std::string_view text) {
+  return static_cast<std::size_t>(std::ranges::count_if(
+      text, [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U; }));
+}
+
+using Line = std::vector<std::string>;
+
+std::string join(const Line& cells, const std::vector<std::size_t>& widths) {
+  std::string text;
+  for (std::size_t i = 0; i < cells.size(); ++i) {
+    text += cells[i];
+    if (i + 1 < cells.size()) text.append(widths[i] + kGap - width(cells[i]), ' ');
+  }
+  return text + "\n";
+}
+
+}  // namespace
+
+std::string tableText(const std::vector<Column>& columns, const platform::List& rows) {
+  if (rows.empty()) return "(none)\n";
+  std::vector<Line> lines(rows.size() + 1);
+  std::vector<std::size_t> widths;
+  for (const Column& column : columns) {
+    lines.front().push_back(column.heading);
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+      lines[i + 1].push_back(cellText(rows[i], column));
+    }
+    std::size_t widest = 0;
+    for (const Line& line : lines) widest = std::max(widest, width(line.back()));
+    widths.push_back(widest);
+  }
+  std::string text;
+  for (const Line& line : lines) text += join(line, widths);
+  return text;
+}
+
+}  // namespace ovinta::cli

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <chrono>
+#include <string>
+
+#include "cli/device/ObservedURLSession.h"
+#include "platform/simulation/Simulation.h"
+
+namespace ovinta::cli {
+
+/// How long the service may keep a device waiting, by the wall clock.
+inline constexpr std::chrono::seconds kPatience{20};
+
+/// A device on a trip: simulated time, position, battery and notification centre; everything else,
+/// HTTP above all, as the base has it. Made, it is what the library runs on, and the calling thread
+/// is the main one.
+class TripDevice {
+ public:
+  /// `observer` is called in turn with the main thread.
+  TripDevice(platform::Services base, platform::Date start, ObservedURLSession::Observer observer);
+
+  platform::simulation::Simulation& simulation() { return simulation_; }
+  platform::simulation::VirtualTime& time() { return simulation_.time(); }
+
+  /// The accuracy and distance filter in force, for people; empty while positions are not asked
+  /// for.
+  std::string accuracyText();
+
+ private:
+  platform::simulation::Simulation simulation_;
+};
+
+}  // namespace ovinta::cli

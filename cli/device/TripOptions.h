@@ -1,0 +1,33 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <variant>
+
+#include "platform/simulation/Trip.h"
+
+namespace CLI {
+class App;
+}
+
+namespace ovinta::cli {
+
+/// How a simulated device gets to the site.
+struct TripOptions {
+  /// How long the trip takes on the wall clock; zero: as fast as it goes.
+  std::chrono::duration<double> pace{20};
+  /// A GPX file; absent: the drive that is built in.
+  std::optional<std::filesystem::path> file = {};
+  std::uint64_t seed = 1;
+};
+
+/// Adds the options; `options` must outlive the parsing.
+void addTripOptions(CLI::App& command, TripOptions& options);
+
+/// The trip asked for, or a sentence that says what is wrong with its file.
+std::variant<platform::simulation::Trip, std::string> loadTrip(const TripOptions& options);
+
+}  // namespace ovinta::cli
