@@ -22,7 +22,7 @@ struct Account {
 struct PasswordReset {
   std::string token;
   std::string password;
-  std::optional<std::string> confirmation;
+  std::string confirmation;
 };
 
 ExitCode performCustomer(Client& client, const std::function<void(CustomerCallback)>& start) {
@@ -130,15 +130,16 @@ void addPasswordCommands(ClientCommands& commands) {
         addSecretOption(command, "--password", reset.password, "The new password",
                         kPasswordVariable)
             ->required();
-        command.add_option("--confirmation", reset.confirmation,
-                           "The new password once more, which the service compares; taken to be "
-                           "the same when left out");
+        addSecretOption(command, "--confirmation", reset.confirmation,
+                        "The new password once more, for the service to compare; left out, the "
+                        "same");
       },
       [](Client& client, const PasswordReset& reset) {
         return performCustomer(client, [&](CustomerCallback callback) {
-          Ovinta::customer().setNewPassword(reset.token, reset.password,
-                                            reset.confirmation.value_or(reset.password),
-                                            std::move(callback));
+          Ovinta::customer().setNewPassword(
+              reset.token, reset.password,
+              reset.confirmation.empty() ? reset.password : reset.confirmation,
+              std::move(callback));
         });
       });
 }

@@ -1,9 +1,10 @@
 #include <CLI/CLI.hpp>
 #include <exception>
 #include <iostream>
+#include <string>
 
 #include "cli/Commands.h"
-#include "cli/client/Output.h"
+#include "cli/client/ExitCode.h"
 #include "cli/device/Interruption.h"
 
 namespace ovinta::cli {
@@ -12,13 +13,17 @@ namespace {
 /// What a shell reports of a process that a signal has ended.
 constexpr int kSignalBase = 128;
 
-constexpr const char* kFooter =
-    "Exit status: 0 success; 1 the operation failed, standard error says why; 2 wrong usage; "
-    "3 the library never calls back, by design.";
+std::string footer() {
+  std::string text = "Exit status:";
+  for (const auto& [code, meaning] : kExitCodes) {
+    text += "\n  " + std::to_string(static_cast<int>(code)) + "  " + std::string(meaning);
+  }
+  return text;
+}
 
 void addCommands(CLI::App& app, int& exitCode) {
   app.require_subcommand(1);
-  app.footer(kFooter);
+  app.footer(footer());
   addCustomerCommands(app, exitCode);
   addOrderCommands(app, exitCode);
   addSiteCommands(app, exitCode);
@@ -28,6 +33,7 @@ void addCommands(CLI::App& app, int& exitCode) {
   addTrackCommand(app, exitCode);
   addDemoCommand(app, exitCode);
   addSandboxCommand(app, exitCode);
+  addManualCommands(app);
 }
 
 int run(int argc, char** argv) {

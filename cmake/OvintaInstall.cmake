@@ -12,6 +12,9 @@ install(TARGETS ovinta_simulation EXPORT OvintaSDKSimulationTargets
         FILE_SET HEADERS DESTINATION ${includeDirectory})
 if(TARGET ovinta)
   install(TARGETS ovinta)
+  install(FILES ${PROJECT_BINARY_DIR}/cli/completions/ovinta
+          DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
+  install(FILES ${PROJECT_BINARY_DIR}/cli/ovinta.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
 endif()
 
 foreach(set OvintaSDKTargets OvintaSDKSimulationTargets)

@@ -3,12 +3,10 @@
 #include <string>
 
 #include "OvintaSDK/OvintaSDK.h"
+#include "cli/client/ExitCode.h"
 #include "platform/Value.h"
 
 namespace ovinta::cli {
-
-/// The exit codes of the command.
-enum class ExitCode { success = 0, failure = 1, wrongUsage = 2, noCallback = 3 };
 
 /// A result to print: for programs and for people.
 struct Result {

@@ -36,7 +36,7 @@ std::string readLine(const std::string& name) {
   std::string line;
   const bool isRead = static_cast<bool>(std::getline(std::cin, line));
   if (input.isTerminal()) std::cerr << "\n";
-  if (!isRead) throw CLI::ValidationError(name, "standard input has no line for it");
+  if (!isRead) throw CLI::ValidationError("standard input has no line for it");
   return line;
 }
 

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <array>
+#include <string_view>
+
+namespace ovinta::cli {
+
+/// The exit codes of the command.
+enum class ExitCode { success = 0, failure = 1, wrongUsage = 2, noCallback = 3 };
+
+struct ExitCodeMeaning {
+  ExitCode code;
+  std::string_view meaning;
+};
+
+inline constexpr std::array<ExitCodeMeaning, 4> kExitCodes{{
+    {ExitCode::success, "success"},
+    {ExitCode::failure, "the operation failed; standard error says why"},
+    {ExitCode::wrongUsage, "wrong usage"},
+    {ExitCode::noCallback, "the library never calls back, by design; standard error says why"},
+}};
+
+}  // namespace ovinta::cli

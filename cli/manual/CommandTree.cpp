@@ -1,0 +1,76 @@
+#include "cli/manual/CommandTree.h"
+
+#include <sstream>
+
+namespace ovinta::cli {
+namespace {
+
+using Names = std::vector<std::string>;
+using Visit = std::function<void(const Names&, const CLI::App&)>;
+
+void walk(const CLI::App& parent, Names& names, const Visit& visit) {
+  for (const CLI::App* command : visibleCommands(parent)) {
+    names.push_back(command->get_name());
+    visit(names, *command);
+    walk(*command, names, visit);
+    names.pop_back();
+  }
+}
+
+}  // namespace
+
+std::vector<const CLI::App*> visibleCommands(const CLI::App& command) {
+  return command.get_subcommands([](const CLI::App* child) {
+    return !child->get_name().empty() && !child->get_group().empty();
+  });
+}
+
+std::vector<const CLI::Option*> allOptions(const CLI::App& command) {
+  auto options = command.get_options();
+  for (const CLI::App* group :
+       command.get_subcommands([](const CLI::App* child) { return child->get_name().empty(); })) {
+    for (const CLI::Option* option : group->get_options()) {
+      if (option != group->get_help_ptr()) options.push_back(option);
+    }
+  }
+  return options;
+}
+
+void forEachCommand(const CLI::App& root, const Visit& visit) {
+  Names names;
+  walk(root, names, visit);
+}
+
+Names namesOf(const CLI::Option& option) {
+  Names names;
+  for (const std::string& name : option.get_snames()) names.push_back("-" + name);
+  for (const std::string& name : option.get_lnames()) names.push_back("--" + name);
+  return names;
+}
+
+bool takesValue(const CLI::Option& option) { return option.get_items_expected_max() > 0; }
+
+std::string valueName(const CLI::Option& option) {
+  // The type comes first, and then what the checks say of themselves.
+  const std::string type = option.get_type_name();
+  if (type.ends_with(":FILE")) return "FILE";
+  return type.substr(0, type.find(':'));
+}
+
+Names choicesOf(const CLI::Option& option) {
+  const std::string type = option.get_type_name();
+  const std::size_t start = type.find(":{");
+  if (start == std::string::npos) return {};
+  std::istringstream list(type.substr(start + 2, type.find('}') - start - 2));
+  Names choices;
+  for (std::string choice; std::getline(list, choice, ',');) choices.push_back(choice);
+  return choices;
+}
+
+std::string join(const Names& texts, const std::string& separator) {
+  std::string text;
+  for (const std::string& part : texts) text += (text.empty() ? "" : separator) + part;
+  return text;
+}
+
+}  // namespace ovinta::cli

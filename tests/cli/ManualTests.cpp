@@ -1,0 +1,85 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/cli/Shell.h"
+
+namespace ovinta {
+namespace {
+
+using test::shell;
+
+/// The commands that the help of a command names, and those below them, e.g. "orders event".
+std::vector<std::string> commandsBelow(const std::string& command) {
+  std::vector<std::string> commands;
+  bool isListed = false;
+  for (const std::string& line : shell("$ovinta " + command + " --help").lines()) {
+    if (isListed && !line.starts_with("  ")) break;
+    if (isListed) {
+      commands.push_back(command + (command.empty() ? "" : " ") +
+                         line.substr(2, line.find(' ', 2) - 2));
+    }
+    isListed = isListed || line == "Subcommands:";
+  }
+  return commands;
+}
+
+bool contains(const std::string& text, const std::string& part) {
+  return text.find(part) != std::string::npos;
+}
+
+TEST(Manual, namesEveryCommand) {
+  const std::string page = shell("$ovinta man | sed 's/[\\]-/-/g'").output;
+  const std::string completion = shell("$ovinta completion bash").output;
+  std::vector<std::string> commands = commandsBelow("");
+  for (std::size_t i = 0; i < commands.size(); ++i) {
+    const auto below = commandsBelow(commands[i]);
+    commands.insert(commands.end(), below.begin(), below.end());
+    std::string path = "/" + commands[i];
+    std::ranges::replace(path, ' ', '/');
+    EXPECT_TRUE(contains(completion, "\"" + path + "\") words=")) << path;
+    EXPECT_TRUE(contains(page, ".SS \"ovinta " + commands[i] + "\"") ||
+                contains(page, ".SS \"ovinta " + commands[i] + " "))
+        << path;
+  }
+  EXPECT_GE(commands.size(), 32U);
+  // Shared options once, with the exit codes and the variables.
+  for (const char* part : {".SH COMMON OPTIONS\n", "\\fB--data-dir\\fR \\fIDIR\\fR\n",
+                           ".SH ENVIRONMENT\n", "\\fBOVINTA_PASSWORD\\fR\n", ".SH EXIT STATUS\n"}) {
+    const std::size_t first = page.find(part);
+    EXPECT_NE(first, std::string::npos) << part;
+    EXPECT_EQ(page.find(part, first + 1), std::string::npos) << part;
+  }
+  EXPECT_EQ(
+      shell("! command -v groff >&2 >/dev/null || $ovinta man | groff -man -Tutf8 -ww -z").output,
+      "");
+}
+
+TEST(Manual, hasBashCompleteCommandsOptionsAndValues) {
+  struct Case {
+    std::string words;
+    std::string completions;
+  };
+  const Case cases[] = {
+      {"ord", "orders"},
+      {"orders cr", "create"},
+      {"orders event 7 --customer-state ar", "arrived"},
+      {"orders event 7 --customer-state = ar", "arrived"},
+      {"orders event 7 --cust", "--customer-state"},
+      {"orders create --name ''", ""},
+      {"track --tr", "--trip"},
+      {"track --trip " OVINTA_TRIPS "/drive.", OVINTA_TRIPS "/drive.gpx"},
+      {"config --data-dir " OVINTA_TRIPS "/../tri", OVINTA_TRIPS "/../trips"},
+      {"completion ''", "customer"},
+  };
+  for (const auto& [words, completions] : cases) {
+    const std::string script =
+        "source <($ovinta completion bash) && COMP_WORDS=(ovinta " + words +
+        ") && COMP_CWORD=$((${#COMP_WORDS[@]} - 1)) && _ovinta && echo \"${COMPREPLY[*]}\"";
+    const std::string output = shell(script).output;
+    EXPECT_EQ(output.substr(0, output.find_first_of(" \n")), completions) << words;
+  }
+  EXPECT_EQ(shell("$ovinta completion bash | bash -n").exitCode, 0);
+}
+
+}  // namespace
+}  // namespace ovinta
