@@ -17,11 +17,10 @@ constexpr std::string_view kSilence = "the orders could not be fetched for lack 
 std::string readAll(const std::string& file) {
   if (file == "-") return {std::istreambuf_iterator<char>(std::cin), {}};
   std::ifstream stream(file, std::ios::binary);
-  std::string text{std::istreambuf_iterator<char>(stream), {}};
-  if (!stream.is_open() || stream.bad() || std::filesystem::is_directory(file)) {
+  if (!stream || std::filesystem::is_directory(file)) {
     throw std::runtime_error("cannot read " + file);
   }
-  return text;
+  return {std::istreambuf_iterator<char>(stream), {}};
 }
 
 /// Throws `std::runtime_error` for what is no payload.

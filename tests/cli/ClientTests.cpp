@@ -1,10 +1,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <filesystem>
-
 #include "sandbox/Sandbox.h"
-#include "tests/support/Command.h"
+#include "tests/cli/Shell.h"
+#include "tests/support/TemporaryDirectory.h"
 
 namespace ovinta {
 namespace {
@@ -12,56 +11,115 @@ namespace {
 using test::CommandResult;
 using testing::HasSubstr;
 
-/// A sandbox and a data directory that commands share, as calls from one shell do.
-class ClientTest : public testing::Test {
- protected:
-  void SetUp() override {
-    ASSERT_EQ(service_.start(), std::nullopt);
-    std::string name = (std::filesystem::temp_directory_path() / "ovinta-cli-XXXXXX").string();
-    ASSERT_NE(::mkdtemp(name.data()), nullptr);
-    directory_ = name;
-  }
-  void TearDown() override { std::filesystem::remove_all(directory_); }
-
-  CommandResult run(std::vector<std::string> arguments) {
-    arguments.insert(arguments.begin(), OVINTA_COMMAND);
-    arguments.insert(arguments.end(),
-                     {"--data-dir", directory_.string(), "--base-url", service_.baseURL()});
-    return test::runCommand(arguments);
-  }
-
-  sandbox::Sandbox service_;
-  std::filesystem::path directory_;
-};
-
+/// A line of shell, how it ends, and what stands in what it writes.
 struct Call {
-  std::vector<std::string> arguments;
+  std::string line;
   int exitCode;
   std::string output;
 };
 
-TEST_F(ClientTest, OneCallsCustomerIsTheNextOnes) {
-  const Call calls[] = {
-      {{"orders", "event", "1001", "--customer-state", "arrived"}, 3, "by design: there is no"},
-      {{"orders", "fetch"}, 1, "Error with Orders Manager: Could not load customer"},
-      {{"customer", "create", "--name", "Alex", "--no-terms"}, 1, "status: 422"},
-      {{"orders", "create", "--site", "42", "--partner-id", "P", "--name", "Alex"}, 0, "id: 1001"},
-      {{"customer", "show", "--json"}, 0, "\"name\":\"Alex\""},
-      {{"orders", "fetch", "--json"}, 0, "\"id\":1001"},
-      {{"orders", "event", "1001", "--customer-state", "arrived"}, 0, ""},
-      {{"orders", "event", "1001", "--customer-state", "gone"}, 2, "not in"},
-      {{"orders", "event", "1001"}, 2, "required"},
-      {{"orders", "rate", "1001", "9", "--json"}, 1, "\"status\":422"},
-      {{"orders", "rate", "1001", "5"}, 0, ""},
-      {{"config"}, 0, "Ovinta sandbox"},
-      {{"customer", "logout"}, 0, ""},
-      {{"customer", "show"}, 1, ""},
-  };
-  for (const Call& call : calls) {
-    const CommandResult result = run(call.arguments);
-    EXPECT_EQ(result.exitCode, call.exitCode) << testing::PrintToString(call.arguments);
-    EXPECT_THAT(result.output, HasSubstr(call.output)) << testing::PrintToString(call.arguments);
+/// A sandbox and a data directory that all lines share, as those of one shell do: `ovinta` is the
+/// command on both, `$home` a directory, `$service` the sandbox's address.
+class ClientTest : public testing::Test {
+ protected:
+  void SetUp() override { ASSERT_EQ(service_.start(), std::nullopt); }
+
+  CommandResult run(const std::string& line) {
+    return test::shell(
+        "home=" + directory_.path().string() + " service=" + service_.baseURL() +
+        "\novinta() { $ovinta \"$@\" --data-dir $home/data --base-url \"$service\"; }\n" + line);
   }
+
+  void expect(const std::vector<Call>& calls) {
+    for (const Call& call : calls) {
+      const CommandResult result = run(call.line);
+      EXPECT_EQ(result.exitCode, call.exitCode) << call.line << "\n" << result.output;
+      EXPECT_THAT(result.output, HasSubstr(call.output)) << call.line;
+    }
+  }
+
+  sandbox::Sandbox service_;
+  test::TemporaryDirectory directory_;
+};
+
+TEST_F(ClientTest, refusesWrongUsageEarly) {
+  expect({
+      {"ovinta", 2, ""},
+      {"ovinta orders event 1001", 2, "required"},
+      {"ovinta orders event 1001 --customer-state gone", 2, "not in"},
+      {"ovinta orders claim CODE --as-current", 2, "requires --name"},
+      {"ovinta customer login --email a@example.com", 2, "--password is required"},
+      {"ovinta customer login --email a@example.com --password - < /dev/null", 2, "no line for it"},
+      {"ovinta track --live --trip " OVINTA_TRIPS "/drive.gpx", 2, "excludes"},
+      {"service= ; ovinta config", 2, "\"\" is no http or https address"},
+      {"service=http://; ovinta config", 2, "is no http or https address"},
+      {"service='http://a b'; ovinta config", 2, "is no http or https address"},
+      {"ovinta config --data-dir ''", 2, "is empty"},
+      {"$ovinta config --data-dir /dev/null/data", 1, "cannot be written to"},
+      {"ls $home", 0, ""},
+  });
+}
+
+TEST_F(ClientTest, takesAnOrderFromItsMakingToItsRating) {
+  expect({
+      {"ovinta orders list", 0, "(none)"},
+      {"ovinta orders fetch", 1, "Error with Orders Manager: Could not load customer"},
+      {"ovinta orders event 1001 --customer-state arrived", 3, "by design: there is no customer"},
+      {"ovinta orders rate 1001 5", 3, "by design: there is no customer"},
+      {"ovinta orders create --site 42 --partner-id P", 1, "Could not load customer"},
+      {"ovinta orders create --site 7 --partner-id P --name Alex", 1, "status: 422"},
+      {"ovinta orders create --site 42 --partner-id P --state delayed --pickup-in 20 --json", 0,
+       "\"id\":1001"},
+      {"ovinta orders fetch --push-token device", 0,
+       "ID    PARTNER ID  SITE  SITE NAME              STATE    CUSTOMER  CODE"},
+      {"service=http://127.0.0.1:1; ovinta orders fetch", 1, "Error Getting Orders: "},
+      {"ovinta orders list --json", 0, "\"partner_identifier\":\"P\""},
+      {"ovinta orders event 1001 --customer-state arrived --json", 0, ""},
+      {"ovinta orders event 1001 --state ready", 0, ""},
+      {"ovinta orders event 7777 --state ready", 1, "status: 404"},
+      {"ovinta orders rate 1001 9 --json", 1, "\"status\":422"},
+      {"ovinta orders rate 1001 5 --comment Quick", 0, ""},
+      {"ovinta orders fetch --json", 0, "\"customer_rating_value_string\":\"5\""},
+      {"ovinta orders event 1001 --customer-state completed --verbose", 0,
+       "Successfully created order event"},
+      {"ovinta track", 1, "No order of the customer is open"},
+  });
+}
+
+TEST_F(ClientTest, appliesPushes) {
+  expect({
+      {"echo '{}' | ovinta push -", 1, "Could not load customer"},
+      {"ovinta orders create --site 42 --partner-id P --name Alex", 0, "id: 1001"},
+      {"echo '{\"order_id\": \"1001\", \"order_state\": \"ready\"}' > $home/push; ovinta push "
+       "$home/push "
+       "--json",
+       0, "\"state\":\"ready\""},
+      {"echo '{\"order_id\": \"7\"}' | ovinta push -", 0, "created"},
+      {"ovinta push $home/none", 1, "cannot read"},
+      {"ovinta push $home", 1, "cannot read"},
+      {"echo '{' | ovinta push -", 1, "the payload is not JSON"},
+      {"echo '[]' | ovinta push -", 1, "the payload is no JSON object"},
+  });
+}
+
+TEST_F(ClientTest, followsOpenOrdersOnASimulatedTrip) {
+  expect({
+      {"ovinta orders create --site 42 --partner-id P --name Alex", 0, "id: 1001"},
+      {"ovinta track --live", 1, "location services are off on this system"},
+      {"ovinta track --trip $ovinta", 1, "ovinta track: "},
+      {"ovinta track --pace 0 --json > $home/track 2> $home/errors", 0, ""},
+      {"head -2 $home/track | tail -1", 0, "Following 1 open order(s)"},
+      {"grep -c '\"kind\":\"beacons\"' $home/track", 0, "1"},
+      {"grep '\"kind\":\"position\"' $home/track | tail -1", 0,
+       "\"accuracy\":\"best for navigation, 3 m\""},
+      {"grep '2 beacon(s)' $home/track | head -1", 0, "location_update (2 beacon(s)) -> 200"},
+      {"tail -1 $home/track", 0, "\"failed\":0"},
+      // Standard error is no terminal here.
+      {"test ! -s $home/errors", 0, ""},
+      {"$ovinta track --pace 3600 --data-dir $home/data > $home/track & process=$!"
+       "; until grep -q Following $home/track; do :; done; kill -INT $process; wait $process",
+       130, ""},
+  });
 }
 
 }  // namespace
