@@ -25,14 +25,24 @@ struct PasswordReset {
   std::string confirmation;
 };
 
+/// At its start the library finds a customer only whose vehicle is stored, with however empty
+/// texts.
+void storeVehicle() {
+  for (const UserDefaultsKey& key :
+       {UserDefaultsKey::customerVehicleType, UserDefaultsKey::customerVehicleColor,
+        UserDefaultsKey::customerLicensePlate}) {
+    if (!key.stringValue()) key.set("");
+  }
+}
+
 ExitCode performCustomer(Client& client, const std::function<void(CustomerCallback)>& start) {
-  return client.perform(
-      [&](const Client::Report& report) {
-        start([report](const CustomerPtr& customer, const ErrorPtr& error) {
-          report(optionalResult(customer), error);
-        });
-      },
-      kEmptyAnswer);
+  const Outcome outcome = client.await([&](const Client::Report& report) {
+    start([report](const CustomerPtr& customer, const ErrorPtr& error) {
+      report(optionalResult(customer), error);
+    });
+  });
+  if (outcome.result) storeVehicle();
+  return client.report(outcome, kEmptyAnswer);
 }
 
 void addAccountOptions(CLI::App& command, Account& account) {
@@ -57,8 +67,10 @@ void addDetailCommands(ClientCommands& commands) {
           Ovinta::customer().create(creation.info, creation.consent, std::move(callback));
         });
       });
-  commands.add<CustomerInfo>("update", "Change the customer's details", addNamedCustomerOptions,
-                             [](Client& client, const CustomerInfo& info) {
+  commands.add<CustomerInfo>("update", "Change the customer's details; what is left out stays",
+                             addCustomerOptions, [](Client& client, CustomerInfo info) {
+                               const CustomerPtr customer = Ovinta::customer().current();
+                               if (customer && info.name.empty()) info.name = customer->info.name;
                                return performCustomer(client, [&](CustomerCallback callback) {
                                  Ovinta::customer().update(info, std::move(callback));
                                });

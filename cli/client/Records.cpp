@@ -30,7 +30,7 @@ List listOf(const Records& records, Make make) {
 }
 
 void addText(Dictionary& fields, const char* name, const std::optional<std::string>& text) {
-  if (text) fields.emplace(name, *text);
+  if (text && !text->empty()) fields.emplace(name, *text);
 }
 
 /// The state's word; its number where there is none.

@@ -86,6 +86,76 @@ TEST_F(ClientTest, takesAnOrderFromItsMakingToItsRating) {
   });
 }
 
+TEST_F(ClientTest, keepsTheCustomerFromCallToCall) {
+  expect({
+      {"ovinta customer show", 1, "No Customer"},
+      {"ovinta customer update --name Alex", 1, "Could not load customer"},
+      {"ovinta customer sign-up --email a@example.com --password secret", 1, "Could not load"},
+      {"ovinta customer create --name Alex --no-terms", 1, "terms_of_service"},
+      {"ovinta customer create --name Alex --phone 555", 0, "registered: false"},
+      {"ovinta customer update --car-type Van", 0, "car_type: Van"},
+      {"ovinta customer show", 0, "name: Alex\nphone: 555"},
+      {"ovinta customer sign-up --email a@example.com --password short", 1, "status: 422"},
+      {"echo secret | ovinta customer sign-up --email a@example.com --password - --json", 0,
+       "\"registered\":true"},
+      {"ovinta customer logout", 0, ""},
+      {"ovinta customer show --json", 1, "{\"error\":{\"description\":"},
+      {"ovinta customer login --email a@example.com --password wrong", 1, "Error Signing In: "},
+      {"export OVINTA_PASSWORD=secret; ovinta customer login --email a@example.com", 0, "Alex"},
+      {"ovinta customer login-token nobodys", 1, "status: 401"},
+      {"ovinta customer show", 0, "car_type: Van"},
+      {"ovinta customer request-password --email nowhere", 1, "status: 422"},
+      {"ovinta customer request-password --email a@example.com", 0, ""},
+      {"ovinta customer set-password --reset-token wrong --password another", 1, "is unknown"},
+      {"printf 'token\\nanother\\nother\\n' | ovinta customer set-password --reset-token - "
+       "--password - --confirmation -",
+       1, "Confirmation is not the password"},
+  });
+}
+
+TEST_F(ClientTest, findsSitesAndTheConfiguration) {
+  expect({
+      {"ovinta config", 0, "Ovinta sandbox"},
+      {"ovinta config --json | grep -c '^{.*}$'", 0, "1"},
+      {"service=http://127.0.0.1:1; ovinta config", 1, "Error Getting Configuration: "},
+      {"ovinta sites search market", 0, "Page 1 of 2"},
+      {"ovinta sites search --page 2 --json", 0, "{\"page\":2,\"pages\":2,\"sites\":[{"},
+      {"ovinta sites search --page 0", 1, "status: 422"},
+      {"ovinta sites search nowhere", 0, "(none)"},
+      {"test $(ovinta sites all 2>&1 | wc -l) -gt 11", 0, ""},
+      {"service=http://127.0.0.1:1; ovinta sites all", 1, "Error Getting Sites: "},
+      {"ovinta sites region --latitude 40.74 --longitude -73.99 --radius 500", 0, "150 m"},
+      {"ovinta sites region --latitude 40.74 --longitude -73.99 --radius 9000 --per 2 --page 2 "
+       "| wc -l",
+       0, "3"},
+      {"ovinta sites region --latitude 400 --longitude 0 --radius 1", 1, "status: 422"},
+  });
+}
+
+TEST_F(ClientTest, armsNotificationsThatATripFires) {
+  const std::string circle = " --latitude 40.74 --longitude -73.99 --radius 3000";
+  expect({
+      {"ovinta notify list", 0, "(none)"},
+      {"ovinta notify arm 42", 1, "Location permission is missing"},
+      {"ovinta notify arm-region" + circle, 1, "Location permission is missing"},
+      {"ovinta notify arm 42 43 44 45 46 47 --simulate", 1, "Site limit exceeded"},
+      {"ovinta notify arm 42 7 --simulate", 1, "The service has no site 7."},
+      {"service=http://127.0.0.1:1; ovinta notify arm 42 --simulate", 1, "Error Getting Sites: "},
+      {"ovinta notify arm-region --simulate" + circle, 0, "Pier Row Market"},
+      {"ovinta notify arm-region --simulate --latitude 400 --longitude 0 --radius 1", 1, "422"},
+      {"ovinta notify list | wc -l", 0, "5"},
+      {"ovinta notify arm 42 43 --simulate --title Near --data key value", 0, ""},
+      {"ovinta notify list --json", 0,
+       "\"data\":{\"key\":\"value\",\"message_source\":\"ovinta.notify\"}"},
+      {"ovinta orders create --site 42 --partner-id P --name Alex", 0, "id: 1001"},
+      {"ovinta track --pace 0 | grep -c 'shown *Near: Tell us'", 0, "1"},
+      {"ovinta notify list", 0, "ovinta.notify 43"},
+      {"! ovinta notify list | grep 'ovinta.notify 42'", 0, ""},
+      {"ovinta notify clear", 0, ""},
+      {"ovinta notify list", 0, "(none)"},
+  });
+}
+
 TEST_F(ClientTest, appliesPushes) {
   expect({
       {"echo '{}' | ovinta push -", 1, "Could not load customer"},
