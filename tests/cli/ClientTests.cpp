@@ -19,15 +19,24 @@ struct Call {
 };
 
 /// A sandbox and a data directory that all lines share, as those of one shell do: `ovinta` is the
-/// command on both, `$home` a directory, `$service` the sandbox's address.
+/// command on both, `$home` a directory, `$service` the sandbox's address, `merchant` a request to
+/// the sandbox's other side, `field` the text under a key of JSON.
 class ClientTest : public testing::Test {
  protected:
   void SetUp() override { ASSERT_EQ(service_.start(), std::nullopt); }
 
   CommandResult run(const std::string& line) {
-    return test::shell(
-        "home=" + directory_.path().string() + " service=" + service_.baseURL() +
-        "\novinta() { $ovinta \"$@\" --data-dir $home/data --base-url \"$service\"; }\n" + line);
+    const std::string prelude = R"bash(
+ovinta() { $ovinta "$@" --data-dir $home/data --base-url "$service"; }
+merchant() {
+  exec 3<>/dev/tcp/127.0.0.1/${service##*:}
+  printf '%s /sandbox/%s HTTP/1.0\r\nContent-Length: %s\r\n\r\n%s' $1 $2 ${#3} "$3" >&3
+  cat <&3
+}
+field() { echo "$(sed -n "s/.*\"$1\":\"\([^\"]*\)\".*/\1/p")"; }
+)bash";
+    return test::shell("home=" + directory_.path().string() + " service=" + service_.baseURL() +
+                       prelude + line);
   }
 
   void expect(const std::vector<Call>& calls) {
@@ -107,6 +116,14 @@ TEST_F(ClientTest, keepsTheCustomerFromCallToCall) {
       {"ovinta customer request-password --email nowhere", 1, "status: 422"},
       {"ovinta customer request-password --email a@example.com", 0, ""},
       {"ovinta customer set-password --reset-token wrong --password another", 1, "is unknown"},
+      {"merchant GET customers | field reset_password_token > $home/token", 0, ""},
+      {"(cat $home/token; echo another) | ovinta customer set-password --reset-token - --password "
+       "-",
+       0, "registered: true"},
+      {"ovinta customer login --email a@example.com --password another", 0, "name: Alex"},
+      {"ovinta customer login --email a@example.com --password secret", 1, "status: 401"},
+      {"merchant GET customers | field api_token > $home/token; ovinta customer logout", 0, ""},
+      {"ovinta customer login-token - < $home/token", 0, "name: Alex"},
       {"printf 'token\\nanother\\nother\\n' | ovinta customer set-password --reset-token - "
        "--password - --confirmation -",
        1, "Confirmation is not the password"},
@@ -153,6 +170,39 @@ TEST_F(ClientTest, armsNotificationsThatATripFires) {
       {"! ovinta notify list | grep 'ovinta.notify 42'", 0, ""},
       {"ovinta notify clear", 0, ""},
       {"ovinta notify list", 0, "(none)"},
+  });
+}
+
+TEST_F(ClientTest, findsAndClaimsWhatTheMerchantOffers) {
+  const auto offer = [](const std::string& name) {
+    return Call{
+        "merchant POST orders '{\"data\": {\"site_id\": 42, \"partner_identifier\": \"P\"}}' "
+        "| field redemption_code > $home/" +
+            name,
+        0, ""};
+  };
+  expect({
+      offer("a"),
+      offer("b"),
+      offer("c"),
+      {"ovinta orders find $(cat $home/a)", 0, "id: 1001"},
+      {"ovinta orders find NONE", 1, "Error Finding Redeem Code: "},
+      {"ovinta orders claim $(cat $home/a)", 1, "Could not load customer"},
+      {"ovinta orders claim $(cat $home/a) --as-current --name Alex", 1, "Could not load customer"},
+      {"ovinta orders claim $(cat $home/a) --name Alex", 1, "Missing customer consent"},
+      {"ovinta orders claim NONE --name Alex --consent", 1, "Error Claiming Order"},
+      {"ovinta orders claim $(cat $home/a) --name Alex --push-token device --json", 0, "device"},
+      {"ovinta orders claim $(cat $home/b) --as-current --name Kim --pickup-type in_store", 0,
+       "customer_name: Kim"},
+      {"ovinta orders fetch | wc -l", 0, "3"},
+      {"merchant POST orders/1001/gone", 0, "200"},
+      {"ovinta orders event 1001 --customer-state arrived", 3, "the order is gone"},
+      {"ovinta orders find $(cat $home/a)", 1, "410"},
+      {"ovinta orders claim $(cat $home/a)", 1, "410"},
+      {"ovinta customer create --name Sam; ovinta orders claim $(cat $home/b)", 1, "status: 404"},
+      {"merchant PUT minimum-app-version/9.0", 0, ""},
+      {"ovinta orders claim $(cat $home/c)", 1, "status: 425"},
+      {"ovinta orders claim $(cat $home/c) --app-version 9.1", 0, "id: 1003"},
   });
 }
 
