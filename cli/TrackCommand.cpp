@@ -3,7 +3,7 @@
 #include <memory>
 
 #include "cli/Commands.h"
-#include "cli/client/ClientServices.h"
+#include "cli/track/LiveTrack.h"
 #include "cli/track/Track.h"
 
 namespace ovinta::cli {
@@ -15,17 +15,9 @@ struct TrackInput : TrackOptions {
   bool isLive = false;
 };
 
-/// Whether this system lets its own position be followed; says why not.
-bool canFollowThisDevice(const ClientOptions& options) {
-  if (clientServices(options).location->locationServicesEnabled()) return true;
-  std::cerr << "ovinta track: location services are off on this system, so that its own position "
-               "cannot be followed.\n";
-  return false;
-}
-
 ExitCode track(const TrackInput& input) {
-  if (input.isLive && !canFollowThisDevice(input.client)) return ExitCode::failure;
   Interruption interruption;
+  if (input.isLive) return LiveTrack(input.client, interruption).run();
   auto trip = loadTrip(input.trip);
   if (const auto* error = std::get_if<std::string>(&trip)) {
     std::cerr << "ovinta track: " << *error << "\n";

@@ -1,20 +1,13 @@
 #pragma once
 
-#include <memory>
 #include <optional>
 #include <string>
-#include <vector>
 
-#include "OvintaSDK/OvintaSDK.h"
 #include "cli/client/ClientOptions.h"
-#include "cli/client/Output.h"
-#include "cli/client/Progress.h"
-#include "cli/device/ExchangeLog.h"
 #include "cli/device/Interruption.h"
-#include "cli/device/NotificationLines.h"
-#include "cli/device/Timeline.h"
 #include "cli/device/TripDevice.h"
 #include "cli/device/TripOptions.h"
+#include "cli/track/TrackReport.h"
 #include "platform/simulation/TripPlayer.h"
 
 namespace ovinta::cli {
@@ -30,7 +23,6 @@ class Track {
  public:
   /// The trip must hold at least one point. `options` and `interruption` must outlive the object.
   Track(const TrackOptions& options, platform::simulation::Trip trip, Interruption& interruption);
-  ~Track();
   Track(const Track&) = delete;
   Track& operator=(const Track&) = delete;
 
@@ -39,34 +31,23 @@ class Track {
   ExitCode run();
 
  private:
-  void observe();
-  void note(const Exchange& exchange);
-  /// Arms on the device what the data directory holds; what fires goes from there.
-  void takeArmedNotifications();
   /// The outcome of fetching the orders; absent when orders are open.
   std::optional<ExitCode> fetchOrders();
+  /// Arms on the device what the data directory holds; what fires goes from there.
+  void takeArmedNotifications();
   void drive();
   /// Lets a second pass, at the pace asked for.
   void passSecond();
   void updateSituation();
-  std::optional<double> nearestSiteDistance() const;
-  ExitCode summarize();
-  /// A line of the timeline, clear of the progress.
-  void add(std::string_view kind, const std::string& text, platform::Dictionary details = {});
 
   const TrackOptions& options_;
   Interruption& interruption_;
-  const Output output_;
-  Progress progress_;
-  Timeline timeline_;
-  ExchangeLog exchanges_;
+  TrackReport report_;
   /// What the simulation stands on. Its notification centre is where notifications are armed for
   /// good.
   const platform::Services base_;
   TripDevice device_;
   platform::simulation::TripPlayer player_;
-  std::optional<NotificationLines> notificationLines_;
-  std::unique_ptr<platform::NotificationObserver> positions_;
   /// As last shown.
   std::string accuracy_;
   std::size_t rangedRegions_ = 0;

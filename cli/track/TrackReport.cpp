@@ -1,0 +1,67 @@
+#include "cli/track/TrackReport.h"
+
+#include <array>
+#include <cstdio>
+
+namespace ovinta::cli {
+namespace {
+
+std::string describe(const platform::Location& location) {
+  std::array<char, 96> text{};
+  std::snprintf(text.data(), text.size(), "%.5f, %.5f within %.0f m", location.coordinate.latitude,
+                location.coordinate.longitude, location.horizontalAccuracy);
+  return text.data();
+}
+
+}  // namespace
+
+std::optional<double> nearestSiteDistance(const platform::Location& from) {
+  std::optional<double> nearest;
+  for (const OrderPtr& order : openOrders()) {
+    const auto distance = order->siteDistance(from);
+    if (distance && !(nearest && *nearest <= *distance)) nearest = distance;
+  }
+  return nearest;
+}
+
+void TrackReport::begin() {
+  timeline_.begin("Following " + std::to_string(openOrders().size()) + " open order(s)");
+  notificationLines_.emplace(timeline_);
+  positions_ = platform::services().notificationCenter->addObserver(
+      SDKNotification::locationUpdate, [this](const platform::Notification& notification) {
+        const auto* location = notification.objectAs<platform::Location>();
+        if (!location) return;
+        add("position", describe(*location),
+            {{"latitude", location->coordinate.latitude},
+             {"longitude", location->coordinate.longitude},
+             {"horizontalAccuracy", location->horizontalAccuracy}});
+      });
+}
+
+void TrackReport::add(std::string_view kind, const std::string& text,
+                      platform::Dictionary details) {
+  progress_.clear();
+  timeline_.add(kind, text, std::move(details));
+}
+
+void TrackReport::add(const Exchange& exchange) {
+  exchanges_.add(exchange);
+  progress_.clear();
+  timeline_.add(exchange);
+}
+
+ExitCode TrackReport::summarize() {
+  progress_.clear();
+  std::string text;
+  platform::Dictionary requests;
+  for (const auto& [kind, count] : exchanges_.counts()) {
+    text += std::to_string(count) + " x " + kind + "\n";
+    requests.emplace(kind, count);
+  }
+  const std::size_t failed = exchanges_.failed();
+  text += "Requests that failed: " + std::to_string(failed) + "\n";
+  timeline_.summarize(text, {{"requests", requests}, {"failed", failed}});
+  return failed == 0 ? ExitCode::success : ExitCode::failure;
+}
+
+}  // namespace ovinta::cli
