@@ -53,14 +53,22 @@ Exchange describe(const platform::URLRequest& request) {
 void ObservedURLSession::startDataTask(platform::URLRequest request, Completion completion) {
   Exchange exchange = describe(request);
   inner_->startDataTask(std::move(request),
-                        [observer = observer_, exchange = std::move(exchange),
+                        [observed = observed_, exchange = std::move(exchange),
                          completion = std::move(completion)](auto data, auto response, auto error) {
                           Exchange finished = exchange;
                           if (response) finished.status = response->statusCode;
                           if (error) finished.failure = error->localizedDescription;
-                          observer(finished);
+                          {
+                            const std::scoped_lock lock(observed->mutex);
+                            if (observed->observer) observed->observer(finished);
+                          }
                           completion(std::move(data), std::move(response), std::move(error));
                         });
+}
+
+void ObservedURLSession::disconnect() {
+  const std::scoped_lock lock(observed_->mutex);
+  observed_->observer = nullptr;
 }
 
 }  // namespace ovinta::cli

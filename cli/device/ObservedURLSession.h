@@ -3,7 +3,9 @@
 #include <cstddef>
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <string>
+#include <utility>
 
 #include "platform/URLSession.h"
 
@@ -29,15 +31,25 @@ class ObservedURLSession : public platform::URLSession {
  public:
   using Observer = std::function<void(const Exchange&)>;
 
-  /// `observer` is called on the callback thread of `inner`.
+  /// `observer` is called on the callback thread of `inner`, and must not start requests.
   ObservedURLSession(std::shared_ptr<platform::URLSession> inner, Observer observer)
-      : inner_(std::move(inner)), observer_(std::move(observer)) {}
+      : inner_(std::move(inner)), observed_(std::make_shared<Observed>(std::move(observer))) {}
 
   void startDataTask(platform::URLRequest request, Completion completion) override;
 
+  /// From its return on the observer is not called any more, whatever is still under way.
+  void disconnect();
+
  private:
+  struct Observed {
+    explicit Observed(Observer whom) : observer(std::move(whom)) {}
+
+    std::mutex mutex;
+    Observer observer;
+  };
+
   std::shared_ptr<platform::URLSession> inner_;
-  Observer observer_;
+  std::shared_ptr<Observed> observed_;
 };
 
 }  // namespace ovinta::cli

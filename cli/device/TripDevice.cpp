@@ -18,8 +18,8 @@ TripDevice::TripDevice(platform::Services base, platform::Date start,
 
   platform::Services services = simulation_.services();
   // Outside of what holds time, so that the observer, too, runs in turn with the main thread.
-  services.urlSession =
-      std::make_shared<ObservedURLSession>(services.urlSession, std::move(observer));
+  session_ = std::make_shared<ObservedURLSession>(services.urlSession, std::move(observer));
+  services.urlSession = session_;
   platform::install(services);
 }
 

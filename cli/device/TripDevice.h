@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <memory>
 #include <string>
 
 #include "cli/device/ObservedURLSession.h"
@@ -16,8 +17,11 @@ inline constexpr std::chrono::seconds kPatience{20};
 /// is the main one.
 class TripDevice {
  public:
-  /// `observer` is called in turn with the main thread.
+  /// `observer` is called in turn with the main thread, for as long as the device lives.
   TripDevice(platform::Services base, platform::Date start, ObservedURLSession::Observer observer);
+  ~TripDevice() { session_->disconnect(); }
+  TripDevice(const TripDevice&) = delete;
+  TripDevice& operator=(const TripDevice&) = delete;
 
   platform::simulation::Simulation& simulation() { return simulation_; }
   platform::simulation::VirtualTime& time() { return simulation_.time(); }
@@ -28,6 +32,7 @@ class TripDevice {
 
  private:
   platform::simulation::Simulation simulation_;
+  std::shared_ptr<ObservedURLSession> session_;
 };
 
 }  // namespace ovinta::cli

@@ -18,8 +18,9 @@ LiveTrack::LiveTrack(const ClientOptions& options, Interruption& interruption)
       interruption_(interruption),
       report_(options.json, [] { return platform::services().clock->now(); }) {
   platform::Services services = clientServices(options);
-  services.urlSession = std::make_shared<ObservedURLSession>(
+  session_ = std::make_shared<ObservedURLSession>(
       services.urlSession, [this](const Exchange& exchange) { report_.add(exchange); });
+  services.urlSession = session_;
   platform::install(std::move(services));
 }
 

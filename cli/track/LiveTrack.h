@@ -15,6 +15,7 @@ class LiveTrack {
  public:
   /// `options` and `interruption` must outlive the object.
   LiveTrack(const ClientOptions& options, Interruption& interruption);
+  ~LiveTrack() { session_->disconnect(); }
   LiveTrack(const LiveTrack&) = delete;
   LiveTrack& operator=(const LiveTrack&) = delete;
 
@@ -30,6 +31,7 @@ class LiveTrack {
   const ClientOptions& options_;
   Interruption& interruption_;
   TrackReport report_;
+  std::shared_ptr<ObservedURLSession> session_;
   std::unique_ptr<platform::NotificationObserver> positions_;
   /// Absent as long as orders may be open.
   std::optional<ExitCode> end_;
