@@ -140,6 +140,9 @@ TEST_F(ClientTest, findsSitesAndTheConfiguration) {
       {"ovinta sites search --page 0", 1, "status: 422"},
       {"ovinta sites search nowhere", 0, "(none)"},
       {"test $(ovinta sites all 2>&1 | wc -l) -gt 11", 0, ""},
+      // The progress is for terminals only.
+      {"! ovinta sites all 2>&1 | grep 'Pages so far'", 0, ""},
+      {"script -qec \"$ovinta sites all --data-dir $home/data\" /dev/null", 0, "Pages so far: 2"},
       {"service=http://127.0.0.1:1; ovinta sites all", 1, "Error Getting Sites: "},
       {"ovinta sites region --latitude 40.74 --longitude -73.99 --radius 500", 0, "150 m"},
       {"ovinta sites region --latitude 40.74 --longitude -73.99 --radius 9000 --per 2 --page 2 "
