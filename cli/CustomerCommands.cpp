@@ -42,7 +42,7 @@ ExitCode performCustomer(Client& client, const std::function<void(CustomerCallba
     });
   });
   if (outcome.result) storeVehicle();
-  return client.report(outcome, kEmptyAnswer);
+  return client.report(outcome, kNoData);
 }
 
 void addAccountOptions(CLI::App& command, Account& account) {
@@ -132,7 +132,7 @@ void addPasswordCommands(ClientCommands& commands) {
               Ovinta::customer().requestNewPassword(
                   email, [report](const ErrorPtr& error) { report(std::nullopt, error); });
             },
-            kEmptyAnswer);
+            kNoData);
       });
   commands.add<PasswordReset>(
       "set-password", "Set a new password with a reset token",

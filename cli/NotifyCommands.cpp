@@ -65,7 +65,7 @@ ExitCode armSites(Client& client, const SiteArming& arming) {
       report(std::nullopt, error);
     });
   });
-  if (!known) return client.report(search, kEmptyAnswer);
+  if (!known) return client.report(search, kNoData);
   const auto picked = pick(*known, arming.sites);
   if (const auto* unknown = std::get_if<std::int64_t>(&picked)) {
     client.output().printFailure("Unknown Site",
@@ -78,7 +78,7 @@ ExitCode armSites(Client& client, const SiteArming& arming) {
             std::get<SiteList>(picked), arming.info(),
             [report](const ErrorPtr& error) { report(std::nullopt, error); });
       },
-      kEmptyAnswer);
+      kNoData);
 }
 
 ExitCode armRegion(Client& client, const RegionArming& arming) {
@@ -89,7 +89,7 @@ ExitCode armRegion(Client& client, const RegionArming& arming) {
                                                   report(optionalResult(sites), error);
                                                 });
       },
-      kEmptyAnswer);
+      kNoData);
 }
 
 ExitCode clear(Client& client, const NoInput& /*input*/) {
@@ -97,7 +97,7 @@ ExitCode clear(Client& client, const NoInput& /*input*/) {
       [](const Client::Report& report) {
         Ovinta::notify().clear([report](const ErrorPtr& error) { report(std::nullopt, error); });
       },
-      kEmptyAnswer);
+      kNoData);
 }
 
 ExitCode list(Client& client, const NoInput& /*input*/) {

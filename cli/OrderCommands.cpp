@@ -27,7 +27,7 @@ ExitCode fetchOrders(Client& client, const std::optional<std::string>& pushToken
           report(optionalResult(orders), error);
         });
       },
-      kEmptyAnswer);
+      kNoData);
 }
 
 /// The library never reads its order store back, so the command does.

@@ -39,7 +39,7 @@ ExitCode searchPage(Client& client, const Search& search) {
               report(resultOf(*sites, *pagination), nullptr);
             });
       },
-      kEmptyAnswer);
+      kNoData);
 }
 
 ExitCode searchAll(Client& client, const Search& search) {
@@ -51,7 +51,7 @@ ExitCode searchAll(Client& client, const Search& search) {
     Ovinta::sites().fetchAll(search.query, reporting(report));
   });
   progress.clear();
-  return client.report(outcome, kEmptyAnswer);
+  return client.report(outcome, kNoData);
 }
 
 ExitCode searchRegion(Client& client, const RegionSearch& search) {
@@ -63,7 +63,7 @@ ExitCode searchRegion(Client& client, const RegionSearch& search) {
           Ovinta::sites().fetch(search.region, search.page, reporting(report));
         }
       },
-      kEmptyAnswer);
+      kNoData);
 }
 
 }  // namespace

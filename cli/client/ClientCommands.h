@@ -10,7 +10,7 @@
 namespace ovinta::cli {
 
 /// Why an operation that asks the service may never report.
-inline constexpr std::string_view kEmptyAnswer = "the service's answer had no body at all.";
+inline constexpr std::string_view kNoData = "the network handed over an answer without any data.";
 
 /// A group of commands that work as a client of the service, such as `ovinta orders`.
 class ClientCommands {

@@ -11,7 +11,7 @@ namespace ovinta::cli {
 
 /// Runs an operation that answers with an order, and prints the order.
 inline ExitCode performOrder(Client& client, const std::function<void(OrderCallback)>& start,
-                             std::string_view reasonForSilence = kEmptyAnswer) {
+                             std::string_view reasonForSilence = kNoData) {
   return client.perform(
       [&](const Client::Report& report) {
         start([report](const OrderPtr& order, const ErrorPtr& error) {

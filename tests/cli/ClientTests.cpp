@@ -152,6 +152,25 @@ TEST_F(ClientTest, findsSitesAndTheConfiguration) {
   });
 }
 
+TEST_F(ClientTest, tellsOfTheServicesFaults) {
+  const auto fault = [](const std::string& endpoint, const std::string& kind) {
+    return Call{"merchant PUT faults/" + endpoint + " '{\"data\": {\"fault\": \"" + kind + "\"}}'",
+                0, "200"};
+  };
+  expect({
+      {"ovinta orders create --site 42 --partner-id P --name Alex", 0, "id: 1001"},
+      fault("GET/m/v1/orders", "empty_body"),
+      {"ovinta orders fetch --json", 1, "\"description\":\"invalid response\""},
+      {"echo '{}' | ovinta push -", 1, "Error Getting Orders: invalid response"},
+      {"ovinta track --pace 0", 1, "Error Getting Orders: invalid response"},
+      {"ovinta orders list", 0, "(none)"},
+      {"merchant DELETE faults", 0, "200"},
+      fault("POST/m/v1/events", "status\", \"status\": 503, \"body\": \"try later"),
+      {"ovinta orders rate 1001 5", 1, "Error Creating Order Event: Unknown Error"},
+      {"ovinta track --pace 0 | tail -1; exit ${PIPESTATUS[0]}", 1, "Requests that failed: "},
+  });
+}
+
 TEST_F(ClientTest, armsNotificationsThatATripFires) {
   const std::string circle = " --latitude 40.74 --longitude -73.99 --radius 3000";
   expect({
