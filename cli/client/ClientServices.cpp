@@ -28,8 +28,11 @@ void refuseUnwritable(const std::filesystem::path& directory) {
 
 platform::Services clientServices(const ClientOptions& options) {
   if (options.dataDirectory) refuseUnwritable(*options.dataDirectory);
-  platform::Services services = platform::linux::makeServices(
-      {.applicationID = "ovinta", .dataDirectory = options.dataDirectory});
+  // What the command arms is for its own trips.
+  platform::Services services =
+      platform::linux::makeServices({.applicationID = "ovinta",
+                                     .dataDirectory = options.dataDirectory,
+                                     .usesNotifyAgent = false});
   if (!options.verbose) services.log = std::make_shared<platform::simulation::RecordingLog>();
   services.mainBundle = std::make_shared<SimulatedBundle>(
       SimulatedBundle::Texts{{"CFBundleShortVersionString", options.appVersion}});

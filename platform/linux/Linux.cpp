@@ -27,11 +27,23 @@ std::optional<fs::path> dataDirectory(const Options& options, const std::string&
   return defaultDataDirectory(applicationID);
 }
 
-/// The texts in the file of that name; without a directory they stay in memory.
-std::shared_ptr<SettingsStore> makeStore(const std::optional<fs::path>& directory,
-                                         const char* fileName, const std::shared_ptr<Log>& log) {
-  const auto file = directory ? std::optional(*directory / fileName) : std::nullopt;
-  return std::make_shared<SQLiteSettingsStore>(file, log);
+/// Without a directory what would be in the file stays in memory.
+std::optional<fs::path> fileIn(const std::optional<fs::path>& directory, const char* name) {
+  return directory ? std::optional(*directory / name) : std::nullopt;
+}
+
+/// Of the services it takes all the others.
+std::shared_ptr<UserNotificationCenter> makeUserNotifications(
+    const Options& options, const std::string& applicationID,
+    const std::optional<fs::path>& directory, const Services& services) {
+  auto sessionBus =
+      std::make_shared<dbus::Bus>(dbus::sessionBusAddress(), services.mainQueue, services.log);
+  StoredUserNotificationCenter::Setup setup{.applicationID = applicationID,
+                                            .file = fileIn(directory, "Notifications.sqlite"),
+                                            .onClicked = options.onNotificationClicked};
+  if (options.usesNotifyAgent) setup.agents = AgentRegistry::ofUser();
+  return std::make_shared<StoredUserNotificationCenter>(services, std::move(sessionBus),
+                                                        std::move(setup));
 }
 
 }  // namespace
@@ -48,7 +60,8 @@ Services makeServices(const Options& options) {
   services.mainQueue = std::make_shared<GLibMainQueue>();
   services.operationQueues = standard::makeOperationQueueFactory();
   services.notificationCenter = standard::makeNotificationCenter();
-  services.settings = makeStore(directory, "Settings.sqlite", services.log);
+  services.settings =
+      std::make_shared<SQLiteSettingsStore>(fileIn(directory, "Settings.sqlite"), services.log);
   services.mainBundle = std::make_shared<DirectoryBundle>(
       fs::absolute(options.mainBundleDirectory.value_or(executable.parent_path())));
   services.libraryBundle = std::make_shared<LibraryBundle>();
@@ -59,11 +72,10 @@ Services makeServices(const Options& options) {
   services.persistentContainers = std::make_shared<SQLitePersistentContainerFactory>(directory);
   services.geodesy = makeGeodesy();
   services.location = std::make_shared<UnavailableLocationServices>(services.mainQueue);
-  services.userNotifications = std::make_shared<StoredUserNotificationCenter>(
-      *services.operationQueues, makeStore(directory, "Notifications.sqlite", services.log));
   const auto systemBus =
       std::make_shared<dbus::Bus>(dbus::systemBusAddress(), services.mainQueue, services.log);
   services.device = std::make_shared<SystemDevice>(systemBus, services.mainQueue);
+  services.userNotifications = makeUserNotifications(options, applicationID, directory, services);
   return services;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -13,7 +14,8 @@ namespace ovinta::platform::linux {
 
 /// What the Linux implementation needs to know of the application. Absent fields take the default.
 struct Options {
-  /// Names the application's own directory below the data directory. Default: the name of the
+  /// Names the application's own directory below the data directory, and the application that
+  /// notifications come from, best as its desktop file does. Default: the name of the
   /// executable.
   std::optional<std::string> applicationID = {};
   /// Where the application's resources and its `Info.json` lie. Default: the directory of the
@@ -22,6 +24,14 @@ struct Options {
   /// Where settings, orders and pending notifications are kept. Default: `$XDG_DATA_HOME`, else
   /// `$HOME/.local/share`, and below it `<application id>/OvintaSDK`.
   std::optional<std::filesystem::path> dataDirectory = {};
+  /// Called on the main queue with the user info of each notification that the user clicks; of one
+  /// that was shown while the application did not run, at the next start or when the application
+  /// says that it became active. Default: nobody is told.
+  std::function<void(const Dictionary& userInfo)> onNotificationClicked = {};
+  /// Whether `ovinta-notify-agent`, where it is installed, shows pending notifications while the
+  /// application does not run. The agent then finds the data directory through a file in
+  /// `$XDG_DATA_HOME`, else `$HOME/.local/share`. Inside a sandbox there is no agent.
+  bool usesNotifyAgent = true;
 };
 
 /// A full set of services of this system. Makes the data directory (mode 0700) when it is first

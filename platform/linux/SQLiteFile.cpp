@@ -1,6 +1,5 @@
 #include "platform/linux/SQLiteFile.h"
 
-#include <SQLiteCpp/Exception.h>
 #include <fcntl.h>
 #include <sqlite3.h>
 #include <sys/file.h>
@@ -97,6 +96,11 @@ std::unique_ptr<SQLite::Database> openSQLiteFile(const fs::path& file,
       static_cast<int>(busyTimeout.count()));
   switchToWriteAheadLog(*database);
   return database;
+}
+
+bool isDamage(const SQLite::Exception& error) {
+  const int code = error.getErrorCode();
+  return code == SQLITE_CORRUPT || code == SQLITE_NOTADB || code == SQLITE_ERROR;
 }
 
 fs::path setAsideSQLiteFile(const fs::path& file) {

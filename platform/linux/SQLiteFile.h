@@ -1,6 +1,7 @@
 #pragma once
 
 #include <SQLiteCpp/Database.h>
+#include <SQLiteCpp/Exception.h>
 
 #include <chrono>
 #include <filesystem>
@@ -14,6 +15,9 @@ namespace ovinta::platform::linux {
 /// the file system refuses.
 std::unique_ptr<SQLite::Database> openSQLiteFile(const std::filesystem::path& file,
                                                  std::chrono::milliseconds busyTimeout);
+
+/// Whether the file itself is at fault: damaged, no database, or one of other tables.
+bool isDamage(const SQLite::Exception& error);
 
 /// Renames a damaged database, and what belongs to it, to `<name>.corrupt-<n>` with the first free
 /// number, and returns the new path. Throws `std::system_error`.

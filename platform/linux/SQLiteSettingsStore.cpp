@@ -1,7 +1,6 @@
 #include "platform/linux/SQLiteSettingsStore.h"
 
 #include <SQLiteCpp/SQLiteCpp.h>
-#include <sqlite3.h>
 
 #include <exception>
 #include <utility>
@@ -13,12 +12,6 @@ namespace {
 
 /// Writes may come from the main thread.
 constexpr std::chrono::milliseconds kBusyTimeout{1000};
-
-/// Whether the file itself is at fault: damaged, no database, or one of other tables.
-bool isDamage(const SQLite::Exception& error) {
-  const int code = error.getErrorCode();
-  return code == SQLITE_CORRUPT || code == SQLITE_NOTADB || code == SQLITE_ERROR;
-}
 
 }  // namespace
 

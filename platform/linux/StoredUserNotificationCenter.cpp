@@ -1,82 +1,97 @@
 #include "platform/linux/StoredUserNotificationCenter.h"
 
-#include <algorithm>
+#include <exception>
 #include <utility>
-
-#include "platform/JSON.h"
-#include "platform/linux/UserNotificationJSON.h"
 
 namespace ovinta::platform::linux {
 namespace {
 
 using Requests = std::vector<UserNotificationRequest>;
 
-constexpr std::string_view kPending = "Pending Notifications";
-
-class FunctionOperation : public Operation {
- public:
-  explicit FunctionOperation(std::function<void()> function) : function_(std::move(function)) {}
-  void main() override { function_(); }
-
- private:
-  std::function<void()> function_;
-};
-
-Requests load(const SettingsStore& store) {
-  return notificationRequests(store.string(kPending).value_or("[]"));
-}
-
-/// The error, or absent when the requests were written.
-std::optional<UserNotificationError> save(SettingsStore& store, const Requests& pending) {
-  try {
-    store.set(kPending, notificationRequestsText(pending));
-    return std::nullopt;
-  } catch (const CodingError& error) {
-    return UserNotificationError{error.what()};
-  }
+/// Passes on what the user has clicked while the agent stood in for the application.
+void takeClicks(NotificationStoreQueue& queue, const std::shared_ptr<MainQueue>& mainQueue,
+                const std::function<void(const Dictionary&)>& onClicked) {
+  queue.enqueue([mainQueue, onClicked](NotificationStore& store) {
+    for (auto& userInfo : store.takeClicks()) {
+      if (onClicked) mainQueue->async([onClicked, userInfo] { onClicked(userInfo); });
+    }
+  });
 }
 
 }  // namespace
 
-StoredUserNotificationCenter::StoredUserNotificationCenter(OperationQueueFactory& queues,
-                                                           std::shared_ptr<SettingsStore> store)
-    : store_(std::move(store)), queue_(queues.makeQueue()) {
-  queue_->setMaxConcurrentOperationCount(1);
+StoredUserNotificationCenter::StoredUserNotificationCenter(const Services& services,
+                                                           std::shared_ptr<dbus::Bus> sessionBus,
+                                                           Setup setup)
+    : setup_(std::move(setup)),
+      log_(services.log),
+      store_(std::make_shared<NotificationStoreQueue>(*services.operationQueues, setup_.file,
+                                                      services.log)) {
+  const auto application = registration();
+  if (application) agent_ = std::make_shared<AgentContact>(sessionBus, log_, *application);
+  trigger_ = std::make_shared<NotificationTrigger>(
+      services, sessionBus, setup_.applicationID, store_,
+      NotificationTrigger::Handlers{setup_.onClicked, [this] {
+                                      if (agent_) agent_->setArmed(trigger_->isArmed());
+                                    }});
+  services.mainQueue->async([weak = std::weak_ptr(trigger_)] {
+    if (const auto trigger = weak.lock()) trigger->setFollowing(true);
+  });
+  trigger_->review();
+  const auto take = [store = store_, queue = services.mainQueue, onClicked = setup_.onClicked] {
+    takeClicks(*store, queue, onClicked);
+  };
+  take();
+  activation_ = services.notificationCenter->addObserver(kApplicationDidBecomeActive,
+                                                         [take](const Notification&) { take(); });
 }
 
-void StoredUserNotificationCenter::enqueue(std::function<void(SettingsStore&)> step) {
-  queue_->addOperation(std::make_shared<FunctionOperation>(
-      [store = store_, step = std::move(step)] { step(*store); }));
+std::optional<RegisteredApplication> StoredUserNotificationCenter::registration() const {
+  if (!setup_.agents || !setup_.file) return std::nullopt;
+  return RegisteredApplication{setup_.applicationID, *setup_.file};
 }
 
 void StoredUserNotificationCenter::getPendingNotificationRequests(
     std::function<void(Requests)> completion) {
-  enqueue([completion = std::move(completion)](SettingsStore& store) { completion(load(store)); });
+  store_->enqueue([log = log_, completion = std::move(completion)](NotificationStore& store) {
+    Requests pending;
+    try {
+      pending = store.pending();
+    } catch (const std::exception& failure) {
+      log->write(std::string("Could not read the pending notifications: ") + failure.what());
+    }
+    completion(std::move(pending));
+  });
 }
 
 void StoredUserNotificationCenter::removePendingNotificationRequests(
     std::vector<std::string> identifiers) {
-  enqueue([identifiers = std::move(identifiers)](SettingsStore& store) {
-    Requests pending = load(store);
-    const auto removed = std::erase_if(pending, [&](const UserNotificationRequest& request) {
-      return std::ranges::find(identifiers, request.identifier) != identifiers.end();
-    });
-    if (removed > 0) save(store, pending);
+  store_->enqueue([identifiers = std::move(identifiers)](NotificationStore& store) {
+    store.remove(identifiers);
   });
+  trigger_->review();
 }
 
 void StoredUserNotificationCenter::add(
     UserNotificationRequest request,
     std::function<void(std::optional<UserNotificationError>)> completion) {
-  enqueue([request = std::move(request), completion = std::move(completion)](SettingsStore& store) {
-    Requests pending = load(store);
-    std::erase_if(pending, [&](const UserNotificationRequest& other) {
-      return other.identifier == request.identifier;
+  store_->enqueue(
+      [request = std::move(request), completion = std::move(completion)](NotificationStore& store) {
+        std::optional<UserNotificationError> error;
+        try {
+          store.put(request);
+        } catch (const std::exception& failure) {
+          error = UserNotificationError{failure.what()};
+        }
+        if (completion) completion(std::move(error));
+      });
+  if (const auto application = registration()) {
+    // Before the agent, which the review may start, looks for it.
+    store_->enqueue([agents = *setup_.agents, application = *application](NotificationStore&) {
+      agents.note(application);
     });
-    pending.push_back(request);
-    auto error = save(store, pending);
-    if (completion) completion(std::move(error));
-  });
+  }
+  trigger_->review();
 }
 
 }  // namespace ovinta::platform::linux

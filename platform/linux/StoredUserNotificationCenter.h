@@ -1,19 +1,36 @@
 #pragma once
 
+#include <filesystem>
 #include <memory>
+#include <optional>
+#include <string>
 
-#include "platform/OperationQueue.h"
-#include "platform/SettingsStore.h"
-#include "platform/UserNotificationCenter.h"
+#include "platform/Services.h"
+#include "platform/linux/notifications/AgentContact.h"
+#include "platform/linux/notifications/NotificationTrigger.h"
 
 namespace ovinta::platform::linux {
 
-/// Keeps requests pending, across restarts, until they are removed. None ever fires: that takes
-/// location services, which this platform does not have.
+/// Keeps requests across restarts and shows them through the desktop's notification service when
+/// the device crosses the border of their region. A request that is added while the device is
+/// inside fires at the next entry, and so does one whose first known position lies inside. Without
+/// a notification service a request stays pending until the next crossing. Destroyed on the main
+/// thread.
 class StoredUserNotificationCenter : public UserNotificationCenter {
  public:
-  /// `store` keeps the requests and is nobody else's.
-  StoredUserNotificationCenter(OperationQueueFactory& queues, std::shared_ptr<SettingsStore> store);
+  struct Setup {
+    std::string applicationID;
+    /// Keeps the requests; without one they stay in memory.
+    std::optional<std::filesystem::path> file = {};
+    /// Absent when nobody is to fire the requests while the application does not run.
+    std::optional<AgentRegistry> agents = {};
+    /// Called on the main queue with the user info of each notification that the user clicks.
+    std::function<void(const Dictionary&)> onClicked = {};
+  };
+
+  /// Of the services it uses all but the notifications.
+  StoredUserNotificationCenter(const Services& services, std::shared_ptr<dbus::Bus> sessionBus,
+                               Setup setup);
 
   void getPendingNotificationRequests(
       std::function<void(std::vector<UserNotificationRequest>)> completion) override;
@@ -22,11 +39,14 @@ class StoredUserNotificationCenter : public UserNotificationCenter {
            std::function<void(std::optional<UserNotificationError>)> completion) override;
 
  private:
-  void enqueue(std::function<void(SettingsStore&)> step);
+  std::optional<RegisteredApplication> registration() const;
 
-  /// Read and written on the queue only, which runs one step at a time.
-  std::shared_ptr<SettingsStore> store_;
-  std::shared_ptr<OperationQueue> queue_;
+  const Setup setup_;
+  const std::shared_ptr<Log> log_;
+  const std::shared_ptr<NotificationStoreQueue> store_;
+  std::shared_ptr<AgentContact> agent_;
+  std::shared_ptr<NotificationTrigger> trigger_;
+  std::unique_ptr<NotificationObserver> activation_;
 };
 
 }  // namespace ovinta::platform::linux

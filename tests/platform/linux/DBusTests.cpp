@@ -4,8 +4,8 @@
 #include <cstdlib>
 
 #include "platform/linux/dbus/Service.h"
+#include "platform/simulation/RecordingLog.h"
 #include "platform/simulation/VirtualTime.h"
-#include "tests/support/RecordingLog.h"
 #include "tests/support/ServiceDouble.h"
 
 namespace ovinta::platform::linux::dbus {
@@ -56,7 +56,7 @@ class DBusTest : public testing::Test {
 
   test::PrivateBus daemon_;
   simulation::VirtualTime time_{Date{}};
-  std::shared_ptr<test::RecordingLog> log_ = std::make_shared<test::RecordingLog>();
+  std::shared_ptr<simulation::RecordingLog> log_ = std::make_shared<simulation::RecordingLog>();
   ServiceDouble clock_{daemon_, kName, kInterface, &answer};
   std::shared_ptr<Bus> bus_ = std::make_shared<Bus>(daemon_.address(), time_.mainQueue(), log_);
   std::unique_ptr<Service> service_ = std::make_unique<Service>(bus_, kName);

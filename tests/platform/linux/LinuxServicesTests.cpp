@@ -1,7 +1,6 @@
 #include <gmock/gmock.h>
 
 #include <cstdlib>
-#include <future>
 #include <optional>
 #include <string>
 #include <vector>
@@ -11,10 +10,8 @@
 #include "platform/linux/LibraryBundle.h"
 #include "platform/linux/Linux.h"
 #include "platform/linux/PrivateDirectory.h"
-#include "platform/linux/StoredUserNotificationCenter.h"
 #include "platform/linux/SystemClock.h"
 #include "platform/linux/UnavailableLocationServices.h"
-#include "platform/standard/Standard.h"
 #include "tests/support/Files.h"
 #include "tests/support/TemporaryDirectory.h"
 
@@ -150,36 +147,6 @@ TEST(UnavailableLocationServicesTest, SaysSoOnceAndKeepsTheRegions) {
   EXPECT_THAT(manager->monitoredRegions(), ElementsAre(Region(circle)));
   manager->stopMonitoring(beacon);
   EXPECT_THAT(manager->monitoredRegions(), ElementsAre());
-}
-
-std::vector<UserNotificationRequest> pendingOf(UserNotificationCenter& center) {
-  std::promise<std::vector<UserNotificationRequest>> pending;
-  center.getPendingNotificationRequests([&](auto found) { pending.set_value(std::move(found)); });
-  return pending.get_future().get();
-}
-
-TEST(StoredUserNotificationCenterTest, KeepsRequestsInTheOrderOfTheCallsAndAcrossRestarts) {
-  const UserNotificationRequest whole{
-      "w",
-      {"Title", "Body", NotificationSound::defaultSound, {{"key", Dictionary{{"n", 2.5}}}}},
-      {{{40.7411, -74}, 150, "region", true, false}, true}};
-  const auto queues = standard::makeOperationQueueFactory();
-  const auto store = standard::makeInMemorySettingsStore();
-  std::vector<bool> accepted;
-  {
-    StoredUserNotificationCenter center(*queues, store);
-    const auto note = [&](const auto& error) { accepted.push_back(!error); };
-    for (const auto* identifier : {"a", "b", "a"}) center.add({identifier, {}, {}}, note);
-    center.add({"\xFF", {}, {}}, note);
-    center.add(whole, nullptr);
-    center.removePendingNotificationRequests({"b", "unknown"});
-    EXPECT_EQ(pendingOf(center).size(), 2U);
-  }
-  EXPECT_THAT(accepted, ElementsAre(true, true, true, false));
-  StoredUserNotificationCenter restarted(*queues, store);
-  EXPECT_THAT(pendingOf(restarted), ElementsAre(UserNotificationRequest{"a", {}, {}}, whole));
-  store->set("Pending Notifications", R"([1, {"identifier": "half"}])");
-  EXPECT_THAT(pendingOf(restarted), ElementsAre());
 }
 
 TEST(LinuxServicesTest, AreCompleteAndTouchTheDiskOnlyWhenWrittenTo) {

@@ -3,9 +3,9 @@
 #include <gtest/gtest.h>
 
 #include "platform/linux/PowerSupplies.h"
+#include "platform/simulation/RecordingLog.h"
 #include "platform/simulation/VirtualTime.h"
 #include "tests/support/Files.h"
-#include "tests/support/RecordingLog.h"
 #include "tests/support/ServiceDouble.h"
 
 namespace ovinta::platform::linux {
@@ -74,7 +74,7 @@ class SystemDeviceTest : public testing::Test {
                         "<property name='IsPresent' type='b' access='read'/></interface></node>",
                         [](const auto&) { return ServiceDouble::NoAnswer{}; }};
   std::shared_ptr<dbus::Bus> bus_ = std::make_shared<dbus::Bus>(
-      daemon_.address(), time_.mainQueue(), std::make_shared<test::RecordingLog>());
+      daemon_.address(), time_.mainQueue(), std::make_shared<simulation::RecordingLog>());
   SystemDevice device_{bus_, time_.mainQueue(), folder_.path()};
 };
 

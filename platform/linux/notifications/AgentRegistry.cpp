@@ -1,0 +1,88 @@
+#include "platform/linux/notifications/AgentRegistry.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <boost/uuid/name_generator_sha1.hpp>
+#include <boost/uuid/uuid_io.hpp>
+#include <cerrno>
+#include <fstream>
+#include <iterator>
+#include <system_error>
+
+#include "platform/JSON.h"
+#include "platform/linux/PrivateDirectory.h"
+
+namespace ovinta::platform::linux {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* kApplicationID = "applicationID";
+constexpr const char* kStore = "store";
+
+/// A short name that stands for the store.
+std::string keyOf(const RegisteredApplication& application) {
+  const boost::uuids::name_generator_sha1 generate(boost::uuids::ns::url());
+  std::string key = to_string(generate("file://" + application.store.string()));
+  std::erase(key, '-');
+  return key;
+}
+
+void writePrivateFile(const fs::path& file, const std::string& text) {
+  const int descriptor =
+      open(file.c_str(), O_CREAT | O_TRUNC | O_WRONLY | O_CLOEXEC | O_NOFOLLOW, S_IRUSR | S_IWUSR);
+  const bool isWritten = descriptor >= 0 && write(descriptor, text.data(), text.size()) ==
+                                                static_cast<ssize_t>(text.size());
+  const int error = errno;
+  if (descriptor >= 0) close(descriptor);
+  if (!isWritten) throw std::system_error(error, std::generic_category(), file.string());
+}
+
+std::optional<RegisteredApplication> read(const fs::path& file) {
+  std::ifstream stream(file);
+  const auto value = parseJSON(std::string(std::istreambuf_iterator<char>(stream), {}));
+  const auto* fields = value ? value->as<Dictionary>() : nullptr;
+  const auto* applicationID = fields ? find<std::string>(*fields, kApplicationID) : nullptr;
+  const auto* store = fields ? find<std::string>(*fields, kStore) : nullptr;
+  std::error_code error;
+  if (!applicationID || !store || !fs::is_regular_file(*store, error)) return std::nullopt;
+  return RegisteredApplication{*applicationID, *store};
+}
+
+}  // namespace
+
+std::string RegisteredApplication::busName() const {
+  // No part of such a name may begin with a digit.
+  return std::string(kAgentBusName) + ".App.i" + keyOf(*this);
+}
+
+std::optional<AgentRegistry> AgentRegistry::ofUser() {
+  const auto directory = defaultDataDirectory("ovinta-notify-agent");
+  return directory ? std::optional(AgentRegistry(*directory / "Applications")) : std::nullopt;
+}
+
+void AgentRegistry::note(const RegisteredApplication& application) const {
+  const fs::path file = directory_ / (keyOf(application) + ".json");
+  if (fs::exists(file)) return;
+  if (const auto error = preparePrivateDirectory(directory_)) {
+    throw std::system_error(error, "Cannot make the agent's directory");
+  }
+  // Whole or not at all, also when two processes write it at once.
+  const auto draft = fs::path(file).replace_extension(std::to_string(getpid()));
+  writePrivateFile(draft, writeJSON(Dictionary{{kApplicationID, application.applicationID},
+                                               {kStore, application.store.string()}}));
+  fs::rename(draft, file);
+}
+
+std::vector<RegisteredApplication> AgentRegistry::applications() const {
+  std::vector<RegisteredApplication> found;
+  std::error_code error;
+  for (const auto& entry : fs::directory_iterator(directory_, error)) {
+    if (entry.path().extension() != ".json") continue;
+    if (auto application = read(entry.path())) found.push_back(*std::move(application));
+  }
+  return found;
+}
+
+}  // namespace ovinta::platform::linux

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+#undef linux
+
+namespace ovinta::platform::linux {
+
+/// The name that the agent has on the session's bus; the one that starts it.
+inline constexpr const char* kAgentBusName = "org.ovinta.NotifyAgent";
+
+/// An application whose notifications the agent fires while it does not run.
+struct RegisteredApplication {
+  std::string applicationID;
+  /// The file of its `NotificationStore`; tells applications apart.
+  std::filesystem::path store;
+
+  /// The name that the application has on the session's bus as long as it runs and has something
+  /// pending. All begin with `kAgentBusName` and a dot.
+  std::string busName() const;
+};
+
+/// How the agent finds the applications' stores: a directory of the user (mode 0700) with a file
+/// for each application (mode 0600). Nobody takes files away, so that no two processes can be at
+/// odds over one; what belongs to a store that is gone is passed over. May be used from any thread.
+class AgentRegistry {
+ public:
+  explicit AgentRegistry(std::filesystem::path directory) : directory_(std::move(directory)) {}
+
+  /// The one of this user; absent for a user without a home.
+  static std::optional<AgentRegistry> ofUser();
+
+  /// Throws `std::system_error`, or `CodingError` for a path that is not UTF-8.
+  void note(const RegisteredApplication& application) const;
+
+  std::vector<RegisteredApplication> applications() const;
+
+ private:
+  std::filesystem::path directory_;
+};
+
+}  // namespace ovinta::platform::linux

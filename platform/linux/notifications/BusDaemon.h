@@ -1,0 +1,43 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <set>
+#include <string>
+
+#include "platform/linux/dbus/Service.h"
+
+namespace ovinta::platform::linux {
+
+/// What the bus itself does for its clients. Main thread only; handlers as with `dbus::Service`.
+class BusDaemon {
+ public:
+  explicit BusDaemon(std::shared_ptr<dbus::Bus> bus);
+
+  /// Whether a client that asks for a name somebody has is to wait until it is free.
+  enum class IfTaken { wait, giveUp };
+
+  /// Tells whether the connection has the name or waits for it.
+  void requestName(const std::string& name, IfTaken ifTaken, std::function<void(bool)> completion);
+  void releaseName(const std::string& name, std::function<void()> completion = {});
+
+  /// Has the bus start the service unless it runs; tells whether it could.
+  void start(const std::string& name, std::function<void(bool)> completion);
+
+  /// The names that are on the bus now; none when the bus is gone.
+  void listNames(std::function<void(const std::set<std::string>&)> completion);
+
+  /// Has `handler` told when somebody takes or gives up a name that begins so.
+  void onNameChanged(std::string prefix, std::function<void()> handler);
+
+  /// Has `handler` told when the bus is gone, or was not there.
+  void onLost(std::function<void()> handler);
+
+ private:
+  template <class... Arguments>
+  void call(const char* method, dbus::Service::Completion completion, const Arguments&... values);
+
+  dbus::Service service_;
+};
+
+}  // namespace ovinta::platform::linux

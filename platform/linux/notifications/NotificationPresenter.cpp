@@ -1,0 +1,104 @@
+#include "platform/linux/notifications/NotificationPresenter.h"
+
+#include <glibmm/markup.h>
+
+#include <algorithm>
+#include <utility>
+
+namespace ovinta::platform::linux {
+namespace {
+
+constexpr const char* kName = "org.freedesktop.Notifications";
+constexpr const char* kPath = "/org/freedesktop/Notifications";
+constexpr const char* kDefaultAction = "default";
+constexpr std::uint32_t kReplacesNone = 0;
+constexpr std::int32_t kDefaultExpiry = -1;
+
+dbus::Properties hintsFor(const UserNotificationContent& content,
+                          const std::string& applicationID) {
+  dbus::Properties hints{{"desktop-entry", dbus::write(applicationID)}};
+  if (content.sound == NotificationSound::defaultSound) {
+    hints.emplace("sound-name", dbus::write("message-new-instant"));
+  } else {
+    hints.emplace("suppress-sound", dbus::write(true));
+  }
+  return hints;
+}
+
+}  // namespace
+
+NotificationPresenter::NotificationPresenter(std::shared_ptr<dbus::Bus> sessionBus,
+                                             std::shared_ptr<Log> log, std::string applicationID,
+                                             Handlers handlers)
+    : log_(std::move(log)),
+      applicationID_(std::move(applicationID)),
+      handlers_(std::move(handlers)),
+      service_(std::move(sessionBus), kName) {}
+
+void NotificationPresenter::listenOnce() {
+  if (std::exchange(listens_, true)) return;
+  // Services tell the caller alone, so the signals must come over the connection of the calls.
+  service_.onSignal(kPath, kName, "ActionInvoked", [this](const dbus::Signal& signal) {
+    const auto number = dbus::read<std::uint32_t>(signal.arguments, 0);
+    const auto clicked = open_.find(number.value_or(0));
+    if (clicked == open_.end()) return;
+    if (dbus::read<Glib::ustring>(signal.arguments, 1) != Glib::ustring(kDefaultAction)) return;
+    const Dictionary userInfo = clicked->second;
+    if (handlers_.onClick) handlers_.onClick(userInfo);
+    close(*number);
+  });
+  service_.onSignal(kPath, kName, "NotificationClosed", [this](const dbus::Signal& signal) {
+    close(dbus::read<std::uint32_t>(signal.arguments, 0).value_or(0));
+  });
+  service_.onPresence(true, [this](bool isPresent) {
+    while (!isPresent && !open_.empty()) close(open_.begin()->first);
+  });
+}
+
+void NotificationPresenter::close(std::uint32_t number) {
+  if (open_.erase(number) > 0 && open_.empty() && handlers_.onAllClosed) handlers_.onAllClosed();
+}
+
+bool NotificationPresenter::accepted(const dbus::Reply& reply) {
+  if (!reply.failure || reply.failure->name == dbus::kNoReply) return true;
+  if (!std::exchange(hasLoggedFailure_, true)) {
+    log_->write("Notifications cannot be shown: " + reply.failure->name);
+  }
+  return false;
+}
+
+void NotificationPresenter::show(const UserNotificationContent& content,
+                                 std::function<void(bool)> completion) {
+  listenOnce();
+  service_.call(kPath, kName, "GetCapabilities", {},
+                [this, content, completion = std::move(completion)](const dbus::Reply& reply) {
+                  if (!accepted(reply)) return completion(false);
+                  notify(content,
+                         dbus::read<Capabilities>(reply.values, 0).value_or(Capabilities()),
+                         completion);
+                });
+}
+
+void NotificationPresenter::notify(const UserNotificationContent& content,
+                                   const Capabilities& capabilities,
+                                   const std::function<void(bool)>& completion) {
+  const auto can = [&](const char* what) {
+    return std::ranges::find(capabilities, Glib::ustring(what)) != capabilities.end();
+  };
+  // The other services show the body as it stands.
+  const Glib::ustring body =
+      can("body-markup") ? Glib::Markup::escape_text(content.body) : Glib::ustring(content.body);
+  const auto actions = can("actions") ? std::vector<Glib::ustring>{kDefaultAction, ""}
+                                      : std::vector<Glib::ustring>();
+  service_.call(kPath, kName, "Notify",
+                dbus::arguments(applicationID_, kReplacesNone, "", content.title, body, actions,
+                                hintsFor(content, applicationID_), kDefaultExpiry),
+                [this, userInfo = content.userInfo, isClickable = !actions.empty(),
+                 completion](const dbus::Reply& reply) {
+                  const auto number = dbus::read<std::uint32_t>(reply.values, 0);
+                  if (number && isClickable) open_.insert_or_assign(*number, userInfo);
+                  completion(accepted(reply));
+                });
+}
+
+}  // namespace ovinta::platform::linux

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/Log.h"
+#include "platform/UserNotificationCenter.h"
+#include "platform/linux/dbus/Service.h"
+
+namespace ovinta::platform::linux {
+
+/// Shows notifications through the desktop's notification service. Asks nothing of the bus before
+/// the first one. Main thread only.
+class NotificationPresenter {
+ public:
+  struct Handlers {
+    /// The user info of a notification that the user has clicked.
+    std::function<void(const Dictionary&)> onClick = {};
+    /// The last notification that could still be clicked is gone.
+    std::function<void()> onAllClosed = {};
+  };
+
+  /// The application is the one that the notifications seem to come from. Handlers may not destroy
+  /// the presenter.
+  NotificationPresenter(std::shared_ptr<dbus::Bus> sessionBus, std::shared_ptr<Log> log,
+                        std::string applicationID, Handlers handlers);
+  NotificationPresenter(const NotificationPresenter&) = delete;
+  NotificationPresenter& operator=(const NotificationPresenter&) = delete;
+
+  /// Tells `completion`, later and unless the presenter is destroyed, whether the service took it.
+  /// A service that does not answer in time may have shown it and counts as having done so. The
+  /// absence of a service is logged once.
+  void show(const UserNotificationContent& content, std::function<void(bool)> completion);
+
+  /// Whether a notification is there that may still be clicked.
+  bool hasOpen() const { return !open_.empty(); }
+
+ private:
+  using Capabilities = std::vector<Glib::ustring>;
+
+  void listenOnce();
+  void notify(const UserNotificationContent& content, const Capabilities& capabilities,
+              const std::function<void(bool)>& completion);
+  bool accepted(const dbus::Reply& reply);
+  void close(std::uint32_t number);
+
+  const std::shared_ptr<Log> log_;
+  const std::string applicationID_;
+  const Handlers handlers_;
+  /// By the number that the service gave.
+  std::map<std::uint32_t, Dictionary> open_;
+  bool listens_ = false;
+  bool hasLoggedFailure_ = false;
+  dbus::Service service_;
+};
+
+}  // namespace ovinta::platform::linux

@@ -1,0 +1,187 @@
+#include "platform/linux/notifications/NotificationStore.h"
+
+#include <SQLiteCpp/SQLiteCpp.h>
+
+#include <utility>
+
+#include "platform/JSON.h"
+#include "platform/linux/SQLiteFile.h"
+#include "platform/linux/UserNotificationJSON.h"
+#include "platform/linux/position/RegionSide.h"
+
+namespace ovinta::platform::linux {
+namespace {
+
+/// Nobody waits for a step on the main thread.
+constexpr std::chrono::milliseconds kBusyTimeout{5000};
+
+/// A claimed request is being shown and no longer pending.
+constexpr const char* kTables =
+    "CREATE TABLE IF NOT EXISTS request("
+    "revision INTEGER PRIMARY KEY AUTOINCREMENT, identifier TEXT NOT NULL UNIQUE, "
+    "request TEXT NOT NULL, side INTEGER NOT NULL, claimed INTEGER NOT NULL) STRICT;"
+    "CREATE TABLE IF NOT EXISTS click(number INTEGER PRIMARY KEY, userInfo TEXT NOT NULL) STRICT";
+
+template <class... Values>
+void run(SQLite::Database& database, const char* text, const Values&... values) {
+  SQLite::Statement statement(database, text);
+  int place = 0;
+  (statement.bind(++place, values), ...);
+  statement.exec();
+}
+
+}  // namespace
+
+struct NotificationStore::Row {
+  std::int64_t revision;
+  UserNotificationRequest request;
+  RegionSide side;
+};
+
+/// Where a row's side becomes another one.
+struct NotificationStore::Move {
+  Row row;
+  RegionSide side;
+  bool fires;
+};
+
+NotificationStore::NotificationStore(std::optional<std::filesystem::path> file,
+                                     std::shared_ptr<Log> log)
+    : file_(std::move(file)), log_(std::move(log)) {}
+
+NotificationStore::~NotificationStore() = default;
+
+void NotificationStore::open() {
+  auto database = file_ ? openSQLiteFile(*file_, kBusyTimeout)
+                        : std::make_unique<SQLite::Database>(
+                              ":memory:", SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
+  database->exec(kTables);
+  database_ = std::move(database);
+}
+
+void NotificationStore::openOrRebuild() {
+  try {
+    return open();
+  } catch (const SQLite::Exception& error) {
+    if (!isDamage(error)) throw;
+  }
+  const DirectoryLock lock(file_->parent_path());
+  try {
+    return open();  // Another process may have rebuilt it meanwhile.
+  } catch (const SQLite::Exception& error) {
+    if (!isDamage(error)) throw;
+    const auto aside = setAsideSQLiteFile(*file_);
+    log_->write("The file of pending notifications is damaged (" + std::string(error.what()) +
+                ") and was set aside as " + aside.filename().string());
+  }
+  open();
+}
+
+SQLite::Database& NotificationStore::database() {
+  if (!database_) openOrRebuild();
+  return *database_;
+}
+
+SQLite::Database* NotificationStore::existing() {
+  std::error_code error;
+  if (!database_ && (!file_ || !std::filesystem::exists(*file_, error))) return nullptr;
+  return &database();
+}
+
+std::vector<NotificationStore::Row> NotificationStore::rows() {
+  std::vector<Row> rows;
+  auto* const found = existing();
+  if (!found) return rows;
+  SQLite::Statement all(
+      *found, "SELECT revision, request, side FROM request WHERE claimed = 0 ORDER BY revision");
+  while (all.executeStep()) {
+    for (auto& request : notificationRequests(all.getColumn(1).getString())) {
+      rows.push_back({all.getColumn(0).getInt64(), std::move(request),
+                      static_cast<RegionSide>(all.getColumn(2).getInt())});
+    }
+  }
+  return rows;
+}
+
+std::vector<UserNotificationRequest> NotificationStore::pending() {
+  std::vector<UserNotificationRequest> requests;
+  for (Row& row : rows()) requests.push_back(std::move(row.request));
+  return requests;
+}
+
+void NotificationStore::put(const UserNotificationRequest& request) {
+  run(database(),
+      "INSERT OR REPLACE INTO request(identifier, request, side, claimed) "
+      "VALUES(?, ?, ?, 0)",
+      request.identifier, notificationRequestsText({request}),
+      static_cast<int>(RegionSide::unknown));
+}
+
+void NotificationStore::remove(const std::vector<std::string>& identifiers) {
+  auto* const found = existing();
+  if (!found) return;
+  SQLite::Transaction transaction(*found, SQLite::TransactionBehavior::IMMEDIATE);
+  for (const auto& identifier : identifiers) {
+    run(*found, "DELETE FROM request WHERE identifier = ?", identifier);
+  }
+  transaction.commit();
+}
+
+std::vector<NotificationStore::Move> NotificationStore::moves(const Location& fix,
+                                                              const Geodesy& geodesy) {
+  std::vector<Move> moves;
+  for (Row& row : rows()) {
+    const auto& region = row.request.trigger.region;
+    const RegionSide side = sideOf(region, fix, geodesy);
+    if (side == RegionSide::unknown || side == row.side) continue;
+    const bool fires = eventBetween(row.side, side, region).has_value();
+    moves.push_back({std::move(row), side, fires});
+  }
+  return moves;
+}
+
+std::vector<NotificationStore::Firing> NotificationStore::cross(const Location& fix,
+                                                                const Geodesy& geodesy) {
+  std::vector<Firing> firing;
+  // Most fixes change nothing and need no lock.
+  if (moves(fix, geodesy).empty()) return firing;
+  SQLite::Transaction transaction(*database_, SQLite::TransactionBehavior::IMMEDIATE);
+  for (Move& move : moves(fix, geodesy)) {
+    const bool leaves = move.fires && !move.row.request.trigger.repeats;
+    run(*database_, "UPDATE request SET side = ?, claimed = ? WHERE revision = ?",
+        static_cast<int>(move.side), static_cast<int>(leaves), move.row.revision);
+    if (move.fires) firing.push_back({move.row.revision, std::move(move.row.request)});
+  }
+  transaction.commit();
+  return firing;
+}
+
+void NotificationStore::settle(const Firing& firing, bool isShown) {
+  run(database(),
+      isShown ? "DELETE FROM request WHERE revision = ? AND claimed = 1"
+              : "UPDATE request SET claimed = 0 WHERE revision = ?",
+      firing.revision);
+}
+
+void NotificationStore::addClick(const Dictionary& userInfo) {
+  run(database(), "INSERT INTO click(userInfo) VALUES(?)", writeJSON(userInfo));
+}
+
+std::vector<Dictionary> NotificationStore::takeClicks() {
+  std::vector<Dictionary> clicks;
+  auto* const found = existing();
+  if (!found) return clicks;
+  SQLite::Transaction transaction(*found, SQLite::TransactionBehavior::IMMEDIATE);
+  SQLite::Statement all(*found, "SELECT userInfo FROM click ORDER BY number");
+  while (all.executeStep()) {
+    const auto value = parseJSON(all.getColumn(0).getString());
+    if (const auto* userInfo = value ? value->as<Dictionary>() : nullptr) {
+      clicks.push_back(*userInfo);
+    }
+  }
+  if (!clicks.empty()) found->exec("DELETE FROM click");
+  transaction.commit();
+  return clicks;
+}
+
+}  // namespace ovinta::platform::linux

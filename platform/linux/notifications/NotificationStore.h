@@ -1,0 +1,77 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/Location.h"
+#include "platform/Log.h"
+#include "platform/UserNotificationCenter.h"
+
+namespace SQLite {
+class Database;
+}
+
+#undef linux
+
+namespace ovinta::platform::linux {
+
+/// The requests that one application has pending, each with the side of its region's border on
+/// which the device was seen last, in a SQLite file that several processes may use at once. For one
+/// thread at a time. A damaged file is set aside and begun anew. Methods throw `SQLite::Exception`,
+/// or `std::system_error` when the file system refuses.
+class NotificationStore {
+ public:
+  /// Opens nothing yet; the file is made when something is written. Without one all stays in
+  /// memory.
+  NotificationStore(std::optional<std::filesystem::path> file, std::shared_ptr<Log> log);
+  ~NotificationStore();
+
+  /// In the order in which they were added.
+  std::vector<UserNotificationRequest> pending();
+
+  /// Adds a request, in place of one with the same identifier; where the device is is not known
+  /// then. Throws `CodingError` for what JSON cannot hold.
+  void put(const UserNotificationRequest& request);
+  void remove(const std::vector<std::string>& identifiers);
+
+  /// A request to show, and which writing of it.
+  struct Firing {
+    std::int64_t revision;
+    UserNotificationRequest request;
+  };
+
+  /// Notes where the device is. Returns the requests that this makes fire. No other process and no
+  /// later call gets the same crossing; what does not repeat is not pending any more.
+  std::vector<Firing> cross(const Location& fix, const Geodesy& geodesy);
+
+  /// Says whether a firing request was shown. One that was not is pending again for the next
+  /// crossing, unless it was removed or replaced meanwhile. A process that ends before it says so
+  /// leaves the request as shown.
+  void settle(const Firing& firing, bool isShown);
+
+  /// Keeps the user info of a clicked notification for the application, which is not there.
+  void addClick(const Dictionary& userInfo);
+  /// Hands those over, oldest first, and keeps them no longer.
+  std::vector<Dictionary> takeClicks();
+
+ private:
+  struct Row;
+  struct Move;
+
+  SQLite::Database* existing();
+  SQLite::Database& database();
+  void open();
+  void openOrRebuild();
+  std::vector<Row> rows();
+  std::vector<Move> moves(const Location& fix, const Geodesy& geodesy);
+
+  const std::optional<std::filesystem::path> file_;
+  const std::shared_ptr<Log> log_;
+  std::unique_ptr<SQLite::Database> database_;
+};
+
+}  // namespace ovinta::platform::linux

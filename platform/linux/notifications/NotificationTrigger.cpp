@@ -1,0 +1,88 @@
+#include "platform/linux/notifications/NotificationTrigger.h"
+
+#include <utility>
+
+namespace ovinta::platform::linux {
+namespace {
+
+/// Fine enough for the surroundings of a store, and nothing for a device that lies still.
+constexpr double kDistanceFilterMetres = 10;
+
+}  // namespace
+
+NotificationTrigger::NotificationTrigger(const Services& services,
+                                         std::shared_ptr<dbus::Bus> sessionBus,
+                                         std::string applicationID,
+                                         std::shared_ptr<NotificationStoreQueue> store,
+                                         Handlers handlers)
+    : mainQueue_(services.mainQueue),
+      location_(services.location),
+      geodesy_(services.geodesy),
+      store_(std::move(store)),
+      handlers_(std::move(handlers)),
+      presenter_(std::move(sessionBus), services.log, std::move(applicationID),
+                 {.onClick = handlers_.onClick, .onAllClosed = handlers_.onReviewed}) {}
+
+void NotificationTrigger::review() {
+  store_->enqueue([weak = weak_from_this(), queue = mainQueue_](NotificationStore& store) {
+    const bool isArmed = !store.pending().empty();
+    queue->async([weak, isArmed] {
+      if (const auto self = weak.lock()) self->noteArmed(isArmed);
+    });
+  });
+}
+
+void NotificationTrigger::noteArmed(bool isArmed) {
+  isArmed_ = isArmed;
+  followAsNeeded();
+  // A request that is new would otherwise wait for the next move to learn where the device is.
+  if (lastFix_) judge(*lastFix_);
+  if (handlers_.onReviewed) handlers_.onReviewed();
+}
+
+void NotificationTrigger::setFollowing(bool follows) {
+  mayFollow_ = follows;
+  followAsNeeded();
+}
+
+void NotificationTrigger::followAsNeeded() {
+  const bool follows = isArmed_ && mayFollow_;
+  if (follows == (manager_ != nullptr)) return;
+  lastFix_.reset();
+  manager_ = follows ? location_->makeLocationManager() : nullptr;
+  if (!manager_) return;
+  manager_->setDelegate(this);
+  manager_->setAllowsBackgroundLocationUpdates(true);
+  manager_->setDesiredAccuracy(LocationAccuracy::best);
+  manager_->setDistanceFilter(kDistanceFilterMetres);
+  manager_->startUpdatingLocation();
+}
+
+void NotificationTrigger::didUpdateLocations(const std::vector<Location>& locations) {
+  for (const Location& fix : locations) judge(fix);
+  if (!locations.empty()) lastFix_ = locations.back();
+}
+
+void NotificationTrigger::judge(const Location& fix) {
+  store_->enqueue([fix, weak = weak_from_this(), queue = mainQueue_,
+                   geodesy = geodesy_](NotificationStore& store) {
+    auto firing = store.cross(fix, *geodesy);
+    if (firing.empty()) return;
+    queue->async([weak, firing = std::move(firing)] {
+      if (const auto self = weak.lock()) self->show(firing);
+    });
+  });
+}
+
+void NotificationTrigger::show(const std::vector<NotificationStore::Firing>& firing) {
+  for (const auto& one : firing) {
+    ++showing_;
+    presenter_.show(one.request.content, [this, one](bool isShown) {
+      --showing_;
+      store_->enqueue([one, isShown](NotificationStore& store) { store.settle(one, isShown); });
+      review();
+    });
+  }
+}
+
+}  // namespace ovinta::platform::linux

@@ -1,0 +1,70 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/Services.h"
+#include "platform/linux/notifications/NotificationPresenter.h"
+#include "platform/linux/notifications/NotificationStoreQueue.h"
+
+namespace ovinta::platform::linux {
+
+/// Shows the requests of one store when the device crosses the border of their region. Follows the
+/// position just while something is pending. Main thread only, save its making and `review`.
+class NotificationTrigger : public LocationManagerDelegate,
+                            public std::enable_shared_from_this<NotificationTrigger> {
+ public:
+  struct Handlers {
+    /// The user info of a notification that the user has clicked.
+    std::function<void(const Dictionary&)> onClick = {};
+    /// It was found out whether something is pending, or what was shown is gone.
+    std::function<void()> onReviewed = {};
+  };
+
+  /// Of the services it uses main queue, location, geodesy and log. Handlers may not destroy the
+  /// trigger.
+  NotificationTrigger(const Services& services, std::shared_ptr<dbus::Bus> sessionBus,
+                      std::string applicationID, std::shared_ptr<NotificationStoreQueue> store,
+                      Handlers handlers);
+
+  /// Looks for what is pending, after all steps that the store has been given so far. To be called
+  /// whenever that may have changed. May be called from any thread.
+  void review();
+
+  /// Whether it may follow the position; at first it may not.
+  void setFollowing(bool follows);
+
+  /// Whether something was pending at the last review.
+  bool isArmed() const { return isArmed_; }
+  /// Whether it is showing something, or has shown what may still be clicked.
+  bool isShowing() const { return showing_ > 0 || presenter_.hasOpen(); }
+
+  void didUpdateLocations(const std::vector<Location>& locations) override;
+  void didChangeAuthorizationStatus(AuthorizationStatus) override {}
+  void didRangeBeacons(const std::vector<RangedBeacon>&, const BeaconRegion&) override {}
+
+ private:
+  void noteArmed(bool isArmed);
+  void followAsNeeded();
+  void judge(const Location& fix);
+  void show(const std::vector<NotificationStore::Firing>& firing);
+
+  const std::shared_ptr<MainQueue> mainQueue_;
+  const std::shared_ptr<LocationServices> location_;
+  const std::shared_ptr<Geodesy> geodesy_;
+  const std::shared_ptr<NotificationStoreQueue> store_;
+  const Handlers handlers_;
+  bool isArmed_ = false;
+  bool mayFollow_ = false;
+  std::size_t showing_ = 0;
+  /// Where the device is as far as the manager has said.
+  std::optional<Location> lastFix_;
+  NotificationPresenter presenter_;
+  std::unique_ptr<LocationManager> manager_;
+};
+
+}  // namespace ovinta::platform::linux
