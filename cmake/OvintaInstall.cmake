@@ -10,11 +10,6 @@ if(NOT BUILD_SHARED_LIBS)
 endif()
 install(TARGETS ovinta_simulation EXPORT OvintaSDKSimulationTargets
         FILE_SET HEADERS DESTINATION ${includeDirectory})
-install(TARGETS ovinta-notify-agent)
-set(agentDirectory ${PROJECT_BINARY_DIR}/platform/linux/agent)
-install(FILES ${agentDirectory}/org.ovinta.NotifyAgent.service
-        DESTINATION ${CMAKE_INSTALL_DATADIR}/dbus-1/services)
-install(FILES ${agentDirectory}/ovinta-notify-agent.service DESTINATION lib/systemd/user)
 if(TARGET ovinta)
   install(TARGETS ovinta)
   install(FILES ${PROJECT_BINARY_DIR}/cli/completions/ovinta

@@ -28,7 +28,7 @@ StoredUserNotificationCenter::StoredUserNotificationCenter(const Services& servi
       store_(std::make_shared<NotificationStoreQueue>(*services.operationQueues, setup_.file,
                                                       services.log)) {
   const auto application = registration();
-  if (application) agent_ = std::make_shared<AgentContact>(sessionBus, log_, *application);
+  if (application) agent_ = std::make_shared<AgentContact>(sessionBus, *application);
   trigger_ = std::make_shared<NotificationTrigger>(
       services, sessionBus, setup_.applicationID, store_,
       NotificationTrigger::Handlers{setup_.onClicked, [this] {

@@ -1,8 +1,6 @@
 #include "platform/linux/Linux.h"
 #include "platform/linux/notifications/NotifyAgent.h"
 
-#undef linux
-
 /// Fires notifications for applications that do not run, and ends when there are none.
 int main() {
   using namespace ovinta::platform;

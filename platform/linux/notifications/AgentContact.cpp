@@ -3,16 +3,34 @@
 #include <utility>
 
 namespace ovinta::platform::linux {
+namespace {
+
+/// An agent may just be ending when something becomes pending. One that fails is let be.
+constexpr int kMostRestarts = 3;
+
+}  // namespace
+
+AgentContact::AgentContact(std::shared_ptr<dbus::Bus> sessionBus,
+                           const RegisteredApplication& application)
+    : bus_(std::move(sessionBus)), busName_(application.busName()), daemon_(bus_) {}
 
 void AgentContact::setArmed(bool isArmed) {
   if (std::exchange(isArmed_, isArmed) == isArmed) return;
+  agent_.reset();
   if (!isArmed) return daemon_.releaseName(busName_);
-  // In this order: an agent that is about to end looks once more after it has given up its name.
+  restarts_ = 0;
+  // The agent, once there, must find the name.
   daemon_.requestName(busName_, BusDaemon::IfTaken::wait, [this](bool) {
-    daemon_.start(kAgentBusName, [this](bool isThere) {
-      if (isThere || std::exchange(hasLoggedAbsence_, true)) return;
-      log_->write("No ovinta-notify-agent: notifications fire only while the application runs");
-    });
+    if (isArmed_) keepAgent();
+  });
+}
+
+void AgentContact::keepAgent() {
+  agent_.emplace(bus_, kAgentBusName);
+  agent_->onPresence(true, [this, wasThere = false](bool isThere) mutable {
+    if (std::exchange(wasThere, isThere) && !isThere && restarts_++ < kMostRestarts) {
+      daemon_.start(kAgentBusName);
+    }
   });
 }
 

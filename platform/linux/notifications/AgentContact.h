@@ -1,31 +1,33 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 
-#include "platform/Log.h"
 #include "platform/linux/notifications/AgentRegistry.h"
 #include "platform/linux/notifications/BusDaemon.h"
 
 namespace ovinta::platform::linux {
 
-/// Lets the agent know that the application runs and has something pending, and has it started then
-/// so that it is there when the application ends. Main thread only.
+/// Lets the agent know that the application runs and has something pending, and sees to it that the
+/// agent is there by then, in case the application ends. Main thread only.
 class AgentContact {
  public:
-  AgentContact(std::shared_ptr<dbus::Bus> sessionBus, std::shared_ptr<Log> log,
-               const RegisteredApplication& application)
-      : log_(std::move(log)), busName_(application.busName()), daemon_(std::move(sessionBus)) {}
+  AgentContact(std::shared_ptr<dbus::Bus> sessionBus, const RegisteredApplication& application);
 
-  /// A missing agent is logged once. Nothing is asked of the bus before the first that is pending.
+  /// Nothing is asked of the bus before something is pending. A missing agent is logged once.
   void setArmed(bool isArmed);
 
  private:
-  const std::shared_ptr<Log> log_;
+  void keepAgent();
+
+  const std::shared_ptr<dbus::Bus> bus_;
   const std::string busName_;
   bool isArmed_ = false;
-  bool hasLoggedAbsence_ = false;
+  int restarts_ = 0;
   BusDaemon daemon_;
+  /// There while something is pending.
+  std::optional<dbus::Service> agent_;
 };
 
 }  // namespace ovinta::platform::linux

@@ -34,23 +34,9 @@ void BusDaemon::requestName(const std::string& name, IfTaken ifTaken,
       name, ifTaken == IfTaken::wait ? kNoFlags : kDoNotQueue);
 }
 
-void BusDaemon::releaseName(const std::string& name, std::function<void()> completion) {
-  call(
-      "ReleaseName",
-      [completion = std::move(completion)](const dbus::Reply&) {
-        if (completion) completion();
-      },
-      name);
-}
+void BusDaemon::releaseName(const std::string& name) { call("ReleaseName", {}, name); }
 
-void BusDaemon::start(const std::string& name, std::function<void(bool)> completion) {
-  call(
-      "StartServiceByName",
-      [completion = std::move(completion)](const dbus::Reply& reply) {
-        completion(!reply.failure);
-      },
-      name, kNoFlags);
-}
+void BusDaemon::start(const std::string& name) { call("StartServiceByName", {}, name, kNoFlags); }
 
 void BusDaemon::listNames(std::function<void(const std::set<std::string>&)> completion) {
   call("ListNames", [completion = std::move(completion)](const dbus::Reply& reply) {

@@ -19,10 +19,10 @@ class BusDaemon {
 
   /// Tells whether the connection has the name or waits for it.
   void requestName(const std::string& name, IfTaken ifTaken, std::function<void(bool)> completion);
-  void releaseName(const std::string& name, std::function<void()> completion = {});
+  void releaseName(const std::string& name);
 
-  /// Has the bus start the service unless it runs; tells whether it could.
-  void start(const std::string& name, std::function<void(bool)> completion);
+  /// Has the bus start the service if it knows how and it does not run.
+  void start(const std::string& name);
 
   /// The names that are on the bus now; none when the bus is gone.
   void listNames(std::function<void(const std::set<std::string>&)> completion);

@@ -21,7 +21,7 @@ NotificationTrigger::NotificationTrigger(const Services& services,
       store_(std::move(store)),
       handlers_(std::move(handlers)),
       presenter_(std::move(sessionBus), services.log, std::move(applicationID),
-                 {.onClick = handlers_.onClick, .onAllClosed = handlers_.onReviewed}) {}
+                 {.onClick = handlers_.onClick, .onAllClosed = [this] { review(); }}) {}
 
 void NotificationTrigger::review() {
   store_->enqueue([weak = weak_from_this(), queue = mainQueue_](NotificationStore& store) {

@@ -21,7 +21,8 @@ class NotificationTrigger : public LocationManagerDelegate,
   struct Handlers {
     /// The user info of a notification that the user has clicked.
     std::function<void(const Dictionary&)> onClick = {};
-    /// It was found out whether something is pending, or what was shown is gone.
+    /// A review has ended. There is one by itself after something was shown, and when nothing that
+    /// was shown can be clicked any more, after what `onClick` has given the store to do.
     std::function<void()> onReviewed = {};
   };
 

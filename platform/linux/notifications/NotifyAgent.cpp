@@ -14,11 +14,6 @@ NotifyAgent::NotifyAgent(const Services& services, std::shared_ptr<dbus::Bus> se
       daemon_(bus_) {
   daemon_.onLost([this] { end(); });
   daemon_.onNameChanged(std::string(kAgentBusName) + ".", [this] { review(); });
-  takeName();
-}
-
-void NotifyAgent::takeName() {
-  state_ = State::working;
   daemon_.requestName(kAgentBusName, BusDaemon::IfTaken::giveUp, [this](bool isOurs) {
     if (!isOurs) return end();
     review();
@@ -34,64 +29,62 @@ void NotifyAgent::look(const std::set<std::string>& names) {
   if (names.empty()) return end();
   for (const auto& application : registry_.applications()) {
     const std::string name = application.busName();
-    auto found = clients_.find(name);
-    if (found == clients_.end()) found = clients_.emplace(name, makeClient(application)).first;
-    found->second.trigger->setFollowing(!names.contains(name));
+    if (!clients_.contains(name)) addClient(name, application);
+    clients_.at(name).trigger->setFollowing(!names.contains(name));
   }
   for (auto& [name, client] : clients_) client.trigger->review();
-  leaveWhenIdle();
+  endWhenIdle();
 }
 
-NotifyAgent::Client NotifyAgent::makeClient(const RegisteredApplication& application) {
-  Client client;
+void NotifyAgent::addClient(const std::string& busName, const RegisteredApplication& application) {
+  Client& client = clients_[busName];
+  client.applicationID = application.applicationID;
+  client.application = std::make_shared<dbus::Service>(bus_, application.applicationID);
   client.store = std::make_shared<NotificationStoreQueue>(*services_.operationQueues,
                                                           application.store, services_.log);
-  NotificationTrigger::Handlers handlers;
-  handlers.onClick = [this, store = client.store,
-                      id = application.applicationID](const Dictionary& userInfo) {
-    store->enqueue([this, userInfo, id, queue = services_.mainQueue](NotificationStore& kept) {
-      kept.addClick(userInfo);
-      queue->async([this, id] { activate(id); });
-    });
-  };
-  handlers.onReviewed = [this, name = application.busName()] { noteReviewed(name); };
-  client.trigger = std::make_shared<NotificationTrigger>(services_, bus_, application.applicationID,
-                                                         client.store, std::move(handlers));
-  return client;
+  client.trigger = std::make_shared<NotificationTrigger>(
+      services_, bus_, application.applicationID, client.store,
+      NotificationTrigger::Handlers{
+          [this, &client](const Dictionary& userInfo) { passOn(userInfo, client); },
+          [this, &client] {
+            client.isReviewed = true;
+            endWhenIdle();
+          }});
 }
 
-void NotifyAgent::activate(const std::string& applicationID) {
-  if (!g_dbus_is_name(applicationID.c_str())) return;
-  std::string path = "/" + applicationID;
+void NotifyAgent::passOn(const Dictionary& userInfo, Client& client) {
+  ++client.clicks;
+  client.store->enqueue([userInfo](NotificationStore& store) { store.addClick(userInfo); });
+  client.store->enqueue([this, &client, weak = std::weak_ptr(client.application),
+                         queue = services_.mainQueue](NotificationStore&) {
+    queue->async([this, &client, weak] {
+      if (!weak.expired()) activate(client);
+    });
+  });
+}
+
+void NotifyAgent::activate(Client& client) {
+  const auto done = [this, &client](const dbus::Reply&) {
+    --client.clicks;
+    endWhenIdle();
+  };
+  // Where no such application can be started, the click waits until somebody does.
+  if (!g_dbus_is_name(client.applicationID.c_str())) return done({});
+  std::string path = "/" + client.applicationID;
   std::ranges::replace(path, '.', '/');
   std::ranges::replace(path, '-', '_');
-  // Without such an application the click waits for it.
-  bus_->call({.service = applicationID,
-              .object = std::move(path),
-              .interface = "org.freedesktop.Application",
-              .method = "Activate",
-              .arguments = dbus::arguments(dbus::Properties())},
-             [](const dbus::Reply&) {});
+  client.application->call(std::move(path), "org.freedesktop.Application", "Activate",
+                           dbus::arguments(dbus::Properties()), done);
 }
 
-void NotifyAgent::noteReviewed(const std::string& busName) {
-  clients_.at(busName).isReviewed = true;
-  leaveWhenIdle();
-}
-
-void NotifyAgent::leaveWhenIdle() {
+void NotifyAgent::endWhenIdle() {
   bool isIdle = true;
   for (const auto& [name, client] : clients_) {
     if (!client.isReviewed) return;
-    isIdle = isIdle && !client.trigger->isArmed() && !client.trigger->isShowing();
+    isIdle =
+        isIdle && client.clicks == 0 && !client.trigger->isArmed() && !client.trigger->isShowing();
   }
-  if (state_ == State::lastLook) return isIdle ? end() : takeName();
-  if (state_ == State::leaving || !isIdle) return;
-  state_ = State::leaving;
-  daemon_.releaseName(kAgentBusName, [this] {
-    state_ = State::lastLook;
-    review();
-  });
+  if (isIdle) end();
 }
 
 void NotifyAgent::end() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <map>
 #include <memory>
@@ -25,36 +26,31 @@ class NotifyAgent {
   NotifyAgent& operator=(const NotifyAgent&) = delete;
 
  private:
-  enum class State {
-    working,
-    /// The name is being given up.
-    leaving,
-    /// It is given up; whoever needs an agent from now on gets a new one started, so whatever
-    /// became pending before is seen now.
-    lastLook
-  };
   /// One application.
   struct Client {
     std::shared_ptr<NotificationStoreQueue> store;
     std::shared_ptr<NotificationTrigger> trigger;
+    /// The application itself, to be started.
+    std::shared_ptr<dbus::Service> application;
+    std::string applicationID;
     /// Whether it was looked at since the last call of `review`.
     bool isReviewed = false;
+    /// Those that are being passed on.
+    std::size_t clicks = 0;
   };
 
-  void takeName();
   void review();
   void look(const std::set<std::string>& names);
-  Client makeClient(const RegisteredApplication& application);
-  void noteReviewed(const std::string& busName);
-  void leaveWhenIdle();
-  void activate(const std::string& applicationID);
+  void addClient(const std::string& busName, const RegisteredApplication& application);
+  void passOn(const Dictionary& userInfo, Client& client);
+  void activate(Client& client);
+  void endWhenIdle();
   void end();
 
   const Services services_;
   const std::shared_ptr<dbus::Bus> bus_;
   const AgentRegistry registry_;
   std::function<void()> onEnd_;
-  State state_ = State::working;
   /// By the application's name on the bus.
   std::map<std::string, Client> clients_;
   BusDaemon daemon_;

@@ -1,34 +1,20 @@
-#include <gmock/gmock.h>
+#include "tests/platform/linux/UserNotificationFixture.h"
 
 #include <algorithm>
-#include <atomic>
 
-#include "platform/linux/StoredUserNotificationCenter.h"
 #include "platform/linux/notifications/NotifyAgent.h"
-#include "platform/simulation/RecordingLog.h"
-#include "platform/simulation/SimulatedLocation.h"
-#include "platform/simulation/VirtualTime.h"
-#include "platform/standard/Standard.h"
-#include "tests/platform/simulation/Sphere.h"
+#include "tests/support/ChildProcess.h"
 #include "tests/support/Files.h"
-#include "tests/support/NotificationsDouble.h"
 
 namespace ovinta::platform::linux {
 namespace {
 
-using namespace std::chrono_literals;
 using simulation::kSite;
 using simulation::northOfSite;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::SizeIs;
-
-UserNotificationRequest requestFor(const char* identifier) {
-  return {identifier,
-          {"Near", "5 < 6 & more", NotificationSound::defaultSound, {{"site", identifier}}},
-          {{kSite, 100, identifier, true, false}, false}};
-}
 
 TEST(NotificationStoreTest, WhatHappensToAFiringRequestMeanwhileStands) {
   const test::TemporaryDirectory directory;
@@ -58,90 +44,6 @@ TEST(NotificationStoreTest, WhatHappensToAFiringRequestMeanwhileStands) {
   store.settle(fire(), false);
   EXPECT_THAT(other.pending(), ElementsAre(requestFor("one")));
 }
-
-class UserNotificationTest : public testing::Test {
- protected:
-  using Center = StoredUserNotificationCenter;
-
-  UserNotificationTest() {
-    services_.log = log_;
-    services_.mainQueue = time_.mainQueue();
-    services_.operationQueues = standard::makeOperationQueueFactory();
-    services_.notificationCenter = standard::makeNotificationCenter();
-    services_.geodesy = std::make_shared<simulation::Sphere>();
-    services_.location = location_;
-  }
-
-  std::shared_ptr<dbus::Bus> makeBus() {
-    return std::make_shared<dbus::Bus>(daemon_.address(), time_.mainQueue(), log_);
-  }
-
-  std::unique_ptr<Center> makeCenter(std::optional<AgentRegistry> agents = {}) {
-    return std::make_unique<Center>(
-        services_, makeBus(),
-        Center::Setup{"org.example.app", file_, agents, [this](const Dictionary& userInfo) {
-                        clicked_.push_back(*find<std::string>(userInfo, "site"));
-                      }});
-  }
-
-  template <class Condition>
-  void waitUntil(Condition condition) {
-    ASSERT_TRUE(time_.waitUntil(condition, 10s));
-  }
-
-  /// After all that was asked of the centre so far.
-  std::vector<std::string> pendingOf(Center& center) {
-    std::atomic<bool> isAnswered = false;
-    std::vector<std::string> identifiers;
-    time_.runUntilIdle();
-    center.getPendingNotificationRequests([&](const auto& requests) {
-      for (const auto& request : requests) identifiers.push_back(request.identifier);
-      isAnswered = true;
-    });
-    time_.waitUntil([&] { return isAnswered.load(); }, 10s);
-    time_.runUntilIdle();
-    return identifiers;
-  }
-
-  void waitForPending(Center& center, std::size_t count) {
-    const auto found = std::make_shared<std::atomic<std::size_t>>(count + 1);
-    waitUntil([&] {
-      center.getPendingNotificationRequests(
-          [found](const auto& requests) { *found = requests.size(); });
-      return *found == count;
-    });
-  }
-
-  void moveTo(double metresNorth) {
-    location_->deliver({.coordinate = northOfSite(metresNorth), .horizontalAccuracy = 5});
-  }
-
-  /// Goes out of the region and in, and lets the centre see both.
-  std::vector<std::string> enter(Center& center) {
-    for (const double metres : {500, 0}) {
-      moveTo(metres);
-      pendingOf(center);
-    }
-    return pendingOf(center);
-  }
-
-  void waitForShown(std::size_t count) {
-    waitUntil([&] { return desktop_.shown().size() >= count; });
-    EXPECT_THAT(desktop_.shown(), SizeIs(count));
-  }
-
-  test::PrivateBus daemon_;
-  test::TemporaryDirectory directory_;
-  const std::filesystem::path file_ = directory_.path() / "app" / "Notifications.sqlite";
-  test::NotificationsDouble desktop_{daemon_};
-  simulation::VirtualTime time_{Date{}};
-  std::shared_ptr<simulation::RecordingLog> log_ = std::make_shared<simulation::RecordingLog>();
-  std::shared_ptr<simulation::SimulatedLocation> location_ =
-      std::make_shared<simulation::SimulatedLocation>(time_.mainQueue(),
-                                                      std::make_shared<simulation::Sphere>());
-  Services services_;
-  std::vector<std::string> clicked_;
-};
 
 TEST_F(UserNotificationTest, FiresOnceOnEntryAndTellsOfTheClick) {
   const auto center = makeCenter();
@@ -266,6 +168,15 @@ class NotifyAgentTest : public UserNotificationTest {
     agent_ = std::make_unique<NotifyAgent>(services_, makeBus(), registry_, [this] { ++ends_; });
   }
 
+  void waitForAgent(bool isExpected) {
+    BusDaemon names(makeBus());
+    bool isThere = !isExpected;
+    waitUntil([&] {
+      names.listNames([&](const auto& found) { isThere = found.contains(kAgentBusName); });
+      return isThere == isExpected;
+    });
+  }
+
   const AgentRegistry registry_{directory_.path() / "agent"};
   int ends_ = 0;
   std::unique_ptr<NotifyAgent> agent_;
@@ -274,13 +185,19 @@ class NotifyAgentTest : public UserNotificationTest {
 TEST_F(NotifyAgentTest, FiresWhileTheApplicationDoesNotRunAndEndsThen) {
   auto center = makeCenter(registry_);
   center->add(requestFor("one"), nullptr);
-  const std::string line =
-      "No ovinta-notify-agent: notifications fire only while the application runs";
-  waitUntil([&] { return std::ranges::count(log_->lines(), line) == 1; });
+  waitUntil([&] {
+    return std::ranges::count(log_->lines(), "org.ovinta.NotifyAgent is not on the bus") == 1;
+  });
   EXPECT_EQ(test::modeOf(directory_.path() / "agent"), 0700U);
   for (const auto& entry : std::filesystem::directory_iterator(directory_.path() / "agent")) {
     EXPECT_EQ(test::modeOf(entry.path()), 0600U);
   }
+  test::ServiceDouble application{
+      daemon_, "org.example.app",
+      "<node><interface name='org.freedesktop.Application'><method name='Activate'>"
+      "<arg type='a{sv}' direction='in'/></method></interface></node>",
+      [](const auto&) { return dbus::arguments(); }};
+  application.addObject("/org/example/app", "org.freedesktop.Application");
   startAgent();
   center = nullptr;
   waitUntil([&] { return location_->isUpdating(); });
@@ -290,6 +207,7 @@ TEST_F(NotifyAgentTest, FiresWhileTheApplicationDoesNotRunAndEndsThen) {
   EXPECT_EQ(ends_, 0);
   desktop_.click(desktop_.shown().front());
   waitUntil([&] { return ends_ > 0; });
+  EXPECT_EQ(application.count("Activate"), 1U);
   EXPECT_THAT(clicked_, IsEmpty());
   center = makeCenter(registry_);
   waitUntil([&] { return !clicked_.empty(); });
@@ -318,17 +236,26 @@ TEST_F(NotifyAgentTest, EndsWithNothingToDoWithASecondAgentAndWithoutABus) {
   center->add(requestFor("one"), nullptr);
   waitUntil([&] { return location_->isUpdating(); });
   startAgent();
-  BusDaemon names(makeBus());
-  bool isThere = false;
-  waitUntil([&] {
-    names.listNames([&](const auto& found) { isThere = found.contains(kAgentBusName); });
-    return isThere;
-  });
+  waitForAgent(true);
   EXPECT_EQ(ends_, 1);
   const NotifyAgent second(services_, makeBus(), registry_, [this] { ends_ = 20; });
   waitUntil([&] { return ends_ == 20; });
   daemon_.stop();
   waitUntil([&] { return ends_ == 21; });
+}
+
+TEST_F(NotifyAgentTest, TheProgramComesAndGoesWithTheDisarming) {
+  const AgentRegistry registry(directory_.path() / "ovinta-notify-agent/OvintaSDK/Applications");
+  const auto center = makeCenter(registry);
+  center->add(requestFor("one"), nullptr);
+  waitUntil([&] { return location_->isUpdating(); });
+  const test::ChildProcess agent({OVINTA_NOTIFY_AGENT},
+                                 {"XDG_DATA_HOME=" + directory_.path().string(),
+                                  "DBUS_SESSION_BUS_ADDRESS=" + daemon_.address(),
+                                  "DBUS_SYSTEM_BUS_ADDRESS=unix:path=/nowhere"});
+  waitForAgent(true);
+  center->removePendingNotificationRequests({"one"});
+  waitForAgent(false);
 }
 
 }  // namespace

@@ -1,0 +1,116 @@
+#pragma once
+
+#include <gmock/gmock.h>
+
+#include <atomic>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/linux/StoredUserNotificationCenter.h"
+#include "platform/simulation/RecordingLog.h"
+#include "platform/simulation/SimulatedLocation.h"
+#include "platform/simulation/VirtualTime.h"
+#include "platform/standard/Standard.h"
+#include "tests/platform/simulation/Sphere.h"
+#include "tests/support/NotificationsDouble.h"
+#include "tests/support/TemporaryDirectory.h"
+
+namespace ovinta::platform::linux {
+
+/// For the entry into a circle of 100 m, with the identifier also as user info.
+inline UserNotificationRequest requestFor(const char* identifier) {
+  return {identifier,
+          {"Near", "5 < 6 & more", NotificationSound::defaultSound, {{"site", identifier}}},
+          {{simulation::kSite, 100, identifier, true, false}, false}};
+}
+
+/// A device whose moves are the test's, with applications of one store on a private bus.
+class UserNotificationTest : public testing::Test {
+ protected:
+  using Center = StoredUserNotificationCenter;
+
+  UserNotificationTest() {
+    services_.log = log_;
+    services_.mainQueue = time_.mainQueue();
+    services_.operationQueues = standard::makeOperationQueueFactory();
+    services_.notificationCenter = standard::makeNotificationCenter();
+    services_.geodesy = std::make_shared<simulation::Sphere>();
+    services_.location = location_;
+  }
+
+  std::shared_ptr<dbus::Bus> makeBus() {
+    return std::make_shared<dbus::Bus>(daemon_.address(), time_.mainQueue(), log_);
+  }
+
+  std::unique_ptr<Center> makeCenter(std::optional<AgentRegistry> agents = {}) {
+    return std::make_unique<Center>(
+        services_, makeBus(),
+        Center::Setup{"org.example.app", file_, agents, [this](const Dictionary& userInfo) {
+                        clicked_.push_back(*find<std::string>(userInfo, "site"));
+                      }});
+  }
+
+  template <class Condition>
+  void waitUntil(Condition condition) {
+    ASSERT_TRUE(time_.waitUntil(condition, std::chrono::seconds(10)));
+  }
+
+  /// After all that was asked of the centre so far.
+  std::vector<std::string> pendingOf(Center& center) {
+    std::atomic<bool> isAnswered = false;
+    std::vector<std::string> identifiers;
+    time_.runUntilIdle();
+    center.getPendingNotificationRequests([&](const auto& requests) {
+      for (const auto& request : requests) identifiers.push_back(request.identifier);
+      isAnswered = true;
+    });
+    time_.waitUntil([&] { return isAnswered.load(); }, std::chrono::seconds(10));
+    time_.runUntilIdle();
+    return identifiers;
+  }
+
+  void waitForPending(Center& center, std::size_t count) {
+    const auto found = std::make_shared<std::atomic<std::size_t>>(count + 1);
+    waitUntil([&] {
+      center.getPendingNotificationRequests(
+          [found](const auto& requests) { *found = requests.size(); });
+      return *found == count;
+    });
+  }
+
+  void moveTo(double metresNorth) {
+    location_->deliver(
+        {.coordinate = simulation::northOfSite(metresNorth), .horizontalAccuracy = 5});
+  }
+
+  /// Goes out of the region and in, and lets the centre see both.
+  std::vector<std::string> enter(Center& center) {
+    for (const double metres : {500, 0}) {
+      moveTo(metres);
+      pendingOf(center);
+    }
+    return pendingOf(center);
+  }
+
+  void waitForShown(std::size_t count) {
+    waitUntil([&] { return desktop_.shown().size() >= count; });
+    EXPECT_THAT(desktop_.shown(), testing::SizeIs(count));
+  }
+
+  test::PrivateBus daemon_;
+  test::TemporaryDirectory directory_;
+  const std::filesystem::path file_ = directory_.path() / "app" / "Notifications.sqlite";
+  test::NotificationsDouble desktop_{daemon_};
+  simulation::VirtualTime time_{Date{}};
+  std::shared_ptr<simulation::RecordingLog> log_ = std::make_shared<simulation::RecordingLog>();
+  std::shared_ptr<simulation::SimulatedLocation> location_ =
+      std::make_shared<simulation::SimulatedLocation>(time_.mainQueue(),
+                                                      std::make_shared<simulation::Sphere>());
+  Services services_;
+  std::vector<std::string> clicked_;
+};
+
+}  // namespace ovinta::platform::linux
