@@ -70,7 +70,7 @@ TEST_F(DunstTest, ShowsTheNotificationAndTellsOfTheClick) {
          [&](const dbus::Reply& reply) { history = dbus::read<History>(reply.values, 0); });
     return history && !history->empty();
   });
-  const auto shown = history->front();
+  const auto shown = history.value().at(0);
   EXPECT_EQ(dbus::read<Glib::ustring>(shown, "appname"), "org.example.app");
   EXPECT_EQ(dbus::read<Glib::ustring>(shown, "summary"), "Near");
   EXPECT_EQ(dbus::read<Glib::ustring>(shown, "body"), "5 &lt; 6 &amp; more");

@@ -55,7 +55,7 @@ TEST_F(UserNotificationTest, FiresOnceOnEntryAndTellsOfTheClick) {
   EXPECT_TRUE(location_->isUpdating());
   EXPECT_THAT(enter(*center), IsEmpty());
   waitForShown(1);
-  const auto shown = desktop_.shown().front();
+  const auto shown = desktop_.shown().at(0);
   EXPECT_EQ(shown.application, "org.example.app");
   EXPECT_EQ(shown.title, "Near");
   EXPECT_EQ(shown.body, "5 &lt; 6 &amp; more");
@@ -83,13 +83,13 @@ TEST_F(UserNotificationTest, FollowsTheRequestAndWhatTheServiceCan) {
   EXPECT_THAT(enter(*center), ElementsAre("leaving"));
   EXPECT_THAT(enter(*center), ElementsAre("leaving"));
   waitForShown(2);
-  const auto shown = desktop_.shown().front();
+  const auto shown = desktop_.shown().at(0);
   EXPECT_EQ(shown.body, "5 < 6 & more");
   EXPECT_THAT(shown.actions, IsEmpty());
   EXPECT_EQ(dbus::read<bool>(shown.hints, "suppress-sound"), true);
 }
 
-TEST_F(UserNotificationTest, ArmedInsideItFiresOnTheNextEntry) {
+TEST_F(UserNotificationTest, ItIsKnownFromTheArmingOnWhetherTheDeviceIsInside) {
   const auto center = makeCenter();
   auto elsewhere = requestFor("elsewhere");
   elsewhere.trigger.region.center = northOfSite(9000);
@@ -105,7 +105,13 @@ TEST_F(UserNotificationTest, ArmedInsideItFiresOnTheNextEntry) {
   moveTo(0);
   EXPECT_THAT(pendingOf(*center), ElementsAre("elsewhere", "one"));
   EXPECT_THAT(enter(*center), ElementsAre("elsewhere"));
-  waitForShown(1);
+  moveTo(500);
+  pendingOf(*center);
+  center->add(requestFor("armed outside"), nullptr);
+  pendingOf(*center);
+  moveTo(0);
+  EXPECT_THAT(pendingOf(*center), ElementsAre("elsewhere"));
+  waitForShown(2);
 }
 
 TEST_F(UserNotificationTest, KnowsAfterARestartWhatIsPendingAndOnWhichSide) {
@@ -165,7 +171,9 @@ TEST_F(UserNotificationTest, OfTwoProcessesWithOneStoreOnlyOneFires) {
 class NotifyAgentTest : public UserNotificationTest {
  protected:
   void startAgent() {
-    agent_ = std::make_unique<NotifyAgent>(services_, makeBus(), registry_, [this] { ++ends_; });
+    Services services = services_;
+    services.location = agentLocation_;
+    agent_ = std::make_unique<NotifyAgent>(services, makeBus(), registry_, [this] { ++ends_; });
   }
 
   void waitForAgent(bool isExpected) {
@@ -177,6 +185,9 @@ class NotifyAgentTest : public UserNotificationTest {
     });
   }
 
+  /// What the agent alone sees.
+  std::shared_ptr<simulation::SimulatedLocation> agentLocation_ =
+      std::make_shared<simulation::SimulatedLocation>(time_.mainQueue(), services_.geodesy);
   const AgentRegistry registry_{directory_.path() / "agent"};
   int ends_ = 0;
   std::unique_ptr<NotifyAgent> agent_;
@@ -200,12 +211,13 @@ TEST_F(NotifyAgentTest, FiresWhileTheApplicationDoesNotRunAndEndsThen) {
   application.addObject("/org/example/app", "org.freedesktop.Application");
   startAgent();
   center = nullptr;
-  waitUntil([&] { return location_->isUpdating(); });
-  moveTo(500);
-  moveTo(0);
+  waitUntil([&] { return agentLocation_->isUpdating(); });
+  for (const double metres : {500, 0}) {
+    agentLocation_->deliver({northOfSite(metres), 5});
+  }
   waitForShown(1);
   EXPECT_EQ(ends_, 0);
-  desktop_.click(desktop_.shown().front());
+  desktop_.click(desktop_.shown().at(0));
   waitUntil([&] { return ends_ > 0; });
   EXPECT_EQ(application.count("Activate"), 1U);
   EXPECT_THAT(clicked_, IsEmpty());
@@ -220,8 +232,10 @@ TEST_F(NotifyAgentTest, LeavesARunningApplicationAloneAndEndsWhenItIsDisarmed) {
   center->add(requestFor("one"), nullptr);
   waitUntil([&] { return location_->isUpdating(); });
   startAgent();
+  waitForAgent(true);
   center->add(requestFor("two"), nullptr);
   pendingOf(*center);
+  EXPECT_FALSE(agentLocation_->isUpdating());
   EXPECT_EQ(ends_, 0);
   center->removePendingNotificationRequests({"one", "two"});
   waitUntil([&] { return ends_ > 0; });
