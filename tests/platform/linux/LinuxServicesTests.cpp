@@ -12,6 +12,7 @@
 #include "platform/linux/PrivateDirectory.h"
 #include "platform/linux/SystemClock.h"
 #include "platform/linux/UnavailableLocationServices.h"
+#include "platform/linux/notifications/NotificationStore.h"
 #include "tests/support/Files.h"
 #include "tests/support/TemporaryDirectory.h"
 
@@ -187,6 +188,21 @@ TEST(LinuxServicesTest, AreCompleteAndTouchTheDiskOnlyWhenWrittenTo) {
   changed.text = nullptr;
   EXPECT_EXIT(install(changed), testing::KilledBySignal(SIGABRT),
               "Fatal error: Platform service missing: text");
+}
+
+TEST(LinuxServicesTest, HandOverWhatWasClickedBeforeTheStart) {
+  const test::TemporaryDirectory data;
+  const Dictionary userInfo{{"site", 42}};
+  NotificationStore(data.path() / "Notifications.sqlite", nullptr).addClick(userInfo);
+  Dictionary clicked;
+  const auto made = makeServices({.applicationID = "tests",
+                                  .dataDirectory = data.path(),
+                                  .onNotificationClicked = [&](const Dictionary& handedOver) {
+                                    clicked = handedOver;
+                                    quitMainLoop();
+                                  }});
+  runMainLoop();
+  EXPECT_EQ(clicked, userInfo);
 }
 
 }  // namespace
