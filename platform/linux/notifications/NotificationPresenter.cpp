@@ -42,7 +42,8 @@ void NotificationPresenter::listenOnce() {
     const auto number = dbus::read<std::uint32_t>(signal.arguments, 0);
     const auto clicked = open_.find(number.value_or(0));
     if (clicked == open_.end()) return;
-    if (dbus::read<Glib::ustring>(signal.arguments, 1) != Glib::ustring(kDefaultAction)) return;
+    const auto action = dbus::read<Glib::ustring>(signal.arguments, 1);
+    if (!action || action->raw() != kDefaultAction) return;
     const Dictionary userInfo = clicked->second;
     if (handlers_.onClick) handlers_.onClick(userInfo);
     close(*number);
@@ -83,7 +84,8 @@ void NotificationPresenter::notify(const UserNotificationContent& content,
                                    const Capabilities& capabilities,
                                    const std::function<void(bool)>& completion) {
   const auto can = [&](const char* what) {
-    return std::ranges::find(capabilities, Glib::ustring(what)) != capabilities.end();
+    return std::ranges::any_of(capabilities,
+                               [&](const Glib::ustring& one) { return one.raw() == what; });
   };
   // The other services show the body as it stands.
   const Glib::ustring body =
