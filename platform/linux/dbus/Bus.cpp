@@ -1,0 +1,79 @@
+#include "platform/linux/dbus/Bus.h"
+
+#include <cstdlib>
+#include <utility>
+
+namespace ovinta::platform::linux::dbus {
+namespace {
+
+std::string fromEnvironment(const char* name, const std::string& otherwise) {
+  const char* const text = std::getenv(name);
+  return text && *text ? text : otherwise;
+}
+
+/// Passes what comes on the bus's thread on to the handler on the main thread, if it is still
+/// there.
+template <class Argument>
+auto passOn(std::shared_ptr<MainQueue> mainQueue,
+            const std::shared_ptr<std::function<void(Argument)>>& handler) {
+  return [mainQueue = std::move(mainQueue), weak = std::weak_ptr(handler)](Argument argument) {
+    mainQueue->async([weak, argument] {
+      if (const auto found = weak.lock()) (*found)(argument);
+    });
+  };
+}
+
+}  // namespace
+
+std::string systemBusAddress() {
+  return fromEnvironment("DBUS_SYSTEM_BUS_ADDRESS", "unix:path=/run/dbus/system_bus_socket");
+}
+
+std::string sessionBusAddress() {
+  // GLib itself would start a program that starts a bus when it finds none.
+  const std::string directory = fromEnvironment("XDG_RUNTIME_DIR", "/nowhere");
+  return fromEnvironment("DBUS_SESSION_BUS_ADDRESS", "unix:path=" + directory + "/bus");
+}
+
+Bus::Bus(std::string address, std::shared_ptr<MainQueue> mainQueue, std::shared_ptr<Log> log)
+    : mainQueue_(std::move(mainQueue)),
+      link_(std::move(address), std::move(log)),
+      thread_("ovinta-dbus", [this] { link_.drop(); }) {
+  static std::once_flag once;
+  std::call_once(once, &ExitAwareThread::stopAllAtExit);
+}
+
+Bus::~Bus() = default;
+
+void Bus::call(MethodCall call, std::function<void(Reply)> completion) {
+  auto answer = [queue = mainQueue_, life = std::weak_ptr(life_),
+                 completion = std::move(completion)](Reply reply) {
+    queue->async([life, completion, reply = std::move(reply)] {
+      if (!life.expired()) completion(reply);
+    });
+  };
+  thread_.post(
+      [this, call = std::move(call), answer = std::move(answer)] { link_.call(call, answer); });
+}
+
+std::unique_ptr<Bus::Registration> Bus::subscribe(SignalMatch match,
+                                                  std::function<void(const Signal&)> handler) {
+  const auto kept = std::make_shared<std::function<void(Signal)>>(std::move(handler));
+  thread_.post(
+      [this, key = kept.get(), match = std::move(match),
+       handler = passOn<Signal>(mainQueue_, kept)] { link_.subscribe(key, match, handler); });
+  return std::make_unique<Registration>(*this, kept);
+}
+
+std::unique_ptr<Bus::Registration> Bus::watch(NameMatch match, std::function<void(bool)> handler) {
+  const auto kept = std::make_shared<std::function<void(bool)>>(std::move(handler));
+  thread_.post([this, key = kept.get(), match = std::move(match),
+                handler = passOn<bool>(mainQueue_, kept)] { link_.watch(key, match, handler); });
+  return std::make_unique<Registration>(*this, kept);
+}
+
+Bus::Registration::~Registration() {
+  bus_.thread_.post([&link = bus_.link_, key = handler_.get()] { link.remove(key); });
+}
+
+}  // namespace ovinta::platform::linux::dbus

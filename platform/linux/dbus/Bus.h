@@ -1,0 +1,71 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "platform/Log.h"
+#include "platform/MainQueue.h"
+#include "platform/linux/dbus/BusLink.h"
+#include "platform/linux/dbus/ContextThread.h"
+#include "platform/linux/dbus/Message.h"
+
+namespace ovinta::platform::linux::dbus {
+
+/// Where the system's bus is to be found, as the environment says or else where it usually lies.
+std::string systemBusAddress();
+/// The same of the bus of the user's session.
+std::string sessionBusAddress();
+
+/// One bus of the machine. Connects when it is first used, on a thread of its own, so that nothing
+/// here ever blocks; without a bus, calls fail and services are absent, which is logged once. While
+/// nothing is called and nothing signalled it does nothing at all. May be used from any thread, and
+/// is destroyed on the main thread; handlers run on the main queue. Most users want a `Service`.
+class Bus {
+ public:
+  Bus(std::string address, std::shared_ptr<MainQueue> mainQueue, std::shared_ptr<Log> log);
+
+  /// Drops the calls under way without an answer. At the process's exit, when nobody destroys the
+  /// bus, its thread comes to rest just so.
+  ~Bus();
+
+  Bus(const Bus&) = delete;
+  Bus& operator=(const Bus&) = delete;
+
+  /// Calls `completion` once, at the latest after the call's time limit. Starts the service if the
+  /// bus knows how.
+  void call(MethodCall call, std::function<void(Reply)> completion);
+
+  /// Keeps a handler registered until it is destroyed, on the main thread and before the bus.
+  class Registration;
+
+  [[nodiscard]] std::unique_ptr<Registration> subscribe(SignalMatch match,
+                                                        std::function<void(const Signal&)> handler);
+
+  /// Calls `handler` soon with whether the service is there, and at each change.
+  [[nodiscard]] std::unique_ptr<Registration> watch(NameMatch match,
+                                                    std::function<void(bool)> handler);
+
+ private:
+  const std::shared_ptr<MainQueue> mainQueue_;
+  /// Used on the thread alone.
+  BusLink link_;
+  ContextThread thread_;
+  /// Expires with the bus.
+  const std::shared_ptr<bool> life_ = std::make_shared<bool>(true);
+};
+
+class Bus::Registration {
+ public:
+  Registration(Bus& bus, std::shared_ptr<void> handler) : bus_(bus), handler_(std::move(handler)) {}
+  ~Registration();
+  Registration(const Registration&) = delete;
+  Registration& operator=(const Registration&) = delete;
+
+ private:
+  Bus& bus_;
+  /// The function; what waits in the main queue holds it weakly. Its address is the key.
+  const std::shared_ptr<void> handler_;
+};
+
+}  // namespace ovinta::platform::linux::dbus

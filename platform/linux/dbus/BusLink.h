@@ -1,0 +1,78 @@
+#pragma once
+
+#include <gio/gio.h>
+
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <set>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "platform/Log.h"
+#include "platform/linux/dbus/Message.h"
+
+namespace ovinta::platform::linux::dbus {
+
+/// The connection to one bus, made when it is first needed, and anew when it is needed after it was
+/// lost. It is private: the one that GLib shares ends the process when the bus goes away. Lives and
+/// calls back on one thread and its default context. Of GLib's C++ layer the values alone are used:
+/// its initialisation would change the application's locale.
+class BusLink {
+ public:
+  using Completion = std::function<void(Reply)>;
+  using Key = const void*;
+
+  BusLink(std::string address, std::shared_ptr<Log> log);
+  ~BusLink();
+  BusLink(const BusLink&) = delete;
+  BusLink& operator=(const BusLink&) = delete;
+
+  /// Calls `completion` once, after this call.
+  void call(MethodCall call, Completion completion);
+
+  /// Calls `handler` at each signal, until the key is removed.
+  void subscribe(Key key, SignalMatch match, std::function<void(const Signal&)> handler);
+
+  /// Calls `handler` soon with whether the name has an owner, and at each change, until the key is
+  /// removed. Without a bus no name has one.
+  void watch(Key key, NameMatch match, std::function<void(bool)> handler);
+  void remove(Key key);
+
+  /// Ends the connection for good; the calls under way end in failures meanwhile.
+  void drop();
+
+ private:
+  struct Registration;
+  struct PendingCall {
+    MethodCall call;
+    Completion completion;
+  };
+
+  void needConnection();
+  void connected(GDBusConnection* connection, const char* failure);
+  void lost();
+  void add(Key key, std::unique_ptr<Registration> registration);
+  void attach(Registration& registration);
+  void detach(Registration& registration);
+  void send(PendingCall pending);
+  void notePresence(Registration& registration, bool isPresent);
+  void logOnce(const std::string& line);
+
+  const std::string address_;
+  const std::shared_ptr<Log> log_;
+  GDBusConnection* connection_ = nullptr;
+  /// Ends all that is under way when the link is dropped.
+  GCancellable* const cancellable_;
+  /// The limit of the attempt to connect; null while there is none.
+  GSource* deadline_ = nullptr;
+  bool isDropped_ = false;
+  /// The attempt to connect and the calls that have not come back.
+  std::size_t underWay_ = 0;
+  std::unordered_map<Key, std::unique_ptr<Registration>> registrations_;
+  std::vector<PendingCall> waiting_;
+  std::set<std::string> logged_;
+};
+
+}  // namespace ovinta::platform::linux::dbus

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <chrono>
+#include <optional>
+#include <string>
+
+#include "platform/linux/dbus/Values.h"
+
+namespace ovinta::platform::linux::dbus {
+
+/// Errors that any call can end with, besides those of the service.
+inline constexpr const char* kAccessDenied = "org.freedesktop.DBus.Error.AccessDenied";
+inline constexpr const char* kServiceUnknown = "org.freedesktop.DBus.Error.ServiceUnknown";
+inline constexpr const char* kNoReply = "org.freedesktop.DBus.Error.NoReply";
+inline constexpr const char* kDisconnected = "org.freedesktop.DBus.Error.Disconnected";
+
+inline constexpr std::chrono::milliseconds kCallTimeout{5000};
+
+struct MethodCall {
+  std::string service;
+  std::string object;
+  std::string interface;
+  std::string method;
+  Glib::VariantContainerBase arguments = {};
+  std::chrono::milliseconds timeout = kCallTimeout;
+};
+
+struct Failure {
+  /// One of those above or the service's own.
+  std::string name;
+  std::string message;
+};
+
+struct Reply {
+  /// The results; empty after a failure.
+  Glib::VariantContainerBase values = {};
+  std::optional<Failure> failure = {};
+};
+
+/// Which signals are wanted; an empty text stands for any.
+struct SignalMatch {
+  std::string service;
+  std::string object;
+  std::string interface;
+  std::string member;
+};
+
+struct Signal {
+  std::string object;
+  std::string interface;
+  std::string member;
+  Glib::VariantContainerBase arguments;
+};
+
+/// A name to watch on the bus.
+struct NameMatch {
+  std::string name;
+  /// Whether the bus is to start the service, if it knows how, when the watch begins.
+  bool activates = false;
+};
+
+}  // namespace ovinta::platform::linux::dbus

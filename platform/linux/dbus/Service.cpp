@@ -1,0 +1,59 @@
+#include "platform/linux/dbus/Service.h"
+
+#include <utility>
+
+namespace ovinta::platform::linux::dbus {
+namespace {
+
+constexpr const char* kProperties = "org.freedesktop.DBus.Properties";
+
+}  // namespace
+
+Service::Service(std::shared_ptr<Bus> bus, std::string name)
+    : bus_(std::move(bus)), name_(std::move(name)) {}
+
+void Service::onPresence(bool activates, std::function<void(bool)> handler) {
+  registrations_.push_back(bus_->watch({name_, activates}, std::move(handler)));
+}
+
+void Service::onSignal(std::string object, std::string interface, std::string member,
+                       SignalHandler handler) {
+  registrations_.push_back(bus_->subscribe(
+      {name_, std::move(object), std::move(interface), std::move(member)}, std::move(handler)));
+}
+
+void Service::onPropertiesChanged(std::string object, std::string interface,
+                                  ChangeHandler handler) {
+  onSignal(std::move(object), kProperties, "PropertiesChanged",
+           [interface = std::move(interface), handler = std::move(handler)](const Signal& signal) {
+             if (read<Glib::ustring>(signal.arguments, 0) != Glib::ustring(interface)) return;
+             if (const auto changed = read<Properties>(signal.arguments, 1)) {
+               handler(signal.object, *changed);
+             }
+           });
+}
+
+void Service::call(std::string object, std::string interface, std::string method,
+                   Glib::VariantContainerBase arguments, Completion completion,
+                   std::chrono::milliseconds timeout) {
+  bus_->call({name_, std::move(object), std::move(interface), std::move(method),
+              std::move(arguments), timeout},
+             [life = std::weak_ptr(life_), completion = std::move(completion)](const Reply& reply) {
+               if (completion && !life.expired()) completion(reply);
+             });
+}
+
+void Service::getProperties(std::string object, std::string interface, PropertiesHandler handler) {
+  call(std::move(object), kProperties, "GetAll", arguments(interface),
+       [handler = std::move(handler)](const Reply& reply) {
+         handler(read<Properties>(reply.values, 0).value_or(Properties()));
+       });
+}
+
+void Service::setProperty(std::string object, const std::string& interface, const char* property,
+                          const Glib::VariantBase& value, Completion completion) {
+  call(std::move(object), kProperties, "Set", arguments(interface, property, value),
+       std::move(completion));
+}
+
+}  // namespace ovinta::platform::linux::dbus

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/linux/dbus/Bus.h"
+
+namespace ovinta::platform::linux::dbus {
+
+/// A service of a bus as one of its users knows it. Main thread only; handlers run on the main
+/// queue, never inside a call of these methods and never once the object is destroyed, which a
+/// handler may do. Nothing is asked of a service that nobody calls.
+class Service {
+ public:
+  using Completion = std::function<void(const Reply&)>;
+  using PropertiesHandler = std::function<void(const Properties&)>;
+  using SignalHandler = std::function<void(const Signal&)>;
+  /// The object's path, and what has changed; properties without a value any more are not among it.
+  using ChangeHandler = std::function<void(const std::string&, const Properties&)>;
+
+  Service(std::shared_ptr<Bus> bus, std::string name);
+
+  /// Has `handler` told soon whether the service is there, and at each change. `activates`: the bus
+  /// is to start it now if it knows how.
+  void onPresence(bool activates, std::function<void(bool)> handler);
+
+  /// Has `handler` told of a signal; an empty object or member stands for any.
+  void onSignal(std::string object, std::string interface, std::string member,
+                SignalHandler handler);
+
+  /// Has `handler` told when properties of the interface change; an empty object stands for any.
+  void onPropertiesChanged(std::string object, std::string interface, ChangeHandler handler);
+
+  /// Calls a method; `completion`, if any, gets the answer or the failure. The object names the
+  /// interface as its service does.
+  void call(std::string object, std::string interface, std::string method,
+            Glib::VariantContainerBase arguments, Completion completion,
+            std::chrono::milliseconds timeout = kCallTimeout);
+
+  /// Reads all properties of an interface; after a failure there are none.
+  void getProperties(std::string object, std::string interface, PropertiesHandler handler);
+
+  void setProperty(std::string object, const std::string& interface, const char* property,
+                   const Glib::VariantBase& value, Completion completion = {});
+
+ private:
+  const std::shared_ptr<Bus> bus_;
+  const std::string name_;
+  std::vector<std::unique_ptr<Bus::Registration>> registrations_;
+  /// Expires with the object.
+  const std::shared_ptr<bool> life_ = std::make_shared<bool>(true);
+};
+
+}  // namespace ovinta::platform::linux::dbus

@@ -1,0 +1,176 @@
+#include <gmock/gmock.h>
+
+#include <clocale>
+#include <cstdlib>
+
+#include "platform/linux/dbus/Service.h"
+#include "platform/simulation/VirtualTime.h"
+#include "tests/support/RecordingLog.h"
+#include "tests/support/ServiceDouble.h"
+
+namespace ovinta::platform::linux::dbus {
+namespace {
+
+using namespace std::chrono_literals;
+using test::ServiceDouble;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr const char* kName = "org.example.Clock";
+constexpr const char* kPath = "/clock";
+constexpr const char* kInterface = R"(<node><interface name='org.example.Clock'>
+  <method name='Echo'><arg type='s' direction='in'/><arg type='s' direction='out'/></method>
+  <method name='Refuse'/><method name='Hang'/>
+  <signal name='Tick'><arg type='u'/></signal>
+  <property name='Alarm' type='u' access='readwrite'/></interface></node>)";
+
+ServiceDouble::Answer answer(const ServiceDouble::Call& call) {
+  if (call.method == "Refuse") return Failure{"org.example.Refused", "not today"};
+  if (call.method == "Hang") return ServiceDouble::NoAnswer{};
+  return call.arguments;
+}
+
+class DBusTest : public testing::Test {
+ protected:
+  DBusTest() { clock_.addObject(kPath, kName); }
+
+  template <class Condition>
+  void waitUntil(Condition condition) {
+    ASSERT_TRUE(time_.waitUntil(condition, 10s));
+  }
+
+  std::string call(const char* method, Glib::VariantContainerBase arguments,
+                   std::chrono::milliseconds timeout = kCallTimeout) {
+    std::string result;
+    service_->call(
+        kPath, kName, method, std::move(arguments),
+        [&](const Reply& reply) {
+          result = reply.failure ? reply.failure->name + ": " + reply.failure->message
+                                 : read<Glib::ustring>(reply.values, 0).value_or("nothing").raw();
+        },
+        timeout);
+    EXPECT_EQ(result, "") << "never inside the call";
+    waitUntil([&] { return !result.empty(); });
+    return result;
+  }
+
+  test::PrivateBus daemon_;
+  simulation::VirtualTime time_{Date{}};
+  std::shared_ptr<test::RecordingLog> log_ = std::make_shared<test::RecordingLog>();
+  ServiceDouble clock_{daemon_, kName, kInterface, &answer};
+  std::shared_ptr<Bus> bus_ = std::make_shared<Bus>(daemon_.address(), time_.mainQueue(), log_);
+  std::unique_ptr<Service> service_ = std::make_unique<Service>(bus_, kName);
+};
+
+TEST_F(DBusTest, CallsEndInAnAnswerOrAFailure) {
+  EXPECT_EQ(call("Echo", arguments("hello")), "hello");
+  EXPECT_EQ(call("Refuse", {}), "org.example.Refused: not today");
+  EXPECT_THAT(call("Hang", {}, 20ms), testing::StartsWith(kNoReply));
+  EXPECT_THAT(call("Echo", arguments(1U)), testing::HasSubstr("InvalidArgs"));
+  clock_.vanish();
+  EXPECT_THAT(call("Echo", arguments("hello")), testing::StartsWith(kServiceUnknown));
+  EXPECT_THAT(log_->lines(), IsEmpty());
+}
+
+TEST_F(DBusTest, SignalsAndPropertiesReachTheirHandlers) {
+  std::vector<std::uint32_t> ticks, alarms;
+  service_->onSignal("", kName, "Tick", [&](const Signal& signal) {
+    ticks.push_back(read<std::uint32_t>(signal.arguments, 0).value_or(0));
+  });
+  service_->onPropertiesChanged(kPath, kName, [&](const std::string&, const Properties& changed) {
+    alarms.push_back(read<std::uint32_t>(changed, "Alarm").value_or(0));
+  });
+  service_->setProperty(kPath, kName, "Alarm", write(6U));
+  std::optional<Properties> all;
+  service_->getProperties(kPath, kName, [&](const Properties& found) { all = found; });
+  waitUntil([&] { return all.has_value(); });
+  EXPECT_EQ(read<std::uint32_t>(*all, "Alarm"), 6U);
+  EXPECT_EQ(read<bool>(*all, "Alarm"), std::nullopt);
+
+  clock_.emit(kPath, kName, "Tick", arguments(1U));
+  clock_.change("/other", kName, {{"Alarm", write(9U)}});
+  clock_.change(kPath, kName, {{"Alarm", write(7U)}});
+  clock_.emit(kPath, kName, "Tick", arguments(2U));
+  waitUntil([&] { return ticks.size() == 2; });
+  EXPECT_THAT(ticks, ElementsAre(1U, 2U));
+  EXPECT_THAT(alarms, ElementsAre(7U));
+
+  // Whoever destroys the service in a handler hears nothing more, though more is on its way.
+  service_ = std::make_unique<Service>(bus_, kName);
+  service_->onSignal(kPath, kName, "", [&](const Signal&) {
+    ticks.push_back(3);
+    service_.reset();
+  });
+  service_->call(
+      kPath, kName, "Hang", {}, [](const Reply&) { ADD_FAILURE(); }, 20ms);
+  Service other(bus_, kName);
+  bool isOver = false;
+  other.getProperties(kPath, kName, [&](const Properties&) { isOver = true; });
+  waitUntil([&] { return isOver; });
+  for (int i = 0; i < 3; ++i) clock_.emit(kPath, kName, "Tick", arguments(3U));
+  isOver = false;
+  other.call(
+      kPath, kName, "Hang", {}, [&](const Reply&) { isOver = true; }, 50ms);
+  waitUntil([&] { return isOver; });
+  EXPECT_THAT(ticks, ElementsAre(1U, 2U, 3U));
+}
+
+TEST_F(DBusTest, AServiceThatComesAndGoesIsNoticedAndMissedInTheLogOnce) {
+  std::vector<bool> presence;
+  service_->onPresence(true, [&](bool isPresent) { presence.push_back(isPresent); });
+  waitUntil([&] { return presence.size() == 1; });
+  for (int round = 0; round < 2; ++round) {
+    clock_.vanish();
+    clock_.appear();
+  }
+  waitUntil([&] { return presence.size() == 5; });
+  EXPECT_THAT(presence, ElementsAre(true, false, true, false, true));
+  EXPECT_THAT(log_->lines(), ElementsAre("org.example.Clock is not on the bus"));
+}
+
+TEST_F(DBusTest, ABusThatIsGoneFailsCallsAndIsFoundAgainWhenItIsNeeded) {
+  std::vector<bool> presence;
+  service_->onPresence(false, [&](bool isPresent) { presence.push_back(isPresent); });
+  waitUntil([&] { return presence.size() == 1; });
+  daemon_.stop();
+  waitUntil([&] { return presence.size() == 2; });
+  EXPECT_THAT(call("Echo", arguments("hello")), testing::StartsWith(kDisconnected));
+  EXPECT_THAT(call("Echo", arguments("hello")), testing::StartsWith(kDisconnected));
+  EXPECT_THAT(log_->lines(),
+              testing::Contains(testing::StartsWith("No D-Bus at unix:path=")).Times(1));
+  daemon_.start();
+  ServiceDouble again(daemon_, kName, kInterface, &answer);
+  again.addObject(kPath, kName);
+  EXPECT_EQ(call("Echo", arguments("hello")), "hello");
+  waitUntil([&] { return presence.size() == 3; });
+  EXPECT_THAT(presence, ElementsAre(true, false, true));
+}
+
+TEST_F(DBusTest, TheBusMayEndWithCallsUnderWay) {
+  std::weak_ptr<int> held;
+  {
+    const auto kept = std::make_shared<int>();
+    held = kept;
+    service_->call(kPath, kName, "Hang", {}, [kept](const Reply&) { ADD_FAILURE(); });
+  }
+  service_->onPresence(false, [](bool) {});
+  waitUntil([&] { return clock_.count("Hang") == 1; });
+  service_.reset();
+  bus_.reset();
+  time_.runUntilIdle();
+  EXPECT_TRUE(held.expired());
+  EXPECT_STREQ(std::setlocale(LC_ALL, nullptr), "C");
+}
+
+TEST_F(DBusTest, TheProcessMayExitWithCallsUnderWay) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  const auto exitDuringCall = [this] {
+    service_->call(kPath, kName, "Hang", {}, [](const Reply&) { ADD_FAILURE(); });
+    waitUntil([&] { return clock_.count("Hang") == 1; });
+    std::exit(0);
+  };
+  EXPECT_EXIT(exitDuringCall(), testing::ExitedWithCode(0), "");
+}
+
+}  // namespace
+}  // namespace ovinta::platform::linux::dbus
