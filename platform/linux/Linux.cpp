@@ -9,10 +9,11 @@
 #include "platform/linux/SQLitePersistentContainer.h"
 #include "platform/linux/SQLiteSettingsStore.h"
 #include "platform/linux/SystemClock.h"
+#include "platform/linux/SystemDevice.h"
 #include "platform/linux/SystemLog.h"
 #include "platform/linux/TextServices.h"
 #include "platform/linux/UnavailableLocationServices.h"
-#include "platform/linux/UnknownBatteryDevice.h"
+#include "platform/linux/dbus/Bus.h"
 #include "platform/standard/Standard.h"
 
 namespace ovinta::platform::linux {
@@ -58,8 +59,14 @@ Services makeServices(const Options& options) {
   services.location = std::make_shared<UnavailableLocationServices>(services.mainQueue);
   services.userNotifications =
       std::make_shared<InMemoryUserNotificationCenter>(*services.operationQueues);
-  services.device = std::make_shared<UnknownBatteryDevice>();
+  const auto systemBus =
+      std::make_shared<dbus::Bus>(dbus::systemBusAddress(), services.mainQueue, services.log);
+  services.device = std::make_shared<SystemDevice>(systemBus, services.mainQueue);
   return services;
+}
+
+void applicationDidBecomeActive() {
+  services().notificationCenter->post({kApplicationDidBecomeActive, {}});
 }
 
 }  // namespace ovinta::platform::linux

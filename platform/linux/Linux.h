@@ -37,4 +37,8 @@ OVINTA_EXPORT void runMainLoop();
 /// Has `runMainLoop` return after the task in progress. May be called from any thread.
 OVINTA_EXPORT void quitMainLoop();
 
+/// To be called by the application whenever it comes to the foreground: Linux has no event of its
+/// own for that. Posts `kApplicationDidBecomeActive` on the calling thread, which may be any.
+OVINTA_EXPORT void applicationDidBecomeActive();
+
 }  // namespace ovinta::platform::linux

@@ -196,6 +196,11 @@ TEST(LinuxServicesTest, AreCompleteAndTouchTheDiskOnlyWhenWrittenTo) {
 
   install(made);
   const auto& first = services();
+  int activations = 0;
+  const auto observer = made.notificationCenter->addObserver(kApplicationDidBecomeActive,
+                                                             [&](const auto&) { ++activations; });
+  applicationDidBecomeActive();
+  EXPECT_EQ(activations, 1);
   EXPECT_EQ(first.clock, made.clock);
   auto changed = made;
   changed.clock = std::make_shared<SystemClock>();

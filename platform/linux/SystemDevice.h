@@ -1,0 +1,40 @@
+#pragma once
+
+#include <atomic>
+#include <filesystem>
+#include <memory>
+#include <optional>
+
+#include "platform/Device.h"
+#include "platform/MainQueue.h"
+#include "platform/linux/dbus/Bus.h"
+
+namespace ovinta::platform::linux {
+
+/// The battery as UPower knows it, followed only while monitoring is on; where there is no UPower,
+/// what the kernel's files say at each question. Destroyed on the main thread.
+class SystemDevice : public Device {
+ public:
+  SystemDevice(std::shared_ptr<dbus::Bus> systemBus, std::shared_ptr<MainQueue> mainQueue,
+               std::filesystem::path powerSupplies = "/sys/class/power_supply");
+
+  void setBatteryMonitoringEnabled(bool enabled) override;
+  BatteryState batteryState() const override;
+
+ private:
+  class Monitor;
+  struct Shared {
+    std::atomic<bool> isMonitored = false;
+    /// What UPower said last; absent while there is none.
+    std::atomic<std::optional<BatteryState>> state = {};
+    /// There while monitoring is on. Main thread only.
+    std::shared_ptr<Monitor> monitor = {};
+  };
+
+  const std::shared_ptr<dbus::Bus> bus_;
+  const std::shared_ptr<MainQueue> mainQueue_;
+  const std::filesystem::path powerSupplies_;
+  const std::shared_ptr<Shared> shared_ = std::make_shared<Shared>();
+};
+
+}  // namespace ovinta::platform::linux
