@@ -10,10 +10,11 @@
 #include "platform/linux/SQLiteSettingsStore.h"
 #include "platform/linux/SystemClock.h"
 #include "platform/linux/SystemDevice.h"
+#include "platform/linux/SystemLocationServices.h"
 #include "platform/linux/SystemLog.h"
 #include "platform/linux/TextServices.h"
-#include "platform/linux/UnavailableLocationServices.h"
 #include "platform/linux/dbus/Bus.h"
+#include "platform/linux/position/GeoClueProvider.h"
 #include "platform/standard/Standard.h"
 
 namespace ovinta::platform::linux {
@@ -56,11 +57,14 @@ Services makeServices(const Options& options) {
   services.urlSession = std::make_shared<CurlURLSession>();
   services.persistentContainers = std::make_shared<SQLitePersistentContainerFactory>(directory);
   services.geodesy = makeGeodesy();
-  services.location = std::make_shared<UnavailableLocationServices>(services.mainQueue);
   services.userNotifications =
       std::make_shared<InMemoryUserNotificationCenter>(*services.operationQueues);
   const auto systemBus =
       std::make_shared<dbus::Bus>(dbus::systemBusAddress(), services.mainQueue, services.log);
+  services.location = std::make_shared<SystemLocationServices>(
+      std::make_shared<GeoClueProvider>(systemBus, services.mainQueue,
+                                        GeoClueProvider::Options{.desktopID = applicationID}),
+      services.mainQueue);
   services.device = std::make_shared<SystemDevice>(systemBus, services.mainQueue);
   return services;
 }

@@ -42,6 +42,8 @@ BusLink::BusLink(std::string address, std::shared_ptr<Log> log)
 BusLink::~BusLink() { g_object_unref(cancellable_); }
 
 void BusLink::needConnection() {
+  // Its end may not have been told yet.
+  if (connection_ && g_dbus_connection_is_closed(connection_)) lost();
   if (connection_ || deadline_ || isDropped_) return;
   deadline_ = g_timeout_source_new(static_cast<guint>(kCallTimeout.count()));
   // Its own end of the attempt; a link that is dropped ends it through the same object.

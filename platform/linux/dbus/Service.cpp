@@ -1,11 +1,14 @@
 #include "platform/linux/dbus/Service.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace ovinta::platform::linux::dbus {
 namespace {
 
 constexpr const char* kProperties = "org.freedesktop.DBus.Properties";
+constexpr const char* kBusName = "org.freedesktop.DBus";
+constexpr const char* kBusPath = "/org/freedesktop/DBus";
 
 }  // namespace
 
@@ -38,9 +41,30 @@ void Service::call(std::string object, std::string interface, std::string method
                    std::chrono::milliseconds timeout) {
   bus_->call({name_, std::move(object), std::move(interface), std::move(method),
               std::move(arguments), timeout},
-             [life = std::weak_ptr(life_), completion = std::move(completion)](const Reply& reply) {
-               if (completion && !life.expired()) completion(reply);
-             });
+             whileAlive(std::move(completion)));
+}
+
+Service::Completion Service::whileAlive(Completion completion) const {
+  return [life = std::weak_ptr(life_), completion = std::move(completion)](const Reply& reply) {
+    if (completion && !life.expired()) completion(reply);
+  };
+}
+
+void Service::askBus(std::string method, Glib::VariantContainerBase arguments,
+                     Completion completion) {
+  bus_->call({kBusName, kBusPath, kBusName, std::move(method), std::move(arguments), kCallTimeout},
+             whileAlive(std::move(completion)));
+}
+
+void Service::find(std::function<void(bool)> handler) {
+  askBus("ListActivatableNames", {}, [this, handler = std::move(handler)](const Reply& reply) {
+    using Names = std::vector<Glib::ustring>;
+    const Names names = read<Names>(reply.values, 0).value_or(Names());
+    if (std::ranges::find(names, Glib::ustring(name_)) != names.end()) return handler(true);
+    askBus("NameHasOwner", arguments(name_), [handler](const Reply& answer) {
+      handler(read<bool>(answer.values, 0).value_or(false));
+    });
+  });
 }
 
 void Service::getProperties(std::string object, std::string interface, PropertiesHandler handler) {

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <memory>
+
+#include "platform/Location.h"
+#include "platform/LocationManager.h"
+#include "platform/MainQueue.h"
+#include "platform/linux/position/PositionProvider.h"
+
+namespace ovinta::platform::linux {
+
+class PositionHub;
+
+/// The location services of this system, whatever provider stands behind them. Nothing is asked
+/// before the first manager is made, and the user's permission is not known before something was
+/// started for the first time; until then services read as off and the permission as not
+/// determined. Destroyed on the main thread.
+class SystemLocationServices : public LocationServices {
+ public:
+  SystemLocationServices(std::shared_ptr<PositionProvider> provider,
+                         std::shared_ptr<MainQueue> mainQueue);
+
+  bool locationServicesEnabled() const override;
+  AuthorizationStatus authorizationStatus() const override;
+  std::unique_ptr<LocationManager> makeLocationManager() override;
+
+ private:
+  const std::shared_ptr<PositionHub> hub_;
+};
+
+}  // namespace ovinta::platform::linux
