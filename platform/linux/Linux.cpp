@@ -1,5 +1,7 @@
 #include "platform/linux/Linux.h"
 
+#include <mutex>
+
 #include "platform/linux/CurlURLSession.h"
 #include "platform/linux/DirectoryBundle.h"
 #include "platform/linux/GLibMainQueue.h"
@@ -14,7 +16,8 @@
 #include "platform/linux/SystemLog.h"
 #include "platform/linux/TextServices.h"
 #include "platform/linux/dbus/Bus.h"
-#include "platform/linux/position/GeoClueProvider.h"
+#include "platform/linux/position/PositionHub.h"
+#include "platform/linux/position/PositionProviders.h"
 #include "platform/standard/Standard.h"
 
 namespace ovinta::platform::linux {
@@ -31,6 +34,30 @@ std::optional<fs::path> dataDirectory(const Options& options, const std::string&
 std::optional<fs::path> settingsFile(const std::optional<fs::path>& directory) {
   if (!directory) return std::nullopt;
   return *directory / "Settings.sqlite";
+}
+
+/// Of the services that were made last, for functions that are given none.
+struct LastLocation {
+  std::mutex mutex;
+  std::weak_ptr<PositionHub> hub;
+  std::shared_ptr<MainQueue> mainQueue;
+};
+
+LastLocation& lastLocation() {
+  static auto* const instance = new LastLocation;
+  return *instance;
+}
+
+std::shared_ptr<PositionHub> makePositionHub(PositionSource source,
+                                             const std::string& applicationID,
+                                             const std::shared_ptr<dbus::Bus>& systemBus,
+                                             const Services& services) {
+  auto hub = std::make_shared<PositionHub>(
+      makePositionProvider(source, applicationID, systemBus, services), services.mainQueue);
+  const std::lock_guard lock(lastLocation().mutex);
+  lastLocation().hub = hub;
+  lastLocation().mainQueue = services.mainQueue;
+  return hub;
 }
 
 }  // namespace
@@ -62,11 +89,17 @@ Services makeServices(const Options& options) {
   const auto systemBus =
       std::make_shared<dbus::Bus>(dbus::systemBusAddress(), services.mainQueue, services.log);
   services.location = std::make_shared<SystemLocationServices>(
-      std::make_shared<GeoClueProvider>(systemBus, services.mainQueue,
-                                        GeoClueProvider::Options{.desktopID = applicationID}),
-      services.mainQueue);
+      makePositionHub(options.positionSource, applicationID, systemBus, services));
   services.device = std::make_shared<SystemDevice>(systemBus, services.mainQueue);
   return services;
+}
+
+void requestLocationAuthorization() {
+  const std::lock_guard lock(lastLocation().mutex);
+  if (!lastLocation().mainQueue) return;
+  lastLocation().mainQueue->async([weak = lastLocation().hub] {
+    if (const auto hub = weak.lock()) hub->askPermission();
+  });
 }
 
 void applicationDidBecomeActive() {

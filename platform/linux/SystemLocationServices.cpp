@@ -3,13 +3,11 @@
 #include <utility>
 
 #include "platform/linux/SystemLocationManager.h"
-#include "platform/linux/position/PositionHub.h"
 
 namespace ovinta::platform::linux {
 
-SystemLocationServices::SystemLocationServices(std::shared_ptr<PositionProvider> provider,
-                                               std::shared_ptr<MainQueue> mainQueue)
-    : hub_(std::make_shared<PositionHub>(std::move(provider), std::move(mainQueue))) {}
+SystemLocationServices::SystemLocationServices(std::shared_ptr<PositionHub> hub)
+    : hub_(std::move(hub)) {}
 
 bool SystemLocationServices::locationServicesEnabled() const { return hub_->isEnabled(); }
 

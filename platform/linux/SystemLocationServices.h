@@ -2,14 +2,10 @@
 
 #include <memory>
 
-#include "platform/Location.h"
 #include "platform/LocationManager.h"
-#include "platform/MainQueue.h"
-#include "platform/linux/position/PositionProvider.h"
+#include "platform/linux/position/PositionHub.h"
 
 namespace ovinta::platform::linux {
-
-class PositionHub;
 
 /// The location services of this system, whatever provider stands behind them. Nothing is asked
 /// before the first manager is made, and the user's permission is not known before something was
@@ -17,8 +13,7 @@ class PositionHub;
 /// determined. Destroyed on the main thread.
 class SystemLocationServices : public LocationServices {
  public:
-  SystemLocationServices(std::shared_ptr<PositionProvider> provider,
-                         std::shared_ptr<MainQueue> mainQueue);
+  explicit SystemLocationServices(std::shared_ptr<PositionHub> hub);
 
   bool locationServicesEnabled() const override;
   AuthorizationStatus authorizationStatus() const override;

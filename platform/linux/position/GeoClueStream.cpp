@@ -1,10 +1,9 @@
 #include "platform/linux/position/GeoClueStream.h"
 
-#include <algorithm>
 #include <cstdint>
-#include <limits>
 #include <utility>
 
+#include "platform/linux/position/DistanceThreshold.h"
 #include "platform/linux/position/PositionProperties.h"
 
 namespace ovinta::platform::linux {
@@ -16,12 +15,6 @@ constexpr const char* kClient = "org.freedesktop.GeoClue2.Client";
 constexpr const char* kLocation = "org.freedesktop.GeoClue2.Location";
 /// As exact as the device can. With less, a receiver of satellites is not asked at all.
 constexpr std::uint32_t kExact = 8;
-
-std::uint32_t threshold(double metres) {
-  if (!(metres > 0)) return 0;
-  return static_cast<std::uint32_t>(
-      std::min<double>(metres, std::numeric_limits<std::uint32_t>::max()));
-}
 
 /// What a failure to get a client, or to start it, says. All refusals have one name.
 PositionAccess accessAfter(const dbus::Failure& failure) {
@@ -48,12 +41,12 @@ GeoClueStream::GeoClueStream(std::shared_ptr<dbus::Bus> systemBus,
                              std::shared_ptr<MainQueue> mainQueue, Settings settings,
                              PositionHandlers handlers)
     : bus_(std::move(systemBus)),
-      mainQueue_(std::move(mainQueue)),
       settings_(std::move(settings)),
       handlers_(std::move(handlers)),
-      presence_(bus_, kGeoClueName) {
-  presence_.onPresence(true, [this](bool isPresent) { notePresence(isPresent); });
-  create();
+      attempts_(
+          bus_, std::move(mainQueue), {kGeoClueName, settings_.retryInterval}, [this] { create(); },
+          [this] { forgetClient(); }) {
+  attempts_.begin();
 }
 
 GeoClueStream::~GeoClueStream() {
@@ -62,26 +55,12 @@ GeoClueStream::~GeoClueStream() {
   deleteClient(*bus_, client_);
 }
 
-void GeoClueStream::notePresence(bool isPresent) {
-  if (isPresent) {
-    if (wasAbsent_ && step_ == Step::waiting) create();
-    return;
-  }
-  wasAbsent_ = true;
-  // The calls of the other steps fail by themselves.
-  if (step_ != Step::started) return;
-  forgetClient();
-  create();
-}
-
 void GeoClueStream::forgetClient() {
   service_ = nullptr;
   client_.clear();
-  step_ = Step::waiting;
 }
 
 void GeoClueStream::create() {
-  step_ = Step::creating;
   auto call = managerCall("CreateClient", {});
   call.timeout = settings_.answerTimeout;
   bus_->call(std::move(call), [this, weak = std::weak_ptr(bus_),
@@ -99,7 +78,6 @@ void GeoClueStream::create() {
 }
 
 void GeoClueStream::use(std::string client) {
-  step_ = Step::starting;
   client_ = std::move(client);
   service_ = std::make_unique<dbus::Service>(bus_, kGeoClueName);
   service_->onSignal(client_, kClient, "LocationUpdated",
@@ -114,7 +92,7 @@ void GeoClueStream::use(std::string client) {
   setThreshold();
   service_->call(client_, kClient, "Start", {}, [this](const dbus::Reply& reply) {
     if (reply.failure) return failed(*reply.failure);
-    step_ = Step::started;
+    attempts_.succeeded();
     report(settings_.granted);
   });
 }
@@ -124,19 +102,13 @@ void GeoClueStream::failed(const dbus::Failure& failure) {
   forgetClient();
   const PositionAccess access = accessAfter(failure);
   // A refusal is final, to insist might ask the user again; a service that comes is noticed.
-  if (access != PositionAccess::denied && failure.name != dbus::kServiceUnknown) retryLater();
+  attempts_.failed(access != PositionAccess::denied && failure.name != dbus::kServiceUnknown);
   report(access);
-}
-
-void GeoClueStream::retryLater() {
-  mainQueue_->asyncAfter(settings_.retryInterval, [this, life = std::weak_ptr(life_)] {
-    if (!life.expired() && step_ == Step::waiting) create();
-  });
 }
 
 void GeoClueStream::noteActive(bool isActive) {
   // The user's switch; at the start the answer to it tells the same.
-  if (step_ == Step::started) report(isActive ? settings_.granted : PositionAccess::off);
+  if (attempts_.hasSucceeded()) report(isActive ? settings_.granted : PositionAccess::off);
 }
 
 void GeoClueStream::update(const dbus::Signal& signal) {
@@ -156,7 +128,7 @@ void GeoClueStream::setDistanceFilter(double metres) {
 
 void GeoClueStream::setThreshold() {
   service_->setProperty(client_, kClient, "DistanceThreshold",
-                        dbus::write(threshold(settings_.distanceFilter)));
+                        dbus::write(distanceThreshold(settings_.distanceFilter)));
 }
 
 void GeoClueStream::report(PositionAccess access) {

@@ -7,6 +7,7 @@
 #include "platform/MainQueue.h"
 #include "platform/linux/dbus/Service.h"
 #include "platform/linux/position/PositionProvider.h"
+#include "platform/linux/position/ServiceAttempts.h"
 
 namespace ovinta::platform::linux {
 
@@ -33,31 +34,23 @@ class GeoClueStream : public PositionStream {
   void setDistanceFilter(double metres) override;
 
  private:
-  enum class Step { waiting, creating, starting, started };
-
   void create();
   void use(std::string client);
   void failed(const dbus::Failure& failure);
   void forgetClient();
-  void retryLater();
-  void notePresence(bool isPresent);
   void noteActive(bool isActive);
   void update(const dbus::Signal& signal);
   void setThreshold();
   void report(PositionAccess access);
 
   const std::shared_ptr<dbus::Bus> bus_;
-  const std::shared_ptr<MainQueue> mainQueue_;
   Settings settings_;
   const PositionHandlers handlers_;
-  Step step_ = Step::waiting;
   /// The path of the client; empty while there is none.
   std::string client_;
-  bool wasAbsent_ = false;
-  /// Knows whether GeoClue is there.
-  dbus::Service presence_;
-  /// Knows the present client; null while there is none.
+  /// Hears of the client; null while there is none.
   std::unique_ptr<dbus::Service> service_;
+  ServiceAttempts attempts_;
   /// Expires with the stream.
   const std::shared_ptr<bool> life_ = std::make_shared<bool>(true);
 };

@@ -47,6 +47,12 @@ void PositionHub::findService() {
   });
 }
 
+void PositionHub::askPermission() {
+  // Nobody looks at these positions: the filter keeps them few.
+  constexpr double kFilterMetres = 500;
+  if (!question_) question_ = open(kFilterMetres, [](const Location&) {});
+}
+
 std::unique_ptr<PositionStream> PositionHub::open(double distanceFilter,
                                                   std::function<void(const Location&)> onLocation) {
   const auto whileAlive = [life = std::weak_ptr(life_)](auto action) {
@@ -59,10 +65,13 @@ std::unique_ptr<PositionStream> PositionHub::open(double distanceFilter,
       {.onLocation = whileAlive([this, onLocation = std::move(onLocation)](const Location& found) {
          if (isAuthorized(status())) onLocation(found);
        }),
-       .onAccess = whileAlive([this](PositionAccess access) {
-         hasBeenTold_ = true;
-         note(access);
-       })});
+       .onAccess = whileAlive([this](PositionAccess access) { noteAnswer(access); })});
+}
+
+void PositionHub::noteAnswer(PositionAccess access) {
+  hasBeenTold_ = true;
+  if (access != PositionAccess::undecided) question_ = nullptr;
+  note(access);
 }
 
 void PositionHub::onStatusChanged(std::weak_ptr<void> owner, std::function<void()> handler) {

@@ -24,6 +24,10 @@ class PositionHub {
   /// Finds out at the first call whether there is a service.
   void findService();
 
+  /// Asks for the permission, and follows the position just until there is an answer.
+  /// `onStatusChanged` tells it. While an answer is awaited, further calls do nothing.
+  void askPermission();
+
   /// Positions, while the permission lasts. `onLocation` is called as `PositionHandlers` say.
   std::unique_ptr<PositionStream> open(double distanceFilter,
                                        std::function<void(const Location&)> onLocation);
@@ -39,12 +43,14 @@ class PositionHub {
     std::function<void()> handler;
   };
 
+  void noteAnswer(PositionAccess access);
   void note(PositionAccess access);
 
   const std::shared_ptr<PositionProvider> provider_;
   const std::shared_ptr<MainQueue> mainQueue_;
   /// Absent at first, when nobody has been asked.
   std::atomic<PositionAccess> access_ = PositionAccess::absent;
+  std::unique_ptr<PositionStream> question_;
   bool hasLooked_ = false;
   bool hasBeenTold_ = false;
   std::vector<Observer> observers_;

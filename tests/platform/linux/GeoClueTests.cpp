@@ -36,16 +36,6 @@ class GeoClueTest : public testing::Test {
  protected:
   GeoClueTest() { manager_->setDelegate(&delegate_); }
 
-  std::unique_ptr<SystemLocationServices> makeServices() {
-    return std::make_unique<SystemLocationServices>(
-        std::make_shared<GeoClueProvider>(
-            bus_, time_.mainQueue(),
-            GeoClueProvider::Options{.desktopID = "org.example.app",
-                                     .configuration = folder_.path() / "geoclue.conf",
-                                     .answerTimeout = 50ms}),
-        time_.mainQueue());
-  }
-
   template <class Condition>
   void waitUntil(Condition condition) {
     ASSERT_TRUE(time_.waitUntil(condition, 10s));
@@ -68,7 +58,15 @@ class GeoClueTest : public testing::Test {
   std::shared_ptr<dbus::Bus> bus_ = std::make_shared<dbus::Bus>(
       daemon_.address(), time_.mainQueue(), std::make_shared<test::RecordingLog>());
   Delegate delegate_;
-  std::unique_ptr<SystemLocationServices> services_ = makeServices();
+  std::shared_ptr<PositionHub> hub_ = std::make_shared<PositionHub>(
+      std::make_shared<GeoClueProvider>(
+          bus_, time_.mainQueue(),
+          GeoClueProvider::Options{.desktopID = "org.example.app",
+                                   .configuration = folder_.path() / "geoclue.conf",
+                                   .answerTimeout = 50ms}),
+      time_.mainQueue());
+  std::unique_ptr<SystemLocationServices> services_ =
+      std::make_unique<SystemLocationServices>(hub_);
   std::unique_ptr<LocationManager> manager_ = services_->makeLocationManager();
 };
 
@@ -155,6 +153,15 @@ TEST_F(GeoClueTest, RefusalsSetTheStatusAndEndWithTheirCause) {
     manager_->stopUpdatingLocation();
   }
   EXPECT_THAT(delegate_.statuses, ElementsAre(0, 1, 4, 2, 4));
+}
+
+TEST_F(GeoClueTest, AskingForThePermissionKeepsNothingRunning) {
+  hub_->askPermission();
+  hub_->askPermission();
+  waitForStatus(4);
+  waitUntil([&] { return geoclue_.service().count("DeleteClient") == 1; });
+  EXPECT_EQ(geoclue_.service().count("CreateClient"), 1U);
+  EXPECT_EQ(geoclue_.clientCount(), 0U);
 }
 
 TEST_F(GeoClueTest, ASystemComponentMayAlwaysFollow) {
