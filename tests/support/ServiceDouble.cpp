@@ -44,8 +44,7 @@ ServiceDouble::ServiceDouble(const PrivateBus& bus, std::string name, const char
           g_dbus_connection_unregister_object(connection_, object.id);
         }
         for (auto* invocation : unanswered_) g_object_unref(invocation);
-        g_dbus_connection_close_sync(connection_, nullptr, nullptr);
-        g_object_unref(connection_);
+        closeConnection();
       }) {
   if (!interfaces_) throw std::invalid_argument("no introspection document");
   context_.post([this] { thread_ = std::this_thread::get_id(); });
@@ -64,6 +63,25 @@ ServiceDouble::~ServiceDouble() {
   // The thread ends before what its handlers use.
   context_.stop();
   g_dbus_node_info_unref(interfaces_);
+}
+
+void ServiceDouble::closeConnection() {
+  // Waits for the last words of the connection, which would otherwise keep it and the context.
+  int awaited = 1;
+  if (!g_dbus_connection_is_closed(connection_)) {
+    ++awaited;
+    g_signal_connect(connection_, "closed",
+                     G_CALLBACK(+[](GDBusConnection*, gboolean, GError*, gpointer count) {
+                       --*static_cast<int*>(count);
+                     }),
+                     &awaited);
+  }
+  g_dbus_connection_close(
+      connection_, nullptr,
+      [](GObject*, GAsyncResult*, gpointer count) { --*static_cast<int*>(count); }, &awaited);
+  while (awaited > 0) g_main_context_iteration(g_main_context_get_thread_default(), TRUE);
+  g_signal_handlers_disconnect_by_data(connection_, &awaited);
+  g_object_unref(connection_);
 }
 
 void ServiceDouble::sync(const std::function<void()>& task) {

@@ -78,6 +78,7 @@ class ServiceDouble {
   };
 
   void answer(GDBusMethodInvocation* invocation, Call call);
+  void closeConnection();
   void askBus(const char* method, GVariant* arguments);
   static const GDBusInterfaceVTable kTable;
 

@@ -2,6 +2,7 @@
 
 #include <glib-unix.h>
 #include <gps.h>
+#include <sys/select.h>
 
 #include <algorithm>
 #include <cmath>
@@ -59,6 +60,11 @@ GpsdConnection::~GpsdConnection() = default;
 bool GpsdConnection::open(const std::string& host, const std::string& port) {
   session_ = std::make_unique<Session>();
   if (gps_open(host.c_str(), port.c_str(), &session_->data) != 0) return false;
+  // The library would end the process over a descriptor that `select` cannot take.
+  if (session_->data.gps_fd >= FD_SETSIZE) {
+    gps_close(&session_->data);
+    return false;
+  }
   session_->source = g_unix_fd_source_new(session_->data.gps_fd,
                                           static_cast<GIOCondition>(G_IO_IN | G_IO_HUP | G_IO_ERR));
   g_source_set_callback(session_->source,
