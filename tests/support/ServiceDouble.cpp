@@ -6,6 +6,13 @@
 
 namespace ovinta::test {
 
+namespace {
+
+/// Whose thread the present one is, if any double's.
+thread_local const ServiceDouble* currentDouble = nullptr;
+
+}  // namespace
+
 using platform::linux::dbus::Failure;
 using platform::linux::dbus::Properties;
 
@@ -47,7 +54,7 @@ ServiceDouble::ServiceDouble(const PrivateBus& bus, std::string name, const char
         closeConnection();
       }) {
   if (!interfaces_) throw std::invalid_argument("no introspection document");
-  context_.post([this] { thread_ = std::this_thread::get_id(); });
+  context_.post([this] { currentDouble = this; });
   sync([&] {
     connection_ = g_dbus_connection_new_for_address_sync(
         bus.address().c_str(),
@@ -85,7 +92,7 @@ void ServiceDouble::closeConnection() {
 }
 
 void ServiceDouble::sync(const std::function<void()>& task) {
-  if (std::this_thread::get_id() == thread_) return task();
+  if (currentDouble == this) return task();
   std::promise<void> ended;
   context_.post([&] {
     task();

@@ -29,7 +29,7 @@ void Service::onPropertiesChanged(std::string object, std::string interface,
                                   ChangeHandler handler) {
   onSignal(std::move(object), kProperties, "PropertiesChanged",
            [interface = std::move(interface), handler = std::move(handler)](const Signal& signal) {
-             if (read<Glib::ustring>(signal.arguments, 0) != Glib::ustring(interface)) return;
+             if (read<Glib::ustring>(signal.arguments, 0).value_or("").raw() != interface) return;
              if (const auto changed = read<Properties>(signal.arguments, 1)) {
                handler(signal.object, *changed);
              }
@@ -60,7 +60,8 @@ void Service::find(std::function<void(bool)> handler) {
   askBus("ListActivatableNames", {}, [this, handler = std::move(handler)](const Reply& reply) {
     using Names = std::vector<Glib::ustring>;
     const Names names = read<Names>(reply.values, 0).value_or(Names());
-    if (std::ranges::find(names, Glib::ustring(name_)) != names.end()) return handler(true);
+    const auto isName = [this](const Glib::ustring& name) { return name.raw() == name_; };
+    if (std::ranges::any_of(names, isName)) return handler(true);
     askBus("NameHasOwner", arguments(name_), [handler](const Reply& answer) {
       handler(read<bool>(answer.values, 0).value_or(false));
     });

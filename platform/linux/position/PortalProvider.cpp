@@ -126,7 +126,8 @@ void PortalStream::applyFilter() {
 }
 
 void PortalStream::noteUpdate(const dbus::Signal& signal) {
-  if (dbus::read<dbus::ObjectPath>(signal.arguments, 0) != dbus::ObjectPath(session_)) return;
+  const auto session = dbus::read<dbus::ObjectPath>(signal.arguments, 0);
+  if (!session || session->raw() != session_) return;
   const auto properties = dbus::read<dbus::Properties>(signal.arguments, 1);
   const auto location = properties ? readPosition(*properties) : std::nullopt;
   const auto handler = handlers_.onLocation;
