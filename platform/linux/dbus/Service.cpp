@@ -68,7 +68,8 @@ void Service::find(std::function<void(bool)> handler) {
   });
 }
 
-void Service::getProperties(std::string object, std::string interface, PropertiesHandler handler) {
+void Service::getProperties(std::string object, const std::string& interface,
+                            PropertiesHandler handler) {
   call(std::move(object), kProperties, "GetAll", arguments(interface),
        [handler = std::move(handler)](const Reply& reply) {
          handler(read<Properties>(reply.values, 0).value_or(Properties()));

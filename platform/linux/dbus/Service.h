@@ -43,7 +43,7 @@ class Service {
             std::chrono::milliseconds timeout = kCallTimeout);
 
   /// Reads all properties of an interface; after a failure there are none.
-  void getProperties(std::string object, std::string interface, PropertiesHandler handler);
+  void getProperties(std::string object, const std::string& interface, PropertiesHandler handler);
 
   void setProperty(std::string object, const std::string& interface, const char* property,
                    const Glib::VariantBase& value, Completion completion = {});

@@ -108,6 +108,10 @@ TEST_F(GeoClueTest, FollowsThePositionFromStartToStop) {
   waitUntil([&] { return geoclue_.clientCount() == 0; });
   EXPECT_EQ(delegate_.locations.size(), 4U);
   EXPECT_EQ(geoclue_.service().count("Stop"), 1U);
+  const auto calls = geoclue_.service().calls();
+  time_.advance(1min);
+  EXPECT_EQ(time_.pendingTaskCount(), 0U);
+  EXPECT_EQ(geoclue_.service().calls(), calls) << "idle again";
   EXPECT_EQ(services_->authorizationStatus(), 4);
   EXPECT_THAT(delegate_.statuses, ElementsAre(0, 4));
 }
