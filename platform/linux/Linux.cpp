@@ -1,5 +1,7 @@
 #include "platform/linux/Linux.h"
 
+#include <mutex>
+
 #include "platform/linux/CurlURLSession.h"
 #include "platform/linux/DirectoryBundle.h"
 #include "platform/linux/GLibMainQueue.h"
@@ -10,10 +12,12 @@
 #include "platform/linux/StoredUserNotificationCenter.h"
 #include "platform/linux/SystemClock.h"
 #include "platform/linux/SystemDevice.h"
+#include "platform/linux/SystemLocationServices.h"
 #include "platform/linux/SystemLog.h"
 #include "platform/linux/TextServices.h"
-#include "platform/linux/UnavailableLocationServices.h"
 #include "platform/linux/dbus/Bus.h"
+#include "platform/linux/position/PositionHub.h"
+#include "platform/linux/position/PositionProviders.h"
 #include "platform/standard/Standard.h"
 
 namespace ovinta::platform::linux {
@@ -46,6 +50,30 @@ std::shared_ptr<UserNotificationCenter> makeUserNotifications(
                                                         std::move(setup));
 }
 
+/// Of the services that were made last, for functions that are given none.
+struct LastLocation {
+  std::mutex mutex;
+  std::weak_ptr<PositionHub> hub;
+  std::shared_ptr<MainQueue> mainQueue;
+};
+
+LastLocation& lastLocation() {
+  static auto* const instance = new LastLocation;
+  return *instance;
+}
+
+std::shared_ptr<PositionHub> makePositionHub(PositionSource source,
+                                             const std::string& applicationID,
+                                             const std::shared_ptr<dbus::Bus>& systemBus,
+                                             const Services& services) {
+  auto hub = std::make_shared<PositionHub>(
+      makePositionProvider(source, applicationID, systemBus, services), services.mainQueue);
+  const std::lock_guard lock(lastLocation().mutex);
+  lastLocation().hub = hub;
+  lastLocation().mainQueue = services.mainQueue;
+  return hub;
+}
+
 }  // namespace
 
 Services makeServices(const Options& options) {
@@ -71,12 +99,21 @@ Services makeServices(const Options& options) {
   services.urlSession = std::make_shared<CurlURLSession>();
   services.persistentContainers = std::make_shared<SQLitePersistentContainerFactory>(directory);
   services.geodesy = makeGeodesy();
-  services.location = std::make_shared<UnavailableLocationServices>(services.mainQueue);
   const auto systemBus =
       std::make_shared<dbus::Bus>(dbus::systemBusAddress(), services.mainQueue, services.log);
+  services.location = std::make_shared<SystemLocationServices>(
+      makePositionHub(options.positionSource, applicationID, systemBus, services));
   services.device = std::make_shared<SystemDevice>(systemBus, services.mainQueue);
   services.userNotifications = makeUserNotifications(options, applicationID, directory, services);
   return services;
+}
+
+void requestLocationAuthorization() {
+  const std::lock_guard lock(lastLocation().mutex);
+  if (!lastLocation().mainQueue) return;
+  lastLocation().mainQueue->async([weak = lastLocation().hub] {
+    if (const auto hub = weak.lock()) hub->askPermission();
+  });
 }
 
 void applicationDidBecomeActive() {

@@ -12,11 +12,22 @@
 
 namespace ovinta::platform::linux {
 
+/// Which of the system's services knows the position.
+enum class PositionSource {
+  /// `portal` inside a Flatpak sandbox, otherwise `geoclue`.
+  automatic,
+  /// GeoClue 2.
+  geoclue,
+  /// The location portal, which asks the user.
+  portal,
+  /// gpsd on this machine, which lets everybody in; for units without GeoClue.
+  gpsd
+};
+
 /// What the Linux implementation needs to know of the application. Absent fields take the default.
 struct Options {
-  /// Names the application's own directory below the data directory, and the application that
-  /// notifications come from, best as its desktop file does. Default: the name of the
-  /// executable.
+  /// Names the application's own directory below the data directory, and the application to the
+  /// services that know it by its desktop file. Default: the name of the executable.
   std::optional<std::string> applicationID = {};
   /// Where the application's resources and its `Info.json` lie. Default: the directory of the
   /// executable.
@@ -24,6 +35,7 @@ struct Options {
   /// Where settings, orders and pending notifications are kept. Default: `$XDG_DATA_HOME`, else
   /// `$HOME/.local/share`, and below it `<application id>/OvintaSDK`.
   std::optional<std::filesystem::path> dataDirectory = {};
+  PositionSource positionSource = PositionSource::automatic;
   /// Called on the main queue with the user info of each notification that the user clicks; of one
   /// that was shown while the application did not run, at the next start or when the application
   /// says that it became active. Default: nobody is told.
@@ -46,6 +58,12 @@ OVINTA_EXPORT void runMainLoop();
 
 /// Has `runMainLoop` return after the task in progress. May be called from any thread.
 OVINTA_EXPORT void quitMainLoop();
+
+/// Asks for the permission to follow the user, as the application does before it expects the
+/// library to: on Linux nobody has an answer before something follows the position for the first
+/// time. The position is followed just until there is one, which may take as long as the user does.
+/// May be called from any thread, after `makeServices`.
+OVINTA_EXPORT void requestLocationAuthorization();
 
 /// To be called by the application whenever it comes to the foreground: Linux has no event of its
 /// own for that. Posts `kApplicationDidBecomeActive` on the calling thread, which may be any.

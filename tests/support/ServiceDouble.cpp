@@ -6,6 +6,13 @@
 
 namespace ovinta::test {
 
+namespace {
+
+/// Whose thread the present one is, if any double's.
+thread_local const ServiceDouble* currentDouble = nullptr;
+
+}  // namespace
+
 using platform::linux::dbus::Failure;
 using platform::linux::dbus::Properties;
 
@@ -44,11 +51,10 @@ ServiceDouble::ServiceDouble(const PrivateBus& bus, std::string name, const char
           g_dbus_connection_unregister_object(connection_, object.id);
         }
         for (auto* invocation : unanswered_) g_object_unref(invocation);
-        g_dbus_connection_close_sync(connection_, nullptr, nullptr);
-        g_object_unref(connection_);
+        closeConnection();
       }) {
   if (!interfaces_) throw std::invalid_argument("no introspection document");
-  context_.post([this] { thread_ = std::this_thread::get_id(); });
+  context_.post([this] { currentDouble = this; });
   sync([&] {
     connection_ = g_dbus_connection_new_for_address_sync(
         bus.address().c_str(),
@@ -66,8 +72,27 @@ ServiceDouble::~ServiceDouble() {
   g_dbus_node_info_unref(interfaces_);
 }
 
+void ServiceDouble::closeConnection() {
+  // Waits for the last words of the connection, which would otherwise keep it and the context.
+  int awaited = 1;
+  if (!g_dbus_connection_is_closed(connection_)) {
+    ++awaited;
+    g_signal_connect(connection_, "closed",
+                     G_CALLBACK(+[](GDBusConnection*, gboolean, GError*, gpointer count) {
+                       --*static_cast<int*>(count);
+                     }),
+                     &awaited);
+  }
+  g_dbus_connection_close(
+      connection_, nullptr,
+      [](GObject*, GAsyncResult*, gpointer count) { --*static_cast<int*>(count); }, &awaited);
+  while (awaited > 0) g_main_context_iteration(g_main_context_get_thread_default(), TRUE);
+  g_signal_handlers_disconnect_by_data(connection_, &awaited);
+  g_object_unref(connection_);
+}
+
 void ServiceDouble::sync(const std::function<void()>& task) {
-  if (std::this_thread::get_id() == thread_) return task();
+  if (currentDouble == this) return task();
   std::promise<void> ended;
   context_.post([&] {
     task();

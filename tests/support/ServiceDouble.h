@@ -6,7 +6,6 @@
 #include <map>
 #include <optional>
 #include <string>
-#include <thread>
 #include <utility>
 #include <variant>
 #include <vector>
@@ -78,6 +77,7 @@ class ServiceDouble {
   };
 
   void answer(GDBusMethodInvocation* invocation, Call call);
+  void closeConnection();
   void askBus(const char* method, GVariant* arguments);
   static const GDBusInterfaceVTable kTable;
 
@@ -88,7 +88,6 @@ class ServiceDouble {
   std::map<std::pair<std::string, std::string>, Object> objects_;
   std::vector<std::string> calls_;
   std::vector<GDBusMethodInvocation*> unanswered_;
-  std::thread::id thread_;
   platform::linux::dbus::ContextThread context_;
 };
 

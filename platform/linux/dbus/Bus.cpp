@@ -46,14 +46,16 @@ Bus::Bus(std::string address, std::shared_ptr<MainQueue> mainQueue, std::shared_
 Bus::~Bus() = default;
 
 void Bus::call(MethodCall call, std::function<void(Reply)> completion) {
+  // Moved from hand to hand, so that what the completion holds is let go on the main thread.
   auto answer = [queue = mainQueue_, life = std::weak_ptr(life_),
-                 completion = std::move(completion)](Reply reply) {
-    queue->async([life, completion, reply = std::move(reply)] {
+                 completion = std::move(completion)](Reply reply) mutable {
+    queue->async([life, completion = std::move(completion), reply = std::move(reply)] {
       if (!life.expired()) completion(reply);
     });
   };
-  thread_.post(
-      [this, call = std::move(call), answer = std::move(answer)] { link_.call(call, answer); });
+  thread_.post([this, call = std::move(call), answer = std::move(answer)]() mutable {
+    link_.call(std::move(call), std::move(answer));
+  });
 }
 
 std::unique_ptr<Bus::Registration> Bus::subscribe(SignalMatch match,

@@ -32,8 +32,8 @@ class Bus {
   Bus(const Bus&) = delete;
   Bus& operator=(const Bus&) = delete;
 
-  /// Calls `completion` once, at the latest after the call's time limit. Starts the service if the
-  /// bus knows how.
+  /// Calls `completion` once, at the latest after the call's time limit. It must not own the bus.
+  /// Starts the service if the bus knows how.
   void call(MethodCall call, std::function<void(Reply)> completion);
 
   /// Keeps a handler registered until it is destroyed, on the main thread and before the bus.

@@ -42,6 +42,8 @@ BusLink::BusLink(std::string address, std::shared_ptr<Log> log)
 BusLink::~BusLink() { g_object_unref(cancellable_); }
 
 void BusLink::needConnection() {
+  // Its end may not have been told yet.
+  if (connection_ && g_dbus_connection_is_closed(connection_)) lost();
   if (connection_ || deadline_ || isDropped_) return;
   deadline_ = g_timeout_source_new(static_cast<guint>(kCallTimeout.count()));
   // Its own end of the attempt; a link that is dropped ends it through the same object.
@@ -111,8 +113,33 @@ void BusLink::drop() {
   g_cancellable_cancel(cancellable_);
   if (deadline_) g_source_set_ready_time(deadline_, 0);
   while (underWay_ > 0) g_main_context_iteration(g_main_context_get_thread_default(), TRUE);
-  if (connection_) g_dbus_connection_close(connection_, nullptr, nullptr, nullptr);
-  lost();
+  close();
+}
+
+void BusLink::close() {
+  if (!connection_) return;
+  // GLib's last words are awaited, without which the context and the connection would keep each
+  // other for ever; but not for long, since the bus may be stuck.
+  GSource* const limit = g_timeout_source_new_seconds(1);
+  g_source_set_callback(
+      limit,
+      [](gpointer link) -> gboolean {
+        static_cast<BusLink*>(link)->lost();
+        static_cast<BusLink*>(link)->underWay_ = 0;
+        return G_SOURCE_CONTINUE;
+      },
+      this, nullptr);
+  g_source_attach(limit, g_main_context_get_thread_default());
+  ++underWay_;
+  g_dbus_connection_close(
+      connection_, nullptr,
+      [](GObject*, GAsyncResult*, gpointer link) { --static_cast<BusLink*>(link)->underWay_; },
+      this);
+  while (connection_ || underWay_ > 0) {
+    g_main_context_iteration(g_main_context_get_thread_default(), TRUE);
+  }
+  g_source_destroy(limit);
+  g_source_unref(limit);
 }
 
 void BusLink::call(MethodCall call, Completion completion) {

@@ -53,6 +53,7 @@ class BusLink {
   void needConnection();
   void connected(GDBusConnection* connection, const char* failure);
   void lost();
+  void close();
   void add(Key key, std::unique_ptr<Registration> registration);
   void attach(Registration& registration);
   void detach(Registration& registration);

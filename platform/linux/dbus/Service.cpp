@@ -1,11 +1,14 @@
 #include "platform/linux/dbus/Service.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace ovinta::platform::linux::dbus {
 namespace {
 
 constexpr const char* kProperties = "org.freedesktop.DBus.Properties";
+constexpr const char* kBusName = "org.freedesktop.DBus";
+constexpr const char* kBusPath = "/org/freedesktop/DBus";
 
 }  // namespace
 
@@ -26,7 +29,7 @@ void Service::onPropertiesChanged(std::string object, std::string interface,
                                   ChangeHandler handler) {
   onSignal(std::move(object), kProperties, "PropertiesChanged",
            [interface = std::move(interface), handler = std::move(handler)](const Signal& signal) {
-             if (read<Glib::ustring>(signal.arguments, 0) != Glib::ustring(interface)) return;
+             if (read<Glib::ustring>(signal.arguments, 0).value_or("").raw() != interface) return;
              if (const auto changed = read<Properties>(signal.arguments, 1)) {
                handler(signal.object, *changed);
              }
@@ -38,12 +41,35 @@ void Service::call(std::string object, std::string interface, std::string method
                    std::chrono::milliseconds timeout) {
   bus_->call({name_, std::move(object), std::move(interface), std::move(method),
               std::move(arguments), timeout},
-             [life = std::weak_ptr(life_), completion = std::move(completion)](const Reply& reply) {
-               if (completion && !life.expired()) completion(reply);
-             });
+             whileAlive(std::move(completion)));
 }
 
-void Service::getProperties(std::string object, std::string interface, PropertiesHandler handler) {
+Service::Completion Service::whileAlive(Completion completion) const {
+  return [life = std::weak_ptr(life_), completion = std::move(completion)](const Reply& reply) {
+    if (completion && !life.expired()) completion(reply);
+  };
+}
+
+void Service::askBus(std::string method, Glib::VariantContainerBase arguments,
+                     Completion completion) {
+  bus_->call({kBusName, kBusPath, kBusName, std::move(method), std::move(arguments), kCallTimeout},
+             whileAlive(std::move(completion)));
+}
+
+void Service::find(std::function<void(bool)> handler) {
+  askBus("ListActivatableNames", {}, [this, handler = std::move(handler)](const Reply& reply) {
+    using Names = std::vector<Glib::ustring>;
+    const Names names = read<Names>(reply.values, 0).value_or(Names());
+    const auto isName = [this](const Glib::ustring& name) { return name.raw() == name_; };
+    if (std::ranges::any_of(names, isName)) return handler(true);
+    askBus("NameHasOwner", arguments(name_), [handler](const Reply& answer) {
+      handler(read<bool>(answer.values, 0).value_or(false));
+    });
+  });
+}
+
+void Service::getProperties(std::string object, const std::string& interface,
+                            PropertiesHandler handler) {
   call(std::move(object), kProperties, "GetAll", arguments(interface),
        [handler = std::move(handler)](const Reply& reply) {
          handler(read<Properties>(reply.values, 0).value_or(Properties()));

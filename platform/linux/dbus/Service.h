@@ -22,6 +22,9 @@ class Service {
 
   Service(std::shared_ptr<Bus> bus, std::string name);
 
+  /// Tells `handler` once whether the service is there or could be started, which this does not do.
+  void find(std::function<void(bool)> handler);
+
   /// Has `handler` told soon whether the service is there, and at each change. `activates`: the bus
   /// is to start it now if it knows how.
   void onPresence(bool activates, std::function<void(bool)> handler);
@@ -40,12 +43,15 @@ class Service {
             std::chrono::milliseconds timeout = kCallTimeout);
 
   /// Reads all properties of an interface; after a failure there are none.
-  void getProperties(std::string object, std::string interface, PropertiesHandler handler);
+  void getProperties(std::string object, const std::string& interface, PropertiesHandler handler);
 
   void setProperty(std::string object, const std::string& interface, const char* property,
                    const Glib::VariantBase& value, Completion completion = {});
 
  private:
+  void askBus(std::string method, Glib::VariantContainerBase arguments, Completion completion);
+  Completion whileAlive(Completion completion) const;
+
   const std::shared_ptr<Bus> bus_;
   const std::string name_;
   std::vector<std::unique_ptr<Bus::Registration>> registrations_;

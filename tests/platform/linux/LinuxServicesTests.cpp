@@ -11,7 +11,6 @@
 #include "platform/linux/Linux.h"
 #include "platform/linux/PrivateDirectory.h"
 #include "platform/linux/SystemClock.h"
-#include "platform/linux/UnavailableLocationServices.h"
 #include "platform/linux/notifications/NotificationStore.h"
 #include "tests/support/Files.h"
 #include "tests/support/TemporaryDirectory.h"
@@ -103,51 +102,6 @@ TEST(PrivateDirectoryTest, TheDefaultDataDirectoryFollowsTheEnvironment) {
 TEST(PrivateDirectoryTest, AnotherUsersDirectoryIsRefused) {
   if (geteuid() == 0) GTEST_SKIP() << "root may use any directory";
   EXPECT_TRUE(preparePrivateDirectory("/"));
-}
-
-class RecordingDelegate : public LocationManagerDelegate {
- public:
-  void didUpdateLocations(const std::vector<Location>&) override { ADD_FAILURE(); }
-  void didRangeBeacons(const std::vector<RangedBeacon>&, const BeaconRegion&) override {
-    ADD_FAILURE();
-  }
-  void didChangeAuthorizationStatus(AuthorizationStatus status) override {
-    statuses.push_back(status);
-  }
-  std::vector<AuthorizationStatus> statuses;
-};
-
-TEST(UnavailableLocationServicesTest, SaysSoOnceAndKeepsTheRegions) {
-  rememberMainThread();
-  const auto queue = std::make_shared<GLibMainQueue>();
-  UnavailableLocationServices services(queue);
-  EXPECT_FALSE(services.locationServicesEnabled());
-  RecordingDelegate delegate, earlier, orphan;
-  const auto manager = services.makeLocationManager();
-  manager->setDelegate(&earlier);
-  manager->setDelegate(&delegate);
-  {
-    const auto gone = services.makeLocationManager();
-    gone->setDelegate(&orphan);
-  }
-  EXPECT_THAT(delegate.statuses, ElementsAre());
-  queue->async(quitMainLoop);
-  runMainLoop();
-  EXPECT_THAT(delegate.statuses, ElementsAre(services.authorizationStatus()));
-  EXPECT_THAT(earlier.statuses, ElementsAre());
-  EXPECT_THAT(orphan.statuses, ElementsAre());
-
-  const BeaconRegion beacon{.proximityUUID = {}, .major = {}, .minor = {}, .identifier = "one"};
-  for (int i = 0; i < 2; ++i) manager->startRangingBeacons(beacon);
-  EXPECT_THAT(manager->rangedRegions(), ElementsAre(Region(beacon)));
-  manager->stopRangingBeacons(beacon);
-  EXPECT_THAT(manager->rangedRegions(), ElementsAre());
-  CircularRegion circle;
-  circle.identifier = "one";
-  for (const Region& region : {Region(beacon), Region(circle)}) manager->startMonitoring(region);
-  EXPECT_THAT(manager->monitoredRegions(), ElementsAre(Region(circle)));
-  manager->stopMonitoring(beacon);
-  EXPECT_THAT(manager->monitoredRegions(), ElementsAre());
 }
 
 TEST(LinuxServicesTest, AreCompleteAndTouchTheDiskOnlyWhenWrittenTo) {

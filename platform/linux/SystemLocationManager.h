@@ -1,0 +1,59 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "platform/LocationManager.h"
+#include "platform/linux/position/PositionHub.h"
+
+namespace ovinta::platform::linux {
+
+/// A manager of `SystemLocationServices`. Nothing is followed on behalf of monitored regions: a
+/// delegate is not told of them.
+class SystemLocationManager : public LocationManager {
+ public:
+  explicit SystemLocationManager(std::shared_ptr<PositionHub> hub);
+  SystemLocationManager(const SystemLocationManager&) = delete;
+  SystemLocationManager& operator=(const SystemLocationManager&) = delete;
+
+  void setDelegate(LocationManagerDelegate* delegate) override;
+
+  /// No service of this system treats the background apart, nor knows activities, and positions
+  /// are always as exact as the device can.
+  void setAllowsBackgroundLocationUpdates(bool) override {}
+  void setDesiredAccuracy(LocationAccuracy) override {}
+  void setActivityType(ActivityType) override {}
+
+  void setDistanceFilter(double metres) override;
+  void startUpdatingLocation() override;
+  void stopUpdatingLocation() override { updates_ = nullptr; }
+  void startMonitoringSignificantLocationChanges() override;
+  void stopMonitoringSignificantLocationChanges() override { significantChanges_ = nullptr; }
+  void startRangingBeacons(const BeaconRegion& region) override;
+  void stopRangingBeacons(const BeaconRegion& region) override;
+  std::vector<Region> rangedRegions() const override;
+  void startMonitoring(const Region& region) override;
+  void stopMonitoring(const Region& region) override;
+  std::vector<Region> monitoredRegions() const override { return monitored_; }
+
+ private:
+  void tellStatus();
+  void report(const Location& location);
+
+  const std::shared_ptr<PositionHub> hub_;
+  LocationManagerDelegate* delegate_ = nullptr;
+  /// What the delegate has heard last.
+  std::optional<AuthorizationStatus> told_;
+  double distanceFilter_ = 0;
+  std::optional<Location> lastReported_;
+  /// Each is there while it runs.
+  std::unique_ptr<PositionStream> updates_;
+  std::unique_ptr<PositionStream> significantChanges_;
+  std::vector<BeaconRegion> ranged_;
+  std::vector<Region> monitored_;
+  /// Expires with the manager.
+  const std::shared_ptr<bool> life_ = std::make_shared<bool>(true);
+};
+
+}  // namespace ovinta::platform::linux

@@ -1,0 +1,21 @@
+#include "platform/linux/SystemLocationServices.h"
+
+#include <utility>
+
+#include "platform/linux/SystemLocationManager.h"
+
+namespace ovinta::platform::linux {
+
+SystemLocationServices::SystemLocationServices(std::shared_ptr<PositionHub> hub)
+    : hub_(std::move(hub)) {}
+
+bool SystemLocationServices::locationServicesEnabled() const { return hub_->isEnabled(); }
+
+AuthorizationStatus SystemLocationServices::authorizationStatus() const { return hub_->status(); }
+
+std::unique_ptr<LocationManager> SystemLocationServices::makeLocationManager() {
+  hub_->findService();
+  return std::make_unique<SystemLocationManager>(hub_);
+}
+
+}  // namespace ovinta::platform::linux

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <memory>
+
+#include "platform/LocationManager.h"
+#include "platform/linux/position/PositionHub.h"
+
+namespace ovinta::platform::linux {
+
+/// The location services of this system, whatever provider stands behind them. Nothing is asked
+/// before the first manager is made, and the user's permission is not known before something was
+/// started for the first time; until then services read as off and the permission as not
+/// determined. Destroyed on the main thread.
+class SystemLocationServices : public LocationServices {
+ public:
+  explicit SystemLocationServices(std::shared_ptr<PositionHub> hub);
+
+  bool locationServicesEnabled() const override;
+  AuthorizationStatus authorizationStatus() const override;
+  std::unique_ptr<LocationManager> makeLocationManager() override;
+
+ private:
+  const std::shared_ptr<PositionHub> hub_;
+};
+
+}  // namespace ovinta::platform::linux

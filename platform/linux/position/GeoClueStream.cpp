@@ -1,0 +1,139 @@
+#include "platform/linux/position/GeoClueStream.h"
+
+#include <cstdint>
+#include <utility>
+
+#include "platform/linux/position/DistanceThreshold.h"
+#include "platform/linux/position/PositionProperties.h"
+
+namespace ovinta::platform::linux {
+namespace {
+
+constexpr const char* kManagerPath = "/org/freedesktop/GeoClue2/Manager";
+constexpr const char* kManager = "org.freedesktop.GeoClue2.Manager";
+constexpr const char* kClient = "org.freedesktop.GeoClue2.Client";
+constexpr const char* kLocation = "org.freedesktop.GeoClue2.Location";
+/// As exact as the device can. With less, a receiver of satellites is not asked at all.
+constexpr std::uint32_t kExact = 8;
+
+/// What a failure to get a client, or to start it, says. All refusals have one name.
+PositionAccess accessAfter(const dbus::Failure& failure) {
+  if (failure.name == dbus::kAccessDenied) {
+    return failure.message.starts_with("Geolocation disabled") ? PositionAccess::off
+                                                               : PositionAccess::denied;
+  }
+  return failure.name == dbus::kNoReply ? PositionAccess::undecided : PositionAccess::absent;
+}
+
+dbus::MethodCall managerCall(const char* method, Glib::VariantContainerBase arguments) {
+  return {kGeoClueName, kManagerPath, kManager, method, std::move(arguments)};
+}
+
+/// Nobody waits for the answer.
+void deleteClient(dbus::Bus& bus, const std::string& client) {
+  bus.call(managerCall("DeleteClient", dbus::arguments(dbus::ObjectPath(client))),
+           [](const auto&) {});
+}
+
+}  // namespace
+
+GeoClueStream::GeoClueStream(std::shared_ptr<dbus::Bus> systemBus,
+                             std::shared_ptr<MainQueue> mainQueue, Settings settings,
+                             PositionHandlers handlers)
+    : bus_(std::move(systemBus)),
+      settings_(std::move(settings)),
+      handlers_(std::move(handlers)),
+      attempts_(
+          bus_, std::move(mainQueue), {kGeoClueName, settings_.retryInterval}, [this] { create(); },
+          [this] { forgetClient(); }) {
+  attempts_.begin();
+}
+
+GeoClueStream::~GeoClueStream() {
+  if (client_.empty()) return;
+  service_->call(client_, kClient, "Stop", {}, {});
+  deleteClient(*bus_, client_);
+}
+
+void GeoClueStream::forgetClient() {
+  service_ = nullptr;
+  client_.clear();
+}
+
+void GeoClueStream::create() {
+  auto call = managerCall("CreateClient", {});
+  call.timeout = settings_.answerTimeout;
+  bus_->call(std::move(call), [this, weak = std::weak_ptr(bus_),
+                               life = std::weak_ptr(life_)](const dbus::Reply& reply) {
+    const auto path = dbus::read<dbus::ObjectPath>(reply.values, 0);
+    if (life.expired()) {
+      const auto bus = weak.lock();
+      if (path && bus) deleteClient(*bus, path->raw());
+    } else if (path) {
+      use(path->raw());
+    } else {
+      failed(reply.failure.value_or(dbus::Failure{}));
+    }
+  });
+}
+
+void GeoClueStream::use(std::string client) {
+  client_ = std::move(client);
+  service_ = std::make_unique<dbus::Service>(bus_, kGeoClueName);
+  service_->onSignal(client_, kClient, "LocationUpdated",
+                     [this](const dbus::Signal& signal) { update(signal); });
+  service_->onPropertiesChanged(client_, kClient,
+                                [this](const std::string&, const dbus::Properties& changed) {
+                                  if (const auto isActive = dbus::read<bool>(changed, "Active"))
+                                    noteActive(*isActive);
+                                });
+  service_->setProperty(client_, kClient, "DesktopId", dbus::write(settings_.desktopID));
+  service_->setProperty(client_, kClient, "RequestedAccuracyLevel", dbus::write(kExact));
+  setThreshold();
+  service_->call(client_, kClient, "Start", {}, [this](const dbus::Reply& reply) {
+    if (reply.failure) return failed(*reply.failure);
+    attempts_.succeeded();
+    report(settings_.granted);
+  });
+}
+
+void GeoClueStream::failed(const dbus::Failure& failure) {
+  if (!client_.empty()) deleteClient(*bus_, client_);
+  forgetClient();
+  const PositionAccess access = accessAfter(failure);
+  // A refusal is final, to insist might ask the user again; a service that comes is noticed.
+  attempts_.failed(access != PositionAccess::denied && failure.name != dbus::kServiceUnknown);
+  report(access);
+}
+
+void GeoClueStream::noteActive(bool isActive) {
+  // The user's switch; at the start the answer to it tells the same.
+  if (attempts_.hasSucceeded()) report(isActive ? settings_.granted : PositionAccess::off);
+}
+
+void GeoClueStream::update(const dbus::Signal& signal) {
+  const auto path = dbus::read<dbus::ObjectPath>(signal.arguments, 1);
+  if (!path) return;
+  service_->getProperties(path->raw(), kLocation, [this](const dbus::Properties& properties) {
+    const auto location = readPosition(properties);
+    // A copy: the handler may destroy this.
+    const auto handler = handlers_.onLocation;
+    if (location) handler(*location);
+  });
+}
+
+void GeoClueStream::setDistanceFilter(double metres) {
+  if (std::exchange(settings_.distanceFilter, metres) != metres && service_) setThreshold();
+}
+
+void GeoClueStream::setThreshold() {
+  service_->setProperty(client_, kClient, "DistanceThreshold",
+                        dbus::write(distanceThreshold(settings_.distanceFilter)));
+}
+
+void GeoClueStream::report(PositionAccess access) {
+  const auto handler = handlers_.onAccess;
+  handler(access);
+}
+
+}  // namespace ovinta::platform::linux

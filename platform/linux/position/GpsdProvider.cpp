@@ -1,0 +1,104 @@
+#include "platform/linux/position/GpsdProvider.h"
+
+#include <optional>
+#include <utility>
+
+#include "platform/linux/dbus/ContextThread.h"
+#include "platform/linux/position/GpsdConnection.h"
+
+namespace ovinta::platform::linux {
+namespace {
+
+class GpsdStream : public PositionStream {
+ public:
+  GpsdStream(std::shared_ptr<MainQueue> mainQueue, std::shared_ptr<Geodesy> geodesy,
+             GpsdProvider::Options options, double distanceFilter, PositionHandlers handlers)
+      : mainQueue_(std::move(mainQueue)),
+        geodesy_(std::move(geodesy)),
+        options_(std::move(options)),
+        handlers_(std::move(handlers)),
+        distanceFilter_(distanceFilter) {
+    thread_.post([this] { connect(); });
+  }
+
+  void setDistanceFilter(double metres) override { distanceFilter_ = metres; }
+
+ private:
+  // On the thread.
+  void connect();
+  template <class Task>
+  void onMainQueue(Task task);
+
+  // On the main thread.
+  void note(const Location& location);
+  void noteEnd();
+
+  const std::shared_ptr<MainQueue> mainQueue_;
+  const std::shared_ptr<Geodesy> geodesy_;
+  const GpsdProvider::Options options_;
+  const PositionHandlers handlers_;
+  double distanceFilter_;
+  std::optional<Coordinate> lastReported_;
+  /// Expires with the stream.
+  const std::shared_ptr<bool> life_ = std::make_shared<bool>(true);
+  /// Used on the thread alone.
+  GpsdConnection connection_{
+      {.onLocation =
+           [this](const Location& location) { onMainQueue([this, location] { note(location); }); },
+       .onEnd = [this] { onMainQueue([this] { noteEnd(); }); }}};
+  dbus::ContextThread thread_{"ovinta-gpsd", [this] { connection_.close(); }};
+};
+
+template <class Task>
+void GpsdStream::onMainQueue(Task task) {
+  mainQueue_->async([life = std::weak_ptr(life_), task = std::move(task)] {
+    if (!life.expired()) task();
+  });
+}
+
+void GpsdStream::connect() {
+  if (!connection_.open(options_.host, options_.port)) {
+    return onMainQueue([this] { noteEnd(); });
+  }
+  onMainQueue([this] {
+    const auto handler = handlers_.onAccess;
+    handler(PositionAccess::grantedAlways);
+  });
+}
+
+void GpsdStream::note(const Location& location) {
+  const bool isNear =
+      lastReported_ && geodesy_->distance(*lastReported_, location.coordinate) < distanceFilter_;
+  if (isNear) return;
+  lastReported_ = location.coordinate;
+  const auto handler = handlers_.onLocation;
+  handler(location);
+}
+
+void GpsdStream::noteEnd() {
+  mainQueue_->asyncAfter(options_.retryInterval, [this, life = std::weak_ptr(life_)] {
+    if (!life.expired()) thread_.post([this] { connect(); });
+  });
+  const auto handler = handlers_.onAccess;
+  handler(PositionAccess::absent);
+}
+
+}  // namespace
+
+GpsdProvider::GpsdProvider(std::shared_ptr<MainQueue> mainQueue, std::shared_ptr<Geodesy> geodesy,
+                           Options options)
+    : mainQueue_(std::move(mainQueue)),
+      geodesy_(std::move(geodesy)),
+      options_(std::move(options)) {}
+
+void GpsdProvider::findService(std::function<void(bool)> handler) {
+  mainQueue_->async([handler = std::move(handler)] { handler(true); });
+}
+
+std::unique_ptr<PositionStream> GpsdProvider::open(double distanceFilter,
+                                                   PositionHandlers handlers) {
+  return std::make_unique<GpsdStream>(mainQueue_, geodesy_, options_, distanceFilter,
+                                      std::move(handlers));
+}
+
+}  // namespace ovinta::platform::linux

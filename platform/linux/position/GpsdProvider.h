@@ -1,0 +1,34 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "platform/MainQueue.h"
+#include "platform/linux/position/PositionProvider.h"
+
+namespace ovinta::platform::linux {
+
+/// gpsd, which lets everybody in. Each stream is a connection of its own, on a thread of its own.
+class GpsdProvider : public PositionProvider {
+ public:
+  struct Options {
+    std::string host = "localhost";
+    std::string port = "2947";
+    /// From a connection that ended, or could not be made, to the next attempt.
+    TimeInterval retryInterval = std::chrono::seconds(15);
+  };
+
+  GpsdProvider(std::shared_ptr<MainQueue> mainQueue, std::shared_ptr<Geodesy> geodesy,
+               Options options);
+
+  /// Whether gpsd is there shows only when a stream begins; until then it is believed.
+  void findService(std::function<void(bool)> handler) override;
+  std::unique_ptr<PositionStream> open(double distanceFilter, PositionHandlers handlers) override;
+
+ private:
+  const std::shared_ptr<MainQueue> mainQueue_;
+  const std::shared_ptr<Geodesy> geodesy_;
+  const Options options_;
+};
+
+}  // namespace ovinta::platform::linux

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <memory>
+
+#include "platform/MainQueue.h"
+#include "platform/linux/dbus/Service.h"
+#include "platform/linux/position/PositionProvider.h"
+
+namespace ovinta::platform::linux {
+
+/// The location portal, for applications in a sandbox. It asks the user at the first time.
+class PortalProvider : public PositionProvider {
+ public:
+  PortalProvider(std::shared_ptr<dbus::Bus> sessionBus, std::shared_ptr<MainQueue> mainQueue,
+                 TimeInterval retryInterval = std::chrono::seconds(15));
+
+  void findService(std::function<void(bool)> handler) override;
+  std::unique_ptr<PositionStream> open(double distanceFilter, PositionHandlers handlers) override;
+
+ private:
+  const std::shared_ptr<dbus::Bus> bus_;
+  const std::shared_ptr<MainQueue> mainQueue_;
+  const TimeInterval retryInterval_;
+  dbus::Service service_;
+};
+
+}  // namespace ovinta::platform::linux

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+
+#include "platform/Location.h"
+
+#undef linux
+
+namespace ovinta::platform::linux {
+
+/// What a service of the system lets the application know of the position.
+enum class PositionAccess {
+  /// The service is there; it has not said yet.
+  undecided,
+  /// There is no service.
+  absent,
+  /// The user has switched location off for everybody.
+  off,
+  denied,
+  /// As long as the user is aware of it.
+  granted,
+  grantedAlways
+};
+
+/// Called on the main thread, never inside a call of the provider's or the stream's methods. Each
+/// may destroy the stream.
+struct PositionHandlers {
+  std::function<void(const Location&)> onLocation;
+  /// Also when nothing has changed.
+  std::function<void(PositionAccess)> onAccess;
+};
+
+/// Positions that keep coming until the object is destroyed. Whatever goes away and comes back
+/// meanwhile (the service, the permission, somebody to ask for it) is found again by itself.
+class PositionStream {
+ public:
+  virtual ~PositionStream() = default;
+
+  /// Metres to move before the next position comes; zero or less for every one that there is.
+  virtual void setDistanceFilter(double metres) = 0;
+};
+
+/// A service of the system that knows the position. Main thread only.
+class PositionProvider {
+ public:
+  virtual ~PositionProvider() = default;
+
+  /// Whether the system has the service at all, found out without starting it or asking the user.
+  /// `handler` is called once, unless the provider is destroyed.
+  virtual void findService(std::function<void(bool)> handler) = 0;
+
+  /// Asks for the permission by beginning to follow the position.
+  virtual std::unique_ptr<PositionStream> open(double distanceFilter,
+                                               PositionHandlers handlers) = 0;
+};
+
+/// The smallest radius of uncertainty that is believed: services report zero for a good fix.
+inline constexpr double kBestAccuracyMetres = 5;
+
+}  // namespace ovinta::platform::linux

@@ -1,0 +1,35 @@
+#include "platform/linux/position/PositionProviders.h"
+
+#include "platform/linux/position/GeoClueProvider.h"
+#include "platform/linux/position/GpsdProvider.h"
+#include "platform/linux/position/PortalProvider.h"
+
+namespace ovinta::platform::linux {
+
+PositionSource chosenSource(PositionSource source, const std::filesystem::path& sandboxMark) {
+  if (source != PositionSource::automatic) return source;
+  std::error_code error;
+  return exists(sandboxMark, error) ? PositionSource::portal : PositionSource::geoclue;
+}
+
+std::shared_ptr<PositionProvider> makePositionProvider(PositionSource source,
+                                                       const std::string& applicationID,
+                                                       const std::shared_ptr<dbus::Bus>& systemBus,
+                                                       const Services& services) {
+  switch (chosenSource(source)) {
+    case PositionSource::gpsd:
+      return std::make_shared<GpsdProvider>(services.mainQueue, services.geodesy,
+                                            GpsdProvider::Options());
+    case PositionSource::portal:
+      return std::make_shared<PortalProvider>(
+          std::make_shared<dbus::Bus>(dbus::sessionBusAddress(), services.mainQueue, services.log),
+          services.mainQueue);
+    case PositionSource::automatic:
+    case PositionSource::geoclue:
+      break;
+  }
+  return std::make_shared<GeoClueProvider>(systemBus, services.mainQueue,
+                                           GeoClueProvider::Options{.desktopID = applicationID});
+}
+
+}  // namespace ovinta::platform::linux

@@ -1,0 +1,278 @@
+#include <gmock/gmock.h>
+
+#include "platform/linux/SystemLocationServices.h"
+#include "platform/linux/position/GeoClueProvider.h"
+#include "platform/simulation/RecordingLog.h"
+#include "platform/simulation/VirtualTime.h"
+#include "tests/support/Files.h"
+#include "tests/support/GeoClueDouble.h"
+
+namespace ovinta::platform::linux {
+namespace {
+
+using namespace std::chrono_literals;
+using test::GeoClueDouble;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using Mood = GeoClueDouble::Mood;
+
+class Delegate : public LocationManagerDelegate {
+ public:
+  void didUpdateLocations(const std::vector<Location>& found) override {
+    locations.insert(locations.end(), found.begin(), found.end());
+    if (onLocation) onLocation();
+  }
+  void didChangeAuthorizationStatus(AuthorizationStatus status) override {
+    statuses.push_back(status);
+  }
+  void didRangeBeacons(const std::vector<RangedBeacon>&, const BeaconRegion&) override {}
+
+  std::vector<Location> locations;
+  std::vector<AuthorizationStatus> statuses;
+  std::function<void()> onLocation;
+};
+
+class GeoClueTest : public testing::Test {
+ protected:
+  GeoClueTest() { manager_->setDelegate(&delegate_); }
+
+  std::shared_ptr<PositionHub> makeHub(std::chrono::milliseconds answerTimeout) {
+    return std::make_shared<PositionHub>(
+        std::make_shared<GeoClueProvider>(
+            bus_, time_.mainQueue(),
+            GeoClueProvider::Options{.desktopID = "org.example.app",
+                                     .configuration = folder_.path() / "geoclue.conf",
+                                     .answerTimeout = answerTimeout}),
+        time_.mainQueue());
+  }
+
+  template <class Condition>
+  void waitUntil(Condition condition) {
+    ASSERT_TRUE(time_.waitUntil(condition, 10s));
+  }
+  void waitForStatus(AuthorizationStatus status) {
+    waitUntil([&] { return !delegate_.statuses.empty() && delegate_.statuses.back() == status; });
+  }
+  void waitForLocations(std::size_t count) {
+    waitUntil([&] { return delegate_.locations.size() >= count; });
+  }
+  std::optional<std::uint32_t> threshold() {
+    return geoclue_.service().property<std::uint32_t>(geoclue_.lastClient(), GeoClueDouble::kClient,
+                                                      "DistanceThreshold");
+  }
+
+  test::PrivateBus daemon_;
+  test::TemporaryDirectory folder_;
+  simulation::VirtualTime time_{Date{}};
+  GeoClueDouble geoclue_{daemon_};
+  std::shared_ptr<dbus::Bus> bus_ = std::make_shared<dbus::Bus>(
+      daemon_.address(), time_.mainQueue(), std::make_shared<simulation::RecordingLog>());
+  Delegate delegate_;
+  std::shared_ptr<PositionHub> hub_ = makeHub(GeoClueProvider::Options().answerTimeout);
+  std::unique_ptr<SystemLocationServices> services_ =
+      std::make_unique<SystemLocationServices>(hub_);
+  std::unique_ptr<LocationManager> manager_ = services_->makeLocationManager();
+};
+
+TEST_F(GeoClueTest, FollowsThePositionFromStartToStop) {
+  EXPECT_FALSE(services_->locationServicesEnabled()) << "nobody has been asked yet";
+  waitUntil([&] { return services_->locationServicesEnabled(); });
+  EXPECT_EQ(geoclue_.service().calls(), std::vector<std::string>()) << "idle";
+  manager_->setDistanceFilter(30.9);
+  manager_->startUpdatingLocation();
+  manager_->startUpdatingLocation();
+  waitForStatus(4);
+  EXPECT_EQ(services_->authorizationStatus(), 4);
+  EXPECT_EQ(geoclue_.clientCount(), 1U);
+  EXPECT_EQ(threshold(), 30U);
+  EXPECT_EQ(geoclue_.service().property<std::uint32_t>(
+                geoclue_.lastClient(), GeoClueDouble::kClient, "RequestedAccuracyLevel"),
+            8U);
+  manager_->setDistanceFilter(-1);
+  waitUntil([&] { return threshold() == 0U; });
+
+  geoclue_.feed(48.1, 11.5, 12.5, 3.5, 1'700'000'000);
+  geoclue_.feed(-48.1, -11.5, 0, -1, 1'700'000'001);
+  geoclue_.feed(91, 0);
+  geoclue_.feed(0, 0, NAN);
+  geoclue_.feed(1, 2, 20, NAN, ~std::uint64_t{0});
+  waitForLocations(3);
+  const auto at = [](int seconds) { return Date(1'700'000'000s + seconds * 1s + 250ms); };
+  EXPECT_THAT(delegate_.locations, ElementsAre(Location{{48.1, 11.5}, 12.5, 3.5, at(0)},
+                                               Location{{-48.1, -11.5}, 5, -1, at(1)},
+                                               Location{{1, 2}, 20, -1, kDistantPast}));
+
+  delegate_.onLocation = [this] { manager_->stopUpdatingLocation(); };
+  geoclue_.feed(3, 4);
+  geoclue_.feed(5, 6);
+  waitUntil([&] { return geoclue_.clientCount() == 0; });
+  EXPECT_EQ(delegate_.locations.size(), 4U);
+  EXPECT_EQ(geoclue_.service().count("Stop"), 1U);
+  const auto calls = geoclue_.service().calls();
+  time_.advance(1min);
+  EXPECT_EQ(time_.pendingTaskCount(), 0U);
+  EXPECT_EQ(geoclue_.service().calls(), calls) << "idle again";
+  EXPECT_EQ(services_->authorizationStatus(), 4);
+  EXPECT_THAT(delegate_.statuses, ElementsAre(0, 4));
+}
+
+TEST_F(GeoClueTest, SignificantChangesAreAClientOfTheirOwn) {
+  manager_->setDistanceFilter(3);
+  manager_->startUpdatingLocation();
+  waitUntil([&] { return geoclue_.service().count("Start") == 1; });
+  manager_->startMonitoringSignificantLocationChanges();
+  waitUntil([&] { return geoclue_.service().count("Start") == 2; });
+  EXPECT_EQ(geoclue_.clientCount(), 2U);
+  EXPECT_EQ(threshold(), 500U);
+  waitForStatus(4);
+  geoclue_.feed(1, 1);
+  geoclue_.feed(2, 2);
+  waitForLocations(2);
+  manager_->stopUpdatingLocation();
+  waitUntil([&] { return geoclue_.clientCount() == 1; });
+  EXPECT_EQ(delegate_.locations.size(), 2U) << "each once";
+  geoclue_.feed(3, 3);
+  waitForLocations(3);
+  manager_.reset();
+  waitUntil([&] { return geoclue_.clientCount() == 0; });
+}
+
+TEST_F(GeoClueTest, RefusalsSetTheStatusAndEndWithTheirCause) {
+  const struct {
+    Mood mood;
+    AuthorizationStatus status;
+    bool isEnabled;
+  } cases[] = {{Mood::disabled, 1, false}, {Mood::disallowing, 2, true}};
+  for (const auto& tested : cases) {
+    geoclue_.setMood(tested.mood);
+    manager_->startUpdatingLocation();
+    waitForStatus(tested.status);
+    EXPECT_EQ(services_->locationServicesEnabled(), tested.isEnabled);
+    waitUntil([&] { return geoclue_.clientCount() == 0; });
+    geoclue_.setMood(Mood::willing);
+    time_.advance(15s);
+    // A refusal stands until the service comes anew or the application starts again.
+    if (tested.status == 2) {
+      EXPECT_EQ(time_.pendingTaskCount(), 0U);
+      geoclue_.service().vanish();
+      geoclue_.service().appear();
+    }
+    waitForStatus(4);
+    manager_->stopUpdatingLocation();
+  }
+  EXPECT_THAT(delegate_.statuses, ElementsAre(0, 1, 4, 2, 4));
+}
+
+TEST_F(GeoClueTest, AskingForThePermissionKeepsNothingRunning) {
+  hub_->askPermission();
+  hub_->askPermission();
+  waitForStatus(4);
+  waitUntil([&] { return geoclue_.service().count("DeleteClient") == 1; });
+  EXPECT_EQ(geoclue_.service().count("CreateClient"), 1U);
+  EXPECT_EQ(geoclue_.clientCount(), 0U);
+}
+
+TEST_F(GeoClueTest, ASystemComponentMayAlwaysFollow) {
+  test::writeFile(folder_.path() / "geoclue.conf",
+                  "[org.example.app]\nallowed=true\nsystem=true\nusers=\n");
+  manager_->startUpdatingLocation();
+  waitForStatus(3);
+}
+
+TEST_F(GeoClueTest, WithoutAnAgentThePermissionIsNotDeterminedUntilOneComes) {
+  services_ = std::make_unique<SystemLocationServices>(makeHub(50ms));
+  manager_ = services_->makeLocationManager();
+  manager_->setDelegate(&delegate_);
+  geoclue_.setMood(Mood::withoutAgent);
+  manager_->startUpdatingLocation();
+  const auto triesAgain = [&] { return time_.pendingTaskCount() == 1; };
+  waitUntil([&] { return services_->locationServicesEnabled() && triesAgain(); });
+  EXPECT_THAT(delegate_.statuses, ElementsAre(0));
+  geoclue_.setMood(Mood::willing);
+  while (delegate_.statuses.size() < 2) {
+    time_.advance(15s);
+    waitUntil([&] { return delegate_.statuses.size() == 2 || triesAgain(); });
+  }
+  EXPECT_THAT(delegate_.statuses, ElementsAre(0, 4));
+}
+
+TEST_F(GeoClueTest, AStopBeforeTheAnswerLeavesNoClientBehind) {
+  manager_->startUpdatingLocation();
+  manager_->stopUpdatingLocation();
+  waitUntil([&] { return geoclue_.service().count("DeleteClient") == 1; });
+  EXPECT_EQ(geoclue_.clientCount(), 0U);
+  EXPECT_EQ(geoclue_.service().count("Start"), 0U);
+}
+
+TEST_F(GeoClueTest, TheUsersSwitchShowsWhileUpdatesRun) {
+  manager_->startUpdatingLocation();
+  waitForStatus(4);
+  geoclue_.switchLocation(false);
+  waitForStatus(1);
+  EXPECT_FALSE(services_->locationServicesEnabled());
+  geoclue_.switchLocation(true);
+  waitForStatus(4);
+  geoclue_.feed(1, 1);
+  waitForLocations(1);
+  EXPECT_EQ(geoclue_.service().count("Start"), 1U);
+}
+
+TEST_F(GeoClueTest, AServiceThatRestartsIsFollowedOn) {
+  manager_->startUpdatingLocation();
+  waitForStatus(4);
+  geoclue_.service().vanish();
+  waitForStatus(0);
+  EXPECT_FALSE(services_->locationServicesEnabled());
+  geoclue_.service().appear();
+  waitForStatus(4);
+  geoclue_.feed(1, 1);
+  waitForLocations(1);
+  // And so is a bus that restarts.
+  daemon_.stop();
+  waitForStatus(0);
+  daemon_.start();
+  GeoClueDouble again(daemon_);
+  time_.advance(15s);
+  waitForStatus(4);
+}
+
+TEST_F(GeoClueTest, AMachineWithoutTheBusReadsAsOffUntilThereIsOne) {
+  daemon_.stop();
+  manager_->startUpdatingLocation();
+  waitUntil([&] { return time_.pendingTaskCount() > 0; });
+  EXPECT_FALSE(services_->locationServicesEnabled());
+  EXPECT_THAT(delegate_.statuses, ElementsAre(0));
+  daemon_.start();
+  GeoClueDouble geoclue(daemon_);
+  time_.advance(15s);
+  waitForStatus(4);
+}
+
+TEST_F(GeoClueTest, EachDelegateHearsTheStatusOnceAndRegionsAreKept) {
+  Delegate earlier, orphan;
+  manager_->setDelegate(&earlier);
+  manager_->setDelegate(&delegate_);
+  services_->makeLocationManager()->setDelegate(&orphan);
+  EXPECT_THAT(delegate_.statuses, IsEmpty()) << "never inside the call";
+  time_.runUntilIdle();
+  EXPECT_THAT(delegate_.statuses, ElementsAre(0));
+  EXPECT_THAT(earlier.statuses, IsEmpty());
+  EXPECT_THAT(orphan.statuses, IsEmpty());
+
+  const BeaconRegion beacon{.proximityUUID = {}, .major = {}, .minor = {}, .identifier = "one"};
+  auto other = beacon;
+  other.major = 1;
+  for (const auto& region : {beacon, other, beacon}) manager_->startRangingBeacons(region);
+  EXPECT_THAT(manager_->rangedRegions(), ElementsAre(Region(beacon), Region(other)));
+  manager_->stopRangingBeacons(beacon);
+  EXPECT_THAT(manager_->rangedRegions(), ElementsAre(Region(other)));
+  CircularRegion circle;
+  circle.identifier = "one";
+  for (const Region& region : {Region(beacon), Region(circle)}) manager_->startMonitoring(region);
+  EXPECT_THAT(manager_->monitoredRegions(), ElementsAre(Region(circle)));
+  manager_->stopMonitoring(beacon);
+  EXPECT_THAT(manager_->monitoredRegions(), IsEmpty());
+}
+
+}  // namespace
+}  // namespace ovinta::platform::linux

@@ -1,0 +1,214 @@
+#include <arpa/inet.h>
+#include <gmock/gmock.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include "platform/linux/position/GpsdProvider.h"
+#include "platform/linux/position/PortalProvider.h"
+#include "platform/linux/position/PositionProviders.h"
+#include "platform/simulation/RecordingLog.h"
+#include "platform/simulation/VirtualTime.h"
+#include "tests/platform/simulation/Sphere.h"
+#include "tests/support/ServiceDouble.h"
+
+namespace ovinta::platform::linux {
+namespace {
+
+using namespace std::chrono_literals;
+using simulation::northOfSite;
+using test::ServiceDouble;
+using testing::ElementsAre;
+
+/// Opens streams of a provider and notes what they tell.
+class PositionTest : public testing::Test {
+ protected:
+  std::unique_ptr<PositionStream> open(PositionProvider& provider, double distanceFilter) {
+    return provider.open(
+        distanceFilter,
+        {.onLocation = [this](const Location& location) { locations_.push_back(location); },
+         .onAccess = [this](PositionAccess access) { accesses_.push_back(access); }});
+  }
+
+  template <class Condition>
+  void waitUntil(Condition condition) {
+    ASSERT_TRUE(time_.waitUntil(condition, 10s));
+  }
+  void waitForAccess(PositionAccess access) {
+    waitUntil([&] { return !accesses_.empty() && accesses_.back() == access; });
+    accesses_.clear();
+  }
+
+  simulation::VirtualTime time_{Date{}};
+  std::vector<Location> locations_;
+  std::vector<PositionAccess> accesses_;
+};
+
+TEST(PositionSourceTest, ASandboxHasThePortalUnlessToldOtherwise) {
+  const test::TemporaryDirectory folder;
+  const auto mark = folder.path() / "mark";
+  EXPECT_EQ(chosenSource(PositionSource::automatic, mark), PositionSource::geoclue);
+  EXPECT_EQ(chosenSource(PositionSource::automatic, folder.path()), PositionSource::portal);
+  EXPECT_EQ(chosenSource(PositionSource::gpsd, folder.path()), PositionSource::gpsd);
+}
+
+class PortalTest : public PositionTest {
+ protected:
+  static constexpr const char* kPath = "/org/freedesktop/portal/desktop";
+  static constexpr const char* kLocation = "org.freedesktop.portal.Location";
+  static constexpr const char* kSession = "org.freedesktop.portal.Session";
+  static constexpr const char* kInterfaces = R"(<node>
+    <interface name='org.freedesktop.portal.Location'>
+      <method name='CreateSession'><arg type='a{sv}' direction='in'/>
+        <arg type='o' direction='out'/></method>
+      <method name='Start'><arg type='o' direction='in'/><arg type='s' direction='in'/>
+        <arg type='a{sv}' direction='in'/><arg type='o' direction='out'/></method></interface>
+    <interface name='org.freedesktop.portal.Session'><method name='Close'/></interface></node>)";
+
+  PortalTest() { portal_.addObject(kPath, kLocation); }
+
+  ServiceDouble::Answer answer(const ServiceDouble::Call& call) {
+    if (call.method == "CreateSession") {
+      const auto options = dbus::read<dbus::Properties>(call.arguments, 0).value();
+      thresholds_.push_back(dbus::read<std::uint32_t>(options, "distance-threshold").value());
+      session_ = "/session/" + dbus::read<Glib::ustring>(options, "session_handle_token").value();
+      portal_.addObject(session_, kSession);
+      return dbus::arguments(dbus::ObjectPath(session_));
+    }
+    if (call.method == "Close") return Glib::VariantContainerBase();
+    const auto options = dbus::read<dbus::Properties>(call.arguments, 2).value();
+    const std::string request =
+        "/request/" + dbus::read<Glib::ustring>(options, "handle_token").value();
+    portal_.emit("/request/other", "org.freedesktop.portal.Request", "Response",
+                 dbus::arguments(1U, dbus::Properties()), call.sender);
+    portal_.emit(request, "org.freedesktop.portal.Request", "Response",
+                 dbus::arguments(response_, dbus::Properties()), call.sender);
+    return dbus::arguments(dbus::ObjectPath(request));
+  }
+
+  void feed(const std::string& session, double latitude) {
+    portal_.emit(kPath, kLocation, "LocationUpdated",
+                 dbus::arguments(dbus::ObjectPath(session),
+                                 dbus::Properties{{"Latitude", dbus::write(latitude)},
+                                                  {"Longitude", dbus::write(2.0)},
+                                                  {"Accuracy", dbus::write(0.0)}}));
+  }
+
+  test::PrivateBus daemon_;
+  /// For the double's thread.
+  std::uint32_t response_ = 0;
+  std::string session_;
+  std::vector<std::uint32_t> thresholds_;
+  ServiceDouble portal_{daemon_, "org.freedesktop.portal.Desktop", kInterfaces,
+                        [this](const auto& call) { return answer(call); }};
+  PortalProvider provider_{
+      std::make_shared<dbus::Bus>(daemon_.address(), time_.mainQueue(),
+                                  std::make_shared<simulation::RecordingLog>()),
+      time_.mainQueue()};
+};
+
+TEST_F(PortalTest, FollowsThePositionInASessionForEachFilter) {
+  auto stream = open(provider_, 30);
+  waitForAccess(PositionAccess::granted);
+  feed("/session/other", 9);
+  portal_.sync([&] { feed(session_, 1); });
+  waitUntil([&] { return locations_.size() == 1; });
+  EXPECT_EQ(locations_[0], (Location{{1, 2}, kBestAccuracyMetres}));
+  stream->setDistanceFilter(30);
+  stream->setDistanceFilter(400);
+  waitForAccess(PositionAccess::granted);
+  stream = nullptr;
+  waitUntil([&] { return portal_.count("Close") == 2; });
+  EXPECT_THAT(thresholds_, ElementsAre(30U, 400U));
+}
+
+TEST_F(PortalTest, ARefusalStandsAndASessionThatEndsIsMadeAnew) {
+  portal_.sync([this] { response_ = 1; });
+  auto stream = open(provider_, 0);
+  waitForAccess(PositionAccess::denied);
+  EXPECT_EQ(time_.pendingTaskCount(), 0U);
+  portal_.sync([this] { response_ = 0; });
+  stream = open(provider_, 0);
+  waitForAccess(PositionAccess::granted);
+  portal_.sync(
+      [&] { portal_.emit(session_, kSession, "Closed", dbus::arguments(dbus::Properties())); });
+  waitForAccess(PositionAccess::undecided);
+  time_.advance(15s);
+  waitForAccess(PositionAccess::granted);
+  portal_.vanish();
+  waitForAccess(PositionAccess::absent);
+  portal_.appear();
+  time_.advance(15s);
+  waitForAccess(PositionAccess::granted);
+}
+
+/// A gpsd that says what the test tells it.
+class GpsdDouble {
+ public:
+  GpsdDouble() {
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t size = sizeof address;
+    auto* const generic = reinterpret_cast<sockaddr*>(&address);
+    if (bind(listener_, generic, size) != 0 || listen(listener_, 1) != 0 ||
+        getsockname(listener_, generic, &size) != 0) {
+      throw std::system_error(errno, std::generic_category());
+    }
+    port_ = std::to_string(ntohs(address.sin_port));
+  }
+  ~GpsdDouble() {
+    hangUp();
+    close(listener_);
+  }
+
+  const std::string& port() const { return port_; }
+  /// Takes the next connection.
+  void accept() { connection_ = ::accept(listener_, nullptr, nullptr); }
+  void say(const std::string& lines) {
+    if (write(connection_, lines.data(), lines.size()) < 0) ADD_FAILURE();
+  }
+  void hangUp() { close(std::exchange(connection_, -1)); }
+
+ private:
+  const int listener_ = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  int connection_ = -1;
+  std::string port_;
+};
+
+TEST_F(PositionTest, GpsdTellsItsFixesAndIsConnectedToAgain) {
+  GpsdDouble gpsd;
+  GpsdProvider provider(time_.mainQueue(), std::make_shared<simulation::Sphere>(),
+                        {.host = "127.0.0.1", .port = gpsd.port()});
+  const auto stream = open(provider, 100);
+  waitForAccess(PositionAccess::grantedAlways);
+  gpsd.accept();
+  const auto report = [](int mode, double metresNorth, const std::string& more) {
+    const Coordinate at = northOfSite(metresNorth);
+    return R"({"class":"TPV","mode":)" + std::to_string(mode) + R"(,"lat":)" +
+           std::to_string(at.latitude) + R"(,"lon":)" + std::to_string(at.longitude) + more + "}\n";
+  };
+  gpsd.say(R"({"class":"VERSION","release":"3.22","proto_major":3,"proto_minor":14})"
+           "\n" +
+           report(1, 0, "") +
+           report(3, 0, R"(,"time":"2023-11-14T22:13:20.500Z","eph":1.5,"speed":2.5)") +
+           report(2, 50, "") + report(2, 150, ""));
+  waitUntil([&] { return locations_.size() == 2; });
+  EXPECT_EQ(locations_[0].horizontalAccuracy, kBestAccuracyMetres);
+  EXPECT_EQ(locations_[0].speed, 2.5);
+  EXPECT_EQ(locations_[0].timestamp, Date(1'700'000'000s + 500ms));
+  EXPECT_NEAR(locations_[0].coordinate.latitude, simulation::kSite.latitude, 1e-6);
+  EXPECT_EQ(locations_[1].horizontalAccuracy, 100);
+  EXPECT_LT(locations_[1].speed, 0);
+
+  gpsd.hangUp();
+  waitForAccess(PositionAccess::absent);
+  stream->setDistanceFilter(0);
+  time_.advance(15s);
+  waitForAccess(PositionAccess::grantedAlways);
+  gpsd.accept();
+  gpsd.say(report(3, 150, ""));
+  waitUntil([&] { return locations_.size() == 3; });
+}
+
+}  // namespace
+}  // namespace ovinta::platform::linux
