@@ -5,19 +5,13 @@
 #include <limits>
 #include <utility>
 
+#include "platform/standard/BeaconRules.h"
+
 namespace ovinta::platform::simulation {
 namespace {
 
 constexpr double kSignificantChangeMetres = 500;
 constexpr TimeInterval kRangingInterval = std::chrono::seconds(1);
-
-bool matches(const RangedBeacon& beacon, const BeaconRegion& region) {
-  const auto agrees = [](std::optional<std::uint16_t> wanted, std::int64_t heard) {
-    return !wanted || *wanted == static_cast<std::uint16_t>(heard);
-  };
-  return beacon.proximityUUID == region.proximityUUID && agrees(region.major, beacon.major) &&
-         agrees(region.minor, beacon.minor);
-}
 
 }  // namespace
 
@@ -120,8 +114,9 @@ void SimulatedLocationManager::reportRanging() {
   const std::weak_ptr life(life_);
   for (const auto& region : regions) {
     std::vector<RangedBeacon> heard;
-    std::ranges::copy_if(hub_->beacons, std::back_inserter(heard),
-                         [&](const RangedBeacon& beacon) { return matches(beacon, region); });
+    std::ranges::copy_if(hub_->beacons, std::back_inserter(heard), [&](const RangedBeacon& beacon) {
+      return standard::covers(region, beacon);
+    });
     delegate_->didRangeBeacons(heard, region);
     if (life.expired() || !delegate_) return;
   }
