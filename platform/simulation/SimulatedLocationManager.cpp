@@ -11,7 +11,7 @@ namespace ovinta::platform::simulation {
 namespace {
 
 constexpr double kSignificantChangeMetres = 500;
-constexpr TimeInterval kRangingInterval = std::chrono::seconds(1);
+constexpr TimeInterval kSecond = std::chrono::seconds(1);
 
 }  // namespace
 
@@ -93,22 +93,29 @@ void SimulatedLocationManager::receive(const Location& location) {
 
 void SimulatedLocationManager::startRangingBeacons(const BeaconRegion& region) {
   if (std::ranges::find(ranged_, region) == ranged_.end()) ranged_.push_back(region);
-  if (!std::exchange(isRangingScheduled_, true)) scheduleRanging();
+  startSeconds();
 }
 
 void SimulatedLocationManager::stopRangingBeacons(const BeaconRegion& region) {
   std::erase(ranged_, region);
 }
 
-void SimulatedLocationManager::scheduleRanging() {
-  later(kRangingInterval, [this] { reportRanging(); });
+void SimulatedLocationManager::startSeconds() {
+  if (std::exchange(isSecondScheduled_, true)) return;
+  later(kSecond, [this] { passSecond(); });
+}
+
+void SimulatedLocationManager::passSecond() {
+  isSecondScheduled_ = false;
+  if (ranged_.empty() && monitor_.isEmpty()) return;
+  startSeconds();
+  if (!delegate_ || !hub_->isOpen()) return;
+  const std::weak_ptr life(life_);
+  reportRanging();
+  if (!life.expired()) reportCrossings();
 }
 
 void SimulatedLocationManager::reportRanging() {
-  isRangingScheduled_ = !ranged_.empty();
-  if (!isRangingScheduled_) return;
-  scheduleRanging();
-  if (!delegate_ || !hub_->isOpen()) return;
   // A copy: the delegate may change what is ranged, and may destroy the manager.
   const auto regions = ranged_;
   const std::weak_ptr life(life_);
@@ -122,18 +129,40 @@ void SimulatedLocationManager::reportRanging() {
   }
 }
 
+void SimulatedLocationManager::reportCrossings() {
+  std::vector<BeaconRegion> entered;
+  for (const RangedBeacon& beacon : hub_->beacons) {
+    std::ranges::copy(monitor_.hear(beacon), std::back_inserter(entered));
+  }
+  const auto left = monitor_.passSecond();
+  const std::weak_ptr life(life_);
+  const auto tell = [&](const std::vector<BeaconRegion>& regions, auto method) {
+    for (const BeaconRegion& region : regions) {
+      if (!life.expired() && delegate_) (delegate_->*method)(region);
+    }
+  };
+  tell(entered, &LocationManagerDelegate::didEnterRegion);
+  tell(left, &LocationManagerDelegate::didExitRegion);
+}
+
 std::vector<Region> SimulatedLocationManager::rangedRegions() const {
   return {ranged_.begin(), ranged_.end()};
 }
 
 void SimulatedLocationManager::startMonitoring(const Region& region) {
+  if (std::ranges::find(monitored_, region) != monitored_.end()) return;
   stopMonitoring(region);
   monitored_.push_back(region);
+  if (const auto* beacons = std::get_if<BeaconRegion>(&region)) {
+    monitor_.start(*beacons);
+    startSeconds();
+  }
 }
 
 void SimulatedLocationManager::stopMonitoring(const Region& region) {
   std::erase_if(monitored_,
                 [&](const Region& other) { return identifier(other) == identifier(region); });
+  monitor_.stop(identifier(region));
 }
 
 }  // namespace ovinta::platform::simulation

@@ -9,9 +9,9 @@
 
 namespace ovinta::test {
 
-/// BlueZ 5.66 as one client sees it: the same names, signatures, error names and rules. A device is
-/// heard only by an adapter that discovers with a filter for low energy and duplicates; what comes
-/// up at first is told with all its properties, afterwards each advertisement by its strength.
+/// BlueZ 5.66 as its only client sees it: the same names, signatures, errors and rules. Devices are
+/// heard by an adapter that discovers, with a filter for low energy and duplicates; a new one is
+/// told with all its properties, further advertisements by their strength and what else is new.
 class BlueZDouble {
  public:
   using Bytes = std::vector<std::uint8_t>;
@@ -19,25 +19,18 @@ class BlueZDouble {
   explicit BlueZDouble(const PrivateBus& bus);
 
   void addAdapter(const std::string& name, bool isPowered = true);
-  /// With all its devices, as when it is pulled out.
   void removeAdapter(const std::string& name);
   void setPowered(const std::string& name, bool isPowered);
   /// Somebody ends the discovery, behind the client's back.
   void endDiscovery(const std::string& name);
-  /// Comes back with the adapters but without anything that a client asked for.
+  /// Comes back with the adapters, but without anything that a client asked for.
   void restart();
+  /// Whether the bus lets the client in.
+  void setRefusing(bool isRefusing);
 
-  /// One advertisement, near the adapter.
   void advertise(const std::string& adapter, const std::string& device, const Bytes& data,
                  std::int16_t rssi, std::uint16_t company = 0x004C);
-  /// What is no property of BlueZ's, or of another type.
-  void tell(const std::string& adapter, const std::string& device,
-            const platform::linux::dbus::Properties& properties);
-
   bool isDiscovering(const std::string& adapter);
-
-  /// While there is one, every discovery is refused with this error.
-  void refuse(std::optional<platform::linux::dbus::Failure> failure);
 
   ServiceDouble& service() { return service_; }
 
@@ -45,18 +38,17 @@ class BlueZDouble {
   struct Adapter {
     bool isFiltered = false;
     bool isDiscovering = false;
-    std::map<std::string, platform::linux::dbus::Properties> devices = {};
+    std::map<std::string, Bytes> devices = {};
   };
 
   ServiceDouble::Answer answer(const ServiceDouble::Call& call);
   ServiceDouble::Answer setFilter(Adapter& adapter, const ServiceDouble::Call& call);
   ServiceDouble::Answer start(const std::string& path, Adapter& adapter);
-  ServiceDouble::Answer stop(const std::string& path, Adapter& adapter);
   ServiceDouble::Answer objects();
   void setDiscovering(const std::string& path, bool isDiscovering);
 
   std::map<std::string, Adapter> adapters_;
-  std::optional<platform::linux::dbus::Failure> refusal_;
+  bool isRefusing_ = false;
   ServiceDouble service_;
 };
 

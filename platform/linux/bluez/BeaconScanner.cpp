@@ -69,7 +69,7 @@ class BeaconScanner::Scan {
     if (!interfaces.contains(kBlueZAdapter) || adapters_.contains(path)) return;
     adapters_.emplace(path, std::make_unique<BlueZDiscovery>(
                                 scanner_.bus_, scanner_.mainQueue_,
-                                BlueZDiscovery::Settings{path, scanner_.retryInterval_,
+                                BlueZDiscovery::Settings{path, scanner_.settings_.retryInterval,
                                                          [this](const auto& failure) {
                                                            scanner_.noteRefusal(failure);
                                                          }}));
@@ -99,11 +99,11 @@ class BeaconScanner::Scan {
 
 BeaconScanner::BeaconScanner(std::shared_ptr<dbus::Bus> systemBus,
                              std::shared_ptr<MainQueue> mainQueue, std::shared_ptr<Log> log,
-                             TimeInterval retryInterval)
+                             const Settings& settings)
     : bus_(std::move(systemBus)),
       mainQueue_(std::move(mainQueue)),
       log_(std::move(log)),
-      retryInterval_(retryInterval) {}
+      settings_(settings) {}
 
 BeaconScanner::~BeaconScanner() = default;
 

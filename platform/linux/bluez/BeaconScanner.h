@@ -7,6 +7,7 @@
 #include "platform/MainQueue.h"
 #include "platform/linux/bluez/IBeacon.h"
 #include "platform/linux/dbus/Bus.h"
+#include "platform/standard/BeaconRules.h"
 
 namespace ovinta::platform::linux {
 
@@ -23,8 +24,15 @@ class BeaconListener {
 /// user may have ended it. Main thread only, which also calls the listeners.
 class BeaconScanner {
  public:
+  struct Settings {
+    /// How fast the strength of a beacon falls with the distance; see `pathLossDistance`.
+    double pathLossExponent = standard::kFreeSpaceExponent;
+    /// From an adapter's refusal to discover to the next attempt.
+    TimeInterval retryInterval = std::chrono::seconds(5);
+  };
+
   BeaconScanner(std::shared_ptr<dbus::Bus> systemBus, std::shared_ptr<MainQueue> mainQueue,
-                std::shared_ptr<Log> log, TimeInterval retryInterval = std::chrono::seconds(5));
+                std::shared_ptr<Log> log, const Settings& settings);
   BeaconScanner(const BeaconScanner&) = delete;
   BeaconScanner& operator=(const BeaconScanner&) = delete;
   ~BeaconScanner();
@@ -32,6 +40,9 @@ class BeaconScanner {
   /// Not owned; to be removed before its end.
   void add(BeaconListener& listener);
   void remove(BeaconListener& listener);
+
+  double pathLossExponent() const { return settings_.pathLossExponent; }
+  const std::shared_ptr<MainQueue>& mainQueue() const { return mainQueue_; }
 
  private:
   class Scan;
@@ -42,7 +53,7 @@ class BeaconScanner {
   const std::shared_ptr<dbus::Bus> bus_;
   const std::shared_ptr<MainQueue> mainQueue_;
   const std::shared_ptr<Log> log_;
-  const TimeInterval retryInterval_;
+  const Settings settings_;
   bool hasLoggedRefusal_ = false;
   std::vector<BeaconListener*> listeners_;
   /// There while somebody listens.

@@ -12,12 +12,8 @@ constexpr TimeInterval kSecond = std::chrono::seconds(1);
 
 }  // namespace
 
-BeaconTracker::BeaconTracker(std::shared_ptr<BeaconScanner> scanner,
-                             std::shared_ptr<MainQueue> mainQueue, double pathLossExponent,
-                             BeaconHandlers handlers)
+BeaconTracker::BeaconTracker(std::shared_ptr<BeaconScanner> scanner, BeaconHandlers handlers)
     : scanner_(std::move(scanner)),
-      mainQueue_(std::move(mainQueue)),
-      pathLossExponent_(pathLossExponent),
       handlers_(std::make_shared<const BeaconHandlers>(std::move(handlers))) {}
 
 BeaconTracker::~BeaconTracker() {
@@ -49,7 +45,7 @@ void BeaconTracker::stopMonitoring(const std::string& identifier) {
 }
 
 void BeaconTracker::later(TimeInterval delay, void (BeaconTracker::*step)()) {
-  mainQueue_->asyncAfter(delay, [this, step, life = std::weak_ptr(life_)] {
+  scanner_->mainQueue()->asyncAfter(delay, [this, step, life = std::weak_ptr(life_)] {
     if (!life.expired()) (this->*step)();
   });
 }
@@ -82,13 +78,13 @@ void BeaconTracker::tick() {
   scheduleTick();
   const std::weak_ptr life(life_);
   reportRanging();
-  if (!life.expired()) report(left, &BeaconHandlers::onLeft);
+  if (!life.expired()) reportCrossings(left, RegionEvent::left);
 }
 
 void BeaconTracker::reportRanging() {
   const auto handlers = handlers_;
   const std::weak_ptr life(life_);
-  const auto beacons = collector_.take(pathLossExponent_);
+  const auto beacons = collector_.take(scanner_->pathLossExponent());
   // A copy: a handler may change what is ranged.
   for (const BeaconRegion& region : std::vector(ranged_)) {
     if (std::ranges::find(ranged_, region) == ranged_.end()) continue;
@@ -101,12 +97,11 @@ void BeaconTracker::reportRanging() {
   }
 }
 
-void BeaconTracker::report(const std::vector<BeaconRegion>& regions,
-                           std::function<void(const BeaconRegion&)> BeaconHandlers::*handler) {
+void BeaconTracker::reportCrossings(const std::vector<BeaconRegion>& regions, RegionEvent event) {
   const auto handlers = handlers_;
   const std::weak_ptr life(life_);
   for (const BeaconRegion& region : regions) {
-    ((*handlers).*handler)(region);
+    handlers->onCrossed(region, event);
     if (life.expired()) return;
   }
 }
@@ -115,9 +110,10 @@ void BeaconTracker::hear(const BeaconSighting& sighting) {
   if (!isEnabled_) return;
   // Nobody would take what nobody ranges.
   if (!ranged_.empty()) collector_.add(sighting);
-  const auto entered = monitor_.hear(sighting.beacon);
+  const IBeacon& beacon = sighting.beacon;
+  const auto entered = monitor_.hear({beacon.proximityUUID, beacon.major, beacon.minor});
   scheduleTick();
-  report(entered, &BeaconHandlers::onEntered);
+  reportCrossings(entered, RegionEvent::entered);
 }
 
 }  // namespace ovinta::platform::linux

@@ -6,10 +6,10 @@
 #include <vector>
 
 #include "platform/LocationManager.h"
-#include "platform/MainQueue.h"
 #include "platform/linux/bluez/BeaconCollector.h"
-#include "platform/linux/bluez/BeaconRegionMonitor.h"
 #include "platform/linux/bluez/BeaconScanner.h"
+#include "platform/linux/position/RegionSide.h"
+#include "platform/standard/BeaconRegionMonitor.h"
 
 namespace ovinta::platform::linux {
 
@@ -19,8 +19,7 @@ struct BeaconHandlers {
   /// Once a second for each ranged region, with the beacons heard since, possibly none.
   std::function<void(const std::vector<RangedBeacon>&, const BeaconRegion&)> onRanged;
   /// Of monitored regions.
-  std::function<void(const BeaconRegion&)> onEntered;
-  std::function<void(const BeaconRegion&)> onLeft;
+  std::function<void(const BeaconRegion&, RegionEvent)> onCrossed;
 };
 
 /// Ranges and monitors beacon regions as `LocationManager` says. It listens while it is enabled and
@@ -28,9 +27,7 @@ struct BeaconHandlers {
 /// thread only.
 class BeaconTracker : private BeaconListener {
  public:
-  /// `pathLossExponent`: how fast the strength falls with the distance; see `pathLossDistance`.
-  BeaconTracker(std::shared_ptr<BeaconScanner> scanner, std::shared_ptr<MainQueue> mainQueue,
-                double pathLossExponent, BeaconHandlers handlers);
+  BeaconTracker(std::shared_ptr<BeaconScanner> scanner, BeaconHandlers handlers);
   BeaconTracker(const BeaconTracker&) = delete;
   BeaconTracker& operator=(const BeaconTracker&) = delete;
   ~BeaconTracker() override;
@@ -44,7 +41,6 @@ class BeaconTracker : private BeaconListener {
 
   void startMonitoring(const BeaconRegion& region);
   void stopMonitoring(const std::string& identifier);
-  std::vector<BeaconRegion> monitoredRegions() const { return monitor_.regions(); }
 
  private:
   void hear(const BeaconSighting& sighting) override;
@@ -52,15 +48,12 @@ class BeaconTracker : private BeaconListener {
   void update();
   void scheduleTick();
   void tick();
-  void report(const std::vector<BeaconRegion>& regions,
-              std::function<void(const BeaconRegion&)> BeaconHandlers::*handler);
+  void reportCrossings(const std::vector<BeaconRegion>& regions, RegionEvent event);
   void reportRanging();
   /// Has the main queue run `step`, unless the tracker is gone by then.
   void later(TimeInterval delay, void (BeaconTracker::*step)());
 
   const std::shared_ptr<BeaconScanner> scanner_;
-  const std::shared_ptr<MainQueue> mainQueue_;
-  const double pathLossExponent_;
   const std::shared_ptr<const BeaconHandlers> handlers_;
   bool isEnabled_ = false;
   bool isListening_ = false;
@@ -68,7 +61,7 @@ class BeaconTracker : private BeaconListener {
   bool isTickScheduled_ = false;
   std::vector<BeaconRegion> ranged_;
   BeaconCollector collector_;
-  BeaconRegionMonitor monitor_;
+  standard::BeaconRegionMonitor monitor_;
   /// Expires with the tracker.
   const std::shared_ptr<bool> life_ = std::make_shared<bool>(true);
 };

@@ -4,8 +4,8 @@
 #include <map>
 
 #include "platform/linux/bluez/BeaconCollector.h"
-#include "platform/linux/bluez/BeaconRegionMonitor.h"
 #include "platform/linux/bluez/BlueZDevices.h"
+#include "platform/standard/BeaconRegionMonitor.h"
 #include "tests/support/BeaconFrames.h"
 
 namespace ovinta::platform::linux {
@@ -18,11 +18,6 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 constexpr IBeacon kBeacon{kBeaconUUID, 0x0102, 0xFFFE, -59};
-
-BeaconRegion region(std::string identifier, std::optional<std::uint16_t> major = {},
-                    std::optional<std::uint16_t> minor = {}) {
-  return {kBeaconUUID, major, minor, std::move(identifier)};
-}
 
 TEST(IBeaconTest, ReadsBeaconsAndNothingElse) {
   const Bytes good = beaconFrame(kBeacon);
@@ -43,42 +38,39 @@ TEST(IBeaconTest, ReadsBeaconsAndNothingElse) {
 
 TEST(BlueZDevicesTest, TellASightingByItsStrength) {
   using Data = std::map<std::uint16_t, Glib::VariantBase>;
-  const auto data = [](const auto& value) { return dbus::Properties{{"ManufacturerData", value}}; };
-  const dbus::Properties frame = data(
-      dbus::write(Data{{1, dbus::write(Bytes{1})}, {0x4C, dbus::write(beaconFrame(kBeacon))}}));
-  const auto strength = [](int rssi) {
-    return dbus::Properties{{"RSSI", dbus::write(static_cast<std::int16_t>(rssi))}};
+  const auto data = [](const auto& value) {
+    return dbus::Properties{{"ManufacturerData", dbus::write(value)}};
   };
-  BlueZDevices devices;
-  const auto rssiAfter = [&](const dbus::Properties& properties) {
-    const auto sighting = devices.note("/d", properties);
-    return sighting ? sighting->rssi.value_or(0) : 1;
-  };
+  const Glib::VariantBase frame = dbus::write(beaconFrame(kBeacon));
+  const dbus::Properties beacon = data(Data{{1, dbus::write(Bytes{1})}, {0x4C, frame}});
   constexpr int kNoSighting = 1, kUnknown = 0;
-
-  EXPECT_EQ(rssiAfter(strength(-60)), kNoSighting);
-  EXPECT_EQ(rssiAfter(frame), kNoSighting);
-  const std::pair<int, int> cases[] = {{-60, -60}, {127, kUnknown}, {0, kUnknown}, {-1, -1}};
-  for (const auto& [told, expected] : cases) EXPECT_EQ(rssiAfter(strength(told)), expected) << told;
-  EXPECT_EQ(rssiAfter({{"RSSI", dbus::write("loud")}}), kNoSighting);
-
-  // Each of these leaves nothing of the beacon known, save data that is no data at all.
   const struct {
-    dbus::Properties properties;
+    dbus::Properties known;
+    int told;
     int expected;
-  } changes[] = {{data(dbus::write("no map")), -60},
-                 {data(dbus::write(Data{{0x4D, dbus::write(beaconFrame(kBeacon))}})), kNoSighting},
-                 {data(dbus::write(Data{{0x4C, dbus::write("no bytes")}})), kNoSighting},
-                 {data(dbus::write(Data{{0x4C, dbus::write(Bytes{2, 21, 3})}})), kNoSighting},
-                 {data(dbus::write(Data{})), kNoSighting}};
-  for (const auto& [properties, expected] : changes) {
-    devices.learn("/d", frame);
-    devices.learn("/d", properties);
-    EXPECT_EQ(rssiAfter(strength(-60)), expected);
+  } cases[] = {{beacon, -60, -60},
+               {beacon, -1, -1},
+               {beacon, 0, kUnknown},
+               {beacon, 127, kUnknown},
+               {data("no map"), -60, -60},
+               {data(Data{{0x4D, frame}}), -60, kNoSighting},
+               {{}, -60, kNoSighting},
+               {beacon, -60, -60},
+               {data(Data{{0x4C, dbus::write("no bytes")}}), -60, kNoSighting},
+               {beacon, -60, -60},
+               {data(Data{{0x4C, dbus::write(Bytes{2, 21, 3})}}), -60, kNoSighting}};
+  BlueZDevices devices;
+  // Each case goes on from the one before.
+  for (const auto& [known, told, expected] : cases) {
+    EXPECT_FALSE(devices.note("/d", known).has_value());
+    const auto sighting =
+        devices.note("/d", {{"RSSI", dbus::write(static_cast<std::int16_t>(told))}});
+    EXPECT_EQ(sighting ? sighting->rssi.value_or(kUnknown) : kNoSighting, expected) << told;
   }
-  devices.learn("/d", frame);
+  devices.learn("/d", beacon);
+  EXPECT_FALSE(devices.note("/d", {{"RSSI", dbus::write("loud")}}).has_value());
   devices.forget("/d");
-  EXPECT_EQ(rssiAfter(strength(-60)), kNoSighting);
+  EXPECT_FALSE(devices.note("/d", {{"RSSI", dbus::write(std::int16_t{-60})}}).has_value());
 }
 
 TEST(BeaconCollectorTest, TakesTheMeanAndEstimatesTheDistance) {
@@ -110,33 +102,34 @@ TEST(BeaconCollectorTest, TakesTheMeanAndEstimatesTheDistance) {
 }
 
 TEST(BeaconRegionMonitorTest, IsInsideUntilHalfAMinuteOfSilence) {
-  BeaconRegionMonitor monitor;
-  monitor.start(region("all"));
-  monitor.start(region("one", 0x0102, 0xFFFE));
-  monitor.start(region("other", 1));
+  standard::BeaconRegionMonitor monitor;
+  const BeaconRegion all{kBeaconUUID, {}, {}, "all"}, one{kBeaconUUID, 1, 2, "one"};
+  const RangedBeacon beacon{kBeaconUUID, 1, 2}, sibling{kBeaconUUID, 1, 3};
+  monitor.start(all);
+  monitor.start(one);
+  EXPECT_THAT(monitor.hear({{}, 1, 2}), IsEmpty());
   EXPECT_FALSE(monitor.isInsideAny());
-  EXPECT_THAT(monitor.hear(kBeacon), ElementsAre(region("all"), region("one", 0x0102, 0xFFFE)));
-  EXPECT_THAT(monitor.hear(kBeacon), IsEmpty());
+  EXPECT_THAT(monitor.hear(beacon), ElementsAre(all, one));
+  EXPECT_THAT(monitor.hear(beacon), IsEmpty());
   const auto pass = [&](int seconds) {
     std::vector<BeaconRegion> left;
     while (seconds-- > 0) std::ranges::copy(monitor.passSecond(), std::back_inserter(left));
     return left;
   };
   EXPECT_THAT(pass(30), IsEmpty());
-  EXPECT_THAT(monitor.hear({kBeaconUUID, 0x0102, 1, 0}), IsEmpty());
-  EXPECT_THAT(pass(1), ElementsAre(region("one", 0x0102, 0xFFFE)));
-  EXPECT_THAT(pass(30), ElementsAre(region("all")));
+  EXPECT_THAT(monitor.hear(sibling), IsEmpty());
+  EXPECT_THAT(pass(1), ElementsAre(one));
+  EXPECT_THAT(pass(29), IsEmpty());
+  EXPECT_THAT(pass(1), ElementsAre(all));
   EXPECT_FALSE(monitor.isInsideAny());
-  EXPECT_THAT(pass(60), IsEmpty());
 
   // A region takes the place of another one of its name, with nothing known; an equal one changes
   // nothing.
-  monitor.hear(kBeacon);
-  monitor.start(region("all"));
-  monitor.start(region("one", 0x0102));
-  EXPECT_THAT(monitor.hear(kBeacon), ElementsAre(region("one", 0x0102)));
-  monitor.stop("all");
-  EXPECT_THAT(monitor.regions(), ElementsAre(region("other", 1), region("one", 0x0102)));
+  monitor.hear(beacon);
+  const BeaconRegion other{kBeaconUUID, 1, {}, "one"};
+  monitor.start(all);
+  monitor.start(other);
+  EXPECT_THAT(monitor.hear(beacon), ElementsAre(other));
 }
 
 }  // namespace

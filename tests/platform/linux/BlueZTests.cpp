@@ -1,6 +1,6 @@
 #include <gmock/gmock.h>
 
-#include "platform/linux/bluez/BeaconTracker.h"
+#include "platform/linux/SystemLocationServices.h"
 #include "platform/linux/dbus/Service.h"
 #include "platform/simulation/VirtualTime.h"
 #include "tests/support/BeaconFrames.h"
@@ -19,42 +19,56 @@ using testing::IsEmpty;
 const BeaconRegion kAll{kBeaconUUID, {}, {}, "all"};
 const BeaconRegion kOne{kBeaconUUID, 1, 1, "one"};
 
+/// Writes down what it is told.
+class Delegate : public LocationManagerDelegate {
+ public:
+  void didUpdateLocations(const std::vector<Location>&) override {}
+  void didChangeAuthorizationStatus(AuthorizationStatus) override {}
+  void didRangeBeacons(const std::vector<RangedBeacon>& beacons,
+                       const BeaconRegion& region) override {
+    std::string text = region.identifier + ":";
+    for (const RangedBeacon& beacon : beacons) {
+      text += " " + std::to_string(beacon.minor) + "@" + std::to_string(beacon.rssi) +
+              (beacon.accuracy < 0 ? "?" : "");
+    }
+    note(text);
+  }
+  void didEnterRegion(const BeaconRegion& region) override { note("in " + region.identifier); }
+  void didExitRegion(const BeaconRegion& region) override { note("out " + region.identifier); }
+
+  std::vector<std::string> told;
+  std::function<void()> onTold;
+
+ private:
+  void note(const std::string& text) {
+    told.push_back(text);
+    if (onTold) onTold();
+  }
+};
+
+/// Grants and denies as the test says.
+class Permission : public PositionProvider {
+ public:
+  void findService(std::function<void(bool)>) override {}
+  std::unique_ptr<PositionStream> open(double, PositionHandlers handlers) override {
+    set = std::move(handlers.onAccess);
+    return nullptr;
+  }
+  std::function<void(PositionAccess)> set;
+};
+
 class BlueZTest : public testing::Test {
  protected:
-  BlueZTest() { tracker_->setEnabled(true); }
-
-  std::unique_ptr<BeaconTracker> makeTracker() {
-    BeaconHandlers handlers;
-    handlers.onRanged = [this](const auto& beacons, const BeaconRegion& region) {
-      std::string text = region.identifier + ":";
-      for (const RangedBeacon& beacon : beacons) {
-        text += " " + std::to_string(beacon.minor) + "@" + std::to_string(beacon.rssi);
-        if (beacon.accuracy < 0) text += "?";
-      }
-      told_.push_back(text);
-      if (onTold_) onTold_();
-    };
-    handlers.onEntered = [this](const BeaconRegion& region) {
-      told_.push_back("in " + region.identifier);
-      if (onTold_) onTold_();
-    };
-    handlers.onLeft = [this](const auto& region) { told_.push_back("out " + region.identifier); };
-    return std::make_unique<BeaconTracker>(scanner_, time_.mainQueue(), 2, std::move(handlers));
-  }
-
-  /// Lets everything arrive that was on its way.
-  void settle() {
-    dbus::Service service(bus_, "org.bluez");
-    bool isOver = false;
-    service.getProperties("/", "org.freedesktop.DBus.ObjectManager",
-                          [&](const auto&) { isOver = true; });
-    ASSERT_TRUE(time_.waitUntil([&] { return isOver; }, 10s));
+  BlueZTest() {
+    manager_->setDelegate(&delegate_);
+    manager_->startUpdatingLocation();
+    permission_->set(PositionAccess::granted);
+    time_.runUntilIdle();
   }
 
   void waitForDiscovery(const std::string& adapter, bool isDiscovering = true) {
     ASSERT_TRUE(
         time_.waitUntil([&] { return bluez_.isDiscovering(adapter) == isDiscovering; }, 10s));
-    settle();
   }
 
   void advertise(std::uint16_t minor, std::int16_t rssi, const std::string& adapter = "hci0") {
@@ -62,12 +76,15 @@ class BlueZTest : public testing::Test {
                      beaconFrame({kBeaconUUID, 1, minor, -59}), rssi);
   }
 
-  /// What is told when the seconds pass.
+  /// What is told when all that was on its way has arrived, and the seconds have passed.
   std::vector<std::string> pass(std::chrono::seconds seconds) {
-    settle();
-    told_.clear();
+    delegate_.told.clear();
+    dbus::Service service(bus_, "org.bluez");
+    bool isOver = false;
+    service.getProperties("/", "org.example", [&](const auto&) { isOver = true; });
+    EXPECT_TRUE(time_.waitUntil([&] { return isOver; }, 10s));
     time_.advance(seconds);
-    return told_;
+    return delegate_.told;
   }
 
   void expectHears(const std::string& adapter) {
@@ -78,25 +95,35 @@ class BlueZTest : public testing::Test {
     EXPECT_THAT(pass(1s), ElementsAre("all: 1@-60"));
   }
 
+  void expectRest() {
+    waitForDiscovery("hci0", false);
+    pass(6s);
+    const auto calls = bluez_.service().calls();
+    time_.advance(60s);
+    EXPECT_EQ(bluez_.service().calls(), calls);
+    EXPECT_EQ(time_.pendingTaskCount(), 0u);
+  }
+
   test::PrivateBus daemon_;
   simulation::VirtualTime time_{Date{}};
   test::BlueZDouble bluez_{daemon_};
   std::shared_ptr<test::RecordingLog> log_ = std::make_shared<test::RecordingLog>();
   std::shared_ptr<dbus::Bus> bus_ =
       std::make_shared<dbus::Bus>(daemon_.address(), time_.mainQueue(), log_);
-  std::shared_ptr<BeaconScanner> scanner_ =
-      std::make_shared<BeaconScanner>(bus_, time_.mainQueue(), log_);
-  std::vector<std::string> told_;
-  std::function<void()> onTold_;
-  std::unique_ptr<BeaconTracker> tracker_ = makeTracker();
+  std::shared_ptr<Permission> permission_ = std::make_shared<Permission>();
+  SystemLocationServices services_{
+      std::make_shared<PositionHub>(permission_, time_.mainQueue()),
+      std::make_shared<BeaconScanner>(bus_, time_.mainQueue(), log_, BeaconScanner::Settings{})};
+  Delegate delegate_;
+  std::unique_ptr<LocationManager> manager_ = services_.makeLocationManager();
 };
 
 TEST_F(BlueZTest, ReportsWhatEachRegionHeardOnceASecond) {
   bluez_.addAdapter("hci0");
-  tracker_->startRanging(kAll);
-  tracker_->startRanging(kOne);
-  tracker_->startRanging(kOne);
-  EXPECT_THAT(tracker_->rangedRegions(), ElementsAre(kAll, kOne));
+  manager_->startRangingBeacons(kAll);
+  manager_->startRangingBeacons(kOne);
+  manager_->startRangingBeacons(kOne);
+  EXPECT_THAT(manager_->rangedRegions(), ElementsAre(Region(kAll), Region(kOne)));
   waitForDiscovery("hci0");
   advertise(1, -60);
   advertise(1, -65);
@@ -104,28 +131,26 @@ TEST_F(BlueZTest, ReportsWhatEachRegionHeardOnceASecond) {
   // Of these only the last is a beacon, and of another region.
   bluez_.advertise("hci0", "dev_a", beaconFrame({kBeaconUUID, 1, 3, -59}), -50, 0x004D);
   bluez_.advertise("hci0", "dev_b", {2, 21, 1}, -50);
-  bluez_.tell("hci0", "dev_c",
-              {{"ManufacturerData", dbus::write("none")}, {"RSSI", dbus::write(1)}});
-  bluez_.advertise("hci0", "dev_d", beaconFrame({{}, 1, 1, -59}), -50);
+  bluez_.advertise("hci0", "dev_c", beaconFrame({{}, 1, 1, -59}), -50);
   EXPECT_THAT(pass(1s), ElementsAre("all: 1@-63 2@0?", "one: 1@-63"));
   EXPECT_THAT(pass(1s), ElementsAre("all:", "one:"));
   advertise(2, -80);
   EXPECT_THAT(pass(1s), ElementsAre("all: 2@-80", "one:"));
 
-  // A handler may end ranging, and the tracker itself.
-  onTold_ = [&] { tracker_->stopRanging(kOne); };
+  // The delegate may end ranging, and the manager itself.
+  delegate_.onTold = [&] { manager_->stopRangingBeacons(kOne); };
   EXPECT_THAT(pass(1s), ElementsAre("all:"));
-  tracker_->startRanging(kOne);
-  onTold_ = [&] { tracker_.reset(); };
+  manager_->startRangingBeacons(kOne);
+  delegate_.onTold = [&] { manager_.reset(); };
   EXPECT_THAT(pass(2s), ElementsAre("all:"));
-  waitForDiscovery("hci0", false);
+  expectRest();
 }
 
 TEST_F(BlueZTest, ResumesWheneverItCan) {
-  tracker_->startRanging(kAll);
+  manager_->startRangingBeacons(kAll);
   EXPECT_THAT(pass(2s), ElementsAre("all:", "all:"));
   bluez_.addAdapter("hci0", false);
-  EXPECT_THAT(pass(10s), testing::Contains("all:").Times(10));
+  pass(10s);
   EXPECT_EQ(bluez_.service().count("StartDiscovery"), 0u);
   bluez_.setPowered("hci0", true);
   expectHears("hci0");
@@ -146,84 +171,69 @@ TEST_F(BlueZTest, ResumesWheneverItCan) {
   bluez_.restart();
   expectHears("hci0");
   expectHears("hci1");
-  EXPECT_THAT(log_->lines(), ElementsAre("org.bluez is not on the bus"));
 
-  bluez_.refuse(dbus::Failure{dbus::kAccessDenied, "Rejected send message"});
+  bluez_.setRefusing(true);
   bluez_.endDiscovery("hci1");
   for (int i = 0; i < 3; ++i) pass(6s);
   EXPECT_FALSE(bluez_.isDiscovering("hci1"));
+  bluez_.setRefusing(false);
+  pass(6s);
+  expectHears("hci1");
   EXPECT_THAT(log_->lines(),
               ElementsAre("org.bluez is not on the bus",
                           "Bluetooth does not look for beacons: Rejected send message"));
-  bluez_.refuse(std::nullopt);
-  pass(6s);
-  expectHears("hci1");
 }
 
-TEST_F(BlueZTest, RestsWhileNothingIsTracked) {
+TEST_F(BlueZTest, RestsWhileNothingIsTrackedOrAllowed) {
   bluez_.addAdapter("hci0");
-  time_.advance(60s);
+  expectRest();
   EXPECT_THAT(bluez_.service().calls(), IsEmpty());
-  EXPECT_EQ(time_.pendingTaskCount(), 0u);
 
-  tracker_->startRanging(kAll);
+  manager_->startRangingBeacons(kOne);
   waitForDiscovery("hci0");
-  for (const BeaconRegion& region : {kAll, kOne}) {
-    tracker_->stopRanging(kAll);
-    tracker_->stopMonitoring(kAll.identifier);
-    tracker_->startRanging(region);
-    tracker_->startMonitoring(region);
+  for (int i = 0; i < 2; ++i) {
+    manager_->stopRangingBeacons(kOne);
+    manager_->startRangingBeacons(kOne);
     pass(1s);
   }
   EXPECT_EQ(bluez_.service().count("StopDiscovery"), 0u);
-  EXPECT_THAT(tracker_->monitoredRegions(), ElementsAre(kOne));
-
-  const auto expectRest = [&] {
-    waitForDiscovery("hci0", false);
-    pass(6s);
-    const auto calls = bluez_.service().calls();
-    EXPECT_THAT(pass(60s), IsEmpty());
-    EXPECT_EQ(bluez_.service().calls(), calls);
-    EXPECT_EQ(time_.pendingTaskCount(), 0u);
-  };
-  tracker_->setEnabled(false);
+  permission_->set(PositionAccess::denied);
   expectRest();
-  tracker_->setEnabled(true);
+  permission_->set(PositionAccess::granted);
   waitForDiscovery("hci0");
   // What was heard before the end belongs to no later second.
   advertise(1, -60);
-  settle();
-  tracker_->stopRanging(kOne);
-  tracker_->stopMonitoring(kOne.identifier);
+  pass(0s);
+  manager_->stopRangingBeacons(kOne);
   expectRest();
-  tracker_->startRanging(kOne);
+  manager_->startRangingBeacons(kOne);
+  waitForDiscovery("hci0");
   EXPECT_THAT(pass(1s), ElementsAre("one:"));
+  advertise(1, -70);
+  EXPECT_THAT(pass(1s), ElementsAre("one: 1@-70"));
 }
 
 TEST_F(BlueZTest, EntersMonitoredRegionsWhenHeardAndLeavesThemAfterSilence) {
   bluez_.addAdapter("hci0");
-  tracker_->startMonitoring({kBeaconUUID, 7, {}, "one"});
-  tracker_->startMonitoring(kAll);
-  tracker_->startMonitoring(kOne);
-  EXPECT_THAT(tracker_->monitoredRegions(), ElementsAre(kAll, kOne));
+  manager_->startMonitoring(BeaconRegion{kBeaconUUID, 1, {}, "one"});
+  manager_->startMonitoring(kAll);
+  manager_->startMonitoring(kOne);
+  EXPECT_THAT(manager_->monitoredRegions(), ElementsAre(Region(kAll), Region(kOne)));
   waitForDiscovery("hci0");
+  pass(0s);
   EXPECT_EQ(time_.pendingTaskCount(), 0u) << "nothing to count yet";
   advertise(2, -60);
-  settle();
-  EXPECT_THAT(told_, ElementsAre("in all"));
-  EXPECT_THAT(pass(20s), IsEmpty());
+  EXPECT_THAT(pass(20s), ElementsAre("in all"));
   advertise(1, -60);
-  settle();
-  EXPECT_THAT(told_, ElementsAre("in one"));
-  EXPECT_THAT(pass(29s), IsEmpty());
+  EXPECT_THAT(pass(29s), ElementsAre("in one"));
+  manager_->startMonitoring(kOne);
   EXPECT_THAT(pass(2s), ElementsAre("out all", "out one"));
-  EXPECT_EQ(time_.pendingTaskCount(), 0u);
-
-  onTold_ = [&] { tracker_.reset(); };
-  told_.clear();
+  delegate_.onTold = [&] { manager_->stopMonitoring(kOne); };
   advertise(1, -60);
-  settle();
-  EXPECT_THAT(told_, ElementsAre("in all"));
+  EXPECT_THAT(pass(1s), ElementsAre("in all", "in one")) << "it was entered before";
+  EXPECT_THAT(pass(31s), ElementsAre("out all"));
+  manager_->stopMonitoring(kAll);
+  expectRest();
 }
 
 }  // namespace
