@@ -61,7 +61,7 @@ void BeaconTracker::update() {
   if (std::exchange(isListening_, listens) != listens) {
     listens ? scanner_->add(*this) : scanner_->remove(*this);
   }
-  if (!isEnabled_ || ranged_.empty()) collector_ = {};
+  if (!isEnabled_) collector_ = {};
   scheduleTick();
 }
 

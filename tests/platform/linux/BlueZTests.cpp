@@ -197,18 +197,18 @@ TEST_F(BlueZTest, RestsWhileNothingIsTrackedOrAllowed) {
     pass(1s);
   }
   EXPECT_EQ(bluez_.service().count("StopDiscovery"), 0u);
+  // What was heard before the end belongs to no later second.
+  advertise(1, -60);
+  pass(0s);
   permission_->set(PositionAccess::denied);
   expectRest();
   permission_->set(PositionAccess::granted);
   waitForDiscovery("hci0");
-  // What was heard before the end belongs to no later second.
-  advertise(1, -60);
-  pass(0s);
+  EXPECT_THAT(pass(1s), ElementsAre("one:"));
   manager_->stopRangingBeacons(kOne);
   expectRest();
   manager_->startRangingBeacons(kOne);
   waitForDiscovery("hci0");
-  EXPECT_THAT(pass(1s), ElementsAre("one:"));
   advertise(1, -70);
   EXPECT_THAT(pass(1s), ElementsAre("one: 1@-70"));
 }
