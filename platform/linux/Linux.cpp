@@ -38,7 +38,7 @@ std::optional<fs::path> settingsFile(const std::optional<fs::path>& directory) {
 }
 
 BeaconScanner::Settings beaconSettings(const Options& options, Log& log) {
-  const double exponent = options.beaconPathLossExponent;
+  const double exponent = options.beaconPathLossExponent.value_or(standard::kFreeSpaceExponent);
   if (exponent >= 1 && exponent <= 10) return {.pathLossExponent = exponent};
   log.write("The path-loss exponent for beacons is not between 1 and 10: " +
             std::to_string(exponent));

@@ -36,9 +36,9 @@ struct Options {
   std::optional<std::filesystem::path> dataDirectory = {};
   PositionSource positionSource = PositionSource::automatic;
   /// How fast the strength of a beacon falls with the distance, for the estimates of the latter: 2
-  /// in free space, up to 3 indoors, some 4 among obstacles. Outside of 1 to 10 the default is
-  /// taken, and the log says so.
-  double beaconPathLossExponent = 2;
+  /// in free space, up to 3 indoors, some 4 among obstacles. Default: 2, also for numbers outside
+  /// of 1 to 10, of which the log tells.
+  std::optional<double> beaconPathLossExponent = {};
 };
 
 /// A full set of services of this system. Makes the data directory (mode 0700) when it is first

@@ -80,9 +80,11 @@ class BeaconScanner::Scan {
     const auto path = dbus::read<dbus::ObjectPath>(arguments, 0);
     const auto names = dbus::read<Names>(arguments, 1).value_or(Names());
     if (!path) return;
-    if (std::ranges::find(names, Glib::ustring(kBlueZAdapter)) != names.end())
-      adapters_.erase(*path);
-    if (std::ranges::find(names, Glib::ustring(kDevice)) != names.end()) devices_.forget(*path);
+    const auto isGone = [&](const char* interface) {
+      return std::ranges::find(names, Glib::ustring(interface)) != names.end();
+    };
+    if (isGone(kBlueZAdapter)) adapters_.erase(*path);
+    if (isGone(kDevice)) devices_.forget(*path);
   }
 
   void note(const std::string& path, const dbus::Properties& properties) {
