@@ -123,7 +123,7 @@ ServiceDouble::Answer BlueZDouble::answer(const ServiceDouble::Call& call) {
 ServiceDouble::Answer BlueZDouble::setFilter(Adapter& adapter, const ServiceDouble::Call& call) {
   const Properties filter = read<Properties>(call.arguments, 0).value_or(Properties());
   adapter.isFiltered = filter.size() == 2 && read<bool>(filter, "DuplicateData") == true &&
-                       read<Glib::ustring>(filter, "Transport") == Glib::ustring("le");
+                       read<Glib::ustring>(filter, "Transport").value_or("").raw() == "le";
   if (adapter.isFiltered) return Glib::VariantContainerBase();
   return failure("InvalidArguments", "Invalid arguments in method call");
 }

@@ -81,7 +81,7 @@ class BeaconScanner::Scan {
     const auto names = dbus::read<Names>(arguments, 1).value_or(Names());
     if (!path) return;
     const auto isGone = [&](const char* interface) {
-      return std::ranges::find(names, Glib::ustring(interface)) != names.end();
+      return std::ranges::any_of(names, [&](const auto& name) { return name.raw() == interface; });
     };
     if (isGone(kBlueZAdapter)) adapters_.erase(*path);
     if (isGone(kDevice)) devices_.forget(*path);
