@@ -50,6 +50,11 @@ class LocationManagerDelegate {
   /// About once a second for each ranged region, with the beacons heard since, possibly none.
   virtual void didRangeBeacons(const std::vector<RangedBeacon>& beacons,
                                const BeaconRegion& region) = 0;
+
+  /// The device has come into a monitored beacon region, whose first beacon was heard, or has left
+  /// it, after half a minute without any. Each at every such change; at first it is outside.
+  virtual void didEnterRegion(const BeaconRegion& /*region*/) {}
+  virtual void didExitRegion(const BeaconRegion& /*region*/) {}
 };
 
 /// Follows the user's position and nearby beacons. Made on, used on and destroyed on the main

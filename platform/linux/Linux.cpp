@@ -15,6 +15,7 @@
 #include "platform/linux/SystemLocationServices.h"
 #include "platform/linux/SystemLog.h"
 #include "platform/linux/TextServices.h"
+#include "platform/linux/bluez/BeaconScanner.h"
 #include "platform/linux/dbus/Bus.h"
 #include "platform/linux/position/PositionHub.h"
 #include "platform/linux/position/PositionProviders.h"
@@ -48,6 +49,14 @@ std::shared_ptr<UserNotificationCenter> makeUserNotifications(
   if (options.usesNotifyAgent) setup.agents = AgentRegistry::ofUser();
   return std::make_shared<StoredUserNotificationCenter>(services, std::move(sessionBus),
                                                         std::move(setup));
+}
+
+BeaconScanner::Settings beaconSettings(const Options& options, Log& log) {
+  const double exponent = options.beaconPathLossExponent.value_or(standard::kFreeSpaceExponent);
+  if (exponent >= 1 && exponent <= 10) return {.pathLossExponent = exponent};
+  log.write("The path-loss exponent for beacons is not between 1 and 10: " +
+            std::to_string(exponent));
+  return {};
 }
 
 /// Of the services that were made last, for functions that are given none.
@@ -102,7 +111,9 @@ Services makeServices(const Options& options) {
   const auto systemBus =
       std::make_shared<dbus::Bus>(dbus::systemBusAddress(), services.mainQueue, services.log);
   services.location = std::make_shared<SystemLocationServices>(
-      makePositionHub(options.positionSource, applicationID, systemBus, services));
+      makePositionHub(options.positionSource, applicationID, systemBus, services),
+      std::make_shared<BeaconScanner>(systemBus, services.mainQueue, services.log,
+                                      beaconSettings(options, *services.log)));
   services.device = std::make_shared<SystemDevice>(systemBus, services.mainQueue);
   services.userNotifications = makeUserNotifications(options, applicationID, directory, services);
   return services;

@@ -44,6 +44,10 @@ struct Options {
   /// application does not run. The agent then finds the data directory through a file in
   /// `$XDG_DATA_HOME`, else `$HOME/.local/share`. Inside a sandbox there is no agent.
   bool usesNotifyAgent = true;
+  /// How fast the strength of a beacon falls with the distance, for the estimates of the latter: 2
+  /// in free space, up to 3 indoors, some 4 among obstacles. Default: 2, also for numbers outside
+  /// of 1 to 10, of which the log tells.
+  std::optional<double> beaconPathLossExponent = {};
 };
 
 /// A full set of services of this system. Makes the data directory (mode 0700) when it is first

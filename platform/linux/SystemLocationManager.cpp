@@ -10,9 +10,29 @@ constexpr double kSignificantChangeMetres = 500;
 
 }  // namespace
 
-SystemLocationManager::SystemLocationManager(std::shared_ptr<PositionHub> hub)
-    : hub_(std::move(hub)) {
-  hub_->onStatusChanged(life_, [this] { tellStatus(); });
+SystemLocationManager::SystemLocationManager(std::shared_ptr<PositionHub> hub,
+                                             std::shared_ptr<BeaconScanner> scanner)
+    : hub_(std::move(hub)), beacons_(std::move(scanner), beaconHandlers()) {
+  hub_->onStatusChanged(life_, [this] { noteStatus(); });
+  beacons_.setEnabled(isAuthorized(hub_->status()));
+}
+
+BeaconHandlers SystemLocationManager::beaconHandlers() {
+  return {.onRanged =
+              [this](const std::vector<RangedBeacon>& beacons, const BeaconRegion& region) {
+                if (delegate_) delegate_->didRangeBeacons(beacons, region);
+              },
+          .onCrossed =
+              [this](const BeaconRegion& region, RegionEvent event) {
+                if (!delegate_) return;
+                event == RegionEvent::entered ? delegate_->didEnterRegion(region)
+                                              : delegate_->didExitRegion(region);
+              }};
+}
+
+void SystemLocationManager::noteStatus() {
+  beacons_.setEnabled(isAuthorized(hub_->status()));
+  tellStatus();
 }
 
 void SystemLocationManager::setDelegate(LocationManagerDelegate* delegate) {
@@ -55,26 +75,22 @@ void SystemLocationManager::report(const Location& location) {
   delegate_->didUpdateLocations({location});
 }
 
-void SystemLocationManager::startRangingBeacons(const BeaconRegion& region) {
-  if (std::ranges::find(ranged_, region) == ranged_.end()) ranged_.push_back(region);
-}
-
-void SystemLocationManager::stopRangingBeacons(const BeaconRegion& region) {
-  std::erase(ranged_, region);
-}
-
 std::vector<Region> SystemLocationManager::rangedRegions() const {
-  return {ranged_.begin(), ranged_.end()};
+  const auto& regions = beacons_.rangedRegions();
+  return {regions.begin(), regions.end()};
 }
 
 void SystemLocationManager::startMonitoring(const Region& region) {
+  if (std::ranges::find(monitored_, region) != monitored_.end()) return;
   stopMonitoring(region);
   monitored_.push_back(region);
+  if (const auto* beacons = std::get_if<BeaconRegion>(&region)) beacons_.startMonitoring(*beacons);
 }
 
 void SystemLocationManager::stopMonitoring(const Region& region) {
   std::erase_if(monitored_,
                 [&](const Region& other) { return identifier(other) == identifier(region); });
+  beacons_.stopMonitoring(identifier(region));
 }
 
 }  // namespace ovinta::platform::linux

@@ -5,15 +5,16 @@
 #include <vector>
 
 #include "platform/LocationManager.h"
+#include "platform/linux/bluez/BeaconTracker.h"
 #include "platform/linux/position/PositionHub.h"
 
 namespace ovinta::platform::linux {
 
-/// A manager of `SystemLocationServices`. Nothing is followed on behalf of monitored regions: a
-/// delegate is not told of them.
+/// A manager of `SystemLocationServices`. The position is not followed on behalf of monitored
+/// circles, of which a delegate is not told.
 class SystemLocationManager : public LocationManager {
  public:
-  explicit SystemLocationManager(std::shared_ptr<PositionHub> hub);
+  SystemLocationManager(std::shared_ptr<PositionHub> hub, std::shared_ptr<BeaconScanner> scanner);
   SystemLocationManager(const SystemLocationManager&) = delete;
   SystemLocationManager& operator=(const SystemLocationManager&) = delete;
 
@@ -30,14 +31,16 @@ class SystemLocationManager : public LocationManager {
   void stopUpdatingLocation() override { updates_ = nullptr; }
   void startMonitoringSignificantLocationChanges() override;
   void stopMonitoringSignificantLocationChanges() override { significantChanges_ = nullptr; }
-  void startRangingBeacons(const BeaconRegion& region) override;
-  void stopRangingBeacons(const BeaconRegion& region) override;
+  void startRangingBeacons(const BeaconRegion& region) override { beacons_.startRanging(region); }
+  void stopRangingBeacons(const BeaconRegion& region) override { beacons_.stopRanging(region); }
   std::vector<Region> rangedRegions() const override;
   void startMonitoring(const Region& region) override;
   void stopMonitoring(const Region& region) override;
   std::vector<Region> monitoredRegions() const override { return monitored_; }
 
  private:
+  BeaconHandlers beaconHandlers();
+  void noteStatus();
   void tellStatus();
   void report(const Location& location);
 
@@ -50,8 +53,8 @@ class SystemLocationManager : public LocationManager {
   /// Each is there while it runs.
   std::unique_ptr<PositionStream> updates_;
   std::unique_ptr<PositionStream> significantChanges_;
-  std::vector<BeaconRegion> ranged_;
   std::vector<Region> monitored_;
+  BeaconTracker beacons_;
   /// Expires with the manager.
   const std::shared_ptr<bool> life_ = std::make_shared<bool>(true);
 };

@@ -6,8 +6,9 @@
 
 namespace ovinta::platform::linux {
 
-SystemLocationServices::SystemLocationServices(std::shared_ptr<PositionHub> hub)
-    : hub_(std::move(hub)) {}
+SystemLocationServices::SystemLocationServices(std::shared_ptr<PositionHub> hub,
+                                               std::shared_ptr<BeaconScanner> scanner)
+    : hub_(std::move(hub)), scanner_(std::move(scanner)) {}
 
 bool SystemLocationServices::locationServicesEnabled() const { return hub_->isEnabled(); }
 
@@ -15,7 +16,7 @@ AuthorizationStatus SystemLocationServices::authorizationStatus() const { return
 
 std::unique_ptr<LocationManager> SystemLocationServices::makeLocationManager() {
   hub_->findService();
-  return std::make_unique<SystemLocationManager>(hub_);
+  return std::make_unique<SystemLocationManager>(hub_, scanner_);
 }
 
 }  // namespace ovinta::platform::linux

@@ -3,17 +3,18 @@
 #include <memory>
 
 #include "platform/LocationManager.h"
+#include "platform/linux/bluez/BeaconScanner.h"
 #include "platform/linux/position/PositionHub.h"
 
 namespace ovinta::platform::linux {
 
-/// The location services of this system, whatever provider stands behind them. Nothing is asked
-/// before the first manager is made, and the user's permission is not known before something was
-/// started for the first time; until then services read as off and the permission as not
-/// determined. Destroyed on the main thread.
+/// The location services of this system, whatever provider stands behind them, and BlueZ's beacons.
+/// Nothing is asked before the first manager is made, and the user's permission is not known before
+/// something was started for the first time; until then services read as off and the permission as
+/// not determined. Destroyed on the main thread.
 class SystemLocationServices : public LocationServices {
  public:
-  explicit SystemLocationServices(std::shared_ptr<PositionHub> hub);
+  SystemLocationServices(std::shared_ptr<PositionHub> hub, std::shared_ptr<BeaconScanner> scanner);
 
   bool locationServicesEnabled() const override;
   AuthorizationStatus authorizationStatus() const override;
@@ -21,6 +22,7 @@ class SystemLocationServices : public LocationServices {
 
  private:
   const std::shared_ptr<PositionHub> hub_;
+  const std::shared_ptr<BeaconScanner> scanner_;
 };
 
 }  // namespace ovinta::platform::linux

@@ -37,10 +37,10 @@ class SimulatedLocation : public LocationServices {
   /// With significant-change monitoring alone, 500 m stand for the filter.
   void deliver(Location location);
 
-  /// The beacons that the device hears from now on. A second after a manager has begun to range,
-  /// and every second as long as it ranges anything, each of its ranged regions reports those that
-  /// match it, possibly none, under the same conditions of service and permission. While nothing is
-  /// ranged nothing is scheduled.
+  /// The beacons that the device hears from now on. A second after a manager has begun to range or
+  /// to monitor beacons, and every second as long as it does, each of its ranged regions reports
+  /// those that match it, possibly none, and monitored ones what has changed, under the same
+  /// conditions of service and permission. Otherwise nothing is scheduled.
   void setBeaconsInRange(std::vector<RangedBeacon> beacons);
 
   /// Has `observer` called with every location that the device has while services and permission

@@ -5,19 +5,13 @@
 #include <limits>
 #include <utility>
 
+#include "platform/standard/BeaconRules.h"
+
 namespace ovinta::platform::simulation {
 namespace {
 
 constexpr double kSignificantChangeMetres = 500;
-constexpr TimeInterval kRangingInterval = std::chrono::seconds(1);
-
-bool matches(const RangedBeacon& beacon, const BeaconRegion& region) {
-  const auto agrees = [](std::optional<std::uint16_t> wanted, std::int64_t heard) {
-    return !wanted || *wanted == static_cast<std::uint16_t>(heard);
-  };
-  return beacon.proximityUUID == region.proximityUUID && agrees(region.major, beacon.major) &&
-         agrees(region.minor, beacon.minor);
-}
+constexpr TimeInterval kSecond = std::chrono::seconds(1);
 
 }  // namespace
 
@@ -99,32 +93,56 @@ void SimulatedLocationManager::receive(const Location& location) {
 
 void SimulatedLocationManager::startRangingBeacons(const BeaconRegion& region) {
   if (std::ranges::find(ranged_, region) == ranged_.end()) ranged_.push_back(region);
-  if (!std::exchange(isRangingScheduled_, true)) scheduleRanging();
+  startSeconds();
 }
 
 void SimulatedLocationManager::stopRangingBeacons(const BeaconRegion& region) {
   std::erase(ranged_, region);
 }
 
-void SimulatedLocationManager::scheduleRanging() {
-  later(kRangingInterval, [this] { reportRanging(); });
+void SimulatedLocationManager::startSeconds() {
+  if (std::exchange(isSecondScheduled_, true)) return;
+  later(kSecond, [this] { passSecond(); });
+}
+
+void SimulatedLocationManager::passSecond() {
+  isSecondScheduled_ = false;
+  if (ranged_.empty() && monitor_.isEmpty()) return;
+  startSeconds();
+  if (!delegate_ || !hub_->isOpen()) return;
+  const std::weak_ptr life(life_);
+  reportRanging();
+  if (!life.expired()) reportCrossings();
 }
 
 void SimulatedLocationManager::reportRanging() {
-  isRangingScheduled_ = !ranged_.empty();
-  if (!isRangingScheduled_) return;
-  scheduleRanging();
-  if (!delegate_ || !hub_->isOpen()) return;
   // A copy: the delegate may change what is ranged, and may destroy the manager.
   const auto regions = ranged_;
   const std::weak_ptr life(life_);
   for (const auto& region : regions) {
     std::vector<RangedBeacon> heard;
-    std::ranges::copy_if(hub_->beacons, std::back_inserter(heard),
-                         [&](const RangedBeacon& beacon) { return matches(beacon, region); });
+    std::ranges::copy_if(hub_->beacons, std::back_inserter(heard), [&](const RangedBeacon& beacon) {
+      return standard::covers(region, beacon);
+    });
     delegate_->didRangeBeacons(heard, region);
     if (life.expired() || !delegate_) return;
   }
+}
+
+void SimulatedLocationManager::reportCrossings() {
+  std::vector<BeaconRegion> entered;
+  for (const RangedBeacon& beacon : hub_->beacons) {
+    std::ranges::copy(monitor_.hear(beacon), std::back_inserter(entered));
+  }
+  const auto left = monitor_.passSecond();
+  const std::weak_ptr life(life_);
+  const auto tell = [&](const std::vector<BeaconRegion>& regions, auto method) {
+    for (const BeaconRegion& region : regions) {
+      if (!life.expired() && delegate_) (delegate_->*method)(region);
+    }
+  };
+  tell(entered, &LocationManagerDelegate::didEnterRegion);
+  tell(left, &LocationManagerDelegate::didExitRegion);
 }
 
 std::vector<Region> SimulatedLocationManager::rangedRegions() const {
@@ -132,13 +150,19 @@ std::vector<Region> SimulatedLocationManager::rangedRegions() const {
 }
 
 void SimulatedLocationManager::startMonitoring(const Region& region) {
+  if (std::ranges::find(monitored_, region) != monitored_.end()) return;
   stopMonitoring(region);
   monitored_.push_back(region);
+  if (const auto* beacons = std::get_if<BeaconRegion>(&region)) {
+    monitor_.start(*beacons);
+    startSeconds();
+  }
 }
 
 void SimulatedLocationManager::stopMonitoring(const Region& region) {
   std::erase_if(monitored_,
                 [&](const Region& other) { return identifier(other) == identifier(region); });
+  monitor_.stop(identifier(region));
 }
 
 }  // namespace ovinta::platform::simulation

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "platform/simulation/LocationHub.h"
+#include "platform/standard/BeaconRegionMonitor.h"
 
 namespace ovinta::platform::simulation {
 
@@ -55,8 +56,11 @@ class SimulatedLocationManager : public LocationManager {
   template <class T>
   void change(T Settings::*field, T value);
   bool isFarEnough(const Location& location) const;
-  void scheduleRanging();
+  /// Has the regions of beacons looked after every second while there are any.
+  void startSeconds();
+  void passSecond();
   void reportRanging();
+  void reportCrossings();
   /// Has the main queue run `step`, unless the manager is gone by then.
   void later(TimeInterval delay, std::function<void()> step);
 
@@ -66,7 +70,8 @@ class SimulatedLocationManager : public LocationManager {
   std::optional<Location> lastReported_;
   std::vector<BeaconRegion> ranged_;
   std::vector<Region> monitored_;
-  bool isRangingScheduled_ = false;
+  standard::BeaconRegionMonitor monitor_;
+  bool isSecondScheduled_ = false;
   /// Expires with the manager.
   const std::shared_ptr<bool> life_ = std::make_shared<bool>(true);
 };

@@ -7,23 +7,25 @@
 #include "platform/FatalError.h"
 #include "platform/simulation/Noise.h"
 #include "platform/simulation/TripPath.h"
+#include "platform/standard/BeaconRules.h"
 
 namespace ovinta::platform::simulation {
 namespace {
 
 constexpr TimeInterval kPositionInterval = std::chrono::seconds(1);
-constexpr double kPathLossExponent = 2;
 /// Nearer than this the path-loss model does not hold.
 constexpr double kNearestMetres = 0.1;
 
 RangedBeacon heard(const TripBeacon& beacon, double distance, GaussianNoise& noise) {
-  const double loss = 10 * kPathLossExponent * std::log10(std::max(distance, kNearestMetres));
+  const double loss =
+      10 * standard::kFreeSpaceExponent * std::log10(std::max(distance, kNearestMetres));
   const double rssi = std::round(beacon.measuredPower - loss + beacon.noise * noise.next());
   return {.proximityUUID = beacon.proximityUUID,
           .major = beacon.major,
           .minor = beacon.minor,
           .rssi = static_cast<std::int64_t>(rssi),
-          .accuracy = std::pow(10, (beacon.measuredPower - rssi) / (10 * kPathLossExponent))};
+          .accuracy =
+              standard::pathLossDistance(rssi, beacon.measuredPower, standard::kFreeSpaceExponent)};
 }
 
 std::vector<TripPoint> checked(std::vector<TripPoint> points) {

@@ -67,10 +67,12 @@ class GeoClueTest : public testing::Test {
   GeoClueDouble geoclue_{daemon_};
   std::shared_ptr<dbus::Bus> bus_ = std::make_shared<dbus::Bus>(
       daemon_.address(), time_.mainQueue(), std::make_shared<simulation::RecordingLog>());
+  std::shared_ptr<BeaconScanner> scanner_ = std::make_shared<BeaconScanner>(
+      bus_, time_.mainQueue(), std::make_shared<simulation::RecordingLog>(), BeaconScanner::Settings{});
   Delegate delegate_;
   std::shared_ptr<PositionHub> hub_ = makeHub(GeoClueProvider::Options().answerTimeout);
   std::unique_ptr<SystemLocationServices> services_ =
-      std::make_unique<SystemLocationServices>(hub_);
+      std::make_unique<SystemLocationServices>(hub_, scanner_);
   std::unique_ptr<LocationManager> manager_ = services_->makeLocationManager();
 };
 
@@ -180,7 +182,7 @@ TEST_F(GeoClueTest, ASystemComponentMayAlwaysFollow) {
 }
 
 TEST_F(GeoClueTest, WithoutAnAgentThePermissionIsNotDeterminedUntilOneComes) {
-  services_ = std::make_unique<SystemLocationServices>(makeHub(50ms));
+  services_ = std::make_unique<SystemLocationServices>(makeHub(50ms), scanner_);
   manager_ = services_->makeLocationManager();
   manager_->setDelegate(&delegate_);
   geoclue_.setMood(Mood::withoutAgent);

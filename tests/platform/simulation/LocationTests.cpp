@@ -31,10 +31,17 @@ class Delegate : public LocationManagerDelegate {
     ranged.emplace_back(region.identifier, heard);
     if (onRanged) onRanged();
   }
+  void didEnterRegion(const BeaconRegion& region) override {
+    crossed.push_back("in " + region.identifier);
+  }
+  void didExitRegion(const BeaconRegion& region) override {
+    crossed.push_back("out " + region.identifier);
+  }
 
   /// How far north of the site the reported positions lie.
   std::vector<long> metres;
   std::vector<std::pair<std::string, std::vector<std::int64_t>>> ranged;
+  std::vector<std::string> crossed;
   std::function<void()> onRanged;
 };
 
@@ -142,6 +149,19 @@ TEST_F(LocationTest, RangedRegionsReportOnceASecond) {
   time.advance(1s);
   EXPECT_EQ(time.pendingTaskCount(), 0u);
   EXPECT_EQ(delegate.ranged.size(), 2u);
+}
+
+TEST_F(LocationTest, MonitoredBeaconsAreEnteredWhenHeardAndLeftAfterHalfAMinute) {
+  manager->setDelegate(&delegate);
+  manager->startMonitoring(
+      BeaconRegion{.proximityUUID = kUUID, .major = {}, .minor = {}, .identifier = "a"});
+  location.setBeaconsInRange({{.proximityUUID = kUUID, .major = 1, .minor = 2}});
+  time.advance(60s);
+  location.setBeaconsInRange({});
+  time.advance(29s);
+  EXPECT_THAT(delegate.crossed, ElementsAre("in a"));
+  time.advance(1s);
+  EXPECT_THAT(delegate.crossed, ElementsAre("in a", "out a"));
 }
 
 TEST_F(LocationTest, ADelegateMayEndTheManagerWhileItReports) {

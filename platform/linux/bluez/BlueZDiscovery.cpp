@@ -1,0 +1,85 @@
+#include "platform/linux/bluez/BlueZDiscovery.h"
+
+#include <string_view>
+#include <utility>
+
+namespace ovinta::platform::linux {
+namespace {
+
+constexpr std::string_view kNotReady = "org.bluez.Error.NotReady";
+constexpr std::string_view kInProgress = "org.bluez.Error.InProgress";
+
+/// Without a filter BlueZ tells of a strength only when it has changed a lot. One by services, on
+/// the other hand, would drop beacons, which offer none.
+dbus::Properties filter() {
+  return {{"Transport", dbus::write("le")}, {"DuplicateData", dbus::write(true)}};
+}
+
+}  // namespace
+
+BlueZDiscovery::BlueZDiscovery(std::shared_ptr<dbus::Bus> systemBus,
+                               std::shared_ptr<MainQueue> mainQueue, Settings settings)
+    : mainQueue_(std::move(mainQueue)),
+      settings_(std::move(settings)),
+      service_(std::move(systemBus), kBlueZName) {
+  service_.onPropertiesChanged(
+      settings_.adapter, kBlueZAdapter,
+      [this](const std::string&, const dbus::Properties& changed) { note(changed); });
+  service_.getProperties(settings_.adapter, kBlueZAdapter,
+                         [this](const dbus::Properties& all) { note(all); });
+}
+
+void BlueZDiscovery::stop() {
+  const Step before = std::exchange(step_, Step::idle);
+  if (before != Step::starting && before != Step::running) return;
+  service_.call(settings_.adapter, kBlueZAdapter, "StopDiscovery", {}, {});
+}
+
+void BlueZDiscovery::note(const dbus::Properties& changed) {
+  const bool wasDiscovering = isDiscovering_;
+  isPowered_ = dbus::read<bool>(changed, "Powered").value_or(isPowered_);
+  isDiscovering_ = dbus::read<bool>(changed, "Discovering").value_or(isDiscovering_);
+  // An attempt under way is judged by its answer.
+  if (step_ == Step::starting) return;
+  if (!isPowered_) {
+    step_ = Step::idle;
+  } else if (step_ == Step::idle) {
+    start();
+  } else if (step_ == Step::running && wasDiscovering && !isDiscovering_) {
+    retryLater();
+  }
+}
+
+void BlueZDiscovery::start() {
+  step_ = Step::starting;
+  service_.call(settings_.adapter, kBlueZAdapter, "SetDiscoveryFilter", dbus::arguments(filter()),
+                {});
+  service_.call(settings_.adapter, kBlueZAdapter, "StartDiscovery", {},
+                [this](const dbus::Reply& reply) { noteStarted(reply); });
+}
+
+void BlueZDiscovery::noteStarted(const dbus::Reply& reply) {
+  const std::string error = reply.failure ? reply.failure->name : "";
+  step_ = Step::idle;
+  if (isPowered_) {
+    // An application has one discovery, which an answer that came too late may have started.
+    const bool runs = error.empty() || (error == kInProgress && isDiscovering_);
+    if (runs) {
+      step_ = Step::running;
+    } else {
+      retryLater();
+    }
+  }
+  if (!error.empty() && error != kInProgress && error != kNotReady) {
+    settings_.onRefusal(*reply.failure);
+  }
+}
+
+void BlueZDiscovery::retryLater() {
+  step_ = Step::waiting;
+  mainQueue_->asyncAfter(settings_.retryInterval, [this, life = std::weak_ptr(life_)] {
+    if (!life.expired() && step_ == Step::waiting) start();
+  });
+}
+
+}  // namespace ovinta::platform::linux

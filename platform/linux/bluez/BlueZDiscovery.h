@@ -1,0 +1,52 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "platform/MainQueue.h"
+#include "platform/linux/dbus/Service.h"
+
+namespace ovinta::platform::linux {
+
+inline constexpr const char* kBlueZName = "org.bluez";
+inline constexpr const char* kBlueZAdapter = "org.bluez.Adapter1";
+
+/// Keeps one adapter of BlueZ looking for beacons whenever it is powered, also when somebody else
+/// has ended that. Main thread only.
+class BlueZDiscovery {
+ public:
+  struct Settings {
+    std::string adapter;
+    /// From an attempt that failed, or a discovery that somebody has ended, to the next attempt.
+    TimeInterval retryInterval;
+    /// Told of each refusal that is not a mere matter of time.
+    std::function<void(const dbus::Failure&)> onRefusal;
+  };
+
+  BlueZDiscovery(std::shared_ptr<dbus::Bus> systemBus, std::shared_ptr<MainQueue> mainQueue,
+                 Settings settings);
+
+  /// Has the adapter rest; to be followed by the destruction. An adapter that is gone is not asked.
+  void stop();
+
+ private:
+  enum class Step { idle, starting, running, waiting };
+
+  void note(const dbus::Properties& changed);
+  void start();
+  void noteStarted(const dbus::Reply& reply);
+  void retryLater();
+
+  const std::shared_ptr<MainQueue> mainQueue_;
+  const Settings settings_;
+  Step step_ = Step::idle;
+  /// As the adapter says.
+  bool isPowered_ = false;
+  bool isDiscovering_ = false;
+  dbus::Service service_;
+  /// Expires with the object.
+  const std::shared_ptr<bool> life_ = std::make_shared<bool>(true);
+};
+
+}  // namespace ovinta::platform::linux

@@ -1,0 +1,136 @@
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <map>
+
+#include "platform/linux/bluez/BeaconCollector.h"
+#include "platform/linux/bluez/BlueZDevices.h"
+#include "platform/standard/BeaconRegionMonitor.h"
+#include "tests/support/BeaconFrames.h"
+
+namespace ovinta::platform::linux {
+namespace {
+
+using test::beaconFrame;
+using test::Bytes;
+using test::kBeaconUUID;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr IBeacon kBeacon{kBeaconUUID, 0x0102, 0xFFFE, -59};
+
+TEST(IBeaconTest, ReadsBeaconsAndNothingElse) {
+  const Bytes good = beaconFrame(kBeacon);
+  EXPECT_EQ(readIBeacon(good), kBeacon);
+  EXPECT_EQ(readIBeacon(beaconFrame({{}, 0, 0xFFFF, 127})), (IBeacon{{}, 0, 0xFFFF, 127}));
+  Bytes longer = good;
+  longer.push_back(7);
+  EXPECT_EQ(readIBeacon(longer), kBeacon);
+
+  Bytes otherKind = good, otherLength = good;
+  otherKind[0] = 0x10;
+  otherLength[1] = 20;
+  for (const Bytes& bad : {otherKind, otherLength, Bytes(good.begin(), good.end() - 1),
+                           Bytes(good.begin() + 1, good.end()), Bytes{2, 21}, Bytes{2}, Bytes{}}) {
+    EXPECT_EQ(readIBeacon(bad), std::nullopt) << testing::PrintToString(bad);
+  }
+}
+
+TEST(BlueZDevicesTest, TellASightingByItsStrength) {
+  using Data = std::map<std::uint16_t, Glib::VariantBase>;
+  const auto data = [](const auto& value) {
+    return dbus::Properties{{"ManufacturerData", dbus::write(value)}};
+  };
+  const Glib::VariantBase frame = dbus::write(beaconFrame(kBeacon));
+  const dbus::Properties beacon = data(Data{{1, dbus::write(Bytes{1})}, {0x4C, frame}});
+  constexpr int kNoSighting = 1, kUnknown = 0;
+  const struct {
+    dbus::Properties known;
+    int told;
+    int expected;
+  } cases[] = {{beacon, -60, -60},
+               {beacon, -1, -1},
+               {beacon, 0, kUnknown},
+               {beacon, 127, kUnknown},
+               {data("no map"), -60, -60},
+               {data(Data{{0x4D, frame}}), -60, kNoSighting},
+               {{}, -60, kNoSighting},
+               {beacon, -60, -60},
+               {data(Data{{0x4C, dbus::write("no bytes")}}), -60, kNoSighting},
+               {beacon, -60, -60},
+               {data(Data{{0x4C, dbus::write(Bytes{2, 21, 3})}}), -60, kNoSighting}};
+  BlueZDevices devices;
+  // Each case goes on from the one before.
+  for (const auto& [known, told, expected] : cases) {
+    EXPECT_FALSE(devices.note("/d", known).has_value());
+    const auto sighting =
+        devices.note("/d", {{"RSSI", dbus::write(static_cast<std::int16_t>(told))}});
+    EXPECT_EQ(sighting ? sighting->rssi.value_or(kUnknown) : kNoSighting, expected) << told;
+  }
+  devices.learn("/d", beacon);
+  EXPECT_FALSE(devices.note("/d", {{"RSSI", dbus::write("loud")}}).has_value());
+  devices.forget("/d");
+  EXPECT_FALSE(devices.note("/d", {{"RSSI", dbus::write(std::int16_t{-60})}}).has_value());
+}
+
+TEST(BeaconCollectorTest, TakesTheMeanAndEstimatesTheDistance) {
+  const struct {
+    std::vector<std::optional<int>> rssis;
+    int measuredPower;
+    double exponent;
+    int rssi;
+    double accuracy;
+  } cases[] = {{{-59}, -59, 2, -59, 1},
+               {{-79}, -59, 2, -79, 10},
+               {{-55}, -59, 2, -55, 0.631},
+               {{-79}, -59, 4, -79, 3.162},
+               {{-70, -80, std::nullopt, -86}, -59, 2, -79, 9.624},
+               {{std::nullopt}, -59, 2, 0, -1},
+               {{-59}, 0, 2, -59, -1}};
+  for (const auto& tested : cases) {
+    BeaconCollector collector;
+    IBeacon beacon = kBeacon;
+    beacon.measuredPower = static_cast<std::int8_t>(tested.measuredPower);
+    for (const auto& rssi : tested.rssis) collector.add({beacon, rssi});
+    const auto beacons = collector.take(tested.exponent);
+    ASSERT_EQ(beacons.size(), 1u);
+    EXPECT_EQ(beacons[0].minor, 0xFFFE);
+    EXPECT_EQ(beacons[0].rssi, tested.rssi);
+    EXPECT_NEAR(beacons[0].accuracy, tested.accuracy, 0.001);
+    EXPECT_THAT(collector.take(2), IsEmpty());
+  }
+}
+
+TEST(BeaconRegionMonitorTest, IsInsideUntilHalfAMinuteOfSilence) {
+  standard::BeaconRegionMonitor monitor;
+  const BeaconRegion all{kBeaconUUID, {}, {}, "all"}, one{kBeaconUUID, 1, 2, "one"};
+  const RangedBeacon beacon{kBeaconUUID, 1, 2}, sibling{kBeaconUUID, 1, 3};
+  monitor.start(all);
+  monitor.start(one);
+  EXPECT_THAT(monitor.hear({{}, 1, 2}), IsEmpty());
+  EXPECT_FALSE(monitor.isInsideAny());
+  EXPECT_THAT(monitor.hear(beacon), ElementsAre(all, one));
+  EXPECT_THAT(monitor.hear(beacon), IsEmpty());
+  const auto pass = [&](int seconds) {
+    std::vector<BeaconRegion> left;
+    while (seconds-- > 0) std::ranges::copy(monitor.passSecond(), std::back_inserter(left));
+    return left;
+  };
+  EXPECT_THAT(pass(30), IsEmpty());
+  EXPECT_THAT(monitor.hear(sibling), IsEmpty());
+  EXPECT_THAT(pass(1), ElementsAre(one));
+  EXPECT_THAT(pass(29), IsEmpty());
+  EXPECT_THAT(pass(1), ElementsAre(all));
+  EXPECT_FALSE(monitor.isInsideAny());
+
+  // A region takes the place of another one of its name, with nothing known; an equal one changes
+  // nothing.
+  monitor.hear(beacon);
+  const BeaconRegion other{kBeaconUUID, 1, {}, "one"};
+  monitor.start(all);
+  monitor.start(other);
+  EXPECT_THAT(monitor.hear(beacon), ElementsAre(other));
+}
+
+}  // namespace
+}  // namespace ovinta::platform::linux

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "platform/linux/bluez/IBeacon.h"
+
+namespace ovinta::test {
+
+using Bytes = std::vector<std::uint8_t>;
+
+inline constexpr platform::UUID kBeaconUUID{
+    {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16}};
+
+/// What a beacon sends in the name of its company.
+inline Bytes beaconFrame(const platform::linux::IBeacon& beacon) {
+  Bytes bytes{2, 21};
+  bytes.insert(bytes.end(), beacon.proximityUUID.bytes.begin(), beacon.proximityUUID.bytes.end());
+  for (const int number : {beacon.major >> 8, beacon.major & 255, beacon.minor >> 8,
+                           beacon.minor & 255, beacon.measuredPower & 255}) {
+    bytes.push_back(static_cast<std::uint8_t>(number));
+  }
+  return bytes;
+}
+
+}  // namespace ovinta::test

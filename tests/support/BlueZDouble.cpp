@@ -1,0 +1,152 @@
+#include "tests/support/BlueZDouble.h"
+
+namespace ovinta::test {
+namespace {
+
+using namespace platform::linux::dbus;
+using Interfaces = std::map<Glib::ustring, Properties>;
+
+constexpr const char* kAdapter = "org.bluez.Adapter1";
+constexpr const char* kDevice = "org.bluez.Device1";
+constexpr const char* kObjectManager = "org.freedesktop.DBus.ObjectManager";
+constexpr const char* kInterfaces = R"(<node>
+  <interface name='org.freedesktop.DBus.ObjectManager'>
+    <method name='GetManagedObjects'><arg type='a{oa{sa{sv}}}' direction='out'/></method>
+  </interface>
+  <interface name='org.bluez.Adapter1'>
+    <method name='SetDiscoveryFilter'><arg type='a{sv}' direction='in'/></method>
+    <method name='StartDiscovery'/><method name='StopDiscovery'/>
+    <property name='Powered' type='b' access='readwrite'/>
+    <property name='Discovering' type='b' access='read'/></interface></node>)";
+
+std::string pathOf(const std::string& adapter) { return "/org/bluez/" + adapter; }
+
+Failure failure(const char* name, const char* text) {
+  return {std::string("org.bluez.Error.") + name, text};
+}
+
+Properties manufacturerData(const BlueZDouble::Bytes& data, std::uint16_t company) {
+  return {{"ManufacturerData",
+           write(std::map<std::uint16_t, Glib::VariantBase>{{company, write(data)}})}};
+}
+
+}  // namespace
+
+BlueZDouble::BlueZDouble(const PrivateBus& bus)
+    : service_(bus, "org.bluez", kInterfaces, [this](const auto& call) { return answer(call); }) {
+  service_.addObject("/", kObjectManager);
+}
+
+void BlueZDouble::addAdapter(const std::string& name, bool isPowered) {
+  service_.sync([&] {
+    const Properties properties{{"Powered", write(isPowered)}, {"Discovering", write(false)}};
+    adapters_[pathOf(name)] = {};
+    service_.addObject(pathOf(name), kAdapter, properties);
+    service_.emit("/", kObjectManager, "InterfacesAdded",
+                  arguments(ObjectPath(pathOf(name)), Interfaces{{kAdapter, properties}}));
+  });
+}
+
+void BlueZDouble::removeAdapter(const std::string& name) {
+  service_.sync([&] {
+    service_.removeObject(pathOf(name));
+    adapters_.erase(pathOf(name));
+    service_.emit("/", kObjectManager, "InterfacesRemoved",
+                  arguments(ObjectPath(pathOf(name)), std::vector<Glib::ustring>{kAdapter}));
+  });
+}
+
+void BlueZDouble::setPowered(const std::string& name, bool isPowered) {
+  if (!isPowered) endDiscovery(name);
+  service_.change(pathOf(name), kAdapter, {{"Powered", write(isPowered)}});
+}
+
+void BlueZDouble::endDiscovery(const std::string& name) {
+  service_.sync([&] {
+    adapters_[pathOf(name)].isFiltered = false;
+    setDiscovering(pathOf(name), false);
+  });
+}
+
+void BlueZDouble::restart() {
+  service_.vanish();
+  service_.sync([&] {
+    for (auto& [path, adapter] : adapters_) {
+      adapter = {};
+      setDiscovering(path, false);
+    }
+  });
+  service_.appear();
+}
+
+void BlueZDouble::setRefusing(bool isRefusing) {
+  service_.sync([&] { isRefusing_ = isRefusing; });
+}
+
+void BlueZDouble::advertise(const std::string& adapter, const std::string& device,
+                            const Bytes& data, std::int16_t rssi, std::uint16_t company) {
+  service_.sync([&] {
+    Adapter& hearing = adapters_[pathOf(adapter)];
+    if (!hearing.isDiscovering || !hearing.isFiltered) return;
+    const std::string path = pathOf(adapter) + "/" + device;
+    const bool isNew = !hearing.devices.contains(path);
+    Properties news{{"RSSI", write(rssi)}};
+    if (isNew || hearing.devices[path] != data) news.merge(manufacturerData(data, company));
+    hearing.devices[path] = data;
+    if (!isNew) return service_.change(path, kDevice, news);
+    service_.emit("/", kObjectManager, "InterfacesAdded",
+                  arguments(ObjectPath(path), Interfaces{{kDevice, news}}));
+  });
+}
+
+bool BlueZDouble::isDiscovering(const std::string& adapter) {
+  bool result = false;
+  service_.sync([&] { result = adapters_[pathOf(adapter)].isDiscovering; });
+  return result;
+}
+
+void BlueZDouble::setDiscovering(const std::string& path, bool isDiscovering) {
+  adapters_[path].isDiscovering = isDiscovering;
+  service_.change(path, kAdapter, {{"Discovering", write(isDiscovering)}});
+}
+
+ServiceDouble::Answer BlueZDouble::answer(const ServiceDouble::Call& call) {
+  if (call.method == "GetManagedObjects") return objects();
+  Adapter& adapter = adapters_[call.object];
+  if (call.method == "SetDiscoveryFilter") return setFilter(adapter, call);
+  if (call.method == "StartDiscovery") return start(call.object, adapter);
+  if (!adapter.isDiscovering) return failure("Failed", "No discovery started");
+  setDiscovering(call.object, false);
+  return Glib::VariantContainerBase();
+}
+
+ServiceDouble::Answer BlueZDouble::setFilter(Adapter& adapter, const ServiceDouble::Call& call) {
+  const Properties filter = read<Properties>(call.arguments, 0).value_or(Properties());
+  adapter.isFiltered = filter.size() == 2 && read<bool>(filter, "DuplicateData") == true &&
+                       read<Glib::ustring>(filter, "Transport").value_or("").raw() == "le";
+  if (adapter.isFiltered) return Glib::VariantContainerBase();
+  return failure("InvalidArguments", "Invalid arguments in method call");
+}
+
+ServiceDouble::Answer BlueZDouble::start(const std::string& path, Adapter& adapter) {
+  if (isRefusing_) return Failure{kAccessDenied, "Rejected send message"};
+  if (!service_.property<bool>(path, kAdapter, "Powered").value_or(false)) {
+    return failure("NotReady", "Resource Not Ready");
+  }
+  if (adapter.isDiscovering) return failure("InProgress", "Operation already in progress");
+  setDiscovering(path, true);
+  return Glib::VariantContainerBase();
+}
+
+ServiceDouble::Answer BlueZDouble::objects() {
+  std::map<ObjectPath, Interfaces> all;
+  for (const auto& [path, adapter] : adapters_) {
+    all[path] = {{kAdapter, {}}};
+    for (const auto& [device, data] : adapter.devices) {
+      all[device] = {{kDevice, manufacturerData(data, 0x004C)}};
+    }
+  }
+  return arguments(all);
+}
+
+}  // namespace ovinta::test
