@@ -29,7 +29,7 @@ NSURL* toObjC(const ovinta::platform::URL& url);
 id toObjC(const ovinta::platform::Value& value);
 NSDictionary* toObjC(const ovinta::platform::Dictionary& dictionary);
 
-/// A half of a character that stands alone becomes a question mark.
+/// One with half of a character, which UTF-8 cannot hold, raises.
 std::string text(NSString* text);
 std::optional<std::string> optionalText(NSString* text);
 /// To the microsecond; saturates.

@@ -84,9 +84,12 @@ NSDictionary* toObjC(const platform::Dictionary& dictionary) {
 }
 
 std::string text(NSString* text) {
-  NSData* const bytes = [requireClass(text, [NSString class]) dataUsingEncoding:NSUTF8StringEncoding
-                                                           allowLossyConversion:YES];
-  return {static_cast<const char*>([bytes bytes]), [bytes length]};
+  NSData* const bytes =
+      [requireClass(text, [NSString class]) dataUsingEncoding:NSUTF8StringEncoding];
+  if (!bytes) {
+    [NSException raise:NSInvalidArgumentException format:@"A text holds half a character"];
+  }
+  return std::string(static_cast<const char*>([bytes bytes]), [bytes length]);
 }
 
 std::optional<std::string> optionalText(NSString* text) {
