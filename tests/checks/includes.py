@@ -24,6 +24,7 @@ RULES = [
     (r"bindings/", rf"bindings/|OvintaSDK/|{PLATFORM}|platform/linux/Linux\.h", ANY),
     (r"sandbox/", r"sandbox/|platform/|OvintaSDK/", ANY),
     (r"cli/", ANY, ANY),
+    (r"examples/", r"(?!)", ANY),
     (r"tests/", ANY, ANY),
 ]
 UNCONDITIONAL = re.compile(r"OvintaSDK/|platform/(\w+\.(h|cpp)|standard/|simulation/)")
@@ -54,7 +55,7 @@ def complaints(path, text):
 def main(root):
     found = []
     files = 0
-    for top in ("OvintaSDK", "platform", "bindings", "sandbox", "cli", "tests"):
+    for top in ("OvintaSDK", "platform", "bindings", "sandbox", "cli", "examples", "tests"):
         for file in sorted((root / top).rglob("*")):
             if file.suffix in (".h", ".cpp", ".m", ".mm"):
                 files += 1
