@@ -1,6 +1,7 @@
 // The example application, as a process of its own, against the sandbox.
 
 #include "tests/support/Command.h"
+#include "tests/support/TemporaryDirectory.h"
 
 #import "tests/bindings/objc/TwinFixture.h"
 

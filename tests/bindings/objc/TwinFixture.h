@@ -32,6 +32,8 @@ class TwinTest : public testing::Test {
   Customer* becomeCustomer();
   /// Creates an order at the sandbox's site and fetches the orders.
   Order* placeOrder();
+  /// Fetches the orders; the fetch is over when this returns, not just its callback.
+  Outcome fetchOrders();
 
   static CustomerInfo* info();
   static std::string text(NSString* string) { return string ? [string UTF8String] : "(nil)"; }

@@ -7,6 +7,7 @@
 #include "platform/JSON.h"
 #include "platform/linux/Linux.h"
 #include "platform/simulation/SimulatedBundle.h"
+#include "tests/support/TemporaryDirectory.h"
 
 namespace ovinta::test {
 
@@ -48,13 +49,15 @@ httplib::Request request(const std::string& method, const std::string& path,
 }  // namespace
 
 World& World::shared() {
-  static World world;
+  // Made first, it goes after the last operation that writes to it.
+  static const TemporaryDirectory directory;
+  static World world(directory.path());
   return world;
 }
 
-World::World()
+World::World(const std::filesystem::path& directory)
     : log_(std::make_shared<platform::simulation::RecordingLog>()),
-      simulation_(realServices(directory_.path()), kStart, {.log = log_}) {
+      simulation_(realServices(directory), kStart, {.log = log_}) {
   if (sandbox_.start()) std::abort();
   platform::install(simulation_.services());
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <functional>
 #include <memory>
 #include <string>
@@ -7,7 +8,6 @@
 #include "platform/simulation/RecordingLog.h"
 #include "platform/simulation/Simulation.h"
 #include "sandbox/Sandbox.h"
-#include "tests/support/TemporaryDirectory.h"
 
 namespace ovinta::test {
 
@@ -32,9 +32,8 @@ class World {
   void ask(const std::string& method, const std::string& path);
 
  private:
-  World();
+  explicit World(const std::filesystem::path& directory);
 
-  TemporaryDirectory directory_;
   sandbox::Sandbox sandbox_;
   std::shared_ptr<platform::simulation::RecordingLog> log_;
   platform::simulation::Simulation simulation_;
