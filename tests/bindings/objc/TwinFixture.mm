@@ -12,6 +12,13 @@ struct Mailbox {
   Outcome outcome;
 };
 
+class WorldsEnd : public testing::Environment {
+  void TearDown() override { World::shared().stop(); }
+};
+
+[[maybe_unused]] const testing::Environment* const worldsEnd =
+    testing::AddGlobalTestEnvironment(new WorldsEnd);
+
 }  // namespace
 
 TwinTest::TwinTest() : pool_([[NSAutoreleasePool alloc] init]) {

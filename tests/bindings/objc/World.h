@@ -21,6 +21,9 @@ class World {
   platform::simulation::Simulation& device() { return simulation_; }
   platform::simulation::RecordingLog& log() { return *log_; }
 
+  /// Stops the sandbox, whose threads must not meet the end of the process.
+  void stop() { sandbox_.stop(); }
+
   /// Serves the main queue until the condition holds; false when that takes too long.
   bool waitUntil(const std::function<bool()>& condition);
 
