@@ -10,7 +10,10 @@ find_path(OVINTA_GNUSTEP_INCLUDE_DIR Foundation/Foundation.h PATH_SUFFIXES GNUst
 find_path(OVINTA_BLOCKS_INCLUDE_DIR Block.h)
 file(GLOB ovintaRuntimeHeaders /usr/lib/gcc/*/*/include/objc/objc.h)
 list(SORT ovintaRuntimeHeaders COMPARE NATURAL ORDER DESCENDING)
-list(GET ovintaRuntimeHeaders 0 ovintaRuntimeHeader)
+set(ovintaRuntimeHeader "")
+if(ovintaRuntimeHeaders)
+  list(GET ovintaRuntimeHeaders 0 ovintaRuntimeHeader)
+endif()
 
 set(OvintaFoundation_MISSING "")
 foreach(part OVINTA_OBJC_COMPILER OVINTA_OBJCXX_COMPILER OVINTA_GNUSTEP_LIBRARY
