@@ -30,7 +30,8 @@ void callApplication(const std::function<void()>& call) {
       logException([[raised description] UTF8String]);
     }
   });
-  if (exception) logException(exception->c_str());
+  // The log, too, is foreign code.
+  if (exception) (void)anyException([&] { logException(exception->c_str()); });
 }
 
 }  // namespace twins
