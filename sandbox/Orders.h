@@ -13,7 +13,7 @@ namespace ovinta::sandbox {
 
 // The rules of orders. Where an order is answered, it is as apps get to see it.
 
-// The customer's side: the token must be a customer's.
+// The customer's side: the token must be a customer's of that world.
 
 /// The orders of that customer, oldest first.
 platform::List ordersOf(const World& world, std::string_view token);

@@ -162,7 +162,9 @@ std::optional<Answer> Sandbox::Server::rejection(Access access, const httplib::R
   if (appToken_ && request.get_header_value("App-Token") != *appToken_) {
     return Answer{.status = 401};
   }
-  if (access == Access::customer && !service_.state.customer(token)) return Answer{.status = 401};
+  if (access == Access::customer && !service_.state.hasCustomer(token)) {
+    return Answer{.status = 401};
+  }
   return std::nullopt;
 }
 

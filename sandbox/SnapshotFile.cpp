@@ -15,10 +15,12 @@ namespace {
 namespace fs = std::filesystem;
 
 std::optional<std::string> textOf(const std::string& path) {
+  std::error_code error;
+  // Reading a directory throws.
+  if (!fs::is_regular_file(path, error)) return std::nullopt;
   std::ifstream file(path, std::ios::binary);
   std::string text{std::istreambuf_iterator<char>(file), {}};
-  std::error_code error;
-  return file && fs::is_regular_file(path, error) ? std::optional(std::move(text)) : std::nullopt;
+  return file ? std::optional(std::move(text)) : std::nullopt;
 }
 
 std::string sentence(const std::string& path, const Refusal& refusal) {

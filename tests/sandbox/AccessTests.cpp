@@ -41,6 +41,23 @@ TEST_F(AccessTest, CustomersRoutesNeedAKnownTokenInItsForm) {
   }
 }
 
+TEST(SandboxResetTest, ATokenCanBeNobodysOnceItsActionRuns) {
+  std::atomic<bool> isArmed = false;
+  // The clock is read between the check of the token and the action.
+  Sandbox sandbox({.now = [&] {
+    if (isArmed.exchange(false)) Speaker(sandbox).send("POST", "/sandbox/reset");
+    return platform::Date{};
+  }});
+  ASSERT_EQ(sandbox.start(), std::nullopt);
+  Speaker app(sandbox);
+  for (const auto& route : kAppRoutes) {
+    if (!route.needsCustomer) continue;
+    app.becomeCustomer();
+    isArmed = true;
+    EXPECT_EQ(app.send(route.method, route.path, R"({"name":"Bo"})").status, 401) << route.path;
+  }
+}
+
 TEST_F(AccessTest, OldAppsAreToldToUpgradeWhileTheSwitchIsOn) {
   Speaker app(sandbox);
   app.becomeCustomer();

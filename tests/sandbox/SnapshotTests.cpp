@@ -127,6 +127,7 @@ TEST_F(SeedFileTest, ASavedFileStartsAnotherService) {
 TEST_F(SeedFileTest, AnUnusableFileIsToldInASentence) {
   const auto error = [this] { return Sandbox(options()).start().value_or("none"); };
   EXPECT_EQ(error(), path_.string() + " cannot be read");
+  EXPECT_EQ(Sandbox({.seedFile = "/"}).start(), "/ cannot be read");
   write("{");
   EXPECT_EQ(error(), path_.string() + " is not JSON");
   write(R"({"data":{"orders":[{"site_id":42}]}})");
