@@ -5,6 +5,7 @@
 
 #include "platform/JSON.h"
 #include "sandbox/Envelope.h"
+#include "sandbox/Validation.h"
 
 namespace ovinta::sandbox {
 namespace {
@@ -80,6 +81,14 @@ Answer answerFor(const Refusal& refusal) {
   Answer answer{.status = statusOf(refusal.kind)};
   if (!refusal.errors.empty()) answer.body = enveloped("errors", refusal.errors);
   return answer;
+}
+
+Answer errorAnswer(int status, std::string_view field, std::string_view complaint) {
+  return {.status = status, .body = enveloped("errors", invalid(field, complaint).errors)};
+}
+
+Answer tooManyWait() {
+  return errorAnswer(503, "requests", "that wait are too many, streams of pushes included");
 }
 
 }  // namespace ovinta::sandbox

@@ -60,6 +60,12 @@ Answer dataAnswer(platform::Value value);
 Answer answerFor(Outcome outcome);
 Answer answerFor(const Refusal& refusal);
 
+/// An answer with that status and one complaint.
+Answer errorAnswer(int status, std::string_view field, std::string_view complaint);
+
+/// What a request is answered that would have to wait where no more can.
+Answer tooManyWait();
+
 /// What `action(World&, platform::Date now)` answers for the call's customer; 401 when the token is
 /// nobody's. Judged under the action's own lock, since a reset may come after the earlier check.
 template <class Action>

@@ -23,7 +23,10 @@ Answer showSnapshot(const Call& call) {
 
 Answer restoreSnapshot(const Call& call) {
   const auto refused = call.service.state.restore(call.data);
-  return refused ? answerFor(*refused) : showSnapshot(call);
+  if (refused) return answerFor(*refused);
+  // They tell of orders that may be no more.
+  call.service.pushes.clear();
+  return showSnapshot(call);
 }
 
 Answer resetAll(const Call& call) {

@@ -129,7 +129,7 @@ TEST_F(SeedFileTest, AnUnusableFileIsToldInASentence) {
   EXPECT_EQ(error(), path_.string() + " cannot be read");
   EXPECT_EQ(Sandbox({.seedFile = "/"}).start(), "/ cannot be read");
   write("{");
-  EXPECT_EQ(error(), path_.string() + " is not JSON");
+  EXPECT_EQ(error(), path_.string() + " is no valid snapshot: body (Body is not JSON)");
   write(R"({"data":{"orders":[{"site_id":42}]}})");
   EXPECT_EQ(error(), path_.string() +
                          " is no valid snapshot: orders.0.partner_identifier (Partner identifier "

@@ -69,7 +69,7 @@ const Fault kFaults[] = {
     event(R"("event_type":"customer_rating","customer_rating_value":"5")", "customer_rating_value"),
     {"POST", "/m/v1/events", R"({"event_type":"state_change","state":"ready"})", "order_id"},
     {"POST", "/m/v1/events", R"([])", "data"},
-    {"POST", "/m/v1/orders", R"({)", "data"},
+    {"POST", "/m/v1/orders", R"({)", "body"},
     {"POST", "/m/v1/customer", "", "data"},
 };
 
