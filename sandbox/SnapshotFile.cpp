@@ -22,6 +22,9 @@ std::optional<std::string> textOf(const std::string& path) {
   return file ? std::optional(std::move(text)) : std::nullopt;
 }
 
+/// What is written first, so that a failure leaves the old file whole.
+std::string draftOf(const std::string& path) { return path + ".new"; }
+
 std::string sentence(const std::string& path, const Refusal& refusal) {
   std::string text = path + " is no valid snapshot";
   const char* separator = ": ";
@@ -47,7 +50,7 @@ std::optional<std::string> readSnapshotFile(const std::string& path, SandboxStat
 std::optional<std::string> writeSnapshotFile(const std::string& path, SandboxState& state) {
   const std::string text = enveloped(
       "data", state.act([](const World& world, platform::Date) { return snapshotOf(world); }));
-  const std::string draft = path + ".new";
+  const std::string draft = draftOf(path);
   std::ofstream file(draft, std::ios::binary | std::ios::trunc);
   std::error_code error;
   // Before there is anything to read.
@@ -56,6 +59,15 @@ std::optional<std::string> writeSnapshotFile(const std::string& path, SandboxSta
   file.close();
   if (file && !error) fs::rename(draft, path, error);
   return file && !error ? std::nullopt : std::optional(path + " cannot be written");
+}
+
+std::optional<std::string> trySnapshotFile(const std::string& path) {
+  std::error_code error;
+  const bool isWritable =
+      !fs::is_directory(path, error) && std::ofstream(draftOf(path), std::ios::app).is_open();
+  if (!isWritable) return path + " cannot be written";
+  fs::remove(draftOf(path), error);
+  return std::nullopt;
 }
 
 }  // namespace ovinta::sandbox

@@ -35,6 +35,9 @@ Answer resetAll(const Call& call) {
 }
 
 Answer demandAppVersion(const Call& call) {
+  if (!isVersion(call.parameters[0])) {
+    return answerFor(invalid("version", "must be numbers joined by dots"));
+  }
   call.service.setMinimumAppVersion(call.parameters[0]);
   return dataAnswer(platform::Dictionary{{"minimum_app_version", call.parameters[0]}});
 }

@@ -79,6 +79,7 @@ TEST_F(AccessTest, OldAppsAreToldToUpgradeWhileTheSwitchIsOn) {
       EXPECT_EQ(reply.headers.count("App-Upgrade-URL"), test.served ? 0u : 1u);
     }
   }
+  EXPECT_EQ(app.send("PUT", "/sandbox/minimum-app-version/1.x").status, 422);
   EXPECT_EQ(app.send("DELETE", "/sandbox/minimum-app-version").status, 200);
   EXPECT_EQ(app.send("GET", "/m/v1/orders").status, 200);
 }

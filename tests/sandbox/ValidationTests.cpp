@@ -45,6 +45,7 @@ const Fault kFaults[] = {
     order(R"("site_id":41,"partner_identifier":"A")", "site_id"),
     order(R"("site_id":"42","partner_identifier":"A")", "site_id"),
     order(R"("site_id":42,"partner_identifier":"A","state":"Ready")", "state"),
+    order(R"("site_id":42,"partner_identifier":"A","state":"gone")", "state"),
     window(kWindow + "/"),
     window(kWindow + "/2024-02-30T12:00:00.000-0400"),
     window(kWindow + "/2024-05-01T24:00:00.000-0400"),
