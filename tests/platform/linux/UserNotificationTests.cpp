@@ -5,6 +5,7 @@
 #include "platform/linux/notifications/NotifyAgent.h"
 #include "tests/support/ChildProcess.h"
 #include "tests/support/Files.h"
+#include "tests/support/GeoClueDouble.h"
 
 namespace ovinta::platform::linux {
 namespace {
@@ -258,18 +259,29 @@ TEST_F(NotifyAgentTest, EndsWithNothingToDoWithASecondAgentAndWithoutABus) {
   waitUntil([&] { return ends_ == 21; });
 }
 
-TEST_F(NotifyAgentTest, TheProgramComesAndGoesWithTheDisarming) {
+TEST_F(NotifyAgentTest, TheProgramFollowsThePositionOnceTheApplicationIsGone) {
+  test::GeoClueDouble geoclue(daemon_);
   const AgentRegistry registry(directory_.path() / "ovinta-notify-agent/OvintaSDK/Applications");
-  const auto center = makeCenter(registry);
+  auto center = makeCenter(registry);
   center->add(requestFor("one"), nullptr);
   waitUntil([&] { return location_->isUpdating(); });
   const test::ChildProcess agent({OVINTA_NOTIFY_AGENT},
                                  {"XDG_DATA_HOME=" + directory_.path().string(),
                                   "DBUS_SESSION_BUS_ADDRESS=" + daemon_.address(),
-                                  "DBUS_SYSTEM_BUS_ADDRESS=unix:path=/nowhere"});
+                                  "DBUS_SYSTEM_BUS_ADDRESS=" + daemon_.address()});
   waitForAgent(true);
-  center->removePendingNotificationRequests({"one"});
+  EXPECT_EQ(geoclue.clientCount(), 0U);
+  center = nullptr;
+  waitUntil([&] { return geoclue.service().count("Start") == 1; });
+  for (const double metres : {500, 0}) {
+    const Coordinate place = northOfSite(metres);
+    geoclue.feed(place.latitude, place.longitude);
+  }
+  waitForShown(1);
+  desktop_.click(desktop_.shown().at(0));
   waitForAgent(false);
+  center = makeCenter(registry);
+  waitUntil([&] { return !clicked_.empty(); });
 }
 
 }  // namespace
