@@ -44,6 +44,7 @@ std::shared_ptr<UserNotificationCenter> makeUserNotifications(
       std::make_shared<dbus::Bus>(dbus::sessionBusAddress(), services.mainQueue, services.log);
   StoredUserNotificationCenter::Setup setup{.applicationID = applicationID,
                                             .file = fileIn(directory, "Notifications.sqlite"),
+                                            .positionSource = options.positionSource,
                                             .onClicked = options.onNotificationClicked};
   if (options.usesNotifyAgent) setup.agents = AgentRegistry::ofUser();
   return std::make_shared<StoredUserNotificationCenter>(services, std::move(sessionBus),

@@ -171,10 +171,18 @@ TEST_F(UserNotificationTest, OfTwoProcessesWithOneStoreOnlyOneFires) {
 
 class NotifyAgentTest : public UserNotificationTest {
  protected:
+  std::unique_ptr<NotifyAgent> makeAgent(std::function<void()> onEnd) {
+    return std::make_unique<NotifyAgent>(
+        services_,
+        [this](PositionSource source) {
+          sources_.push_back(source);
+          return agentLocation_;
+        },
+        makeBus(), registry_, std::move(onEnd));
+  }
+
   void startAgent() {
-    Services services = services_;
-    services.location = agentLocation_;
-    agent_ = std::make_unique<NotifyAgent>(services, makeBus(), registry_, [this] { ++ends_; });
+    agent_ = makeAgent([this] { ++ends_; });
   }
 
   void waitForAgent(bool isExpected) {
@@ -190,12 +198,14 @@ class NotifyAgentTest : public UserNotificationTest {
   std::shared_ptr<simulation::SimulatedLocation> agentLocation_ =
       std::make_shared<simulation::SimulatedLocation>(time_.mainQueue(), services_.geodesy);
   const AgentRegistry registry_{directory_.path() / "agent"};
+  std::vector<PositionSource> sources_;
   int ends_ = 0;
   std::unique_ptr<NotifyAgent> agent_;
 };
 
 TEST_F(NotifyAgentTest, FiresWhileTheApplicationDoesNotRunAndEndsThen) {
-  auto center = makeCenter(registry_);
+  registry_.note({"org.example.app", file_});
+  auto center = makeCenter(registry_, PositionSource::gpsd);
   center->add(requestFor("one"), nullptr);
   waitUntil([&] {
     return std::ranges::count(log_->lines(), "org.ovinta.NotifyAgent is not on the bus") == 1;
@@ -220,6 +230,7 @@ TEST_F(NotifyAgentTest, FiresWhileTheApplicationDoesNotRunAndEndsThen) {
   EXPECT_EQ(ends_, 0);
   desktop_.click(desktop_.shown().at(0));
   waitUntil([&] { return ends_ > 0; });
+  EXPECT_THAT(sources_, ElementsAre(PositionSource::gpsd));
   EXPECT_EQ(application.count("Activate"), 1U);
   EXPECT_THAT(clicked_, IsEmpty());
   center = makeCenter(registry_);
@@ -253,7 +264,7 @@ TEST_F(NotifyAgentTest, EndsWithNothingToDoWithASecondAgentAndWithoutABus) {
   startAgent();
   waitForAgent(true);
   EXPECT_EQ(ends_, 1);
-  const NotifyAgent second(services_, makeBus(), registry_, [this] { ends_ = 20; });
+  const auto second = makeAgent([this] { ends_ = 20; });
   waitUntil([&] { return ends_ == 20; });
   daemon_.stop();
   waitUntil([&] { return ends_ == 21; });
