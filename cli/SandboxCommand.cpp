@@ -9,6 +9,8 @@
 
 #include "cli/Commands.h"
 #include "sandbox/Sandbox.h"
+#include "sandbox/SnapshotFile.h"
+#include "sandbox/WireForms.h"
 
 namespace ovinta::cli {
 namespace {
@@ -24,6 +26,10 @@ int fail(const std::string& error) {
 }
 
 int runSandbox(const SandboxArguments& arguments) {
+  if (!arguments.snapshotFile.empty()) {
+    // At the end it would be too late to learn it.
+    if (const auto error = sandbox::trySnapshotFile(arguments.snapshotFile)) return fail(*error);
+  }
   // Blocked before the service's threads start, so that none but this one takes the signals.
   sigset_t signals;
   sigemptyset(&signals);
@@ -58,8 +64,14 @@ void addSandboxCommand(CLI::App& app, int& exitCode) {
   command->add_option("--snapshot-file", arguments->snapshotFile,
                       "Write a snapshot to the file when the service ends");
   command->add_option("--app-token", options->appToken, "Refuse apps with another token");
-  command->add_option("--minimum-app-version", options->minimumAppVersion,
-                      "Tell apps that are older to upgrade");
+  command
+      ->add_option("--minimum-app-version", options->minimumAppVersion,
+                   "Tell apps that are older to upgrade")
+      ->check(CLI::Validator(
+          [](const std::string& text) {
+            return sandbox::isVersion(text) ? std::string() : text + " is no version";
+          },
+          "VERSION"));
   command->callback([arguments, &exitCode] { exitCode = runSandbox(*arguments); });
 }
 

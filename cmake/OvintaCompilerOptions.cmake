@@ -19,9 +19,11 @@ endif()
 add_library(ovinta_options INTERFACE)
 target_compile_options(
   ovinta_options INTERFACE -Wall -Wextra -Wpedantic
-                           $<IF:$<CXX_COMPILER_ID:GNU>,-Wshadow=local,-Wshadow>)
+                           $<IF:$<COMPILE_LANG_AND_ID:CXX,GNU>,-Wshadow=local,-Wshadow>)
 if(OVINTA_SANITIZERS)
-  add_compile_options(-fsanitize=${OVINTA_SANITIZERS} -fno-omit-frame-pointer
-                      -fno-sanitize-recover=all)
+  # A program holds one compiler's sanitizers: the one that links it, which is the C++ compiler.
+  add_compile_options(
+    "$<$<OR:$<COMPILE_LANGUAGE:CXX>,$<CXX_COMPILER_ID:Clang>>:-fsanitize=${OVINTA_SANITIZERS};-fno-omit-frame-pointer;-fno-sanitize-recover=all>"
+  )
   add_link_options(-fsanitize=${OVINTA_SANITIZERS})
 endif()

@@ -17,7 +17,16 @@ if(TARGET ovinta)
   install(FILES ${PROJECT_BINARY_DIR}/cli/ovinta.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
 endif()
 
-foreach(set OvintaSDKTargets OvintaSDKSimulationTargets)
+set(exportSets OvintaSDKTargets OvintaSDKSimulationTargets)
+if(OVINTA_WITH_OBJC)
+  install(TARGETS OvintaObjC EXPORT OvintaSDKObjCTargets
+          FILE_SET HEADERS DESTINATION ${includeDirectory})
+  install(FILES cmake/OvintaFoundation.cmake DESTINATION ${packageDirectory})
+  install(DIRECTORY cmake/objc-shim DESTINATION ${packageDirectory})
+  list(APPEND exportSets OvintaSDKObjCTargets)
+endif()
+
+foreach(set ${exportSets})
   install(EXPORT ${set} NAMESPACE OvintaSDK:: DESTINATION ${packageDirectory})
 endforeach()
 configure_package_config_file(

@@ -25,9 +25,15 @@ Complaint checkEmail(const Value& value) {
   return sound ? std::nullopt : Complaint("is no e-mail address");
 }
 
+/// In characters of UTF-8.
+std::size_t length(const std::string& text) {
+  return static_cast<std::size_t>(std::ranges::count_if(
+      text, [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0) != 0x80; }));
+}
+
 Complaint checkPassword(const Value& value) {
   const auto* text = value.as<std::string>();
-  return text && text->size() >= kLeastPasswordLength
+  return text && length(*text) >= kLeastPasswordLength
              ? std::nullopt
              : Complaint("must have at least 6 characters");
 }

@@ -22,7 +22,7 @@ platform::List inspectedCustomers(const World& world);
 
 Outcome createCustomer(World& world, const platform::Dictionary& info);
 
-// The token must be a customer's.
+// The token must be a customer's of that world.
 
 Outcome updateCustomer(World& world, std::string_view token, const platform::Dictionary& info);
 /// Gives an anonymous customer an e-mail address and a password.

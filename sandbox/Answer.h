@@ -29,6 +29,8 @@ struct Answer {
   std::map<std::string, std::string> headers = {};
   /// In place of a body: the pushes to send as they come.
   std::shared_ptr<PushMailbox::Listener> pushes = nullptr;
+  /// Held until the answer is through.
+  std::shared_ptr<void> place = nullptr;
   /// Absent for all answers but spoilt ones.
   std::optional<Delivery> delivery = {};
 };

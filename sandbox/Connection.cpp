@@ -70,12 +70,15 @@ Connection::HeaderFields Connection::headers() const {
   return fields;
 }
 
-void Connection::waitForHangUp(std::optional<std::chrono::milliseconds> limit) const {
+bool Connection::waitForHangUp(std::optional<std::chrono::milliseconds> limit) const {
   std::array<pollfd, 2> watched = {{{.fd = socket_, .events = POLLRDHUP, .revents = 0},
                                     {.fd = stop_.descriptor(), .events = POLLIN, .revents = 0}}};
   const int timeout = limit ? static_cast<int>(limit->count()) : -1;
-  while (::poll(watched.data(), watched.size(), timeout) < 0 && errno == EINTR) {
-  }
+  int count = 0;
+  do {
+    count = ::poll(watched.data(), watched.size(), timeout);
+  } while (count < 0 && errno == EINTR);
+  return count == 0;
 }
 
 void Connection::close() {

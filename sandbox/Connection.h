@@ -35,8 +35,9 @@ class Connection : public httplib::Stream {
   /// The request's header fields in the order received, names as received.
   HeaderFields headers() const;
 
-  /// Returns when the client has hung up, the service stops, or the time is over.
-  void waitForHangUp(std::optional<std::chrono::milliseconds> limit = {}) const;
+  /// Returns when the client has hung up, the service stops, or the time is over; answers whether
+  /// it is the time.
+  bool waitForHangUp(std::optional<std::chrono::milliseconds> limit = {}) const;
 
   void close();
   /// Closes with a reset in place of an orderly end.

@@ -6,6 +6,8 @@
 #include <span>
 #include <string_view>
 
+#include "sandbox/Orders.h"
+
 namespace ovinta::sandbox {
 namespace {
 
@@ -48,8 +50,6 @@ constexpr std::string_view kOfferForm = R"(<form action="/sandbox/orders">
   <button>Create an order to claim</button>
 </form>
 )";
-
-constexpr std::array<std::string_view, 4> kMoves = {"ready", "delayed", "cancelled", "gone"};
 
 constexpr std::size_t kRequestsShown = 20;
 
@@ -115,7 +115,7 @@ std::string cell(const platform::Dictionary& record, std::string_view key) {
 std::string moveButtons(const platform::Dictionary& order) {
   std::string buttons;
   const std::string id = std::to_string(*platform::find<std::int64_t>(order, "id"));
-  for (const std::string_view move : kMoves) {
+  for (const std::string_view move : kMerchantMoves) {
     const std::string word(move);
     buttons += "<form action=\"/sandbox/orders/" + id + "/" + word + "\"><button>" + word +
                "</button></form> ";

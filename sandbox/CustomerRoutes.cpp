@@ -1,4 +1,3 @@
-#include "sandbox/Accounts.h"
 #include "sandbox/Routes.h"
 
 namespace ovinta::sandbox {
@@ -14,17 +13,21 @@ Answer createCustomer(const Call& call) {
 }
 
 Answer showCustomer(const Call& call) {
-  return dataAnswer(*call.service.state.customer(call.token));
+  return answerForCustomer(call, [&](const World& world, platform::Date) {
+    return dataAnswer(shownCustomer(*findCustomer(world, call.token)));
+  });
 }
 
 Answer updateCustomer(const Call& call) {
-  return answerFor(call.service.state.act(
-      [&](World& world, platform::Date) { return updateCustomer(world, call.token, call.data); }));
+  return answerForCustomer(call, [&](World& world, platform::Date) {
+    return answerFor(updateCustomer(world, call.token, call.data));
+  });
 }
 
 Answer signUp(const Call& call) {
-  return answerFor(call.service.state.act(
-      [&](World& world, platform::Date) { return signUp(world, call.token, call.data); }));
+  return answerForCustomer(call, [&](World& world, platform::Date) {
+    return answerFor(signUp(world, call.token, call.data));
+  });
 }
 
 Answer signIn(const Call& call) {

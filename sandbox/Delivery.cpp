@@ -14,19 +14,24 @@ namespace {
 constexpr std::chrono::milliseconds kListenerCheck{250};
 
 /// Sends the listener's pushes as server-sent events until either side ends.
-void streamPushes(std::shared_ptr<PushMailbox::Listener> listener, const std::string& contentType,
-                  httplib::Response& reply) {
-  reply.set_chunked_content_provider(contentType, [listener = std::move(listener)](
-                                                      std::size_t offset, httplib::DataSink& sink) {
-    const auto send = [&](const std::string& text) { return sink.write(text.data(), text.size()); };
-    if (offset == 0) return send(": listening\n\n");
-    if (!sink.is_writable()) return false;
-    if (const auto payload = listener->next(kListenerCheck)) {
-      return send("event: push\ndata: " + *payload + "\n\n");
-    }
-    if (listener->isClosed()) sink.done();
-    return true;
-  });
+void streamPushes(Answer answer, httplib::Response& reply) {
+  reply.set_chunked_content_provider(
+      answer.contentType, [listener = std::move(answer.pushes), place = std::move(answer.place)](
+                              std::size_t offset, httplib::DataSink& sink) {
+        const auto send = [&](const std::string& text) {
+          return sink.write(text.data(), text.size());
+        };
+        if (offset == 0) return send(": listening\n\n");
+        const auto payload = listener->next(kListenerCheck);
+        // After the wait: what a listener that has gone would get is for the next.
+        if (!sink.is_writable()) return false;
+        if (payload) {
+          if (!send("event: push\ndata: " + *payload + "\n\n")) return false;
+          listener->taken();
+        }
+        if (listener->isClosed()) sink.done();
+        return true;
+      });
 }
 
 /// Ends the connection without a word.
@@ -61,7 +66,7 @@ void deliver(Answer answer, httplib::Response& reply) {
   if (answer.status == 0) return sendNothing(answer.delivery.value_or(Delivery()));
   reply.status = answer.status;
   for (const auto& [name, value] : answer.headers) reply.set_header(name, value);
-  if (answer.pushes) return streamPushes(std::move(answer.pushes), answer.contentType, reply);
+  if (answer.pushes) return streamPushes(std::move(answer), reply);
   if (const auto delivery = answer.delivery) return sendSpoilt(*delivery, std::move(answer), reply);
   reply.set_content(answer.body, answer.contentType);
 }

@@ -10,9 +10,11 @@ namespace ovinta::sandbox {
 Outcome dataOf(std::string_view text) {
   const auto value = platform::parseJSON(text);
   const auto* object = value ? value->as<platform::Dictionary>() : nullptr;
-  const auto* data = object ? platform::find<platform::Dictionary>(*object, "data") : nullptr;
-  if (data) return *data;
-  return invalid("data", "is missing");
+  if (!value && !text.empty()) return invalid("body", "is not JSON");
+  const auto data = object ? object->find("data") : platform::Dictionary::const_iterator();
+  if (!object || data == object->end()) return invalid("data", "is missing");
+  if (const auto* record = data->second.as<platform::Dictionary>()) return *record;
+  return invalid("data", "must be an object");
 }
 
 std::string enveloped(std::string key, platform::Value value) {

@@ -4,9 +4,9 @@
 namespace ovinta::sandbox {
 
 Answer createEvent(const Call& call) {
-  return answerFor(call.service.state.act([&](World& world, platform::Date now) {
-    return addEvent(world, call.token, call.data, now);
-  }));
+  return answerForCustomer(call, [&](World& world, platform::Date now) {
+    return answerFor(addEvent(world, call.token, call.data, now));
+  });
 }
 
 }  // namespace ovinta::sandbox

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cctype>
 #include <cstdint>
 #include <iterator>
 
@@ -36,8 +37,16 @@ Complaint checkDelay(const Value& value) {
   return sound ? std::nullopt : Complaint("must be a number from 0 to 3600");
 }
 
+Complaint checkContentType(const Value& value) {
+  const auto* text = value.as<std::string>();
+  const bool sound = text && !text->empty() && std::ranges::none_of(*text, [](unsigned char byte) {
+                       return std::iscntrl(byte) != 0;
+                     });
+  return sound ? std::nullopt : Complaint("must be one line of text and not empty");
+}
+
 constexpr std::array<FieldRule, 3> kStatusSettings = {
-    {{"status", checkStatus, true}, {"body", checkText}, {"content_type", checkFilledText}}};
+    {{"status", checkStatus, true}, {"body", checkText}, {"content_type", checkContentType}}};
 constexpr std::array<FieldRule, 1> kDelaySettings = {{{"seconds", checkDelay, true}}};
 constexpr std::array<FieldRule, 1> kLengthSettings = {{{"length", checkLength}}};
 
@@ -105,8 +114,11 @@ void reset(const Dictionary&, const Place&, Answer& answer) {
   answer = {.status = 0, .delivery = Delivery{.end = Delivery::End::reset}};
 }
 
+// With the origin, since a path that begins with two slashes alone would name a host.
 void redirectHere(const Dictionary&, const Place& place, Answer& answer) {
-  answer = {.status = 307, .headers = {{"Location", place.target}}};
+  const std::string host =
+      place.host.empty() ? "127.0.0.1:" + std::to_string(place.port) : place.host;
+  answer = {.status = 307, .headers = {{"Location", "http://" + host + place.target}}};
 }
 
 // The same service under another name, so that whoever follows is seen to do so.
@@ -132,8 +144,8 @@ constexpr std::array<FaultKind, 15> kKinds = {{
     {"malformed_json", after, {}, malformJSON},
     {"wrong_types", after, {}, mistypeBody},
     {"wrong_content_length", after, kLengthSettings, misstateLength},
-    {"delay", before, kDelaySettings},
-    {"never_answers", instead, {}, stayAway},
+    {"delay", before, kDelaySettings, nullptr, true},
+    {"never_answers", instead, {}, stayAway, true},
     {"reset", instead, {}, reset},
     {"reset_in_body", after, {}, resetInBody},
     {"redirect_same_origin", instead, {}, redirectHere},

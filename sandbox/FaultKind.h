@@ -19,6 +19,8 @@ struct FaultKind {
   struct Place {
     /// Path and query of the request.
     std::string target;
+    /// The service as the request names it; may be empty.
+    std::string host;
     int port;
   };
 
@@ -28,6 +30,8 @@ struct FaultKind {
   /// Spoils the answer: the endpoint's own where the moment is `after`, else an empty one. Null
   /// where the moment is `before`.
   void (*spoil)(const platform::Dictionary& settings, const Place& place, Answer& answer) = nullptr;
+  /// Whether the request holds a thread while it waits.
+  bool waits = false;
 };
 
 /// All kinds of faults.

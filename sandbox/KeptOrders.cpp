@@ -17,16 +17,17 @@ constexpr std::size_t kCodeLength = 6;
 /// Without the letters and digits that people take for one another.
 constexpr std::string_view kCodeAlphabet = "ABCDEFGHJKLMNPQRSTUVWXYZ23456789";
 
-/// Leaves room for the identifiers that follow.
+constexpr std::int64_t kLargestID = std::int64_t{1} << 53;
+
 Complaint checkID(const platform::Value& value) {
-  return checkIntegerRange(value, 1, std::int64_t{1} << 53, "must be an integer from 1");
+  return checkIntegerRange(value, 1, kLargestID, "must be an integer from 1 to 9007199254740992");
 }
 
 Complaint checkDevice(const platform::Value& value) {
   return value.as<Dictionary>() ? std::nullopt : Complaint("must be a record");
 }
 
-constexpr std::array<FieldRule, 23> kOrderRules = {{
+constexpr std::array<FieldRule, 24> kOrderRules = {{
     {"id", checkID},
     {"site_id", checkInteger, true},
     {"partner_identifier", checkFilledText, true},
@@ -44,6 +45,7 @@ constexpr std::array<FieldRule, 23> kOrderRules = {{
     {"customer_rating_value_string", checkText},
     {"customer_rating_comments", checkText},
     {"customer_name", checkText},
+    {"customer_phone", checkText},
     {"customer_car_type", checkText},
     {"customer_car_color", checkText},
     {"customer_license_plate", checkText},
@@ -79,6 +81,8 @@ std::optional<Refusal> conflict(const World& world, const Dictionary& order) {
   if (owner && !findCustomer(world, *owner)) return invalid("customer_token", "is unknown");
   const auto* id = platform::find<std::int64_t>(order, "id");
   if (id && world.orders.contains(*id)) return invalid("id", "is taken");
+  // A snapshot with a larger one could not be put back.
+  if (!id && newID(world) > kLargestID) return invalid("id", "of a new order would be too large");
   const auto* code = platform::find<std::string>(order, "redemption_code");
   if (code && isCodeTaken(world, *code)) return invalid("redemption_code", "is taken");
   return std::nullopt;

@@ -18,6 +18,12 @@ std::int64_t orderID(const std::string& digits) {
   return id;
 }
 
+void push(const platform::Dictionary& order, Service& service) {
+  const auto* pushToken = platform::find<std::string>(order, "push_token");
+  if (!pushToken || pushToken->empty()) return;
+  service.pushes.send(*pushToken, platform::writeJSON(pushPayload(order)));
+}
+
 }  // namespace
 
 Answer showConsole(const Call& call) {
@@ -43,21 +49,21 @@ Answer offerOrder(const Call& call) {
 
 Answer moveOrder(const Call& call) {
   Outcome outcome = call.service.state.act([&](World& world, platform::Date now) {
-    return moveOrder(world, orderID(call.parameters[0]), call.parameters[1], now);
+    Outcome result = moveOrder(world, orderID(call.parameters[0]), call.parameters[1], now);
+    // Here, so that pushes come in the order of the moves.
+    if (const auto* order = std::get_if<platform::Dictionary>(&result)) push(*order, call.service);
+    return result;
   });
-  if (const auto* order = std::get_if<platform::Dictionary>(&outcome)) {
-    const auto* pushToken = platform::find<std::string>(*order, "push_token");
-    if (pushToken && !pushToken->empty()) {
-      call.service.pushes.send(*pushToken, platform::writeJSON(pushPayload(*order)));
-    }
-  }
   return answerFor(std::move(outcome));
 }
 
 Answer listenForPushes(const Call& call) {
+  auto place = call.service.waiting.take();
+  if (!place) return tooManyWait();
   return {.contentType = "text/event-stream",
           .headers = {{"Cache-Control", "no-store"}},
-          .pushes = call.service.pushes.listen(call.parameters[0])};
+          .pushes = call.service.pushes.listen(call.parameters[0]),
+          .place = std::move(place)};
 }
 
 }  // namespace ovinta::sandbox

@@ -34,6 +34,14 @@ constexpr std::array<FieldRule, 1> kPermissionRules = {
 constexpr std::array<FieldRule, 2> kRatingRules = {
     {{"customer_rating_value", checkRating, true}, {"customer_rating_comments", checkText}}};
 
+struct StateKey {
+  std::string_view name;
+  bool (*isOpen)(std::string_view state);
+};
+
+constexpr std::array<StateKey, 2> kStateKeys = {
+    {{"customer_state", isOpenCustomerState}, {"state", isOpenOrderState}}};
+
 struct EventType {
   std::string_view name;
   std::span<const FieldRule> rules;
@@ -52,10 +60,10 @@ const EventType* typeOf(const Dictionary& event) {
 }
 
 void applyStates(const Dictionary& content, platform::Date now, Dictionary& order) {
-  for (const std::string_view key : {"customer_state", "state"}) {
-    const auto* state = platform::find<std::string>(content, key);
+  for (const StateKey& key : kStateKeys) {
+    const auto* state = platform::find<std::string>(content, key.name);
     if (!state) continue;
-    order.insert_or_assign(std::string(key), *state);
+    order.insert_or_assign(std::string(key.name), *state);
     if (*state == "completed") order.emplace("completed_at", dateText(now));
   }
 }
@@ -70,6 +78,19 @@ Dictionary eventErrors(const Dictionary& event) {
       !platform::find<std::string>(event, "customer_state") &&
       !platform::find<std::string>(event, "state")) {
     errors.emplace("state", List{fieldMessage("state", "of the customer or order is missing")});
+  }
+  return errors;
+}
+
+Dictionary reopenings(const Dictionary& event, const Dictionary& order) {
+  Dictionary content;
+  copyFields(event, typeOf(event)->rules, content);
+  Dictionary errors;
+  for (const StateKey& key : kStateKeys) {
+    const auto* next = platform::find<std::string>(content, key.name);
+    const auto& current = *platform::find<std::string>(order, key.name);
+    if (!next || *next == current || key.isOpen(current)) continue;
+    errors.emplace(key.name, List{fieldMessage(key.name, "is final")});
   }
   return errors;
 }

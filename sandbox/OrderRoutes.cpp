@@ -4,14 +4,15 @@
 namespace ovinta::sandbox {
 
 Answer listOrders(const Call& call) {
-  return dataAnswer(call.service.state.act(
-      [&](World& world, platform::Date) { return ordersOf(world, call.token); }));
+  return answerForCustomer(call, [&](const World& world, platform::Date) {
+    return dataAnswer(ordersOf(world, call.token));
+  });
 }
 
 Answer createOrder(const Call& call) {
-  return answerFor(call.service.state.act([&](World& world, platform::Date now) {
-    return createOrder(world, call.token, call.data, now);
-  }));
+  return answerForCustomer(call, [&](World& world, platform::Date now) {
+    return answerFor(createOrder(world, call.token, call.data, now));
+  });
 }
 
 Answer showOrder(const Call& call) {
@@ -20,9 +21,9 @@ Answer showOrder(const Call& call) {
 }
 
 Answer claimOrder(const Call& call) {
-  return answerFor(call.service.state.act([&](World& world, platform::Date now) {
-    return claimOrder(world, call.token, call.parameters[0], call.data, now);
-  }));
+  return answerForCustomer(call, [&](World& world, platform::Date now) {
+    return answerFor(claimOrder(world, call.token, call.parameters[0], call.data, now));
+  });
 }
 
 }  // namespace ovinta::sandbox

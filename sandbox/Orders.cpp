@@ -36,8 +36,9 @@ constexpr std::array<FieldRule, 7> kClaimRules = {{{"customer_phone", checkText}
                                                    {"pickup_type", checkText}}};
 
 /// An order's keys that are filled from the customer's when the app leaves them out.
-constexpr std::array<std::pair<std::string_view, std::string_view>, 4> kInherited = {
+constexpr std::array<std::pair<std::string_view, std::string_view>, 5> kInherited = {
     {{"customer_name", "name"},
+     {"customer_phone", "phone"},
      {"customer_car_type", "car_type"},
      {"customer_car_color", "car_color"},
      {"customer_license_plate", "license_plate"}}};
@@ -57,8 +58,7 @@ Dictionary withSite(const World& world, Dictionary order) {
 }
 
 Dictionary shownOrder(const World& world, Dictionary order) {
-  order.erase("customer_token");
-  order.erase("device");
+  for (const char* key : {"customer_token", "customer_phone", "device"}) order.erase(key);
   return withSite(world, std::move(order));
 }
 
@@ -68,7 +68,8 @@ bool isOwnedBy(const Dictionary& order, std::string_view token) {
 }
 
 bool isOpen(const Dictionary& order) {
-  return isOpenOrderState(text(order, "state")) && text(order, "customer_state") != "completed";
+  return isOpenOrderState(text(order, "state")) &&
+         isOpenCustomerState(text(order, "customer_state"));
 }
 
 void inherit(const World& world, std::string_view token, Dictionary& order) {
@@ -85,7 +86,6 @@ Outcome placeOrder(World& world, const Dictionary& info, std::string_view owner,
   if (auto refused = invalid(fieldErrors(info, kNewOrderRules))) return *std::move(refused);
   Dictionary order;
   copyFields(info, std::span(kNewOrderRules), order);
-  order.erase("customer_phone");
   if (!owner.empty()) {
     order.emplace("customer_token", owner);
     inherit(world, owner, order);
@@ -111,6 +111,10 @@ List ordersOf(const World& world, std::string_view token) {
 
 Outcome createOrder(World& world, std::string_view token, const Dictionary& info,
                     platform::Date now) {
+  const auto* state = platform::find<std::string>(info, "state");
+  if (state && isOrderState(*state) && !isOpenOrderState(*state)) {
+    return invalid("state", "of a new order cannot be final");
+  }
   return placeOrder(world, info, token, now);
 }
 
@@ -145,7 +149,7 @@ Outcome claimOrder(World& world, std::string_view token, std::string_view redemp
     order.emplace("customer_token", token);
     order.emplace("redeemed_at", dateText(now));
   }
-  copyFields(info, std::span(kClaimRules).subspan(1), order);
+  copyFields(info, kClaimRules, order);
   inherit(world, token, order);
   order.insert_or_assign("updated_at", dateText(now));
   return shownOrder(world, order);
@@ -160,6 +164,7 @@ Outcome addEvent(World& world, std::string_view token, const Dictionary& event,
   Dictionary& order = found->second;
   if (text(order, "state") == "gone") return Refusal{Refusal::Kind::gone, {}};
   if (auto refused = invalid(eventErrors(event))) return *std::move(refused);
+  if (auto refused = invalid(reopenings(event, order))) return *std::move(refused);
   const auto* known = platform::find<Dictionary>(order, "device");
   Dictionary device = known ? *known : Dictionary();
   applyEvent(event, now, order, device);
@@ -175,6 +180,9 @@ List allOrders(const World& world) {
 }
 
 Outcome moveOrder(World& world, std::int64_t id, std::string_view state, platform::Date now) {
+  if (std::ranges::find(kMerchantMoves, state) == kMerchantMoves.end()) {
+    return refusal(Refusal::Kind::unknown, "state", fieldMessage("state", "is no merchant's"));
+  }
   const auto found = world.orders.find(id);
   if (found == world.orders.end()) return unknownOrder();
   Dictionary& order = found->second;

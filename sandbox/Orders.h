@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <span>
 #include <string_view>
@@ -13,7 +14,7 @@ namespace ovinta::sandbox {
 
 // The rules of orders. Where an order is answered, it is as apps get to see it.
 
-// The customer's side: the token must be a customer's.
+// The customer's side: the token must be a customer's of that world.
 
 /// The orders of that customer, oldest first.
 platform::List ordersOf(const World& world, std::string_view token);
@@ -37,7 +38,10 @@ Outcome findOrder(const World& world, std::string_view redemptionCode);
 platform::List allOrders(const World& world);
 /// Creates an order that is nobody's until it is claimed.
 Outcome offerOrder(World& world, const platform::Dictionary& info, platform::Date now);
-/// Moves an order to a state that a merchant can give it.
+/// The states that a merchant can give an order.
+inline constexpr std::array<std::string_view, 4> kMerchantMoves = {"ready", "delayed", "cancelled",
+                                                                   "gone"};
+/// Moves an order to one of them.
 Outcome moveOrder(World& world, std::int64_t id, std::string_view state, platform::Date now);
 
 /// What a kept record must and may hold.

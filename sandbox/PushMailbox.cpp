@@ -6,17 +6,29 @@
 
 namespace ovinta::sandbox {
 
+namespace {
+
+/// A payload, shared by the lines of all who listened when it came.
+struct Push {
+  std::string payload;
+  bool isTaken = false;
+};
+
+using Pushes = std::deque<std::shared_ptr<Push>>;
+
+}  // namespace
+
 struct PushMailbox::Shared {
   std::mutex mutex;
   std::condition_variable changed;
   bool closed = false;
-  std::map<std::string, std::deque<std::string>, std::less<>> waiting;
+  std::map<std::string, Pushes, std::less<>> waiting;
   std::vector<Listener::Line*> lines;
 };
 
 struct PushMailbox::Listener::Line {
   std::string pushToken;
-  std::deque<std::string> payloads;
+  Pushes pushes;
   std::shared_ptr<Shared> shared;
 };
 
@@ -27,22 +39,27 @@ PushMailbox::Listener::~Listener() {
   const std::lock_guard lock(shared.mutex);
   std::erase(shared.lines, line_.get());
   shared.changed.notify_all();
-  const bool isHeardByOthers = std::ranges::any_of(
-      shared.lines, [&](const Line* other) { return other->pushToken == line_->pushToken; });
-  if (!isHeardByOthers && !line_->payloads.empty()) {
-    shared.waiting.insert_or_assign(line_->pushToken, std::move(line_->payloads));
-  }
+  Pushes& left = line_->pushes;
+  // What others have in their lines is not lost.
+  std::erase_if(left, [](const auto& push) { return push->isTaken || push.use_count() > 1; });
+  if (left.empty()) return;
+  const auto other = std::ranges::find(shared.lines, line_->pushToken, &Line::pushToken);
+  Pushes& heir = other == shared.lines.end() ? shared.waiting[line_->pushToken] : (*other)->pushes;
+  heir.insert(heir.begin(), left.begin(), left.end());
 }
 
 std::optional<std::string> PushMailbox::Listener::next(std::chrono::milliseconds patience) {
   Shared& shared = *line_->shared;
   std::unique_lock lock(shared.mutex);
-  shared.changed.wait_for(lock, patience,
-                          [&] { return shared.closed || !line_->payloads.empty(); });
-  if (shared.closed || line_->payloads.empty()) return std::nullopt;
-  std::string payload = std::move(line_->payloads.front());
-  line_->payloads.pop_front();
-  return payload;
+  shared.changed.wait_for(lock, patience, [&] { return shared.closed || !line_->pushes.empty(); });
+  if (shared.closed || line_->pushes.empty()) return std::nullopt;
+  return line_->pushes.front()->payload;
+}
+
+void PushMailbox::Listener::taken() {
+  const std::lock_guard lock(line_->shared->mutex);
+  line_->pushes.front()->isTaken = true;
+  line_->pushes.pop_front();
 }
 
 bool PushMailbox::Listener::isClosed() const {
@@ -60,7 +77,7 @@ std::shared_ptr<PushMailbox::Listener> PushMailbox::listen(std::string_view push
   line->shared = shared_;
   const std::lock_guard lock(shared_->mutex);
   if (const auto waiting = shared_->waiting.find(pushToken); waiting != shared_->waiting.end()) {
-    line->payloads = std::move(waiting->second);
+    line->pushes = std::move(waiting->second);
     shared_->waiting.erase(waiting);
   }
   shared_->lines.push_back(line.get());
@@ -69,13 +86,14 @@ std::shared_ptr<PushMailbox::Listener> PushMailbox::listen(std::string_view push
 
 void PushMailbox::send(std::string_view pushToken, std::string payload) {
   const std::lock_guard lock(shared_->mutex);
+  const auto push = std::make_shared<Push>(std::move(payload));
   bool isHeard = false;
   for (Listener::Line* line : shared_->lines) {
     if (line->pushToken != pushToken) continue;
-    line->payloads.push_back(payload);
+    line->pushes.push_back(push);
     isHeard = true;
   }
-  if (!isHeard) shared_->waiting[std::string(pushToken)].push_back(std::move(payload));
+  if (!isHeard) shared_->waiting[std::string(pushToken)].push_back(push);
   shared_->changed.notify_all();
 }
 

@@ -16,8 +16,8 @@ namespace ovinta::sandbox {
 /// be used from any thread; listeners may outlive it.
 class PushMailbox {
  public:
-  /// One listener's own line of payloads. What it leaves unread when it goes waits for the next
-  /// listener.
+  /// One listener's own line of payloads. What nobody has taken when it goes is for another
+  /// listener, or waits for the next.
   class Listener {
     struct Line;
 
@@ -25,9 +25,12 @@ class PushMailbox {
     explicit Listener(std::unique_ptr<Line> line);
     ~Listener();
 
-    /// Takes the next payload, waiting that long for one; absent when none came or the mailbox has
-    /// closed.
+    /// The first payload that is not yet `taken`, waiting that long for one; absent when none came
+    /// or the mailbox has closed.
     std::optional<std::string> next(std::chrono::milliseconds patience);
+
+    /// Tells that the payload answered last has gone out.
+    void taken();
 
     /// Whether nothing will come any more.
     bool isClosed() const;

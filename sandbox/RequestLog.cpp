@@ -1,6 +1,7 @@
 #include "sandbox/RequestLog.h"
 
 #include <algorithm>
+#include <optional>
 #include <string_view>
 
 #include "platform/JSON.h"
@@ -22,7 +23,12 @@ bool isWritable(const std::string& text) {
 }
 
 std::string writable(std::string text) {
-  text.resize(std::min(text.size(), kLongestText));
+  std::size_t size = std::min(text.size(), kLongestText);
+  const auto isWithinCharacter = [&](std::size_t at) {
+    return at < text.size() && (static_cast<unsigned char>(text[at]) & 0xC0) == 0x80;
+  };
+  while (size > 0 && isWithinCharacter(size)) --size;
+  text.resize(size);
   if (!isWritable(text)) {
     std::ranges::replace_if(
         text, [](char byte) { return byte < ' ' || byte > '~'; }, '?');
@@ -37,29 +43,50 @@ std::size_t endOfString(std::string_view json, std::size_t quote) {
   return std::min(end + 1, json.size());
 }
 
-/// Whether the text, quotes included, is the key of a password or of its confirmation.
-bool isPasswordKey(std::string_view string) {
-  return string == "\"password\"" || string.ends_with("confirmation\"");
+/// Where the value that begins there ends.
+std::size_t endOfValue(std::string_view json, std::size_t at) {
+  int depth = 0;
+  while (at < json.size()) {
+    const char mark = json[at];
+    const bool closes = mark == ']' || mark == '}';
+    if (depth == 0 && (closes || mark == ',' || kBlanks.find(mark) != kBlanks.npos)) return at;
+    if (mark == '[' || mark == '{') ++depth;
+    if (closes) --depth;
+    at = mark == '"' ? endOfString(json, at) : at + 1;
+    if (depth == 0 && (closes || mark == '"')) return at;
+  }
+  return json.size();
 }
 
-/// The body with the values of passwords masked. It need not be whole or valid JSON.
+/// Whether the text, quotes included, is the key of a password or of its confirmation.
+bool isPasswordKey(std::string_view string) {
+  const auto value = platform::parseJSON(string);
+  const auto* key = value ? value->as<std::string>() : nullptr;
+  return key && (*key == "password" || key->ends_with("confirmation"));
+}
+
+/// Where the value of the key that ends there begins; absent when no value follows.
+std::optional<std::size_t> valueAfter(std::string_view json, std::size_t end) {
+  const std::size_t colon = json.find_first_not_of(kBlanks, end);
+  if (colon == json.npos || json[colon] != ':') return std::nullopt;
+  return std::min(json.find_first_not_of(kBlanks, colon + 1), json.size());
+}
+
+/// The body with the values of passwords masked, all else as it came. It need not be whole or valid
+/// JSON.
 std::string masked(std::string_view json) {
   std::string result;
-  std::size_t begin = 0;
-  bool isPassword = false;
-  while (begin < json.size()) {
-    const std::size_t quote = std::min(json.find('"', begin), json.size());
-    const std::string_view between = json.substr(begin, quote - begin);
-    result += between;
-    if (quote == json.size()) break;
-    begin = endOfString(json, quote);
-    const std::string_view string = json.substr(quote, begin - quote);
-    const std::size_t mark = between.find_first_not_of(kBlanks);
-    const bool isValue = mark != std::string_view::npos && between[mark] == ':';
-    result += isValue && isPassword ? '"' + std::string(kMask) + '"' : std::string(string);
-    isPassword = isPasswordKey(string);
+  std::size_t done = 0;
+  for (auto quote = json.find('"'); quote < json.size(); quote = json.find('"', quote)) {
+    const std::size_t end = endOfString(json, quote);
+    const bool isPassword = isPasswordKey(json.substr(quote, end - quote));
+    quote = end;
+    const auto value = isPassword ? valueAfter(json, end) : std::nullopt;
+    if (!value) continue;
+    result.append(json.substr(done, *value - done)).append(1, '"').append(kMask).append(1, '"');
+    quote = done = endOfValue(json, *value);
   }
-  return result;
+  return result.append(json.substr(done));
 }
 
 platform::List headerList(const ReceivedRequest& request) {

@@ -5,6 +5,7 @@
 
 #include "platform/JSON.h"
 #include "sandbox/Envelope.h"
+#include "sandbox/Validation.h"
 
 namespace ovinta::sandbox {
 namespace {
@@ -28,8 +29,7 @@ constexpr auto kRoutes = std::to_array<Route>({
     {"GET", "/sandbox/?", Access::everyone, Body::none, showConsole},
     {"GET", "/sandbox/orders", Access::everyone, Body::none, listAllOrders},
     {"POST", "/sandbox/orders", Access::everyone, Body::data, offerOrder},
-    {"POST", "/sandbox/orders/(\\d+)/(ready|delayed|cancelled|gone)", Access::everyone, Body::none,
-     moveOrder},
+    {"POST", "/sandbox/orders/(\\d+)/([^/]+)", Access::everyone, Body::none, moveOrder},
     {"GET", "/sandbox/pushes/(.+)", Access::everyone, Body::none, listenForPushes},
     {"GET", "/sandbox/customers", Access::everyone, Body::none, listCustomers},
     {"GET", "/sandbox/requests", Access::everyone, Body::none, listRequests},
@@ -80,6 +80,14 @@ Answer answerFor(const Refusal& refusal) {
   Answer answer{.status = statusOf(refusal.kind)};
   if (!refusal.errors.empty()) answer.body = enveloped("errors", refusal.errors);
   return answer;
+}
+
+Answer errorAnswer(int status, std::string_view field, std::string_view complaint) {
+  return {.status = status, .body = enveloped("errors", invalid(field, complaint).errors)};
+}
+
+Answer tooManyWait() {
+  return errorAnswer(503, "requests", "that wait are too many, streams of pushes included");
 }
 
 }  // namespace ovinta::sandbox

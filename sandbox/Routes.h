@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "platform/Value.h"
+#include "sandbox/Accounts.h"
 #include "sandbox/Answer.h"
 #include "sandbox/Refusal.h"
 #include "sandbox/Service.h"
@@ -58,6 +59,21 @@ Answer dataAnswer(platform::Value value);
 /// An answer that holds the record, or tells the refusal.
 Answer answerFor(Outcome outcome);
 Answer answerFor(const Refusal& refusal);
+
+/// An answer with that status and one complaint.
+Answer errorAnswer(int status, std::string_view field, std::string_view complaint);
+
+/// What a request is answered that would have to wait where no more can.
+Answer tooManyWait();
+
+/// What `action(World&, platform::Date now)` answers for the call's customer; 401 when the token is
+/// nobody's. Judged under the action's own lock, since a reset may come after the earlier check.
+template <class Action>
+Answer answerForCustomer(const Call& call, Action action) {
+  return call.service.state.act([&](World& world, platform::Date now) {
+    return findCustomer(world, call.token) ? action(world, now) : Answer{.status = 401};
+  });
+}
 
 // Apps
 Answer showAppInfo(const Call& call);

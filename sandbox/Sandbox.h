@@ -21,7 +21,8 @@ struct Options {
   /// The service's clock, called from any thread, never under a lock; empty for the system's.
   std::function<platform::Date()> now = {};
   /// Waits out the delay of a fault; called from any thread, never under a lock. Empty to wait for
-  /// the time to pass, the client to go or the service to stop.
+  /// the time to pass; the request comes to nothing when the client goes or the service stops
+  /// before.
   std::function<void(std::chrono::milliseconds)> pause = {};
   /// When given, requests of apps must carry exactly this app token.
   std::optional<std::string> appToken = {};
@@ -44,8 +45,8 @@ class Sandbox {
   /// or absent when the service is ready.
   std::optional<std::string> start();
 
-  /// Answers what is in progress, ends open streams, and returns when the last thread has ended. No
-  /// effect when the service does not run.
+  /// Answers what is in progress, ends open streams and what a fault holds up, and returns when the
+  /// last thread has ended. No effect when the service does not run.
   void stop();
 
   /// Writes all that the service knows to a file that can be a seed file; before, during and after

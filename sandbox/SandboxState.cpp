@@ -11,10 +11,9 @@ SandboxState::SandboxState(std::uint64_t seed, std::function<platform::Date()> n
       world_{.generator = SeededGenerator(seed), .sites = builtInSites()},
       start_(world_) {}
 
-std::optional<platform::Dictionary> SandboxState::customer(std::string_view token) const {
+bool SandboxState::hasCustomer(std::string_view token) const {
   const std::lock_guard lock(mutex_);
-  const platform::Dictionary* customer = findCustomer(world_, token);
-  return customer ? std::optional(shownCustomer(*customer)) : std::nullopt;
+  return findCustomer(world_, token) != nullptr;
 }
 
 std::optional<Refusal> SandboxState::restore(const platform::Dictionary& snapshot) {

@@ -29,8 +29,7 @@ class SandboxState {
     return action(world_, now);
   }
 
-  /// The customer that the token stands for, as apps get to see it; absent when there is none.
-  std::optional<platform::Dictionary> customer(std::string_view token) const;
+  bool hasCustomer(std::string_view token) const;
 
   /// Puts what the snapshot holds in place of all that is known; answers why not, having changed
   /// nothing, when it is not valid.

@@ -9,16 +9,33 @@
 #include "sandbox/Connection.h"
 #include "sandbox/Delivery.h"
 #include "sandbox/Envelope.h"
+#include "sandbox/RequestBody.h"
 #include "sandbox/Validation.h"
 
 namespace ovinta::sandbox {
 namespace {
 
 constexpr const char* kHost = "127.0.0.1";
-constexpr std::string_view kAppPaths = "/m/v1/";
-/// Each open stream of pushes holds one.
-constexpr std::size_t kThreads = 32;
-constexpr std::size_t kLargestBody = 1 << 20;
+/// Some are left when all places to wait are taken.
+constexpr std::size_t kThreads = WaitingPlaces::kMost + 8;
+constexpr std::size_t kLongestBodyOfApps = 1 << 20;
+
+/// Whether the path is on the merchant's and tester's side.
+bool isTesters(std::string_view path) {
+  return path == "/sandbox" || path.starts_with("/sandbox/");
+}
+
+/// What a request is told that the HTTP library refuses.
+Answer explained(int status) {
+  switch (status) {
+    case 400:
+      return errorAnswer(status, "request", "is no HTTP or came too slowly");
+    case 404:
+      return errorAnswer(status, "path", "is unknown");
+    default:
+      return errorAnswer(status, "request", "cannot be served");
+  }
+}
 
 /// The text between the quotes of `Token token="..."`; empty for anything else.
 std::string customerToken(const std::string& authorization) {
@@ -36,7 +53,6 @@ Sandbox::Server::Server(const Options& options)
       service_(options.seed, options.now) {
   service_.setMinimumAppVersion(options.minimumAppVersion.value_or(std::string()));
   http_.set_tcp_nodelay(true);
-  http_.set_payload_max_length(kLargestBody);
   // The default would let two services share a port unnoticed.
   http_.set_socket_options([](socket_t socket) {
     const int on = 1;
@@ -83,11 +99,17 @@ void Sandbox::Server::addFallbacks() {
   for (const char* method : {"GET", "POST", "PUT", "PATCH", "DELETE"}) {
     add(method, ".*",
         [this](const httplib::Request& request, const std::string& body, Reply& reply) {
-          const auto unknown =
-              refusal(Refusal::Kind::unknown, "path", fieldMessage("path", "is unknown"));
-          finish(request, body, answerFor(unknown), reply);
+          finish(request, body, explained(404), reply);
         });
   }
+  // Whatever the service itself answers has a content type.
+  const auto explain = [this](const httplib::Request& request, Reply& reply) {
+    using enum httplib::Server::HandlerResponse;
+    if (reply.has_header("Content-Type")) return Unhandled;
+    finish(request, {}, explained(reply.status), reply);
+    return Handled;
+  };
+  http_.set_error_handler(httplib::Server::HandlerWithResponse(explain));
 }
 
 void Sandbox::Server::add(std::string_view method, const std::string& pattern,
@@ -95,19 +117,12 @@ void Sandbox::Server::add(std::string_view method, const std::string& pattern,
   const auto bare = [handler](const httplib::Request& request, Reply& reply) {
     handler(request, {}, reply);
   };
-  // The body is read here since the server would wait for one even where none is announced.
-  const auto reading = [handler](const httplib::Request& request, Reply& reply,
-                                 const httplib::ContentReader& read) {
-    std::string body;
-    const auto append = [&](const char* data, std::size_t length) {
-      body.append(data, length);
-      return true;
-    };
-    const bool hasBody =
-        request.has_header("Content-Length") || request.has_header("Transfer-Encoding");
-    // Where reading fails, the server has set the status.
-    if (hasBody && !read(append)) return;
-    handler(request, body, reply);
+  const auto reading = [this, handler](const httplib::Request& request, Reply& reply,
+                                       const httplib::ContentReader& read) {
+    auto body =
+        receiveBody(request, read, isTesters(request.path) ? kLongestBody : kLongestBodyOfApps);
+    if (const auto* text = std::get_if<std::string>(&body)) return handler(request, *text, reply);
+    finish(request, {}, std::get<Answer>(std::move(body)), reply);
   };
   if (method == "GET") http_.Get(pattern, bare);
   if (method == "POST") http_.Post(pattern, reading);
@@ -118,20 +133,28 @@ void Sandbox::Server::add(std::string_view method, const std::string& pattern,
 
 Answer Sandbox::Server::struck(const Route& route, const httplib::Request& request,
                                const std::string& body) {
-  const auto fault = service_.faults.take(route);
+  // HEAD asks for no more than the head of what GET would be answered.
+  const auto fault =
+      request.method == route.method ? service_.faults.take(route) : std::optional<Fault>();
   if (!fault) return answer(route, request, body);
+  const FaultKind& kind = *fault->kind;
+  auto place = kind.waits ? service_.waiting.take() : nullptr;
+  if (kind.waits && !place) return tooManyWait();
   using enum FaultKind::Moment;
-  if (fault->kind->moment == before) pause(fault->settings);
-  Answer result = fault->kind->moment == instead ? Answer() : answer(route, request, body);
-  if (fault->kind->spoil) fault->kind->spoil(fault->settings, {request.target, port_}, result);
+  if (kind.moment == before && !pause(fault->settings)) return {.status = 0};
+  Answer result = kind.moment == instead ? Answer() : answer(route, request, body);
+  const FaultKind::Place here{request.target, request.get_header_value("Host"), port_};
+  if (kind.spoil) kind.spoil(fault->settings, here, result);
+  result.place = std::move(place);
   return result;
 }
 
-void Sandbox::Server::pause(const platform::Dictionary& settings) const {
+bool Sandbox::Server::pause(const platform::Dictionary& settings) const {
   const std::chrono::duration<double> seconds(*number(settings.find("seconds")->second));
   const auto time = std::chrono::ceil<std::chrono::milliseconds>(seconds);
-  if (pause_) return pause_(time);
-  Connection::current().waitForHangUp(time);
+  if (!pause_) return Connection::current().waitForHangUp(time);
+  pause_(time);
+  return true;
 }
 
 Answer Sandbox::Server::answer(const Route& route, const httplib::Request& request,
@@ -162,13 +185,15 @@ std::optional<Answer> Sandbox::Server::rejection(Access access, const httplib::R
   if (appToken_ && request.get_header_value("App-Token") != *appToken_) {
     return Answer{.status = 401};
   }
-  if (access == Access::customer && !service_.state.customer(token)) return Answer{.status = 401};
+  if (access == Access::customer && !service_.state.hasCustomer(token)) {
+    return Answer{.status = 401};
+  }
   return std::nullopt;
 }
 
 void Sandbox::Server::finish(const httplib::Request& request, const std::string& body,
                              Answer answer, Reply& reply) {
-  if (request.path.find(kAppPaths) <= 1) {
+  if (!isTesters(request.path)) {
     service_.requests.add({.method = request.method,
                            .target = request.target,
                            .headers = Connection::current().headers(),

@@ -33,12 +33,13 @@ class Sandbox::Server {
 
   void addRoute(const Route& route);
   void addFallbacks();
-  /// Registers a handler that gets the body, empty when the request has none.
+  /// Registers a handler that gets the body, empty when the request has none. A request whose body
+  /// cannot be had is answered without it.
   void add(std::string_view method, const std::string& pattern, const Handler& handler);
   /// The route's answer, or what a fault makes of it.
   Answer struck(const Route& route, const httplib::Request& request, const std::string& body);
-  /// Waits out a delay.
-  void pause(const platform::Dictionary& settings) const;
+  /// Waits out a delay; answers whether there is still someone to answer then.
+  bool pause(const platform::Dictionary& settings) const;
   Answer answer(const Route& route, const httplib::Request& request, const std::string& body);
   /// The answer to a request that the route must not see; absent for all others.
   std::optional<Answer> rejection(Access access, const httplib::Request& request,

@@ -13,6 +13,7 @@
 #include "sandbox/PushMailbox.h"
 #include "sandbox/RequestLog.h"
 #include "sandbox/SandboxState.h"
+#include "sandbox/WaitingPlaces.h"
 #include "sandbox/WireForms.h"
 
 namespace ovinta::sandbox {
@@ -26,6 +27,7 @@ class Service {
   PushMailbox pushes;
   RequestLog requests;
   Faults faults;
+  WaitingPlaces waiting;
 
   /// Apps older than this version are told to upgrade; an empty text admits all.
   void setMinimumAppVersion(std::string version) {

@@ -1,5 +1,6 @@
 #include "sandbox/Snapshot.h"
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <optional>
@@ -81,6 +82,10 @@ std::variant<World, Refusal> readSnapshot(const Dictionary& document, SeededGene
     const auto* state = platform::find<std::int64_t>(document, "generator");
     if (!state) return invalid("generator", "must be an integer");
     world.generator = SeededGenerator(std::bit_cast<std::uint64_t>(*state));
+  }
+  for (const auto& [key, value] : document) {
+    const bool isPart = std::ranges::find(kParts, key, &Part::key) != kParts.end();
+    if (!isPart && key != "generator") errors.emplace(key, List{key + " is no part of a snapshot"});
   }
   if (!document.contains("sites")) world.sites = builtInSites();
   for (const Part& part : kParts) {

@@ -5,7 +5,6 @@
 #include <iterator>
 #include <utility>
 
-#include "platform/JSON.h"
 #include "sandbox/Envelope.h"
 #include "sandbox/Snapshot.h"
 
@@ -15,11 +14,16 @@ namespace {
 namespace fs = std::filesystem;
 
 std::optional<std::string> textOf(const std::string& path) {
+  std::error_code error;
+  // Reading a directory throws.
+  if (!fs::is_regular_file(path, error)) return std::nullopt;
   std::ifstream file(path, std::ios::binary);
   std::string text{std::istreambuf_iterator<char>(file), {}};
-  std::error_code error;
-  return file && fs::is_regular_file(path, error) ? std::optional(std::move(text)) : std::nullopt;
+  return file ? std::optional(std::move(text)) : std::nullopt;
 }
+
+/// What is written first, so that a failure leaves the old file whole.
+std::string draftOf(const std::string& path) { return path + ".new"; }
 
 std::string sentence(const std::string& path, const Refusal& refusal) {
   std::string text = path + " is no valid snapshot";
@@ -37,7 +41,6 @@ std::string sentence(const std::string& path, const Refusal& refusal) {
 std::optional<std::string> readSnapshotFile(const std::string& path, SandboxState& state) {
   const auto text = textOf(path);
   if (!text) return path + " cannot be read";
-  if (!platform::parseJSON(*text)) return path + " is not JSON";
   const Outcome data = dataOf(*text);
   if (const auto* refused = std::get_if<Refusal>(&data)) return sentence(path, *refused);
   const auto refused = state.restore(std::get<platform::Dictionary>(data));
@@ -47,7 +50,7 @@ std::optional<std::string> readSnapshotFile(const std::string& path, SandboxStat
 std::optional<std::string> writeSnapshotFile(const std::string& path, SandboxState& state) {
   const std::string text = enveloped(
       "data", state.act([](const World& world, platform::Date) { return snapshotOf(world); }));
-  const std::string draft = path + ".new";
+  const std::string draft = draftOf(path);
   std::ofstream file(draft, std::ios::binary | std::ios::trunc);
   std::error_code error;
   // Before there is anything to read.
@@ -56,6 +59,15 @@ std::optional<std::string> writeSnapshotFile(const std::string& path, SandboxSta
   file.close();
   if (file && !error) fs::rename(draft, path, error);
   return file && !error ? std::nullopt : std::optional(path + " cannot be written");
+}
+
+std::optional<std::string> trySnapshotFile(const std::string& path) {
+  std::error_code error;
+  const bool isWritable =
+      !fs::is_directory(path, error) && std::ofstream(draftOf(path), std::ios::app).is_open();
+  if (!isWritable) return path + " cannot be written";
+  fs::remove(draftOf(path), error);
+  return std::nullopt;
 }
 
 }  // namespace ovinta::sandbox

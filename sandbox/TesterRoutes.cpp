@@ -23,7 +23,10 @@ Answer showSnapshot(const Call& call) {
 
 Answer restoreSnapshot(const Call& call) {
   const auto refused = call.service.state.restore(call.data);
-  return refused ? answerFor(*refused) : showSnapshot(call);
+  if (refused) return answerFor(*refused);
+  // They tell of orders that may be no more.
+  call.service.pushes.clear();
+  return showSnapshot(call);
 }
 
 Answer resetAll(const Call& call) {
@@ -32,6 +35,9 @@ Answer resetAll(const Call& call) {
 }
 
 Answer demandAppVersion(const Call& call) {
+  if (!isVersion(call.parameters[0])) {
+    return answerFor(invalid("version", "must be numbers joined by dots"));
+  }
   call.service.setMinimumAppVersion(call.parameters[0]);
   return dataAnswer(platform::Dictionary{{"minimum_app_version", call.parameters[0]}});
 }

@@ -7,26 +7,29 @@
 #include <chrono>
 #include <cmath>
 #include <cstdint>
+#include <limits>
 #include <regex>
-#include <span>
 #include <vector>
+
+#include "OvintaSDK/model/CustomerState.h"
+#include "OvintaSDK/model/LocationAuthStatus.h"
+#include "OvintaSDK/model/OrderState.h"
 
 namespace ovinta::sandbox {
 namespace {
 
-// The open states come first.
-constexpr std::array<std::string_view, 6> kOrderStates = {"created",   "ready",     "delayed",
-                                                          "cancelled", "completed", "gone"};
-constexpr std::size_t kOpenOrderStates = 3;
+/// The row of the state that the text stands for; null when there is none.
+template <class State>
+const StateRow<State>* findRow(std::string_view text) {
+  const auto& rows = StateTable<State>::kRows;
+  const auto row = std::ranges::find(rows, text, &StateRow<State>::wireString);
+  return row == rows.end() ? nullptr : &*row;
+}
 
-constexpr std::array<std::string_view, 6> kCustomerStates = {"created", "en_route", "nearby",
-                                                             "arrived", "waiting",  "completed"};
-
-constexpr std::array<std::string_view, 5> kLocationPermissions = {
-    "not_determined", "restricted", "denied", "authorized_always", "authorized_when_in_use"};
-
-bool contains(std::span<const std::string_view> words, std::string_view text) {
-  return std::ranges::find(words, text) != words.end();
+template <class State>
+bool isOpenState(std::string_view text) {
+  const auto* row = findRow<State>(text);
+  return row && row->isOpen;
 }
 
 void appendDigits(std::string& text, long long value, std::size_t width) {
@@ -53,7 +56,8 @@ std::vector<unsigned> versionNumbers(std::string_view version) {
   while (!version.empty()) {
     const std::string_view part = version.substr(0, version.find('.'));
     unsigned number = 0;
-    std::from_chars(part.data(), part.data() + part.size(), number);
+    const auto read = std::from_chars(part.data(), part.data() + part.size(), number);
+    if (read.ec == std::errc::result_out_of_range) number = std::numeric_limits<unsigned>::max();
     numbers.push_back(number);
     version.remove_prefix(std::min(part.size() + 1, version.size()));
   }
@@ -90,15 +94,17 @@ bool isPickupWindow(std::string_view text) {
 
 bool isDateText(std::string_view text) { return isInstant(text, true); }
 
-bool isOrderState(std::string_view text) { return contains(kOrderStates, text); }
+bool isOrderState(std::string_view text) { return findRow<OrderState>(text) != nullptr; }
 
-bool isCustomerState(std::string_view text) { return contains(kCustomerStates, text); }
+bool isCustomerState(std::string_view text) { return findRow<CustomerState>(text) != nullptr; }
 
-bool isLocationPermission(std::string_view text) { return contains(kLocationPermissions, text); }
-
-bool isOpenOrderState(std::string_view text) {
-  return contains(std::span(kOrderStates).first<kOpenOrderStates>(), text);
+bool isLocationPermission(std::string_view text) {
+  return findRow<LocationAuthStatus>(text) != nullptr;
 }
+
+bool isOpenOrderState(std::string_view text) { return isOpenState<OrderState>(text); }
+
+bool isOpenCustomerState(std::string_view text) { return isOpenState<CustomerState>(text); }
 
 std::optional<platform::Value> parsedNumber(std::string_view text) {
   const char* const end = text.data() + text.size();
@@ -124,6 +130,11 @@ std::string percentEncoded(std::string_view text) {
     }
   }
   return encoded;
+}
+
+bool isVersion(std::string_view text) {
+  static const std::regex kForm(R"(\d+(\.\d+)*)");
+  return std::regex_match(text.begin(), text.end(), kForm);
 }
 
 bool isOlderVersion(std::string_view version, std::string_view than) {

@@ -25,8 +25,9 @@ bool isOrderState(std::string_view text);
 bool isCustomerState(std::string_view text);
 bool isLocationPermission(std::string_view text);
 
-/// Whether an order in this state still takes part in a pickup.
+/// Whether it is a state in which the order, or its customer, still takes part in a pickup.
 bool isOpenOrderState(std::string_view text);
+bool isOpenCustomerState(std::string_view text);
 
 /// The integer or finite number that the whole text stands for; otherwise absent.
 std::optional<platform::Value> parsedNumber(std::string_view text);
@@ -34,8 +35,11 @@ std::optional<platform::Value> parsedNumber(std::string_view text);
 /// The text as a part of a URL's query: all but unreserved characters percent-encoded.
 std::string percentEncoded(std::string_view text);
 
+/// Whether the text is numbers joined by dots.
+bool isVersion(std::string_view text);
+
 /// Whether the first of two dotted version numbers precedes the second; parts that are no number
-/// count as 0.
+/// count as 0, and those too large as the largest.
 bool isOlderVersion(std::string_view version, std::string_view than);
 
 }  // namespace ovinta::sandbox

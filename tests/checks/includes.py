@@ -20,8 +20,11 @@ RULES = [
     (r"platform/linux/Linux\.h", PLATFORM, STANDARD),
     (r"platform/linux/", rf"{PLATFORM}|platform/(standard|linux)/", ANY),
     (r"platform/simulation/", rf"{PLATFORM}|{SIMULATION}", rf"{STANDARD}|pugixml\.hpp"),
+    (r"bindings/objc/include/", r"(?!)", r"(Foundation|OvintaObjC)/.*"),
+    (r"bindings/", rf"bindings/|OvintaSDK/|{PLATFORM}|platform/linux/Linux\.h", ANY),
     (r"sandbox/", r"sandbox/|platform/|OvintaSDK/", ANY),
     (r"cli/", ANY, ANY),
+    (r"examples/", r"(?!)", ANY),
     (r"tests/", ANY, ANY),
 ]
 UNCONDITIONAL = re.compile(r"OvintaSDK/|platform/(\w+\.(h|cpp)|standard/|simulation/)")
@@ -29,7 +32,7 @@ UNCONDITIONAL = re.compile(r"OvintaSDK/|platform/(\w+\.(h|cpp)|standard/|simulat
 JSON_LIBRARY = re.compile(r"(simdjson|nlohmann/|rapidjson/|boost/json)")
 JSON_CODER = re.compile(r"platform/.*JSON")
 
-DIRECTIVE = re.compile(r'^\s*#\s*(?:include\s*(?:"([^"]+)"|<([^>]+)>)|(if|ifdef|ifndef)\b)')
+DIRECTIVE = re.compile(r'^\s*#\s*(?:(?:include|import)\s*(?:"([^"]+)"|<([^>]+)>)|(if|ifdef|ifndef)\b)')
 
 
 def complaints(path, text):
@@ -52,9 +55,9 @@ def complaints(path, text):
 def main(root):
     found = []
     files = 0
-    for top in ("OvintaSDK", "platform", "sandbox", "cli", "tests"):
+    for top in ("OvintaSDK", "platform", "bindings", "sandbox", "cli", "examples", "tests"):
         for file in sorted((root / top).rglob("*")):
-            if file.suffix in (".h", ".cpp"):
+            if file.suffix in (".h", ".cpp", ".m", ".mm"):
                 files += 1
                 path = file.relative_to(root).as_posix()
                 found += complaints(path, file.read_text())

@@ -41,6 +41,23 @@ TEST_F(AccessTest, CustomersRoutesNeedAKnownTokenInItsForm) {
   }
 }
 
+TEST(SandboxResetTest, ATokenCanBeNobodysOnceItsActionRuns) {
+  std::atomic<bool> isArmed = false;
+  // The clock is read between the check of the token and the action.
+  Sandbox sandbox({.now = [&] {
+    if (isArmed.exchange(false)) Speaker(sandbox).send("POST", "/sandbox/reset");
+    return platform::Date{};
+  }});
+  ASSERT_EQ(sandbox.start(), std::nullopt);
+  Speaker app(sandbox);
+  for (const auto& route : kAppRoutes) {
+    if (!route.needsCustomer) continue;
+    app.becomeCustomer();
+    isArmed = true;
+    EXPECT_EQ(app.send(route.method, route.path, R"({"name":"Bo"})").status, 401) << route.path;
+  }
+}
+
 TEST_F(AccessTest, OldAppsAreToldToUpgradeWhileTheSwitchIsOn) {
   Speaker app(sandbox);
   app.becomeCustomer();
@@ -62,6 +79,7 @@ TEST_F(AccessTest, OldAppsAreToldToUpgradeWhileTheSwitchIsOn) {
       EXPECT_EQ(reply.headers.count("App-Upgrade-URL"), test.served ? 0u : 1u);
     }
   }
+  EXPECT_EQ(app.send("PUT", "/sandbox/minimum-app-version/1.x").status, 422);
   EXPECT_EQ(app.send("DELETE", "/sandbox/minimum-app-version").status, 200);
   EXPECT_EQ(app.send("GET", "/m/v1/orders").status, 200);
 }
@@ -86,9 +104,12 @@ TEST_F(AccessTest, ListsWhatAppsAskedForAndGotButNoPassword) {
   app.send("GET", "/m/v1/customer?x=1");
   app.sendBody("PATCH", "//m/v1/customer/password",
                R"({"data": {"password" : "s3cret\"","confirmation":"s3cret"}})");
-  app.sendBody("POST", "/m/v1/customer/sign_in", R"({"password":"s3cret cut short)");
+  for (const char* body : {R"({"password":"s3cret cut short)", R"({"password" : 53137})",
+                           R"({"data":{"pass\u0077ord":["a","s3cret"]}})"}) {
+    app.sendBody("POST", "/m/v1/customer/sign_in", body);
+  }
   const Reply reply = app.send("GET", "/sandbox/requests");
-  ASSERT_EQ(reply.list().size(), 3u);
+  ASSERT_EQ(reply.list().size(), 5u);
   Dictionary first = *reply.list()[0].as<Dictionary>();
   EXPECT_THAT(*platform::find<List>(first, "headers"),
               testing::Contains(
@@ -104,7 +125,43 @@ TEST_F(AccessTest, ListsWhatAppsAskedForAndGotButNoPassword) {
             Value(R"({"data": {"password" : "********","confirmation":"********"}})"));
   EXPECT_THAT(*platform::find<std::string>(second, "answer"),
               testing::HasSubstr("Reset password token is missing"));
-  EXPECT_THAT(reply.body, testing::Not(testing::HasSubstr("s3cret")));
+  EXPECT_THAT(reply.body, testing::Not(testing::ContainsRegex("s3cret|53137")));
+}
+
+TEST_F(AccessTest, BodiesThatCannotBeHadAreAnsweredAndListed) {
+  Speaker app(sandbox);
+  const std::string form =
+      "--b\r\nContent-Disposition: form-data; name=\"x\"\r\n\r\n1\r\n--b--\r\n";
+  const std::string longBody = R"({"data":{"name":")" + std::string(2 << 20, 'a') + "\"}}";
+  const struct {
+    httplib::Headers headers;
+    std::string body;
+    int status;
+    const char* complaint;
+  } kCases[] = {
+      {{{"Content-Type", "multipart/form-data; boundary=b"}}, form, 415, "Body must be JSON"},
+      {{}, longBody, 413, "Body is longer than 1048576 bytes"},
+      {{{"Transfer-Encoding", "chunked"}}, longBody, 413, "Body is longer than 1048576 bytes"}};
+  httplib::Client client("127.0.0.1", sandbox.port());
+  for (const auto& test : kCases) {
+    const auto send = [&](std::size_t, httplib::DataSink& sink) {
+      sink.write(test.body.data(), test.body.size());
+      sink.done();
+      return true;
+    };
+    const auto result = test.headers.contains("Transfer-Encoding")
+                            ? client.Post("/m/v1/customer", httplib::Headers(), send, "")
+                            : client.Post("/m/v1/customer", test.headers, test.body, "");
+    ASSERT_TRUE(result) << test.complaint;
+    EXPECT_EQ(result->status, test.status);
+    EXPECT_THAT(result->body, testing::HasSubstr(test.complaint));
+  }
+  EXPECT_THAT(client.Options("/api/m/v1/app")->body, testing::HasSubstr("Path is unknown"));
+  EXPECT_EQ(app.send("GET", "/sandbox/requests").list().size(), 4u);
+  EXPECT_EQ(
+      app.sendBody("PUT", "/sandbox/snapshot", R"({"data":{)" + std::string(2 << 20, ' ') + "}}")
+          .status,
+      200);
 }
 
 class AppTokenTest : public SandboxTest {

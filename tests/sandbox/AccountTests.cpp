@@ -53,6 +53,7 @@ TEST_F(AccountTest, CustomersSignUpInAndChange) {
              {"PATCH", kSignUp, signUpData("a b@c", "secret", "secret"), 422, "is no e-mail"},
              {"PATCH", kSignUp, signUpData("a@b@c", "secret", "secret"), 422, "is no e-mail"},
              {"PATCH", kSignUp, signUpData("a@b.c", "short", "short"), 422, "at least 6"},
+             {"PATCH", kSignUp, signUpData("a@b.c", "ééé", "ééé"), 422, "at least 6"},
              {"PATCH", kSignUp, signUpData("a@b.c", "secret", "Secret"), 422,
               R"("password_confirmation":["Password confirmation is not the password"])"},
              {"POST", kSignIn, R"({"email":"a@b.c","password":"secret"})", 401, "is wrong"},

@@ -36,6 +36,12 @@ TEST_F(MerchantTest, MovesAnOrderWhereThatIsPossible) {
     const auto& after = *list.list().back().as<Dictionary>();
     const bool isMoved = test.status == 200;
     EXPECT_EQ(after.find("state")->second, Value(isMoved ? test.move : test.before));
+    if (test.before == std::string("completed")) {
+      const Reply back =
+          app.send("POST", "/m/v1/events",
+                   R"({"order_id":)" + order + R"(,"event_type":"state_change","state":"ready"})");
+      EXPECT_THAT(back.errors, testing::ElementsAre(testing::Key("state")));
+    }
     EXPECT_EQ(after.find("updated_at")->second != after.find("created_at")->second, isMoved);
   }
 }

@@ -64,6 +64,17 @@ TEST_F(PushStreamTest, SendsWhatWaitedAndThenWhatComes) {
   EXPECT_EQ(readStream(sandbox, "/sandbox/pushes/dev%3A00ff", onText), expected);
 }
 
+TEST_F(PushStreamTest, WhatComesWhenTheListenerHasHungUpIsForTheNext) {
+  Speaker app(sandbox);
+  app.becomeCustomer();
+  app.createOrder("a");
+  const auto leave = [](const std::string&) { return false; };
+  EXPECT_EQ(readStream(sandbox, "/sandbox/pushes/a", leave), kGreeting);
+  app.send("POST", "/sandbox/orders/1001/ready");
+  const auto untilEvent = [](const std::string& soFar) { return eventCount(soFar) < 1; };
+  EXPECT_THAT(readStream(sandbox, "/sandbox/pushes/a", untilEvent), testing::HasSubstr("ready"));
+}
+
 TEST_F(PushStreamTest, EndsInOrderWhenTheSandboxStops) {
   std::promise<void> listening;
   auto text = std::async(std::launch::async, [&] {
@@ -81,14 +92,20 @@ TEST_F(PushStreamTest, EndsInOrderWhenTheSandboxStops) {
 constexpr std::chrono::milliseconds kNow{0};
 constexpr std::chrono::hours kLong{1};
 
+std::optional<std::string> take(PushMailbox::Listener& listener, std::chrono::milliseconds time) {
+  auto payload = listener.next(time);
+  if (payload) listener.taken();
+  return payload;
+}
+
 TEST(PushMailboxTest, EachListenerOfATokenGetsEachPayload) {
   PushMailbox mailbox;
   const auto first = mailbox.listen("a");
   const auto second = mailbox.listen("a");
   const auto other = mailbox.listen("b");
   mailbox.send("a", "1");
-  EXPECT_EQ(first->next(kLong), "1");
-  EXPECT_EQ(second->next(kLong), "1");
+  EXPECT_EQ(take(*first, kLong), "1");
+  EXPECT_EQ(take(*second, kLong), "1");
   EXPECT_EQ(other->next(kNow), std::nullopt);
   EXPECT_FALSE(other->isClosed());
 }
@@ -97,11 +114,23 @@ TEST(PushMailboxTest, WhatTheLastListenerLeavesUnreadWaitsForTheNext) {
   PushMailbox mailbox;
   auto first = mailbox.listen("a");
   for (const char* payload : {"1", "2", "3"}) mailbox.send("a", payload);
-  EXPECT_EQ(first->next(kLong), "1");
+  EXPECT_EQ(take(*first, kLong), "1");
   first.reset();
   mailbox.send("a", "4");
   const auto second = mailbox.listen("a");
-  for (const char* payload : {"2", "3", "4"}) EXPECT_EQ(second->next(kLong), payload);
+  for (const char* payload : {"2", "3", "4"}) EXPECT_EQ(take(*second, kLong), payload);
+  EXPECT_EQ(second->next(kNow), std::nullopt);
+}
+
+TEST(PushMailboxTest, AnotherListenerInheritsOnlyWhatNobodyHas) {
+  PushMailbox mailbox;
+  auto first = mailbox.listen("a");
+  mailbox.send("a", "1");
+  const auto second = mailbox.listen("a");
+  for (const char* payload : {"2", "3"}) mailbox.send("a", payload);
+  EXPECT_EQ(take(*second, kLong), "2");
+  first.reset();
+  for (const char* payload : {"1", "3"}) EXPECT_EQ(take(*second, kLong), payload);
   EXPECT_EQ(second->next(kNow), std::nullopt);
 }
 

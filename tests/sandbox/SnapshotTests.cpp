@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "sandbox/SnapshotFile.h"
 #include "tests/sandbox/SandboxFixture.h"
 
 namespace ovinta::sandbox {
@@ -53,6 +54,9 @@ TEST_F(SnapshotTest, AnInvalidDocumentChangesNothing) {
   const std::pair<std::string, const char*> kCases[] = {
       {R"({"generator":"x"})", "generator"},
       {R"({"orders":{}})", "orders"},
+      {R"({"custmers":[]})", "custmers"},
+      {orders("{" + order + R"(,"id":9007199254740993})"), "orders.0.id"},
+      {orders("{" + order + R"(,"id":9007199254740992},{)" + order + "}"), "orders.1.id"},
       {orders("7"), "orders.0.record"},
       {orders("{" + order + "},{" + order + R"(,"state":"lost"})"), "orders.1.state"},
       {orders(R"({"site_id":1,"partner_identifier":"A"})"), "orders.0.site_id"},
@@ -122,13 +126,15 @@ TEST_F(SeedFileTest, ASavedFileStartsAnotherService) {
             app.send("GET", "/sandbox/snapshot").body);
   EXPECT_THAT(first.saveSnapshot("/nowhere/x"),
               testing::Optional(std::string("/nowhere/x cannot be written")));
+  EXPECT_THAT(trySnapshotFile("/nowhere/x"), testing::Optional(testing::HasSubstr("/nowhere/x")));
 }
 
 TEST_F(SeedFileTest, AnUnusableFileIsToldInASentence) {
   const auto error = [this] { return Sandbox(options()).start().value_or("none"); };
   EXPECT_EQ(error(), path_.string() + " cannot be read");
+  EXPECT_EQ(Sandbox({.seedFile = "/"}).start(), "/ cannot be read");
   write("{");
-  EXPECT_EQ(error(), path_.string() + " is not JSON");
+  EXPECT_EQ(error(), path_.string() + " is no valid snapshot: body (Body is not JSON)");
   write(R"({"data":{"orders":[{"site_id":42}]}})");
   EXPECT_EQ(error(), path_.string() +
                          " is no valid snapshot: orders.0.partner_identifier (Partner identifier "

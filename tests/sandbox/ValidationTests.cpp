@@ -45,6 +45,7 @@ const Fault kFaults[] = {
     order(R"("site_id":41,"partner_identifier":"A")", "site_id"),
     order(R"("site_id":"42","partner_identifier":"A")", "site_id"),
     order(R"("site_id":42,"partner_identifier":"A","state":"Ready")", "state"),
+    order(R"("site_id":42,"partner_identifier":"A","state":"gone")", "state"),
     window(kWindow + "/"),
     window(kWindow + "/2024-02-30T12:00:00.000-0400"),
     window(kWindow + "/2024-05-01T24:00:00.000-0400"),
@@ -69,7 +70,7 @@ const Fault kFaults[] = {
     event(R"("event_type":"customer_rating","customer_rating_value":"5")", "customer_rating_value"),
     {"POST", "/m/v1/events", R"({"event_type":"state_change","state":"ready"})", "order_id"},
     {"POST", "/m/v1/events", R"([])", "data"},
-    {"POST", "/m/v1/orders", R"({)", "data"},
+    {"POST", "/m/v1/orders", R"({)", "body"},
     {"POST", "/m/v1/customer", "", "data"},
 };
 

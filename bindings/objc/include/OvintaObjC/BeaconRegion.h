@@ -1,0 +1,21 @@
+#import <OvintaObjC/OvintaRegion.h>
+
+NS_ASSUME_NONNULL_BEGIN
+
+/// A beacon region as the service describes it.
+@interface BeaconRegion : OvintaRecord
+/// The numbers hold 16 bits, without sign.
+- (instancetype)initWithUuid:(NSUUID*)uuid
+                       major:(nullable NSNumber*)major
+                       minor:(nullable NSNumber*)minor;
+@property(nonatomic, readonly, copy) NSUUID* uuid;
+/// Absent: all majors.
+@property(nonatomic, readonly, copy, nullable) NSNumber* major;
+/// Absent: all minors. Without a major it means nothing.
+@property(nonatomic, readonly, copy, nullable) NSNumber* minor;
+
+/// The platform's region for this one. Every one bears the identifier "siteBeaconRegion".
+- (OvintaBeaconRegion*)region;
+@end
+
+NS_ASSUME_NONNULL_END

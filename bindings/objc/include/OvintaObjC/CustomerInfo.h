@@ -1,0 +1,19 @@
+#import <OvintaObjC/OvintaRecord.h>
+
+NS_ASSUME_NONNULL_BEGIN
+
+/// The customer's name, vehicle and phone.
+@interface CustomerInfo : OvintaRecord
+- (instancetype)initWithName:(NSString*)name
+                     carType:(nullable NSString*)carType
+                    carColor:(nullable NSString*)carColor
+                licensePlate:(nullable NSString*)licensePlate
+                       phone:(nullable NSString*)phone;
+@property(nonatomic, readonly, copy) NSString* name;
+@property(nonatomic, readonly, copy, nullable) NSString* carType;
+@property(nonatomic, readonly, copy, nullable) NSString* carColor;
+@property(nonatomic, readonly, copy, nullable) NSString* licensePlate;
+@property(nonatomic, readonly, copy, nullable) NSString* phone;
+@end
+
+NS_ASSUME_NONNULL_END

@@ -1,0 +1,21 @@
+#import <OvintaObjC/OvintaExtern.h>
+
+NS_ASSUME_NONNULL_BEGIN
+
+/// The location permission that the customer has granted to the application.
+typedef NS_ENUM(NSInteger, LocationAuthStatus) {
+  LocationAuthStatusNotDetermined = 0,
+  LocationAuthStatusRestricted = 1,
+  LocationAuthStatusDenied = 2,
+  LocationAuthStatusAuthorizedAlways = 3,
+  LocationAuthStatusAuthorizedWhenInUse = 4
+};
+
+/// The wire string. A value that is none of the cases ends the process.
+OVINTA_EXTERN NSString* LocationAuthStatusDescription(LocationAuthStatus status);
+/// The status with that raw value; nil when there is none.
+OVINTA_EXTERN NSNumber* _Nullable LocationAuthStatusFromRawValue(int64_t rawValue);
+/// The status with that wire string, compared exactly; nil when there is none.
+OVINTA_EXTERN NSNumber* _Nullable LocationAuthStatusFromWireString(NSString* wireString);
+
+NS_ASSUME_NONNULL_END

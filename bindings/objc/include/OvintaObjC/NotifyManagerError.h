@@ -1,0 +1,20 @@
+#import <OvintaObjC/OvintaError.h>
+
+NS_ASSUME_NONNULL_BEGIN
+
+typedef NS_ENUM(NSInteger, NotifyManagerErrorType) {
+  NotifyManagerErrorTypeNoLocationPermission = 0,
+  NotifyManagerErrorTypeReachedTheMaxNumberOfSites = 1
+};
+
+/// The message of errors of that type. A value that is none of the cases ends the process.
+OVINTA_EXTERN NSString* NotifyManagerErrorTypeRawValue(NotifyManagerErrorType type);
+
+/// The notify manager refused to arm notifications.
+@interface NotifyManagerError : OvintaError
+@property(nonatomic, readonly) NotifyManagerErrorType type;
+/// More words on what happened; empty when there are none.
+@property(nonatomic, readonly, copy) NSString* detail;
+@end
+
+NS_ASSUME_NONNULL_END

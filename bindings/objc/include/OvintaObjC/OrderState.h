@@ -1,0 +1,23 @@
+#import <OvintaObjC/OvintaExtern.h>
+
+NS_ASSUME_NONNULL_BEGIN
+
+/// The state of an order as the store sees it.
+typedef NS_ENUM(NSInteger, OrderState) {
+  OrderStateCreated = 0,
+  OrderStateReady = 1,
+  OrderStateDelayed = 2,
+  OrderStateCancelled = 3,
+  OrderStateCompleted = 4,
+  OrderStateGone = 5
+};
+
+/// Whether the store still works towards the pickup. A value that is none of the cases ends the
+/// process.
+OVINTA_EXTERN BOOL OrderStateIsOpen(OrderState state);
+/// The state with that raw value; nil when there is none.
+OVINTA_EXTERN NSNumber* _Nullable OrderStateFromRawValue(int64_t rawValue);
+/// The state with that wire string, compared exactly; nil when there is none.
+OVINTA_EXTERN NSNumber* _Nullable OrderStateFromWireString(NSString* wireString);
+
+NS_ASSUME_NONNULL_END

@@ -1,0 +1,55 @@
+#import <OvintaObjC/ConfigurationManager.h>
+#import <OvintaObjC/CustomerManager.h>
+#import <OvintaObjC/NotifyManager.h>
+#import <OvintaObjC/OrdersManager.h>
+#import <OvintaObjC/SitesManager.h>
+
+NS_ASSUME_NONNULL_BEGIN
+
+/// The version of this build of the library. The version told to the service is
+/// `Ovinta.sdkVersion`.
+OVINTA_EXTERN const double OvintaSDKVersionNumber;
+OVINTA_EXTERN const unsigned char OvintaSDKVersionString[];
+
+/// The library's entry point. All members may be called from any thread. In all classes, nil for an
+/// argument that is not marked as nullable, or an object of another class, raises
+/// `NSInvalidArgumentException`. An exception that leaves a block is logged and goes no further.
+@interface Ovinta : NSObject
+/// The managers; the same objects for the life of the process.
+@property(class, nonatomic, readonly) OrdersManager* orders;
+@property(class, nonatomic, readonly) CustomerManager* customer;
+@property(class, nonatomic, readonly) SitesManager* sites;
+@property(class, nonatomic, readonly) ConfigurationManager* config;
+@property(class, nonatomic, readonly) NotifyManager* notify;
+
+/// The library's version as told to the service.
+@property(class, nonatomic, readonly, copy) NSString* sdkVersion;
+
+/// The device's push token in the form that the service expects; nil until it is set. Not
+/// persistent.
+@property(class, nonatomic, copy, nullable) NSString* pushToken;
+
+/// Starts the library. Call it once, early. The option "token", a text, is the application's API
+/// token; one that is absent or no text leaves an earlier token in force, other options are
+/// ignored. Called again, it only replaces the token. The second half runs on the main thread: a
+/// caller on another one blocks until the main queue has run it. From now on what the library posts
+/// is also posted on the default `NSNotificationCenter`; see `Ovinta+Notifications.h`.
++ (void)configure:(NSDictionary<NSString*, id>*)options;
+
+/// Sets `pushToken` to the text unchanged.
++ (void)updatePushToken:(NSString*)token;
+
+/// Sets `pushToken` from the raw bytes of a device token: lower-case hexadecimal digits, preceded
+/// by "dev:" when the application's provisioning profile is one for development.
++ (void)updateAPNPushToken:(NSData*)deviceToken;
+
+/// Applies the payload of a remote notification; see `-[OrdersManager
+/// updateOrderFromNotification:]`.
++ (void)handleRemoteNotification:(NSDictionary*)userInfo;
+
+/// Stops following the user's location: at once on the main thread, from another one as soon as the
+/// main queue comes to it. A later `Ovinta.ordersUpdated` with open orders starts it again.
++ (void)stopLocationUpdates;
+@end
+
+NS_ASSUME_NONNULL_END

@@ -1,0 +1,19 @@
+#import <OvintaObjC/ErrorBody.h>
+#import <OvintaObjC/HTTPStatusCode.h>
+#import <OvintaObjC/OvintaError.h>
+
+NS_ASSUME_NONNULL_BEGIN
+
+/// The service refused a request. Its description is made of the answer's messages, else of the
+/// status.
+@interface OvintaAPIError : OvintaError
+/// An `HTTPStatusCode`; nil for a status that the service does not use.
+@property(nonatomic, readonly, copy, nullable) NSNumber* statusCode;
+@property(nonatomic, readonly, nullable) ErrorBody* body;
+/// Messages by the name of the field that they are about; nil without a readable body.
+@property(nonatomic, readonly, copy, nullable) NSDictionary<NSString*, NSArray<NSString*>*>* errors;
+/// Where the application can be upgraded, if the service says so.
+@property(nonatomic, readonly, copy, nullable) NSURL* appUpgradeURL;
+@end
+
+NS_ASSUME_NONNULL_END

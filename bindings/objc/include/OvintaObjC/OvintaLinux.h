@@ -1,0 +1,18 @@
+#import <Foundation/Foundation.h>
+
+NS_ASSUME_NONNULL_BEGIN
+
+/// What an application on Linux decides about the platform that the library stands on.
+@interface OvintaLinux : NSObject
+/// Has the library use this system's services from now on, with the application's data in a
+/// directory of that name below the user's data directory. Call it once, before any other use of
+/// the library; without it the executable's name serves.
++ (void)installWithApplicationID:(NSString*)applicationID;
+/// Serves the main queue on the calling thread until `quitMainLoop` is called; for applications
+/// that run no GLib main loop of their own.
++ (void)runMainLoop;
+/// Has `runMainLoop` return after the task in progress. May be called from any thread.
++ (void)quitMainLoop;
+@end
+
+NS_ASSUME_NONNULL_END

@@ -1,0 +1,12 @@
+#import <OvintaObjC/OvintaRecord.h>
+
+NS_ASSUME_NONNULL_BEGIN
+
+/// Which page of a list an answer holds.
+@interface Pagination : OvintaRecord
+/// Counted from 1.
+@property(nonatomic, readonly) int64_t currentPage;
+@property(nonatomic, readonly) int64_t totalPages;
+@end
+
+NS_ASSUME_NONNULL_END

@@ -1,0 +1,41 @@
+#import "bindings/objc/src/Conversion.h"
+
+using twins::optionalText;
+using twins::text;
+
+using Cpp = ovinta::ClaimOrderInfo;
+
+@implementation ClaimOrderInfo
+
+- (instancetype)initWithCustomerCarColor:(NSString*)customerCarColor
+                         customerCarType:(NSString*)customerCarType
+                    customerLicensePlate:(NSString*)customerLicensePlate
+                            customerName:(NSString*)customerName
+                           customerPhone:(NSString*)customerPhone
+                               pushToken:(NSString*)pushToken {
+  return
+      [self initWithHeld:twins::hold(Cpp{.customerCarColor = optionalText(customerCarColor),
+                                         .customerCarType = optionalText(customerCarType),
+                                         .customerLicensePlate = optionalText(customerLicensePlate),
+                                         .customerName = optionalText(customerName),
+                                         .customerPhone = optionalText(customerPhone),
+                                         .pushToken = text(pushToken)})];
+}
+
+- (instancetype)initWithCustomerInfo:(CustomerInfo*)customerInfo
+                           pushToken:(NSString*)pushToken
+                          pickupType:(NSString*)pickupType {
+  return [self initWithHeld:twins::hold(Cpp::withCustomerInfo(
+                                twins::object<ovinta::CustomerInfo>(customerInfo), text(pushToken),
+                                optionalText(pickupType)))];
+}
+
+OVINTA_GETTER(NSString*, customerCarColor)
+OVINTA_GETTER(NSString*, customerCarType)
+OVINTA_GETTER(NSString*, customerLicensePlate)
+OVINTA_GETTER(NSString*, customerName)
+OVINTA_GETTER(NSString*, customerPhone)
+OVINTA_GETTER(NSString*, pushToken)
+OVINTA_GETTER(NSString*, pickupType)
+
+@end

@@ -1,0 +1,142 @@
+#pragma once
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+#import "bindings/objc/src/IdentityMap.h"
+#import "bindings/objc/src/OvintaRecord+Held.h"
+#import "bindings/objc/src/TwinClasses.h"
+#import "bindings/objc/src/Values.h"
+
+namespace twins {
+
+// From C++ to Objective-C: `toObjC` gives the plain type (a number stays one), `toObject` an
+// object. All objects are autoreleased.
+
+OvintaError* toObjC(const ovinta::ErrorPtr& error);
+
+template <class T>
+requires std::is_arithmetic_v<T> T toObjC(T number) { return number; }
+
+template <class T>
+requires std::is_enum_v<T> NSInteger toObjC(T value) { return static_cast<NSInteger>(value); }
+
+template <HasTwin T>
+auto* toObjC(const T& value) {
+  return [[TwinClass<T>::alloc() initWithHeld:hold(value)] autorelease];
+}
+
+/// One twin for each object, as long as anyone holds it.
+template <class T>
+requires HasTwin<std::remove_const_t<T>>
+auto* toObjC(const std::shared_ptr<T>& object) {
+  using Twin = TwinClass<std::remove_const_t<T>>;
+  using Instance = typename Twin::Instance;
+  if (!object) return static_cast<Instance*>(nil);
+  return static_cast<Instance*>(IdentityMap::shared().twin(
+      object.get(), [&object]() -> id { return [Twin::alloc() initWithHeld:hold(object)]; }));
+}
+
+template <class T>
+NSArray* toObjC(const std::vector<T>& list);
+template <class T>
+NSDictionary* toObjC(const std::map<std::string, T>& map);
+
+template <class T>
+auto* toObject(const T& value) {
+  if constexpr (std::is_same_v<T, bool>) {
+    return [NSNumber numberWithBool:value];
+  } else if constexpr (std::is_floating_point_v<T>) {
+    return [NSNumber numberWithDouble:value];
+  } else if constexpr (std::is_arithmetic_v<T> || std::is_enum_v<T>) {
+    return [NSNumber numberWithLongLong:static_cast<long long>(value)];
+  } else {
+    return toObjC(value);
+  }
+}
+
+/// Nil for an absent one.
+template <class T>
+auto* toObjC(const std::optional<T>& value) {
+  return value ? toObject(*value) : nil;
+}
+
+template <class T>
+NSArray* toObjC(const std::vector<T>& list) {
+  NSMutableArray* const array = [NSMutableArray arrayWithCapacity:list.size()];
+  for (const T& item : list) [array addObject:toObject(item)];
+  return array;
+}
+
+template <class T>
+NSDictionary* toObjC(const std::map<std::string, T>& map) {
+  NSMutableDictionary* const dictionary = [NSMutableDictionary dictionary];
+  for (const auto& [key, value] : map) [dictionary setObject:toObject(value) forKey:toObjC(key)];
+  return dictionary;
+}
+
+// From Objective-C to C++, as `Values.h` does for plain values.
+
+/// The C++ object that a record's twin stands for.
+template <HasTwin T>
+auto& object(OvintaRecord* twin) {
+  using HandleType = typename Handle<T>::Type;
+  Held& held = [requireClass(twin, TwinClass<T>::get()) held];
+  auto& value = static_cast<Holding<HandleType>&>(held).value;
+  if constexpr (kIsShared<HandleType>) {
+    return *value;
+  } else {
+    return value;
+  }
+}
+
+/// The pointer by which the library knows the twin's object.
+template <HasTwin T>
+const auto& handle(OvintaRecord* twin) {
+  Held& held = [requireClass(twin, TwinClass<T>::get()) held];
+  return static_cast<Holding<typename Handle<T>::Type>&>(held).value;
+}
+
+/// Absent for nil, here and in all that follow.
+template <HasTwin T>
+std::optional<T> optionalObject(OvintaRecord* twin) {
+  return twin ? std::optional<T>(object<T>(twin)) : std::nullopt;
+}
+
+template <HasTwin T>
+auto optionalList(NSArray* twins) {
+  std::optional<std::vector<typename Handle<T>::Type>> list;
+  if (!twins) return list;
+  list.emplace();
+  for (id twin in requireClass(twins, [NSArray class])) list->push_back(handle<T>(twin));
+  return list;
+}
+
+template <class T>
+std::optional<T> optionalNumber(NSNumber* number) {
+  if (!number) return std::nullopt;
+  requireClass(number, [NSNumber class]);
+  if constexpr (std::is_floating_point_v<T>) {
+    return static_cast<T>([number doubleValue]);
+  } else {
+    return static_cast<T>([number longLongValue]);
+  }
+}
+
+inline std::optional<ovinta::platform::Date> optionalDate(NSDate* value) {
+  return value ? std::optional(date(value)) : std::nullopt;
+}
+
+}  // namespace twins
+
+/// The getter of a property: what the member of the same name of `Cpp`, the C++ class that the file
+/// is about, holds or answers.
+#define OVINTA_GETTER(Type, name)                                                               \
+  -(Type)name {                                                                                 \
+    return static_cast<Type>(twins::toObjC(std::invoke(&Cpp::name, twins::object<Cpp>(self)))); \
+  }

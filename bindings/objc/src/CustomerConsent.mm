@@ -1,0 +1,15 @@
+#import "bindings/objc/src/Conversion.h"
+
+using Cpp = ovinta::CustomerConsent;
+
+@implementation CustomerConsent
+
+- (instancetype)initWithTermsOfService:(BOOL)termsOfService ageVerification:(BOOL)ageVerification {
+  return [self initWithHeld:twins::hold(Cpp{.termsOfService = termsOfService != NO,
+                                            .ageVerification = ageVerification != NO})];
+}
+
+OVINTA_GETTER(BOOL, termsOfService)
+OVINTA_GETTER(BOOL, ageVerification)
+
+@end

@@ -1,0 +1,20 @@
+#import "bindings/objc/src/ForeignThread.h"
+
+#ifdef GNUSTEP
+#import <Foundation/NSThread.h>
+#else
+static BOOL GSRegisterCurrentThread(void) { return NO; }
+static void GSUnregisterCurrentThread(void) {}
+#endif
+
+namespace twins {
+
+ForeignThread::ForeignThread()
+    : isRegisteredHere_(GSRegisterCurrentThread()), pool_([[NSAutoreleasePool alloc] init]) {}
+
+ForeignThread::~ForeignThread() {
+  [pool_ drain];
+  if (isRegisteredHere_) GSUnregisterCurrentThread();
+}
+
+}  // namespace twins

@@ -1,0 +1,13 @@
+#import "bindings/objc/src/Conversion.h"
+
+using Cpp = ovinta::UpdateOrderInfo;
+
+@implementation UpdateOrderInfo
+
+- (instancetype)initWithPushToken:(NSString*)pushToken {
+  return [self initWithHeld:twins::hold(Cpp{.pushToken = twins::text(pushToken)})];
+}
+
+OVINTA_GETTER(NSString*, pushToken)
+
+@end

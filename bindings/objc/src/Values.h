@@ -1,0 +1,41 @@
+#pragma once
+
+#import <Foundation/Foundation.h>
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "platform/Date.h"
+#include "platform/URL.h"
+#include "platform/UUID.h"
+#include "platform/Value.h"
+
+namespace twins {
+
+// Plain values between the two languages. What comes from Objective-C is nil or of another class
+// than it should be only by mistake, and raises `NSInvalidArgumentException`.
+
+/// The object, which must be of the class.
+id requireClass(id object, Class expected);
+
+NSString* toObjC(std::string_view text);
+inline NSString* toObjC(const std::string& text) { return toObjC(std::string_view(text)); }
+NSDate* toObjC(ovinta::platform::Date date);
+NSUUID* toObjC(const ovinta::platform::UUID& uuid);
+/// Nil for one that the platform cannot read.
+NSURL* toObjC(const ovinta::platform::URL& url);
+/// `NSNull` for null.
+id toObjC(const ovinta::platform::Value& value);
+NSDictionary* toObjC(const ovinta::platform::Dictionary& dictionary);
+
+/// One with half of a character, which UTF-8 cannot hold, raises.
+std::string text(NSString* text);
+std::optional<std::string> optionalText(NSString* text);
+/// To the microsecond; saturates.
+ovinta::platform::Date date(NSDate* date);
+ovinta::platform::UUID uuid(NSUUID* uuid);
+/// Leaves out what the library's dictionaries cannot hold.
+ovinta::platform::Dictionary dictionary(NSDictionary* dictionary);
+
+}  // namespace twins

@@ -1,0 +1,125 @@
+#import "bindings/objc/src/Values.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+
+namespace platform = ovinta::platform;
+
+namespace twins {
+namespace {
+
+id toObjC(std::nullptr_t) { return [NSNull null]; }
+id toObjC(bool value) { return [NSNumber numberWithBool:value]; }
+id toObjC(std::int64_t value) { return [NSNumber numberWithLongLong:value]; }
+id toObjC(double value) { return [NSNumber numberWithDouble:value]; }
+id toObjC(const platform::List& list) {
+  NSMutableArray* const array = [NSMutableArray arrayWithCapacity:list.size()];
+  for (const platform::Value& value : list) [array addObject:twins::toObjC(value)];
+  return array;
+}
+
+platform::Value numberValue(NSNumber* number) {
+  // The two truth values are single objects.
+  if (number == [NSNumber numberWithBool:YES]) return true;
+  if (number == [NSNumber numberWithBool:NO]) return false;
+  const char type = *[number objCType];
+  if (type == 'f' || type == 'd') return [number doubleValue];
+  return static_cast<std::int64_t>([number longLongValue]);
+}
+
+std::optional<platform::Value> value(id object) {
+  if ([object isKindOfClass:[NSString class]]) return text(object);
+  if ([object isKindOfClass:[NSNumber class]]) return numberValue(object);
+  if ([object isKindOfClass:[NSDictionary class]]) return dictionary(object);
+  if ([object isKindOfClass:[NSNull class]]) return nullptr;
+  if (![object isKindOfClass:[NSArray class]]) return std::nullopt;
+  platform::List list;
+  for (id item in object) {
+    if (auto found = value(item)) list.push_back(*std::move(found));
+  }
+  return list;
+}
+
+}  // namespace
+
+id requireClass(id object, Class expected) {
+  if (![object isKindOfClass:expected]) {
+    [NSException raise:NSInvalidArgumentException
+                format:@"%@ expected, %@ given", expected, object ? (id)[object class] : @"nil"];
+  }
+  return object;
+}
+
+NSString* toObjC(std::string_view text) {
+  for (const NSStringEncoding encoding : {NSUTF8StringEncoding, NSISOLatin1StringEncoding}) {
+    NSString* const string = [[[NSString alloc] initWithBytes:text.data()
+                                                       length:text.size()
+                                                     encoding:encoding] autorelease];
+    if (string) return string;
+  }
+  return @"";
+}
+
+NSDate* toObjC(platform::Date date) {
+  const std::chrono::duration<double> seconds = date.time_since_epoch();
+  return [NSDate dateWithTimeIntervalSince1970:seconds.count()];
+}
+
+NSUUID* toObjC(const platform::UUID& uuid) {
+  auto bytes = uuid.bytes;
+  return [[[NSUUID alloc] initWithUUIDBytes:bytes.data()] autorelease];
+}
+
+NSURL* toObjC(const platform::URL& url) { return [NSURL URLWithString:toObjC(url.text)]; }
+
+id toObjC(const platform::Value& value) {
+  return std::visit([](const auto& held) -> id { return toObjC(held); }, value.storage);
+}
+
+NSDictionary* toObjC(const platform::Dictionary& dictionary) {
+  NSMutableDictionary* const result = [NSMutableDictionary dictionary];
+  for (const auto& [key, value] : dictionary) [result setObject:toObjC(value) forKey:toObjC(key)];
+  return result;
+}
+
+std::string text(NSString* text) {
+  NSData* const bytes =
+      [requireClass(text, [NSString class]) dataUsingEncoding:NSUTF8StringEncoding];
+  if (!bytes) {
+    [NSException raise:NSInvalidArgumentException format:@"A text holds half a character"];
+  }
+  return std::string(static_cast<const char*>([bytes bytes]), [bytes length]);
+}
+
+std::optional<std::string> optionalText(NSString* text) {
+  return text ? std::optional(twins::text(text)) : std::nullopt;
+}
+
+platform::Date date(NSDate* date) {
+  constexpr double kMost = 9.2e18;
+  const double microseconds =
+      [requireClass(date, [NSDate class]) timeIntervalSince1970] * std::micro::den;
+  // Not a number counts as the least.
+  const double held = std::fmin(std::fmax(microseconds, -kMost), kMost);
+  return platform::Date(std::chrono::microseconds(std::llround(held)));
+}
+
+platform::UUID uuid(NSUUID* uuid) {
+  platform::UUID result;
+  [requireClass(uuid, [NSUUID class]) getUUIDBytes:result.bytes.data()];
+  return result;
+}
+
+platform::Dictionary dictionary(NSDictionary* dictionary) {
+  platform::Dictionary result;
+  for (id key in requireClass(dictionary, [NSDictionary class])) {
+    if (![key isKindOfClass:[NSString class]]) continue;
+    if (auto found = value([dictionary objectForKey:key])) {
+      result.insert_or_assign(text(key), *std::move(found));
+    }
+  }
+  return result;
+}
+
+}  // namespace twins

@@ -1,0 +1,38 @@
+#include "sandbox/RequestBody.h"
+
+#include "sandbox/Routes.h"
+
+namespace ovinta::sandbox {
+namespace {
+
+Answer refuseParts(const httplib::ContentReader& read) {
+  read([](const httplib::MultipartFormData&) { return true; },
+       [](const char*, std::size_t) { return true; });
+  return errorAnswer(415, "body", "must be JSON, not a form in parts");
+}
+
+}  // namespace
+
+std::variant<std::string, Answer> receiveBody(const httplib::Request& request,
+                                              const httplib::ContentReader& read,
+                                              std::size_t limit) {
+  std::string body;
+  // The server would wait for a body even where none is announced.
+  if (!request.has_header("Content-Length") && !request.has_header("Transfer-Encoding")) {
+    return body;
+  }
+  if (request.is_multipart_form_data()) return refuseParts(read);
+  std::size_t size = 0;
+  const bool isWhole = read([&](const char* data, std::size_t length) {
+    size += length;
+    if (size <= limit) body.append(data, length);
+    return size <= kLongestBody;
+  });
+  if (size > limit) {
+    return errorAnswer(413, "body", "is longer than " + std::to_string(limit) + " bytes");
+  }
+  if (!isWhole) return errorAnswer(400, "body", "is not whole or came too slowly");
+  return body;
+}
+
+}  // namespace ovinta::sandbox

@@ -1,0 +1,217 @@
+// What records, errors and values become on the way from one language to the other and back.
+
+#import "bindings/objc/src/Conversion.h"
+#import "tests/bindings/objc/TwinFixture.h"
+
+extern "C" BOOL OvintaPlainHeadersWork(void);
+
+namespace objctest {
+namespace {
+
+using RecordTest = TwinTest;
+
+TEST_F(RecordTest, PlainObjectiveCUsesTheHeaders) { EXPECT_TRUE(OvintaPlainHeadersWork()); }
+
+TEST_F(RecordTest, ValuesComeBackAsTheyWent) {
+  NSDictionary* const values = @{
+    @"text" : @"Gr\u00fc\u00dfe",
+    @"yes" : @(YES),
+    @"integer" : @9007199254740993LL,
+    @"one" : @1,
+    @"real" : @0.5,
+    @"list" : @[ @"a", @[ @2 ], [NSNull null] ],
+    @"inner" : @{@"k" : @"v"}
+  };
+  EXPECT_TRUE([twins::toObjC(twins::dictionary(values)) isEqual:values]);
+  const platform::Dictionary read = twins::dictionary(
+      @{@"date" : [NSDate date],
+        @3 : @"no text",
+        @"flag" : @(NO),
+        @"one" : @1});
+  EXPECT_EQ(read, (platform::Dictionary{{"flag", false}, {"one", 1}}));
+
+  const platform::Date date{std::chrono::microseconds(1614889800123456)};
+  EXPECT_EQ(twins::date(twins::toObjC(date)), date);
+  EXPECT_GT(twins::date([NSDate distantFuture]), date);
+  const auto uuid = *platform::UUID::parse("e621e1f8-c36c-495a-93fc-0c247a3e6e5f");
+  EXPECT_EQ(twins::uuid(twins::toObjC(uuid)), uuid);
+  const std::string withNull("a\0b", 3);
+  EXPECT_EQ(twins::text(twins::toObjC(withNull)), withNull);
+  EXPECT_EQ([twins::toObjC(std::string_view("\xff")) length], 1u);
+}
+
+TEST_F(RecordTest, InitialisersFillTheirFields) {
+  CreateOrderInfo* const order = [[[CreateOrderInfo alloc] initWithSiteID:42
+                                                        partnerIdentifier:@"p"
+                                                         customerCarColor:@"cc"
+                                                          customerCarType:@"ct"
+                                                     customerLicensePlate:@"lp"
+                                                             customerName:@"n"
+                                                            customerPhone:@"ph"
+                                                                pushToken:nil
+                                                                    state:OrderStateDelayed
+                                                             pickupWindow:nil] autorelease];
+  EXPECT_EQ(order.siteID, 42);
+  EXPECT_EQ([order.state integerValue], OrderStateDelayed);
+  EXPECT_EQ(text(order.customerLicensePlate), "lp");
+  EXPECT_EQ(text(order.pushToken), "(nil)");
+  ClaimOrderInfo* const claim =
+      [[[ClaimOrderInfo alloc] initWithCustomerCarColor:@"cc"
+                                        customerCarType:nil
+                                   customerLicensePlate:nil
+                                           customerName:@"n"
+                                          customerPhone:nil
+                                              pushToken:@"t"] autorelease];
+  EXPECT_EQ(text(claim.customerCarColor) + text(claim.pushToken), "cct");
+  EXPECT_EQ(claim.pickupType, nil);
+  SetNewPassword* const password =
+      [[[SetNewPassword alloc] initWithResetPasswordToken:@"r" password:@"p"
+                                             confirmation:@"c"] autorelease];
+  EXPECT_EQ(
+      text(password.resetPasswordToken) + text(password.password) + text(password.confirmation),
+      "rpc");
+  SignUpInfo* const signUp = [[[SignUpInfo alloc] initWithEmailAddress:@"e"
+                                                              password:@"p"
+                                                  passwordConfirmation:@"c"] autorelease];
+  EXPECT_EQ(text(signUp.emailAddress) + text(signUp.passwordConfirmation), "ec");
+  OvintaLocation* const here = [[[OvintaLocation alloc] initWithLatitude:40
+                                                               longitude:-74] autorelease];
+  Averager* const rssi = [[[Averager alloc] init] autorelease];
+  [rssi add:-60];
+  NSUUID* const uuid =
+      [[[NSUUID alloc] initWithUUIDString:@"E621E1F8-C36C-495A-93FC-0C247A3E6E5F"] autorelease];
+  Beacon* const beacon = [[[Beacon alloc]
+      initWithIdentifiers:[[[BeaconIdentifiers alloc] initWithUuid:uuid major:1
+                                                             minor:65535] autorelease]
+                     rssi:rssi
+                 distance:rssi
+                scannedAt:[NSDate date]] autorelease];
+  OrderEvent* const event = [[[OrderEvent alloc] initWithOrderID:7
+                                                        location:here
+                                                         beacons:@[ beacon ]
+                                                      etaSeconds:@90.9] autorelease];
+  EXPECT_EQ(text(event.eventType), text(OrderEventType.locationUpdate));
+  EXPECT_EQ([event.etaSeconds integerValue], 90);
+  EXPECT_EQ([event.longitude doubleValue], -74);
+  EXPECT_EQ([[event.beacons lastObject] identifiers].minor, 65535);
+  EXPECT_EQ([[event.beacons lastObject] rssi].value, -60);
+  EXPECT_EQ(event.customerState, nil);
+  BeaconRegion* const region = [[[BeaconRegion alloc] initWithUuid:uuid major:@3
+                                                             minor:nil] autorelease];
+  EXPECT_EQ(text([region region].identifier), "siteBeaconRegion");
+  EXPECT_EQ([[region region].major integerValue], 3);
+  EXPECT_TRUE([[region region].proximityUUID isEqual:uuid]);
+}
+
+TEST_F(RecordTest, EqualValuesAreEqual) {
+  CustomerInfo* const other = [[[CustomerInfo alloc] initWithName:@"Bob"
+                                                          carType:nil
+                                                         carColor:nil
+                                                     licensePlate:nil
+                                                            phone:nil] autorelease];
+  EXPECT_TRUE([info() isEqual:info()]);
+  EXPECT_EQ([info() hash], [info() hash]);
+  EXPECT_FALSE([info() isEqual:other]);
+  EXPECT_FALSE([info() isEqual:@"Ann"]);
+  EXPECT_TRUE([UserDefaultsKey.apiBase
+      isEqual:[[[UserDefaultsKey alloc] initWithRawValue:@"API Base URL"] autorelease]]);
+  EXPECT_EQ([[UserDefaultsKey alloc] initWithRawValue:@"no key"], nil);
+}
+
+TEST_F(RecordTest, SettingsAreKept) {
+  UserDefaultsKey* const key = UserDefaultsKey.customerPhone;
+  [key setWithValue:@"YES"];
+  EXPECT_TRUE([key boolValue]);
+  [key setWithBool:NO];
+  EXPECT_EQ(text([key stringValue]), "NO");
+  [key delete];
+  EXPECT_EQ([key stringValue], nil);
+}
+
+TEST_F(RecordTest, OrdersAreWhatTheServiceSent) {
+  becomeCustomer();
+  placeOrder();
+  Order* const order = [Ovinta.orders.all lastObject];
+  EXPECT_EQ(order.siteID, 42);
+  EXPECT_EQ(text(order.customerName), "Ann");
+  EXPECT_TRUE([order isOpen]);
+  EXPECT_NE([order.createdAt timeIntervalSince1970], 0);
+  EXPECT_NE([[order jsonText] rangeOfString:@"\"site_id\":42"].length, 0u);
+  EXPECT_LT([[order siteDistanceFrom:[order siteLocation]] doubleValue], 1);
+  NSDate* const date = [NSDate dateWithTimeIntervalSince1970:1e9];
+  order.etaAt = date;
+  order.customerRating = @"5";
+  order.state = OrderStateGone;
+  EXPECT_TRUE([order.etaAt isEqual:date]);
+  EXPECT_EQ(text(order.customerRating), "5");
+  EXPECT_FALSE([order isOpen]);
+}
+
+TEST_F(RecordTest, RefusalsTellWhatTheServiceSaid) {
+  const Outcome refused = await([](Report report) {
+    [Ovinta.customer create:[[[CustomerInfo alloc] initWithName:@""
+                                                        carType:nil
+                                                       carColor:nil
+                                                   licensePlate:nil
+                                                          phone:nil] autorelease]
+             termsOfService:NO
+            ageVerification:YES
+                   callback:report];
+  });
+  ASSERT_TRUE([refused.error isKindOfClass:[OvintaAPIError class]]);
+  OvintaAPIError* const error = (OvintaAPIError*)refused.error;
+  EXPECT_EQ(text([error domain]), text(OvintaErrorDomain));
+  EXPECT_EQ([error code], OvintaErrorCodeAPI);
+  EXPECT_EQ(text(error.title), "Error Creating Profile");
+  EXPECT_EQ([error.statusCode integerValue], HTTPStatusCodeUnprocessableEntity);
+  EXPECT_EQ([[error.errors objectForKey:@"name"] count], 1u);
+  EXPECT_EQ(text([error.body message]), text([error localizedDescription]));
+  EXPECT_EQ(error.appUpgradeURL, nil);
+
+  world.ask("PUT", "/sandbox/minimum-app-version/9.0");
+  const Outcome outdated = await([](Report report) { [Ovinta.config fetchWithCallback:report]; });
+  world.ask("DELETE", "/sandbox/minimum-app-version");
+  EXPECT_NE([[outdated.error userInfo] objectForKey:OvintaErrorAppUpgradeURLKey], nil);
+}
+
+TEST_F(RecordTest, ManagersTellWhyTheyRefuse) {
+  const Outcome customer =
+      await([](Report report) { [Ovinta.customer update:info() callback:report]; });
+  EXPECT_EQ([(CustomerManagerError*)customer.error type], CustomerManagerErrorTypeLoadingCustomer);
+  EXPECT_EQ(text(CustomerManagerErrorTypeRawValue(CustomerManagerErrorTypeLoadingCustomer)),
+            text([customer.error localizedDescription]));
+
+  const Outcome orders = await([](Report report) { [Ovinta.orders fetchWithCallback:report]; });
+  EXPECT_EQ([orders.error code], OvintaErrorCodeOrdersManager);
+  EXPECT_EQ([(OrdersManagerError*)orders.error type], OrdersManagerErrorTypeLoadingCustomer);
+
+  await([](Report report) { [Ovinta.sites fetchAllWithQuery:nil callback:report]; });
+  Site* const site = [Ovinta.sites.all lastObject];
+  EXPECT_NE([site location], nil);
+  EXPECT_GT(site.geofence.radiusMeters, 0);
+  const Outcome notify = await([site](Report report) {
+    [Ovinta.notify createForSites:@[ site, site, site, site, site, site ]
+                     notification:[[[NotificationInfo alloc] initWithTitle:@"" content:@""
+                                                                      data:nil] autorelease]
+                         callback:^(OvintaError* error) {
+                           report(nil, error);
+                         }];
+  });
+  EXPECT_EQ([(NotifyManagerError*)notify.error type],
+            NotifyManagerErrorTypeReachedTheMaxNumberOfSites);
+  EXPECT_EQ(text([(NotifyManagerError*)notify.error detail]),
+            "Too many sites. No more than allowed.");
+}
+
+TEST_F(RecordTest, StatesHaveNames) {
+  EXPECT_EQ([OrderStateFromWireString(@"gone") integerValue], OrderStateGone);
+  EXPECT_EQ([CustomerStateFromRawValue(5) integerValue], CustomerStateCompleted);
+  EXPECT_EQ(LocationAuthStatusFromRawValue(5), nil);
+  EXPECT_EQ(text(LocationAuthStatusDescription(LocationAuthStatusAuthorizedWhenInUse)),
+            "authorized_when_in_use");
+  EXPECT_EQ([HTTPStatusCodeFromNumber(425) integerValue], HTTPStatusCodeAppUpgradeRequired);
+  EXPECT_EQ(text(HTTPStatusCodeDefaultMessage(HTTPStatusCodeNotFound)), "Not found");
+}
+
+}  // namespace
+}  // namespace objctest

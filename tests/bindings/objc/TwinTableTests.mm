@@ -1,0 +1,76 @@
+// Every class and selector of the table of twins, held to the runtime.
+
+#import <Foundation/Foundation.h>
+#include <gtest/gtest.h>
+#include <objc/runtime.h>
+
+#include <fstream>
+#include <map>
+#include <regex>
+#include <set>
+#include <string>
+
+namespace {
+
+/// Selectors by class; those of class methods begin with "+".
+using Selectors = std::map<std::string, std::set<std::string>>;
+
+Selectors table() {
+  static const std::regex kTwin(R"(([+-])\[(\w+) ([\w:]+)\])");
+  Selectors selectors;
+  std::ifstream file(OVINTA_TWINS);
+  for (std::string line; std::getline(file, line);) {
+    if (line.starts_with("#")) continue;
+    for (std::sregex_iterator twin(line.begin(), line.end(), kTwin), end; twin != end; ++twin) {
+      const std::string sign = (*twin)[1] == "+" ? "+" : "";
+      selectors[(*twin)[2]].insert(sign + (*twin)[3].str());
+    }
+  }
+  return selectors;
+}
+
+/// What comes with being an object.
+const std::set<std::string> kOfAllObjects{"isEqual:", "hash", "dealloc", "release"};
+
+std::set<std::string> implemented(Class objectClass, const std::string& sign) {
+  std::set<std::string> names;
+  unsigned int count = 0;
+  Method* const methods = class_copyMethodList(objectClass, &count);
+  for (unsigned int i = 0; i < count; ++i) {
+    const std::string name = sel_getName(method_getName(methods[i]));
+    if (!kOfAllObjects.contains(name)) names.insert(sign + name);
+  }
+  free(methods);
+  return names;
+}
+
+TEST(TwinTable, EverySelectorOfTheTableIsThere) {
+  std::size_t count = 0;
+  for (const auto& [name, selectors] : table()) {
+    Class const objectClass = objc_getClass(name.c_str());
+    ASSERT_NE(objectClass, nullptr) << name;
+    for (const std::string& selector : selectors) {
+      const bool isClassMethod = selector.starts_with("+");
+      const SEL sel = sel_registerName(selector.c_str() + (isClassMethod ? 1 : 0));
+      EXPECT_TRUE(isClassMethod ? class_getClassMethod(objectClass, sel)
+                                : class_getInstanceMethod(objectClass, sel))
+          << name << " " << selector;
+      ++count;
+    }
+  }
+  EXPECT_GT(count, 300u);
+}
+
+TEST(TwinTable, NothingIsThereBesidesTheTable) {
+  for (const auto& [name, selectors] : table()) {
+    Class const objectClass = objc_getClass(name.c_str());
+    ASSERT_NE(objectClass, nullptr) << name;
+    std::set<std::string> found = implemented(objectClass, "");
+    found.merge(implemented(object_getClass((id)objectClass), "+"));
+    for (const std::string& selector : found) {
+      EXPECT_TRUE(selectors.contains(selector)) << name << " " << selector;
+    }
+  }
+}
+
+}  // namespace
