@@ -143,8 +143,10 @@ TEST_F(UserNotificationTest, StaysPendingWithoutAServiceUntilTheNextEntry) {
     enter(*center);
     waitForPending(*center, 1);
   }
-  const auto lines = log_->lines();
-  EXPECT_EQ(std::ranges::count(lines, "org.freedesktop.Notifications is not on the bus"), 1);
+  waitUntil([&] {
+    return std::ranges::count(log_->lines(), "org.freedesktop.Notifications is not on the bus") ==
+           1;
+  });
   desktop_.appear();
   EXPECT_THAT(enter(*center), IsEmpty());
   waitForShown(1);
@@ -185,13 +187,17 @@ class NotifyAgentTest : public UserNotificationTest {
     agent_ = makeAgent([this] { ++ends_; });
   }
 
-  void waitForAgent(bool isExpected) {
+  void waitForName(const std::string& name, bool isExpected) {
     BusDaemon names(makeBus());
     bool isThere = !isExpected;
     waitUntil([&] {
-      names.listNames([&](const auto& found) { isThere = found.contains(kAgentBusName); });
+      names.listNames([&](const auto& found) { isThere = found.contains(name); });
       return isThere == isExpected;
     });
+  }
+  void waitForAgent(bool isExpected) { waitForName(kAgentBusName, isExpected); }
+  void waitForApplication() {
+    waitForName(RegisteredApplication{"org.example.app", file_}.busName(), true);
   }
 
   /// What the agent alone sees.
@@ -242,7 +248,7 @@ TEST_F(NotifyAgentTest, FiresWhileTheApplicationDoesNotRunAndEndsThen) {
 TEST_F(NotifyAgentTest, LeavesARunningApplicationAloneAndEndsWhenItIsDisarmed) {
   const auto center = makeCenter(registry_);
   center->add(requestFor("one"), nullptr);
-  waitUntil([&] { return location_->isUpdating(); });
+  waitForApplication();
   startAgent();
   waitForAgent(true);
   center->add(requestFor("two"), nullptr);
@@ -260,7 +266,7 @@ TEST_F(NotifyAgentTest, EndsWithNothingToDoWithASecondAgentAndWithoutABus) {
 
   const auto center = makeCenter(registry_);
   center->add(requestFor("one"), nullptr);
-  waitUntil([&] { return location_->isUpdating(); });
+  waitForApplication();
   startAgent();
   waitForAgent(true);
   EXPECT_EQ(ends_, 1);
@@ -275,7 +281,7 @@ TEST_F(NotifyAgentTest, TheProgramFollowsThePositionOnceTheApplicationIsGone) {
   const AgentRegistry registry(directory_.path() / "ovinta-notify-agent/OvintaSDK/Applications");
   auto center = makeCenter(registry);
   center->add(requestFor("one"), nullptr);
-  waitUntil([&] { return location_->isUpdating(); });
+  waitForApplication();
   const test::ChildProcess agent({OVINTA_NOTIFY_AGENT},
                                  {"XDG_DATA_HOME=" + directory_.path().string(),
                                   "DBUS_SESSION_BUS_ADDRESS=" + daemon_.address(),
