@@ -29,11 +29,12 @@ void refuseUnwritable(const std::filesystem::path& directory) {
 platform::Services clientServices(const ClientOptions& options) {
   if (options.dataDirectory) refuseUnwritable(*options.dataDirectory);
   // What the command arms is for its own trips.
+  const auto silence = std::make_shared<platform::simulation::RecordingLog>();
   platform::Services services =
       platform::linux::makeServices({.applicationID = "ovinta",
                                      .dataDirectory = options.dataDirectory,
+                                     .log = options.verbose ? nullptr : silence,
                                      .usesNotifyAgent = false});
-  if (!options.verbose) services.log = std::make_shared<platform::simulation::RecordingLog>();
   services.mainBundle = std::make_shared<SimulatedBundle>(
       SimulatedBundle::Texts{{"CFBundleShortVersionString", options.appVersion}});
   return services;

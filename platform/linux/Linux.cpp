@@ -45,6 +45,7 @@ std::shared_ptr<UserNotificationCenter> makeUserNotifications(
       std::make_shared<dbus::Bus>(dbus::sessionBusAddress(), services.mainQueue, services.log);
   StoredUserNotificationCenter::Setup setup{.applicationID = applicationID,
                                             .file = fileIn(directory, "Notifications.sqlite"),
+                                            .positionSource = options.positionSource,
                                             .onClicked = options.onNotificationClicked};
   if (options.usesNotifyAgent) setup.agents = AgentRegistry::ofUser();
   return std::make_shared<StoredUserNotificationCenter>(services, std::move(sessionBus),
@@ -93,7 +94,7 @@ Services makeServices(const Options& options) {
 
   Services services;
   services.clock = std::make_shared<SystemClock>();
-  services.log = std::make_shared<SystemLog>(applicationID);
+  services.log = options.log ? options.log : std::make_shared<SystemLog>(applicationID);
   services.mainQueue = std::make_shared<GLibMainQueue>();
   services.operationQueues = standard::makeOperationQueueFactory();
   services.notificationCenter = standard::makeNotificationCenter();

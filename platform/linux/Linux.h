@@ -35,6 +35,8 @@ struct Options {
   /// Where settings, orders and pending notifications are kept. Default: `$XDG_DATA_HOME`, else
   /// `$HOME/.local/share`, and below it `<application id>/OvintaSDK`.
   std::optional<std::filesystem::path> dataDirectory = {};
+  /// Where the library and these services write what they have to say. Default: standard error.
+  std::shared_ptr<Log> log = nullptr;
   PositionSource positionSource = PositionSource::automatic;
   /// Called on the main queue with the user info of each notification that the user clicks; of one
   /// that was shown while the application did not run, at the next start or when the application

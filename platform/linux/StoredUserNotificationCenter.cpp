@@ -48,7 +48,7 @@ StoredUserNotificationCenter::StoredUserNotificationCenter(const Services& servi
 
 std::optional<RegisteredApplication> StoredUserNotificationCenter::registration() const {
   if (!setup_.agents || !setup_.file) return std::nullopt;
-  return RegisteredApplication{setup_.applicationID, *setup_.file};
+  return RegisteredApplication{setup_.applicationID, *setup_.file, setup_.positionSource};
 }
 
 void StoredUserNotificationCenter::getPendingNotificationRequests(

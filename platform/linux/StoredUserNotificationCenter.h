@@ -24,6 +24,8 @@ class StoredUserNotificationCenter : public UserNotificationCenter {
     std::optional<std::filesystem::path> file = {};
     /// Absent when nobody is to fire the requests while the application does not run.
     std::optional<AgentRegistry> agents = {};
+    /// Where those have the position from.
+    PositionSource positionSource = PositionSource::automatic;
     /// Called on the main queue with the user info of each notification that the user clicks.
     std::function<void(const Dictionary&)> onClicked = {};
   };

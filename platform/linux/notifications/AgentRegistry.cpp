@@ -3,11 +3,14 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <array>
 #include <boost/uuid/name_generator_sha1.hpp>
 #include <boost/uuid/uuid_io.hpp>
 #include <cerrno>
 #include <fstream>
 #include <iterator>
+#include <string_view>
 #include <system_error>
 
 #include "platform/JSON.h"
@@ -20,6 +23,10 @@ namespace fs = std::filesystem;
 
 constexpr const char* kApplicationID = "applicationID";
 constexpr const char* kStore = "store";
+constexpr const char* kPositionSource = "positionSource";
+/// As the entries write them, in the order of their values.
+constexpr std::array<std::string_view, 4> kPositionSources{"automatic", "geoclue", "portal",
+                                                           "gpsd"};
 
 /// A short name that stands for the store.
 std::string keyOf(const RegisteredApplication& application) {
@@ -39,15 +46,34 @@ void writePrivateFile(const fs::path& file, const std::string& text) {
   if (!isWritten) throw std::system_error(error, std::generic_category(), file.string());
 }
 
-std::optional<RegisteredApplication> read(const fs::path& file) {
+std::string textOf(const fs::path& file) {
   std::ifstream stream(file);
-  const auto value = parseJSON(std::string(std::istreambuf_iterator<char>(stream), {}));
+  return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+std::string textOf(const RegisteredApplication& application) {
+  const auto source = static_cast<std::size_t>(application.positionSource);
+  return writeJSON(Dictionary{{kApplicationID, application.applicationID},
+                              {kStore, application.store.string()},
+                              {kPositionSource, kPositionSources.at(source)}});
+}
+
+/// Automatic for one that is not known.
+PositionSource positionSourceOf(const Dictionary& fields) {
+  const auto* name = find<std::string>(fields, kPositionSource);
+  const auto found = name ? std::ranges::find(kPositionSources, *name) : kPositionSources.end();
+  if (found == kPositionSources.end()) return PositionSource::automatic;
+  return static_cast<PositionSource>(found - kPositionSources.begin());
+}
+
+std::optional<RegisteredApplication> read(const fs::path& file) {
+  const auto value = parseJSON(textOf(file));
   const auto* fields = value ? value->as<Dictionary>() : nullptr;
   const auto* applicationID = fields ? find<std::string>(*fields, kApplicationID) : nullptr;
   const auto* store = fields ? find<std::string>(*fields, kStore) : nullptr;
   std::error_code error;
   if (!applicationID || !store || !fs::is_regular_file(*store, error)) return std::nullopt;
-  return RegisteredApplication{*applicationID, *store};
+  return RegisteredApplication{*applicationID, *store, positionSourceOf(*fields)};
 }
 
 }  // namespace
@@ -64,14 +90,14 @@ std::optional<AgentRegistry> AgentRegistry::ofUser() {
 
 void AgentRegistry::note(const RegisteredApplication& application) const {
   const fs::path file = directory_ / (keyOf(application) + ".json");
-  if (fs::exists(file)) return;
+  const std::string text = textOf(application);
+  if (textOf(file) == text) return;
   if (const auto error = preparePrivateDirectory(directory_)) {
     throw std::system_error(error, "Cannot make the agent's directory");
   }
   // Whole or not at all, also when two processes write it at once.
   const auto draft = fs::path(file).replace_extension(std::to_string(getpid()));
-  writePrivateFile(draft, writeJSON(Dictionary{{kApplicationID, application.applicationID},
-                                               {kStore, application.store.string()}}));
+  writePrivateFile(draft, text);
   fs::rename(draft, file);
 }
 

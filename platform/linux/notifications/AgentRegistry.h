@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#undef linux
+#include "platform/linux/Linux.h"
 
 namespace ovinta::platform::linux {
 
@@ -17,6 +17,8 @@ struct RegisteredApplication {
   std::string applicationID;
   /// The file of its `NotificationStore`; tells applications apart.
   std::filesystem::path store;
+  /// Where it has its position from.
+  PositionSource positionSource = PositionSource::automatic;
 
   /// The name that the application has on the session's bus as long as it runs and has something
   /// pending. All begin with `kAgentBusName` and a dot.
@@ -33,7 +35,8 @@ class AgentRegistry {
   /// The one of this user; absent for a user without a home.
   static std::optional<AgentRegistry> ofUser();
 
-  /// Throws `std::system_error`, or `CodingError` for a path that is not UTF-8.
+  /// Adds the application or what has changed of it. Throws `std::system_error`, or `CodingError`
+  /// for a path that is not UTF-8.
   void note(const RegisteredApplication& application) const;
 
   std::vector<RegisteredApplication> applications() const;

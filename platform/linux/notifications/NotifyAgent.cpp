@@ -5,9 +5,11 @@
 
 namespace ovinta::platform::linux {
 
-NotifyAgent::NotifyAgent(const Services& services, std::shared_ptr<dbus::Bus> sessionBus,
-                         AgentRegistry registry, std::function<void()> onEnd)
+NotifyAgent::NotifyAgent(const Services& services, Location location,
+                         std::shared_ptr<dbus::Bus> sessionBus, AgentRegistry registry,
+                         std::function<void()> onEnd)
     : services_(services),
+      location_(std::move(location)),
       bus_(std::move(sessionBus)),
       registry_(std::move(registry)),
       onEnd_(std::move(onEnd)),
@@ -42,8 +44,10 @@ void NotifyAgent::addClient(const std::string& busName, const RegisteredApplicat
   client.application = std::make_shared<dbus::Service>(bus_, application.applicationID);
   client.store = std::make_shared<NotificationStoreQueue>(*services_.operationQueues,
                                                           application.store, services_.log);
+  Services services = services_;
+  services.location = location_(application.positionSource);
   client.trigger = std::make_shared<NotificationTrigger>(
-      services_, bus_, application.applicationID, client.store,
+      services, bus_, application.applicationID, client.store,
       NotificationTrigger::Handlers{
           [this, &client](const Dictionary& userInfo) { passOn(userInfo, client); },
           [this, &client] {

@@ -18,9 +18,12 @@ namespace ovinta::platform::linux {
 /// is at work in a session. Main thread only.
 class NotifyAgent {
  public:
+  /// The location services with the position from there.
+  using Location = std::function<std::shared_ptr<LocationServices>(PositionSource)>;
+
   /// `onEnd` is called once: when nothing is pending and nothing shown can be clicked any more,
   /// when another agent is at work, or when the bus is gone. It may not destroy the agent.
-  NotifyAgent(const Services& services, std::shared_ptr<dbus::Bus> sessionBus,
+  NotifyAgent(const Services& services, Location location, std::shared_ptr<dbus::Bus> sessionBus,
               AgentRegistry registry, std::function<void()> onEnd);
   NotifyAgent(const NotifyAgent&) = delete;
   NotifyAgent& operator=(const NotifyAgent&) = delete;
@@ -48,6 +51,7 @@ class NotifyAgent {
   void end();
 
   const Services services_;
+  const Location location_;
   const std::shared_ptr<dbus::Bus> bus_;
   const AgentRegistry registry_;
   std::function<void()> onEnd_;

@@ -2,10 +2,10 @@
 
 #include "platform/linux/SystemLocationServices.h"
 #include "platform/linux/dbus/Service.h"
+#include "platform/simulation/RecordingLog.h"
 #include "platform/simulation/VirtualTime.h"
 #include "tests/support/BeaconFrames.h"
 #include "tests/support/BlueZDouble.h"
-#include "platform/simulation/RecordingLog.h"
 
 namespace ovinta::platform::linux {
 namespace {

@@ -68,7 +68,8 @@ class GeoClueTest : public testing::Test {
   std::shared_ptr<dbus::Bus> bus_ = std::make_shared<dbus::Bus>(
       daemon_.address(), time_.mainQueue(), std::make_shared<simulation::RecordingLog>());
   std::shared_ptr<BeaconScanner> scanner_ = std::make_shared<BeaconScanner>(
-      bus_, time_.mainQueue(), std::make_shared<simulation::RecordingLog>(), BeaconScanner::Settings{});
+      bus_, time_.mainQueue(), std::make_shared<simulation::RecordingLog>(),
+      BeaconScanner::Settings{});
   Delegate delegate_;
   std::shared_ptr<PositionHub> hub_ = makeHub(GeoClueProvider::Options().answerTimeout);
   std::unique_ptr<SystemLocationServices> services_ =

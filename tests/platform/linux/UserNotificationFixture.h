@@ -45,10 +45,11 @@ class UserNotificationTest : public testing::Test {
     return std::make_shared<dbus::Bus>(daemon_.address(), time_.mainQueue(), log_);
   }
 
-  std::unique_ptr<Center> makeCenter(std::optional<AgentRegistry> agents = {}) {
+  std::unique_ptr<Center> makeCenter(std::optional<AgentRegistry> agents = {},
+                                     PositionSource source = PositionSource::automatic) {
     return std::make_unique<Center>(
         services_, makeBus(),
-        Center::Setup{"org.example.app", file_, agents, [this](const Dictionary& userInfo) {
+        Center::Setup{"org.example.app", file_, agents, source, [this](const Dictionary& userInfo) {
                         clicked_.push_back(*find<std::string>(userInfo, "site"));
                       }});
   }

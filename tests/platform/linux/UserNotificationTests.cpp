@@ -5,6 +5,7 @@
 #include "platform/linux/notifications/NotifyAgent.h"
 #include "tests/support/ChildProcess.h"
 #include "tests/support/Files.h"
+#include "tests/support/GeoClueDouble.h"
 
 namespace ovinta::platform::linux {
 namespace {
@@ -142,8 +143,10 @@ TEST_F(UserNotificationTest, StaysPendingWithoutAServiceUntilTheNextEntry) {
     enter(*center);
     waitForPending(*center, 1);
   }
-  const auto lines = log_->lines();
-  EXPECT_EQ(std::ranges::count(lines, "org.freedesktop.Notifications is not on the bus"), 1);
+  waitUntil([&] {
+    return std::ranges::count(log_->lines(), "org.freedesktop.Notifications is not on the bus") ==
+           1;
+  });
   desktop_.appear();
   EXPECT_THAT(enter(*center), IsEmpty());
   waitForShown(1);
@@ -170,31 +173,45 @@ TEST_F(UserNotificationTest, OfTwoProcessesWithOneStoreOnlyOneFires) {
 
 class NotifyAgentTest : public UserNotificationTest {
  protected:
-  void startAgent() {
-    Services services = services_;
-    services.location = agentLocation_;
-    agent_ = std::make_unique<NotifyAgent>(services, makeBus(), registry_, [this] { ++ends_; });
+  std::unique_ptr<NotifyAgent> makeAgent(std::function<void()> onEnd) {
+    return std::make_unique<NotifyAgent>(
+        services_,
+        [this](PositionSource source) {
+          sources_.push_back(source);
+          return agentLocation_;
+        },
+        makeBus(), registry_, std::move(onEnd));
   }
 
-  void waitForAgent(bool isExpected) {
+  void startAgent() {
+    agent_ = makeAgent([this] { ++ends_; });
+  }
+
+  void waitForName(const std::string& name, bool isExpected) {
     BusDaemon names(makeBus());
     bool isThere = !isExpected;
     waitUntil([&] {
-      names.listNames([&](const auto& found) { isThere = found.contains(kAgentBusName); });
+      names.listNames([&](const auto& found) { isThere = found.contains(name); });
       return isThere == isExpected;
     });
+  }
+  void waitForAgent(bool isExpected) { waitForName(kAgentBusName, isExpected); }
+  void waitForApplication() {
+    waitForName(RegisteredApplication{"org.example.app", file_}.busName(), true);
   }
 
   /// What the agent alone sees.
   std::shared_ptr<simulation::SimulatedLocation> agentLocation_ =
       std::make_shared<simulation::SimulatedLocation>(time_.mainQueue(), services_.geodesy);
   const AgentRegistry registry_{directory_.path() / "agent"};
+  std::vector<PositionSource> sources_;
   int ends_ = 0;
   std::unique_ptr<NotifyAgent> agent_;
 };
 
 TEST_F(NotifyAgentTest, FiresWhileTheApplicationDoesNotRunAndEndsThen) {
-  auto center = makeCenter(registry_);
+  registry_.note({"org.example.app", file_});
+  auto center = makeCenter(registry_, PositionSource::gpsd);
   center->add(requestFor("one"), nullptr);
   waitUntil([&] {
     return std::ranges::count(log_->lines(), "org.ovinta.NotifyAgent is not on the bus") == 1;
@@ -219,6 +236,7 @@ TEST_F(NotifyAgentTest, FiresWhileTheApplicationDoesNotRunAndEndsThen) {
   EXPECT_EQ(ends_, 0);
   desktop_.click(desktop_.shown().at(0));
   waitUntil([&] { return ends_ > 0; });
+  EXPECT_THAT(sources_, ElementsAre(PositionSource::gpsd));
   EXPECT_EQ(application.count("Activate"), 1U);
   EXPECT_THAT(clicked_, IsEmpty());
   center = makeCenter(registry_);
@@ -230,7 +248,7 @@ TEST_F(NotifyAgentTest, FiresWhileTheApplicationDoesNotRunAndEndsThen) {
 TEST_F(NotifyAgentTest, LeavesARunningApplicationAloneAndEndsWhenItIsDisarmed) {
   const auto center = makeCenter(registry_);
   center->add(requestFor("one"), nullptr);
-  waitUntil([&] { return location_->isUpdating(); });
+  waitForApplication();
   startAgent();
   waitForAgent(true);
   center->add(requestFor("two"), nullptr);
@@ -248,28 +266,39 @@ TEST_F(NotifyAgentTest, EndsWithNothingToDoWithASecondAgentAndWithoutABus) {
 
   const auto center = makeCenter(registry_);
   center->add(requestFor("one"), nullptr);
-  waitUntil([&] { return location_->isUpdating(); });
+  waitForApplication();
   startAgent();
   waitForAgent(true);
   EXPECT_EQ(ends_, 1);
-  const NotifyAgent second(services_, makeBus(), registry_, [this] { ends_ = 20; });
+  const auto second = makeAgent([this] { ends_ = 20; });
   waitUntil([&] { return ends_ == 20; });
   daemon_.stop();
   waitUntil([&] { return ends_ == 21; });
 }
 
-TEST_F(NotifyAgentTest, TheProgramComesAndGoesWithTheDisarming) {
+TEST_F(NotifyAgentTest, TheProgramFollowsThePositionOnceTheApplicationIsGone) {
+  test::GeoClueDouble geoclue(daemon_);
   const AgentRegistry registry(directory_.path() / "ovinta-notify-agent/OvintaSDK/Applications");
-  const auto center = makeCenter(registry);
+  auto center = makeCenter(registry);
   center->add(requestFor("one"), nullptr);
-  waitUntil([&] { return location_->isUpdating(); });
+  waitForApplication();
   const test::ChildProcess agent({OVINTA_NOTIFY_AGENT},
                                  {"XDG_DATA_HOME=" + directory_.path().string(),
                                   "DBUS_SESSION_BUS_ADDRESS=" + daemon_.address(),
-                                  "DBUS_SYSTEM_BUS_ADDRESS=unix:path=/nowhere"});
+                                  "DBUS_SYSTEM_BUS_ADDRESS=" + daemon_.address()});
   waitForAgent(true);
-  center->removePendingNotificationRequests({"one"});
+  EXPECT_EQ(geoclue.clientCount(), 0U);
+  center = nullptr;
+  waitUntil([&] { return geoclue.service().count("Start") == 1; });
+  for (const double metres : {500, 0}) {
+    const Coordinate place = northOfSite(metres);
+    geoclue.feed(place.latitude, place.longitude);
+  }
+  waitForShown(1);
+  desktop_.click(desktop_.shown().at(0));
   waitForAgent(false);
+  center = makeCenter(registry);
+  waitUntil([&] { return !clicked_.empty(); });
 }
 
 }  // namespace
