@@ -66,6 +66,10 @@ std::string textOf(const std::optional<Pagination>& pagination) {
                     : "";
 }
 
+std::string textOf(const std::optional<platform::Dictionary>& configuration) {
+  return configuration ? "configuration " + platform::writeJSON(*configuration) : "";
+}
+
 std::string textOf(const ErrorPtr& error) {
   return error ? error->title() + ": " + error->localizedDescription() : "";
 }
@@ -137,14 +141,8 @@ void SDKFixture::restartWith(const std::function<void(platform::Services&)>& cha
   observeNotifications();
 }
 
-void SDKFixture::answer(std::string_view method, std::string_view path,
-                        std::vector<Answer> answers) {
-  std::ranges::reverse(answers);
-  answers_.insert_or_assign(std::string(method) + " " + std::string(path), std::move(answers));
-}
-
 void SDKFixture::answer(std::string_view method, std::string_view path, Answer answer) {
-  this->answer(method, path, std::vector{std::move(answer)});
+  answers_.insert_or_assign(std::string(method) + " " + std::string(path), std::move(answer));
 }
 
 void SDKFixture::answerAll(Answer answer) {
@@ -173,10 +171,7 @@ SDKFixture::Answer SDKFixture::answerTo(const platform::URLRequest& request) {
   const auto exact = answers_.find(line);
   const auto entry = exact == answers_.end() ? answers_.find(" ") : exact;
   if (entry == answers_.end()) return Answer::failure("No answer was given for " + line);
-  std::vector<Answer>& answers = entry->second;
-  Answer next = answers.back();
-  if (answers.size() > 1) answers.pop_back();
-  return next;
+  return entry->second;
 }
 
 void SDKFixture::noteRequest(const platform::URLRequest& request) {

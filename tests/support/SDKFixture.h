@@ -40,6 +40,7 @@ std::string textOf(const std::optional<OrderList>& orders);
 std::string textOf(const CustomerPtr& customer);
 std::string textOf(const std::optional<SiteList>& sites);
 std::string textOf(const std::optional<Pagination>& pagination);
+std::string textOf(const std::optional<platform::Dictionary>& configuration);
 /// Title and message.
 std::string textOf(const ErrorPtr& error);
 
@@ -76,8 +77,7 @@ class SDKFixture : public ::testing::Test {
 
   // HTTP. A request that no answer was given for fails.
 
-  /// What the endpoint answers from now on: one after the other, the last one again and again.
-  void answer(std::string_view method, std::string_view path, std::vector<Answer> answers);
+  /// What the endpoint answers from now on.
   void answer(std::string_view method, std::string_view path, Answer answer);
   /// What every endpoint answers from now on.
   void answerAll(Answer answer);
@@ -155,7 +155,7 @@ class SDKFixture : public ::testing::Test {
   Answer answerTo(const platform::URLRequest& request);
   void observeNotifications();
 
-  std::map<std::string, std::vector<Answer>, std::less<>> answers_;
+  std::map<std::string, Answer, std::less<>> answers_;
   std::vector<std::unique_ptr<platform::NotificationObserver>> observers_;
 };
 

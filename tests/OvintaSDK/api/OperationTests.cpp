@@ -113,9 +113,8 @@ class SingleOperationTest : public SDKFixture {
 };
 
 TEST_F(SingleOperationTest, GettingOrdersLogsWhyItCannotReadThem) {
-  answer("GET", "m/v1/orders",
-         {Answer::json(200, R"({"data":[{"id":"7"}]})"), Answer::json(200, "")});
-  for (int i = 0; i < 2; ++i) {
+  for (const char* body : {R"({"data":[{"id":"7"}]})", ""}) {
+    answerAll(Answer::json(200, body));
     std::make_shared<GetOrdersOperation>(std::string(kBaseURL), current, tell())->main();
     http->deliverAll();
   }
