@@ -4,6 +4,7 @@
 #include <array>
 #include <iterator>
 
+#include "OvintaSDK/api/NumberText.h"
 #include "OvintaSDK/core/Ovinta.h"
 #include "OvintaSDK/core/OvintaState.h"
 #include "OvintaSDK/core/SDKNotifications.h"
@@ -13,7 +14,6 @@
 #include "platform/linux/SQLitePersistentContainer.h"
 #include "platform/linux/TextServices.h"
 #include "platform/standard/Standard.h"
-#include "tests/support/ZonedDateFormatters.h"
 
 namespace ovinta::test {
 
@@ -25,13 +25,67 @@ namespace {
 
 const char* const kVersionKey = "CFBundleShortVersionString";
 
+template <class List>
+std::string numbersOf(std::string text, const List& list) {
+  for (const auto& entry : list) text += " " + std::to_string(entry->id);
+  return text;
+}
+
+std::string objectText(const std::any& object) {
+  if (const auto* orders = std::any_cast<OrderList>(&object))
+    return test::textOf(std::optional(*orders));
+  if (const auto* order = std::any_cast<OrderPtr>(&object)) return test::textOf(*order);
+  if (const auto* at = std::any_cast<platform::Location>(&object)) {
+    return numberText(at->coordinate.latitude) + ", " + numberText(at->coordinate.longitude);
+  }
+  const auto* error = std::any_cast<ErrorPtr>(&object);
+  return error ? test::textOf(*error) : "";
+}
+
 }  // namespace
+
+std::string textOf(const OrderPtr& order) {
+  return order ? "order " + std::to_string(order->id) : "";
+}
+
+std::string textOf(const std::optional<OrderList>& orders) {
+  return orders ? numbersOf("orders", *orders) : "";
+}
+
+std::string textOf(const CustomerPtr& customer) {
+  return customer ? "customer " + customer->token : "";
+}
+
+std::string textOf(const std::optional<SiteList>& sites) {
+  return sites ? numbersOf("sites", *sites) : "";
+}
+
+std::string textOf(const std::optional<Pagination>& pagination) {
+  return pagination ? "page " + std::to_string(pagination->currentPage) + " of " +
+                          std::to_string(pagination->totalPages)
+                    : "";
+}
+
+std::string textOf(const std::optional<platform::Dictionary>& configuration) {
+  return configuration ? "configuration " + platform::writeJSON(*configuration) : "";
+}
+
+std::string textOf(const ErrorPtr& error) {
+  return error ? error->title() + ": " + error->localizedDescription() : "";
+}
+
+std::vector<std::string> Journal::take() {
+  auto lines = lines_.lines();
+  lines.erase(lines.begin(), lines.begin() + static_cast<std::ptrdiff_t>(taken_));
+  taken_ += lines.size();
+  return lines;
+}
 
 SDKFixture::SDKFixture()
     : http(std::make_shared<simulation::AnsweringURLSession>(
           [this](const platform::URLRequest& request) { return answerTo(request); })),
       queues(std::make_shared<simulation::DrivenOperationQueueFactory>()),
-      log(std::make_shared<simulation::RecordingLog>()),
+      log(std::make_shared<simulation::RecordingLog>(journal_)),
       mainBundle(std::make_shared<simulation::SimulatedBundle>(
           simulation::SimulatedBundle::Texts{{kVersionKey, "1.2.3"}})),
       libraryBundle(std::make_shared<simulation::SimulatedBundle>(
@@ -46,6 +100,7 @@ SDKFixture::SDKFixture()
 platform::Services SDKFixture::makeServices() {
   const auto geodesy = linux::makeGeodesy();
   location = std::make_shared<simulation::SimulatedLocation>(time.mainQueue(), geodesy);
+  dateFormatters = std::make_shared<ZonedDateFormatters>(linux::makeDateFormatterFactory());
   device = std::make_shared<simulation::SimulatedDevice>();
   userNotifications =
       std::make_shared<simulation::SimulatedUserNotificationCenter>(time.mainQueue(), geodesy);
@@ -62,7 +117,7 @@ platform::Services SDKFixture::makeServices() {
       .mainBundle = mainBundle,
       .libraryBundle = libraryBundle,
       .text = linux::makeText(),
-      .dateFormatters = std::make_shared<ZonedDateFormatters>(linux::makeDateFormatterFactory()),
+      .dateFormatters = dateFormatters,
       .urls = linux::makeURLFormat(),
       .urlSession = http,
       .persistentContainers =
@@ -86,14 +141,13 @@ void SDKFixture::restartWith(const std::function<void(platform::Services&)>& cha
   observeNotifications();
 }
 
-void SDKFixture::answer(std::string_view method, std::string_view path,
-                        std::vector<Answer> answers) {
-  std::ranges::reverse(answers);
-  answers_.insert_or_assign(std::string(method) + " " + std::string(path), std::move(answers));
+void SDKFixture::answer(std::string_view method, std::string_view path, Answer answer) {
+  answers_.insert_or_assign(std::string(method) + " " + std::string(path), std::move(answer));
 }
 
-void SDKFixture::answer(std::string_view method, std::string_view path, Answer answer) {
-  this->answer(method, path, std::vector{std::move(answer)});
+void SDKFixture::answerAll(Answer answer) {
+  answers_.clear();
+  this->answer("", "", std::move(answer));
 }
 
 SDKFixture::Answer SDKFixture::dataAnswer(platform::Value record) {
@@ -113,12 +167,33 @@ std::string SDKFixture::requestLine(const platform::URLRequest& request) {
 
 SDKFixture::Answer SDKFixture::answerTo(const platform::URLRequest& request) {
   const std::string line = requestLine(request);
-  const auto entry = answers_.find(line);
+  noteRequest(request);
+  const auto exact = answers_.find(line);
+  const auto entry = exact == answers_.end() ? answers_.find(" ") : exact;
   if (entry == answers_.end()) return Answer::failure("No answer was given for " + line);
-  std::vector<Answer>& answers = entry->second;
-  Answer next = answers.back();
-  if (answers.size() > 1) answers.pop_back();
-  return next;
+  return entry->second;
+}
+
+void SDKFixture::noteRequest(const platform::URLRequest& request) {
+  std::string line = requestLine(request);
+  for (const auto& [name, value] : request.headers) {
+    // Token token="..."
+    if (name == "Authorization") line += " as " + value.substr(13, value.size() - 14);
+  }
+  if (request.body) {
+    // {"data":...}
+    line += " " + request.body->substr(8, request.body->size() - 9);
+  }
+  note(line);
+}
+
+std::string SDKFixture::happened(std::initializer_list<std::string_view> firstWords) {
+  std::string text;
+  for (const std::string& line : journal_->take()) {
+    const std::string_view word = std::string_view(line).substr(0, line.find(' '));
+    if (std::empty(firstWords) || std::ranges::count(firstWords, word)) text += "\n" + line;
+  }
+  return text;
 }
 
 std::vector<std::string> SDKFixture::requestLines() const {
@@ -173,22 +248,13 @@ void SDKFixture::observeNotifications() {
       SDKNotification::locationNotAuthorized, SDKNotification::locationAuthorizationChanged};
   observers_.clear();
   for (const platform::NotificationName name : kNames) {
-    observers_.push_back(services.notificationCenter->addObserver(
-        name, [this](const auto& notification) { notifications_.push_back(notification); }));
+    observers_.push_back(
+        services.notificationCenter->addObserver(name, [this](const auto& notification) {
+          const std::string object = objectText(notification.object);
+          note("posted " + std::string(notification.name.text) +
+               (object.empty() ? "" : " " + object));
+        }));
   }
-}
-
-std::vector<std::string> SDKFixture::postedNames() const {
-  std::vector<std::string> names;
-  for (const auto& notification : notifications_) names.emplace_back(notification.name.text);
-  return names;
-}
-
-std::vector<platform::Notification> SDKFixture::posted(platform::NotificationName name) const {
-  std::vector<platform::Notification> matching;
-  std::ranges::copy_if(notifications_, std::back_inserter(matching),
-                       [name](const auto& notification) { return notification.name == name; });
-  return matching;
 }
 
 }  // namespace ovinta::test

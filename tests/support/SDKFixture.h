@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <initializer_list>
 #include <map>
 #include <memory>
 #include <string>
@@ -11,6 +12,7 @@
 #include <vector>
 
 #include "OvintaSDK/customer/CustomerManager.h"
+#include "OvintaSDK/sites/SitesManager.h"
 #include "platform/Services.h"
 #include "platform/simulation/AnsweringURLSession.h"
 #include "platform/simulation/DrivenOperationQueueFactory.h"
@@ -22,6 +24,7 @@
 #include "platform/simulation/VirtualTime.h"
 #include "tests/support/CannedRecords.h"
 #include "tests/support/TemporaryDirectory.h"
+#include "tests/support/ZonedDateFormatters.h"
 
 namespace ovinta::test {
 
@@ -31,12 +34,38 @@ inline constexpr std::string_view kBaseURL = "https://service.test";
 /// Now, when a test begins: 2021-03-04T20:30:00Z.
 inline constexpr platform::Date kStart{std::chrono::seconds{1614889800}};
 
+/// What the journal says of a callback's argument or a notification's object; "" for none.
+std::string textOf(const OrderPtr& order);
+std::string textOf(const std::optional<OrderList>& orders);
+std::string textOf(const CustomerPtr& customer);
+std::string textOf(const std::optional<SiteList>& sites);
+std::string textOf(const std::optional<Pagination>& pagination);
+std::string textOf(const std::optional<platform::Dictionary>& configuration);
+/// Title and message.
+std::string textOf(const ErrorPtr& error);
+
+/// Lines in the order of their coming; those of the log among them. May be used from any thread.
+class Journal : public platform::Log {
+ public:
+  void write(std::string_view line) override { note("log " + std::string(line)); }
+  void note(std::string_view line) { lines_.write(line); }
+  /// The lines that nobody has taken yet.
+  std::vector<std::string> take();
+
+ private:
+  platform::simulation::RecordingLog lines_;
+  std::size_t taken_ = 0;
+};
+
 /// A fresh library on a platform where nothing happens by itself: time, queues and HTTP go on only
 /// inside `drain` and `advance`. Text, dates, URLs, distances and the order store are the real
 /// ones; the store lies in a directory of the test's own. The library's version is 9.4.8, the
 /// application's 1.2.3. The settings hold a base URL, nobody is signed in, and `Ovinta::configure`
 /// was not called.
 class SDKFixture : public ::testing::Test {
+ private:
+  std::shared_ptr<Journal> journal_ = std::make_shared<Journal>();
+
  protected:
   using Answer = platform::simulation::Answer;
 
@@ -48,9 +77,10 @@ class SDKFixture : public ::testing::Test {
 
   // HTTP. A request that no answer was given for fails.
 
-  /// What the endpoint answers from now on: one after the other, the last one again and again.
-  void answer(std::string_view method, std::string_view path, std::vector<Answer> answers);
+  /// What the endpoint answers from now on.
   void answer(std::string_view method, std::string_view path, Answer answer);
+  /// What every endpoint answers from now on.
+  void answerAll(Answer answer);
   /// An answer of status 200 with {"data": record}.
   static Answer dataAnswer(platform::Value record);
 
@@ -69,6 +99,29 @@ class SDKFixture : public ::testing::Test {
   /// Lets time pass, one second after the other, and drains before and after each.
   void advance(std::chrono::seconds interval);
 
+  // What happens.
+
+  /// What has happened since the last call, in its order; a line break before each of
+  /// - "log <line>",
+  /// - "<METHOD> <path> as <customer's token> <what "data" holds>", when a request is answered,
+  /// - "posted <name> <object>",
+  /// - "told <arguments>", by `tell`.
+  /// With words given: only the lines that begin with one of them.
+  std::string happened(std::initializer_list<std::string_view> firstWords = {});
+
+  void note(std::string_view line) { journal_->note(line); }
+
+  /// A callback that notes its arguments.
+  auto tell() {
+    return [this](const auto&... arguments) {
+      std::string told;
+      for (const std::string& text : {textOf(arguments)...}) {
+        if (!text.empty()) told += (told.empty() ? " " : ", ") + text;
+      }
+      note("told" + (told.empty() ? " nothing" : told));
+    };
+  }
+
   // What the library knows and says.
 
   /// Makes the canned customer the current one.
@@ -78,11 +131,6 @@ class SDKFixture : public ::testing::Test {
   /// An answer with a list of orders.
   static Answer ordersAnswer(const std::vector<platform::Dictionary>& records);
 
-  /// The library's notifications so far: all, by name alone, or those of one name.
-  std::vector<std::string> postedNames() const;
-  std::vector<platform::Notification> posted(platform::NotificationName name) const;
-  void forgetNotifications() { notifications_.clear(); }
-
   std::vector<std::string> logLines() const { return log->lines(); }
 
   TemporaryDirectory directory;
@@ -90,6 +138,7 @@ class SDKFixture : public ::testing::Test {
   std::shared_ptr<platform::simulation::AnsweringURLSession> http;
   std::shared_ptr<platform::simulation::DrivenOperationQueueFactory> queues;
   std::shared_ptr<platform::simulation::RecordingLog> log;
+  std::shared_ptr<ZonedDateFormatters> dateFormatters;
   std::shared_ptr<platform::simulation::SimulatedBundle> mainBundle;
   /// Holds the data model.
   std::shared_ptr<platform::simulation::SimulatedBundle> libraryBundle;
@@ -102,11 +151,11 @@ class SDKFixture : public ::testing::Test {
  private:
   platform::Services makeServices();
   static std::string requestLine(const platform::URLRequest& request);
+  void noteRequest(const platform::URLRequest& request);
   Answer answerTo(const platform::URLRequest& request);
   void observeNotifications();
 
-  std::map<std::string, std::vector<Answer>, std::less<>> answers_;
-  std::vector<platform::Notification> notifications_;
+  std::map<std::string, Answer, std::less<>> answers_;
   std::vector<std::unique_ptr<platform::NotificationObserver>> observers_;
 };
 

@@ -1,8 +1,10 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "OvintaSDK/model/wire/RecordCoding.h"
 #include "platform/JSON.h"
@@ -15,6 +17,12 @@ T decoded(std::string_view json) {
   const auto document = platform::JSONDocument::parse(json);
   if (!document) throw platform::CodingError(platform::CodingError::Kind::dataCorrupted, "no JSON");
   return wire::WireForm<T>::decode(document->root());
+}
+
+/// Many members as one list.
+template <class... Texts>
+std::vector<std::optional<std::string>> textsOf(const Texts&... texts) {
+  return {texts...};
 }
 
 /// The JSON text of the value. Throws `platform::CodingError`.

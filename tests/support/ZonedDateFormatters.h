@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <utility>
+#include <vector>
 
 #include "platform/DateFormatter.h"
 
@@ -16,11 +17,15 @@ class ZonedDateFormatters : public platform::DateFormatterFactory {
 
   std::unique_ptr<platform::DateFormatter> makeDateFormatter(
       const platform::DateFormat& format) override {
+    formats.push_back(format);
     platform::DateFormat complete = format;
     complete.secondsFromGMT = format.secondsFromGMT.value_or(-5 * 3600);
     complete.locale = format.locale.value_or("en_US");
     return formatters_->makeDateFormatter(complete);
   }
+
+  /// What was asked for.
+  std::vector<platform::DateFormat> formats;
 
  private:
   std::shared_ptr<platform::DateFormatterFactory> formatters_;

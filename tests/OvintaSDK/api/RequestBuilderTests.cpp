@@ -8,7 +8,6 @@
 namespace ovinta::test {
 namespace {
 
-using namespace std::chrono_literals;
 using platform::HeaderField;
 using ::testing::ElementsAre;
 
@@ -45,15 +44,6 @@ TEST_F(RequestBuilderTest, PathsAreAppendedToTheBase) {
   for (const char* base : {"", "https://a test", "https://ä.test", "https://a.test:port"}) {
     EXPECT_FALSE(makeRequest(base, APIPath::orders(), {}, {})) << base;
   }
-}
-
-TEST_F(RequestBuilderTest, BypassesCachesAndWaitsTenSeconds) {
-  const auto request = makeRequest(kBaseURL, APIPath::orders(), {}, {});
-  ASSERT_TRUE(request);
-  EXPECT_EQ(request->method, "GET");
-  EXPECT_EQ(request->body, std::nullopt);
-  EXPECT_EQ(request->cachePolicy, platform::CachePolicy::reloadIgnoringLocalAndRemoteCacheData);
-  EXPECT_EQ(request->timeout, 10s);
 }
 
 TEST_F(RequestBuilderTest, HeadersComeInOneOrder) {

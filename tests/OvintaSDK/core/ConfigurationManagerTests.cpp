@@ -9,62 +9,40 @@
 namespace ovinta::test {
 namespace {
 
-using platform::Dictionary;
-
 class ConfigurationTest : public SDKFixture {
  protected:
-  struct Outcome {
-    std::optional<Dictionary> configuration;
-    ErrorPtr error;
-  };
-
-  /// What one fetch reports.
-  std::vector<Outcome> fetch() {
-    std::vector<Outcome> outcomes;
-    Ovinta::config().fetch([&](const auto& configuration, const auto& error) {
-      outcomes.push_back({configuration, error});
-    });
+  /// What one fetch comes to.
+  std::string fetch() {
+    Ovinta::config().fetch(tell());
     drain();
-    return outcomes;
+    return happened();
   }
 };
 
 TEST_F(ConfigurationTest, IsWhateverTheServiceSends) {
-  struct Case {
-    Answer reply;
-    std::optional<Dictionary> configuration;
-    bool isError = false;
+  const char* const kUnreadable = "Error Getting Configuration: invalid response";
+  const std::pair<const char*, std::string> cases[] = {
+      {R"({"data":{"a":[1,{"b":null}],"c":1.5}})", R"(configuration {"a":[1,{"b":null}],"c":1.5})"},
+      {R"({"data":{}})", "configuration {}"},
+      {R"({"data":[]})", "nothing"},
+      {R"({"data":null})", "nothing"},
+      {"{}", "nothing"},
+      {R"([{"data":{}}])", "nothing"},
+      {"5", kUnreadable},
+      {"null", kUnreadable},
   };
-  const Case cases[] = {
-      {Answer::json(200, R"({"data":{"a":[1,{"b":null}],"c":1.5}})"),
-       Dictionary{{"a", platform::List{1, Dictionary{{"b", nullptr}}}}, {"c", 1.5}}},
-      {Answer::json(200, R"({"data":{}})"), Dictionary{}},
-      {Answer::json(200, R"({"data":[]})"), {}},
-      {Answer::json(200, R"({"data":null})"), {}},
-      {Answer::json(200, "{}"), {}},
-      {Answer::json(200, R"([{"data":{}}])"), {}},
-      {Answer::json(200, "5"), {}, true},
-      {Answer::json(200, "null"), {}, true},
-      {Answer::json(401, ""), {}, true},
-  };
-  for (const auto& [reply, configuration, isError] : cases) {
-    answer("GET", "m/v1/app", reply);
-    const auto outcomes = fetch();
-    ASSERT_EQ(outcomes.size(), 1u);
-    EXPECT_EQ(outcomes[0].configuration, configuration);
-    EXPECT_EQ(outcomes[0].error != nullptr, isError);
+  for (const auto& [body, told] : cases) {
+    answerAll(Answer::json(200, body));
+    EXPECT_EQ(fetch(), "\nGET m/v1/app\ntold " + told) << "each fetch asks anew";
   }
-  EXPECT_EQ(requests().size(), std::size(cases)) << "each fetch asks anew";
   Ovinta::config().fetch();
   drain();
-  EXPECT_EQ(requests().size(), std::size(cases) + 1) << "also when nobody wants to know";
+  EXPECT_EQ(happened(), "\nGET m/v1/app") << "also when nobody wants to know";
 }
 
 TEST_F(ConfigurationTest, IsNotAskedForWithoutABaseURL) {
   UserDefaultsKey::apiBase.remove();
-  EXPECT_TRUE(fetch().empty());
-  EXPECT_TRUE(requests().empty());
-  EXPECT_TRUE(logLines().empty());
+  EXPECT_EQ(fetch(), "");
 }
 
 }  // namespace

@@ -34,7 +34,7 @@ class LocationFixture : public test::SDKFixture {
   void start() {
     OvintaState::current().makeLocationUpdater();
     drain();
-    forgetNotifications();
+    happened();
   }
 
   /// The same, with open orders of these numbers.
@@ -43,7 +43,7 @@ class LocationFixture : public test::SDKFixture {
     std::vector<platform::Dictionary> orders;
     for (const auto id : ids) orders.push_back(requiredOrder(id));
     fetchOrders(orders);
-    forgetNotifications();
+    happened();
   }
 
   /// A position some metres north of the point at latitude and longitude 0.

@@ -6,16 +6,18 @@ namespace ovinta {
 namespace {
 
 using platform::AuthorizationStatus;
-using testing::ElementsAre;
 
-constexpr std::string_view kRefusal = "Inadequate location authorization to continue";
 constexpr std::string_view kStarting = "Starting LocationUpdater";
 
 class Permission : public LocationFixture {
  protected:
-  static std::string event(int id, const std::string& permission) {
-    return R"({"data":{"order_id":)" + std::to_string(id) +
-           R"(,"event_type":"permission_update","location_permission":")" + permission + "\"}}";
+  /// What follows a change of the permission.
+  std::string change(AuthorizationStatus status) {
+    happened();
+    location->setAuthorizationStatus(status);
+    drain();
+    EXPECT_EQ(lastKnown(), std::to_string(status));
+    return happened();
   }
 
   static std::optional<std::string> lastKnown() {
@@ -23,62 +25,47 @@ class Permission : public LocationFixture {
   }
 };
 
-struct Change {
-  AuthorizationStatus from, to;
-  /// Empty: nothing is sent.
-  const char* permission = "";
-};
-
-void PrintTo(const Change& change, std::ostream* out) {
-  *out << change.from << " to " << change.to;
-}
-
-class PermissionChange : public Permission, public testing::WithParamInterface<Change> {};
-
-TEST_P(PermissionChange, IsReportedForEveryOpenOrder) {
-  const Change& change = GetParam();
-  location->setAuthorizationStatus(change.from);
+TEST_F(Permission, IsReportedForEveryOpenOrder) {
   startTracking({7, 8});
-  const auto refusals = logged(kRefusal);
-  const auto starts = logged(kStarting);
-  location->setAuthorizationStatus(change.to);
-  drain();
-
-  const bool isGranted = platform::isAuthorized(change.to);
-  std::vector<std::string> names{"locationAuthorizationChanged"};
-  if (!isGranted) names.emplace_back("locationNotAuthorized");
-  EXPECT_EQ(postedNames(), names);
-  EXPECT_EQ(logged(kRefusal) - refusals, !isGranted);
-  EXPECT_EQ(logged(kStarting) - starts, isGranted);
-  EXPECT_EQ(lastKnown(), std::to_string(change.to));
-  const std::string permission = change.permission;
-  std::vector<std::string> events;
-  if (!permission.empty()) events = {event(7, permission), event(8, permission)};
-  EXPECT_EQ(bodies("POST", kEvents), events);
+  // A status that the service does not know is not reported.
+  const std::pair<AuthorizationStatus, const char*> changes[] = {
+      {0, "not_determined"},         {1, "restricted"}, {2, "denied"}, {3, "authorized_always"},
+      {4, "authorized_when_in_use"}, {5, ""},           {12, ""}};
+  const std::string end = "\nlog Successfully created order event";
+  for (const auto& [status, permission] : changes) {
+    const bool isGranted = platform::isAuthorized(status);
+    std::string expected = "\nposted locationAuthorizationChanged";
+    if (isGranted) expected += "\nlog Starting LocationUpdater";
+    if (!isGranted) {
+      expected += "\nposted locationNotAuthorized";
+      expected += "\nlog Inadequate location authorization to continue";
+    }
+    for (const char* id : {"7", "8"}) {
+      if (!*permission) continue;
+      expected += std::string("\nPOST m/v1/events as customer-token {\"order_id\":") + id +
+                  R"(,"event_type":"permission_update","location_permission":")" + permission +
+                  "\"}" + end;
+    }
+    EXPECT_EQ(change(status), expected);
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(, PermissionChange,
-                         testing::Values(Change{3, 0, "not_determined"}, Change{3, 1, "restricted"},
-                                         Change{3, 2, "denied"}, Change{4, 3, "authorized_always"},
-                                         Change{2, 4, "authorized_when_in_use"}, Change{3, 5},
-                                         Change{3, 12}));
 
 TEST_F(Permission, IsNotReportedAgainAfterARestart) {
   UserDefaultsKey::lastKnownAuthStatus.set("4");
   startTracking();
   EXPECT_EQ(lastKnown(), "3");
   UserDefaultsKey::lastKnownAuthStatus.set("2");
-  location->setAuthorizationStatus(2);
-  drain();
-  EXPECT_THAT(postedNames(), ElementsAre("locationAuthorizationChanged", "locationNotAuthorized"));
-  EXPECT_EQ(eventCount(), 0u);
+  EXPECT_EQ(change(2), R"(
+posted locationAuthorizationChanged
+posted locationNotAuthorized
+log Inadequate location authorization to continue)");
 }
 
 TEST_F(Permission, IsStoredEvenWhenThereIsNoOrderToReportItFor) {
   OvintaState::current().makeLocationUpdater();
   EXPECT_EQ(lastKnown(), std::nullopt);
   drain();
-  EXPECT_THAT(postedNames(), ElementsAre("locationAuthorizationChanged"));
+  EXPECT_EQ(happened({"posted"}), "\nposted locationAuthorizationChanged");
   EXPECT_EQ(lastKnown(), "3");
   EXPECT_EQ(logged(kStarting), 0) << "nothing is tracked";
   fetchOrders({});

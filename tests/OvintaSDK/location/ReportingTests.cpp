@@ -7,7 +7,6 @@ namespace {
 
 using std::chrono::milliseconds;
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 constexpr const char* kUUID = "2F234454-CF6D-4A0F-ADF2-F4911BA9FFA6";
 
@@ -36,101 +35,84 @@ class Reporting : public LocationFixture {
             .accuracy = accuracy};
   }
 
+  double metres_ = 0;
+
   void startTrackingWithBeacons() {
     start();
     fetchOrders({with(requiredOrder(), {{"site_beacon_regions",
                                          platform::List{platform::Dictionary{{"uuid", kUUID}}}}})});
-    forgetNotifications();
+    happened();
   }
 };
 
-/// Milliseconds since the begin.
-struct Pace {
-  std::vector<int> deliveries;
-  std::vector<int> sends;
-};
-
-void PrintTo(const Pace& pace, std::ostream* out) {
-  *out << testing::PrintToString(pace.deliveries);
-}
-
-class ReportingPace : public Reporting, public testing::WithParamInterface<Pace> {};
-
-TEST_P(ReportingPace, WaitsTwoSecondsAfterADeliveryAndMoreThanTwoAfterASend) {
-  const auto& deliveries = GetParam().deliveries;
-  const auto& sends = GetParam().sends;
+TEST_F(Reporting, WaitsTwoSecondsAfterADeliveryAndMoreThanTwoAfterASend) {
+  using Times = std::vector<int>;
+  // Milliseconds since the begin: deliveries and sends.
+  const std::pair<Times, Times> paces[] = {
+      {{0}, {2000}},
+      {{0, 400, 800}, {2000}},
+      {{0, 400, 800, 2500}, {2000, 4500}},
+      {{0, 2000}, {2000}},
+      {{0, 2100}, {2000, 4100}},
+      {{0, 400, 800, 1200, 1600, 2000, 2400, 2800}, {2000, 4400}}};
   startTracking();
-  EXPECT_EQ(sendTimes(8s,
-                      [this, &deliveries](int now) {
-                        // The filter passes positions 3 m apart.
-                        if (std::ranges::count(deliveries, now)) location->deliver(at(now));
-                      }),
-            sends);
-  EXPECT_EQ(posted(SDKNotification::locationUpdate).size(), sends.size());
+  for (const auto& [deliveries, sends] : paces) {
+    EXPECT_EQ(sendTimes(8s,
+                        [this, &times = deliveries](int now) {
+                          // The filter passes positions 3 m apart.
+                          if (std::ranges::count(times, now)) location->deliver(at(metres_ += 10));
+                        }),
+              sends);
+    const std::string posted = happened({"posted"});
+    EXPECT_EQ(std::ranges::count(posted, '\n'), std::ssize(sends));
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(, ReportingPace,
-                         testing::Values(Pace{{0}, {2000}}, Pace{{0, 400, 800}, {2000}},
-                                         Pace{{0, 400, 800, 2500}, {2000, 4500}},
-                                         Pace{{0, 2000}, {2000}}, Pace{{0, 2100}, {2000, 4100}},
-                                         Pace{{0, 400, 800, 1200, 1600, 2000, 2400, 2800},
-                                              {2000, 4400}}));
 
 TEST_F(Reporting, SaysWhereTheUserIsForEveryOpenOrder) {
   startTracking({7, 8});
-  location->deliver({.coordinate = {40.7, -74.0},
-                     .horizontalAccuracy = 12.5,
-                     .speed = -1,
-                     .timestamp = time.now()});
+  location->deliver(at(0));
   location->deliver({.coordinate = {41.5, -74.25},
                      .horizontalAccuracy = 6.5,
                      .speed = -1,
                      .timestamp = time.now()});
   advance(3s);
-  const auto expected = [](const char* id) {
-    return std::string(R"({"data":{"order_id":)") + id +
-           R"(,"event_type":"location_update","longitude":-74.25,"latitude":41.5,)"
-           R"("accuracy":6.5,"speed":-1,"beacons":[]}})";
-  };
-  EXPECT_THAT(bodies("POST", kEvents), ElementsAre(expected("7"), expected("8")));
+  const std::string rest = R"(,"event_type":"location_update","longitude":-74.25,"latitude":41.5,)"
+                           R"("accuracy":6.5,"speed":-1,"beacons":[]}})";
+  EXPECT_THAT(bodies("POST", kEvents),
+              ElementsAre(R"({"data":{"order_id":7)" + rest, R"({"data":{"order_id":8)" + rest));
   EXPECT_EQ(logged("sending location update"), 1);
-  ASSERT_THAT(postedNames(), ElementsAre("locationUpdate"));
-  const auto announced = posted(SDKNotification::locationUpdate);
-  ASSERT_NE(announced[0].objectAs<platform::Location>(), nullptr);
-  EXPECT_EQ(announced[0].objectAs<platform::Location>()->coordinate,
-            (platform::Coordinate{41.5, -74.25}));
+  EXPECT_EQ(happened({"posted"}), "\nposted locationUpdate 41.5, -74.25");
 }
 
-/// The age at the delivery of a position that is looked at two seconds later.
-class ReportingAge : public Reporting,
-                     public testing::WithParamInterface<platform::TimeInterval> {};
-
-TEST_P(ReportingAge, MustBeLessThanThirtySeconds) {
-  const bool isSent = GetParam() < 28s;
+TEST_F(Reporting, TellsOfPositionsOfLessThanThirtySecondsAlone) {
   startTracking();
-  auto old = at(0);
-  old.timestamp -= GetParam();
-  location->deliver(old);
-  advance(2s);
-  EXPECT_EQ(eventCount(), isSent);
-  EXPECT_EQ(posted(SDKNotification::locationUpdate).size(), 1u);
-
-  location->deliver(at(10));
-  advance(2s);
-  EXPECT_EQ(eventCount(), isSent) << "an attempt that sends nothing delays the next as well";
+  // The age at the delivery of a position that is looked at two seconds later.
+  for (const platform::TimeInterval age : {28s - 1us, platform::TimeInterval(28s), 29s + 0us}) {
+    const std::size_t before = eventCount();
+    const std::size_t isSent = age < 28s ? 1 : 0;
+    auto old = at(metres_ += 10);
+    old.timestamp -= age;
+    location->deliver(old);
+    happened();
+    advance(2s);
+    EXPECT_EQ(eventCount() - before, isSent);
+    EXPECT_THAT(happened({"posted"}), testing::StartsWith("\nposted locationUpdate "));
+    location->deliver(at(metres_ += 10));
+    advance(2s);
+    EXPECT_EQ(eventCount() - before, isSent) << "an attempt that sends nothing delays as well";
+    advance(5s);
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(, ReportingAge, testing::Values(28s - 1us, 28s, 29s));
 
 TEST_F(Reporting, FollowsAnUpdateOfTheOrdersAtOnce) {
   startTracking();
   location->deliver(at(0));
   advance(2s);
   ASSERT_EQ(eventCount(), 1u);
-  forgetNotifications();
+  happened();
   fetchOrders({orderAtZero(8)});
   EXPECT_EQ(eventCount(), 2u);
-  EXPECT_THAT(postedNames(), ElementsAre("ordersUpdated"));
+  EXPECT_EQ(happened({"posted"}), "\nposted ordersUpdated orders 8");
   EXPECT_EQ(location->desiredAccuracy(), platform::LocationAccuracy::bestForNavigation);
   location->deliver(at(10));
   advance(2s);
@@ -169,7 +151,7 @@ TEST_F(Reporting, SendsForBeaconsOnceMoreThanFiveSecondsHavePassed) {
                           if (now == 0) location->deliver(at(0));
                         }),
               ElementsAre(1000, 7000, 13000));
-  EXPECT_THAT(posted(SDKNotification::locationUpdate), IsEmpty());
+  EXPECT_EQ(happened({"posted"}), "");
   EXPECT_THAT(bodies("POST", kEvents).back(),
               testing::EndsWith(std::string(R"("beacons":[{"rssi":-60,"distance":1.5,"uuid":")") +
                                 kUUID + R"(","major":1,"minor":2}]}})"));

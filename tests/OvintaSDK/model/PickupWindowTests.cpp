@@ -71,32 +71,14 @@ TEST_F(PickupWindowTest, TheServicesInstantsAreUTC) {
   EXPECT_THAT(decodingFailure<Date>(R"("tomorrow")"), StartsWith("data corrupted"));
 }
 
-/// Records the formats that are asked for.
-class RecordingFormatters : public platform::DateFormatterFactory {
- public:
-  explicit RecordingFormatters(std::shared_ptr<platform::DateFormatterFactory> formatters)
-      : formatters_(std::move(formatters)) {}
-  std::unique_ptr<platform::DateFormatter> makeDateFormatter(
-      const platform::DateFormat& format) override {
-    formats.push_back(format);
-    return formatters_->makeDateFormatter(format);
-  }
-  std::vector<platform::DateFormat> formats;
-
- private:
-  std::shared_ptr<platform::DateFormatterFactory> formatters_;
-};
-
 TEST_F(PickupWindowTest, EachFormatterIsMadeOnceWithItsSettings) {
-  const auto formatters = std::make_shared<RecordingFormatters>(services.dateFormatters);
-  restartWith([&](platform::Services& changed) { changed.dateFormatters = formatters; });
   for (int i = 0; i < 2; ++i) {
     encoded(PickupWindow(kStart));
     encoded(kStart);
   }
-  ASSERT_EQ(formatters->formats.size(), 2U);
+  ASSERT_EQ(dateFormatters->formats.size(), 2U);
   const auto settings = [&](std::size_t i) {
-    const auto& format = formatters->formats[i];
+    const auto& format = dateFormatters->formats[i];
     return std::tuple(format.pattern, format.calendar, format.secondsFromGMT, format.locale);
   };
   EXPECT_EQ(settings(0),

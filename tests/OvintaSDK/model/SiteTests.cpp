@@ -31,23 +31,11 @@ Dictionary fullSite() { return *platform::parseJSON(kFullSite)->as<Dictionary>()
 TEST_F(SiteTest, EveryKeyHasItsMember) {
   const Site site = decoded<Site>(kFullSite);
   EXPECT_EQ(site.id, 3);
-  const std::vector<std::optional<std::string>> texts{site.partnerIdentifier,
-                                                      site.name,
-                                                      site.phone,
-                                                      site.streetAddress,
-                                                      site.fullAddress,
-                                                      site.locality,
-                                                      site.region,
-                                                      site.country,
-                                                      site.postalCode,
-                                                      site.longitude,
-                                                      site.latitude,
-                                                      site.instructions,
-                                                      site.descriptionText,
-                                                      site.coverPhotoURL,
-                                                      site.projectAccentColor,
-                                                      site.projectAccentTextColor,
-                                                      site.projectLogoURL};
+  const auto texts =
+      textsOf(site.partnerIdentifier, site.name, site.phone, site.streetAddress, site.fullAddress,
+              site.locality, site.region, site.country, site.postalCode, site.longitude,
+              site.latitude, site.instructions, site.descriptionText, site.coverPhotoURL,
+              site.projectAccentColor, site.projectAccentTextColor, site.projectLogoURL);
   EXPECT_THAT(texts, ElementsAre("P", "name", "phone", "street", "full", "locality", "region",
                                  "country", "postal code", "1", "0", "instructions", "description",
                                  "photo", "accent", "accent text", "logo"));

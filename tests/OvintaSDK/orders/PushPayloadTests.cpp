@@ -1,20 +1,15 @@
 // Payloads of push notifications: they change one order at hand, or have all of them fetched.
 #include <gmock/gmock.h>
 
-#include "OvintaSDK/core/Ovinta.h"
-#include "OvintaSDK/core/SDKNotifications.h"
-#include "tests/support/SDKFixture.h"
+#include "platform/JSON.h"
+#include "tests/OvintaSDK/orders/OrdersFixture.h"
 
 namespace ovinta {
 namespace {
 
 using platform::Dictionary;
-using test::requiredOrder;
-using test::with;
-using testing::ElementsAre;
-using testing::IsEmpty;
 
-class PushPayload : public test::SDKFixture {
+class PushPayload : public OrdersFixture {
  protected:
   PushPayload() {
     signIn();
@@ -22,31 +17,25 @@ class PushPayload : public test::SDKFixture {
         {requiredOrder(42), with(requiredOrder(-3), {{"state", "ready"},
                                                      {"customer_state", "nearby"},
                                                      {"eta_at", "2021-03-04T20:00:00.000Z"}})});
-    forgetNotifications();
+    happened();
   }
 };
 
 TEST_F(PushPayload, ChangesTheOrderThatItNames) {
-  const OrderPtr order = Ovinta::orders().all()->at(0);
-  const OrderPtr other = Ovinta::orders().all()->at(1);
   Ovinta::handleRemoteNotification({{"order_id", "42"},
                                     {"order_state", "completed"},
                                     {"customer_state", "waiting"},
                                     {"eta_at", "2021-03-04T15:40:00.250-0500"}});
-  EXPECT_EQ(order->state(), OrderState::completed);
-  EXPECT_EQ(order->customerState(), CustomerState::waiting);
-  EXPECT_EQ(order->etaAt(), test::kStart + std::chrono::milliseconds(600'250));
-  EXPECT_THAT(Ovinta::orders().open().value(), ElementsAre(other));
-  EXPECT_THAT(Ovinta::orders().closed().value(), IsEmpty());
-  EXPECT_THAT(postedNames(), ElementsAre("orderUpdated"));
-  EXPECT_EQ(*posted(SDKNotification::orderUpdated)[0].objectAs<OrderPtr>(), order);
+  EXPECT_EQ(order(0)->state(), OrderState::completed);
+  EXPECT_EQ(order(0)->customerState(), CustomerState::waiting);
+  EXPECT_EQ(order(0)->etaAt(), test::kStart + std::chrono::milliseconds(600'250));
+  EXPECT_EQ(lists(), "all: orders 42 -3; open: orders -3; closed: orders");
   drain();
-  EXPECT_EQ(requests().size(), 1u) << "the fetch before";
+  EXPECT_EQ(happened(), "\nposted orderUpdated order 42") << "and nothing is fetched";
 }
 
 TEST_F(PushPayload, PassesOverWhatItCannotUse) {
-  const OrderPtr order = Ovinta::orders().all()->at(1);
-  const auto etaAt = order->etaAt();
+  const auto etaAt = order(1)->etaAt();
   const Dictionary payloads[] = {
       {},
       {{"order_state", "unheard of"}, {"customer_state", ""}, {"eta_at", "soon"}},
@@ -54,39 +43,30 @@ TEST_F(PushPayload, PassesOverWhatItCannotUse) {
       {{"order_state", "Completed"}, {"eta_at", "2021-03-04T20:00:00.000Z x"}},
   };
   for (const Dictionary& payload : payloads) {
-    forgetNotifications();
     Ovinta::handleRemoteNotification(with(payload, {{"order_id", "-3"}}));
-    EXPECT_EQ(order->state(), OrderState::ready);
-    EXPECT_EQ(order->customerState(), CustomerState::nearby);
-    EXPECT_EQ(order->etaAt(), etaAt);
-    EXPECT_THAT(postedNames(), ElementsAre("orderUpdated")) << "all the same";
+    EXPECT_EQ(order(1)->state(), OrderState::ready);
+    EXPECT_EQ(order(1)->customerState(), CustomerState::nearby);
+    EXPECT_EQ(order(1)->etaAt(), etaAt);
+    EXPECT_EQ(happened(), "\nposted orderUpdated order -3") << "all the same";
   }
 }
 
 TEST_F(PushPayload, HasAllOrdersFetchedWhenItNamesNoneAtHand) {
-  const Dictionary payloads[] = {
-      {},
-      {{"order_id", 42}},
-      {{"order_id", ""}},
-      {{"order_id", "4x"}},
-      {{"order_id", " 42"}},
-      {{"order_id", "42.0"}},
-      {{"order_id", "99999999999999999999"}},
-      {{"order_id", "43"}, {"order_state", "completed"}},
-  };
-  std::size_t fetches = requests().size();
-  for (const Dictionary& payload : payloads) {
-    forgetNotifications();
+  const auto expectFetch = [this](const Dictionary& payload) {
     Ovinta::handleRemoteNotification(payload);
-    EXPECT_THAT(postedNames(), IsEmpty());
+    EXPECT_EQ(happened(), "\nlog Getting Orders") << platform::writeJSON(payload);
     drain();
-    EXPECT_EQ(requests().size(), ++fetches);
-    EXPECT_THAT(postedNames(), ElementsAre("ordersUpdated"));
+    EXPECT_EQ(happened({"GET", "posted"}),
+              "\nGET m/v1/orders as customer-token\nposted ordersUpdated orders 42 -3");
+  };
+  const platform::Value numbers[] = {42, "", "4x", " 42", "42.0", "99999999999999999999", "43"};
+  expectFetch({});
+  for (const auto& number : numbers) {
+    expectFetch({{"order_id", number}, {"order_state", "completed"}});
   }
-  Ovinta::orders().setAll(std::nullopt);
-  Ovinta::handleRemoteNotification({{"order_id", "42"}});
-  drain();
-  EXPECT_EQ(requests().size(), ++fetches) << "before the first fetch no order is at hand";
+  // Before the first fetch no order is at hand.
+  orders.setAll(std::nullopt);
+  expectFetch({{"order_id", "42"}});
 }
 
 }  // namespace

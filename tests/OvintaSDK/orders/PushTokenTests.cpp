@@ -1,95 +1,85 @@
 // Push tokens are put on open orders: the device's on those that lack one, a new one on all.
 #include <gmock/gmock.h>
 
-#include "OvintaSDK/core/Ovinta.h"
-#include "OvintaSDK/core/UserDefaultsKey.h"
 #include "OvintaSDK/orders/OrdersPushTokens.h"
-#include "tests/support/SDKFixture.h"
+#include "tests/OvintaSDK/orders/OrdersFixture.h"
 
 namespace ovinta {
 namespace {
 
-using test::requiredOrder;
-using test::with;
-using testing::Contains;
-using testing::ElementsAre;
-using testing::Not;
-
-class PushTokenRefresh : public test::SDKFixture {
+class PushTokenRefresh : public OrdersFixture {
  protected:
   PushTokenRefresh() {
     signIn();
     Ovinta::setPushToken("device");
+    answer(
+        "GET", "m/v1/orders",
+        ordersAnswer({with(requiredOrder(1), {{"redemption_code", "A"}}),
+                      with(requiredOrder(2), {{"redemption_code", "B"}, {"push_token", ""}}),
+                      with(requiredOrder(3), {{"redemption_code", "C"}, {"push_token", "another"}}),
+                      requiredOrder(4),
+                      with(requiredOrder(5), {{"redemption_code", "E"}, {"state", "cancelled"}})}));
   }
 
-  static constexpr std::string_view kPath = "m/v1/orders";
+  /// The orders' tokens after a fetch during whose callback something else is done.
+  std::string tokensAfterFetch(const std::function<void()>& inCallback = [] {}) {
+    orders.fetch([&](const auto&, const auto&) { inCallback(); });
+    drain();
+    return tokens();
+  }
 
-  const std::vector<platform::Dictionary> records{
-      with(requiredOrder(1), {{"redemption_code", "A"}}),
-      with(requiredOrder(2), {{"redemption_code", "B"}, {"push_token", ""}}),
-      with(requiredOrder(3), {{"redemption_code", "C"}, {"push_token", "another"}}),
-      requiredOrder(4),
-      with(requiredOrder(5), {{"redemption_code", "E"}, {"state", "cancelled"}}),
-  };
+  std::string tokens() {
+    std::string tokens;
+    const OrderList all = *orders.all();
+    for (const OrderPtr& each : all) tokens += each->pushToken().value_or("-") + " ";
+    return tokens;
+  }
+
+  /// Which orders' tokens are updated to a new one.
+  std::string renew(const std::string& token) {
+    OrdersPushTokens(orders).updateWithNewPushToken(token);
+    drain();
+    return happened();
+  }
 };
 
 TEST_F(PushTokenRefresh, UpdatesOpenOrdersWithACodeAndNoToken) {
-  fetchOrders(records);
-  EXPECT_THAT(requestLines(),
-              ElementsAre("GET m/v1/orders", "PUT m/v1/orders/A", "PUT m/v1/orders/B"));
-  EXPECT_THAT(bodies("PUT", "m/v1/orders/B"), ElementsAre(R"({"data":{"push_token":"device"}})"));
-  EXPECT_THAT(requests().back().headers,
-              Contains(platform::HeaderField{"Authorization", R"(Token token="customer-token")"}));
-  EXPECT_THAT(logLines(), Contains("Updating order's push token using redemption code B"));
-
-  std::vector<std::optional<std::string>> tokens;
-  const OrderList orders = Ovinta::orders().all().value();
-  for (const OrderPtr& order : orders) tokens.push_back(order->pushToken());
-  EXPECT_THAT(tokens, ElementsAre("device", "device", "another", std::nullopt, std::nullopt));
+  EXPECT_EQ(tokensAfterFetch(), "device device another - - ");
+  EXPECT_THAT(happened({"PUT"}), R"(
+PUT m/v1/orders/A as customer-token {"push_token":"device"}
+PUT m/v1/orders/B as customer-token {"push_token":"device"})");
+  EXPECT_THAT(logLines(), testing::Contains("Updating order's push token using redemption code B"));
 }
 
 TEST_F(PushTokenRefresh, NeedsATokenABaseURLAndACustomer) {
-  const auto expectNone = [this](const std::function<void()>& inCallback) {
-    answer("GET", kPath, ordersAnswer(records));
-    Ovinta::orders().fetch([&](const auto&, const auto&) { inCallback(); });
-    drain();
-    EXPECT_THAT(requestLines(), Not(Contains(testing::StartsWith("PUT"))));
-    EXPECT_EQ(Ovinta::orders().all()->front()->pushToken(), std::nullopt);
-  };
   Ovinta::setPushToken(std::nullopt);
-  expectNone([] {});
+  EXPECT_EQ(tokensAfterFetch(), "-  another - - ");
   Ovinta::setPushToken("device");
-  expectNone([] { Ovinta::customer().setCurrent(nullptr); });
-  EXPECT_THAT(logLines(), Not(Contains("Could not load API url")));
+  EXPECT_EQ(tokensAfterFetch([] { Ovinta::customer().setCurrent(nullptr); }), "-  another - - ");
+  EXPECT_THAT(happened(), testing::Not(testing::HasSubstr("Could not load API url")));
   signIn();
-  expectNone([] { UserDefaultsKey::apiBase.remove(); });
-  EXPECT_THAT(logLines(), Contains("Could not load API url"));
-  EXPECT_EQ(Ovinta::orders().lastFetch()->error, nullptr);
+  EXPECT_EQ(tokensAfterFetch([] { UserDefaultsKey::apiBase.remove(); }), "-  another - - ");
+  EXPECT_THAT(happened(), testing::HasSubstr("\nlog Could not load API url"));
+  EXPECT_EQ(lastFetch(), "0 s, ");
+  EXPECT_THAT(requestLines(), testing::Each("GET m/v1/orders"));
 }
 
 TEST_F(PushTokenRefresh, PutsANewTokenOnAllOpenOrdersWithACode) {
   Ovinta::setPushToken(std::nullopt);
-  fetchOrders(records);
-  for (int i = 0; i < 2; ++i) {
-    OrdersPushTokens(Ovinta::orders()).updateWithNewPushToken("another");
-    drain();
-  }
-  EXPECT_THAT(requestLines(),
-              ElementsAre("GET m/v1/orders", "PUT m/v1/orders/A", "PUT m/v1/orders/B"))
-      << "but for those that carry it";
-  EXPECT_THAT(bodies("PUT", "m/v1/orders/A"), ElementsAre(R"({"data":{"push_token":"another"}})"));
-  EXPECT_EQ(Ovinta::orders().all()->front()->pushToken(), "another");
+  tokensAfterFetch();
+  happened();
+  EXPECT_EQ(renew("another"), R"(
+log Updating order's push token using redemption code A
+log Updating order's push token using redemption code B
+PUT m/v1/orders/A as customer-token {"push_token":"another"}
+PUT m/v1/orders/B as customer-token {"push_token":"another"})");
+  EXPECT_EQ(renew("another"), "") << "all carry it";
+  EXPECT_EQ(tokens(), "another another another - - ");
   EXPECT_EQ(Ovinta::pushToken(), std::nullopt);
-
-  const auto sent = requests().size();
   Ovinta::customer().setCurrent(nullptr);
-  OrdersPushTokens(Ovinta::orders()).updateWithNewPushToken("new");
+  EXPECT_EQ(renew("new"), "");
   UserDefaultsKey::apiBase.remove();
-  OrdersPushTokens(Ovinta::orders()).updateWithNewPushToken("new");
-  drain();
-  EXPECT_EQ(requests().size(), sent);
-  EXPECT_EQ(Ovinta::orders().all()->front()->pushToken(), "another");
-  EXPECT_EQ(std::ranges::count(logLines(), "Could not load API url"), 1);
+  EXPECT_EQ(renew("new"), "\nlog Could not load API url");
 }
 
 }  // namespace

@@ -78,33 +78,23 @@ TEST_F(Sync, DisturbsNothingWhenItFails) {
           test::BrokenContainer::Faults{.deletes = deletes});
     });
     signIn();
-    forgetNotifications();
+    happened();
     fetchOrders({requiredOrder(1)});
     EXPECT_EQ(Ovinta::orders().all()->size(), 1u);
     EXPECT_EQ(Ovinta::orders().lastFetch()->error, nullptr);
-    EXPECT_THAT(postedNames(), testing::ElementsAre("ordersUpdated"));
+    EXPECT_EQ(happened({"posted"}), "\nposted ordersUpdated orders 1");
     EXPECT_EQ(logLines().back(), "Finished syncing orders");
 
-    int calls = 0;
-    SyncOrdersOperation(*Ovinta::orders().all(), [&](const auto& orders, const auto& error) {
-      ++calls;
-      EXPECT_FALSE(orders);
-      EXPECT_EQ(error->localizedDescription(), deletes ? "cannot save" : "cannot delete");
-    }).main();
-    EXPECT_EQ(calls, 1);
+    SyncOrdersOperation(*Ovinta::orders().all(), tell()).main();
+    EXPECT_THAT(happened(), testing::EndsWith(deletes ? ": cannot save" : ": cannot delete"));
   }
 }
 
 TEST_F(Sync, ReportsTheOrdersThatItStored) {
   const OrderList orders{decodeOrder(requiredOrder(1))};
-  int calls = 0;
-  SyncOrdersOperation(orders, [&](const auto& synced, const auto& error) {
-    ++calls;
-    EXPECT_EQ(synced, orders);
-    EXPECT_EQ(error, nullptr);
-  }).main();
+  SyncOrdersOperation(orders, tell()).main();
+  EXPECT_EQ(happened({"told"}), "\ntold orders 1");
   SyncOrdersOperation({}, nullptr).main();
-  EXPECT_EQ(calls, 1);
   EXPECT_THAT(stored(), IsEmpty());
 }
 

@@ -110,20 +110,6 @@ TEST_F(ServiceDescriptionTest, IsBrokenByASpoiltExchange) {
   }
 }
 
-TEST_F(ServiceDescriptionTest, HeadersReachTheSandboxInTheirOrder) {
-  const OperationCase operation = soundCase("CreateOrder");
-  speaker->send("DELETE", "/sandbox/requests");
-  run(operation);
-  const auto received = speaker->send("GET", "/sandbox/requests").list();
-  std::vector<std::string> names;
-  for (const auto& field : *platform::find<List>(*received[0].as<Dictionary>(), "headers")) {
-    names.push_back(*platform::find<std::string>(*field.as<Dictionary>(), "name"));
-  }
-  EXPECT_THAT(names, ::testing::ElementsAre("Host", "Cache-Control", "Content-Length",
-                                            "Authorization", "SDK-Version", "App-Version",
-                                            "SDK-Platform", "Content-Type", "Accept"));
-}
-
 TEST_F(ServiceDescriptionTest, NamesTheEndpointsOfTheSandbox) {
   std::vector<std::string> described;
   for (const sandbox::Route& route : sandbox::routes()) {

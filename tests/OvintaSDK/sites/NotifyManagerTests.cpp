@@ -13,6 +13,10 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 constexpr platform::Coordinate kCenter{.latitude = 40.7, .longitude = -74};
+constexpr const char* kDone = "\ntold nothing";
+constexpr const char* kTooMany = "\ntold Error with Notify Manager: Site limit exceeded";
+constexpr const char* kNoPermission =
+    "\ntold Error with Notify Manager: Location permission is missing";
 constexpr std::string_view kLookUp =
     "m/v1/sites?latitude=40.7&longitude=-74.0&radius=500.0&page=1&per=5";
 
@@ -31,33 +35,20 @@ SiteList sites(std::int64_t count) {
 
 class Notify : public test::SDKFixture {
  protected:
-  /// Arms the sites; the message of the error, or "none".
+  /// Arms the sites; what the callback receives.
   std::string arm(const SiteList& list, const std::optional<Dictionary>& data = {}) {
-    std::string message = "no answer";
-    notify.createForSites(list, {"Near", "You are near", data}, keep(message));
+    notify.createForSites(list, {"Near", "You are near", data}, tell());
     drain();
-    return message;
-  }
-
-  static ErrorCallback keep(std::string& message) {
-    return [&message](const ErrorPtr& error) {
-      EXPECT_EQ(message, "no answer") << "called twice";
-      message = error ? error->localizedDescription() : "none";
-    };
+    return happened({"told"});
   }
 
   /// Arms the sites that the service finds; what the callback receives, call by call.
-  std::vector<std::string> armRegion(const std::function<void()>& beforeTheAnswer = [] {}) {
-    std::vector<std::string> calls;
-    notify.createForSitesInRegion(
-        {.center = kCenter, .radius = 500, .identifier = "unused"}, {"Near", "You are near"},
-        [&](const std::optional<SiteList>& found, const ErrorPtr& error) {
-          calls.push_back((found ? std::to_string(found->size()) + " sites" : "no sites") + ", " +
-                          (error ? error->localizedDescription() : "no error"));
-        });
+  std::string armRegion(const std::function<void()>& beforeTheAnswer = [] {}) {
+    notify.createForSitesInRegion({.center = kCenter, .radius = 500, .identifier = "unused"},
+                                  {"Near", "You are near"}, tell());
     beforeTheAnswer();
     drain();
-    return calls;
+    return happened({"told"});
   }
 
   void answerSites(int count) {
@@ -83,7 +74,7 @@ class Notify : public test::SDKFixture {
 };
 
 TEST_F(Notify, ArmsOneEntryForEachSite) {
-  EXPECT_EQ(arm({site(42)}, Dictionary{{"message_source", "x"}, {"more", 1}}), "none");
+  EXPECT_EQ(arm({site(42)}, Dictionary{{"message_source", "x"}, {"more", 1}}), kDone);
   const UserNotificationRequest expected{
       .identifier = "ovinta.notify 42",
       .content = {.title = "Near",
@@ -99,7 +90,7 @@ TEST_F(Notify, ArmsOneEntryForEachSite) {
   EXPECT_THAT(userNotifications->pending(), ElementsAre(expected));
 
   const SitePtr bare = std::make_shared<const Site>(Site{.id = 9});
-  EXPECT_EQ(arm({bare, site(1, ""), site(2, "40.7 N"), site(3)}), "none");
+  EXPECT_EQ(arm({bare, site(1, ""), site(2, "40.7 N"), site(3)}), kDone);
   EXPECT_THAT(pending(), ElementsAre("ovinta.notify 3"));
   EXPECT_EQ(userNotifications->pending()[0].content.userInfo,
             (Dictionary{{"message_source", "ovinta.notify"}}));
@@ -111,21 +102,20 @@ TEST_F(Notify, ReplacesItsOwnRequestsAlone) {
   foreign.identifier = "app";
   foreign.content.userInfo = {{"message_source", 1}};
   userNotifications->add(foreign, {});
-  EXPECT_EQ(arm({site(7), site(8)}), "none");
-  EXPECT_EQ(arm(sites(6)), "Site limit exceeded");
+  EXPECT_EQ(arm({site(7), site(8)}), kDone);
+  EXPECT_EQ(arm(sites(6)), kTooMany);
   EXPECT_THAT(pending(), ElementsAre("ovinta.notify", "app", "ovinta.notify 7", "ovinta.notify 8"));
-  EXPECT_EQ(arm({site(9)}), "none");
+  EXPECT_EQ(arm({site(9)}), kDone);
   EXPECT_THAT(pending(), ElementsAre("ovinta.notify", "app", "ovinta.notify 9"));
-  EXPECT_EQ(arm({}), "none");
+  EXPECT_EQ(arm({}), kDone);
   EXPECT_THAT(pending(), ElementsAre("ovinta.notify", "app"));
-  EXPECT_EQ(arm(sites(5)), "none");
+  EXPECT_EQ(arm(sites(5)), kDone);
 
   location->setLocationServicesEnabled(false);
   for (int i = 0; i < 2; ++i) {
-    std::string message = "no answer";
-    notify.clear(keep(message));
+    notify.clear(tell());
     drain();
-    EXPECT_EQ(message, "none") << "no permission is needed";
+    EXPECT_EQ(happened(), kDone) << "no permission is needed";
     EXPECT_EQ(pending().size(), 2u);
   }
 }
@@ -140,37 +130,34 @@ TEST_F(Notify, NeedsLocationServicesAndPermission) {
     SCOPED_TRACE(status);
     location->setLocationServicesEnabled(enabled);
     location->setAuthorizationStatus(status);
-    const char* const kRefusal = "Location permission is missing";
-    EXPECT_EQ(arm(sites(6)), allowed ? "Site limit exceeded" : kRefusal) << "asked first";
-    EXPECT_THAT(armRegion(),
-                ElementsAre(allowed ? "1 sites, no error" : std::string("no sites, ") + kRefusal));
+    EXPECT_EQ(arm(sites(6)), allowed ? kTooMany : kNoPermission) << "asked first";
+    EXPECT_EQ(armRegion(), allowed ? "\ntold sites 1" : kNoPermission);
     EXPECT_EQ(requests().size(), lookUps += allowed ? 1 : 0);
   }
   const NotifyManagerError error(NotifyManagerErrorType::reachedTheMaxNumberOfSites);
-  EXPECT_EQ(error.title(), "Error with Notify Manager");
   EXPECT_EQ(error.detail(), "Too many sites. No more than allowed.");
 }
 
 TEST_F(Notify, ArmsTheSitesOfARegion) {
   answerSites(2);
-  EXPECT_THAT(armRegion(), ElementsAre("2 sites, no error"));
+  EXPECT_EQ(armRegion(), "\ntold sites 1 2");
   EXPECT_THAT(pending(), ElementsAre("ovinta.notify 1", "ovinta.notify 2"));
   EXPECT_EQ(Ovinta::sites().all()->size(), 2u);
   answer("GET", kLookUp, Answer::json(401, ""));
-  EXPECT_THAT(armRegion(), ElementsAre("no sites, Not authorized"));
+  EXPECT_EQ(armRegion(), "\ntold Error Getting Sites For A Region: Not authorized");
   EXPECT_EQ(pending().size(), 2u);
 
   answerSites(6);
-  EXPECT_THAT(armRegion(), ElementsAre("no sites, Site limit exceeded", "6 sites, no error"));
+  EXPECT_EQ(armRegion(), std::string(kTooMany) + "\ntold sites 1 2 3 4 5 6");
   answerSites(1);
-  EXPECT_THAT(armRegion([this] { location->setAuthorizationStatus(2); }),
-              ElementsAre("no sites, Location permission is missing", "1 sites, no error"));
+  EXPECT_EQ(armRegion([this] { location->setAuthorizationStatus(2); }),
+            std::string(kNoPermission) + "\ntold sites 1");
   EXPECT_EQ(pending().size(), 2u);
 }
 
 TEST_F(Notify, LogsWhatTheCentreRefuses) {
   userNotifications->refuseAdds(platform::UserNotificationError{"full"});
-  EXPECT_EQ(arm({site(42)}), "none");
+  EXPECT_EQ(arm({site(42)}), kDone);
   EXPECT_THAT(logLines(),
               ElementsAre("Failed to add notification request <ovinta.notify 42: 150.0 m around "
                           "40.7, -74.0>, with error: full"));

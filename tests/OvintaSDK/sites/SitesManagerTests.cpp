@@ -8,146 +8,111 @@
 namespace ovinta {
 namespace {
 
-using testing::Contains;
-using testing::ElementsAre;
-using testing::IsEmpty;
-
-using Ids = std::vector<std::int64_t>;
-
-Ids ids(const std::optional<SiteList>& sites) {
-  Ids found;
-  for (const SitePtr& site : sites.value_or(SiteList{})) found.push_back(site->id);
-  return found;
-}
+using test::textOf;
 
 class Sites : public test::SDKFixture {
  protected:
-  struct Outcome {
-    std::optional<SiteList> sites;
-    std::optional<Pagination> pagination;
-    ErrorPtr error;
-  };
-
-  void answerPage(const std::string& query, const Ids& sites, int current, int count) {
+  void answerPage(const std::string& query, const std::vector<int>& ids, int current, int count) {
     platform::List records;
-    for (const std::int64_t id : sites) records.emplace_back(platform::Dictionary{{"id", id}});
+    for (const int id : ids) records.emplace_back(platform::Dictionary{{"id", id}});
     answer("GET", "m/v1/sites?" + query,
            Answer::json(200, test::sitesText(std::move(records), current, count)));
   }
 
-  SitesCallback keep() {
-    return [this](const auto& sites, const auto& error) { outcomes.push_back({sites, {}, error}); };
-  }
-  SitesPageCallback keepPage() {
-    return [this](const auto& sites, const auto& pagination, const auto& error) {
-      outcomes.push_back({sites, pagination, error});
-    };
+  std::string outcome() {
+    drain();
+    return happened();
   }
 
-  static constexpr platform::Coordinate kCenter{.latitude = 40.7, .longitude = -74};
-  const platform::CircularRegion region{.center = kCenter, .radius = 500, .identifier = "unused"};
+  const platform::CircularRegion region{
+      .center = {.latitude = 40.7, .longitude = -74}, .radius = 500, .identifier = "unused"};
   SitesManager& sites = Ovinta::sites();
-  std::vector<Outcome> outcomes;
 };
 
 TEST_F(Sites, GathersThePagesOfAnySearch) {
   answerPage("page=2", {4, 5}, 2, 2);
-  sites.fetch(std::nullopt, 2, keepPage());
-  drain();
-  EXPECT_EQ(ids(outcomes.at(0).sites), (Ids{4, 5}));
-  EXPECT_EQ(outcomes[0].pagination, (Pagination{.currentPage = 2, .totalPages = 2}));
-  EXPECT_EQ(outcomes[0].error, nullptr);
+  sites.fetch(std::nullopt, 2, tell());
+  EXPECT_EQ(outcome(), "\nGET m/v1/sites?page=2\ntold sites 4 5, page 2 of 2");
   EXPECT_FALSE(sites.all()) << "a later page starts no list";
 
+  const std::string inRegion = "latitude=40.7&longitude=-74.0&radius=500.0&page=";
   answerPage("page=1", {1, 2, 3}, 1, 2);
   answerPage("q=b%20%26%20c&page=2", {6}, 2, 2);
-  answerPage("latitude=40.7&longitude=-74.0&radius=500.0&page=2", {7}, 2, 2);
-  answerPage("latitude=40.7&longitude=-74.0&radius=500.0&page=1&per=50", {}, 1, 1);
+  answerPage(inRegion + "2", {7}, 2, 2);
+  answerPage(inRegion + "1&per=50", {}, 1, 1);
   sites.fetch(std::nullopt, 1);
   sites.fetch(std::nullopt, 2);
-  EXPECT_THAT(ids(sites.all()), IsEmpty()) << "not before the answer";
+  EXPECT_EQ(textOf(sites.all()), "") << "not before the answer";
   drain();
-  EXPECT_EQ(ids(sites.all()), (Ids{1, 2, 3, 4, 5})) << "searches may overlap";
+  EXPECT_EQ(textOf(sites.all()), "sites 1 2 3 4 5") << "searches may overlap";
   sites.fetch("b & c", 2);
-  sites.fetch(region, 2, keep());
-  drain();
-  EXPECT_EQ(ids(outcomes.at(1).sites), Ids{7});
-  EXPECT_EQ(ids(sites.all()), (Ids{1, 2, 3, 4, 5, 6, 7})) << "whatever was searched for";
-  sites.fetch(region, 1, 50, keep());
-  drain();
-  EXPECT_TRUE(sites.all() && sites.all()->empty());
+  sites.fetch(region, 2, tell());
+  EXPECT_THAT(outcome(), testing::EndsWith("told sites 7"));
+  EXPECT_EQ(textOf(sites.all()), "sites 1 2 3 4 5 6 7") << "whatever was searched for";
+  sites.fetch(region, 1, 50, tell());
+  EXPECT_THAT(outcome(), testing::EndsWith("told sites"));
+  EXPECT_EQ(textOf(sites.all()), "sites");
   sites.fetch("", 1);
-  drain();
-  EXPECT_EQ(requestLines().back(), "GET m/v1/sites?q=&page=1");
+  EXPECT_THAT(outcome(), testing::StartsWith("\nGET m/v1/sites?q=&page=1"));
 }
 
 TEST_F(Sites, GetsAllPagesOneAfterAnother) {
-  const struct {
-    int total;
-    std::vector<Ids> pages;
-  } rows[] = {{3, {{1, 2}, {3}, {4}}}, {1, {{5}}}, {0, {{6}}}};
-  for (const auto& [total, pages] : rows) {
-    SCOPED_TRACE(total);
-    std::vector<std::string> lines;
-    Ids expected;
-    for (std::size_t page = 1; page <= pages.size(); ++page) {
+  // By the number of pages that the service tells: as many, one, none.
+  for (const auto& [total, asked] : {std::pair(3, 3), std::pair(1, 1), std::pair(0, 1)}) {
+    std::string expected = "\nlog Getting All Sites";
+    std::string found = "\ntold sites";
+    for (int page = 1; page <= asked; ++page) {
       const std::string query = "q=a&page=" + std::to_string(page);
-      answerPage(query, pages[page - 1], static_cast<int>(page), total);
-      lines.push_back("GET m/v1/sites?" + query);
-      expected.insert(expected.end(), pages[page - 1].begin(), pages[page - 1].end());
+      answerPage(query, {page, 10 * page}, page, total);
+      expected += "\nGET m/v1/sites?" + query;
+      found += " " + std::to_string(page) + " " + std::to_string(10 * page);
     }
-    const auto before = requests().size();
-    outcomes.clear();
-    sites.fetchAll("a", keep());
-    EXPECT_EQ(logLines().back(), "Getting All Sites");
+    sites.fetchAll("a", tell());
     EXPECT_EQ(queues->waitingCount(), 1u) << "the first page alone";
-    drain();
-    auto asked = requestLines();
-    asked.erase(asked.begin(), asked.begin() + static_cast<std::ptrdiff_t>(before));
-    EXPECT_EQ(asked, lines);
-    ASSERT_EQ(outcomes.size(), 1u);
-    EXPECT_EQ(ids(outcomes[0].sites), expected);
-    EXPECT_EQ(outcomes[0].error, nullptr);
+    EXPECT_EQ(outcome(), expected + found);
   }
 }
 
 TEST_F(Sites, EndARunWithThePageThatFails) {
   answerPage("page=1", {1, 2}, 1, 3);
   answer("GET", "m/v1/sites?page=2", Answer::json(401, ""));
-  sites.fetchAll(std::nullopt, keep());
-  sites.fetch(region, 1, keep());
-  sites.fetch(std::nullopt, 2, keepPage());
-  drain();
-  ASSERT_EQ(outcomes.size(), 3u);
-  for (const Outcome& outcome : outcomes) {
-    EXPECT_FALSE(outcome.sites || outcome.pagination);
-    EXPECT_NE(outcome.error, nullptr);
-  }
-  EXPECT_EQ(ids(sites.all()), (Ids{1, 2}));
-  EXPECT_THAT(logLines(), Contains("Got an error getting sites").Times(3));
+  sites.fetchAll(std::nullopt, tell());
+  EXPECT_EQ(outcome(), R"(
+log Getting All Sites
+GET m/v1/sites?page=1
+GET m/v1/sites?page=2
+log Got an error getting sites
+told Error Getting Sites: Not authorized)");
+  EXPECT_EQ(textOf(sites.all()), "sites 1 2");
+  const std::string refusal = "\nlog Got an error getting sites\ntold Error Getting Sites";
+  sites.fetch(std::nullopt, 2, tell());
+  EXPECT_THAT(outcome(), testing::EndsWith(refusal + ": Not authorized"));
+  answer("GET", "m/v1/sites?latitude=40.7&longitude=-74.0&radius=500.0&page=1",
+         Answer::json(401, ""));
+  sites.fetch(region, 1, tell());
+  EXPECT_THAT(outcome(), testing::EndsWith(refusal + " For A Region: Not authorized"));
 }
 
 TEST_F(Sites, AreNotAskedForWithoutABaseURL) {
   UserDefaultsKey::apiBase.remove();
-  sites.fetch("a", 1, keepPage());
-  sites.fetchAll("a", keep());
-  sites.fetch(region, 1, keep());
-  sites.fetch(region, 1, 50, keep());
-  ASSERT_EQ(outcomes.size(), 4u) << "inside the call";
-  for (const Outcome& outcome : outcomes) {
-    EXPECT_FALSE(outcome.sites || outcome.pagination);
-    const auto* error = dynamic_cast<const SitesManagerError*>(outcome.error.get());
-    ASSERT_NE(error, nullptr);
-    EXPECT_EQ(error->type(), SitesManagerErrorType::loadingApiUrl);
-    EXPECT_EQ(error->title(), "Error with Sites Manager");
-  }
-  const char* const kRefusal = "Could not load API url";
-  EXPECT_THAT(logLines(), ElementsAre(kRefusal, "Getting All Sites", kRefusal, kRefusal, kRefusal));
+  const std::string refusal = R"(
+log Could not load API url
+told Error with Sites Manager: Could not load API url)";
+  sites.fetch("a", 1, tell());
+  EXPECT_EQ(happened(), refusal) << "inside the call";
+  sites.fetchAll("a", tell());
+  EXPECT_EQ(happened(), "\nlog Getting All Sites" + refusal);
+  sites.fetch(region, 1, tell());
+  sites.fetch(region, 1, 50, tell());
+  EXPECT_EQ(happened(), refusal + refusal);
   sites.fetch("a", 1);
   sites.fetchAll("a");
   sites.fetch(region, 1);
-  drain();
-  EXPECT_THAT(requests(), IsEmpty());
+  EXPECT_EQ(outcome(), R"(
+log Could not load API url
+log Getting All Sites
+log Could not load API url
+log Could not load API url)");
 }
 
 }  // namespace

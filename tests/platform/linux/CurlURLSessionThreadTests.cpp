@@ -42,7 +42,7 @@ class CurlURLSessionThread : public CurlURLSessionFixture {};
 TEST_F(CurlURLSessionThread, UsesAConnectionAgain) {
   LocalServer server(LocalServer::answering(
       [](const auto& request) { return httpAnswer("200 OK", request.body); }));
-  for (const char* body : {"1", "22", ""}) {
+  for (const std::string& body : {std::string("1"), std::string("\0\r\xff", 3), std::string()}) {
     EXPECT_EQ(fetch({.url = {server.url()}, .method = "POST", .body = body}).data, body);
   }
   EXPECT_EQ(server.connectionCount(), 1u);

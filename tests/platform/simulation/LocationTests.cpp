@@ -78,13 +78,9 @@ TEST_F(LocationTest, PositionsPassTheDistanceFilter) {
 }
 
 TEST_F(LocationTest, PositionsComeOnlyWithServiceAndPermission) {
-  struct Case {
-    bool enabled;
-    AuthorizationStatus status;
-    bool reported;
-  };
-  constexpr Case kCases[] = {{true, 3, true},  {true, 4, true},  {true, 0, false}, {true, 1, false},
-                             {true, 2, false}, {true, 5, false}, {false, 3, false}};
+  const std::tuple<bool, AuthorizationStatus, bool> kCases[] = {
+      {true, 3, true},  {true, 4, true},  {true, 0, false}, {true, 1, false},
+      {true, 2, false}, {true, 5, false}, {false, 3, false}};
   manager->setDelegate(&delegate);
   manager->startUpdatingLocation();
   int known = 0;

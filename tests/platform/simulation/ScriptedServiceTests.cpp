@@ -9,6 +9,7 @@
 #include "platform/simulation/TimeHoldingOperationQueueFactory.h"
 #include "platform/simulation/TimeHoldingURLSession.h"
 #include "platform/standard/Standard.h"
+#include "tests/support/FunctionOperation.h"
 
 namespace ovinta::platform::simulation {
 namespace {
@@ -17,24 +18,7 @@ using namespace std::chrono_literals;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-URLRequest request(std::string text) {
-  URLRequest made;
-  made.url.text = std::move(text);
-  return made;
-}
-
-class Step : public Operation {
- public:
-  explicit Step(std::function<void()> work) : work_(std::move(work)) {}
-  void main() override { work_(); }
-
- private:
-  std::function<void()> work_;
-};
-
-std::shared_ptr<Operation> step(std::function<void()> work) {
-  return std::make_shared<Step>(std::move(work));
-}
+URLRequest request(std::string text) { return {.url = {std::move(text)}}; }
 
 /// Notes how a request ended.
 URLSession::Completion into(std::vector<std::string>& log) {
@@ -62,7 +46,7 @@ class ThreadedURLSession : public URLSession {
  public:
   ThreadedURLSession() { answers_->setMaxConcurrentOperationCount(1); }
   void startDataTask(URLRequest, Completion completion) override {
-    answers_->addOperation(step([completion = std::move(completion)] {
+    answers_->addOperation(test::operation([completion = std::move(completion)] {
       completion("", HTTPResponse{200, {}}, {});
     }));
   }
@@ -85,7 +69,7 @@ TEST(TimeHoldingTest, TheSameWorkComesInTheSameOrderEveryTime) {
     EXPECT_EQ(operations->maxConcurrentOperationCount(), 0u);
 
     const auto send = [&](const std::string& name, const std::function<void()>& then) {
-      operations->addOperation(step([&, name, then] {
+      operations->addOperation(test::operation([&, name, then] {
         log.push_back("send " + name);
         session.startDataTask(request(name), [&, name, then](auto, auto, auto) {
           log.push_back("end " + name);
