@@ -1,6 +1,7 @@
 #include "cli/client/Output.h"
 
 #include <iostream>
+#include <string_view>
 
 #include "cli/client/HumanText.h"
 #include "platform/JSON.h"
@@ -9,6 +10,9 @@ namespace ovinta::cli {
 namespace {
 
 using platform::Dictionary;
+
+constexpr std::string_view kUnknownCustomer =
+    "should the service not know the customer that is kept, `ovinta customer logout` forgets them";
 
 /// What is known beyond title and description.
 Dictionary details(const OvintaError& error) {
@@ -24,6 +28,9 @@ Dictionary details(const OvintaError& error) {
     errors.emplace(field, platform::List(messages.begin(), messages.end()));
   }
   if (!errors.empty()) fields.emplace("errors", std::move(errors));
+  if (refusal->statusCode() == HTTPStatusCode::unauthorized && Ovinta::customer().current()) {
+    fields.emplace("hint", kUnknownCustomer);
+  }
   return fields;
 }
 

@@ -24,7 +24,8 @@ class Output {
   explicit Output(bool json) : json_(json) {}
 
   void print(const Result& result) const;
-  /// Title and description, and what else is known: status, upgrade link, fields at fault.
+  /// Title and description, and what else is known: status, upgrade link, fields at fault, a way
+  /// out.
   void print(const OvintaError& error) const;
   /// The same for a failure that is none of the library's: a sentence.
   void printFailure(const std::string& title, const std::string& description) const;

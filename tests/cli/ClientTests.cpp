@@ -111,7 +111,7 @@ TEST_F(ClientTest, keepsTheCustomerFromCallToCall) {
       {"ovinta customer show --json", 1, "{\"error\":{\"description\":"},
       {"ovinta customer login --email a@example.com --password wrong", 1, "Error Signing In: "},
       {"export OVINTA_PASSWORD=secret; ovinta customer login --email a@example.com", 0, "Alex"},
-      {"ovinta customer login-token nobodys", 1, "status: 401"},
+      {"ovinta customer login-token nobodys", 1, "`ovinta customer logout`"},
       {"ovinta customer show", 0, "car_type: Van"},
       {"ovinta customer request-password --email nowhere", 1, "status: 422"},
       {"ovinta customer request-password --email a@example.com", 0, ""},
