@@ -1,4 +1,5 @@
 #include "cli/Commands.h"
+#include "cli/client/NumberOptions.h"
 #include "cli/client/OrderReports.h"
 
 namespace ovinta::cli {
@@ -94,7 +95,7 @@ void addEventCommands(ClientCommands& commands) {
   commands.add<Event>(
       "event", "Report a state of the customer's journey or of the order",
       [](CLI::App& command, Event& event) {
-        command.add_option("order", event.orderID, "The order's number")->required();
+        addNumber(command, "order", event.orderID, "The order's number")->required();
         CLI::Option_group* states = command.add_option_group("state");
         states->add_option("--customer-state", event.customerState, "Of the journey")
             ->check(CLI::IsMember(stateNames<CustomerState>()));
@@ -106,8 +107,8 @@ void addEventCommands(ClientCommands& commands) {
   commands.add<Rating>(
       "rate", "Rate an order",
       [](CLI::App& command, Rating& rating) {
-        command.add_option("order", rating.orderID, "The order's number")->required();
-        command.add_option("rating", rating.rating, "The rating")->required();
+        addNumber(command, "order", rating.orderID, "The order's number")->required();
+        addNumber(command, "rating", rating.rating, "The rating")->required();
         command.add_option("--comment", rating.comments, "What the customer says");
       },
       rateOrder);

@@ -2,10 +2,15 @@
 
 #include "cli/Commands.h"
 #include "cli/client/CustomerOptions.h"
+#include "cli/client/NumberOptions.h"
 #include "cli/client/OrderReports.h"
 
 namespace ovinta::cli {
 namespace {
+
+/// In minutes; a year at most.
+constexpr std::int64_t kShortestPickup = 1;
+constexpr std::int64_t kLongestPickup = std::int64_t{365} * 24 * 60;
 
 struct Creation {
   std::int64_t siteID = 0;
@@ -66,15 +71,17 @@ ExitCode claimOrder(Client& client, const Claim& claim) {
 }
 
 void addCreationOptions(CLI::App& command, Creation& creation) {
-  command.add_option("--site", creation.siteID, "The site's number")->required();
+  addNumber(command, "--site", creation.siteID, "The site's number")->required();
   command.add_option("--partner-id", creation.partnerIdentifier, "Your name for the order")
       ->required();
   addCustomerOptions(command, creation.customer);
   command.add_option("--state", creation.state, "The order's first state; the service's choice")
       ->check(CLI::IsMember(stateNames<OrderState>()));
-  auto* pickup = command.add_option("--pickup-in", creation.minutesToPickup,
-                                    "Minutes from now to the pickup window");
-  command.add_option("--pickup-for", creation.minutesOfPickup, "Minutes that the window lasts")
+  auto* pickup = addNumber(command, "--pickup-in", creation.minutesToPickup,
+                           "Minutes from now to the pickup window")
+                     ->check(CLI::Range(-kLongestPickup, kLongestPickup));
+  addNumber(command, "--pickup-for", creation.minutesOfPickup, "Minutes that the window lasts")
+      ->check(CLI::Range(kShortestPickup, kLongestPickup))
       ->capture_default_str()
       ->needs(pickup);
   addPushTokenOption(command, creation.pushToken);
