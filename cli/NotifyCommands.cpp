@@ -85,9 +85,10 @@ ExitCode armSites(Client& client, const SiteArming& arming) {
   }
   return client.perform(
       [&](const Client::Report& report) {
-        Ovinta::notify().createForSites(
-            std::get<SiteList>(picked), arming.info(),
-            [report](const ErrorPtr& error) { report(std::nullopt, error); });
+        Ovinta::notify().createForSites(std::get<SiteList>(picked), arming.info(),
+                                        [report](const ErrorPtr& error) {
+                                          reportDone(report, error, "Armed for each of the sites.");
+                                        });
       },
       kNoData);
 }
@@ -106,7 +107,8 @@ ExitCode armRegion(Client& client, const RegionArming& arming) {
 ExitCode clear(Client& client, const NoInput& /*input*/) {
   return client.perform(
       [](const Client::Report& report) {
-        Ovinta::notify().clear([report](const ErrorPtr& error) { report(std::nullopt, error); });
+        Ovinta::notify().clear(
+            [report](const ErrorPtr& error) { reportDone(report, error, "Nothing is armed."); });
       },
       kNoData);
 }

@@ -5,9 +5,6 @@
 namespace ovinta::cli {
 namespace {
 
-constexpr std::string_view kEventSilence =
-    "there is no customer to speak for, or the service said that the order is gone.";
-
 struct Event {
   std::int64_t orderID = 0;
   std::string customerState;
@@ -49,28 +46,36 @@ ExitCode findOrder(Client& client, const std::string& code) {
   });
 }
 
-ExitCode sendEvent(Client& client, const Event& event) {
-  return performOrder(
-      client,
-      [&](OrderCallback callback) {
-        if (const auto state = stateFromWireString<CustomerState>(event.customerState)) {
-          Ovinta::orders().event(event.orderID, *state, std::move(callback));
-        } else {
-          Ovinta::orders().event(event.orderID, *stateFromWireString<OrderState>(event.state),
-                                 std::move(callback));
-        }
+/// Runs an operation that reports an event. The order it answers with is one that was fetched
+/// before in the same process, so that here there is none.
+ExitCode performEvent(Client& client, const std::function<void(OrderCallback)>& start) {
+  const std::string_view reasonForSilence = Ovinta::customer().current()
+                                                ? "the service said that the order is gone."
+                                                : "there is no customer to speak for.";
+  return client.perform(
+      [&](const Client::Report& report) {
+        start([report](const OrderPtr& /*order*/, const ErrorPtr& error) {
+          reportDone(report, error, "The service has taken the event.");
+        });
       },
-      kEventSilence);
+      reasonForSilence);
+}
+
+ExitCode sendEvent(Client& client, const Event& event) {
+  return performEvent(client, [&](OrderCallback callback) {
+    if (const auto state = stateFromWireString<CustomerState>(event.customerState)) {
+      Ovinta::orders().event(event.orderID, *state, std::move(callback));
+    } else {
+      Ovinta::orders().event(event.orderID, *stateFromWireString<OrderState>(event.state),
+                             std::move(callback));
+    }
+  });
 }
 
 ExitCode rateOrder(Client& client, const Rating& rating) {
-  return performOrder(
-      client,
-      [&](OrderCallback callback) {
-        Ovinta::orders().rateOrder(rating.orderID, rating.rating, rating.comments,
-                                   std::move(callback));
-      },
-      kEventSilence);
+  return performEvent(client, [&](OrderCallback callback) {
+    Ovinta::orders().rateOrder(rating.orderID, rating.rating, rating.comments, std::move(callback));
+  });
 }
 
 void addReadingCommands(ClientCommands& commands) {

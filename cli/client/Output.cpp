@@ -1,6 +1,7 @@
 #include "cli/client/Output.h"
 
 #include <iostream>
+#include <stdexcept>
 #include <string_view>
 
 #include "cli/client/HumanText.h"
@@ -48,6 +49,15 @@ void Output::print(const OvintaError& error) const {
 
 void Output::printFailure(const std::string& title, const std::string& description) const {
   printError({}, title, description);
+}
+
+ExitCode Output::guard(const std::function<ExitCode()>& run) const {
+  try {
+    return run();
+  } catch (const std::runtime_error& error) {
+    printFailure("Command Failed", error.what());
+    return ExitCode::failure;
+  }
 }
 
 void Output::printError(Dictionary details, const std::string& title,

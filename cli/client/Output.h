@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include "OvintaSDK/OvintaSDK.h"
@@ -18,6 +19,11 @@ struct Result {
   std::string text;
 };
 
+/// What is left to say when an operation without a result has succeeded.
+inline Result done(const std::string& sentence) {
+  return {platform::Dictionary{{"done", sentence}}, sentence + "\n"};
+}
+
 /// Prints in the form asked for: results to standard output, errors to standard error.
 class Output {
  public:
@@ -29,6 +35,9 @@ class Output {
   void print(const OvintaError& error) const;
   /// The same for a failure that is none of the library's: a sentence.
   void printFailure(const std::string& title, const std::string& description) const;
+
+  /// Runs a command; what it throws of `std::runtime_error` is printed as its failure.
+  ExitCode guard(const std::function<ExitCode()>& run) const;
 
  private:
   void printError(platform::Dictionary details, const std::string& title,

@@ -2,7 +2,6 @@
 
 #include <chrono>
 #include <cmath>
-#include <iostream>
 #include <memory>
 #include <utility>
 
@@ -51,7 +50,7 @@ std::optional<ExitCode> Track::fetchOrders() {
   interruption_.check();
   const auto error = end->get();
   if (!error) {
-    std::cerr << "The orders cannot be fetched: no answer came.\n";
+    output.printFailure("The orders cannot be fetched", "no answer came.");
     return ExitCode::noCallback;
   }
   if (*error) {
