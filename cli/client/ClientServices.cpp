@@ -6,6 +6,7 @@
 #include <stdexcept>
 
 #include "OvintaSDK/OvintaSDK.h"
+#include "cli/device/StoredOrders.h"
 #include "platform/linux/Linux.h"
 #include "platform/simulation/RecordingLog.h"
 #include "platform/simulation/SimulatedBundle.h"
@@ -27,9 +28,9 @@ void refuseUnwritable(const std::filesystem::path& directory) {
 }  // namespace
 
 platform::Services clientServices(const ClientOptions& options) {
-  if (options.dataDirectory) refuseUnwritable(*options.dataDirectory);
   platform::Services services = platform::linux::makeServices(
       {.applicationID = "ovinta", .dataDirectory = options.dataDirectory});
+  refuseUnwritable(orderStoreFile(services).parent_path());
   if (!options.verbose) services.log = std::make_shared<platform::simulation::RecordingLog>();
   services.mainBundle = std::make_shared<SimulatedBundle>(
       SimulatedBundle::Texts{{"CFBundleShortVersionString", options.appVersion}});

@@ -67,7 +67,7 @@ void Output::printError(Dictionary details, const std::string& title,
     details.emplace("description", description);
     std::cerr << platform::writeJSON(Dictionary{{"error", std::move(details)}}) << "\n";
   } else {
-    std::cerr << title << ": " << description << "\n" << humanText(details);
+    std::cerr << visibleText(title + ": " + description, true) << "\n" << humanText(details);
   }
 }
 

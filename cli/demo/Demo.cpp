@@ -71,7 +71,7 @@ void Demo::pass(std::chrono::seconds interval) {
       options_.trip.pace *
       (std::chrono::duration<double>(interval) / std::chrono::duration<double>(player_.duration()));
   for (auto passed = 0s; passed < interval; passed += 1s) {
-    device_.time().advance(1s);
+    device_.time().advance(1s, [this] { return interruption_.happened(); });
     updateSituation();
     interruption_.check(wallTime / interval.count());
   }

@@ -87,7 +87,7 @@ void Track::drive() {
 }
 
 void Track::passSecond() {
-  device_.time().advance(1s);
+  device_.time().advance(1s, [this] { return interruption_.happened(); });
   updateSituation();
   interruption_.happened(options_.trip.pace /
                          std::chrono::duration<double>(player_.duration()).count());

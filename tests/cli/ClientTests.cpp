@@ -77,6 +77,7 @@ TEST_F(ClientTest, refusesWrongUsageEarly) {
       {"service='http://a b'; ovinta config", 2, "is no http or https address"},
       {"ovinta config --data-dir ''", 2, "is empty"},
       {"$ovinta config --data-dir /dev/null/data", 1, "cannot be written to"},
+      {"HOME=/dev/null XDG_DATA_HOME= $ovinta customer show", 1, "cannot be written to"},
       {"ls $home", 0, ""},
   });
 }
@@ -105,6 +106,8 @@ TEST_F(ClientTest, takesAnOrderFromItsMakingToItsRating) {
       {"ovinta orders event 1001 --customer-state completed --verbose", 0,
        "Successfully created order event"},
       {"ovinta track", 1, "No order of the customer is open"},
+      {"ovinta orders create --site 42 --partner-id $'a\\nb\\x1b[31m\\u009b' | grep partner", 0,
+       "a\\x0ab\\x1b[31m\\x9b\n"},
   });
 }
 
@@ -137,6 +140,10 @@ TEST_F(ClientTest, keepsTheCustomerFromCallToCall) {
       {"ovinta customer login --email a@example.com --password secret", 1, "status: 401"},
       {"merchant GET customers | field api_token > $home/token; ovinta customer logout", 0, ""},
       {"ovinta customer login-token - < $home/token", 0, "name: Alex"},
+      {"echo '$ovinta customer login --email a --password - <&0 & p=$!; until stty -a | grep -q "
+       "\" -echo \"; do :; done; kill $p; wait $p; stty -a' > $home/hidden; export ovinta; "
+       "script -qec \"bash $home/hidden\" /dev/null",
+       0, " echo "},
       {"printf 'token\\nanother\\nother\\n' | ovinta customer set-password --reset-token - "
        "--password - --confirmation -",
        1, "Confirmation is not the password"},
@@ -273,6 +280,12 @@ TEST_F(ClientTest, followsOpenOrdersOnASimulatedTrip) {
       {"test ! -s $home/errors", 0, ""},
       {"$ovinta track --pace 3600 --data-dir $home/data > $home/track & process=$!"
        "; until grep -q Following $home/track; do :; done; kill -INT $process; wait $process",
+       130, ""},
+      {"merchant PUT faults/POST/m/v1/events '{\"data\": {\"fault\": \"never_answers\"}}'", 0,
+       "200"},
+      {"$ovinta track --pace 0 --data-dir $home/data > $home/track & process=$!"
+       "; until grep -q accuracy $home/track; do :; done; kill -INT $process"
+       "; SECONDS=0; wait $process; (exit $(($? + ($SECONDS > 4))))",
        130, ""},
   });
 }

@@ -20,6 +20,14 @@ TEST(Process, failsWhenItsOutputCannotBeWritten) {
   }
 }
 
+TEST(Process, leavesNothingBehindWhenNobodyReadsTheDemonstration) {
+  const test::TemporaryDirectory directory;
+  const auto result = shell("export TMPDIR=" + directory.path().string() +
+                            "; $ovinta demo --pace 0 | head -2 > /dev/null; echo ${PIPESTATUS[0]}");
+  EXPECT_EQ(result.output, "141\n");
+  EXPECT_TRUE(is_empty(directory.path()));
+}
+
 TEST(Process, leavesNothingBehindWhenTheDemonstrationIsInterrupted) {
   for (const auto& [signal, exitCode] : {std::pair("INT", 130), std::pair("TERM", 143)}) {
     const test::TemporaryDirectory directory;
