@@ -13,15 +13,12 @@
 namespace ovinta::cli {
 namespace {
 
-/// What a shell reports of a process that a signal has ended.
-constexpr int kSignalBase = 128;
-
 std::string footer() {
   std::string text = "Exit status:";
   for (const auto& [code, meaning] : kExitCodes) {
     text += "\n  " + std::to_string(static_cast<int>(code)) + "  " + std::string(meaning);
   }
-  return text;
+  return text + "\n  " + std::string(kSignalHeading) + "  " + std::string(kSignalMeaning);
 }
 
 void addCommands(CLI::App& app, int& exitCode) {

@@ -8,6 +8,7 @@ namespace ovinta::cli {
 using platform::simulation::Trip;
 
 void addTripOptions(CLI::App& command, TripOptions& options) {
+  constexpr const char* kGroup = "Trip options";
   command
       .add_option_function<double>(
           "--pace",
@@ -15,9 +16,14 @@ void addTripOptions(CLI::App& command, TripOptions& options) {
           "Seconds that the trip takes on the wall clock; 0: as fast as it goes")
       ->check(isDecimal<double>)
       ->check(CLI::Range(0.0, 86400.0))
-      ->default_str("20");
-  command.add_option("--trip", options.file, "GPX file of the trip to the site")->type_name("FILE");
-  addNumber(command, "--seed", options.seed, "Same seed, same events")->capture_default_str();
+      ->default_str("20")
+      ->group(kGroup);
+  command.add_option("--trip", options.file, "GPX file of the trip to the site")
+      ->type_name("FILE")
+      ->group(kGroup);
+  addNumber(command, "--seed", options.seed, "Same seed, same events")
+      ->capture_default_str()
+      ->group(kGroup);
 }
 
 std::variant<Trip, std::string> loadTrip(const TripOptions& options) {
