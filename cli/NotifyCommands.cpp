@@ -5,6 +5,7 @@
 #include "cli/Commands.h"
 #include "cli/client/ClientCommands.h"
 #include "cli/client/NumberOptions.h"
+#include "cli/client/Pages.h"
 #include "cli/client/PendingNotifications.h"
 #include "cli/client/Records.h"
 #include "cli/client/RegionOptions.h"
@@ -70,7 +71,7 @@ std::variant<SiteList, std::int64_t> pick(const SiteList& known,
 
 ExitCode armSites(Client& client, const SiteArming& arming) {
   std::optional<SiteList> known;
-  const Outcome search = client.await([&](const Client::Report& report) {
+  const Outcome search = awaitPages(client, [&](const Client::Report& report) {
     Ovinta::sites().fetchAll(std::nullopt, [&known, report](const auto& sites, const auto& error) {
       known = sites;
       report(std::nullopt, error);

@@ -27,6 +27,7 @@ struct Claim {
   CustomerInfo customer;
   std::optional<std::string> pickupType;
   bool consents = false;
+  CustomerConsent consent{.termsOfService = true, .ageVerification = true};
   bool createsNoCustomer = false;
   std::optional<std::string> pushToken;
 };
@@ -64,9 +65,8 @@ ExitCode claimOrder(Client& client, const Claim& claim) {
     }
     auto info = ClaimOrderInfo::withCustomerInfo(claim.customer, claim.pushToken, claim.pickupType);
     info.customerName = presentName(claim.customer);
-    const CustomerConsent consent{.termsOfService = true, .ageVerification = true};
     Ovinta::orders().claimWithRedemptionCode(
-        claim.code, info, claim.consents ? std::optional(consent) : std::nullopt, callback);
+        claim.code, info, claim.consents ? std::optional(claim.consent) : std::nullopt, callback);
   });
 }
 
@@ -94,6 +94,10 @@ void addClaimOptions(CLI::App& command, Claim& claim) {
   auto* consent = command.add_flag(
       "--consent", claim.consents,
       "Consent to terms and age, so that a customer can be created where there is none");
+  command.add_flag("!--no-terms", claim.consent.termsOfService, "But not to the terms of service")
+      ->needs(consent);
+  command.add_flag("!--no-age", claim.consent.ageVerification, "But not to the age verification")
+      ->needs(consent);
   command
       .add_flag("--as-current", claim.createsNoCustomer,
                 "For the current customer only: create none")

@@ -1,7 +1,7 @@
 #include "cli/Commands.h"
 #include "cli/client/ClientCommands.h"
 #include "cli/client/NumberOptions.h"
-#include "cli/client/Progress.h"
+#include "cli/client/Pages.h"
 #include "cli/client/Records.h"
 #include "cli/client/RegionOptions.h"
 
@@ -44,14 +44,9 @@ ExitCode searchPage(Client& client, const Search& search) {
 }
 
 ExitCode searchAll(Client& client, const Search& search) {
-  Progress progress;
-  client.onAnswer([&progress, pages = 0]() mutable {
-    progress.show("Pages so far: " + std::to_string(++pages));
-  });
-  const Outcome outcome = client.await([&](const Client::Report& report) {
+  const Outcome outcome = awaitPages(client, [&](const Client::Report& report) {
     Ovinta::sites().fetchAll(search.query, reporting(report));
   });
-  progress.clear();
   return client.report(outcome, kNoData);
 }
 

@@ -232,6 +232,7 @@ TEST_F(ClientTest, findsAndClaimsWhatTheMerchantOffers) {
       {"ovinta orders claim $(cat $home/a)", 1, "Could not load customer"},
       {"ovinta orders claim $(cat $home/a) --as-current --name Alex", 1, "Could not load customer"},
       {"ovinta orders claim $(cat $home/a) --name Alex", 1, "Missing customer consent"},
+      {"ovinta orders claim $(cat $home/a) --name Alex --consent --no-age", 1, "Could not load"},
       {"ovinta orders claim NONE --name Alex --consent", 1, "Error Claiming Order"},
       {"ovinta orders claim $(cat $home/a) --name Alex --push-token device --json", 0, "device"},
       {"ovinta orders claim $(cat $home/b) --as-current --name Kim --pickup-type in_store", 0,
