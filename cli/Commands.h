@@ -6,8 +6,9 @@ class App;
 
 namespace ovinta::cli {
 
-// Each function adds one sub-command, whose run sets the exit code of the process: 0 for success, 1
-// for a failure, about which it has written to standard error. `exitCode` must outlive the parsing.
+// Each function adds one sub-command, whose run sets the exit code of the process, an `ExitCode` or
+// what a shell reports of a signal; of a failure it has written to standard error. `exitCode` must
+// outlive the parsing.
 
 void addConfigCommand(CLI::App& app, int& exitCode);
 void addCustomerCommands(CLI::App& app, int& exitCode);

@@ -85,10 +85,12 @@ void addDetailCommands(ClientCommands& commands) {
         client.output().printFailure("No Customer", "The data directory holds none.");
         return ExitCode::failure;
       });
-  commands.add<NoInput>("logout", "Forget the customer", noOptions, [](Client&, const NoInput&) {
-    Ovinta::customer().logout();
-    return ExitCode::success;
-  });
+  commands.add<NoInput>("logout", "Forget the customer", noOptions,
+                        [](Client& client, const NoInput&) {
+                          Ovinta::customer().logout();
+                          client.output().print(done("No customer is kept."));
+                          return ExitCode::success;
+                        });
 }
 
 void addAccountCommands(ClientCommands& commands) {
@@ -129,8 +131,9 @@ void addPasswordCommands(ClientCommands& commands) {
       [](Client& client, const std::string& email) {
         return client.perform(
             [&](const Client::Report& report) {
-              Ovinta::customer().requestNewPassword(
-                  email, [report](const ErrorPtr& error) { report(std::nullopt, error); });
+              Ovinta::customer().requestNewPassword(email, [report](const ErrorPtr& error) {
+                reportDone(report, error, "The message is on its way.");
+              });
             },
             kNoData);
       });

@@ -1,10 +1,10 @@
 #include <CLI/CLI.hpp>
-#include <iostream>
 #include <memory>
 #include <variant>
 
 #include "cli/Commands.h"
 #include "cli/client/ClientOptions.h"
+#include "cli/client/Output.h"
 #include "cli/demo/Demo.h"
 
 namespace ovinta::cli {
@@ -12,15 +12,15 @@ namespace {
 
 using platform::simulation::Trip;
 
-int runDemo(const DemoOptions& options) {
+ExitCode runDemo(const DemoOptions& options) {
   Interruption interruption;
   auto trip = loadTrip(options.trip);
   if (const auto* error = std::get_if<std::string>(&trip)) {
-    std::cerr << "ovinta demo: " << *error << "\n";
-    return 1;
+    Output(options.service.json).printFailure("No Trip", *error);
+    return ExitCode::failure;
   }
   Demo demo(options, std::get<Trip>(std::move(trip)), interruption);
-  return demo.run() ? 0 : 1;
+  return demo.run() ? ExitCode::success : ExitCode::failure;
 }
 
 }  // namespace
@@ -30,13 +30,14 @@ void addDemoCommand(CLI::App& app, int& exitCode) {
   CLI::App* command =
       app.add_subcommand("demo", "Take one customer's order from the account to the rating");
   addTripOptions(*command, options->trip);
-  command->add_flag("--json", options->json, "Print one JSON object per line");
-  command
-      ->add_option("--base-url", options->baseURL,
-                   "Use the service that runs there, not a sandbox of its own")
-      ->check(isBaseURL);
-  command->add_flag("--verbose", options->verbose, "Show the library's log on standard error");
-  command->callback([options, &exitCode] { exitCode = runDemo(*options); });
+  addServiceOptions(*command, options->service);
+  command->get_option("--base-url")
+      ->description("Use the service that runs there, not a sandbox of its own")
+      ->group("Options");
+  command->callback([options, &exitCode] {
+    exitCode =
+        static_cast<int>(Output(options->service.json).guard([&] { return runDemo(*options); }));
+  });
 }
 
 }  // namespace ovinta::cli

@@ -1,9 +1,11 @@
 #include <algorithm>
-#include <future>
-#include <ranges>
+#include <string>
+#include <variant>
 
 #include "cli/Commands.h"
 #include "cli/client/ClientCommands.h"
+#include "cli/client/NumberOptions.h"
+#include "cli/client/Pages.h"
 #include "cli/client/PendingNotifications.h"
 #include "cli/client/Records.h"
 #include "cli/client/RegionOptions.h"
@@ -14,14 +16,18 @@ namespace {
 /// What both commands that arm notifications take.
 struct Arming {
   NotificationInfo notification{.title = "You are near", .content = "Tell us when you are here."};
-  std::vector<std::pair<std::string, std::string>> data;
+  /// Each a key, "=" and a value.
+  std::vector<std::string> data;
   /// Location services are off on this system, and without the permission nothing is armed.
   bool simulatesLocation = false;
 
   NotificationInfo info() const {
     NotificationInfo info = notification;
     info.data.emplace();
-    for (const auto& [key, value] : data) info.data->emplace(key, value);
+    for (const std::string& entry : data) {
+      const std::size_t sign = entry.find('=');
+      info.data->emplace(entry.substr(0, sign), entry.substr(sign + 1));
+    }
     return info;
   }
 };
@@ -34,12 +40,18 @@ struct RegionArming : Arming {
   platform::CircularRegion region;
 };
 
+std::string isEntry(const std::string& text) {
+  return text.find('=') == std::string::npos ? "\"" + text + "\" is no KEY=VALUE" : "";
+}
+
 void addArmingOptions(CLI::App& command, Arming& arming) {
   command.add_option("--title", arming.notification.title, "The notification's title")
       ->capture_default_str();
   command.add_option("--content", arming.notification.content, "Its text")->capture_default_str();
-  command.add_option("--data", arming.data, "What it carries: a key and a value; may be repeated")
-      ->type_name("KEY VALUE");
+  command.add_option("--data", arming.data, "What it carries; may be repeated")
+      ->check(isEntry)
+      ->allow_extra_args(false)
+      ->type_name("KEY=VALUE");
   command.add_flag("--simulate", arming.simulatesLocation,
                    "Arm as on a device with location services and the permission to use them; "
                    "`ovinta track` then fires what it drives into");
@@ -59,7 +71,7 @@ std::variant<SiteList, std::int64_t> pick(const SiteList& known,
 
 ExitCode armSites(Client& client, const SiteArming& arming) {
   std::optional<SiteList> known;
-  const Outcome search = client.await([&](const Client::Report& report) {
+  const Outcome search = awaitPages(client, [&](const Client::Report& report) {
     Ovinta::sites().fetchAll(std::nullopt, [&known, report](const auto& sites, const auto& error) {
       known = sites;
       report(std::nullopt, error);
@@ -74,9 +86,10 @@ ExitCode armSites(Client& client, const SiteArming& arming) {
   }
   return client.perform(
       [&](const Client::Report& report) {
-        Ovinta::notify().createForSites(
-            std::get<SiteList>(picked), arming.info(),
-            [report](const ErrorPtr& error) { report(std::nullopt, error); });
+        Ovinta::notify().createForSites(std::get<SiteList>(picked), arming.info(),
+                                        [report](const ErrorPtr& error) {
+                                          reportDone(report, error, "Armed for each of the sites.");
+                                        });
       },
       kNoData);
 }
@@ -95,7 +108,8 @@ ExitCode armRegion(Client& client, const RegionArming& arming) {
 ExitCode clear(Client& client, const NoInput& /*input*/) {
   return client.perform(
       [](const Client::Report& report) {
-        Ovinta::notify().clear([report](const ErrorPtr& error) { report(std::nullopt, error); });
+        Ovinta::notify().clear(
+            [report](const ErrorPtr& error) { reportDone(report, error, "Nothing is armed."); });
       },
       kNoData);
 }
@@ -114,7 +128,7 @@ void addNotifyCommands(CLI::App& app, int& exitCode) {
   commands.add<SiteArming>(
       "arm", "Arm a notification for each of the sites, in place of all armed before",
       [](CLI::App& command, SiteArming& arming) {
-        command.add_option("site", arming.sites, "The site's number; five at most")->required();
+        addNumber(command, "site", arming.sites, "The site's number; five at most")->required();
         addArmingOptions(command, arming);
       },
       armSites);

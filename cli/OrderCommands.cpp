@@ -1,11 +1,9 @@
 #include "cli/Commands.h"
+#include "cli/client/NumberOptions.h"
 #include "cli/client/OrderReports.h"
 
 namespace ovinta::cli {
 namespace {
-
-constexpr std::string_view kEventSilence =
-    "there is no customer to speak for, or the service said that the order is gone.";
 
 struct Event {
   std::int64_t orderID = 0;
@@ -48,28 +46,36 @@ ExitCode findOrder(Client& client, const std::string& code) {
   });
 }
 
-ExitCode sendEvent(Client& client, const Event& event) {
-  return performOrder(
-      client,
-      [&](OrderCallback callback) {
-        if (const auto state = stateFromWireString<CustomerState>(event.customerState)) {
-          Ovinta::orders().event(event.orderID, *state, std::move(callback));
-        } else {
-          Ovinta::orders().event(event.orderID, *stateFromWireString<OrderState>(event.state),
-                                 std::move(callback));
-        }
+/// Runs an operation that reports an event. The order it answers with is one that was fetched
+/// before in the same process, so that here there is none.
+ExitCode performEvent(Client& client, const std::function<void(OrderCallback)>& start) {
+  const std::string_view reasonForSilence = Ovinta::customer().current()
+                                                ? "the service said that the order is gone."
+                                                : "there is no customer to speak for.";
+  return client.perform(
+      [&](const Client::Report& report) {
+        start([report](const OrderPtr& /*order*/, const ErrorPtr& error) {
+          reportDone(report, error, "The service has taken the event.");
+        });
       },
-      kEventSilence);
+      reasonForSilence);
+}
+
+ExitCode sendEvent(Client& client, const Event& event) {
+  return performEvent(client, [&](OrderCallback callback) {
+    if (const auto state = stateFromWireString<CustomerState>(event.customerState)) {
+      Ovinta::orders().event(event.orderID, *state, std::move(callback));
+    } else {
+      Ovinta::orders().event(event.orderID, *stateFromWireString<OrderState>(event.state),
+                             std::move(callback));
+    }
+  });
 }
 
 ExitCode rateOrder(Client& client, const Rating& rating) {
-  return performOrder(
-      client,
-      [&](OrderCallback callback) {
-        Ovinta::orders().rateOrder(rating.orderID, rating.rating, rating.comments,
-                                   std::move(callback));
-      },
-      kEventSilence);
+  return performEvent(client, [&](OrderCallback callback) {
+    Ovinta::orders().rateOrder(rating.orderID, rating.rating, rating.comments, std::move(callback));
+  });
 }
 
 void addReadingCommands(ClientCommands& commands) {
@@ -94,7 +100,7 @@ void addEventCommands(ClientCommands& commands) {
   commands.add<Event>(
       "event", "Report a state of the customer's journey or of the order",
       [](CLI::App& command, Event& event) {
-        command.add_option("order", event.orderID, "The order's number")->required();
+        addNumber(command, "order", event.orderID, "The order's number")->required();
         CLI::Option_group* states = command.add_option_group("state");
         states->add_option("--customer-state", event.customerState, "Of the journey")
             ->check(CLI::IsMember(stateNames<CustomerState>()));
@@ -106,8 +112,8 @@ void addEventCommands(ClientCommands& commands) {
   commands.add<Rating>(
       "rate", "Rate an order",
       [](CLI::App& command, Rating& rating) {
-        command.add_option("order", rating.orderID, "The order's number")->required();
-        command.add_option("rating", rating.rating, "The rating")->required();
+        addNumber(command, "order", rating.orderID, "The order's number")->required();
+        addNumber(command, "rating", rating.rating, "The rating")->required();
         command.add_option("--comment", rating.comments, "What the customer says");
       },
       rateOrder);

@@ -2,10 +2,15 @@
 
 #include "cli/Commands.h"
 #include "cli/client/CustomerOptions.h"
+#include "cli/client/NumberOptions.h"
 #include "cli/client/OrderReports.h"
 
 namespace ovinta::cli {
 namespace {
+
+/// In minutes; a year at most.
+constexpr std::int64_t kShortestPickup = 1;
+constexpr std::int64_t kLongestPickup = std::int64_t{365} * 24 * 60;
 
 struct Creation {
   std::int64_t siteID = 0;
@@ -22,6 +27,7 @@ struct Claim {
   CustomerInfo customer;
   std::optional<std::string> pickupType;
   bool consents = false;
+  CustomerConsent consent{.termsOfService = true, .ageVerification = true};
   bool createsNoCustomer = false;
   std::optional<std::string> pushToken;
 };
@@ -59,22 +65,23 @@ ExitCode claimOrder(Client& client, const Claim& claim) {
     }
     auto info = ClaimOrderInfo::withCustomerInfo(claim.customer, claim.pushToken, claim.pickupType);
     info.customerName = presentName(claim.customer);
-    const CustomerConsent consent{.termsOfService = true, .ageVerification = true};
     Ovinta::orders().claimWithRedemptionCode(
-        claim.code, info, claim.consents ? std::optional(consent) : std::nullopt, callback);
+        claim.code, info, claim.consents ? std::optional(claim.consent) : std::nullopt, callback);
   });
 }
 
 void addCreationOptions(CLI::App& command, Creation& creation) {
-  command.add_option("--site", creation.siteID, "The site's number")->required();
+  addNumber(command, "--site", creation.siteID, "The site's number")->required();
   command.add_option("--partner-id", creation.partnerIdentifier, "Your name for the order")
       ->required();
   addCustomerOptions(command, creation.customer);
   command.add_option("--state", creation.state, "The order's first state; the service's choice")
       ->check(CLI::IsMember(stateNames<OrderState>()));
-  auto* pickup = command.add_option("--pickup-in", creation.minutesToPickup,
-                                    "Minutes from now to the pickup window");
-  command.add_option("--pickup-for", creation.minutesOfPickup, "Minutes that the window lasts")
+  auto* pickup = addNumber(command, "--pickup-in", creation.minutesToPickup,
+                           "Minutes from now to the pickup window")
+                     ->check(CLI::Range(-kLongestPickup, kLongestPickup));
+  addNumber(command, "--pickup-for", creation.minutesOfPickup, "Minutes that the window lasts")
+      ->check(CLI::Range(kShortestPickup, kLongestPickup))
       ->capture_default_str()
       ->needs(pickup);
   addPushTokenOption(command, creation.pushToken);
@@ -87,6 +94,10 @@ void addClaimOptions(CLI::App& command, Claim& claim) {
   auto* consent = command.add_flag(
       "--consent", claim.consents,
       "Consent to terms and age, so that a customer can be created where there is none");
+  command.add_flag("!--no-terms", claim.consent.termsOfService, "But not to the terms of service")
+      ->needs(consent);
+  command.add_flag("!--no-age", claim.consent.ageVerification, "But not to the age verification")
+      ->needs(consent);
   command
       .add_flag("--as-current", claim.createsNoCustomer,
                 "For the current customer only: create none")

@@ -1,6 +1,7 @@
 #include "cli/Commands.h"
 #include "cli/client/ClientCommands.h"
-#include "cli/client/Progress.h"
+#include "cli/client/NumberOptions.h"
+#include "cli/client/Pages.h"
 #include "cli/client/Records.h"
 #include "cli/client/RegionOptions.h"
 
@@ -43,14 +44,9 @@ ExitCode searchPage(Client& client, const Search& search) {
 }
 
 ExitCode searchAll(Client& client, const Search& search) {
-  Progress progress;
-  client.onAnswer([&progress, pages = 0]() mutable {
-    progress.show("Pages so far: " + std::to_string(++pages));
-  });
-  const Outcome outcome = client.await([&](const Client::Report& report) {
+  const Outcome outcome = awaitPages(client, [&](const Client::Report& report) {
     Ovinta::sites().fetchAll(search.query, reporting(report));
   });
-  progress.clear();
   return client.report(outcome, kNoData);
 }
 
@@ -76,7 +72,7 @@ void addSiteCommands(CLI::App& app, int& exitCode) {
       "search", "One page of a text search",
       [](CLI::App& command, Search& search) {
         addQuery(command, search);
-        command.add_option("--page", search.page, "Counted from 1")->capture_default_str();
+        addNumber(command, "--page", search.page, "Counted from 1")->capture_default_str();
       },
       searchPage);
   commands.add<Search>("all", "All pages of a text search", addQuery, searchAll);
@@ -84,8 +80,8 @@ void addSiteCommands(CLI::App& app, int& exitCode) {
       "region", "One page of the sites in a circle",
       [](CLI::App& command, RegionSearch& search) {
         addRegionOptions(command, search.region);
-        command.add_option("--page", search.page, "Counted from 1")->capture_default_str();
-        command.add_option("--per", search.per, "Sites to a page");
+        addNumber(command, "--page", search.page, "Counted from 1")->capture_default_str();
+        addNumber(command, "--per", search.per, "Sites to a page");
       },
       searchRegion);
 }

@@ -1,5 +1,4 @@
 #include <CLI/CLI.hpp>
-#include <iostream>
 #include <memory>
 
 #include "cli/Commands.h"
@@ -20,7 +19,7 @@ ExitCode track(const TrackInput& input) {
   if (input.isLive) return LiveTrack(input.client, interruption).run();
   auto trip = loadTrip(input.trip);
   if (const auto* error = std::get_if<std::string>(&trip)) {
-    std::cerr << "ovinta track: " << *error << "\n";
+    Output(input.client.json).printFailure("No Trip", *error);
     return ExitCode::failure;
   }
   return Track(input, std::get<Trip>(std::move(trip)), interruption).run();
@@ -38,7 +37,9 @@ void addTrackCommand(CLI::App& app, int& exitCode) {
       ->excludes("--pace")
       ->excludes("--seed");
   addClientOptions(*command, input->client);
-  command->callback([input, &exitCode] { exitCode = static_cast<int>(track(*input)); });
+  command->callback([input, &exitCode] {
+    exitCode = static_cast<int>(Output(input->client.json).guard([&] { return track(*input); }));
+  });
 }
 
 }  // namespace ovinta::cli

@@ -1,6 +1,5 @@
 #include "cli/client/Client.h"
 
-#include <iostream>
 #include <mutex>
 #include <utility>
 
@@ -46,7 +45,7 @@ Outcome Client::await(const std::function<void(Report)>& start) {
 
 ExitCode Client::report(const Outcome& outcome, std::string_view reasonForSilence) const {
   if (!outcome.reported) {
-    std::cerr << "No answer comes, by design: " << reasonForSilence << "\n";
+    output_.printFailure("No answer comes, by design", std::string(reasonForSilence));
     return ExitCode::noCallback;
   }
   if (outcome.error) {

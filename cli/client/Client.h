@@ -3,6 +3,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <string>
 #include <string_view>
 
 #include "OvintaSDK/OvintaSDK.h"
@@ -20,6 +21,12 @@ struct Outcome {
   /// The first error, or null.
   ErrorPtr error = {};
 };
+
+/// What is reported of an operation without a result.
+inline void reportDone(const std::function<void(std::optional<Result>, ErrorPtr)>& report,
+                       const ErrorPtr& error, const std::string& sentence) {
+  report(error ? std::nullopt : std::optional(done(sentence)), error);
+}
 
 /// The library on the real platform, configured for one command. Used on the main thread.
 class Client {

@@ -34,8 +34,10 @@ class ClientCommands {
       if constexpr (requires { input->simulatesLocation; }) {
         simulatesLocation = input->simulatesLocation;
       }
-      Client client(*options, simulatesLocation);
-      exitCode = static_cast<int>(run(client, *input));
+      exitCode = static_cast<int>(Output(options->json).guard([&] {
+        Client client(*options, simulatesLocation);
+        return run(client, *input);
+      }));
     });
   }
 

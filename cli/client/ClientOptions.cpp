@@ -9,12 +9,13 @@
 namespace ovinta::cli {
 namespace {
 
+constexpr const char* kGroup = "Common options";
+
 std::string isNotEmpty(const std::string& text) { return text.empty() ? "is empty" : ""; }
 
 }  // namespace
 
-void addClientOptions(CLI::App& command, ClientOptions& options) {
-  constexpr const char* kGroup = "Common options";
+void addServiceOptions(CLI::App& command, ClientOptions& options) {
   command.add_option("--base-url", options.baseURL, "The service's address; remembered")
       ->check(isBaseURL)
       ->type_name("URL")
@@ -25,12 +26,16 @@ void addClientOptions(CLI::App& command, ClientOptions& options) {
   command.add_option("--app-version", options.appVersion, "The app's version")
       ->capture_default_str()
       ->group(kGroup);
+  command.add_flag("--json", options.json, "Print one JSON document per result")->group(kGroup);
+  command.add_flag("--verbose", options.verbose, "Show the library's log on standard error")
+      ->group(kGroup);
+}
+
+void addClientOptions(CLI::App& command, ClientOptions& options) {
+  addServiceOptions(command, options);
   command.add_option("--data-dir", options.dataDirectory, "Where customer and orders are kept")
       ->check(isNotEmpty)
       ->type_name("DIR")
-      ->group(kGroup);
-  command.add_flag("--json", options.json, "Print one JSON document per result")->group(kGroup);
-  command.add_flag("--verbose", options.verbose, "Show the library's log on standard error")
       ->group(kGroup);
 }
 

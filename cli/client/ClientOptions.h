@@ -24,7 +24,10 @@ struct ClientOptions {
   bool verbose = false;
 };
 
-/// Adds the options; `options` must outlive the parsing.
+/// Adds all but the data directory; `options` must outlive the parsing.
+void addServiceOptions(CLI::App& command, ClientOptions& options);
+
+/// Adds all options; `options` must outlive the parsing.
 void addClientOptions(CLI::App& command, ClientOptions& options);
 
 /// Empty when the text can be a service's address, otherwise what is wrong with it.

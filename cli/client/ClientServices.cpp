@@ -6,6 +6,7 @@
 #include <stdexcept>
 
 #include "OvintaSDK/OvintaSDK.h"
+#include "cli/device/StoredOrders.h"
 #include "platform/linux/Linux.h"
 #include "platform/simulation/RecordingLog.h"
 #include "platform/simulation/SimulatedBundle.h"
@@ -27,7 +28,6 @@ void refuseUnwritable(const std::filesystem::path& directory) {
 }  // namespace
 
 platform::Services clientServices(const ClientOptions& options) {
-  if (options.dataDirectory) refuseUnwritable(*options.dataDirectory);
   // What the command arms is for its own trips.
   const auto silence = std::make_shared<platform::simulation::RecordingLog>();
   platform::Services services =
@@ -35,6 +35,7 @@ platform::Services clientServices(const ClientOptions& options) {
                                      .dataDirectory = options.dataDirectory,
                                      .log = options.verbose ? nullptr : silence,
                                      .usesNotifyAgent = false});
+  refuseUnwritable(orderStoreFile(services).parent_path());
   services.mainBundle = std::make_shared<SimulatedBundle>(
       SimulatedBundle::Texts{{"CFBundleShortVersionString", options.appVersion}});
   return services;

@@ -20,4 +20,9 @@ inline constexpr std::array<ExitCodeMeaning, 4> kExitCodes{{
     {ExitCode::noCallback, "the library never calls back, by design; standard error says why"},
 }};
 
+/// Added to the number of a signal that has ended the process, as a shell does.
+inline constexpr int kSignalBase = 128;
+inline constexpr std::string_view kSignalHeading = "128+N";
+inline constexpr std::string_view kSignalMeaning = "signal N ended it, such as 130 for SIGINT";
+
 }  // namespace ovinta::cli

@@ -1,5 +1,7 @@
 #include "cli/client/HumanText.h"
 
+#include <cstddef>
+
 #include "platform/JSON.h"
 
 namespace ovinta::cli {
@@ -14,7 +16,7 @@ bool isNested(const Value& value) { return value.as<Dictionary>() || value.as<Li
 void append(std::string& text, const Value& value, const std::string& indent) {
   if (const auto* fields = value.as<Dictionary>()) {
     for (const auto& [name, field] : *fields) {
-      text += indent + name + ":";
+      text += indent + visibleText(name) + ":";
       if (isNested(field)) {
         text += "\n";
         append(text, field, indent + "  ");
@@ -37,8 +39,27 @@ void append(std::string& text, const Value& value, const std::string& indent) {
 
 }  // namespace
 
+std::string visibleText(std::string_view text, bool keepsLines) {
+  constexpr std::string_view kDigits = "0123456789abcdef";
+  std::string visible;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    auto byte = static_cast<unsigned char>(text[i]);
+    // U+0080 to U+009F are control characters of two bytes.
+    const bool isLong =
+        byte == 0xC2 && i + 1 < text.size() && static_cast<unsigned char>(text[i + 1]) < 0xA0;
+    if (isLong) byte = static_cast<unsigned char>(text[++i]);
+    const bool isKept = keepsLines && byte == '\n';
+    if (isLong || byte == 0x7F || (byte < 0x20 && !isKept)) {
+      visible += std::string("\\x") + kDigits[byte / 16U] + kDigits[byte % 16U];
+    } else {
+      visible += text[i];
+    }
+  }
+  return visible;
+}
+
 std::string scalarText(const Value& value) {
-  if (const auto* text = value.as<std::string>()) return *text;
+  if (const auto* text = value.as<std::string>()) return visibleText(*text);
   return platform::writeJSON(value);
 }
 

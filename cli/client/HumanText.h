@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "platform/Value.h"
 
@@ -9,7 +10,11 @@ namespace ovinta::cli {
 /// The value as lines of text: an entry per line, lists as paragraphs, what is inside indented.
 std::string humanText(const platform::Value& value);
 
-/// A text as it is, anything else as JSON.
+/// The text with its control characters, which could move the cursor or worse, escaped as in
+/// "\x1b"; line feeds stay when `keepsLines`.
+std::string visibleText(std::string_view text, bool keepsLines = false);
+
+/// A text in visible characters, anything else as JSON.
 std::string scalarText(const platform::Value& value);
 
 }  // namespace ovinta::cli

@@ -10,15 +10,14 @@
 namespace ovinta::cli {
 
 /// Runs an operation that answers with an order, and prints the order.
-inline ExitCode performOrder(Client& client, const std::function<void(OrderCallback)>& start,
-                             std::string_view reasonForSilence = kNoData) {
+inline ExitCode performOrder(Client& client, const std::function<void(OrderCallback)>& start) {
   return client.perform(
       [&](const Client::Report& report) {
         start([report](const OrderPtr& order, const ErrorPtr& error) {
           report(optionalResult(order), error);
         });
       },
-      reasonForSilence);
+      kNoData);
 }
 
 /// The wire strings of an enumeration's states.

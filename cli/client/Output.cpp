@@ -1,6 +1,8 @@
 #include "cli/client/Output.h"
 
 #include <iostream>
+#include <stdexcept>
+#include <string_view>
 
 #include "cli/client/HumanText.h"
 #include "platform/JSON.h"
@@ -9,6 +11,9 @@ namespace ovinta::cli {
 namespace {
 
 using platform::Dictionary;
+
+constexpr std::string_view kUnknownCustomer =
+    "should the service not know the customer that is kept, `ovinta customer logout` forgets them";
 
 /// What is known beyond title and description.
 Dictionary details(const OvintaError& error) {
@@ -24,6 +29,9 @@ Dictionary details(const OvintaError& error) {
     errors.emplace(field, platform::List(messages.begin(), messages.end()));
   }
   if (!errors.empty()) fields.emplace("errors", std::move(errors));
+  if (refusal->statusCode() == HTTPStatusCode::unauthorized && Ovinta::customer().current()) {
+    fields.emplace("hint", kUnknownCustomer);
+  }
   return fields;
 }
 
@@ -43,6 +51,15 @@ void Output::printFailure(const std::string& title, const std::string& descripti
   printError({}, title, description);
 }
 
+ExitCode Output::guard(const std::function<ExitCode()>& run) const {
+  try {
+    return run();
+  } catch (const std::runtime_error& error) {
+    printFailure("Command Failed", error.what());
+    return ExitCode::failure;
+  }
+}
+
 void Output::printError(Dictionary details, const std::string& title,
                         const std::string& description) const {
   if (json_) {
@@ -50,7 +67,7 @@ void Output::printError(Dictionary details, const std::string& title,
     details.emplace("description", description);
     std::cerr << platform::writeJSON(Dictionary{{"error", std::move(details)}}) << "\n";
   } else {
-    std::cerr << title << ": " << description << "\n" << humanText(details);
+    std::cerr << visibleText(title + ": " + description, true) << "\n" << humanText(details);
   }
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include "OvintaSDK/OvintaSDK.h"
@@ -18,16 +19,25 @@ struct Result {
   std::string text;
 };
 
+/// What is left to say when an operation without a result has succeeded.
+inline Result done(const std::string& sentence) {
+  return {platform::Dictionary{{"done", sentence}}, sentence + "\n"};
+}
+
 /// Prints in the form asked for: results to standard output, errors to standard error.
 class Output {
  public:
   explicit Output(bool json) : json_(json) {}
 
   void print(const Result& result) const;
-  /// Title and description, and what else is known: status, upgrade link, fields at fault.
+  /// Title and description, and what else is known: status, upgrade link, fields at fault, a way
+  /// out.
   void print(const OvintaError& error) const;
   /// The same for a failure that is none of the library's: a sentence.
   void printFailure(const std::string& title, const std::string& description) const;
+
+  /// Runs a command; what it throws of `std::runtime_error` is printed as its failure.
+  ExitCode guard(const std::function<ExitCode()>& run) const;
 
  private:
   void printError(platform::Dictionary details, const std::string& title,

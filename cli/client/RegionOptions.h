@@ -1,16 +1,15 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
-
+#include "cli/client/NumberOptions.h"
 #include "platform/Region.h"
 
 namespace ovinta::cli {
 
 /// The options that make up a circle on the map.
 inline void addRegionOptions(CLI::App& command, platform::CircularRegion& region) {
-  command.add_option("--latitude", region.center.latitude, "Degrees")->required();
-  command.add_option("--longitude", region.center.longitude, "Degrees")->required();
-  command.add_option("--radius", region.radius, "Metres")->required();
+  addNumber(command, "--latitude", region.center.latitude, "Degrees")->required();
+  addNumber(command, "--longitude", region.center.longitude, "Degrees")->required();
+  addNumber(command, "--radius", region.radius, "Metres")->required();
 }
 
 }  // namespace ovinta::cli

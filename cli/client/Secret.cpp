@@ -1,24 +1,45 @@
 #include "cli/client/Secret.h"
 
+#include <signal.h>
 #include <termios.h>
 #include <unistd.h>
 
+#include <array>
+#include <cstddef>
 #include <iostream>
 
 namespace ovinta::cli {
 namespace {
 
-/// Keeps a terminal from showing what is typed, as long as it lives.
+/// What ends a process that waits for input.
+constexpr std::array kEndingSignals{SIGINT, SIGTERM, SIGHUP, SIGQUIT};
+
+/// Keeps a terminal from showing what is typed, as long as it lives, and no longer than the process
+/// does. One at a time.
 class HiddenInput {
  public:
-  HiddenInput() : isTerminal_(::tcgetattr(STDIN_FILENO, &before_) == 0) {
+  HiddenInput() : isTerminal_(::tcgetattr(STDIN_FILENO, &before) == 0) {
     if (!isTerminal_) return;
-    termios hidden = before_;
+    struct sigaction action {};
+    action.sa_handler = [](int number) {
+      ::tcsetattr(STDIN_FILENO, TCSAFLUSH, &before);
+      ::raise(number);
+    };
+    // Raised once more, the signal has its default action.
+    action.sa_flags = static_cast<int>(SA_RESETHAND);
+    for (std::size_t i = 0; i < kEndingSignals.size(); ++i) {
+      ::sigaction(kEndingSignals.at(i), &action, &actions_.at(i));
+    }
+    termios hidden = before;
     hidden.c_lflag &= ~static_cast<tcflag_t>(ECHO);
     ::tcsetattr(STDIN_FILENO, TCSAFLUSH, &hidden);
   }
   ~HiddenInput() {
-    if (isTerminal_) ::tcsetattr(STDIN_FILENO, TCSAFLUSH, &before_);
+    if (!isTerminal_) return;
+    ::tcsetattr(STDIN_FILENO, TCSAFLUSH, &before);
+    for (std::size_t i = 0; i < kEndingSignals.size(); ++i) {
+      ::sigaction(kEndingSignals.at(i), &actions_.at(i), nullptr);
+    }
   }
   HiddenInput(const HiddenInput&) = delete;
   HiddenInput& operator=(const HiddenInput&) = delete;
@@ -26,8 +47,10 @@ class HiddenInput {
   bool isTerminal() const { return isTerminal_; }
 
  private:
-  termios before_{};
+  /// Within reach of a signal's handler.
+  static inline termios before{};
   bool isTerminal_;
+  std::array<struct sigaction, kEndingSignals.size()> actions_{};
 };
 
 std::string readLine(const std::string& name) {

@@ -51,19 +51,20 @@ const std::vector<Demo::Step>& Demo::steps() {
 }
 
 Demo::Failure Demo::startService() {
-  if (!options_.baseURL) {
+  if (!options_.service.baseURL) {
     sandbox_ = std::make_unique<sandbox::Sandbox>(sandbox::Options{
         .seed = options_.trip.seed, .now = [this] { return device_.time().now(); }});
     if (auto error = sandbox_->start()) return error;
   }
-  const std::string baseURL = options_.baseURL.value_or(sandbox_ ? sandbox_->baseURL() : "");
+  const std::string baseURL =
+      options_.service.baseURL.value_or(sandbox_ ? sandbox_->baseURL() : "");
   UserDefaultsKey::apiBase.set(baseURL);
   merchant_ = std::make_unique<Merchant>(baseURL);
   return std::nullopt;
 }
 
 Demo::Failure Demo::configure() {
-  Ovinta::configure({{"token", "demo-app-token"}});
+  Ovinta::configure({{"token", options_.service.token}});
   if (Ovinta::sdkVersion().empty()) return "the library has no version";
   return std::nullopt;
 }

@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <cmath>
+#include <filesystem>
 #include <utility>
 
 #include "OvintaSDK/core/Guarded.h"
@@ -12,6 +13,11 @@ namespace {
 
 using namespace std::chrono_literals;
 
+ClientOptions inDirectory(ClientOptions options, const std::filesystem::path& directory) {
+  options.dataDirectory = directory;
+  return options;
+}
+
 std::string failureText(const OvintaError& error) {
   return error.title() + ": " + error.errorDescription();
 }
@@ -21,9 +27,9 @@ std::string failureText(const OvintaError& error) {
 Demo::Demo(DemoOptions options, platform::simulation::Trip trip, Interruption& interruption)
     : options_(std::move(options)),
       interruption_(interruption),
-      timeline_(options_.json, [this] { return device_.time().now(); }),
-      device_(clientServices({.dataDirectory = directory_.path(), .verbose = options_.verbose}),
-              trip.start, [this](const Exchange& exchange) { note(exchange); }),
+      timeline_(options_.service.json, [this] { return device_.time().now(); }),
+      device_(clientServices(inDirectory(options_.service, directory_.path())), trip.start,
+              [this](const Exchange& exchange) { note(exchange); }),
       player_(device_.simulation(), std::move(trip), options_.trip.seed),
       notificationLines_(timeline_) {
   observeLocationSettings();
@@ -65,7 +71,7 @@ void Demo::pass(std::chrono::seconds interval) {
       options_.trip.pace *
       (std::chrono::duration<double>(interval) / std::chrono::duration<double>(player_.duration()));
   for (auto passed = 0s; passed < interval; passed += 1s) {
-    device_.time().advance(1s);
+    device_.time().advance(1s, [this] { return interruption_.happened(); });
     updateSituation();
     interruption_.check(wallTime / interval.count());
   }

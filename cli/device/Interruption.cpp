@@ -10,8 +10,7 @@ namespace ovinta::cli {
 
 Interruption::Interruption() {
   sigemptyset(&signals_);
-  sigaddset(&signals_, SIGINT);
-  sigaddset(&signals_, SIGTERM);
+  for (const int number : {SIGINT, SIGTERM, SIGHUP, SIGPIPE}) sigaddset(&signals_, number);
   pthread_sigmask(SIG_BLOCK, &signals_, &before_);
 }
 

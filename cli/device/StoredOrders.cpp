@@ -2,12 +2,10 @@
 
 #include <SQLiteCpp/SQLiteCpp.h>
 
-#include "platform/Services.h"
-
 namespace ovinta::cli {
 
-std::filesystem::path orderStoreFile() {
-  const auto container = platform::services().persistentContainers->makeContainer("VelkModel", {});
+std::filesystem::path orderStoreFile(const platform::Services& services) {
+  const auto container = services.persistentContainers->makeContainer("VelkModel", {});
   return container->persistentStoreDescriptions().front().location;
 }
 

@@ -6,6 +6,8 @@
 #include <variant>
 #include <vector>
 
+#include "platform/Services.h"
+
 namespace ovinta::cli {
 
 /// A row of the order store.
@@ -17,8 +19,8 @@ struct StoredOrder {
   std::int64_t customerState = 0;
 };
 
-/// Where the installed services keep the order store; it need not exist yet.
-std::filesystem::path orderStoreFile();
+/// Where the services keep the order store; it need not exist yet.
+std::filesystem::path orderStoreFile(const platform::Services& services = platform::services());
 
 /// Reads the order store's file the way any SQLite tool would; a text says why that failed.
 std::variant<std::vector<StoredOrder>, std::string> readStoredOrders(

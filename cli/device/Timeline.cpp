@@ -7,6 +7,7 @@
 #include <iomanip>
 #include <iostream>
 
+#include "cli/client/HumanText.h"
 #include "platform/JSON.h"
 
 namespace ovinta::cli {
@@ -48,7 +49,8 @@ void Timeline::add(std::string_view kind, std::string_view text, platform::Dicti
   const auto& [distance, accuracy] = situation_;
   const std::string metres = distance ? std::to_string(std::lround(*distance)) + " m" : "";
   std::cout << "  " << clockText("%H:%M:%S") << std::right << std::setw(9) << metres << "  "
-            << std::left << std::setw(28) << accuracy << std::setw(10) << kind << text << std::endl;
+            << std::left << std::setw(28) << accuracy << std::setw(10) << kind << visibleText(text)
+            << std::endl;
 }
 
 void Timeline::add(const Exchange& exchange) {

@@ -1,7 +1,6 @@
 #include "cli/device/TripOptions.h"
 
-#include <CLI/CLI.hpp>
-
+#include "cli/client/NumberOptions.h"
 #include "cli/device/BuiltInTrip.h"
 
 namespace ovinta::cli {
@@ -9,16 +8,22 @@ namespace ovinta::cli {
 using platform::simulation::Trip;
 
 void addTripOptions(CLI::App& command, TripOptions& options) {
+  constexpr const char* kGroup = "Trip options";
   command
       .add_option_function<double>(
           "--pace",
           [&options](double seconds) { options.pace = std::chrono::duration<double>(seconds); },
           "Seconds that the trip takes on the wall clock; 0: as fast as it goes")
+      ->check(isDecimal<double>)
       ->check(CLI::Range(0.0, 86400.0))
-      ->default_str("20");
+      ->default_str("20")
+      ->group(kGroup);
   command.add_option("--trip", options.file, "GPX file of the trip to the site")
-      ->check(CLI::ExistingFile);
-  command.add_option("--seed", options.seed, "Same seed, same events")->capture_default_str();
+      ->type_name("FILE")
+      ->group(kGroup);
+  addNumber(command, "--seed", options.seed, "Same seed, same events")
+      ->capture_default_str()
+      ->group(kGroup);
 }
 
 std::variant<Trip, std::string> loadTrip(const TripOptions& options) {

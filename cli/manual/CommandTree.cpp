@@ -25,10 +25,13 @@ std::vector<const CLI::App*> visibleCommands(const CLI::App& command) {
   });
 }
 
+std::vector<const CLI::App*> optionGroups(const CLI::App& command) {
+  return command.get_subcommands([](const CLI::App* child) { return child->get_name().empty(); });
+}
+
 std::vector<const CLI::Option*> allOptions(const CLI::App& command) {
   auto options = command.get_options();
-  for (const CLI::App* group :
-       command.get_subcommands([](const CLI::App* child) { return child->get_name().empty(); })) {
+  for (const CLI::App* group : optionGroups(command)) {
     for (const CLI::Option* option : group->get_options()) {
       if (option != group->get_help_ptr()) options.push_back(option);
     }

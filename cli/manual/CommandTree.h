@@ -12,6 +12,9 @@ namespace ovinta::cli {
 /// The sub-commands that are shown, in the order of their adding.
 std::vector<const CLI::App*> visibleCommands(const CLI::App& command);
 
+/// Groups of the command's options, which stand by themselves.
+std::vector<const CLI::App*> optionGroups(const CLI::App& command);
+
 /// The command's positionals and options, those in option groups included.
 std::vector<const CLI::Option*> allOptions(const CLI::App& command);
 

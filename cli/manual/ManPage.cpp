@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cctype>
 #include <map>
+#include <set>
 
 #include "cli/client/ExitCode.h"
 #include "cli/manual/CommandTree.h"
@@ -43,12 +44,43 @@ std::string heading(const CLI::Option& option) {
   return join(names, ", ") + (takesValue(option) ? " " + italic(valueName(option)) : "");
 }
 
+/// A sentence about other options; empty for none.
+std::string others(const std::string& beginning, const std::set<CLI::Option*>& options) {
+  std::vector<std::string> names;
+  for (const CLI::Option* option : options) names.push_back(bold(option->get_name()));
+  std::ranges::sort(names);
+  return names.empty() ? "" : beginning + join(names, ", ") + ".";
+}
+
 std::string description(const CLI::Option& option) {
   std::string text = plain(sentence(option.get_description()));
   if (option.get_required()) text += " Required.";
   const auto choices = choicesOf(option);
   if (!choices.empty()) text += " One of: " + plain(join(choices, ", ")) + ".";
+  text += others(" Only with ", option.get_needs());
+  text += others(" Not with ", option.get_excludes());
   if (!option.get_default_str().empty()) text += " Default: " + plain(option.get_default_str());
+  return text;
+}
+
+/// A positional in the line of usage.
+std::string placeOf(const CLI::Option& option) {
+  const std::string name =
+      option.get_name(true) + (option.get_items_expected_max() > 1 ? "..." : "");
+  return option.get_required() ? name : "[" + name + "]";
+}
+
+/// A sentence about options of which one must be given; empty for none.
+std::string choice(const CLI::App& command) {
+  std::string text;
+  for (const CLI::App* group : optionGroups(command)) {
+    if (group->get_require_option_min() != 1) continue;
+    std::vector<std::string> names;
+    for (const CLI::Option* option : group->get_options()) {
+      if (option != group->get_help_ptr()) names.push_back(bold(option->get_name()));
+    }
+    text += " Takes exactly one of " + join(names, ", ") + ".";
+  }
   return text;
 }
 
@@ -60,7 +92,7 @@ std::string section(const std::vector<std::string>& names, const CLI::App& comma
   std::string usage = join(names, " ");
   std::string options;
   for (const CLI::Option* option : allOptions(command)) {
-    if (option->get_positional()) usage += " " + option->get_name(true);
+    if (option->get_positional()) usage += " " + placeOf(*option);
     const std::string text = entry(heading(*option), description(*option));
     if (option == command.get_help_ptr()) continue;
     if (option->get_group() == kOwnOptions) {
@@ -70,7 +102,7 @@ std::string section(const std::vector<std::string>& names, const CLI::App& comma
     }
   }
   return ".SS \"ovinta " + plain(usage) + "\"\n" + plain(sentence(command.get_description())) +
-         "\n" + options;
+         choice(command) + "\n" + options;
 }
 
 std::string upperCase(std::string text) {
@@ -106,7 +138,7 @@ std::string exitStatus() {
   for (const auto& [code, meaning] : kExitCodes) {
     text += entry(bold(std::to_string(static_cast<int>(code))), plain(std::string(meaning)));
   }
-  return text;
+  return text + entry(bold(std::string(kSignalHeading)), plain(std::string(kSignalMeaning)));
 }
 
 }  // namespace

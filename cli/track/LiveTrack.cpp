@@ -1,7 +1,6 @@
 #include "cli/track/LiveTrack.h"
 
 #include <chrono>
-#include <iostream>
 
 #include "cli/client/ClientServices.h"
 #include "platform/linux/Linux.h"
@@ -26,8 +25,10 @@ LiveTrack::LiveTrack(const ClientOptions& options, Interruption& interruption)
 
 ExitCode LiveTrack::run() {
   if (!platform::services().location->locationServicesEnabled()) {
-    std::cerr << "ovinta track: location services are off on this system, so that its own position "
-                 "cannot be followed.\n";
+    Output(options_.json)
+        .printFailure("No Position",
+                      "location services are off on this system, so that its own position cannot "
+                      "be followed.");
     return ExitCode::failure;
   }
   configureLibrary(options_);

@@ -2,7 +2,6 @@
 
 #include <chrono>
 #include <cmath>
-#include <iostream>
 #include <memory>
 #include <utility>
 
@@ -51,7 +50,7 @@ std::optional<ExitCode> Track::fetchOrders() {
   interruption_.check();
   const auto error = end->get();
   if (!error) {
-    std::cerr << "The orders cannot be fetched: no answer came.\n";
+    output.printFailure("The orders cannot be fetched", "no answer came.");
     return ExitCode::noCallback;
   }
   if (*error) {
@@ -88,7 +87,7 @@ void Track::drive() {
 }
 
 void Track::passSecond() {
-  device_.time().advance(1s);
+  device_.time().advance(1s, [this] { return interruption_.happened(); });
   updateSituation();
   interruption_.happened(options_.trip.pace /
                          std::chrono::duration<double>(player_.duration()).count());

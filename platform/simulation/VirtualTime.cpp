@@ -58,7 +58,9 @@ std::shared_ptr<MainQueue> VirtualTime::mainQueue() const {
 
 Date VirtualTime::now() const { return state_->now(); }
 
-void VirtualTime::advance(TimeInterval interval) { state_->advance(interval); }
+void VirtualTime::advance(TimeInterval interval, const std::function<bool()>& abandon) {
+  state_->advance(interval, abandon);
+}
 
 void VirtualTime::runUntilIdle() { state_->runUntilIdle(); }
 

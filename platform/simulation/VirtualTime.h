@@ -31,8 +31,9 @@ class VirtualTime {
   /// Runs everything that falls due within the interval, each task at its own due time, and then
   /// stands at the end of the interval. While a hold lives it goes no further than the present
   /// instant: it runs what is due, waits for the hold's release and runs what other threads submit
-  /// meanwhile. An interval below zero counts as zero.
-  void advance(TimeInterval interval);
+  /// meanwhile. An interval below zero counts as zero. `abandon`, where given, is looked at every
+  /// few milliseconds of such waiting, on this thread: true ends the call at the present instant.
+  void advance(TimeInterval interval, const std::function<bool()>& abandon = {});
 
   /// Runs the tasks that are due now, also those that they submit; time does not move, and holds
   /// are not waited for.

@@ -129,14 +129,24 @@ void VirtualTimeState::letOthersWork(Lock& lock, WallClock::time_point limit) {
   mainWaits_ = false;
 }
 
-void VirtualTimeState::advance(TimeInterval interval) {
+bool VirtualTimeState::holds(Lock& lock, const std::function<bool()>& condition) {
+  if (turnTaken_) return false;
+  lock.unlock();
+  const bool holds = condition();
+  lock.lock();
+  return holds;
+}
+
+void VirtualTimeState::advance(TimeInterval interval, const std::function<bool()>& abandon) {
   Lock lock(mutex_);
   const Drive drive(*this);
   const auto target = later(now_, interval);
   while (true) {
     if (runDueTask(lock)) continue;
     if (holds_ > 0 || turnTaken_) {
-      letOthersWork(lock, WallClock::time_point::max());
+      if (abandon && holds(lock, abandon)) return;
+      letOthersWork(lock,
+                    abandon ? WallClock::now() + kLookInterval : WallClock::time_point::max());
       continue;
     }
     if (tasks_.empty() || tasks_.begin()->first.first > target) break;
@@ -163,12 +173,7 @@ bool VirtualTimeState::waitUntil(const std::function<bool()>& condition,
     while (runDueTask(lock)) {
       if (WallClock::now() >= deadline) break;
     }
-    if (!turnTaken_) {
-      lock.unlock();
-      const bool holds = condition();
-      lock.lock();
-      if (holds) return true;
-    }
+    if (holds(lock, condition)) return true;
     const auto wallNow = WallClock::now();
     if (wallNow >= deadline) return false;
     letOthersWork(lock, std::min(deadline, wallNow + kLookInterval));

@@ -4,6 +4,7 @@
 #include <condition_variable>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <mutex>
 #include <thread>
@@ -35,7 +36,7 @@ class VirtualTimeState {
   void releaseHold();
   void runInTurn(const std::function<void()>& work);
 
-  void advance(TimeInterval interval);
+  void advance(TimeInterval interval, const std::function<bool()>& abandon);
   void runUntilIdle();
   bool waitUntil(const std::function<bool()>& condition, std::chrono::milliseconds wallLimit);
 
@@ -51,6 +52,8 @@ class VirtualTimeState {
   bool mayRunTask() const { return isTaskDue() && (!turnTaken_ || turnBlocked_); }
   bool isInTurn() const { return turnTaken_ && turnThread_ == std::this_thread::get_id(); }
   bool runDueTask(Lock& lock);
+  /// Looks at a condition, unlocked; false while work has its turn.
+  bool holds(Lock& lock, const std::function<bool()>& condition);
   /// Lets work take its turn until the main thread has something to look at, or the limit.
   void letOthersWork(Lock& lock, std::chrono::steady_clock::time_point limit);
 

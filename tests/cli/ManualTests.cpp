@@ -43,7 +43,9 @@ TEST(Manual, namesEveryCommand) {
   }
   EXPECT_GE(commands.size(), 32U);
   // Shared options once, with the exit codes and the variables.
-  for (const char* part : {".SH COMMON OPTIONS\n", "\\fB--data-dir\\fR \\fIDIR\\fR\n",
+  for (const char* part : {".SH COMMON OPTIONS\n", "ovinta sites search [query]\"",
+                           "notify arm site...", "Takes exactly one of ", "\\fB128+N",
+                           "fB--trip\\fR \\fIFILE", "\\fB--data-dir\\fR \\fIDIR\\fR\n",
                            ".SH ENVIRONMENT\n", "\\fBOVINTA_PASSWORD\\fR\n", ".SH EXIT STATUS\n"}) {
     const std::size_t first = page.find(part);
     EXPECT_NE(first, std::string::npos) << part;
