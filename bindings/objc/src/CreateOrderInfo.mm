@@ -27,7 +27,7 @@ using Cpp = ovinta::CreateOrderInfo;
                 customerPhone:customerPhone
                     pushToken:pushToken
                  pickupWindow:pickupWindow];
-  if (self) object<Cpp>(self).state = static_cast<ovinta::OrderState>(state);
+  if (self) object<Cpp>(self).state = twins::state<ovinta::OrderState>(state);
   return self;
 }
 
@@ -64,7 +64,7 @@ using Cpp = ovinta::CreateOrderInfo;
                  customerInfo:customerInfo
                     pushToken:pushToken
                  pickupWindow:pickupWindow];
-  if (self) object<Cpp>(self).state = static_cast<ovinta::OrderState>(state);
+  if (self) object<Cpp>(self).state = twins::state<ovinta::OrderState>(state);
   return self;
 }
 

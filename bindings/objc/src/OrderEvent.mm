@@ -35,20 +35,20 @@ OVINTA_EVENT_TYPE(customerRating)
                   customerState:(CustomerState)customerState
                      etaSeconds:(NSNumber*)etaSeconds {
   return [self initWithHeld:hold(Cpp::customerStateChange(
-                                orderID, static_cast<ovinta::CustomerState>(customerState),
+                                orderID, twins::state<ovinta::CustomerState>(customerState),
                                 optionalNumber<double>(etaSeconds)))];
 }
 
 - (instancetype)initWithOrderID:(int64_t)orderID state:(OrderState)state {
   return
-      [self initWithHeld:hold(Cpp::stateChange(orderID, static_cast<ovinta::OrderState>(state)))];
+      [self initWithHeld:hold(Cpp::stateChange(orderID, twins::state<ovinta::OrderState>(state)))];
 }
 
 - (instancetype)initWithOrderID:(int64_t)orderID
              locationAuthStatus:(LocationAuthStatus)locationAuthStatus {
   return [self
       initWithHeld:hold(Cpp::permissionUpdate(
-                       orderID, static_cast<ovinta::LocationAuthStatus>(locationAuthStatus)))];
+                       orderID, twins::state<ovinta::LocationAuthStatus>(locationAuthStatus)))];
 }
 
 - (instancetype)initWithOrderID:(int64_t)orderID

@@ -43,17 +43,26 @@
 namespace objctest {
 namespace {
 
+Observer* observe(NSString* name) {
+  Observer* const observer = [[[Observer alloc] init] autorelease];
+  [[NSNotificationCenter defaultCenter] addObserver:observer
+                                           selector:@selector(note:)
+                                               name:name
+                                             object:nil];
+  return observer;
+}
+
+TEST(OwnershipOfNotificationsTest, BeginsBeforeTheLibraryIsConfigured) {
+  World::shared();
+  NSAutoreleasePool* const pool = [[NSAutoreleasePool alloc] init];
+  Observer* const errors = observe(Ovinta.ordersError);
+  [Ovinta.orders fetchWithCallback:nil];
+  EXPECT_EQ([errors->objects count], 1u);
+  [pool drain];
+}
+
 class OwnershipTest : public TwinTest {
  protected:
-  Observer* observe(NSString* name) {
-    Observer* const observer = [[[Observer alloc] init] autorelease];
-    [[NSNotificationCenter defaultCenter] addObserver:observer
-                                             selector:@selector(note:)
-                                                 name:name
-                                               object:nil];
-    return observer;
-  }
-
   Outcome event(int64_t orderID, CustomerState state) {
     return await([&](Report report) {
       [Ovinta.orders eventWithOrderID:orderID customerState:state callback:report];

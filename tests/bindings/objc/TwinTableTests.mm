@@ -11,7 +11,7 @@ using ovinta::test::twinTable;
 namespace {
 
 /// What comes with being an object.
-const std::set<std::string> kOfAllObjects{"isEqual:", "hash", "dealloc", "release"};
+const std::set<std::string> kOfAllObjects{"isEqual:", "hash", "dealloc", "release", "+new"};
 
 std::set<std::string> implemented(Class objectClass, const std::string& sign) {
   std::set<std::string> names;
@@ -19,7 +19,7 @@ std::set<std::string> implemented(Class objectClass, const std::string& sign) {
   Method* const methods = class_copyMethodList(objectClass, &count);
   for (unsigned int i = 0; i < count; ++i) {
     const std::string name = sel_getName(method_getName(methods[i]));
-    if (!kOfAllObjects.contains(name)) names.insert(sign + name);
+    if (!kOfAllObjects.contains(sign + name)) names.insert(sign + name);
   }
   free(methods);
   return names;
