@@ -145,6 +145,17 @@ inline std::optional<ovinta::platform::Date> optionalDate(NSDate* value) {
   return value ? std::optional(date(value)) : std::nullopt;
 }
 
+/// Runs a part of an initialiser that converts arguments; when one raises, the instance goes.
+template <class Part>
+auto initialising(OvintaRecord* instance, const Part& part) {
+  @try {
+    return part();
+  } @catch (NSException*) {
+    [instance release];
+    @throw;
+  }
+}
+
 }  // namespace twins
 
 /// The getter of a property: what the member of the same name of `Cpp`, the C++ class that the file

@@ -160,6 +160,23 @@ TEST_F(OwnershipTest, MemoryIsStable) {
   world.device().location().setLocationServicesEnabled(true);
 }
 
+TEST_F(OwnershipTest, NothingIsLeftOfARefusedRecord) {
+  GSDebugAllocationActive(YES);
+  for (const bool badState : {false, true}) {
+    @try {
+      (void)[[CreateOrderInfo alloc] initWithSiteID:42
+                                  partnerIdentifier:badState ? @"p" : (NSString* _Nonnull)nil
+                                       customerInfo:info()
+                                          pushToken:nil
+                                              state:static_cast<OrderState>(99)
+                                       pickupWindow:nil];
+      ADD_FAILURE() << "not refused";
+    } @catch (NSException*) {
+    }
+  }
+  EXPECT_EQ(GSDebugAllocationCount([CreateOrderInfo class]), 0);
+}
+
 TEST_F(OwnershipTest, ThreadsMeetTheSameTwin) {
   becomeCustomer();
   placeOrder();
