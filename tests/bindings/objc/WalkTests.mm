@@ -23,8 +23,12 @@ std::string subject(std::string word) {
 
 class WalkTest : public TwinTest {
  protected:
-  WalkTest() { fillSamples(); }
+  WalkTest() {
+    fillInstances();
+    fillSamples();
+  }
 
+  void fillInstances();
   void fillSamples();
   void walk(const std::string& className, const std::string& selector);
   id make(const std::string& className, const std::string& selector);
@@ -52,41 +56,54 @@ class WalkTest : public TwinTest {
   std::string className_;
 };
 
+void WalkTest::fillInstances() {
+  instances_ = {
+      {"Order", twins::toObjC(std::make_shared<ovinta::Order>(ovinta::OrderDetails{.id = 7},
+                                                              ovinta::OrderProgress{}))},
+      {"Site", twins::toObjC(std::make_shared<const ovinta::Site>())},
+      {"Customer", twins::toObjC(std::make_shared<const ovinta::Customer>())},
+      {"Geofence", twins::toObjC(ovinta::Geofence{})},
+      {"Pagination", twins::toObjC(ovinta::Pagination{})},
+      {"ErrorBody", twins::toObjC(ovinta::ErrorBody{})},
+      {"OvintaBeaconRegion", twins::toObjC(ovinta::platform::BeaconRegion{})},
+      {"OrdersManager", Ovinta.orders},
+      {"CustomerManager", Ovinta.customer},
+      {"SitesManager", Ovinta.sites},
+      {"NotifyManager", Ovinta.notify},
+  };
+}
+
 void WalkTest::fillSamples() {
-  const auto order = std::make_shared<ovinta::Order>(
-      ovinta::OrderDetails{.id = 7}, ovinta::OrderProgress{.state = ovinta::OrderState::ready});
-  const auto site = std::make_shared<const ovinta::Site>();
-  const auto customer = std::make_shared<const ovinta::Customer>();
-  const ovinta::platform::Location location{.coordinate = {.latitude = 1, .longitude = 2}};
   NSDictionary* const dictionary = @{@"token" : @"the app's token", @"list" : @[ @1 ]};
   int day = 0;
   for (const char* date : {"etaAt", "completedAt", "createdAt", "updatedAt", "scannedAt", "start",
                            "end", "init", "timestamp"}) {
     samples_[date] = [NSDate dateWithTimeIntervalSince1970:1e9 + 86400 * ++day];
   }
-  int number = 1;
+  // The first are cases of enumerations.
+  int number = 0;
   for (const char* name :
-       {"siteID", "orderID", "state", "customerState", "locationAuthStatus",
-        "OrderEvent.customerRating", "major", "minor", "latitude", "longitude", "radius",
-        "horizontalAccuracy", "speed", "etaSeconds", "count", "maxCount", "value", "add"}) {
-    samples_[name] = @(1 + ++number % 4);
+       {"state", "customerState", "locationAuthStatus", "OrderEvent.customerRating", "siteID",
+        "orderID", "major", "minor", "latitude", "longitude", "radius", "horizontalAccuracy",
+        "speed", "etaSeconds", "count", "maxCount", "value", "add"}) {
+    samples_[name] = @(++number);
   }
   for (const char* name : {"configure", "handleRemoteNotification", "updateOrderFromNotification",
                            "isOvintaNotifyUserInfo", "data"}) {
     samples_[name] = dictionary;
   }
   for (const char* name : {"OrdersManager.all", "open", "closed"}) {
-    samples_[name] = @[ twins::toObjC(order) ];
+    samples_[name] = @[ instances_["Order"] ];
   }
   for (const char* name : {"location", "distanceFrom", "siteDistanceFrom"}) {
-    samples_[name] = twins::toObjC(location);
+    samples_[name] = [[[OvintaLocation alloc] initWithLatitude:1 longitude:2] autorelease];
   }
   samples_.insert({
-      {"SitesManager.all", @[ twins::toObjC(site) ]},
+      {"SitesManager.all", @[ instances_["Site"] ]},
       {"UserDefaultsKey.setWithValue", @"text"},
       {"ageVerification", @(YES)},
       {"beacons", @[ twins::toObjC(ovinta::Beacon{}) ]},
-      {"current", twins::toObjC(customer)},
+      {"current", instances_["Customer"]},
       {"customerInfo", info()},
       {"distance", twins::toObjC(ovinta::Averager{.value = 2})},
       {"identifiers", twins::toObjC(ovinta::BeaconIdentifiers{})},
@@ -98,19 +115,6 @@ void WalkTest::fillSamples() {
       {"updateAPNPushToken", [NSData data]},
       {"uuid", twins::toObjC(ovinta::platform::UUID{})},
   });
-  instances_ = {
-      {"Order", twins::toObjC(order)},
-      {"Site", twins::toObjC(site)},
-      {"Customer", twins::toObjC(customer)},
-      {"Geofence", twins::toObjC(ovinta::Geofence{})},
-      {"Pagination", twins::toObjC(ovinta::Pagination{})},
-      {"ErrorBody", twins::toObjC(ovinta::ErrorBody{})},
-      {"OvintaBeaconRegion", twins::toObjC(ovinta::platform::BeaconRegion{})},
-      {"OrdersManager", Ovinta.orders},
-      {"CustomerManager", Ovinta.customer},
-      {"SitesManager", Ovinta.sites},
-      {"NotifyManager", Ovinta.notify},
-  };
 }
 
 /// Calls with a sample for each argument; what the call returned, if that is an object.
