@@ -19,6 +19,8 @@ struct OVINTA_EXPORT ErrorBody {
 
   /// All messages of all fields, in the order of the fields' names, joined with ", ".
   std::string message() const;
+
+  friend bool operator==(const ErrorBody&, const ErrorBody&) = default;
 };
 
 }  // namespace ovinta

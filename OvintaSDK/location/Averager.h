@@ -16,6 +16,8 @@ struct OVINTA_EXPORT Averager {
 
   /// Folds one sample in. More than 2^63 - 1 samples are a fatal error.
   void add(float sample);
+
+  friend bool operator==(const Averager&, const Averager&) = default;
 };
 
 }  // namespace ovinta

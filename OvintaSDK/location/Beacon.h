@@ -15,6 +15,8 @@ struct Beacon {
   Averager distance = {};
   /// When it was last heard.
   platform::Date scannedAt = platform::kDistantPast;
+
+  friend bool operator==(const Beacon&, const Beacon&) = default;
 };
 
 }  // namespace ovinta

@@ -23,6 +23,8 @@ struct OVINTA_EXPORT ClaimOrderInfo {
   static ClaimOrderInfo withCustomerInfo(const CustomerInfo& customerInfo,
                                          std::optional<std::string> pushToken,
                                          std::optional<std::string> pickupType);
+
+  friend bool operator==(const ClaimOrderInfo&, const ClaimOrderInfo&) = default;
 };
 
 }  // namespace ovinta

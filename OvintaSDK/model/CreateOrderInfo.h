@@ -30,6 +30,8 @@ struct OVINTA_EXPORT CreateOrderInfo {
                                           std::optional<std::string> pushToken,
                                           std::optional<OrderState> state,
                                           std::optional<PickupWindow> pickupWindow);
+
+  friend bool operator==(const CreateOrderInfo&, const CreateOrderInfo&) = default;
 };
 
 }  // namespace ovinta

@@ -8,6 +8,8 @@ namespace ovinta {
 struct LoginInfo {
   std::string emailAddress;
   std::string password;
+
+  friend bool operator==(const LoginInfo&, const LoginInfo&) = default;
 };
 
 }  // namespace ovinta

@@ -55,6 +55,8 @@ struct OVINTA_EXPORT OrderEvent {
   static OrderEvent permissionUpdate(std::int64_t orderID, LocationAuthStatus locationAuthStatus);
   static OrderEvent rating(std::int64_t orderID, std::int64_t customerRating,
                            std::optional<std::string> customerComments);
+
+  friend bool operator==(const OrderEvent&, const OrderEvent&) = default;
 };
 
 }  // namespace ovinta

@@ -9,6 +9,8 @@ struct SetNewPassword {
   std::string resetPasswordToken;
   std::string password;
   std::string confirmation;
+
+  friend bool operator==(const SetNewPassword&, const SetNewPassword&) = default;
 };
 
 }  // namespace ovinta

@@ -9,6 +9,8 @@ struct SignUpInfo {
   std::string emailAddress;
   std::string password;
   std::string passwordConfirmation;
+
+  friend bool operator==(const SignUpInfo&, const SignUpInfo&) = default;
 };
 
 }  // namespace ovinta

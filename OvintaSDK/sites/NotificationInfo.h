@@ -13,6 +13,8 @@ struct NotificationInfo {
   std::string content;
   /// Copied into the notification's user info.
   std::optional<platform::Dictionary> data = {};
+
+  friend bool operator==(const NotificationInfo&, const NotificationInfo&) = default;
 };
 
 }  // namespace ovinta

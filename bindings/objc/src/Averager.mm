@@ -4,6 +4,10 @@ using Cpp = ovinta::Averager;
 
 @implementation Averager
 
++ (instancetype)new {
+  return [[self alloc] init];
+}
+
 - (instancetype)init {
   return [self initWithHeld:twins::hold(Cpp{})];
 }

@@ -8,11 +8,13 @@ using Cpp = ovinta::Beacon;
                                rssi:(Averager*)rssi
                            distance:(Averager*)distance
                           scannedAt:(NSDate*)scannedAt {
-  return [self initWithHeld:twins::hold(Cpp{.identifiers = twins::object<ovinta::BeaconIdentifiers>(
-                                                identifiers),
-                                            .rssi = twins::object<ovinta::Averager>(rssi),
-                                            .distance = twins::object<ovinta::Averager>(distance),
-                                            .scannedAt = twins::date(scannedAt)})];
+  return [self
+      initWithHeld:twins::initialising(self, [&] {
+        return twins::hold(Cpp{.identifiers = twins::object<ovinta::BeaconIdentifiers>(identifiers),
+                               .rssi = twins::object<ovinta::Averager>(rssi),
+                               .distance = twins::object<ovinta::Averager>(distance),
+                               .scannedAt = twins::date(scannedAt)});
+      })];
 }
 
 OVINTA_GETTER(BeaconIdentifiers*, identifiers)

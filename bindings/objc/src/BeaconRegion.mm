@@ -5,9 +5,11 @@ using Cpp = ovinta::BeaconRegion;
 @implementation BeaconRegion
 
 - (instancetype)initWithUuid:(NSUUID*)uuid major:(NSNumber*)major minor:(NSNumber*)minor {
-  return [self initWithHeld:twins::hold(Cpp{.uuid = twins::uuid(uuid),
-                                            .major = twins::optionalNumber<uint16_t>(major),
-                                            .minor = twins::optionalNumber<uint16_t>(minor)})];
+  return [self initWithHeld:twins::initialising(self, [&] {
+                 return twins::hold(Cpp{.uuid = twins::uuid(uuid),
+                                        .major = twins::optionalNumber<uint16_t>(major),
+                                        .minor = twins::optionalNumber<uint16_t>(minor)});
+               })];
 }
 
 OVINTA_GETTER(NSUUID*, uuid)

@@ -7,8 +7,8 @@
 
 namespace twins {
 
-/// Runs a call from Objective-C into the library. A C++ exception that leaves it, which the library
-/// itself has none of, is raised as `NSInternalInconsistencyException`.
+/// Runs a call from Objective-C into the library. A `std::exception` that leaves it, which only
+/// an application's own services can throw, is raised as `NSInternalInconsistencyException`.
 void enterLibrary(const std::function<void()>& call);
 
 /// The same with the call's result.

@@ -9,8 +9,28 @@
 namespace twins {
 namespace {
 
-void logException(const char* text) {
-  ovinta::platform::services().log->write(std::string("An exception left a block: ") + text);
+void logException(const std::string& text) {
+  ovinta::platform::services().log->write("An exception left the application's code: " + text);
+}
+
+/// Also of a text that holds half a character.
+std::string described(NSObject* raised) {
+  NSData* const bytes = [[raised description] dataUsingEncoding:NSUTF8StringEncoding
+                                           allowLossyConversion:YES];
+  return std::string(static_cast<const char*>([bytes bytes]), [bytes length]);
+}
+
+/// Logs what leaves the call.
+void guarded(const std::function<void()>& call) {
+  const auto exception = anyException([&] {
+    @try {
+      call();
+    } @catch (NSObject* raised) {
+      logException(described(raised));
+    }
+  });
+  // The log, too, is foreign code.
+  if (exception) (void)anyException([&] { logException(*exception); });
 }
 
 }  // namespace
@@ -23,15 +43,10 @@ void enterLibrary(const std::function<void()>& call) {
 
 void callApplication(const std::function<void()>& call) {
   const ForeignThread thread;
-  const auto exception = anyException([&] {
-    @try {
-      call();
-    } @catch (NSException* raised) {
-      logException([[raised description] UTF8String]);
-    }
-  });
-  // The log, too, is foreign code.
-  if (exception) (void)anyException([&] { logException(exception->c_str()); });
+  NSAutoreleasePool* const pool = [[NSAutoreleasePool alloc] init];
+  guarded(call);
+  // Runs the application's code as well, as objects are deallocated.
+  guarded([pool] { [pool drain]; });
 }
 
 }  // namespace twins

@@ -13,21 +13,24 @@ using Cpp = ovinta::ClaimOrderInfo;
                             customerName:(NSString*)customerName
                            customerPhone:(NSString*)customerPhone
                                pushToken:(NSString*)pushToken {
-  return
-      [self initWithHeld:twins::hold(Cpp{.customerCarColor = optionalText(customerCarColor),
-                                         .customerCarType = optionalText(customerCarType),
-                                         .customerLicensePlate = optionalText(customerLicensePlate),
-                                         .customerName = optionalText(customerName),
-                                         .customerPhone = optionalText(customerPhone),
-                                         .pushToken = text(pushToken)})];
+  return [self initWithHeld:twins::initialising(self, [&] {
+                 return twins::hold(Cpp{.customerCarColor = optionalText(customerCarColor),
+                                        .customerCarType = optionalText(customerCarType),
+                                        .customerLicensePlate = optionalText(customerLicensePlate),
+                                        .customerName = optionalText(customerName),
+                                        .customerPhone = optionalText(customerPhone),
+                                        .pushToken = text(pushToken)});
+               })];
 }
 
 - (instancetype)initWithCustomerInfo:(CustomerInfo*)customerInfo
                            pushToken:(NSString*)pushToken
                           pickupType:(NSString*)pickupType {
-  return [self initWithHeld:twins::hold(Cpp::withCustomerInfo(
-                                twins::object<ovinta::CustomerInfo>(customerInfo), text(pushToken),
-                                optionalText(pickupType)))];
+  return [self
+      initWithHeld:twins::initialising(self, [&] {
+        return twins::hold(Cpp::withCustomerInfo(twins::object<ovinta::CustomerInfo>(customerInfo),
+                                                 text(pushToken), optionalText(pickupType)));
+      })];
 }
 
 OVINTA_GETTER(NSString*, customerCarColor)

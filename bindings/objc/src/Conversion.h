@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cmath>
 #include <functional>
+#include <limits>
 #include <map>
 #include <memory>
 #include <optional>
@@ -117,19 +119,41 @@ auto optionalList(NSArray* twins) {
   return list;
 }
 
+/// A whole number must be one that `T` holds.
 template <class T>
 std::optional<T> optionalNumber(NSNumber* number) {
   if (!number) return std::nullopt;
-  requireClass(number, [NSNumber class]);
-  if constexpr (std::is_floating_point_v<T>) {
-    return static_cast<T>([number doubleValue]);
-  } else {
-    return static_cast<T>([number longLongValue]);
+  const double value = [requireClass(number, [NSNumber class]) doubleValue];
+  if constexpr (std::is_integral_v<T>) {
+    static_assert(sizeof(T) < sizeof(double), "a double holds each exactly");
+    requireArgument(value >= std::numeric_limits<T>::min() &&
+                        value <= std::numeric_limits<T>::max() && value == std::trunc(value),
+                    number);
   }
+  return static_cast<T>(value);
+}
+
+/// The case of the enumeration that has the raw value.
+template <class State>
+State state(NSInteger rawValue) {
+  const auto found = ovinta::stateFromRawValue<State>(rawValue);
+  requireArgument(found.has_value(), toObject(rawValue));
+  return *found;
 }
 
 inline std::optional<ovinta::platform::Date> optionalDate(NSDate* value) {
   return value ? std::optional(date(value)) : std::nullopt;
+}
+
+/// Runs a part of an initialiser that converts arguments; when one raises, the instance goes.
+template <class Part>
+auto initialising(OvintaRecord* instance, const Part& part) {
+  @try {
+    return part();
+  } @catch (NSException*) {
+    [instance release];
+    @throw;
+  }
 }
 
 }  // namespace twins

@@ -27,7 +27,8 @@ using Cpp = ovinta::CreateOrderInfo;
                 customerPhone:customerPhone
                     pushToken:pushToken
                  pickupWindow:pickupWindow];
-  if (self) object<Cpp>(self).state = static_cast<ovinta::OrderState>(state);
+  twins::initialising(self,
+                      [&] { object<Cpp>(self).state = twins::state<ovinta::OrderState>(state); });
   return self;
 }
 
@@ -40,17 +41,18 @@ using Cpp = ovinta::CreateOrderInfo;
                  customerPhone:(NSString*)customerPhone
                      pushToken:(NSString*)pushToken
                   pickupWindow:(PickupWindow*)pickupWindow {
-  return [self
-      initWithHeld:twins::hold(Cpp{
-                       .siteID = siteID,
-                       .partnerIdentifier = text(partnerIdentifier),
-                       .customerCarColor = optionalText(customerCarColor),
-                       .customerCarType = optionalText(customerCarType),
-                       .customerLicensePlate = optionalText(customerLicensePlate),
-                       .customerName = optionalText(customerName),
-                       .customerPhone = optionalText(customerPhone),
-                       .pushToken = optionalText(pushToken),
-                       .pickupWindow = twins::optionalObject<ovinta::PickupWindow>(pickupWindow)})];
+  return [self initWithHeld:twins::initialising(self, [&] {
+                 return twins::hold(Cpp{
+                     .siteID = siteID,
+                     .partnerIdentifier = text(partnerIdentifier),
+                     .customerCarColor = optionalText(customerCarColor),
+                     .customerCarType = optionalText(customerCarType),
+                     .customerLicensePlate = optionalText(customerLicensePlate),
+                     .customerName = optionalText(customerName),
+                     .customerPhone = optionalText(customerPhone),
+                     .pushToken = optionalText(pushToken),
+                     .pickupWindow = twins::optionalObject<ovinta::PickupWindow>(pickupWindow)});
+               })];
 }
 
 - (instancetype)initWithSiteID:(int64_t)siteID
@@ -64,7 +66,8 @@ using Cpp = ovinta::CreateOrderInfo;
                  customerInfo:customerInfo
                     pushToken:pushToken
                  pickupWindow:pickupWindow];
-  if (self) object<Cpp>(self).state = static_cast<ovinta::OrderState>(state);
+  twins::initialising(self,
+                      [&] { object<Cpp>(self).state = twins::state<ovinta::OrderState>(state); });
   return self;
 }
 
@@ -73,11 +76,12 @@ using Cpp = ovinta::CreateOrderInfo;
                   customerInfo:(CustomerInfo*)customerInfo
                      pushToken:(NSString*)pushToken
                   pickupWindow:(PickupWindow*)pickupWindow {
-  return [self
-      initWithHeld:twins::hold(Cpp::withCustomerInfo(
-                       siteID, text(partnerIdentifier), object<ovinta::CustomerInfo>(customerInfo),
-                       optionalText(pushToken), std::nullopt,
-                       twins::optionalObject<ovinta::PickupWindow>(pickupWindow)))];
+  return [self initWithHeld:twins::initialising(self, [&] {
+                 return twins::hold(Cpp::withCustomerInfo(
+                     siteID, text(partnerIdentifier), object<ovinta::CustomerInfo>(customerInfo),
+                     optionalText(pushToken), std::nullopt,
+                     twins::optionalObject<ovinta::PickupWindow>(pickupWindow)));
+               })];
 }
 
 OVINTA_GETTER(int64_t, siteID)

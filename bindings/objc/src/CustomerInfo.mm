@@ -9,11 +9,13 @@ using Cpp = ovinta::CustomerInfo;
                     carColor:(NSString*)carColor
                 licensePlate:(NSString*)licensePlate
                        phone:(NSString*)phone {
-  return [self initWithHeld:twins::hold(Cpp{.name = twins::text(name),
-                                            .carType = twins::optionalText(carType),
-                                            .carColor = twins::optionalText(carColor),
-                                            .licensePlate = twins::optionalText(licensePlate),
-                                            .phone = twins::optionalText(phone)})];
+  return [self initWithHeld:twins::initialising(self, [&] {
+                 return twins::hold(Cpp{.name = twins::text(name),
+                                        .carType = twins::optionalText(carType),
+                                        .carColor = twins::optionalText(carColor),
+                                        .licensePlate = twins::optionalText(licensePlate),
+                                        .phone = twins::optionalText(phone)});
+               })];
 }
 
 OVINTA_GETTER(NSString*, name)

@@ -4,8 +4,7 @@
 
 namespace twins {
 
-/// As long as it lives, the calling thread, whoever started it, may run Objective-C code: it is
-/// known to the runtime and has an autorelease pool.
+/// As long as it lives, the calling thread, whoever started it, is known to the runtime.
 class ForeignThread {
  public:
   ForeignThread();
@@ -15,7 +14,6 @@ class ForeignThread {
 
  private:
   BOOL isRegisteredHere_;
-  NSAutoreleasePool* pool_;
 };
 
 }  // namespace twins

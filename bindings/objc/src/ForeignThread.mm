@@ -9,11 +9,9 @@ static void GSUnregisterCurrentThread(void) {}
 
 namespace twins {
 
-ForeignThread::ForeignThread()
-    : isRegisteredHere_(GSRegisterCurrentThread()), pool_([[NSAutoreleasePool alloc] init]) {}
+ForeignThread::ForeignThread() : isRegisteredHere_(GSRegisterCurrentThread()) {}
 
 ForeignThread::~ForeignThread() {
-  [pool_ drain];
   if (isRegisteredHere_) GSUnregisterCurrentThread();
 }
 

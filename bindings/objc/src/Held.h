@@ -1,6 +1,5 @@
 #pragma once
 
-#include <concepts>
 #include <functional>
 #include <memory>
 #include <typeinfo>
@@ -31,17 +30,11 @@ class Holding : public Held {
   explicit Holding(T held) : value(std::move(held)) {}
 
   bool equals(const Held& other) const override {
-    if constexpr (std::equality_comparable<T>) {
-      return value == static_cast<const Holding&>(other).value;
-    } else {
-      return this == &other;
-    }
+    return value == static_cast<const Holding&>(other).value;
   }
 
   std::size_t hash() const override {
-    if constexpr (!std::equality_comparable<T>) {
-      return std::hash<const Held*>()(this);
-    } else if constexpr (requires { std::hash<T>()(value); }) {
+    if constexpr (requires { std::hash<T>()(value); }) {
       return std::hash<T>()(value);
     } else {
       // Equal values must have equal hashes; more is not known of the type.

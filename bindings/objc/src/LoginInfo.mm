@@ -5,8 +5,10 @@ using Cpp = ovinta::LoginInfo;
 @implementation LoginInfo
 
 - (instancetype)initWithEmailAddress:(NSString*)emailAddress password:(NSString*)password {
-  return [self initWithHeld:twins::hold(Cpp{.emailAddress = twins::text(emailAddress),
-                                            .password = twins::text(password)})];
+  return [self initWithHeld:twins::initialising(self, [&] {
+                 return twins::hold(Cpp{.emailAddress = twins::text(emailAddress),
+                                        .password = twins::text(password)});
+               })];
 }
 
 OVINTA_GETTER(NSString*, emailAddress)

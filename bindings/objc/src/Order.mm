@@ -53,11 +53,11 @@ OVINTA_GETTER(BOOL, isOpen)
 OVINTA_GETTER(OvintaLocation*, siteLocation)
 
 - (void)setState:(OrderState)state {
-  twins::object<Cpp>(self).setState(static_cast<ovinta::OrderState>(state));
+  twins::object<Cpp>(self).setState(twins::state<ovinta::OrderState>(state));
 }
 
 - (void)setCustomerState:(CustomerState)customerState {
-  twins::object<Cpp>(self).setCustomerState(static_cast<ovinta::CustomerState>(customerState));
+  twins::object<Cpp>(self).setCustomerState(twins::state<ovinta::CustomerState>(customerState));
 }
 
 - (void)setPickupType:(NSString*)pickupType {

@@ -25,37 +25,45 @@ OVINTA_EVENT_TYPE(customerRating)
                        location:(OvintaLocation*)location
                         beacons:(NSArray*)beacons
                      etaSeconds:(NSNumber*)etaSeconds {
-  return [self initWithHeld:hold(Cpp::locationUpdate(
-                                orderID, twins::object<ovinta::platform::Location>(location),
-                                twins::optionalList<ovinta::Beacon>(beacons),
-                                optionalNumber<double>(etaSeconds)))];
+  return [self
+      initWithHeld:twins::initialising(self, [&] {
+        return hold(Cpp::locationUpdate(
+            orderID, twins::object<ovinta::platform::Location>(location),
+            twins::optionalList<ovinta::Beacon>(beacons), optionalNumber<double>(etaSeconds)));
+      })];
 }
 
 - (instancetype)initWithOrderID:(int64_t)orderID
                   customerState:(CustomerState)customerState
                      etaSeconds:(NSNumber*)etaSeconds {
-  return [self initWithHeld:hold(Cpp::customerStateChange(
-                                orderID, static_cast<ovinta::CustomerState>(customerState),
-                                optionalNumber<double>(etaSeconds)))];
+  return [self initWithHeld:twins::initialising(self, [&] {
+                 return hold(Cpp::customerStateChange(
+                     orderID, twins::state<ovinta::CustomerState>(customerState),
+                     optionalNumber<double>(etaSeconds)));
+               })];
 }
 
 - (instancetype)initWithOrderID:(int64_t)orderID state:(OrderState)state {
-  return
-      [self initWithHeld:hold(Cpp::stateChange(orderID, static_cast<ovinta::OrderState>(state)))];
+  return [self initWithHeld:twins::initialising(self, [&] {
+                 return hold(Cpp::stateChange(orderID, twins::state<ovinta::OrderState>(state)));
+               })];
 }
 
 - (instancetype)initWithOrderID:(int64_t)orderID
              locationAuthStatus:(LocationAuthStatus)locationAuthStatus {
-  return [self
-      initWithHeld:hold(Cpp::permissionUpdate(
-                       orderID, static_cast<ovinta::LocationAuthStatus>(locationAuthStatus)))];
+  return [self initWithHeld:twins::initialising(self, [&] {
+                 return hold(Cpp::permissionUpdate(
+                     orderID, twins::state<ovinta::LocationAuthStatus>(locationAuthStatus)));
+               })];
 }
 
 - (instancetype)initWithOrderID:(int64_t)orderID
                  customerRating:(int64_t)customerRating
                customerComments:(NSString*)customerComments {
-  return [self initWithHeld:hold(Cpp::rating(orderID, customerRating,
-                                             twins::optionalText(customerComments)))];
+  return [self
+      initWithHeld:twins::initialising(self, [&] {
+        return hold(Cpp::rating(orderID, customerRating, twins::optionalText(customerComments)));
+      })];
 }
 
 OVINTA_GETTER(int64_t, orderID)

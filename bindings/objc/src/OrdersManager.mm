@@ -46,7 +46,7 @@ OVINTA_ORDER_LIST(closed, setClosed)
   callLibrary([&] {
     manager().create(siteID, text(partnerIdentifier), object<ovinta::CustomerInfo>(customerInfo),
                      twins::optionalObject<ovinta::PickupWindow>(pickupWindow),
-                     static_cast<ovinta::OrderState>(state), reporting(block));
+                     twins::state<ovinta::OrderState>(state), reporting(block));
   });
 }
 
@@ -108,8 +108,8 @@ OVINTA_ORDER_LIST(closed, setClosed)
          customerState:(CustomerState)customerState
               callback:(OrderCallback)block {
   callLibrary([&] {
-    manager().event(object<ovinta::Order>(order), static_cast<ovinta::CustomerState>(customerState),
-                    reporting(block));
+    manager().event(object<ovinta::Order>(order),
+                    twins::state<ovinta::CustomerState>(customerState), reporting(block));
   });
 }
 
@@ -117,13 +117,13 @@ OVINTA_ORDER_LIST(closed, setClosed)
            customerState:(CustomerState)customerState
                 callback:(OrderCallback)block {
   callLibrary([&] {
-    manager().event(orderID, static_cast<ovinta::CustomerState>(customerState), reporting(block));
+    manager().event(orderID, twins::state<ovinta::CustomerState>(customerState), reporting(block));
   });
 }
 
 - (void)eventWithOrderID:(int64_t)orderID state:(OrderState)state callback:(OrderCallback)block {
   callLibrary(
-      [&] { manager().event(orderID, static_cast<ovinta::OrderState>(state), reporting(block)); });
+      [&] { manager().event(orderID, twins::state<ovinta::OrderState>(state), reporting(block)); });
 }
 
 - (void)rateOrderWithOrderID:(int64_t)orderID

@@ -1,6 +1,7 @@
 #import <OvintaObjC/Ovinta+Notifications.h>
 
 #include <array>
+#include <atomic>
 #include <mutex>
 
 #import "bindings/objc/src/Calls.h"
@@ -47,8 +48,9 @@ void post(const platform::Notification& notification, ObjectOf objectOf) {
 }
 
 struct Forwarding {
+  /// The centre that is listened to; services, once installed, are kept for ever.
+  std::atomic<const platform::NotificationCenter*> center = nullptr;
   std::mutex mutex;
-  std::shared_ptr<platform::NotificationCenter> center;
   std::array<std::unique_ptr<platform::NotificationObserver>, kRows.size()> observers;
 };
 
@@ -58,16 +60,17 @@ namespace twins {
 
 void forwardNotifications() {
   static auto& forwarding = *new Forwarding;
-  const std::scoped_lock lock(forwarding.mutex);
   const auto& center = platform::services().notificationCenter;
-  if (forwarding.center == center) return;
-  forwarding.center = center;
+  if (forwarding.center == center.get()) return;
+  const std::scoped_lock lock(forwarding.mutex);
+  if (forwarding.center == center.get()) return;
   for (std::size_t i = 0; i < kRows.size(); ++i) {
     forwarding.observers[i] = center->addObserver(
         kRows[i].name, [objectOf = kRows[i].objectOf](const platform::Notification& notification) {
           post(notification, objectOf);
         });
   }
+  forwarding.center = center.get();
 }
 
 }  // namespace twins
@@ -76,6 +79,7 @@ void forwardNotifications() {
 
 #define OVINTA_NAME(name)                             \
   +(NSNotificationName)name {                         \
+    twins::callLibrary(twins::forwardNotifications);  \
     return twins::toObjC(SDKNotification::name.text); \
   }
 

@@ -10,6 +10,7 @@ using twins::callLibrary;
 #define OVINTA_MANAGER(Manager, name)                       \
   +(Manager*)name {                                         \
     static Manager* const manager = [[Manager alloc] init]; \
+    callLibrary(twins::forwardNotifications);               \
     return manager;                                         \
   }
 

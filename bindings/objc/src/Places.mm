@@ -19,11 +19,13 @@ namespace platform = ovinta::platform;
               horizontalAccuracy:(double)horizontalAccuracy
                            speed:(double)speed
                        timestamp:(NSDate*)timestamp {
-  return [self initWithHeld:twins::hold(platform::Location{
-                                .coordinate = {.latitude = latitude, .longitude = longitude},
-                                .horizontalAccuracy = horizontalAccuracy,
-                                .speed = speed,
-                                .timestamp = twins::date(timestamp)})];
+  return [self initWithHeld:twins::initialising(self, [&] {
+                 return twins::hold(platform::Location{
+                     .coordinate = {.latitude = latitude, .longitude = longitude},
+                     .horizontalAccuracy = horizontalAccuracy,
+                     .speed = speed,
+                     .timestamp = twins::date(timestamp)});
+               })];
 }
 
 - (double)latitude {
@@ -56,10 +58,12 @@ namespace platform = ovinta::platform;
                        longitude:(double)longitude
                           radius:(double)radius
                       identifier:(NSString*)identifier {
-  return [self initWithHeld:twins::hold(platform::CircularRegion{
-                                .center = {.latitude = latitude, .longitude = longitude},
-                                .radius = radius,
-                                .identifier = twins::text(identifier)})];
+  return [self initWithHeld:twins::initialising(self, [&] {
+                 return twins::hold(platform::CircularRegion{
+                     .center = {.latitude = latitude, .longitude = longitude},
+                     .radius = radius,
+                     .identifier = twins::text(identifier)});
+               })];
 }
 
 - (double)latitude {

@@ -5,7 +5,9 @@ using Cpp = ovinta::RequestPasswordReset;
 @implementation RequestPasswordReset
 
 - (instancetype)initWithEmail:(NSString*)email {
-  return [self initWithHeld:twins::hold(Cpp{.email = twins::text(email)})];
+  return [self initWithHeld:twins::initialising(self, [&] {
+                 return twins::hold(Cpp{.email = twins::text(email)});
+               })];
 }
 
 OVINTA_GETTER(NSString*, email)

@@ -7,9 +7,11 @@ using Cpp = ovinta::SetNewPassword;
 - (instancetype)initWithResetPasswordToken:(NSString*)resetPasswordToken
                                   password:(NSString*)password
                               confirmation:(NSString*)confirmation {
-  return [self initWithHeld:twins::hold(Cpp{.resetPasswordToken = twins::text(resetPasswordToken),
-                                            .password = twins::text(password),
-                                            .confirmation = twins::text(confirmation)})];
+  return [self initWithHeld:twins::initialising(self, [&] {
+                 return twins::hold(Cpp{.resetPasswordToken = twins::text(resetPasswordToken),
+                                        .password = twins::text(password),
+                                        .confirmation = twins::text(confirmation)});
+               })];
 }
 
 OVINTA_GETTER(NSString*, resetPasswordToken)

@@ -7,10 +7,11 @@ using Cpp = ovinta::SignUpInfo;
 - (instancetype)initWithEmailAddress:(NSString*)emailAddress
                             password:(NSString*)password
                 passwordConfirmation:(NSString*)passwordConfirmation {
-  return [self
-      initWithHeld:twins::hold(Cpp{.emailAddress = twins::text(emailAddress),
-                                   .password = twins::text(password),
-                                   .passwordConfirmation = twins::text(passwordConfirmation)})];
+  return [self initWithHeld:twins::initialising(self, [&] {
+                 return twins::hold(Cpp{.emailAddress = twins::text(emailAddress),
+                                        .password = twins::text(password),
+                                        .passwordConfirmation = twins::text(passwordConfirmation)});
+               })];
 }
 
 OVINTA_GETTER(NSString*, emailAddress)

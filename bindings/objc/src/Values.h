@@ -13,9 +13,11 @@
 
 namespace twins {
 
-// Plain values between the two languages. What comes from Objective-C is nil or of another class
-// than it should be only by mistake, and raises `NSInvalidArgumentException`.
+// Plain values between the two languages. What comes from Objective-C is nil, of another class or
+// of another range than it should be only by mistake, and raises `NSInvalidArgumentException`.
 
+/// Raises unless the value is one that may be given.
+void requireArgument(bool valid, NSNumber* value);
 /// The object, which must be of the class.
 id requireClass(id object, Class expected);
 
@@ -35,7 +37,8 @@ std::optional<std::string> optionalText(NSString* text);
 /// To the microsecond; saturates.
 ovinta::platform::Date date(NSDate* date);
 ovinta::platform::UUID uuid(NSUUID* uuid);
-/// Leaves out what the library's dictionaries cannot hold.
+/// Leaves out what the library's dictionaries cannot hold. A whole number beyond 64 bits with sign
+/// becomes a real one.
 ovinta::platform::Dictionary dictionary(NSDictionary* dictionary);
 
 }  // namespace twins

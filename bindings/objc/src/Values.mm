@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cmath>
+#include <cstdint>
 
 namespace platform = ovinta::platform;
 
@@ -24,7 +25,9 @@ platform::Value numberValue(NSNumber* number) {
   if (number == [NSNumber numberWithBool:YES]) return true;
   if (number == [NSNumber numberWithBool:NO]) return false;
   const char type = *[number objCType];
-  if (type == 'f' || type == 'd') return [number doubleValue];
+  const bool unsignedOnly =
+      (type == 'Q' || type == 'L') && [number unsignedLongLongValue] > INT64_MAX;
+  if (type == 'f' || type == 'd' || unsignedOnly) return [number doubleValue];
   return static_cast<std::int64_t>([number longLongValue]);
 }
 
@@ -42,6 +45,11 @@ std::optional<platform::Value> value(id object) {
 }
 
 }  // namespace
+
+void requireArgument(bool valid, NSNumber* value) {
+  if (valid) return;
+  [NSException raise:NSInvalidArgumentException format:@"%@ is not among the values", value];
+}
 
 id requireClass(id object, Class expected) {
   if (![object isKindOfClass:expected]) {

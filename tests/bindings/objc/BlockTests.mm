@@ -27,6 +27,17 @@ static std::atomic<int> probesAlive{0};
 }
 @end
 
+/// Raises when it goes.
+@interface Troublemaker : NSObject
+@end
+
+@implementation Troublemaker
+- (void)dealloc {
+  [super dealloc];
+  [NSException raise:NSGenericException format:@"raised in a pool"];
+}
+@end
+
 namespace objctest {
 namespace {
 
@@ -72,10 +83,20 @@ TEST_F(BlockTest, MayRaiseAndThrow) {
                  callback:^(Customer*, OvintaError*) {
                    throw std::runtime_error("thrown in a block");
                  }];
+  [Ovinta.customer update:info()
+                 callback:^(Customer*, OvintaError*) {
+                   @throw @"no exception";
+                 }];
+  [Ovinta.customer update:info()
+                 callback:^(Customer*, OvintaError*) {
+                   [[[Troublemaker alloc] init] autorelease];
+                 }];
   std::string lines;
   for (const std::string& line : world.log().lines()) lines += line + "\n";
-  EXPECT_NE(lines.find("raised in a block"), std::string::npos) << lines;
-  EXPECT_NE(lines.find("thrown in a block"), std::string::npos) << lines;
+  for (const char* text :
+       {"raised in a block", "thrown in a block", "no exception", "raised in a pool"}) {
+    EXPECT_NE(lines.find(text), std::string::npos) << text << " in " << lines;
+  }
   [Ovinta.customer logout];
 }
 
@@ -87,6 +108,13 @@ TEST_F(BlockTest, RaiseForWhatIsNoArgument) {
       [] { [Ovinta updateAPNPushToken:(NSData*)(id) @"text"]; },
       [] { Ovinta.orders.all = @[ (Order*)(id) @"text" ]; },
       [] { (void)[[CustomerInfo alloc] init]; },
+      [] {
+        [Ovinta.orders eventWithOrderID:1
+                          customerState:static_cast<CustomerState>(99)
+                               callback:nil];
+      },
+      [] { (void)[[BeaconRegion alloc] initWithUuid:[NSUUID UUID] major:@70000 minor:nil]; },
+      [] { (void)[[BeaconRegion alloc] initWithUuid:[NSUUID UUID] major:nil minor:@1.9]; },
       [] {
         const unichar half = 0xd800;
         [Ovinta updatePushToken:[NSString stringWithCharacters:&half length:1]];

@@ -1,9 +1,12 @@
 // Every operation of the twin, called against the sandbox: when it serves, and when it cannot be
 // reached and the device forbids.
 
+#include <set>
 #include <vector>
 
+#import "bindings/objc/src/TwinClasses.h"
 #import "tests/bindings/objc/TwinFixture.h"
+#include "tests/bindings/objc/TwinTable.h"
 
 namespace objctest {
 namespace {
@@ -13,11 +16,20 @@ NSString* const kPassword = @"secret sauce";
 
 /// An operation, and the class of what it reports; none where it reports an error or nothing.
 struct Call {
-  const char* name;
+  /// Its class and selector.
+  std::string name;
   Class result;
   std::function<void(Report)> start;
   bool cannotFail = false;
 };
+
+/// Starts an operation that reports nothing but errors.
+void reportErrors(Report report, const std::function<void(ErrorCallback)>& start) {
+  if (!report) return start(nil);
+  start(^(OvintaError* error) {
+    report(nil, error);
+  });
+}
 
 class CallTest : public TwinTest {
  protected:
@@ -26,6 +38,8 @@ class CallTest : public TwinTest {
   std::vector<Call> siteCalls();
   void expectAll(const std::vector<Call>& calls, bool succeed);
 
+  /// What was called, by class and selector.
+  std::set<std::string> called;
   CustomerConsent* consent = [[[CustomerConsent alloc] initWithTermsOfService:YES
                                                               ageVerification:YES] autorelease];
   OvintaCircularRegion* region =
@@ -41,33 +55,35 @@ class CallTest : public TwinTest {
 std::vector<Call> CallTest::customerCalls() {
   Class const customer = [Customer class];
   return {
-      {"create with consent", customer,
+      {"CustomerManager create:customerConsent:callback:", customer,
        [this](Report r) { [Ovinta.customer create:info() customerConsent:consent callback:r]; }},
-      {"create with flags", customer,
+      {"CustomerManager create:termsOfService:ageVerification:callback:", customer,
        [](Report r) {
          [Ovinta.customer create:info() termsOfService:YES ageVerification:YES callback:r];
        }},
-      {"update", customer, [](Report r) { [Ovinta.customer update:info() callback:r]; }},
-      {"sign up", customer,
+      {"CustomerManager update:callback:", customer,
+       [](Report r) { [Ovinta.customer update:info() callback:r]; }},
+      {"CustomerManager signUpWithEmailAddress:password:callback:", customer,
        [](Report r) {
          [Ovinta.customer signUpWithEmailAddress:kAddress password:kPassword callback:r];
        }},
-      {"login", customer,
+      {"CustomerManager loginWithEmailAddress:password:callback:", customer,
        [](Report r) {
          [Ovinta.customer loginWithEmailAddress:kAddress password:kPassword callback:r];
        }},
-      {"login with token", customer,
+      {"CustomerManager loginWithTokenWithToken:callback:", customer,
        [](Report r) {
-         [Ovinta.customer loginWithTokenWithToken:Ovinta.customer.current.token callback:r];
+         Customer* const current = Ovinta.customer.current;
+         [Ovinta.customer loginWithTokenWithToken:current ? current.token : @"none" callback:r];
        }},
-      {"request new password", nil,
+      {"CustomerManager requestNewPasswordWithEmailAddress:callback:", nil,
        [](Report r) {
-         [Ovinta.customer requestNewPasswordWithEmailAddress:kAddress
-                                                    callback:^(OvintaError* error) {
-                                                      r(nil, error);
-                                                    }];
+         reportErrors(r, [](ErrorCallback e) {
+           [Ovinta.customer requestNewPasswordWithEmailAddress:kAddress callback:e];
+         });
        }},
-      {"set new password", customer,
+      {"CustomerManager setNewPasswordWithResetPasswordToken:password:confrimation:callback:",
+       customer,
        [this](Report r) {
          NSString* const token = @(world.resetToken([kAddress UTF8String]).c_str());
          [Ovinta.customer setNewPasswordWithResetPasswordToken:token
@@ -75,7 +91,7 @@ std::vector<Call> CallTest::customerCalls() {
                                                   confrimation:@"another one"
                                                       callback:r];
        }},
-      {"configuration", [NSDictionary class],
+      {"ConfigurationManager fetchWithCallback:", [NSDictionary class],
        [](Report r) { [Ovinta.config fetchWithCallback:r]; }},
   };
 }
@@ -85,8 +101,9 @@ std::vector<Call> CallTest::orderCalls(Order* order) {
   NSString* const code = order.redemptionCode;
   const int64_t orderID = order.id;
   return {
-      {"fetch", [NSArray class], [](Report r) { [Ovinta.orders fetchWithCallback:r]; }},
-      {"create", kind,
+      {"OrdersManager fetchWithCallback:", [NSArray class],
+       [](Report r) { [Ovinta.orders fetchWithCallback:r]; }},
+      {"OrdersManager createWithInfo:callback:", kind,
        [](Report r) {
          CreateOrderInfo* const order = [[[CreateOrderInfo alloc] initWithSiteID:42
                                                                partnerIdentifier:@"A-2"
@@ -95,7 +112,8 @@ std::vector<Call> CallTest::orderCalls(Order* order) {
                                                                     pickupWindow:nil] autorelease];
          [Ovinta.orders createWithInfo:order callback:r];
        }},
-      {"create with state", kind,
+      {"OrdersManager createWithSiteID:partnerIdentifier:customerInfo:pickupWindow:state:callback:",
+       kind,
        [](Report r) {
          PickupWindow* const window =
              [[[PickupWindow alloc] init:[NSDate dateWithTimeIntervalSince1970:1e9]] autorelease];
@@ -106,7 +124,7 @@ std::vector<Call> CallTest::orderCalls(Order* order) {
                                    state:OrderStateReady
                                 callback:r];
        }},
-      {"create without state", kind,
+      {"OrdersManager createWithSiteID:partnerIdentifier:customerInfo:pickupWindow:callback:", kind,
        [](Report r) {
          [Ovinta.orders createWithSiteID:42
                        partnerIdentifier:@"A-4"
@@ -114,22 +132,22 @@ std::vector<Call> CallTest::orderCalls(Order* order) {
                             pickupWindow:nil
                                 callback:r];
        }},
-      {"fetch with code", kind,
+      {"OrdersManager fetchWithRedemptionCode:callback:", kind,
        [code](Report r) { [Ovinta.orders fetchWithRedemptionCode:code callback:r]; }},
-      {"claim with pickup type", kind,
+      {"OrdersManager claimWithRedemptionCode:customerInfo:pickupType:callback:", kind,
        [this](Report r) {
          [Ovinta.orders claimWithRedemptionCode:@(world.offerOrder().c_str())
                                    customerInfo:info()
                                      pickupType:@"curbside"
                                        callback:r];
        }},
-      {"claim", kind,
+      {"OrdersManager claimWithRedemptionCode:customerInfo:callback:", kind,
        [this](Report r) {
          [Ovinta.orders claimWithRedemptionCode:@(world.offerOrder().c_str())
                                    customerInfo:info()
                                        callback:r];
        }},
-      {"claim with claim info", kind,
+      {"OrdersManager claimWithRedemptionCode:claimOrderInfo:customerConsent:callback:", kind,
        [this](Report r) {
          ClaimOrderInfo* const claim =
              [[[ClaimOrderInfo alloc] initWithCustomerInfo:info() pushToken:@"00ff"
@@ -139,19 +157,19 @@ std::vector<Call> CallTest::orderCalls(Order* order) {
                                 customerConsent:consent
                                        callback:r];
        }},
-      {"event with order", kind,
+      {"OrdersManager eventWithOrder:customerState:callback:", kind,
        [order](Report r) {
          [Ovinta.orders eventWithOrder:order customerState:CustomerStateEnRoute callback:r];
        }},
-      {"event with customer state", kind,
+      {"OrdersManager eventWithOrderID:customerState:callback:", kind,
        [orderID](Report r) {
          [Ovinta.orders eventWithOrderID:orderID customerState:CustomerStateArrived callback:r];
        }},
-      {"rating", kind,
+      {"OrdersManager rateOrderWithOrderID:rating:comments:callback:", kind,
        [orderID](Report r) {
          [Ovinta.orders rateOrderWithOrderID:orderID rating:5 comments:@"good" callback:r];
        }},
-      {"event with state", kind,
+      {"OrdersManager eventWithOrderID:state:callback:", kind,
        [orderID](Report r) {
          [Ovinta.orders eventWithOrderID:orderID state:OrderStateCompleted callback:r];
        }},
@@ -161,37 +179,32 @@ std::vector<Call> CallTest::orderCalls(Order* order) {
 std::vector<Call> CallTest::siteCalls() {
   Class const list = [NSArray class];
   return {
-      {"sites of a query", list,
+      {"SitesManager fetchWithQuery:page:callback:", list,
        [](Report r) {
          [Ovinta.sites
              fetchWithQuery:nil
                        page:1
-                   callback:^(NSArray* sites, Pagination* pagination, OvintaError* error) {
-                     r(pagination.currentPage == 1 ? sites : nil, error);
-                   }];
+                   callback:r ? ^(NSArray<Site*>* sites, Pagination* pagination, OvintaError* error) { r(pagination.currentPage == 1 ? sites : nil, error); } : (SitesPageCallback)nil];
        }},
-      {"all sites", list, [](Report r) { [Ovinta.sites fetchAllWithQuery:@"new" callback:r]; }},
-      {"sites of a region", list,
+      {"SitesManager fetchAllWithQuery:callback:", list,
+       [](Report r) { [Ovinta.sites fetchAllWithQuery:@"new" callback:r]; }},
+      {"SitesManager fetchWithRegion:page:callback:", list,
        [this](Report r) { [Ovinta.sites fetchWithRegion:region page:1 callback:r]; }},
-      {"sites of a region, page by page", list,
+      {"SitesManager fetchWithRegion:page:per:callback:", list,
        [this](Report r) { [Ovinta.sites fetchWithRegion:region page:1 per:1 callback:r]; }},
-      {"notifications for sites", nil,
+      {"NotifyManager createForSites:notification:callback:", nil,
        [this](Report r) {
-         [Ovinta.notify createForSites:Ovinta.sites.all
-                          notification:notification
-                              callback:^(OvintaError* error) {
-                                r(nil, error);
-                              }];
+         reportErrors(r, [this](ErrorCallback e) {
+           [Ovinta.notify createForSites:Ovinta.sites.all notification:notification callback:e];
+         });
        }},
-      {"notifications in a region", list,
+      {"NotifyManager createForSitesInRegion:notification:callback:", list,
        [this](Report r) {
          [Ovinta.notify createForSitesInRegion:region notification:notification callback:r];
        }},
-      {"no notifications", nil,
+      {"NotifyManager clearWithCallback:", nil,
        [](Report r) {
-         [Ovinta.notify clearWithCallback:^(OvintaError* error) {
-           r(nil, error);
-         }];
+         reportErrors(r, [](ErrorCallback e) { [Ovinta.notify clearWithCallback:e]; });
        },
        true},
   };
@@ -200,6 +213,7 @@ std::vector<Call> CallTest::siteCalls() {
 void CallTest::expectAll(const std::vector<Call>& calls, bool succeed) {
   for (const Call& call : calls) {
     const Outcome outcome = await(call.start);
+    called.insert(call.name);
     if (succeed || call.cannotFail) {
       EXPECT_EQ(outcome.error, nil) << call.name << ": " << text([outcome.error description]);
       EXPECT_TRUE(call.result ? [outcome.result isKindOfClass:call.result] : !outcome.result)
@@ -219,33 +233,26 @@ TEST_F(CallTest, SucceedAndFail) {
   expectAll(sites, true);
   EXPECT_GT([Ovinta.sites.all count], 1u);
 
+  std::vector<Call> all = customers;
+  all.insert(all.end(), orders.begin(), orders.end());
+  all.insert(all.end(), sites.begin(), sites.end());
+  Ovinta.sites.all = [NSArray array];
+  for (const Call& call : all) call.start(nil);
+  EXPECT_TRUE(world.waitUntil([] { return !ovinta::Ovinta::sites().all()->empty(); }));
+  await([](Report report) { [Ovinta.config fetchWithCallback:report]; });
+
   [UserDefaultsKey.apiBase setWithValue:@"http://127.0.0.1:1"];
   world.device().location().setLocationServicesEnabled(false);
-  expectAll(customers, false);
-  expectAll(orders, false);
-  expectAll(sites, false);
+  expectAll(all, false);
+  for (const Call& call : all) call.start(nil);
   world.device().location().setLocationServicesEnabled(true);
-}
 
-TEST_F(CallTest, TakeNilBlocks) {
-  becomeCustomer();
-  const int64_t orderID = placeOrder().id;
-  [Ovinta.config fetchWithCallback:nil];
-  [Ovinta.customer update:info() callback:nil];
-  [Ovinta.customer requestNewPasswordWithEmailAddress:@"nobody@example.com" callback:nil];
-  [Ovinta.orders fetchWithCallback:nil];
-  [Ovinta.sites fetchAllWithQuery:nil callback:nil];
-  [Ovinta.sites fetchWithQuery:nil page:1 callback:nil];
-  [Ovinta.notify createForSites:[NSArray array] notification:notification callback:nil];
-  [Ovinta.notify clearWithCallback:nil];
-  [Ovinta.orders eventWithOrderID:orderID customerState:CustomerStateArrived callback:nil];
-  EXPECT_TRUE(world.waitUntil([orderID] {
-    NSAutoreleasePool* const pool = [[NSAutoreleasePool alloc] init];
-    const bool arrived = [[Ovinta.orders.all lastObject] id] == orderID &&
-                         [[Ovinta.orders.all lastObject] customerState] == CustomerStateArrived;
-    [pool drain];
-    return arrived;
-  }));
+  for (const auto& [className, selectors] : ovinta::test::twinTable()) {
+    for (const std::string& selector : selectors) {
+      if (!selector.ends_with("allback:")) continue;
+      EXPECT_TRUE(called.contains(className + " " + selector)) << className << " " << selector;
+    }
+  }
 }
 
 TEST_F(CallTest, WithoutCallbacksDoWhatTheySay) {

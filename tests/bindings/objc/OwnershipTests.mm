@@ -43,17 +43,26 @@
 namespace objctest {
 namespace {
 
+Observer* observe(NSString* name) {
+  Observer* const observer = [[[Observer alloc] init] autorelease];
+  [[NSNotificationCenter defaultCenter] addObserver:observer
+                                           selector:@selector(note:)
+                                               name:name
+                                             object:nil];
+  return observer;
+}
+
+TEST(OwnershipOfNotificationsTest, BeginsBeforeTheLibraryIsConfigured) {
+  World::shared();
+  NSAutoreleasePool* const pool = [[NSAutoreleasePool alloc] init];
+  Observer* const errors = observe(Ovinta.ordersError);
+  [Ovinta.orders fetchWithCallback:nil];
+  EXPECT_EQ([errors->objects count], 1u);
+  [pool drain];
+}
+
 class OwnershipTest : public TwinTest {
  protected:
-  Observer* observe(NSString* name) {
-    Observer* const observer = [[[Observer alloc] init] autorelease];
-    [[NSNotificationCenter defaultCenter] addObserver:observer
-                                             selector:@selector(note:)
-                                                 name:name
-                                               object:nil];
-    return observer;
-  }
-
   Outcome event(int64_t orderID, CustomerState state) {
     return await([&](Report report) {
       [Ovinta.orders eventWithOrderID:orderID customerState:state callback:report];
@@ -149,6 +158,23 @@ TEST_F(OwnershipTest, MemoryIsStable) {
   // Less than a byte for each call. (A sanitizer's own allocator counts nothing here.)
   EXPECT_LT(mallinfo2().uordblks, bytesBefore + 100'000);
   world.device().location().setLocationServicesEnabled(true);
+}
+
+TEST_F(OwnershipTest, NothingIsLeftOfARefusedRecord) {
+  GSDebugAllocationActive(YES);
+  for (const bool badState : {false, true}) {
+    @try {
+      (void)[[CreateOrderInfo alloc] initWithSiteID:42
+                                  partnerIdentifier:badState ? @"p" : (NSString* _Nonnull)nil
+                                       customerInfo:info()
+                                          pushToken:nil
+                                              state:static_cast<OrderState>(99)
+                                       pickupWindow:nil];
+      ADD_FAILURE() << "not refused";
+    } @catch (NSException*) {
+    }
+  }
+  EXPECT_EQ(GSDebugAllocationCount([CreateOrderInfo class]), 0);
 }
 
 TEST_F(OwnershipTest, ThreadsMeetTheSameTwin) {

@@ -7,6 +7,7 @@ NS_ASSUME_NONNULL_BEGIN
 @interface Averager : OvintaRecord
 /// No samples yet, and a `maxCount` of 10.
 - (instancetype)init;
++ (instancetype)new;
 @property(nonatomic) int64_t maxCount;
 /// The number of samples folded in.
 @property(nonatomic) int64_t count;

@@ -4,7 +4,7 @@ NS_ASSUME_NONNULL_BEGIN
 
 /// A beacon region as the service describes it.
 @interface BeaconRegion : OvintaRecord
-/// The numbers hold 16 bits, without sign.
+/// The numbers hold 16 bits, without sign; others raise `NSInvalidArgumentException`.
 - (instancetype)initWithUuid:(NSUUID*)uuid
                        major:(nullable NSNumber*)major
                        minor:(nullable NSNumber*)minor;

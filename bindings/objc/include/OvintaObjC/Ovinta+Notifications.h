@@ -5,7 +5,8 @@ NS_ASSUME_NONNULL_BEGIN
 /// The names of the notifications that the library posts on the default `NSNotificationCenter`.
 /// They are delivered synchronously, on the thread that posts: the orders ones usually on the
 /// thread of the network callback, the location ones on the main thread. What there is to know
-/// travels as the notification's object; there is no user info.
+/// travels as the notification's object; there is no user info. Posting begins when the first name
+/// or manager is asked for: install the platform's services before.
 @interface Ovinta (Notifications)
 /// After each successful fetch. Object: `NSArray<Order*>`, all orders; possibly empty.
 @property(class, nonatomic, readonly, copy) NSNotificationName ordersUpdated;

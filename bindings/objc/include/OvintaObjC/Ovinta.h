@@ -12,8 +12,9 @@ OVINTA_EXTERN const double OvintaSDKVersionNumber;
 OVINTA_EXTERN const unsigned char OvintaSDKVersionString[];
 
 /// The library's entry point. All members may be called from any thread. In all classes, nil for an
-/// argument that is not marked as nullable, or an object of another class, raises
-/// `NSInvalidArgumentException`. An exception that leaves a block is logged and goes no further.
+/// argument that is not marked as nullable, an object of another class, or a state that is none of
+/// the cases raises `NSInvalidArgumentException`. An exception that leaves a block is logged and
+/// goes no further.
 @interface Ovinta : NSObject
 /// The managers; the same objects for the life of the process.
 @property(class, nonatomic, readonly) OrdersManager* orders;
@@ -32,8 +33,7 @@ OVINTA_EXTERN const unsigned char OvintaSDKVersionString[];
 /// Starts the library. Call it once, early. The option "token", a text, is the application's API
 /// token; one that is absent or no text leaves an earlier token in force, other options are
 /// ignored. Called again, it only replaces the token. The second half runs on the main thread: a
-/// caller on another one blocks until the main queue has run it. From now on what the library posts
-/// is also posted on the default `NSNotificationCenter`; see `Ovinta+Notifications.h`.
+/// caller on another one blocks until the main queue has run it.
 + (void)configure:(NSDictionary<NSString*, id>*)options;
 
 /// Sets `pushToken` to the text unchanged.

@@ -14,4 +14,8 @@ NS_ASSUME_NONNULL_BEGIN
 - (instancetype)init NS_UNAVAILABLE;
 @end
 
+@interface OvintaRecord (Unavailable)
++ (instancetype)new NS_UNAVAILABLE;
+@end
+
 NS_ASSUME_NONNULL_END
