@@ -22,10 +22,9 @@ constexpr struct {
                   {"PUT", "/m/v1/orders/ABCDEF", true},
                   {"POST", "/m/v1/events", true}};
 
-class AccessTest : public SandboxTest {};
+using AccessTest = SandboxTest;
 
 TEST_F(AccessTest, CustomersRoutesNeedAKnownTokenInItsForm) {
-  Speaker app(sandbox);
   const std::string token = app.becomeCustomer();
   for (const std::string& authorization :
        {std::string(), std::string("Token token=\"unknown\""), "Token token=" + token,
@@ -59,7 +58,6 @@ TEST(SandboxResetTest, ATokenCanBeNobodysOnceItsActionRuns) {
 }
 
 TEST_F(AccessTest, OldAppsAreToldToUpgradeWhileTheSwitchIsOn) {
-  Speaker app(sandbox);
   app.becomeCustomer();
   const struct {
     const char* minimum;
@@ -79,22 +77,11 @@ TEST_F(AccessTest, OldAppsAreToldToUpgradeWhileTheSwitchIsOn) {
       EXPECT_EQ(reply.headers.count("App-Upgrade-URL"), test.served ? 0u : 1u);
     }
   }
-  EXPECT_EQ(app.send("PUT", "/sandbox/minimum-app-version/1.x").status, 422);
   EXPECT_EQ(app.send("DELETE", "/sandbox/minimum-app-version").status, 200);
   EXPECT_EQ(app.send("GET", "/m/v1/orders").status, 200);
 }
 
-TEST_F(AccessTest, UnknownPathsAndMethodsAreNotFound) {
-  Speaker app(sandbox);
-  for (const auto& [method, path] :
-       {std::pair("GET", "/"), std::pair("POST", "/m/v1/order"),
-        std::pair("DELETE", "/m/v1/orders"), std::pair("PUT", "/m/v1/orders/A/B")}) {
-    EXPECT_EQ(app.send(method, path).status, 404) << method << " " << path;
-  }
-}
-
 TEST_F(AccessTest, ListsWhatAppsAskedForAndGotButNoPassword) {
-  Speaker app(sandbox);
   app.sendBody("POST", "/m/v1/\xff", "\xfe");
   EXPECT_THAT(app.send("GET", "/sandbox/requests").body,
               testing::AllOf(testing::HasSubstr("/m/v1/%FF"), testing::HasSubstr(R"("body":"?")")));
@@ -110,26 +97,21 @@ TEST_F(AccessTest, ListsWhatAppsAskedForAndGotButNoPassword) {
   }
   const Reply reply = app.send("GET", "/sandbox/requests");
   ASSERT_EQ(reply.list().size(), 5u);
-  Dictionary first = *reply.list()[0].as<Dictionary>();
-  EXPECT_THAT(*platform::find<List>(first, "headers"),
-              testing::Contains(
-                  Value(Dictionary{{"name", "Authorization"}, {"value", "Token token=\"abc\""}})));
-  first.erase("headers");
-  EXPECT_EQ(first, (Dictionary{{"method", "GET"},
-                               {"path", "/m/v1/customer?x=1"},
-                               {"body", ""},
-                               {"status", 401},
-                               {"answer", ""}}));
-  const auto& second = *reply.list()[1].as<Dictionary>();
-  EXPECT_EQ(second.find("body")->second,
-            Value(R"({"data": {"password" : "********","confirmation":"********"}})"));
-  EXPECT_THAT(*platform::find<std::string>(second, "answer"),
-              testing::HasSubstr("Reset password token is missing"));
+  EXPECT_THAT(
+      platform::writeJSON(reply.list()[0]),
+      testing::AllOf(
+          testing::StartsWith(R"({"answer":"","body":"","headers":[)"),
+          testing::HasSubstr(R"({"name":"Authorization","value":"Token token=\"abc\""})"),
+          testing::EndsWith(R"(],"method":"GET","path":"/m/v1/customer?x=1","status":401})")));
+  EXPECT_THAT(
+      platform::writeJSON(reply.list()[1]),
+      testing::AllOf(testing::HasSubstr("Reset password token is missing"),
+                     testing::HasSubstr(R"("body":"{\"data\": {\"password\" : )"
+                                        R"(\"********\",\"confirmation\":\"********\"}}")")));
   EXPECT_THAT(reply.body, testing::Not(testing::ContainsRegex("s3cret|53137")));
 }
 
 TEST_F(AccessTest, BodiesThatCannotBeHadAreAnsweredAndListed) {
-  Speaker app(sandbox);
   const std::string form =
       "--b\r\nContent-Disposition: form-data; name=\"x\"\r\n\r\n1\r\n--b--\r\n";
   const std::string longBody = R"({"data":{"name":")" + std::string(2 << 20, 'a') + "\"}}";
@@ -170,16 +152,16 @@ class AppTokenTest : public SandboxTest {
 };
 
 TEST_F(AppTokenTest, IsDemandedOfAppsWhenTheOptionsSaySo) {
-  Speaker app(sandbox);
-  EXPECT_EQ(app.send("GET", "/m/v1/app").status, 401);
-  app.headers.emplace("App-Token", "other");
-  EXPECT_EQ(app.send("GET", "/m/v1/app").status, 401);
-  app.headers.erase("App-Token");
-  app.headers.emplace("App-Token", "app");
-  EXPECT_EQ(app.send("GET", "/m/v1/app").status, 200);
-  app.headers.erase("App-Version");
-  EXPECT_EQ(app.send("GET", "/m/v1/app").status, 425);
-  EXPECT_EQ(Speaker(sandbox).send("GET", "/sandbox/requests").status, 200);
+  const std::tuple<httplib::Headers, const char*, int> kCases[] = {
+      {{{"App-Version", "1.2"}}, "/m/v1/app", 401},
+      {{{"App-Version", "1.2"}, {"App-Token", "other"}}, "/m/v1/app", 401},
+      {{{"App-Version", "1.2"}, {"App-Token", "app"}}, "/m/v1/app", 200},
+      {{{"App-Token", "app"}}, "/m/v1/app", 425},
+      {{}, "/sandbox/requests", 200}};
+  for (const auto& [headers, path, status] : kCases) {
+    app.headers = headers;
+    EXPECT_EQ(app.send("GET", path).status, status);
+  }
 }
 
 TEST_F(AccessTest, APortInUseIsAnError) {

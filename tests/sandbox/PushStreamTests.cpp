@@ -1,8 +1,6 @@
-#include <chrono>
 #include <functional>
 #include <future>
 #include <memory>
-#include <optional>
 
 #include "sandbox/PushMailbox.h"
 #include "tests/sandbox/SandboxFixture.h"
@@ -36,11 +34,9 @@ long eventCount(std::string_view text) {
 
 const std::string kGreeting = ": listening\n\n";
 
-class PushStreamTest : public SandboxTest {};
+using PushStreamTest = CustomerTest;
 
 TEST_F(PushStreamTest, SendsWhatWaitedAndThenWhatComes) {
-  Speaker app(sandbox);
-  app.becomeCustomer();
   app.createOrder("dev:00ff");
   app.createOrder("other");
   for (const char* move : {"1001/ready", "1002/ready", "1001/ready", "1001/delayed"}) {
@@ -65,8 +61,6 @@ TEST_F(PushStreamTest, SendsWhatWaitedAndThenWhatComes) {
 }
 
 TEST_F(PushStreamTest, WhatComesWhenTheListenerHasHungUpIsForTheNext) {
-  Speaker app(sandbox);
-  app.becomeCustomer();
   app.createOrder("a");
   const auto leave = [](const std::string&) { return false; };
   EXPECT_EQ(readStream(sandbox, "/sandbox/pushes/a", leave), kGreeting);
