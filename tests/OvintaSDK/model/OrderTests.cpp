@@ -56,7 +56,7 @@ TEST_F(OrderTest, EachMutableFieldIsKeptByItself) {
 
 TEST_F(OrderTest, HasTheLocationOfItsSite) {
   const OrderPtr order = decodeOrder(fullOrder());
-  EXPECT_EQ(order->siteLocation()->coordinate, (platform::Coordinate{40.7, -74.0}));
+  EXPECT_EQ(order->siteLocation().value().coordinate, (platform::Coordinate{40.7, -74.0}));
   EXPECT_EQ(order->siteDistance({.coordinate = {40.7, -74.0}}), 0.0);
   const OrderPtr lost = decodeOrder(without(fullOrder(), "site_latitude"));
   EXPECT_FALSE(lost->siteLocation() || lost->siteDistance({}));

@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include <array>
+
 #include "OvintaSDK/api/DecodingOperation.h"
 #include "tests/support/SDKFixture.h"
 #include "tests/support/WireText.h"
@@ -67,21 +69,17 @@ TEST_F(OrderWireTest, IsWrittenInTheOrderOfTheKeys) {
 }
 
 TEST_F(OrderWireTest, EachSwitchHasItsMember) {
-  const std::pair<const char*, const bool OrderDetails::*> members[] = {
-      {"project_mobile_flow_always_show_vehicle_info_fields",
-       &OrderDetails::projectMobileFlowAlwaysShowVehicleInfoFields},
-      {"project_mobile_flow_customer_name_editing_enabled",
-       &OrderDetails::projectMobileFlowCustomerNameEditingEnabled},
-      {"project_mobile_flow_pickup_type_selection_enabled",
-       &OrderDetails::projectMobileFlowPickupTypeSelectionEnabled},
-      {"project_mobile_flow_require_vehicle_info_if_visible",
-       &OrderDetails::projectMobileFlowRequireVehicleInfoIfVisible},
-  };
-  for (const auto& [key, member] : members) {
-    const OrderPtr order = decodeOrder(with(requiredOrder(), {{key, true}}));
-    for (const auto& [other, otherMember] : members) {
-      EXPECT_EQ((*order).*otherMember, key == other) << key << ", " << other;
-    }
+  const char* const keys[] = {"project_mobile_flow_always_show_vehicle_info_fields",
+                              "project_mobile_flow_customer_name_editing_enabled",
+                              "project_mobile_flow_pickup_type_selection_enabled",
+                              "project_mobile_flow_require_vehicle_info_if_visible"};
+  for (std::size_t i = 0; i < std::size(keys); ++i) {
+    const OrderPtr order = decodeOrder(with(requiredOrder(), {{keys[i], true}}));
+    EXPECT_THAT((std::array{order->projectMobileFlowAlwaysShowVehicleInfoFields,
+                            order->projectMobileFlowCustomerNameEditingEnabled,
+                            order->projectMobileFlowPickupTypeSelectionEnabled,
+                            order->projectMobileFlowRequireVehicleInfoIfVisible}),
+                ElementsAre(i == 0, i == 1, i == 2, i == 3));
   }
 }
 

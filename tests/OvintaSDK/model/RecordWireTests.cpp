@@ -101,7 +101,8 @@ TEST_F(RecordWireTest, PagesComeWithEachList) {
 
 TEST_F(RecordWireTest, ASiteHasALocationWhenBothTextsAreDecimal) {
   const Site site = decoded<Site>(kFullSite);
-  EXPECT_EQ(site.location()->coordinate, (platform::Coordinate{.latitude = 0, .longitude = 1}));
+  EXPECT_EQ(site.location().value().coordinate,
+            (platform::Coordinate{.latitude = 0, .longitude = 1}));
   EXPECT_NEAR(site.distance({}).value(), 111'319.491, 0.001);
   // The range is not checked.
   EXPECT_TRUE((Site{.longitude = "0", .latitude = "400"}).location());
