@@ -3,24 +3,22 @@
 namespace ovinta::sandbox {
 namespace {
 
-constexpr struct {
-  const char* method;
-  const char* path;
-  bool needsCustomer;
-} kAppRoutes[] = {{"GET", "/m/v1/app", false},
-                  {"POST", "/m/v1/customer", false},
-                  {"GET", "/m/v1/customer", true},
-                  {"PATCH", "/m/v1/customer", true},
-                  {"PATCH", "/m/v1/customer/sign_up", true},
-                  {"POST", "/m/v1/customer/sign_in", false},
-                  {"POST", "/m/v1/customer/password", false},
-                  {"PATCH", "/m/v1/customer/password", false},
-                  {"GET", "/m/v1/sites", false},
-                  {"GET", "/m/v1/orders", true},
-                  {"POST", "/m/v1/orders", true},
-                  {"GET", "/m/v1/orders/ABCDEF/edit", false},
-                  {"PUT", "/m/v1/orders/ABCDEF", true},
-                  {"POST", "/m/v1/events", true}};
+/// Method, path, and whether only a customer is served.
+constexpr std::tuple<const char*, const char*, bool> kAppRoutes[] = {
+    {"GET", "/m/v1/app", false},
+    {"POST", "/m/v1/customer", false},
+    {"GET", "/m/v1/customer", true},
+    {"PATCH", "/m/v1/customer", true},
+    {"PATCH", "/m/v1/customer/sign_up", true},
+    {"POST", "/m/v1/customer/sign_in", false},
+    {"POST", "/m/v1/customer/password", false},
+    {"PATCH", "/m/v1/customer/password", false},
+    {"GET", "/m/v1/sites", false},
+    {"GET", "/m/v1/orders", true},
+    {"POST", "/m/v1/orders", true},
+    {"GET", "/m/v1/orders/ABCDEF/edit", false},
+    {"PUT", "/m/v1/orders/ABCDEF", true},
+    {"POST", "/m/v1/events", true}};
 
 using AccessTest = SandboxTest;
 
@@ -31,10 +29,10 @@ TEST_F(AccessTest, CustomersRoutesNeedAKnownTokenInItsForm) {
         "Bearer " + token, "Token token=\"" + token + "\" " + "x"}) {
     app.headers.erase("Authorization");
     if (!authorization.empty()) app.headers.emplace("Authorization", authorization);
-    for (const auto& route : kAppRoutes) {
-      const Reply reply = app.send(route.method, route.path);
-      EXPECT_EQ(reply.status == 401, route.needsCustomer)
-          << route.method << " " << route.path << " with " << authorization;
+    for (const auto& [method, path, needsCustomer] : kAppRoutes) {
+      const Reply reply = app.send(method, path);
+      EXPECT_EQ(reply.status == 401, needsCustomer)
+          << method << " " << path << " with " << authorization;
       EXPECT_TRUE(reply.status != 401 || reply.errors.empty());
     }
   }
@@ -49,32 +47,29 @@ TEST(SandboxResetTest, ATokenCanBeNobodysOnceItsActionRuns) {
   }});
   ASSERT_EQ(sandbox.start(), std::nullopt);
   Speaker app(sandbox);
-  for (const auto& route : kAppRoutes) {
-    if (!route.needsCustomer) continue;
+  for (const auto& [method, path, needsCustomer] : kAppRoutes) {
+    if (!needsCustomer) continue;
     app.becomeCustomer();
     isArmed = true;
-    EXPECT_EQ(app.send(route.method, route.path, R"({"name":"Bo"})").status, 401) << route.path;
+    EXPECT_EQ(app.send(method, path, R"({"name":"Bo"})").status, 401) << path;
   }
 }
 
 TEST_F(AccessTest, OldAppsAreToldToUpgradeWhileTheSwitchIsOn) {
   app.becomeCustomer();
-  const struct {
-    const char* minimum;
-    const char* version;
-    bool served;
-  } kCases[] = {{"1.2", "1.2", true},    {"1.10", "1.9", false}, {"1.9", "1.10", true},
-                {"1.2", "1.2.0", true},  {"1.2.0", "1.2", true}, {"2", "1.99", false},
-                {"1", "unknown", false}, {"1", "", false}};
-  for (const auto& test : kCases) {
-    SCOPED_TRACE(std::string(test.version) + " against " + test.minimum);
-    app.send("PUT", std::string("/sandbox/minimum-app-version/") + test.minimum);
+  const std::tuple<std::string, const char*, bool> kCases[] = {
+      {"1.2", "1.2", true},    {"1.10", "1.9", false}, {"1.9", "1.10", true},
+      {"1.2", "1.2.0", true},  {"1.2.0", "1.2", true}, {"2", "1.99", false},
+      {"1", "unknown", false}, {"1", "", false}};
+  for (const auto& [minimum, version, served] : kCases) {
+    SCOPED_TRACE(version + (" against " + minimum));
+    app.send("PUT", "/sandbox/minimum-app-version/" + minimum);
     app.headers.erase("App-Version");
-    app.headers.emplace("App-Version", test.version);
-    for (const auto& route : kAppRoutes) {
-      const Reply reply = app.send(route.method, route.path);
-      EXPECT_EQ(reply.status != 425, test.served) << route.method << " " << route.path;
-      EXPECT_EQ(reply.headers.count("App-Upgrade-URL"), test.served ? 0u : 1u);
+    app.headers.emplace("App-Version", version);
+    for (const auto& [method, path, needsCustomer] : kAppRoutes) {
+      const Reply reply = app.send(method, path);
+      EXPECT_EQ(reply.status != 425, served) << method << " " << path;
+      EXPECT_EQ(reply.headers.count("App-Upgrade-URL"), served ? 0u : 1u);
     }
   }
   EXPECT_EQ(app.send("DELETE", "/sandbox/minimum-app-version").status, 200);

@@ -15,11 +15,7 @@ class SiteTest : public SandboxTest {
 };
 
 TEST_F(SiteTest, SearchesAnswerAPageOfWhatMatches) {
-  const struct {
-    const char* query;
-    std::vector<std::int64_t> ids;
-    const char* pages;
-  } kCases[] = {
+  const std::tuple<std::string, std::vector<std::int64_t>, std::string> kCases[] = {
       {"?", {42, 43, 44, 45, 46, 47, 48, 49, 50, 51}, R"({"count":2,"current":1,"next":)"},
       {"?page=2", {52, 53, 54, 55}, R"({"count":2,"current":2,"per":10,"previous":)"},
       {"?page=9&per=100", {}, R"({"count":1,"current":9,"per":100})"},
@@ -39,12 +35,12 @@ TEST_F(SiteTest, SearchesAnswerAPageOfWhatMatches) {
       {"?latitude=40.7411&longitude=-73.9897&radius=2500.5", {42, 44, 46}, R"({"count":1,)"},
       {"?latitude=40.7411&longitude=-73.9897&radius=2500&q=pier&per=1", {44}, R"({"count":1,)"},
       {"?latitude=0&longitude=180&radius=1", {}, R"({"count":0,)"}};
-  for (const auto& test : kCases) {
-    SCOPED_TRACE(test.query);
-    const Reply reply = app.send("GET", std::string("/m/v1/sites") + test.query);
+  for (const auto& [query, expectedIds, pages] : kCases) {
+    SCOPED_TRACE(query);
+    const Reply reply = app.send("GET", "/m/v1/sites" + query);
     EXPECT_EQ(reply.status, 200);
-    EXPECT_EQ(ids(reply), test.ids);
-    EXPECT_THAT(reply.body, testing::HasSubstr(std::string(R"("pages":)") + test.pages));
+    EXPECT_EQ(ids(reply), expectedIds);
+    EXPECT_THAT(reply.body, testing::HasSubstr(R"("pages":)" + pages));
   }
 }
 

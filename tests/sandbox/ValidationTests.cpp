@@ -141,12 +141,7 @@ TEST_F(ValidationTest, NamesTheFieldAndChangesNothing) {
 
 TEST_F(ValidationTest, TellsAllFaultsAtOnceInWords) {
   const std::string faults = "/sandbox/faults/GET/m/v1/app";
-  const struct {
-    const char* method;
-    std::string path;
-    const char* data;
-    const char* errors;
-  } kCases[] = {
+  const std::tuple<const char*, std::string, const char*, const char*> kCases[] = {
       {"POST", "/m/v1/orders", R"({"pickup_window":"soon"})",
        R"({"partner_identifier":["Partner identifier is missing"],)"
        R"("pickup_window":["Pickup window must be two dates joined by a slash"],)"
