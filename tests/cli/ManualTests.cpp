@@ -7,6 +7,8 @@ namespace ovinta {
 namespace {
 
 using test::shell;
+using testing::ContainsRegex;
+using testing::HasSubstr;
 
 /// The commands that the help of a command names, and those below them, e.g. "orders event".
 std::vector<std::string> commandsBelow(const std::string& command) {
@@ -23,10 +25,6 @@ std::vector<std::string> commandsBelow(const std::string& command) {
   return commands;
 }
 
-bool contains(const std::string& text, const std::string& part) {
-  return text.find(part) != std::string::npos;
-}
-
 TEST(Manual, namesEveryCommand) {
   const std::string page = shell("$ovinta man | sed 's/[\\]-/-/g'").output;
   const std::string completion = shell("$ovinta completion bash").output;
@@ -36,10 +34,8 @@ TEST(Manual, namesEveryCommand) {
     commands.insert(commands.end(), below.begin(), below.end());
     std::string path = "/" + commands[i];
     std::ranges::replace(path, ' ', '/');
-    EXPECT_TRUE(contains(completion, "\"" + path + "\") words=")) << path;
-    EXPECT_TRUE(contains(page, ".SS \"ovinta " + commands[i] + "\"") ||
-                contains(page, ".SS \"ovinta " + commands[i] + " "))
-        << path;
+    EXPECT_THAT(completion, HasSubstr("\"" + path + "\") words="));
+    EXPECT_THAT(page, ContainsRegex(".SS \"ovinta " + commands[i] + "[\" ]"));
   }
   EXPECT_GE(commands.size(), 32U);
   // Shared options once, with the exit codes and the variables.
@@ -57,11 +53,7 @@ TEST(Manual, namesEveryCommand) {
 }
 
 TEST(Manual, hasBashCompleteCommandsOptionsAndValues) {
-  struct Case {
-    std::string words;
-    std::string completions;
-  };
-  const Case cases[] = {
+  const std::pair<std::string, std::string> cases[] = {
       {"ord", "orders"},
       {"orders cr", "create"},
       {"orders event 7 --customer-state ar", "arrived"},

@@ -1,36 +1,16 @@
-#include <vector>
-
 #include "tests/sandbox/SandboxFixture.h"
 
 namespace ovinta::sandbox {
 namespace {
 
-struct Step {
-  const char* method;
-  const char* path;
-  std::string data;
-  int status;
-  /// A part of the answer's body.
-  const char* answer;
-};
-
-class AccountTest : public SandboxTest {
+class AccountTest : public CustomerTest {
  protected:
-  void take(Speaker& app, const std::vector<Step>& steps) {
-    for (const Step& step : steps) {
-      SCOPED_TRACE(std::string(step.method) + " " + step.path + " " + step.data);
-      const Reply reply = app.send(step.method, step.path, step.data);
-      EXPECT_EQ(reply.status, step.status);
-      EXPECT_THAT(reply.body, testing::HasSubstr(step.answer));
-    }
-  }
-
   std::string resetToken() {
-    const Reply reply = Speaker(sandbox).send("GET", "/sandbox/customers");
-    const auto* token =
+    const Reply reply = app.send("GET", "/sandbox/customers");
+    const auto* found =
         platform::find<std::string>(*reply.list().at(0).as<Dictionary>(), "reset_password_token");
     EXPECT_THAT(reply.body, testing::Not(testing::HasSubstr("\"password\"")));
-    return token ? *token : "";
+    return found ? *found : "";
   }
 };
 
@@ -45,53 +25,50 @@ std::string signUpData(const std::string& email, const std::string& password,
 }
 
 TEST_F(AccountTest, CustomersSignUpInAndChange) {
-  Speaker app(sandbox);
-  const std::string token = app.becomeCustomer();
-  take(app, {{"PATCH", "/m/v1/customer", R"({"name":"Bo","car_type":"SUV"})", 200, "\"Bo\""},
-             {"PATCH", "/m/v1/customer", R"({"name":"Bo","phone":null})", 200, "\"SUV\""},
-             {"PATCH", "/m/v1/customer", R"({"phone":"6"})", 422, "Name is missing"},
-             {"PATCH", kSignUp, signUpData("a b@c", "secret", "secret"), 422, "is no e-mail"},
-             {"PATCH", kSignUp, signUpData("a@b@c", "secret", "secret"), 422, "is no e-mail"},
-             {"PATCH", kSignUp, signUpData("a@b.c", "short", "short"), 422, "at least 6"},
-             {"PATCH", kSignUp, signUpData("a@b.c", "ééé", "ééé"), 422, "at least 6"},
-             {"PATCH", kSignUp, signUpData("a@b.c", "secret", "Secret"), 422,
-              R"("password_confirmation":["Password confirmation is not the password"])"},
-             {"POST", kSignIn, R"({"email":"a@b.c","password":"secret"})", 401, "is wrong"},
-             {"PATCH", kSignUp, signUpData("a@b.c", "secret", "secret"), 200, R"("a@b.c")"},
-             {"PATCH", kSignUp, signUpData("d@b.c", "secret", "secret"), 422, "set already"},
-             {"POST", kSignIn, R"({"email":"A@B.C","password":"secret"})", 200, token.c_str()},
-             {"POST", kSignIn, R"({"email":"a@b.c","password":"Secret"})", 401, "is wrong"},
-             {"POST", kSignIn, R"({"email":"a@b.c"})", 422, "Password is missing"}});
+  take({{"PATCH", "/m/v1/customer", R"({"name":"Bo","car_type":"SUV","car_color":null})", 200,
+         "\"Bo\""},
+        {"PATCH", "/m/v1/customer", R"({"name":"Bo","phone":null})", 200, "\"SUV\""},
+        {"PATCH", "/m/v1/customer", R"({"phone":"6"})", 422, "Name is missing"},
+        {"PATCH", kSignUp, signUpData("a b@c", "secret", "secret"), 422, "is no e-mail"},
+        {"PATCH", kSignUp, signUpData("a@b@c", "secret", "secret"), 422, "is no e-mail"},
+        {"PATCH", kSignUp, signUpData("a@b.c", "short", "short"), 422, "at least 6"},
+        {"PATCH", kSignUp, signUpData("a@b.c", "ééé", "ééé"), 422, "at least 6"},
+        {"PATCH", kSignUp, signUpData("a@b.c", "secret", "Secret"), 422,
+         R"("password_confirmation":["Password confirmation is not the password"])"},
+        {"POST", kSignIn, R"({"email":"a@b.c","password":"secret"})", 401, "is wrong"},
+        {"PATCH", kSignUp, signUpData("a@b.c", "secret", "secret"), 200, R"("a@b.c")"},
+        {"PATCH", kSignUp, signUpData("d@b.c", "secret", "secret"), 422, "set already"},
+        {"POST", kSignIn, R"({"email":"A@B.C","password":"secret"})", 200, token},
+        {"POST", kSignIn, R"({"email":"a@b.c","password":"Secret"})", 401, "is wrong"},
+        {"POST", kSignIn, R"({"email":"a@b.c"})", 422, "Password is missing"}});
   EXPECT_EQ(app.send("GET", "/m/v1/customer").record(), (Dictionary{{"api_token", token},
                                                                     {"name", "Bo"},
                                                                     {"car_type", "SUV"},
                                                                     {"phone", "5"},
                                                                     {"email", "a@b.c"}}));
   app.becomeCustomer();
-  take(app, {{"PATCH", kSignUp, signUpData("A@b.c", "secret", "secret"), 422, "is taken"}});
+  take({{"PATCH", kSignUp, signUpData("A@b.c", "secret", "secret"), 422, "is taken"}});
 }
 
 TEST_F(AccountTest, AResetTokenSetsANewPasswordOnce) {
-  Speaker app(sandbox);
-  app.becomeCustomer();
-  const auto newPassword = [](const std::string& token, const std::string& confirmation) {
-    return R"({"reset_password_token":")" + token + R"(","password":"newone","confirmation":")" +
+  const auto newPassword = [](const std::string& secret, const std::string& confirmation) {
+    return R"({"reset_password_token":")" + secret + R"(","password":"newone","confirmation":")" +
            confirmation + "\"}";
   };
-  take(app, {{"PATCH", kSignUp, signUpData("a@b.c", "secret", "secret"), 200, ""},
-             {"POST", kPassword, R"({"email":"x@b.c"})", 202, "{}"},
-             {"POST", kPassword, R"({"email":"x"})", 422, "is no e-mail"}});
+  take({{"PATCH", kSignUp, signUpData("a@b.c", "secret", "secret"), 200, ""},
+        {"POST", kPassword, R"({"email":"x@b.c"})", 202, "{}"},
+        {"POST", kPassword, R"({"email":"x"})", 422, "is no e-mail"}});
   EXPECT_EQ(resetToken(), "");
-  take(app, {{"POST", kPassword, R"({"email":"a@b.c"})", 202, "{}"}});
+  take({{"POST", kPassword, R"({"email":"a@b.c"})", 202, "{}"}});
   const std::string replaced = resetToken();
-  take(app, {{"POST", "//m/v1/customer/password", R"({"email":"A@b.c"})", 202, "{}"}});
-  const std::string token = resetToken();
-  take(app, {{"PATCH", kPassword, newPassword(replaced, "newone"), 422, "is unknown or used"},
-             {"PATCH", kPassword, newPassword(token, "other"), 422, R"("confirmation":)"},
-             {"PATCH", kPassword, newPassword(token, "newone"), 200, R"("a@b.c")"},
-             {"PATCH", kPassword, newPassword(token, "newone"), 422, "is unknown or used"},
-             {"POST", kSignIn, R"({"email":"a@b.c","password":"secret"})", 401, ""},
-             {"POST", kSignIn, R"({"email":"a@b.c","password":"newone"})", 200, ""}});
+  take({{"POST", "//m/v1/customer/password", R"({"email":"A@b.c"})", 202, "{}"}});
+  const std::string newest = resetToken();
+  take({{"PATCH", kPassword, newPassword(replaced, "newone"), 422, "is unknown or used"},
+        {"PATCH", kPassword, newPassword(newest, "other"), 422, R"("confirmation":)"},
+        {"PATCH", kPassword, newPassword(newest, "newone"), 200, R"("a@b.c")"},
+        {"PATCH", kPassword, newPassword(newest, "newone"), 422, "is unknown or used"},
+        {"POST", kSignIn, R"({"email":"a@b.c","password":"secret"})", 401, ""},
+        {"POST", kSignIn, R"({"email":"a@b.c","password":"newone"})", 200, ""}});
 }
 
 }  // namespace

@@ -5,10 +5,13 @@
 
 #include <atomic>
 #include <chrono>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <tuple>
 #include <utility>
 #include <variant>
+#include <vector>
 
 #include "platform/JSON.h"
 #include "platform/Value.h"
@@ -94,7 +97,17 @@ class Speaker {
   httplib::Client client_;
 };
 
-/// A running sandbox whose clock stands still until it is told otherwise.
+/// A request and what has to come back.
+struct Step {
+  const char* method;
+  std::string path;
+  std::string data;
+  int status;
+  /// A part of the answer's body.
+  std::string answer = {};
+};
+
+/// A running sandbox whose clock stands still until it is told otherwise, and an app.
 class SandboxTest : public testing::Test {
  protected:
   static constexpr platform::Date kStart{std::chrono::sys_days{std::chrono::year{2024} / 5 / 1} +
@@ -102,20 +115,43 @@ class SandboxTest : public testing::Test {
 
   explicit SandboxTest(Options options = {}) : sandbox(withClock(std::move(options))) {}
 
-  void SetUp() override { ASSERT_EQ(sandbox.start(), std::nullopt); }
+  void SetUp() override { ASSERT_EQ(startError_, std::nullopt); }
 
   void advance(std::chrono::seconds by) { passed_ += by.count(); }
 
+  void take(const std::vector<Step>& steps) {
+    for (const Step& step : steps) {
+      SCOPED_TRACE(std::string(step.method) + " " + step.path + " " + step.data);
+      const Reply reply = app.send(step.method, step.path, step.data);
+      EXPECT_EQ(reply.status, step.status);
+      EXPECT_THAT(reply.body, testing::HasSubstr(step.answer));
+    }
+  }
+
+ private:
   Options withClock(Options options) {
     options.now = [this] { return kStart + std::chrono::seconds(passed_); };
     return options;
   }
 
- private:
   std::atomic<std::int64_t> passed_{0};
 
  protected:
   Sandbox sandbox;
+
+ private:
+  std::optional<std::string> startError_ = sandbox.start();
+
+ protected:
+  Speaker app{sandbox};
+};
+
+/// The same with an app that speaks for a customer.
+class CustomerTest : public SandboxTest {
+ protected:
+  using SandboxTest::SandboxTest;
+
+  const std::string token = app.becomeCustomer();
 };
 
 }  // namespace ovinta::sandbox

@@ -1,9 +1,13 @@
 #include "OvintaSDK/model/Order.h"
 
+#include "OvintaSDK/model/wire/OrderWire.h"
 #include "tests/support/SDKFixture.h"
+#include "tests/support/WireText.h"
 
 namespace ovinta::test {
 namespace {
+
+using namespace std::chrono_literals;
 
 using OrderTest = SDKFixture;
 
@@ -20,65 +24,42 @@ TEST_F(OrderTest, IsOpenWhileBothSidesStillHaveToAct) {
   }
 }
 
-template <class T>
-struct Accessor {
-  T (Order::*get)() const;
-  void (Order::*set)(T);
-};
-
-/// Sets each field to a value of its own, and only then reads them back.
-template <class T>
-void checkAccessors(Order& order, const std::vector<Accessor<T>>& accessors, T (*value)(int)) {
-  int number = 0;
-  for (const auto& [get, set] : accessors) (order.*set)(value(number++));
-  number = 0;
-  for (const auto& [get, set] : accessors) {
-    EXPECT_EQ((order.*get)(), value(number++));
-    (order.*set)(std::nullopt);
-    EXPECT_EQ((order.*get)(), std::nullopt);
-  }
-}
-
 TEST_F(OrderTest, EachMutableFieldIsKeptByItself) {
-  using Text = std::optional<std::string>;
-  using Date = std::optional<platform::Date>;
-  const OrderPtr order = decodeOrder(fullOrder());
-  const std::vector<Accessor<Text>> texts{{&Order::pickupType, &Order::setPickupType},
-                                          {&Order::customerRating, &Order::setCustomerRating},
-                                          {&Order::customerComment, &Order::setCustomerComment},
-                                          {&Order::pushToken, &Order::setPushToken}};
-  checkAccessors<Text>(*order, texts, [](int i) { return Text(std::to_string(i)); });
-  const std::vector<Accessor<Date>> dates{{&Order::etaAt, &Order::setEtaAt},
-                                          {&Order::completedAt, &Order::setCompletedAt},
-                                          {&Order::createdAt, &Order::setCreatedAt},
-                                          {&Order::updatedAt, &Order::setUpdatedAt}};
-  checkAccessors<Date>(*order, dates, [](int i) { return Date(kStart + std::chrono::hours(i)); });
+  const OrderPtr order = decodeOrder(requiredOrder());
+  const auto setAll = [&](const std::vector<std::optional<std::string>>& texts,
+                          const std::vector<std::optional<platform::Date>>& dates) {
+    order->setPickupType(texts[0]);
+    order->setCustomerRating(texts[1]);
+    order->setCustomerComment(texts[2]);
+    order->setPushToken(texts[3]);
+    order->setEtaAt(dates[0]);
+    order->setCompletedAt(dates[1]);
+    order->setCreatedAt(dates[2]);
+    order->setUpdatedAt(dates[3]);
+    return *platform::parseJSON(encoded(order))->as<platform::Dictionary>();
+  };
+  EXPECT_EQ(setAll({"0", "1", "2", "3"}, {kStart, kStart + 1h, kStart + 2h, kStart + 3h}),
+            with(requiredOrder(), {{"pickup_type", "0"},
+                                   {"customer_rating_value_string", "1"},
+                                   {"customer_rating_comments", "2"},
+                                   {"push_token", "3"},
+                                   {"eta_at", "2021-03-04T20:30:00.000Z"},
+                                   {"completed_at", "2021-03-04T21:30:00.000Z"},
+                                   {"created_at", "2021-03-04T22:30:00.000Z"},
+                                   {"updated_at", "2021-03-04T23:30:00.000Z"}}));
+  EXPECT_EQ(setAll(std::vector<std::optional<std::string>>(4),
+                   std::vector<std::optional<platform::Date>>(4)),
+            requiredOrder());
   EXPECT_TRUE(requests().empty());
   EXPECT_EQ(queues->waitingCount(), 0U);
 }
 
-TEST_F(OrderTest, HasALocationWhenBothTextsAreDecimal) {
-  const struct {
-    platform::Value latitude;
-    platform::Value longitude;
-    std::optional<platform::Coordinate> coordinate;
-  } cases[] = {
-      {"40.7", "-74.0", {{40.7, -74.0}}},
-      // The range is not checked.
-      {"400", "0", {{400, 0}}},
-      {nullptr, "-74.0", {}},
-      {"40.7", nullptr, {}},
-      {"40.7 ", "-74.0", {}},
-      {"", "-74.0", {}},
-  };
-  for (const auto& [latitude, longitude, coordinate] : cases) {
-    const OrderPtr order = decodeOrder(
-        with(requiredOrder(), {{"site_latitude", latitude}, {"site_longitude", longitude}}));
-    const auto location = order->siteLocation();
-    EXPECT_EQ(location ? std::optional(location->coordinate) : std::nullopt, coordinate);
-    EXPECT_EQ(order->siteDistance({}).has_value(), coordinate.has_value());
-  }
-  EXPECT_EQ(decodeOrder(fullOrder())->siteDistance({.coordinate = {40.7, -74.0}}), 0.0);
+TEST_F(OrderTest, HasTheLocationOfItsSite) {
+  const OrderPtr order = decodeOrder(fullOrder());
+  EXPECT_EQ(order->siteLocation().value().coordinate, (platform::Coordinate{40.7, -74.0}));
+  EXPECT_EQ(order->siteDistance({.coordinate = {40.7, -74.0}}), 0.0);
+  const OrderPtr lost = decodeOrder(without(fullOrder(), "site_latitude"));
+  EXPECT_FALSE(lost->siteLocation() || lost->siteDistance({}));
 }
 
 }  // namespace

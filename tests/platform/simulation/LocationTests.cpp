@@ -16,6 +16,12 @@ using ::testing::IsEmpty;
 
 constexpr UUID kUUID{{1, 2, 3}};
 
+BeaconRegion region(const std::string& name, std::optional<std::uint16_t> major = {},
+                    std::optional<std::uint16_t> minor = {}) {
+  return {.proximityUUID = kUUID, .major = major, .minor = minor, .identifier = name};
+}
+
+/// Notes what it is told: metres north of the site, "region: minor..." and crossed regions.
 class Delegate : public LocationManagerDelegate {
  public:
   void didUpdateLocations(const std::vector<Location>& locations) override {
@@ -26,22 +32,19 @@ class Delegate : public LocationManagerDelegate {
   void didChangeAuthorizationStatus(AuthorizationStatus) override {}
   void didRangeBeacons(const std::vector<RangedBeacon>& beacons,
                        const BeaconRegion& region) override {
-    std::vector<std::int64_t> heard;
-    for (const auto& beacon : beacons) heard.push_back(beacon.minor);
-    ranged.emplace_back(region.identifier, heard);
+    std::string& heard = notes.emplace_back(region.identifier + ":");
+    for (const auto& beacon : beacons) heard += " " + std::to_string(beacon.minor);
     if (onRanged) onRanged();
   }
   void didEnterRegion(const BeaconRegion& region) override {
-    crossed.push_back("in " + region.identifier);
+    notes.push_back("in " + region.identifier);
   }
   void didExitRegion(const BeaconRegion& region) override {
-    crossed.push_back("out " + region.identifier);
+    notes.push_back("out " + region.identifier);
   }
 
-  /// How far north of the site the reported positions lie.
   std::vector<long> metres;
-  std::vector<std::pair<std::string, std::vector<std::int64_t>>> ranged;
-  std::vector<std::string> crossed;
+  std::vector<std::string> notes;
   std::function<void()> onRanged;
 };
 
@@ -52,6 +55,8 @@ class LocationTest : public ::testing::Test {
     time.runUntilIdle();
   }
 
+  void SetUp() override { manager->setDelegate(&delegate); }
+
   VirtualTime time{Date{}};
   SimulatedLocation location{time.mainQueue(), std::make_shared<Sphere>()};
   Delegate delegate;
@@ -59,7 +64,6 @@ class LocationTest : public ::testing::Test {
 };
 
 TEST_F(LocationTest, PositionsPassTheDistanceFilter) {
-  manager->setDelegate(&delegate);
   manager->setDistanceFilter(100);
   manager->startUpdatingLocation();
   deliver({1000, 950, 901, 899, 850, 800});
@@ -81,7 +85,6 @@ TEST_F(LocationTest, PositionsComeOnlyWithServiceAndPermission) {
   const std::tuple<bool, AuthorizationStatus, bool> kCases[] = {
       {true, 3, true},  {true, 4, true},  {true, 0, false}, {true, 1, false},
       {true, 2, false}, {true, 5, false}, {false, 3, false}};
-  manager->setDelegate(&delegate);
   manager->startUpdatingLocation();
   int known = 0;
   location.onPosition([&](const Location&) { ++known; });
@@ -98,7 +101,6 @@ TEST_F(LocationTest, PositionsComeOnlyWithServiceAndPermission) {
 }
 
 TEST_F(LocationTest, SignificantChangesAloneComeEvery500Metres) {
-  manager->setDelegate(&delegate);
   deliver({2000});
   manager->startMonitoringSignificantLocationChanges();
   deliver({2000, 1600, 1499, 1200, 990});
@@ -106,9 +108,8 @@ TEST_F(LocationTest, SignificantChangesAloneComeEvery500Metres) {
 }
 
 TEST_F(LocationTest, RangedRegionsReportOnceASecond) {
-  const BeaconRegion all{.proximityUUID = kUUID, .major = {}, .minor = {}, .identifier = "all"};
-  const BeaconRegion one{.proximityUUID = kUUID, .major = 1, .minor = 2, .identifier = "one"};
-  manager->setDelegate(&delegate);
+  const BeaconRegion all = region("all");
+  const BeaconRegion one = region("one", 1, 2);
   time.runUntilIdle();
   EXPECT_EQ(time.pendingTaskCount(), 0u);
 
@@ -120,16 +121,13 @@ TEST_F(LocationTest, RangedRegionsReportOnceASecond) {
                               {.proximityUUID = kUUID, .major = 2, .minor = 3},
                               {.proximityUUID = {}, .major = 1, .minor = 2}});
   time.advance(999ms);
-  EXPECT_THAT(delegate.ranged, IsEmpty());
+  EXPECT_THAT(delegate.notes, IsEmpty());
   time.advance(1ms);
-  const auto report = [](std::string name, std::vector<std::int64_t> minors) {
-    return std::pair(std::move(name), std::move(minors));
-  };
-  EXPECT_THAT(delegate.ranged, ElementsAre(report("all", {2, 3}), report("one", {2})));
+  EXPECT_THAT(delegate.notes, ElementsAre("all: 2 3", "one: 2"));
 
   // Ranging that stops and starts again keeps its beat; without permission nothing is reported.
   location.setBeaconsInRange({});
-  delegate.ranged.clear();
+  delegate.notes.clear();
   for (int i = 0; i < 4; ++i) {
     time.advance(500ms);
     manager->stopRangingBeacons(all);
@@ -139,36 +137,31 @@ TEST_F(LocationTest, RangedRegionsReportOnceASecond) {
   location.setAuthorizationStatus(2);
   time.advance(2s);
   location.setAuthorizationStatus(3);
-  EXPECT_THAT(delegate.ranged, ElementsAre(report("one", {}), report("one", {})));
+  EXPECT_THAT(delegate.notes, ElementsAre("one:", "one:"));
 
   manager->stopRangingBeacons(one);
   time.advance(1s);
   EXPECT_EQ(time.pendingTaskCount(), 0u);
-  EXPECT_EQ(delegate.ranged.size(), 2u);
+  EXPECT_EQ(delegate.notes.size(), 2u);
 }
 
 TEST_F(LocationTest, MonitoredBeaconsAreEnteredWhenHeardAndLeftAfterHalfAMinute) {
-  manager->setDelegate(&delegate);
-  manager->startMonitoring(
-      BeaconRegion{.proximityUUID = kUUID, .major = {}, .minor = {}, .identifier = "a"});
+  manager->startMonitoring(region("a"));
   location.setBeaconsInRange({{.proximityUUID = kUUID, .major = 1, .minor = 2}});
   time.advance(60s);
   location.setBeaconsInRange({});
   time.advance(29s);
-  EXPECT_THAT(delegate.crossed, ElementsAre("in a"));
+  EXPECT_THAT(delegate.notes, ElementsAre("in a"));
   time.advance(1s);
-  EXPECT_THAT(delegate.crossed, ElementsAre("in a", "out a"));
+  EXPECT_THAT(delegate.notes, ElementsAre("in a", "out a"));
 }
 
 TEST_F(LocationTest, ADelegateMayEndTheManagerWhileItReports) {
-  manager->setDelegate(&delegate);
-  manager->startRangingBeacons(
-      {.proximityUUID = kUUID, .major = 1, .minor = {}, .identifier = "a"});
-  manager->startRangingBeacons(
-      {.proximityUUID = kUUID, .major = 2, .minor = {}, .identifier = "b"});
+  manager->startRangingBeacons(region("a", 1));
+  manager->startRangingBeacons(region("b", 2));
   delegate.onRanged = [this] { manager.reset(); };
   time.advance(5s);
-  EXPECT_EQ(delegate.ranged.size(), 1u);
+  EXPECT_EQ(delegate.notes.size(), 1u);
   EXPECT_EQ(time.pendingTaskCount(), 0u);
 }
 

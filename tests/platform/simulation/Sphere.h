@@ -5,6 +5,7 @@
 #include <numbers>
 
 #include "platform/Location.h"
+#include "platform/Services.h"
 
 namespace ovinta::platform::simulation {
 
@@ -21,6 +22,13 @@ class Sphere : public Geodesy {
     return std::hypot(north, turn * kMetresPerDegree * std::cos(middle));
   }
 };
+
+/// Services that a simulation on the sphere is based on.
+inline Services sphericalServices() {
+  Services services;
+  services.geodesy = std::make_shared<Sphere>();
+  return services;
+}
 
 /// Where the trips of the repository lead.
 inline constexpr Coordinate kSite{40.7411, -73.9897};

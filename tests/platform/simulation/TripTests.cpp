@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <tuple>
 #include <vector>
 
 #include "platform/simulation/TripPlayer.h"
@@ -11,6 +12,7 @@ namespace ovinta::platform::simulation {
 namespace {
 
 using namespace std::chrono_literals;
+using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 
 std::string gpx(const std::string& content) {
@@ -36,16 +38,14 @@ TEST(GPXTest, ReadsTimesAccuraciesAndSpeeds) {
            <extensions><t:accuracy>9</t:accuracy><x:accuracy>1</x:accuracy></extensions></trkpt>
          </trkseg><trkseg><trkpt lat=" 41 " lon="-73.3"><time> 2026-03-14T15:00:02 </time>
            <extensions><x:more><x:speed>3.5</x:speed></x:more></extensions></trkpt>)"));
-  ASSERT_EQ(trip.points.size(), 3u);
   EXPECT_EQ(trip.start, kDefaultTripStart);
-  EXPECT_EQ(trip.points[1].offset, 500ms);
-  EXPECT_EQ(trip.points[2].offset, 2s);
-  EXPECT_EQ(trip.points[2].coordinate, (Coordinate{41, -73.3}));
-  EXPECT_EQ(trip.points[0].accuracy, 10);
-  EXPECT_EQ(trip.points[1].accuracy, 9);
-  EXPECT_LT(trip.points[0].speed, 0);
-  EXPECT_EQ(trip.points[1].speed, 7);
-  EXPECT_EQ(trip.points[2].speed, 3.5);
+  std::vector<std::tuple<TimeInterval, Coordinate, double, double>> points;
+  for (const auto& [offset, coordinate, speed, accuracy] : trip.points) {
+    points.emplace_back(offset, coordinate, speed, accuracy);
+  }
+  EXPECT_THAT(points, ElementsAre(std::tuple(0s, Coordinate{40, -73.5}, -1, 10),
+                                  std::tuple(500ms, Coordinate{40, -73.4}, 7, 9),
+                                  std::tuple(2s, Coordinate{41, -73.3}, 3.5, 5)));
 }
 
 TEST(GPXTest, DerivesMissingTimesFromTheSpeed) {
@@ -136,13 +136,7 @@ class Journey : public LocationManagerDelegate {
     for (const auto& beacon : beacons) strengths.push_back(beacon.rssi);
   }
 
-  static Services base() {
-    Services services;
-    services.geodesy = std::make_shared<Sphere>();
-    return services;
-  }
-
-  Simulation simulation{base(), kDefaultTripStart};
+  Simulation simulation{sphericalServices(), kDefaultTripStart};
   std::unique_ptr<LocationManager> manager = simulation.location().makeLocationManager();
   TripPlayer player;
   std::vector<Location> locations;

@@ -12,12 +12,6 @@ using ::testing::IsEmpty;
 
 class UserNotificationTest : public ::testing::Test {
  protected:
-  static Services base() {
-    Services services;
-    services.geodesy = std::make_shared<Sphere>();
-    return services;
-  }
-
   static UserNotificationRequest request(std::string identifier, bool onEntry = true,
                                          bool repeats = false) {
     return {.identifier = std::move(identifier),
@@ -43,7 +37,7 @@ class UserNotificationTest : public ::testing::Test {
     return found;
   }
 
-  Simulation simulation{base(), Date{}};
+  Simulation simulation{sphericalServices(), Date{}};
   SimulatedUserNotificationCenter& center = simulation.notifications();
 };
 

@@ -1,9 +1,10 @@
-#include "OvintaSDK/model/Site.h"
-
+// Sites and customers as the service sends them, and the keys that each record needs.
 #include <gmock/gmock.h>
 
 #include <tuple>
 
+#include "OvintaSDK/model/wire/CustomerWire.h"
+#include "OvintaSDK/model/wire/OrderWire.h"
 #include "OvintaSDK/model/wire/SiteWire.h"
 #include "tests/support/SDKFixture.h"
 #include "tests/support/WireText.h"
@@ -16,7 +17,7 @@ using platform::Value;
 using ::testing::ElementsAre;
 using ::testing::StartsWith;
 
-using SiteTest = SDKFixture;
+using RecordWireTest = SDKFixture;
 
 constexpr const char* kFullSite =
     R"({"id":3,"partner_identifier":"P","name":"name","phone":"phone","street_address":"street",)"
@@ -26,9 +27,7 @@ constexpr const char* kFullSite =
     R"("project_accent_text_color":"accent text","project_logo_url":"logo",)"
     R"("geofence":{"latitude":"40.7","longitude":"-74.0","radius_meters":150.5}})";
 
-Dictionary fullSite() { return *platform::parseJSON(kFullSite)->as<Dictionary>(); }
-
-TEST_F(SiteTest, EveryKeyHasItsMember) {
+TEST_F(RecordWireTest, EveryKeyOfASiteHasItsMember) {
   const Site site = decoded<Site>(kFullSite);
   EXPECT_EQ(site.id, 3);
   const auto texts =
@@ -45,27 +44,38 @@ TEST_F(SiteTest, EveryKeyHasItsMember) {
   EXPECT_EQ(encoded(decoded<Site>(R"({"id":3,"geofence":null})")), R"({"id":3})");
 }
 
-TEST_F(SiteTest, RefusesMalformedRecords) {
-  for (const auto& [key, value] : fullSite()) {
-    const auto wrong = platform::writeJSON(with(fullSite(), {{key, true}}));
-    EXPECT_THAT(decodingFailure<Site>(wrong), StartsWith("type mismatch at " + key));
-    const auto absent = platform::writeJSON(without(fullSite(), key));
-    EXPECT_THAT(decodingFailure<Site>(absent), StartsWith(key == "id" ? "key not found" : "none"));
-  }
-  const Dictionary geofence{{"latitude", "0"}, {"longitude", "1"}, {"radius_meters", 5}};
-  EXPECT_EQ(decoded<Geofence>(platform::writeJSON(geofence)).radiusMeters, 5);
-  for (const auto& [key, value] : geofence) {
-    EXPECT_THAT(decodingFailure<Geofence>(platform::writeJSON(without(geofence, key))),
-                StartsWith("key not found"))
-        << key;
-    // Numbers where texts are expected, and the other way round.
-    const Value wrong = value.as<std::string>() ? Value(1) : Value("1");
-    EXPECT_THAT(decodingFailure<Geofence>(platform::writeJSON(with(geofence, {{key, wrong}}))),
-                StartsWith("type mismatch at " + key));
+/// Checks what becomes of the record without each of its keys, and with a null or `wrong` in its
+/// place.
+template <class T>
+void checkKeys(const Dictionary& record, const Dictionary& required, const Value& wrong) {
+  for (const auto& [key, value] : record) {
+    SCOPED_TRACE(key);
+    const bool isRequired = required.contains(key);
+    const auto absent = platform::writeJSON(without(record, key));
+    const auto null = platform::writeJSON(with(record, {{key, nullptr}}));
+    EXPECT_EQ(decodingFailure<T>(absent),
+              isRequired ? "key not found: No value associated with key \"" + key + "\"." : "none");
+    EXPECT_THAT(decodingFailure<T>(null),
+                StartsWith(isRequired ? "value not found at " + key + ": " : "none"));
+    EXPECT_THAT(decodingFailure<T>(platform::writeJSON(with(record, {{key, wrong}}))),
+                StartsWith("type mismatch at " + key + ": "));
+    if (isRequired) continue;
+    EXPECT_EQ(encoded(decoded<T>(null)), encoded(decoded<T>(absent)));
+    EXPECT_NE(encoded(decoded<T>(null)), encoded(decoded<T>(platform::writeJSON(record))));
   }
 }
 
-TEST_F(SiteTest, PagesComeWithEachList) {
+TEST_F(RecordWireTest, OnlyTheRequiredKeysMustBeThere) {
+  checkKeys<Site>(*platform::parseJSON(kFullSite)->as<Dictionary>(), {{"id", 3}}, true);
+  const Dictionary geofence{{"latitude", "0"}, {"longitude", "1"}, {"radius_meters", 5}};
+  checkKeys<Geofence>(geofence, geofence, true);
+  EXPECT_THAT(decodingFailure<Geofence>(platform::writeJSON(with(geofence, {{"latitude", 0}}))),
+              StartsWith("type mismatch at latitude"));
+  checkKeys<Customer>(customerRecord(), {{"name", ""}, {"api_token", ""}}, 5);
+  checkKeys<OrderPtr>(fullOrder(), requiredOrder(), Dictionary{});
+}
+
+TEST_F(RecordWireTest, PagesComeWithEachList) {
   const auto page = decoded<SitesResponse>(
       R"({"data":[],"pages":{"next":"n","previous":"p","current":2,"count":3,"per":25}})");
   EXPECT_TRUE(page.data.empty());
@@ -89,15 +99,28 @@ TEST_F(SiteTest, PagesComeWithEachList) {
               StartsWith("key not found"));
 }
 
-TEST_F(SiteTest, HasALocationWhenBothTextsAreDecimal) {
+TEST_F(RecordWireTest, ASiteHasALocationWhenBothTextsAreDecimal) {
   const Site site = decoded<Site>(kFullSite);
-  ASSERT_TRUE(site.location());
-  EXPECT_EQ(site.location()->coordinate, (platform::Coordinate{.latitude = 0, .longitude = 1}));
+  EXPECT_EQ(site.location().value().coordinate,
+            (platform::Coordinate{.latitude = 0, .longitude = 1}));
   EXPECT_NEAR(site.distance({}).value(), 111'319.491, 0.001);
+  // The range is not checked.
+  EXPECT_TRUE((Site{.longitude = "0", .latitude = "400"}).location());
   for (const Site& lost : {Site{.latitude = "1"}, Site{.longitude = "1", .latitude = ""},
                            Site{.longitude = "1 ", .latitude = "1"}}) {
-    EXPECT_FALSE(lost.location());
-    EXPECT_FALSE(lost.distance({}));
+    EXPECT_FALSE(lost.location() || lost.distance({}));
+  }
+}
+
+TEST_F(RecordWireTest, CustomersHoldTheirDetailsInTheSameObject) {
+  EXPECT_EQ(decoded<Customer>(platform::writeJSON(customerRecord())), customer());
+  EXPECT_EQ(encoded(customer().info), R"({"name":"Ann","car_type":"Van","car_color":"Red",)"
+                                      R"("license_plate":"ABC 123","phone":"555"})");
+  const std::pair<Value, bool> cases[] = {
+      {nullptr, false}, {"", false}, {" ", true}, {"ann@example.org", true}};
+  for (const auto& [email, registered] : cases) {
+    const auto text = platform::writeJSON(with(customerRecord(), {{"email", email}}));
+    EXPECT_EQ(decoded<Customer>(text).registered(), registered) << text;
   }
 }
 
