@@ -56,13 +56,6 @@ class PortalTest : public PositionTest {
   static constexpr const char* kPath = "/org/freedesktop/portal/desktop";
   static constexpr const char* kLocation = "org.freedesktop.portal.Location";
   static constexpr const char* kSession = "org.freedesktop.portal.Session";
-  static constexpr const char* kInterfaces = R"(<node>
-    <interface name='org.freedesktop.portal.Location'>
-      <method name='CreateSession'><arg type='a{sv}' direction='in'/>
-        <arg type='o' direction='out'/></method>
-      <method name='Start'><arg type='o' direction='in'/><arg type='s' direction='in'/>
-        <arg type='a{sv}' direction='in'/><arg type='o' direction='out'/></method></interface>
-    <interface name='org.freedesktop.portal.Session'><method name='Close'/></interface></node>)";
 
   PortalTest() { portal_.addObject(kPath, kLocation); }
 
@@ -98,7 +91,9 @@ class PortalTest : public PositionTest {
   std::uint32_t response_ = 0;
   std::string session_;
   std::vector<std::uint32_t> thresholds_;
-  ServiceDouble portal_{daemon_, "org.freedesktop.portal.Desktop", kInterfaces,
+  ServiceDouble portal_{daemon_,
+                        "org.freedesktop.portal.Desktop",
+                        {{"CreateSession", "a{sv}"}, {"Start", "osa{sv}"}, {"Close", ""}},
                         [this](const auto& call) { return answer(call); }};
   PortalProvider provider_{
       std::make_shared<dbus::Bus>(daemon_.address(), time_.mainQueue(),

@@ -68,11 +68,8 @@ class SystemDeviceTest : public testing::Test {
   test::PrivateBus daemon_;
   simulation::VirtualTime time_{Date{}};
   SupplyFolder folder_;
-  ServiceDouble upower_{daemon_, "org.freedesktop.UPower",
-                        "<node><interface name='org.freedesktop.UPower.Device'>"
-                        "<property name='State' type='u' access='read'/>"
-                        "<property name='IsPresent' type='b' access='read'/></interface></node>",
-                        [](const auto&) { return ServiceDouble::NoAnswer{}; }};
+  ServiceDouble upower_{
+      daemon_, "org.freedesktop.UPower", {}, [](const auto&) { return ServiceDouble::NoAnswer{}; }};
   std::shared_ptr<dbus::Bus> bus_ = std::make_shared<dbus::Bus>(
       daemon_.address(), time_.mainQueue(), std::make_shared<simulation::RecordingLog>());
   SystemDevice device_{bus_, time_.mainQueue(), folder_.path()};

@@ -221,10 +221,9 @@ TEST_F(NotifyAgentTest, FiresWhileTheApplicationDoesNotRunAndEndsThen) {
     EXPECT_EQ(test::modeOf(entry.path()), 0600U);
   }
   test::ServiceDouble application{
-      daemon_, "org.example.app",
-      "<node><interface name='org.freedesktop.Application'><method name='Activate'>"
-      "<arg type='a{sv}' direction='in'/></method></interface></node>",
-      [](const auto&) { return dbus::arguments(); }};
+      daemon_, "org.example.app", {{"Activate", "a{sv}"}}, [](const auto&) {
+        return dbus::arguments();
+      }};
   application.addObject("/org/example/app", "org.freedesktop.Application");
   startAgent();
   center = nullptr;
