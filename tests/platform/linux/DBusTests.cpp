@@ -1,11 +1,8 @@
-#include <gmock/gmock.h>
-
 #include <clocale>
 #include <cstdlib>
 
 #include "platform/linux/dbus/Service.h"
-#include "platform/simulation/RecordingLog.h"
-#include "platform/simulation/VirtualTime.h"
+#include "tests/support/BusFixture.h"
 #include "tests/support/ServiceDouble.h"
 
 namespace ovinta::platform::linux::dbus {
@@ -27,14 +24,9 @@ ServiceDouble::Answer answer(const ServiceDouble::Call& call) {
   return call.arguments;
 }
 
-class DBusTest : public testing::Test {
+class DBusTest : public test::BusTest {
  protected:
   DBusTest() { clock_.addObject(kPath, kName); }
-
-  template <class Condition>
-  void waitUntil(Condition condition) {
-    ASSERT_TRUE(time_.waitUntil(condition, 10s));
-  }
 
   std::string call(const char* method, Glib::VariantContainerBase arguments,
                    std::chrono::milliseconds timeout = kCallTimeout) {
@@ -51,11 +43,7 @@ class DBusTest : public testing::Test {
     return result;
   }
 
-  test::PrivateBus daemon_;
-  simulation::VirtualTime time_{Date{}};
-  std::shared_ptr<simulation::RecordingLog> log_ = std::make_shared<simulation::RecordingLog>();
   ServiceDouble clock_{daemon_, kName, kMethods, &answer};
-  std::shared_ptr<Bus> bus_ = std::make_shared<Bus>(daemon_.address(), time_.mainQueue(), log_);
   std::unique_ptr<Service> service_ = std::make_unique<Service>(bus_, kName);
 };
 
