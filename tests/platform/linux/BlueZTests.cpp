@@ -218,11 +218,20 @@ TEST_F(BlueZTest, EntersMonitoredRegionsWhenHeardAndLeavesThemAfterSilence) {
   advertise(1, -60);
   EXPECT_THAT(pass(29s), ElementsAre("in one"));
   manager_->startMonitoring(kOne);
-  EXPECT_THAT(pass(2s), ElementsAre("out all", "out one"));
+  advertise(2, -60);
+  EXPECT_THAT(pass(2s), ElementsAre("out one"));
+  EXPECT_THAT(pass(28s), IsEmpty());
+  EXPECT_THAT(pass(1s), ElementsAre("out all"));
   delegate_.onTold = [&] { manager_->stopMonitoring(kOne); };
   advertise(1, -60);
   EXPECT_THAT(pass(1s), ElementsAre("in all", "in one")) << "it was entered before";
   EXPECT_THAT(pass(31s), ElementsAre("out all"));
+  // A region takes the place of another one of its name, with nothing known.
+  advertise(1, -60);
+  EXPECT_THAT(pass(0s), ElementsAre("in all"));
+  manager_->startMonitoring(BeaconRegion{kBeaconUUID, 1, {}, "all"});
+  advertise(1, -60);
+  EXPECT_THAT(pass(0s), ElementsAre("in all"));
   manager_->stopMonitoring(kAll);
   expectRest();
 }
