@@ -9,15 +9,6 @@ using Interfaces = std::map<Glib::ustring, Properties>;
 constexpr const char* kAdapter = "org.bluez.Adapter1";
 constexpr const char* kDevice = "org.bluez.Device1";
 constexpr const char* kObjectManager = "org.freedesktop.DBus.ObjectManager";
-constexpr const char* kInterfaces = R"(<node>
-  <interface name='org.freedesktop.DBus.ObjectManager'>
-    <method name='GetManagedObjects'><arg type='a{oa{sa{sv}}}' direction='out'/></method>
-  </interface>
-  <interface name='org.bluez.Adapter1'>
-    <method name='SetDiscoveryFilter'><arg type='a{sv}' direction='in'/></method>
-    <method name='StartDiscovery'/><method name='StopDiscovery'/>
-    <property name='Powered' type='b' access='readwrite'/>
-    <property name='Discovering' type='b' access='read'/></interface></node>)";
 
 std::string pathOf(const std::string& adapter) { return "/org/bluez/" + adapter; }
 
@@ -33,7 +24,12 @@ Properties manufacturerData(const BlueZDouble::Bytes& data, std::uint16_t compan
 }  // namespace
 
 BlueZDouble::BlueZDouble(const PrivateBus& bus)
-    : service_(bus, "org.bluez", kInterfaces, [this](const auto& call) { return answer(call); }) {
+    : service_(bus, "org.bluez",
+               {{"GetManagedObjects", ""},
+                {"SetDiscoveryFilter", "a{sv}"},
+                {"StartDiscovery", ""},
+                {"StopDiscovery", ""}},
+               [this](const auto& call) { return answer(call); }) {
   service_.addObject("/", kObjectManager);
 }
 
@@ -100,9 +96,7 @@ void BlueZDouble::advertise(const std::string& adapter, const std::string& devic
 }
 
 bool BlueZDouble::isDiscovering(const std::string& adapter) {
-  bool result = false;
-  service_.sync([&] { result = adapters_[pathOf(adapter)].isDiscovering; });
-  return result;
+  return service_.sync([&] { return adapters_[pathOf(adapter)].isDiscovering; });
 }
 
 void BlueZDouble::setDiscovering(const std::string& path, bool isDiscovering) {

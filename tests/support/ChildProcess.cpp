@@ -20,7 +20,7 @@ std::vector<char*> pointers(std::vector<std::string>& texts) {
 }  // namespace
 
 ChildProcess::ChildProcess(const std::vector<std::string>& command,
-                           std::vector<std::string> variables) {
+                           std::vector<std::string> variables, std::string* firstLine) {
   std::vector<std::string> words{"setpriv", "--pdeathsig", "TERM"};
   words.insert(words.end(), command.begin(), command.end());
   auto arguments = pointers(words);
@@ -28,14 +28,23 @@ ChildProcess::ChildProcess(const std::vector<std::string>& command,
   auto environment = pointers(variables);
   for (char** variable = environ; *variable; ++variable) environment.push_back(*variable);
   environment.push_back(nullptr);
+  int ends[2];
+  if (pipe2(ends, O_CLOEXEC) != 0) throw std::system_error(errno, std::generic_category());
   posix_spawn_file_actions_t actions;
   posix_spawn_file_actions_init(&actions);
   for (const int output : {STDOUT_FILENO, STDERR_FILENO}) {
     posix_spawn_file_actions_addopen(&actions, output, "/dev/null", O_WRONLY, 0);
   }
+  if (firstLine) posix_spawn_file_actions_adddup2(&actions, ends[1], STDOUT_FILENO);
   const int error =
       posix_spawnp(&process_, "setpriv", &actions, nullptr, arguments.data(), environment.data());
   posix_spawn_file_actions_destroy(&actions);
+  close(ends[1]);
+  char character = 0;
+  while (firstLine && read(ends[0], &character, 1) == 1 && character != '\n') {
+    *firstLine += character;
+  }
+  close(ends[0]);
   if (error) throw std::system_error(error, std::generic_category(), command.front());
 }
 

@@ -11,8 +11,10 @@ namespace ovinta::test {
 /// object or, whatever happens, with this process.
 class ChildProcess {
  public:
-  /// `variables` ("NAME=value") come before those of this process.
-  ChildProcess(const std::vector<std::string>& command, std::vector<std::string> variables);
+  /// `variables` ("NAME=value") come before those of this process. `firstLine`: where to put the
+  /// first line that the program writes, which is waited for.
+  ChildProcess(const std::vector<std::string>& command, std::vector<std::string> variables,
+               std::string* firstLine = nullptr);
   ~ChildProcess();
   ChildProcess(const ChildProcess&) = delete;
   ChildProcess& operator=(const ChildProcess&) = delete;

@@ -7,29 +7,14 @@ using namespace platform::linux::dbus;
 
 constexpr const char* kManager = "org.freedesktop.GeoClue2.Manager";
 constexpr const char* kLocation = "org.freedesktop.GeoClue2.Location";
-constexpr const char* kInterfaces = R"(<node>
-  <interface name='org.freedesktop.GeoClue2.Manager'>
-    <method name='CreateClient'><arg type='o' direction='out'/></method>
-    <method name='DeleteClient'><arg type='o' direction='in'/></method></interface>
-  <interface name='org.freedesktop.GeoClue2.Client'><method name='Start'/><method name='Stop'/>
-    <signal name='LocationUpdated'><arg type='o'/><arg type='o'/></signal>
-    <property name='DesktopId' type='s' access='readwrite'/>
-    <property name='RequestedAccuracyLevel' type='u' access='readwrite'/>
-    <property name='DistanceThreshold' type='u' access='readwrite'/>
-    <property name='Active' type='b' access='read'/></interface>
-  <interface name='org.freedesktop.GeoClue2.Location'>
-    <property name='Latitude' type='d' access='read'/>
-    <property name='Longitude' type='d' access='read'/>
-    <property name='Accuracy' type='d' access='read'/>
-    <property name='Speed' type='d' access='read'/>
-    <property name='Timestamp' type='(tt)' access='read'/></interface></node>)";
 
 Failure denied(const char* text) { return {kAccessDenied, text}; }
 
 }  // namespace
 
 GeoClueDouble::GeoClueDouble(const PrivateBus& bus)
-    : service_(bus, "org.freedesktop.GeoClue2", kInterfaces,
+    : service_(bus, "org.freedesktop.GeoClue2",
+               {{"CreateClient", ""}, {"DeleteClient", "o"}, {"Start", ""}, {"Stop", ""}},
                [this](const auto& call) { return answer(call); }) {
   service_.addObject("/org/freedesktop/GeoClue2/Manager", kManager);
 }
@@ -97,15 +82,11 @@ void GeoClueDouble::switchLocation(bool isOn) {
 }
 
 std::size_t GeoClueDouble::clientCount() {
-  std::size_t count = 0;
-  service_.sync([&] { count = clients_.size(); });
-  return count;
+  return service_.sync([&] { return clients_.size(); });
 }
 
 std::string GeoClueDouble::lastClient() {
-  std::string path;
-  service_.sync([&] { path = lastClient_; });
-  return path;
+  return service_.sync([&] { return lastClient_; });
 }
 
 }  // namespace ovinta::test

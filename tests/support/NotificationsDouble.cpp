@@ -11,15 +11,6 @@ namespace {
 
 constexpr const char* kName = "org.freedesktop.Notifications";
 constexpr const char* kPath = "/org/freedesktop/Notifications";
-constexpr const char* kInterface = R"(<node><interface name='org.freedesktop.Notifications'>
-  <method name='GetCapabilities'><arg type='as' direction='out'/></method>
-  <method name='Notify'><arg type='s' direction='in'/><arg type='u' direction='in'/>
-    <arg type='s' direction='in'/><arg type='s' direction='in'/><arg type='s' direction='in'/>
-    <arg type='as' direction='in'/><arg type='a{sv}' direction='in'/><arg type='i' direction='in'/>
-    <arg type='u' direction='out'/></method>
-  <signal name='ActionInvoked'><arg type='u'/><arg type='s'/></signal>
-  <signal name='NotificationClosed'><arg type='u'/><arg type='u'/></signal></interface></node>)";
-
 /// Not the same as its place: services do not begin with 1.
 constexpr std::uint32_t kFirstNumber = 7;
 constexpr std::uint32_t kDismissed = 2;
@@ -27,7 +18,8 @@ constexpr std::uint32_t kDismissed = 2;
 }  // namespace
 
 NotificationsDouble::NotificationsDouble(const PrivateBus& bus)
-    : service_(bus, kName, kInterface, [this](const auto& call) { return answer(call); }) {
+    : service_(bus, kName, {{"GetCapabilities", ""}, {"Notify", "susssasa{sv}i"}},
+               [this](const auto& call) { return answer(call); }) {
   service_.addObject(kPath, kName);
 }
 
@@ -51,9 +43,7 @@ void NotificationsDouble::setCapabilities(Texts capabilities) {
 }
 
 std::vector<NotificationsDouble::Shown> NotificationsDouble::shown() {
-  std::vector<Shown> copy;
-  service_.sync([&] { copy = shown_; });
-  return copy;
+  return service_.sync([&] { return shown_; });
 }
 
 void NotificationsDouble::click(const Shown& notification) {

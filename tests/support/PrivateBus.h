@@ -1,9 +1,9 @@
 #pragma once
 
-#include <sys/types.h>
-
+#include <optional>
 #include <string>
 
+#include "tests/support/ChildProcess.h"
 #include "tests/support/TemporaryDirectory.h"
 
 namespace ovinta::test {
@@ -13,21 +13,18 @@ namespace ovinta::test {
 class PrivateBus {
  public:
   PrivateBus();
-  ~PrivateBus();
-  PrivateBus(const PrivateBus&) = delete;
-  PrivateBus& operator=(const PrivateBus&) = delete;
 
   const std::string& address() const { return address_; }
 
   /// Ends the daemon; the address leads nowhere from then on.
-  void stop();
+  void stop() { daemon_.reset(); }
   /// Starts it again at the same address.
   void start();
 
  private:
   const TemporaryDirectory directory_;
-  std::string address_;
-  pid_t process_ = 0;
+  const std::string address_ = "unix:path=" + (directory_.path() / "bus").string();
+  std::optional<ChildProcess> daemon_;
 };
 
 }  // namespace ovinta::test

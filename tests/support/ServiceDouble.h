@@ -4,42 +4,40 @@
 
 #include <functional>
 #include <map>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <utility>
 #include <variant>
 #include <vector>
 
-#include "platform/linux/dbus/ContextThread.h"
 #include "platform/linux/dbus/Message.h"
 #include "tests/support/PrivateBus.h"
 
 namespace ovinta::test {
 
-/// Stands for a service of the system on a private bus, on a thread of its own. It keeps objects
-/// with properties, which clients may read and, where the interface says so, write; its methods are
-/// the test's. Methods may be called from any thread, also by the handler.
+/// Stands for a service of the system on a private bus. It keeps objects with properties, which
+/// clients may read and write; its methods are the test's. May be used from any thread, also by the
+/// handler.
 class ServiceDouble {
  public:
   struct Call {
-    std::string sender;
-    std::string object;
-    std::string method;
+    std::string sender, object, interface, method;
     Glib::VariantContainerBase arguments;
   };
   /// The caller waits for ever.
   struct NoAnswer {};
   using Answer = std::variant<Glib::VariantContainerBase, platform::linux::dbus::Failure, NoAnswer>;
 
-  /// Owns the name at once. `interfaces`: an introspection document. `handler` answers the calls,
-  /// on the double's thread; what it uses must outlive the double or be a member declared before
-  /// it.
-  ServiceDouble(const PrivateBus& bus, std::string name, const char* interfaces,
+  /// Owns the name at once. `methods`: the signature of each one's arguments. `handler` answers the
+  /// calls, one at a time on a thread of its own; what it uses is declared before the double.
+  ServiceDouble(const PrivateBus& bus, std::string name, std::map<std::string, std::string> methods,
                 std::function<Answer(const Call&)> handler);
   ~ServiceDouble();
   ServiceDouble(const ServiceDouble&) = delete;
   ServiceDouble& operator=(const ServiceDouble&) = delete;
 
+  /// Never inside `sync`.
   void appear();
   void vanish();
 
@@ -55,9 +53,7 @@ class ServiceDouble {
   template <class T>
   std::optional<T> property(const std::string& path, const std::string& interface,
                             const char* name) {
-    std::optional<T> found;
-    sync([&] { found = platform::linux::dbus::read<T>(objects_[{path, interface}].values, name); });
-    return found;
+    return sync([&] { return platform::linux::dbus::read<T>(objects_[{path, interface}], name); });
   }
 
   void emit(const std::string& path, const std::string& interface, const std::string& member,
@@ -67,28 +63,29 @@ class ServiceDouble {
   std::vector<std::string> calls();
   std::size_t count(const std::string& method);
 
-  /// Runs the task on the double's thread and waits for its end.
-  void sync(const std::function<void()>& task);
+  /// Runs the task while no call is answered.
+  template <class Task>
+  auto sync(Task task) {
+    const std::lock_guard guard(lock);
+    return task();
+  }
 
  private:
-  struct Object {
-    platform::linux::dbus::Properties values;
-    guint id = 0;
-  };
-
-  void answer(GDBusMethodInvocation* invocation, Call call);
-  void closeConnection();
+  static GDBusMessage* receive(GDBusConnection* connection, GDBusMessage* message,
+                               gboolean isIncoming, gpointer);
+  Answer answer(const Call& call);
+  Answer answerForProperties(const Call& call);
   void askBus(const char* method, GVariant* arguments);
-  static const GDBusInterfaceVTable kTable;
+
+  /// Of all doubles, so that a call finds its double alive or not at all.
+  static inline std::recursive_mutex lock;
 
   const std::string name_;
+  const std::map<std::string, std::string> methods_;
   const std::function<Answer(const Call&)> handler_;
-  GDBusNodeInfo* const interfaces_;
   GDBusConnection* connection_ = nullptr;
-  std::map<std::pair<std::string, std::string>, Object> objects_;
+  std::map<std::pair<std::string, std::string>, platform::linux::dbus::Properties> objects_;
   std::vector<std::string> calls_;
-  std::vector<GDBusMethodInvocation*> unanswered_;
-  platform::linux::dbus::ContextThread context_;
 };
 
 }  // namespace ovinta::test

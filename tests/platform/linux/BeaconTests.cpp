@@ -1,11 +1,9 @@
 #include <gmock/gmock.h>
 
-#include <algorithm>
 #include <map>
 
 #include "platform/linux/bluez/BeaconCollector.h"
 #include "platform/linux/bluez/BlueZDevices.h"
-#include "platform/standard/BeaconRegionMonitor.h"
 #include "tests/support/BeaconFrames.h"
 
 namespace ovinta::platform::linux {
@@ -14,7 +12,6 @@ namespace {
 using test::beaconFrame;
 using test::Bytes;
 using test::kBeaconUUID;
-using testing::ElementsAre;
 using testing::IsEmpty;
 
 constexpr IBeacon kBeacon{kBeaconUUID, 0x0102, 0xFFFE, -59};
@@ -99,37 +96,6 @@ TEST(BeaconCollectorTest, TakesTheMeanAndEstimatesTheDistance) {
     EXPECT_NEAR(beacons[0].accuracy, tested.accuracy, 0.001);
     EXPECT_THAT(collector.take(2), IsEmpty());
   }
-}
-
-TEST(BeaconRegionMonitorTest, IsInsideUntilHalfAMinuteOfSilence) {
-  standard::BeaconRegionMonitor monitor;
-  const BeaconRegion all{kBeaconUUID, {}, {}, "all"}, one{kBeaconUUID, 1, 2, "one"};
-  const RangedBeacon beacon{kBeaconUUID, 1, 2}, sibling{kBeaconUUID, 1, 3};
-  monitor.start(all);
-  monitor.start(one);
-  EXPECT_THAT(monitor.hear({{}, 1, 2}), IsEmpty());
-  EXPECT_FALSE(monitor.isInsideAny());
-  EXPECT_THAT(monitor.hear(beacon), ElementsAre(all, one));
-  EXPECT_THAT(monitor.hear(beacon), IsEmpty());
-  const auto pass = [&](int seconds) {
-    std::vector<BeaconRegion> left;
-    while (seconds-- > 0) std::ranges::copy(monitor.passSecond(), std::back_inserter(left));
-    return left;
-  };
-  EXPECT_THAT(pass(30), IsEmpty());
-  EXPECT_THAT(monitor.hear(sibling), IsEmpty());
-  EXPECT_THAT(pass(1), ElementsAre(one));
-  EXPECT_THAT(pass(29), IsEmpty());
-  EXPECT_THAT(pass(1), ElementsAre(all));
-  EXPECT_FALSE(monitor.isInsideAny());
-
-  // A region takes the place of another one of its name, with nothing known; an equal one changes
-  // nothing.
-  monitor.hear(beacon);
-  const BeaconRegion other{kBeaconUUID, 1, {}, "one"};
-  monitor.start(all);
-  monitor.start(other);
-  EXPECT_THAT(monitor.hear(beacon), ElementsAre(other));
 }
 
 }  // namespace

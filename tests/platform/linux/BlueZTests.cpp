@@ -1,11 +1,8 @@
-#include <gmock/gmock.h>
-
 #include "platform/linux/SystemLocationServices.h"
 #include "platform/linux/dbus/Service.h"
-#include "platform/simulation/RecordingLog.h"
-#include "platform/simulation/VirtualTime.h"
 #include "tests/support/BeaconFrames.h"
 #include "tests/support/BlueZDouble.h"
+#include "tests/support/BusFixture.h"
 
 namespace ovinta::platform::linux {
 namespace {
@@ -57,7 +54,7 @@ class Permission : public PositionProvider {
   std::function<void(PositionAccess)> set;
 };
 
-class BlueZTest : public testing::Test {
+class BlueZTest : public test::BusTest {
  protected:
   BlueZTest() {
     manager_->setDelegate(&delegate_);
@@ -67,8 +64,7 @@ class BlueZTest : public testing::Test {
   }
 
   void waitForDiscovery(const std::string& adapter, bool isDiscovering = true) {
-    ASSERT_TRUE(
-        time_.waitUntil([&] { return bluez_.isDiscovering(adapter) == isDiscovering; }, 10s));
+    waitUntil([&] { return bluez_.isDiscovering(adapter) == isDiscovering; });
   }
 
   void advertise(std::uint16_t minor, std::int16_t rssi, const std::string& adapter = "hci0") {
@@ -82,7 +78,7 @@ class BlueZTest : public testing::Test {
     dbus::Service service(bus_, "org.bluez");
     bool isOver = false;
     service.getProperties("/", "org.example", [&](const auto&) { isOver = true; });
-    EXPECT_TRUE(time_.waitUntil([&] { return isOver; }, 10s));
+    waitUntil([&] { return isOver; });
     time_.advance(seconds);
     return delegate_.told;
   }
@@ -104,12 +100,7 @@ class BlueZTest : public testing::Test {
     EXPECT_EQ(time_.pendingTaskCount(), 0u);
   }
 
-  test::PrivateBus daemon_;
-  simulation::VirtualTime time_{Date{}};
   test::BlueZDouble bluez_{daemon_};
-  std::shared_ptr<simulation::RecordingLog> log_ = std::make_shared<simulation::RecordingLog>();
-  std::shared_ptr<dbus::Bus> bus_ =
-      std::make_shared<dbus::Bus>(daemon_.address(), time_.mainQueue(), log_);
   std::shared_ptr<Permission> permission_ = std::make_shared<Permission>();
   SystemLocationServices services_{
       std::make_shared<PositionHub>(permission_, time_.mainQueue()),
@@ -227,11 +218,20 @@ TEST_F(BlueZTest, EntersMonitoredRegionsWhenHeardAndLeavesThemAfterSilence) {
   advertise(1, -60);
   EXPECT_THAT(pass(29s), ElementsAre("in one"));
   manager_->startMonitoring(kOne);
-  EXPECT_THAT(pass(2s), ElementsAre("out all", "out one"));
+  advertise(2, -60);
+  EXPECT_THAT(pass(2s), ElementsAre("out one"));
+  EXPECT_THAT(pass(28s), IsEmpty());
+  EXPECT_THAT(pass(1s), ElementsAre("out all"));
   delegate_.onTold = [&] { manager_->stopMonitoring(kOne); };
   advertise(1, -60);
   EXPECT_THAT(pass(1s), ElementsAre("in all", "in one")) << "it was entered before";
   EXPECT_THAT(pass(31s), ElementsAre("out all"));
+  // A region takes the place of another one of its name, with nothing known.
+  advertise(1, -60);
+  EXPECT_THAT(pass(0s), ElementsAre("in all"));
+  manager_->startMonitoring(BeaconRegion{kBeaconUUID, 1, {}, "all"});
+  advertise(1, -60);
+  EXPECT_THAT(pass(0s), ElementsAre("in all"));
   manager_->stopMonitoring(kAll);
   expectRest();
 }

@@ -1,11 +1,8 @@
-#include <gmock/gmock.h>
-
 #include <clocale>
 #include <cstdlib>
 
 #include "platform/linux/dbus/Service.h"
-#include "platform/simulation/RecordingLog.h"
-#include "platform/simulation/VirtualTime.h"
+#include "tests/support/BusFixture.h"
 #include "tests/support/ServiceDouble.h"
 
 namespace ovinta::platform::linux::dbus {
@@ -18,11 +15,8 @@ using testing::IsEmpty;
 
 constexpr const char* kName = "org.example.Clock";
 constexpr const char* kPath = "/clock";
-constexpr const char* kInterface = R"(<node><interface name='org.example.Clock'>
-  <method name='Echo'><arg type='s' direction='in'/><arg type='s' direction='out'/></method>
-  <method name='Refuse'/><method name='Hang'/>
-  <signal name='Tick'><arg type='u'/></signal>
-  <property name='Alarm' type='u' access='readwrite'/></interface></node>)";
+
+const std::map<std::string, std::string> kMethods{{"Echo", "s"}, {"Refuse", ""}, {"Hang", ""}};
 
 ServiceDouble::Answer answer(const ServiceDouble::Call& call) {
   if (call.method == "Refuse") return Failure{"org.example.Refused", "not today"};
@@ -30,14 +24,9 @@ ServiceDouble::Answer answer(const ServiceDouble::Call& call) {
   return call.arguments;
 }
 
-class DBusTest : public testing::Test {
+class DBusTest : public test::BusTest {
  protected:
   DBusTest() { clock_.addObject(kPath, kName); }
-
-  template <class Condition>
-  void waitUntil(Condition condition) {
-    ASSERT_TRUE(time_.waitUntil(condition, 10s));
-  }
 
   std::string call(const char* method, Glib::VariantContainerBase arguments,
                    std::chrono::milliseconds timeout = kCallTimeout) {
@@ -54,11 +43,7 @@ class DBusTest : public testing::Test {
     return result;
   }
 
-  test::PrivateBus daemon_;
-  simulation::VirtualTime time_{Date{}};
-  std::shared_ptr<simulation::RecordingLog> log_ = std::make_shared<simulation::RecordingLog>();
-  ServiceDouble clock_{daemon_, kName, kInterface, &answer};
-  std::shared_ptr<Bus> bus_ = std::make_shared<Bus>(daemon_.address(), time_.mainQueue(), log_);
+  ServiceDouble clock_{daemon_, kName, kMethods, &answer};
   std::unique_ptr<Service> service_ = std::make_unique<Service>(bus_, kName);
 };
 
@@ -138,7 +123,7 @@ TEST_F(DBusTest, ABusThatIsGoneFailsCallsAndIsFoundAgainWhenItIsNeeded) {
   EXPECT_THAT(log_->lines(),
               testing::Contains(testing::StartsWith("No D-Bus at unix:path=")).Times(1));
   daemon_.start();
-  ServiceDouble again(daemon_, kName, kInterface, &answer);
+  ServiceDouble again(daemon_, kName, kMethods, &answer);
   again.addObject(kPath, kName);
   EXPECT_EQ(call("Echo", arguments("hello")), "hello");
   waitUntil([&] { return presence.size() == 3; });

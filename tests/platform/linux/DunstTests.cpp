@@ -1,5 +1,3 @@
-#include <fstream>
-
 #include "tests/platform/linux/UserNotificationFixture.h"
 #include "tests/support/ChildProcess.h"
 
@@ -21,16 +19,13 @@ class DunstTest : public UserNotificationTest {
       if (!std::filesystem::exists(needed)) GTEST_SKIP() << "Skipped: there is no " << needed;
     }
     desktop_.vanish();
-    const auto file = (directory_.path() / "display").string();
-    screen_.emplace(
-        std::vector<std::string>{"sh", "-c", "exec Xvfb -displayfd 3 -nolisten tcp 3>" + file},
-        std::vector<std::string>{});
     std::string number;
-    waitUntil([&] { return static_cast<bool>(std::getline(std::ifstream(file), number)); });
+    screen_.emplace(std::vector<std::string>{kServer, "-displayfd", "1", "-nolisten", "tcp"},
+                    std::vector<std::string>{}, &number);
     dunst_.emplace(std::vector<std::string>{kProgram},
                    std::vector<std::string>{"DISPLAY=:" + number,
                                             "DBUS_SESSION_BUS_ADDRESS=" + daemon_.address(),
-                                            "XDG_CONFIG_HOME=" + directory_.path().string()});
+                                            "XDG_CONFIG_HOME=" + folder_.path().string()});
     bool isThere = false;
     service_.onPresence(false, [&](bool isPresent) { isThere = isPresent; });
     waitUntil([&] { return isThere; });

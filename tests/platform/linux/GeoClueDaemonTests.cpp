@@ -1,16 +1,11 @@
 // The real GeoClue on a bus of its own, with its own agent and a receiver played by the test.
-#include <gmock/gmock.h>
 #include <unistd.h>
 
-#include "platform/linux/SystemLocationServices.h"
 #include "platform/linux/position/GeoClueProvider.h"
-#include "platform/simulation/RecordingLog.h"
-#include "platform/simulation/VirtualTime.h"
-#include "tests/platform/simulation/Sphere.h"
+#include "tests/platform/linux/PositionFixture.h"
 #include "tests/support/ChildProcess.h"
 #include "tests/support/Files.h"
 #include "tests/support/NMEAFeed.h"
-#include "tests/support/PrivateBus.h"
 
 namespace ovinta::platform::linux {
 namespace {
@@ -41,7 +36,7 @@ bool canMount() {
          std::system("unshare -m true 2>/dev/null") == 0;
 }
 
-class GeoClueDaemonTest : public testing::Test {
+class GeoClueDaemonTest : public PositionTest {
  protected:
   void SetUp() override {
     if (!canMount()) GTEST_SKIP() << "takes root, private mounts and the package geoclue-2.0";
@@ -60,23 +55,16 @@ class GeoClueDaemonTest : public testing::Test {
   }
   std::unique_ptr<test::ChildProcess> runAgent() const { return run({kAgent}); }
 
-  std::unique_ptr<PositionStream> open(const char* desktopID, double distanceFilter,
+  std::unique_ptr<PositionStream> open(const char* desktopID,
                                        std::chrono::milliseconds answerTimeout = 20s) {
     provider_ = std::make_unique<GeoClueProvider>(
         bus_, time_.mainQueue(),
         GeoClueProvider::Options{.desktopID = desktopID, .answerTimeout = answerTimeout});
-    return provider_->open(
-        distanceFilter,
-        {.onLocation = [this](const Location& location) { locations_.push_back(location); },
-         .onAccess = [this](PositionAccess access) { access_ = access; }});
-  }
-
-  void waitForAccess(PositionAccess access) {
-    ASSERT_TRUE(time_.waitUntil([&] { return access_ == access; }, 30s));
+    return PositionTest::open(*provider_, 0);
   }
 
   /// Until the daemon, which reads the receiver when it likes, has told of the place.
-  void feedUntilTold(const test::NMEAFeed& feed, double metresNorth) {
+  void feedUntilTold(test::NMEAFeed& feed, double metresNorth) {
     const Coordinate place = northOfSite(metresNorth);
     const auto isTold = [&] {
       return !locations_.empty() &&
@@ -89,21 +77,14 @@ class GeoClueDaemonTest : public testing::Test {
     EXPECT_TRUE(isTold()) << metresNorth;
   }
 
-  test::PrivateBus daemon_;
-  test::TemporaryDirectory folder_;
-  simulation::VirtualTime time_{Date{}};
-  std::shared_ptr<dbus::Bus> bus_ = std::make_shared<dbus::Bus>(
-      daemon_.address(), time_.mainQueue(), std::make_shared<simulation::RecordingLog>());
   std::unique_ptr<GeoClueProvider> provider_;
-  std::vector<Location> locations_;
-  std::optional<PositionAccess> access_;
 };
 
 TEST_F(GeoClueDaemonTest, ATripIsFollowedAcrossARestartOfTheDaemon) {
   test::NMEAFeed feed(folder_.path() / "nmea");
   auto daemon = runDaemon();
   auto agent = runAgent();
-  const auto stream = open("org.example.allowed", 0);
+  const auto stream = open("org.example.allowed");
   waitForAccess(PositionAccess::granted);
   ASSERT_TRUE(feed.accept());
   for (const double metres : {1000, 700, 400}) feedUntilTold(feed, metres);
@@ -123,14 +104,14 @@ TEST_F(GeoClueDaemonTest, ATripIsFollowedAcrossARestartOfTheDaemon) {
 TEST_F(GeoClueDaemonTest, RefusesWhomItsConfigurationRefuses) {
   const auto daemon = runDaemon();
   const auto agent = runAgent();
-  const auto stream = open("org.example.refused", 0);
+  const auto stream = open("org.example.refused");
   waitForAccess(PositionAccess::denied);
 }
 
 TEST_F(GeoClueDaemonTest, SaysNothingUntilThereIsAnAgent) {
   test::NMEAFeed feed(folder_.path() / "nmea");
   const auto daemon = runDaemon();
-  const auto stream = open("org.example.allowed", 0, 200ms);
+  const auto stream = open("org.example.allowed", 200ms);
   waitForAccess(PositionAccess::undecided);
   const auto agent = runAgent();
   for (int attempt = 0; attempt < 50 && access_ != PositionAccess::granted; ++attempt) {

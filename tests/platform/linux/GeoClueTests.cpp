@@ -1,9 +1,6 @@
-#include <gmock/gmock.h>
-
 #include "platform/linux/SystemLocationServices.h"
 #include "platform/linux/position/GeoClueProvider.h"
-#include "platform/simulation/RecordingLog.h"
-#include "platform/simulation/VirtualTime.h"
+#include "tests/support/BusFixture.h"
 #include "tests/support/Files.h"
 #include "tests/support/GeoClueDouble.h"
 
@@ -32,7 +29,7 @@ class Delegate : public LocationManagerDelegate {
   std::function<void()> onLocation;
 };
 
-class GeoClueTest : public testing::Test {
+class GeoClueTest : public test::BusTest {
  protected:
   GeoClueTest() { manager_->setDelegate(&delegate_); }
 
@@ -46,10 +43,6 @@ class GeoClueTest : public testing::Test {
         time_.mainQueue());
   }
 
-  template <class Condition>
-  void waitUntil(Condition condition) {
-    ASSERT_TRUE(time_.waitUntil(condition, 10s));
-  }
   void waitForStatus(AuthorizationStatus status) {
     waitUntil([&] { return !delegate_.statuses.empty() && delegate_.statuses.back() == status; });
   }
@@ -61,15 +54,9 @@ class GeoClueTest : public testing::Test {
                                                       "DistanceThreshold");
   }
 
-  test::PrivateBus daemon_;
-  test::TemporaryDirectory folder_;
-  simulation::VirtualTime time_{Date{}};
   GeoClueDouble geoclue_{daemon_};
-  std::shared_ptr<dbus::Bus> bus_ = std::make_shared<dbus::Bus>(
-      daemon_.address(), time_.mainQueue(), std::make_shared<simulation::RecordingLog>());
-  std::shared_ptr<BeaconScanner> scanner_ = std::make_shared<BeaconScanner>(
-      bus_, time_.mainQueue(), std::make_shared<simulation::RecordingLog>(),
-      BeaconScanner::Settings{});
+  std::shared_ptr<BeaconScanner> scanner_ =
+      std::make_shared<BeaconScanner>(bus_, time_.mainQueue(), log_, BeaconScanner::Settings{});
   Delegate delegate_;
   std::shared_ptr<PositionHub> hub_ = makeHub(GeoClueProvider::Options().answerTimeout);
   std::unique_ptr<SystemLocationServices> services_ =

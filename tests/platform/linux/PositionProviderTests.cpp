@@ -1,14 +1,7 @@
-#include <arpa/inet.h>
-#include <gmock/gmock.h>
-#include <sys/socket.h>
-#include <unistd.h>
-
 #include "platform/linux/position/GpsdProvider.h"
 #include "platform/linux/position/PortalProvider.h"
-#include "platform/linux/position/PositionProviders.h"
-#include "platform/simulation/RecordingLog.h"
-#include "platform/simulation/VirtualTime.h"
-#include "tests/platform/simulation/Sphere.h"
+#include "tests/platform/linux/PositionFixture.h"
+#include "tests/support/LineSender.h"
 #include "tests/support/ServiceDouble.h"
 
 namespace ovinta::platform::linux {
@@ -18,30 +11,6 @@ using namespace std::chrono_literals;
 using simulation::northOfSite;
 using test::ServiceDouble;
 using testing::ElementsAre;
-
-/// Opens streams of a provider and notes what they tell.
-class PositionTest : public testing::Test {
- protected:
-  std::unique_ptr<PositionStream> open(PositionProvider& provider, double distanceFilter) {
-    return provider.open(
-        distanceFilter,
-        {.onLocation = [this](const Location& location) { locations_.push_back(location); },
-         .onAccess = [this](PositionAccess access) { accesses_.push_back(access); }});
-  }
-
-  template <class Condition>
-  void waitUntil(Condition condition) {
-    ASSERT_TRUE(time_.waitUntil(condition, 10s));
-  }
-  void waitForAccess(PositionAccess access) {
-    waitUntil([&] { return !accesses_.empty() && accesses_.back() == access; });
-    accesses_.clear();
-  }
-
-  simulation::VirtualTime time_{Date{}};
-  std::vector<Location> locations_;
-  std::vector<PositionAccess> accesses_;
-};
 
 TEST(PositionSourceTest, ASandboxHasThePortalUnlessToldOtherwise) {
   const test::TemporaryDirectory folder;
@@ -56,13 +25,6 @@ class PortalTest : public PositionTest {
   static constexpr const char* kPath = "/org/freedesktop/portal/desktop";
   static constexpr const char* kLocation = "org.freedesktop.portal.Location";
   static constexpr const char* kSession = "org.freedesktop.portal.Session";
-  static constexpr const char* kInterfaces = R"(<node>
-    <interface name='org.freedesktop.portal.Location'>
-      <method name='CreateSession'><arg type='a{sv}' direction='in'/>
-        <arg type='o' direction='out'/></method>
-      <method name='Start'><arg type='o' direction='in'/><arg type='s' direction='in'/>
-        <arg type='a{sv}' direction='in'/><arg type='o' direction='out'/></method></interface>
-    <interface name='org.freedesktop.portal.Session'><method name='Close'/></interface></node>)";
 
   PortalTest() { portal_.addObject(kPath, kLocation); }
 
@@ -93,17 +55,15 @@ class PortalTest : public PositionTest {
                                                   {"Accuracy", dbus::write(0.0)}}));
   }
 
-  test::PrivateBus daemon_;
   /// For the double's thread.
   std::uint32_t response_ = 0;
   std::string session_;
   std::vector<std::uint32_t> thresholds_;
-  ServiceDouble portal_{daemon_, "org.freedesktop.portal.Desktop", kInterfaces,
+  ServiceDouble portal_{daemon_,
+                        "org.freedesktop.portal.Desktop",
+                        {{"CreateSession", "a{sv}"}, {"Start", "osa{sv}"}, {"Close", ""}},
                         [this](const auto& call) { return answer(call); }};
-  PortalProvider provider_{
-      std::make_shared<dbus::Bus>(daemon_.address(), time_.mainQueue(),
-                                  std::make_shared<simulation::RecordingLog>()),
-      time_.mainQueue()};
+  PortalProvider provider_{bus_, time_.mainQueue()};
 };
 
 TEST_F(PortalTest, FollowsThePositionInASessionForEachFilter) {
@@ -141,47 +101,14 @@ TEST_F(PortalTest, ARefusalStandsAndASessionThatEndsIsMadeAnew) {
   waitForAccess(PositionAccess::granted);
 }
 
-/// A gpsd that says what the test tells it.
-class GpsdDouble {
- public:
-  GpsdDouble() {
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    socklen_t size = sizeof address;
-    auto* const generic = reinterpret_cast<sockaddr*>(&address);
-    if (bind(listener_, generic, size) != 0 || listen(listener_, 1) != 0 ||
-        getsockname(listener_, generic, &size) != 0) {
-      throw std::system_error(errno, std::generic_category());
-    }
-    port_ = std::to_string(ntohs(address.sin_port));
-  }
-  ~GpsdDouble() {
-    hangUp();
-    close(listener_);
-  }
-
-  const std::string& port() const { return port_; }
-  /// Takes the next connection.
-  void accept() { connection_ = ::accept(listener_, nullptr, nullptr); }
-  void say(const std::string& lines) {
-    if (write(connection_, lines.data(), lines.size()) < 0) ADD_FAILURE();
-  }
-  void hangUp() { close(std::exchange(connection_, -1)); }
-
- private:
-  const int listener_ = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-  int connection_ = -1;
-  std::string port_;
-};
-
 TEST_F(PositionTest, GpsdTellsItsFixesAndIsConnectedToAgain) {
-  GpsdDouble gpsd;
+  using boost::asio::ip::tcp;
+  test::LineSender<tcp> gpsd({boost::asio::ip::address_v4::loopback(), 0});
   GpsdProvider provider(time_.mainQueue(), std::make_shared<simulation::Sphere>(),
-                        {.host = "127.0.0.1", .port = gpsd.port()});
+                        {.host = "127.0.0.1", .port = std::to_string(gpsd.endpoint().port())});
   const auto stream = open(provider, 100);
   waitForAccess(PositionAccess::grantedAlways);
-  gpsd.accept();
+  ASSERT_TRUE(gpsd.accept());
   const auto report = [](int mode, double metresNorth, const std::string& more) {
     const Coordinate at = northOfSite(metresNorth);
     return R"({"class":"TPV","mode":)" + std::to_string(mode) + R"(,"lat":)" +
@@ -205,7 +132,7 @@ TEST_F(PositionTest, GpsdTellsItsFixesAndIsConnectedToAgain) {
   stream->setDistanceFilter(0);
   time_.advance(15s);
   waitForAccess(PositionAccess::grantedAlways);
-  gpsd.accept();
+  ASSERT_TRUE(gpsd.accept());
   gpsd.say(report(3, 150, ""));
   waitUntil([&] { return locations_.size() == 3; });
 }

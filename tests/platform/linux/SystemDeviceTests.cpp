@@ -1,17 +1,13 @@
 #include "platform/linux/SystemDevice.h"
 
-#include <gtest/gtest.h>
-
 #include "platform/linux/PowerSupplies.h"
-#include "platform/simulation/RecordingLog.h"
-#include "platform/simulation/VirtualTime.h"
+#include "tests/support/BusFixture.h"
 #include "tests/support/Files.h"
 #include "tests/support/ServiceDouble.h"
 
 namespace ovinta::platform::linux {
 namespace {
 
-using namespace std::chrono_literals;
 using dbus::write;
 using test::ServiceDouble;
 
@@ -52,7 +48,7 @@ TEST(PowerSupplyTest, OneThatChargesCountsMoreThanOneThatDischargesThanOneThatIs
   EXPECT_EQ(readPowerSupplies(folder.path()), BatteryState::charging);
 }
 
-class SystemDeviceTest : public testing::Test {
+class SystemDeviceTest : public test::BusTest {
  protected:
   SystemDeviceTest() { upower_.addObject(kPath, kDevice, state(2, true)); }
 
@@ -61,21 +57,14 @@ class SystemDeviceTest : public testing::Test {
   }
 
   void expectSoon(BatteryState state) {
-    ASSERT_TRUE(time_.waitUntil([&] { return device_.batteryState() == state; }, 10s))
-        << static_cast<int>(state);
+    SCOPED_TRACE(static_cast<int>(state));
+    waitUntil([&] { return device_.batteryState() == state; });
   }
 
-  test::PrivateBus daemon_;
-  simulation::VirtualTime time_{Date{}};
-  SupplyFolder folder_;
-  ServiceDouble upower_{daemon_, "org.freedesktop.UPower",
-                        "<node><interface name='org.freedesktop.UPower.Device'>"
-                        "<property name='State' type='u' access='read'/>"
-                        "<property name='IsPresent' type='b' access='read'/></interface></node>",
-                        [](const auto&) { return ServiceDouble::NoAnswer{}; }};
-  std::shared_ptr<dbus::Bus> bus_ = std::make_shared<dbus::Bus>(
-      daemon_.address(), time_.mainQueue(), std::make_shared<simulation::RecordingLog>());
-  SystemDevice device_{bus_, time_.mainQueue(), folder_.path()};
+  SupplyFolder supplies_;
+  ServiceDouble upower_{
+      daemon_, "org.freedesktop.UPower", {}, [](const auto&) { return ServiceDouble::NoAnswer{}; }};
+  SystemDevice device_{bus_, time_.mainQueue(), supplies_.path()};
 };
 
 TEST_F(SystemDeviceTest, FollowsUPowerWhileMonitoringIsOn) {
@@ -104,7 +93,7 @@ TEST_F(SystemDeviceTest, FollowsUPowerWhileMonitoringIsOn) {
 }
 
 TEST_F(SystemDeviceTest, ReadsTheKernelsFilesWhileThereIsNoUPower) {
-  folder_.addBattery("Full");
+  supplies_.addBattery("Full");
   upower_.vanish();
   device_.setBatteryMonitoringEnabled(true);
   expectSoon(BatteryState::full);

@@ -1,18 +1,13 @@
 // The real UPower on a bus of its own, with a battery that umockdev plays to it.
-#include <gtest/gtest.h>
 #include <unistd.h>
 
 #include "platform/linux/SystemDevice.h"
-#include "platform/simulation/RecordingLog.h"
-#include "platform/simulation/VirtualTime.h"
+#include "tests/support/BusFixture.h"
 #include "tests/support/ChildProcess.h"
 #include "tests/support/Files.h"
-#include "tests/support/PrivateBus.h"
 
 namespace ovinta::platform::linux {
 namespace {
-
-using namespace std::chrono_literals;
 
 constexpr const char* kDaemon = "/usr/libexec/upowerd";
 constexpr const char* kPlayer = "/usr/bin/umockdev-run";
@@ -25,32 +20,27 @@ std::string battery(const char* status) {
          "A: voltage_now=12000000\nA: capacity=80\n";
 }
 
-TEST(UPowerDaemonTest, ItsBatteryIsRead) {
+class UPowerDaemonTest : public test::BusTest,
+                         public testing::WithParamInterface<std::pair<const char*, BatteryState>> {
+};
+
+TEST_P(UPowerDaemonTest, ItsBatteryIsRead) {
   if (access(kDaemon, X_OK) != 0 || access(kPlayer, X_OK) != 0 || geteuid() != 0) {
     GTEST_SKIP() << "takes root and the packages upower and umockdev";
   }
-  const struct {
-    const char* status;
-    BatteryState expected;
-  } cases[] = {{"Charging", BatteryState::charging},
-               {"Discharging", BatteryState::unplugged},
-               {"Full", BatteryState::full}};
-  for (const auto& tested : cases) {
-    const test::PrivateBus bus;
-    const test::TemporaryDirectory folder;
-    const auto description = folder.path() / "battery.umockdev";
-    test::writeFile(description, battery(tested.status));
-    const test::ChildProcess daemon({kPlayer, "--device", description.string(), "--", kDaemon},
-                                    {"DBUS_SYSTEM_BUS_ADDRESS=" + bus.address()});
-    simulation::VirtualTime time{Date{}};
-    SystemDevice device(std::make_shared<dbus::Bus>(bus.address(), time.mainQueue(),
-                                                    std::make_shared<simulation::RecordingLog>()),
-                        time.mainQueue(), folder.path() / "none");
-    device.setBatteryMonitoringEnabled(true);
-    EXPECT_TRUE(time.waitUntil([&] { return device.batteryState() == tested.expected; }, 20s))
-        << tested.status;
-  }
+  const auto description = folder_.path() / "battery.umockdev";
+  test::writeFile(description, battery(GetParam().first));
+  const test::ChildProcess daemon({kPlayer, "--device", description.string(), "--", kDaemon},
+                                  {"DBUS_SYSTEM_BUS_ADDRESS=" + daemon_.address()});
+  SystemDevice device(bus_, time_.mainQueue(), folder_.path() / "none");
+  device.setBatteryMonitoringEnabled(true);
+  waitUntil([&] { return device.batteryState() == GetParam().second; });
 }
+
+INSTANTIATE_TEST_SUITE_P(States, UPowerDaemonTest,
+                         testing::Values(std::pair("Charging", BatteryState::charging),
+                                         std::pair("Discharging", BatteryState::unplugged),
+                                         std::pair("Full", BatteryState::full)));
 
 }  // namespace
 }  // namespace ovinta::platform::linux

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <gmock/gmock.h>
-
 #include <atomic>
 #include <filesystem>
 #include <memory>
@@ -10,13 +8,11 @@
 #include <vector>
 
 #include "platform/linux/StoredUserNotificationCenter.h"
-#include "platform/simulation/RecordingLog.h"
 #include "platform/simulation/SimulatedLocation.h"
-#include "platform/simulation/VirtualTime.h"
 #include "platform/standard/Standard.h"
 #include "tests/platform/simulation/Sphere.h"
+#include "tests/support/BusFixture.h"
 #include "tests/support/NotificationsDouble.h"
-#include "tests/support/TemporaryDirectory.h"
 
 namespace ovinta::platform::linux {
 
@@ -28,7 +24,7 @@ inline UserNotificationRequest requestFor(const char* identifier) {
 }
 
 /// A device whose moves are the test's, with applications of one store on a private bus.
-class UserNotificationTest : public testing::Test {
+class UserNotificationTest : public test::BusTest {
  protected:
   using Center = StoredUserNotificationCenter;
 
@@ -41,10 +37,6 @@ class UserNotificationTest : public testing::Test {
     services_.location = location_;
   }
 
-  std::shared_ptr<dbus::Bus> makeBus() {
-    return std::make_shared<dbus::Bus>(daemon_.address(), time_.mainQueue(), log_);
-  }
-
   std::unique_ptr<Center> makeCenter(std::optional<AgentRegistry> agents = {},
                                      PositionSource source = PositionSource::automatic) {
     return std::make_unique<Center>(
@@ -52,11 +44,6 @@ class UserNotificationTest : public testing::Test {
         Center::Setup{"org.example.app", file_, agents, source, [this](const Dictionary& userInfo) {
                         clicked_.push_back(*find<std::string>(userInfo, "site"));
                       }});
-  }
-
-  template <class Condition>
-  void waitUntil(Condition condition) {
-    ASSERT_TRUE(time_.waitUntil(condition, std::chrono::seconds(10)));
   }
 
   /// After all that was asked of the centre so far.
@@ -101,12 +88,8 @@ class UserNotificationTest : public testing::Test {
     EXPECT_THAT(desktop_.shown(), testing::SizeIs(count));
   }
 
-  test::PrivateBus daemon_;
-  test::TemporaryDirectory directory_;
-  const std::filesystem::path file_ = directory_.path() / "app" / "Notifications.sqlite";
+  const std::filesystem::path file_ = folder_.path() / "app" / "Notifications.sqlite";
   test::NotificationsDouble desktop_{daemon_};
-  simulation::VirtualTime time_{Date{}};
-  std::shared_ptr<simulation::RecordingLog> log_ = std::make_shared<simulation::RecordingLog>();
   std::shared_ptr<simulation::SimulatedLocation> location_ =
       std::make_shared<simulation::SimulatedLocation>(time_.mainQueue(),
                                                       std::make_shared<simulation::Sphere>());

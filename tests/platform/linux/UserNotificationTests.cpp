@@ -203,7 +203,7 @@ class NotifyAgentTest : public UserNotificationTest {
   /// What the agent alone sees.
   std::shared_ptr<simulation::SimulatedLocation> agentLocation_ =
       std::make_shared<simulation::SimulatedLocation>(time_.mainQueue(), services_.geodesy);
-  const AgentRegistry registry_{directory_.path() / "agent"};
+  const AgentRegistry registry_{folder_.path() / "agent"};
   std::vector<PositionSource> sources_;
   int ends_ = 0;
   std::unique_ptr<NotifyAgent> agent_;
@@ -216,15 +216,14 @@ TEST_F(NotifyAgentTest, FiresWhileTheApplicationDoesNotRunAndEndsThen) {
   waitUntil([&] {
     return std::ranges::count(log_->lines(), "org.ovinta.NotifyAgent is not on the bus") == 1;
   });
-  EXPECT_EQ(test::modeOf(directory_.path() / "agent"), 0700U);
-  for (const auto& entry : std::filesystem::directory_iterator(directory_.path() / "agent")) {
+  EXPECT_EQ(test::modeOf(folder_.path() / "agent"), 0700U);
+  for (const auto& entry : std::filesystem::directory_iterator(folder_.path() / "agent")) {
     EXPECT_EQ(test::modeOf(entry.path()), 0600U);
   }
   test::ServiceDouble application{
-      daemon_, "org.example.app",
-      "<node><interface name='org.freedesktop.Application'><method name='Activate'>"
-      "<arg type='a{sv}' direction='in'/></method></interface></node>",
-      [](const auto&) { return dbus::arguments(); }};
+      daemon_, "org.example.app", {{"Activate", "a{sv}"}}, [](const auto&) {
+        return dbus::arguments();
+      }};
   application.addObject("/org/example/app", "org.freedesktop.Application");
   startAgent();
   center = nullptr;
@@ -278,14 +277,14 @@ TEST_F(NotifyAgentTest, EndsWithNothingToDoWithASecondAgentAndWithoutABus) {
 
 TEST_F(NotifyAgentTest, TheProgramFollowsThePositionOnceTheApplicationIsGone) {
   test::GeoClueDouble geoclue(daemon_);
-  const AgentRegistry registry(directory_.path() / "ovinta-notify-agent/OvintaSDK/Applications");
+  const AgentRegistry registry(folder_.path() / "ovinta-notify-agent/OvintaSDK/Applications");
   auto center = makeCenter(registry);
   center->add(requestFor("one"), nullptr);
   waitForApplication();
-  const test::ChildProcess agent({OVINTA_NOTIFY_AGENT},
-                                 {"XDG_DATA_HOME=" + directory_.path().string(),
-                                  "DBUS_SESSION_BUS_ADDRESS=" + daemon_.address(),
-                                  "DBUS_SYSTEM_BUS_ADDRESS=" + daemon_.address()});
+  const test::ChildProcess agent(
+      {OVINTA_NOTIFY_AGENT},
+      {"XDG_DATA_HOME=" + folder_.path().string(), "DBUS_SESSION_BUS_ADDRESS=" + daemon_.address(),
+       "DBUS_SYSTEM_BUS_ADDRESS=" + daemon_.address()});
   waitForAgent(true);
   EXPECT_EQ(geoclue.clientCount(), 0U);
   center = nullptr;

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <gmock/gmock.h>
+
+#include <chrono>
+#include <memory>
+
+#include "platform/linux/dbus/Bus.h"
+#include "platform/simulation/RecordingLog.h"
+#include "platform/simulation/VirtualTime.h"
+#include "tests/support/PrivateBus.h"
+#include "tests/support/TemporaryDirectory.h"
+
+namespace ovinta::test {
+
+/// A bus of the test's own, and the connection of those that are tested.
+class BusTest : public testing::Test {
+ protected:
+  std::shared_ptr<platform::linux::dbus::Bus> makeBus() {
+    return std::make_shared<platform::linux::dbus::Bus>(daemon_.address(), time_.mainQueue(), log_);
+  }
+
+  template <class Condition>
+  void waitUntil(Condition condition) {
+    ASSERT_TRUE(time_.waitUntil(condition, std::chrono::seconds(30)));
+  }
+
+  PrivateBus daemon_;
+  TemporaryDirectory folder_;
+  platform::simulation::VirtualTime time_{platform::Date{}};
+  std::shared_ptr<platform::simulation::RecordingLog> log_ =
+      std::make_shared<platform::simulation::RecordingLog>();
+  std::shared_ptr<platform::linux::dbus::Bus> bus_ = makeBus();
+};
+
+}  // namespace ovinta::test
