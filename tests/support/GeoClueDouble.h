@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <mutex>
 #include <string>
 
 #include "tests/support/ServiceDouble.h"
@@ -14,33 +13,96 @@ class GeoClueDouble {
  public:
   enum class Mood { willing, withoutAgent, disallowing, disabled };
 
-  explicit GeoClueDouble(const PrivateBus& bus);
+  explicit GeoClueDouble(const PrivateBus& bus)
+      : service_(bus, "org.freedesktop.GeoClue2",
+                 {{"CreateClient", ""}, {"DeleteClient", "o"}, {"Start", ""}, {"Stop", ""}},
+                 [this](const auto& call) { return answer(call); }) {
+    service_.addObject("/org/freedesktop/GeoClue2/Manager", "org.freedesktop.GeoClue2.Manager");
+  }
 
-  void setMood(Mood mood);
+  void setMood(Mood mood) {
+    service_.sync([&] { mood_ = mood; });
+  }
 
   /// Sends a fix to every client that runs.
   void feed(double latitude, double longitude, double accuracy = 10, double speed = -1,
-            std::uint64_t seconds = 0);
-  /// The user's switch, while clients run.
-  void switchLocation(bool isOn);
+            std::uint64_t seconds = 0) {
+    service_.sync([&] {
+      for (const auto& [path, client] : clients_) {
+        if (!client.isRunning) continue;
+        const std::string fix = path + "/Location/" + std::to_string(++objectCount_);
+        const std::tuple<std::uint64_t, std::uint64_t> time(seconds, 250'000);
+        service_.addObject(fix, "org.freedesktop.GeoClue2.Location",
+                           {{"Latitude", dbus::write(latitude)},
+                            {"Longitude", dbus::write(longitude)},
+                            {"Accuracy", dbus::write(accuracy)},
+                            {"Speed", dbus::write(speed)},
+                            {"Timestamp", dbus::write(time)}});
+        service_.emit(path, kClient, "LocationUpdated",
+                      dbus::arguments(dbus::ObjectPath("/"), dbus::ObjectPath(fix)), client.owner);
+      }
+    });
+  }
 
-  /// How many clients exist, and the last one that was made.
-  std::size_t clientCount();
-  std::string lastClient();
+  /// The user's switch, while clients run.
+  void switchLocation(bool isOn) {
+    service_.sync([&] {
+      for (auto& [path, client] : clients_) {
+        client.isRunning = isOn;
+        service_.change(path, kClient, {{"Active", dbus::write(isOn)}}, client.owner);
+      }
+    });
+  }
+
+  std::size_t clientCount() {
+    return service_.sync([&] { return clients_.size(); });
+  }
+  /// A property of the client that was made last.
+  std::optional<std::uint32_t> lastClients(const char* property) {
+    return service_.property<std::uint32_t>(service_.sync([&] { return lastClient_; }), kClient,
+                                            property);
+  }
 
   ServiceDouble& service() { return service_; }
 
+ private:
   static constexpr const char* kClient = "org.freedesktop.GeoClue2.Client";
 
- private:
   struct Client {
     std::string owner;
     bool isRunning = false;
   };
 
-  ServiceDouble::Answer answer(const ServiceDouble::Call& call);
-  ServiceDouble::Answer create(const std::string& owner);
-  ServiceDouble::Answer start(const std::string& path);
+  ServiceDouble::Answer answer(const ServiceDouble::Call& call) {
+    if (call.method == "CreateClient") return create(call.sender);
+    if (call.method == "Start") return start(call.object);
+    if (call.method == "Stop") clients_[call.object].isRunning = false;
+    if (call.method == "DeleteClient") {
+      const std::string path = dbus::read<dbus::ObjectPath>(call.arguments, 0).value_or("");
+      clients_.erase(path);
+      service_.removeObject(path);
+    }
+    return Glib::VariantContainerBase();
+  }
+
+  ServiceDouble::Answer create(const std::string& owner) {
+    if (mood_ == Mood::withoutAgent) return ServiceDouble::NoAnswer{};
+    lastClient_ = "/org/freedesktop/GeoClue2/Client/" + std::to_string(++objectCount_);
+    clients_[lastClient_] = {owner};
+    service_.addObject(lastClient_, kClient);
+    return dbus::arguments(dbus::ObjectPath(lastClient_));
+  }
+
+  ServiceDouble::Answer start(const std::string& path) {
+    const auto denied = [](const char* text) { return dbus::Failure{dbus::kAccessDenied, text}; };
+    if (!service_.property<Glib::ustring>(path, kClient, "DesktopId")) {
+      return denied("'DesktopId' property must be set");
+    }
+    if (mood_ == Mood::disallowing) return denied("'tests' disallowed by configuration for UID 0");
+    if (mood_ == Mood::disabled) return denied("Geolocation disabled for UID 0");
+    clients_[path].isRunning = true;
+    return Glib::VariantContainerBase();
+  }
 
   Mood mood_ = Mood::willing;
   std::map<std::string, Client> clients_;

@@ -12,30 +12,60 @@ namespace ovinta::test {
 /// notification, only the connection that has shown it.
 class NotificationsDouble {
  public:
+  using Texts = std::vector<Glib::ustring>;
   struct Shown {
     std::uint32_t number;
     std::string client, application, title, body;
-    std::vector<Glib::ustring> actions;
-    platform::linux::dbus::Properties hints;
+    Texts actions;
+    dbus::Properties hints;
   };
 
-  explicit NotificationsDouble(const PrivateBus& bus);
+  explicit NotificationsDouble(const PrivateBus& bus)
+      : service_(bus, kName, {{"GetCapabilities", ""}, {"Notify", "susssasa{sv}i"}},
+                 [this](const auto& call) { return answer(call); }) {
+    service_.addObject(kPath, kName);
+  }
 
-  void setCapabilities(std::vector<Glib::ustring> capabilities);
+  void setCapabilities(Texts capabilities) {
+    service_.sync([&] { capabilities_ = std::move(capabilities); });
+  }
   void appear() { service_.appear(); }
   void vanish() { service_.vanish(); }
 
   /// What was shown so far.
-  std::vector<Shown> shown();
+  std::vector<Shown> shown() {
+    return service_.sync([&] { return shown_; });
+  }
 
-  void click(const Shown& notification);
-  void close(const Shown& notification);
+  /// A click, after which the notification is dismissed.
+  void click(const Shown& shown) {
+    service_.emit(kPath, kName, "ActionInvoked", dbus::arguments(shown.number, "default"),
+                  shown.client);
+    service_.emit(kPath, kName, "NotificationClosed", dbus::arguments(shown.number, 2U),
+                  shown.client);
+  }
 
  private:
-  ServiceDouble::Answer answer(const ServiceDouble::Call& call);
+  static constexpr const char* kName = "org.freedesktop.Notifications";
+  static constexpr const char* kPath = "/org/freedesktop/Notifications";
 
-  /// Used on the service's thread.
-  std::vector<Glib::ustring> capabilities_{"actions", "body", "body-markup"};
+  ServiceDouble::Answer answer(const ServiceDouble::Call& call) {
+    if (call.method == "GetCapabilities") return dbus::arguments(capabilities_);
+    const auto text = [&](std::size_t place) {
+      return dbus::read<Glib::ustring>(call.arguments, place).value().raw();
+    };
+    // The number is not the same as its place: services do not begin with 1.
+    shown_.push_back({.number = 7 + static_cast<std::uint32_t>(shown_.size()),
+                      .client = call.sender,
+                      .application = text(0),
+                      .title = text(3),
+                      .body = text(4),
+                      .actions = dbus::read<Texts>(call.arguments, 5).value(),
+                      .hints = dbus::read<dbus::Properties>(call.arguments, 6).value()});
+    return dbus::arguments(shown_.back().number);
+  }
+
+  Texts capabilities_{"actions", "body", "body-markup"};
   std::vector<Shown> shown_;
   ServiceDouble service_;
 };

@@ -16,6 +16,8 @@
 
 namespace ovinta::test {
 
+namespace dbus = platform::linux::dbus;
+
 /// Stands for a service of the system on a private bus. It keeps objects with properties, which
 /// clients may read and write; its methods are the test's. May be used from any thread, also by the
 /// handler.

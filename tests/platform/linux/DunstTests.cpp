@@ -41,10 +41,8 @@ class DunstTest : public UserNotificationTest {
 };
 
 TEST_F(DunstTest, ShowsTheNotificationAndTellsOfTheClick) {
-  const auto center = makeCenter();
-  center->add(requestFor("one"), nullptr);
-  pendingOf(*center);
-  EXPECT_THAT(enter(*center), testing::IsEmpty());
+  arm({requestFor("one")});
+  EXPECT_THAT(enter(), testing::IsEmpty());
   std::uint32_t displayed = 0;
   waitUntil([&] {
     service_.getProperties(kPath, kDunst, [&](const dbus::Properties& properties) {
@@ -54,8 +52,7 @@ TEST_F(DunstTest, ShowsTheNotificationAndTellsOfTheClick) {
   });
   EXPECT_TRUE(clicked_.empty());
   call("NotificationAction", dbus::arguments(std::uint32_t{0}));
-  waitUntil([&] { return !clicked_.empty(); });
-  EXPECT_THAT(clicked_, testing::ElementsAre("one"));
+  waitForClick();
 
   // It lists what is closed.
   call("NotificationCloseLast", {});

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <atomic>
 #include <filesystem>
 #include <memory>
@@ -35,6 +36,7 @@ class UserNotificationTest : public test::BusTest {
     services_.notificationCenter = standard::makeNotificationCenter();
     services_.geodesy = std::make_shared<simulation::Sphere>();
     services_.location = location_;
+    center_ = makeCenter();
   }
 
   std::unique_ptr<Center> makeCenter(std::optional<AgentRegistry> agents = {},
@@ -60,27 +62,30 @@ class UserNotificationTest : public test::BusTest {
     return identifiers;
   }
 
-  void waitForPending(Center& center, std::size_t count) {
-    const auto found = std::make_shared<std::atomic<std::size_t>>(count + 1);
-    waitUntil([&] {
-      center.getPendingNotificationRequests(
-          [found](const auto& requests) { *found = requests.size(); });
-      return *found == count;
-    });
+  std::vector<std::string> arm(const std::vector<UserNotificationRequest>& requests) {
+    for (const auto& request : requests) center_->add(request, nullptr);
+    return pendingOf(*center_);
   }
 
-  void moveTo(double metresNorth) {
+  /// What is pending once the device is there.
+  std::vector<std::string> moveTo(double metresNorth) {
     location_->deliver(
         {.coordinate = simulation::northOfSite(metresNorth), .horizontalAccuracy = 5});
+    return pendingOf(*center_);
   }
 
   /// Goes out of the region and in, and lets the centre see both.
-  std::vector<std::string> enter(Center& center) {
-    for (const double metres : {500, 0}) {
-      moveTo(metres);
-      pendingOf(center);
-    }
-    return pendingOf(center);
+  std::vector<std::string> enter() {
+    for (const double metres : {500, 0}) moveTo(metres);
+    return pendingOf(*center_);
+  }
+
+  void waitForClick() {
+    waitUntil([&] { return !clicked_.empty(); });
+    EXPECT_THAT(clicked_, testing::ElementsAre("one"));
+  }
+  void waitForMissing(const std::string& name) {
+    waitUntil([&] { return std::ranges::count(log_->lines(), name + " is not on the bus") == 1; });
   }
 
   void waitForShown(std::size_t count) {
@@ -95,6 +100,7 @@ class UserNotificationTest : public test::BusTest {
                                                       std::make_shared<simulation::Sphere>());
   Services services_;
   std::vector<std::string> clicked_;
+  std::unique_ptr<Center> center_;
 };
 
 }  // namespace ovinta::platform::linux
