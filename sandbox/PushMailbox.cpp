@@ -86,7 +86,7 @@ std::shared_ptr<PushMailbox::Listener> PushMailbox::listen(std::string_view push
 
 void PushMailbox::send(std::string_view pushToken, std::string payload) {
   const std::lock_guard lock(shared_->mutex);
-  const auto push = std::make_shared<Push>(std::move(payload));
+  const auto push = std::make_shared<Push>(Push{.payload = std::move(payload)});
   bool isHeard = false;
   for (Listener::Line* line : shared_->lines) {
     if (line->pushToken != pushToken) continue;

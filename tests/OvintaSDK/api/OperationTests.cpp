@@ -38,7 +38,9 @@ class OperationTest : public SDKFixture, public ::testing::WithParamInterface<Op
         .make(std::string(baseURL),
               [outcome](bool hasResult, const ErrorPtr& error) {
                 *outcome += hasResult ? "a result" : "";
-                if (error) *outcome += std::string(typeid(*error).name()) + textOf(error);
+                if (!error) return;
+                const OvintaError& reported = *error;
+                *outcome += typeid(reported).name() + textOf(error);
               })
         ->main();
     drain();
