@@ -54,7 +54,7 @@ class SystemDevice::Monitor {
   }
 
   void publish(std::optional<BatteryState> state) {
-    if (const auto shared = shared_.lock()) shared->state = state;
+    if (const auto shared = shared_.lock()) shared->setState(state);
   }
 
   const std::weak_ptr<Shared> shared_;
@@ -75,14 +75,17 @@ void SystemDevice::setBatteryMonitoringEnabled(bool enabled) {
     const auto shared = weak.lock();
     if (!shared) return;
     shared->monitor = nullptr;
-    shared->state = std::nullopt;
+    shared->setState(std::nullopt);
     if (shared->isMonitored) shared->monitor = std::make_shared<Monitor>(bus, shared);
   });
 }
 
 BatteryState SystemDevice::batteryState() const {
   if (!shared_->isMonitored) return BatteryState::unknown;
-  const auto state = shared_->state.load();
+  const auto state = [this] {
+    const std::lock_guard lock(shared_->mutex);
+    return shared_->state;
+  }();
   return state ? *state : readPowerSupplies(powerSupplies_);
 }
 

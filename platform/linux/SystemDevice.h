@@ -3,6 +3,7 @@
 #include <atomic>
 #include <filesystem>
 #include <memory>
+#include <mutex>
 #include <optional>
 
 #include "platform/Device.h"
@@ -25,10 +26,17 @@ class SystemDevice : public Device {
   class Monitor;
   struct Shared {
     std::atomic<bool> isMonitored = false;
+    /// Guards `state`.
+    std::mutex mutex = {};
     /// What UPower said last; absent while there is none.
-    std::atomic<std::optional<BatteryState>> state = {};
+    std::optional<BatteryState> state = {};
     /// There while monitoring is on. Main thread only.
     std::shared_ptr<Monitor> monitor = {};
+
+    void setState(std::optional<BatteryState> newState) {
+      const std::lock_guard lock(mutex);
+      state = newState;
+    }
   };
 
   const std::shared_ptr<dbus::Bus> bus_;
