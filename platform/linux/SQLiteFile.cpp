@@ -116,6 +116,27 @@ fs::path setAsideSQLiteFile(const fs::path& file) {
   return target;
 }
 
+void openOrRebuildSQLiteFile(const fs::path& file, const char* name, Log& log,
+                             const std::function<void()>& open,
+                             const std::function<void()>& forget) {
+  try {
+    return open();
+  } catch (const SQLite::Exception& error) {
+    if (!isDamage(error)) throw;
+  }
+  const DirectoryLock lock(file.parent_path());
+  try {
+    return open();  // Another process may have rebuilt it meanwhile.
+  } catch (const SQLite::Exception& error) {
+    if (!isDamage(error)) throw;
+    const auto aside = setAsideSQLiteFile(file);
+    log.write("The file of " + std::string(name) + " is damaged (" + error.what() +
+              ") and was set aside as " + aside.filename().string());
+  }
+  forget();
+  open();
+}
+
 DirectoryLock::DirectoryLock(const fs::path& directory)
     : descriptor_(open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
   while (descriptor_ >= 0 && flock(descriptor_, LOCK_EX) != 0 && errno == EINTR) {

@@ -5,7 +5,10 @@
 
 #include <chrono>
 #include <filesystem>
+#include <functional>
 #include <memory>
+
+#include "platform/Log.h"
 
 namespace ovinta::platform::linux {
 
@@ -22,6 +25,13 @@ bool isDamage(const SQLite::Exception& error);
 /// Renames a damaged database, and what belongs to it, to `<name>.corrupt-<n>` with the first free
 /// number, and returns the new path. Throws `std::system_error`.
 std::filesystem::path setAsideSQLiteFile(const std::filesystem::path& file);
+
+/// Calls `open`, which opens the file and throws `SQLite::Exception`. Where the file turns out to
+/// be damaged it is set aside, of which the log tells under the name, `forget` is called, and then
+/// `open` again. Other processes that do the same at the same time do it once.
+void openOrRebuildSQLiteFile(
+    const std::filesystem::path& file, const char* name, Log& log,
+    const std::function<void()>& open, const std::function<void()>& forget = [] {});
 
 /// Keeps other processes, and other threads, that take the same lock out for as long as it lives.
 /// Works as well as it can: without the directory it locks nothing.

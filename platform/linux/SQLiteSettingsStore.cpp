@@ -95,22 +95,11 @@ void SQLiteSettingsStore::open() const {
 }
 
 void SQLiteSettingsStore::openOrRebuild() const {
-  try {
-    return open();
-  } catch (const SQLite::Exception& error) {
-    if (!isDamage(error)) throw;
-  }
-  const DirectoryLock lock(file_->parent_path());
-  try {
-    return open();  // Another process may have rebuilt it meanwhile.
-  } catch (const SQLite::Exception& error) {
-    if (!isDamage(error)) throw;
-    const auto aside = setAsideSQLiteFile(*file_);
-    log_->write("The settings file is damaged (" + std::string(error.what()) +
-                ") and was set aside as " + aside.filename().string());
-  }
-  for (auto& key : cache_.storedKeys()) unwritten_.insert(std::move(key));
-  open();
+  openOrRebuildSQLiteFile(
+      *file_, "settings", *log_, [this] { open(); },
+      [this] {
+        for (auto& key : cache_.storedKeys()) unwritten_.insert(std::move(key));
+      });
 }
 
 void SQLiteSettingsStore::flush() {

@@ -59,26 +59,12 @@ void NotificationStore::open() {
   database_ = std::move(database);
 }
 
-void NotificationStore::openOrRebuild() {
-  try {
-    return open();
-  } catch (const SQLite::Exception& error) {
-    if (!isDamage(error)) throw;
-  }
-  const DirectoryLock lock(file_->parent_path());
-  try {
-    return open();  // Another process may have rebuilt it meanwhile.
-  } catch (const SQLite::Exception& error) {
-    if (!isDamage(error)) throw;
-    const auto aside = setAsideSQLiteFile(*file_);
-    log_->write("The file of pending notifications is damaged (" + std::string(error.what()) +
-                ") and was set aside as " + aside.filename().string());
-  }
-  open();
-}
-
 SQLite::Database& NotificationStore::database() {
-  if (!database_) openOrRebuild();
+  if (!database_ && file_) {
+    openOrRebuildSQLiteFile(*file_, "pending notifications", *log_, [this] { open(); });
+  } else if (!database_) {
+    open();
+  }
   return *database_;
 }
 

@@ -65,7 +65,6 @@ class NotificationStore {
   SQLite::Database* existing();
   SQLite::Database& database();
   void open();
-  void openOrRebuild();
   std::vector<Row> rows();
   std::vector<Move> moves(const Location& fix, const Geodesy& geodesy);
 
