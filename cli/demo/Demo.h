@@ -9,13 +9,13 @@
 #include "OvintaSDK/OvintaSDK.h"
 #include "cli/demo/DemoOptions.h"
 #include "cli/demo/Merchant.h"
-#include "cli/demo/TemporaryDirectory.h"
 #include "cli/device/ExchangeLog.h"
 #include "cli/device/Interruption.h"
 #include "cli/device/NotificationLines.h"
 #include "cli/device/Timeline.h"
 #include "cli/device/TripDevice.h"
 #include "platform/simulation/TripPlayer.h"
+#include "replay/TemporaryDirectory.h"
 #include "sandbox/Sandbox.h"
 
 namespace ovinta::cli {
@@ -76,7 +76,7 @@ class Demo {
   const DemoOptions options_;
   Interruption& interruption_;
   /// Settings and order store.
-  TemporaryDirectory directory_;
+  replay::TemporaryDirectory directory_;
   Timeline timeline_;
   ExchangeLog exchanges_;
   TripDevice device_;

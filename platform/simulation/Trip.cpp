@@ -18,9 +18,6 @@ using xml::Malformed;
 using xml::Range;
 
 constexpr std::string_view kTripNamespace = "urn:ovinta:trip";
-/// Metres of uncertainty for each unit of the dilution of precision: a usual receiver's range
-/// error.
-constexpr double kMetresPerDilution = 5;
 constexpr Range kLatitude{-90, 90};
 constexpr Range kLongitude{-180, 180};
 constexpr Range kNotNegative{.lowest = 0};

@@ -61,6 +61,10 @@ struct TripBatteryChange {
 inline constexpr Date kDefaultTripStart{std::chrono::sys_days{std::chrono::year{2026} / 3 / 14} +
                                         std::chrono::hours(15)};
 
+/// Metres of uncertainty for each unit of the dilution of precision: a usual receiver's range
+/// error.
+inline constexpr double kMetresPerDilution = 5;
+
 /// What happens to a device on its way. Between two points it moves evenly.
 struct Trip {
   /// In the order of their offsets, at least one.

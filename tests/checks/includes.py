@@ -22,6 +22,7 @@ RULES = [
     (r"platform/simulation/", rf"{PLATFORM}|{SIMULATION}", rf"{STANDARD}|pugixml\.hpp"),
     (r"bindings/objc/include/", r"(?!)", r"(Foundation|OvintaObjC)/.*"),
     (r"bindings/", rf"bindings/|OvintaSDK/|{PLATFORM}|platform/linux/Linux\.h", ANY),
+    (r"replay/", r"replay/|platform/\w+\.h|platform/simulation/", ANY),
     (r"sandbox/", r"sandbox/|platform/|OvintaSDK/", ANY),
     (r"cli/", ANY, ANY),
     (r"examples/", r"(?!)", ANY),
@@ -55,7 +56,7 @@ def complaints(path, text):
 def main(root):
     found = []
     files = 0
-    for top in ("OvintaSDK", "platform", "bindings", "sandbox", "cli", "examples", "tests"):
+    for top in ("OvintaSDK", "platform", "bindings", "sandbox", "replay", "cli", "examples", "tests"):
         for file in sorted((root / top).rglob("*")):
             if file.suffix in (".h", ".cpp", ".m", ".mm"):
                 files += 1

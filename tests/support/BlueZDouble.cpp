@@ -23,7 +23,7 @@ Properties manufacturerData(const BlueZDouble::Bytes& data, std::uint16_t compan
 
 }  // namespace
 
-BlueZDouble::BlueZDouble(const PrivateBus& bus)
+BlueZDouble::BlueZDouble(const replay::PrivateBus& bus)
     : service_(bus, "org.bluez",
                {{"GetManagedObjects", ""},
                 {"SetDiscoveryFilter", "a{sv}"},

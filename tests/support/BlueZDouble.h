@@ -16,7 +16,7 @@ class BlueZDouble {
  public:
   using Bytes = std::vector<std::uint8_t>;
 
-  explicit BlueZDouble(const PrivateBus& bus);
+  explicit BlueZDouble(const replay::PrivateBus& bus);
 
   void addAdapter(const std::string& name, bool isPowered = true);
   void removeAdapter(const std::string& name);

@@ -8,7 +8,7 @@
 #include "platform/linux/dbus/Bus.h"
 #include "platform/simulation/RecordingLog.h"
 #include "platform/simulation/VirtualTime.h"
-#include "tests/support/PrivateBus.h"
+#include "replay/PrivateBus.h"
 #include "tests/support/TemporaryDirectory.h"
 
 namespace ovinta::test {
@@ -25,7 +25,7 @@ class BusTest : public testing::Test {
     ASSERT_TRUE(time_.waitUntil(condition, std::chrono::seconds(30)));
   }
 
-  PrivateBus daemon_;
+  replay::PrivateBus daemon_;
   TemporaryDirectory folder_;
   platform::simulation::VirtualTime time_{platform::Date{}};
   std::shared_ptr<platform::simulation::RecordingLog> log_ =

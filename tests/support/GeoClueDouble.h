@@ -13,7 +13,7 @@ class GeoClueDouble {
  public:
   enum class Mood { willing, withoutAgent, disallowing, disabled };
 
-  explicit GeoClueDouble(const PrivateBus& bus)
+  explicit GeoClueDouble(const replay::PrivateBus& bus)
       : service_(bus, "org.freedesktop.GeoClue2",
                  {{"CreateClient", ""}, {"DeleteClient", "o"}, {"Start", ""}, {"Stop", ""}},
                  [this](const auto& call) { return answer(call); }) {

@@ -20,7 +20,7 @@ class NotificationsDouble {
     dbus::Properties hints;
   };
 
-  explicit NotificationsDouble(const PrivateBus& bus)
+  explicit NotificationsDouble(const replay::PrivateBus& bus)
       : service_(bus, kName, {{"GetCapabilities", ""}, {"Notify", "susssasa{sv}i"}},
                  [this](const auto& call) { return answer(call); }) {
     service_.addObject(kPath, kName);

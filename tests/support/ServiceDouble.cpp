@@ -25,7 +25,7 @@ GDBusMessage* replyTo(GDBusMessage* message, const ServiceDouble::Answer& answer
 
 }  // namespace
 
-ServiceDouble::ServiceDouble(const PrivateBus& bus, std::string name,
+ServiceDouble::ServiceDouble(const replay::PrivateBus& bus, std::string name,
                              std::map<std::string, std::string> methods,
                              std::function<Answer(const Call&)> handler)
     : name_(std::move(name)),

@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "platform/linux/dbus/Message.h"
-#include "tests/support/PrivateBus.h"
+#include "replay/PrivateBus.h"
 
 namespace ovinta::test {
 
@@ -33,7 +33,8 @@ class ServiceDouble {
 
   /// Owns the name at once. `methods`: the signature of each one's arguments. `handler` answers the
   /// calls, one at a time on a thread of its own; what it uses is declared before the double.
-  ServiceDouble(const PrivateBus& bus, std::string name, std::map<std::string, std::string> methods,
+  ServiceDouble(const replay::PrivateBus& bus, std::string name,
+                std::map<std::string, std::string> methods,
                 std::function<Answer(const Call&)> handler);
   ~ServiceDouble();
   ServiceDouble(const ServiceDouble&) = delete;

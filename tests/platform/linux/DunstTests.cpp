@@ -1,5 +1,5 @@
+#include "replay/ChildProcess.h"
 #include "tests/platform/linux/UserNotificationFixture.h"
-#include "tests/support/ChildProcess.h"
 
 namespace ovinta::platform::linux {
 namespace {
@@ -19,11 +19,10 @@ class DunstTest : public UserNotificationTest {
       if (!std::filesystem::exists(needed)) GTEST_SKIP() << "Skipped: there is no " << needed;
     }
     desktop_.vanish();
-    std::string number;
     screen_.emplace(std::vector<std::string>{kServer, "-displayfd", "1", "-nolisten", "tcp"},
-                    std::vector<std::string>{}, &number);
+                    std::vector<std::string>{}, replay::ChildOutput::firstLine);
     dunst_.emplace(std::vector<std::string>{kProgram},
-                   std::vector<std::string>{"DISPLAY=:" + number,
+                   std::vector<std::string>{"DISPLAY=:" + screen_->firstLine(),
                                             "DBUS_SESSION_BUS_ADDRESS=" + daemon_.address(),
                                             "XDG_CONFIG_HOME=" + folder_.path().string()});
     bool isThere = false;
@@ -36,7 +35,7 @@ class DunstTest : public UserNotificationTest {
     service_.call(kPath, kDunst, method, arguments, std::move(completion));
   }
 
-  std::optional<test::ChildProcess> screen_, dunst_;
+  std::optional<replay::ChildProcess> screen_, dunst_;
   dbus::Service service_{makeBus(), "org.freedesktop.Notifications"};
 };
 

@@ -1,7 +1,7 @@
 #include "platform/linux/position/GpsdProvider.h"
 #include "platform/linux/position/PortalProvider.h"
+#include "replay/LineServer.h"
 #include "tests/platform/linux/PositionFixture.h"
-#include "tests/support/LineSender.h"
 #include "tests/support/ServiceDouble.h"
 
 namespace ovinta::platform::linux {
@@ -103,12 +103,12 @@ TEST_F(PortalTest, ARefusalStandsAndASessionThatEndsIsMadeAnew) {
 
 TEST_F(PositionTest, GpsdTellsItsFixesAndIsConnectedToAgain) {
   using boost::asio::ip::tcp;
-  test::LineSender<tcp> gpsd({boost::asio::ip::address_v4::loopback(), 0});
+  replay::LineServer<tcp> gpsd({boost::asio::ip::address_v4::loopback(), 0});
   GpsdProvider provider(time_.mainQueue(), std::make_shared<simulation::Sphere>(),
                         {.host = "127.0.0.1", .port = std::to_string(gpsd.endpoint().port())});
   const auto stream = open(provider, 100);
   waitForAccess(PositionAccess::grantedAlways);
-  ASSERT_TRUE(gpsd.accept());
+  ASSERT_TRUE(gpsd.hasListener(10s));
   const auto report = [](int mode, double metresNorth, const std::string& more) {
     const Coordinate at = northOfSite(metresNorth);
     return R"({"class":"TPV","mode":)" + std::to_string(mode) + R"(,"lat":)" +
@@ -132,7 +132,7 @@ TEST_F(PositionTest, GpsdTellsItsFixesAndIsConnectedToAgain) {
   stream->setDistanceFilter(0);
   time_.advance(15s);
   waitForAccess(PositionAccess::grantedAlways);
-  ASSERT_TRUE(gpsd.accept());
+  ASSERT_TRUE(gpsd.hasListener(10s));
   gpsd.say(report(3, 150, ""));
   waitUntil([&] { return locations_.size() == 3; });
 }

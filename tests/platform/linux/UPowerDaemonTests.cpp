@@ -2,8 +2,8 @@
 #include <unistd.h>
 
 #include "platform/linux/SystemDevice.h"
+#include "replay/ChildProcess.h"
 #include "tests/support/BusFixture.h"
-#include "tests/support/ChildProcess.h"
 #include "tests/support/Files.h"
 
 namespace ovinta::platform::linux {
@@ -30,8 +30,8 @@ TEST_P(UPowerDaemonTest, ItsBatteryIsRead) {
   }
   const auto description = folder_.path() / "battery.umockdev";
   test::writeFile(description, battery(GetParam().first));
-  const test::ChildProcess daemon({kPlayer, "--device", description.string(), "--", kDaemon},
-                                  {"DBUS_SYSTEM_BUS_ADDRESS=" + daemon_.address()});
+  const replay::ChildProcess daemon({kPlayer, "--device", description.string(), "--", kDaemon},
+                                    {"DBUS_SYSTEM_BUS_ADDRESS=" + daemon_.address()});
   SystemDevice device(bus_, time_.mainQueue(), folder_.path() / "none");
   device.setBatteryMonitoringEnabled(true);
   waitUntil([&] { return device.batteryState() == GetParam().second; });

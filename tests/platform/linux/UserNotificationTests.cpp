@@ -1,7 +1,7 @@
 #include "tests/platform/linux/UserNotificationFixture.h"
 
 #include "platform/linux/notifications/NotifyAgent.h"
-#include "tests/support/ChildProcess.h"
+#include "replay/ChildProcess.h"
 #include "tests/support/Files.h"
 #include "tests/support/GeoClueDouble.h"
 
@@ -250,7 +250,7 @@ TEST_F(NotifyAgentTest, TheProgramFollowsThePositionOnceTheApplicationIsGone) {
   test::GeoClueDouble geoclue(daemon_);
   const AgentRegistry registry(folder_.path() / "ovinta-notify-agent/OvintaSDK/Applications");
   startApplication(registry);
-  const test::ChildProcess agent(
+  const replay::ChildProcess agent(
       {OVINTA_NOTIFY_AGENT},
       {"XDG_DATA_HOME=" + folder_.path().string(), "DBUS_SESSION_BUS_ADDRESS=" + daemon_.address(),
        "DBUS_SYSTEM_BUS_ADDRESS=" + daemon_.address()});

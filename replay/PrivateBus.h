@@ -3,17 +3,19 @@
 #include <optional>
 #include <string>
 
-#include "tests/support/ChildProcess.h"
-#include "tests/support/TemporaryDirectory.h"
+#include "replay/ChildProcess.h"
+#include "replay/TemporaryDirectory.h"
 
-namespace ovinta::test {
+namespace ovinta::replay {
 
 /// A D-Bus daemon that nobody else knows. It starts no service by itself, and ends with this object
-/// or, whatever happens, with this process.
+/// or, whatever happens, with the thread that started it. For one thread.
 class PrivateBus {
  public:
+  /// Returns when the daemon listens. Throws `std::runtime_error` when it does not start.
   PrivateBus();
 
+  /// As D-Bus writes it.
   const std::string& address() const { return address_; }
 
   /// Ends the daemon; the address leads nowhere from then on.
@@ -27,4 +29,4 @@ class PrivateBus {
   std::optional<ChildProcess> daemon_;
 };
 
-}  // namespace ovinta::test
+}  // namespace ovinta::replay

@@ -1,10 +1,10 @@
-#include "cli/demo/TemporaryDirectory.h"
+#include "replay/TemporaryDirectory.h"
 
 #include <cstdlib>
 #include <string>
 #include <system_error>
 
-namespace ovinta::cli {
+namespace ovinta::replay {
 
 TemporaryDirectory::TemporaryDirectory() {
   std::string name = (std::filesystem::temp_directory_path() / "ovinta-XXXXXX").string();
@@ -19,4 +19,4 @@ TemporaryDirectory::~TemporaryDirectory() {
   std::filesystem::remove_all(path_, ignored);
 }
 
-}  // namespace ovinta::cli
+}  // namespace ovinta::replay

@@ -2,7 +2,7 @@
 
 #include <filesystem>
 
-namespace ovinta::cli {
+namespace ovinta::replay {
 
 /// A new directory that goes, with all that is in it, when the object does.
 class TemporaryDirectory {
@@ -18,4 +18,4 @@ class TemporaryDirectory {
   std::filesystem::path path_;
 };
 
-}  // namespace ovinta::cli
+}  // namespace ovinta::replay

@@ -1,0 +1,29 @@
+#include "replay/PrivateBus.h"
+
+#include <fstream>
+#include <stdexcept>
+#include <vector>
+
+namespace ovinta::replay {
+
+PrivateBus::PrivateBus() {
+  std::ofstream(directory_.path() / "bus.conf")
+      << "<busconfig><type>custom</type><keep_umask/><listen>" << address_
+      << "</listen><auth>EXTERNAL</auth><policy context='default'>"
+         "<allow send_destination='*' eavesdrop='true'/><allow eavesdrop='true'/>"
+         "<allow own='*'/><allow user='*'/></policy></busconfig>";
+  start();
+}
+
+void PrivateBus::start() {
+  const std::string file = (directory_.path() / "bus.conf").string();
+  // It prints its address once it listens.
+  daemon_.emplace(std::vector<std::string>{"dbus-daemon", "--nofork", "--nopidfile",
+                                           "--config-file=" + file, "--print-address=1"},
+                  std::vector<std::string>{}, ChildOutput::firstLine);
+  if (daemon_->firstLine().empty()) {
+    throw std::runtime_error("dbus-daemon does not start; it comes with the package dbus-daemon");
+  }
+}
+
+}  // namespace ovinta::replay
