@@ -37,7 +37,12 @@ std::string sessionBusAddress() {
 
 Bus::Bus(std::string address, std::shared_ptr<MainQueue> mainQueue, std::shared_ptr<Log> log)
     : mainQueue_(std::move(mainQueue)),
-      link_(std::move(address), std::move(log)),
+      link_(std::move(address), std::move(log),
+            [this, life = std::weak_ptr(life_)](TimeInterval delay) {
+              mainQueue_->asyncAfter(delay, [this, life] {
+                if (!life.expired()) thread_.post([this] { link_.retry(); });
+              });
+            }),
       thread_("ovinta-dbus", [this] { link_.drop(); }) {
   static std::once_flag once;
   std::call_once(once, &ExitAwareThread::stopAllAtExit);

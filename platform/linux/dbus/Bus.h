@@ -18,8 +18,9 @@ std::string systemBusAddress();
 std::string sessionBusAddress();
 
 /// One bus of the machine. Connects when it is first used, on a thread of its own, so that nothing
-/// here ever blocks; without a bus, calls fail and services are absent, which is logged once. While
-/// nothing is called and nothing signalled it does nothing at all. May be used from any thread, and
+/// here ever blocks; without a bus, calls fail and services are absent, which is logged once. A bus
+/// that is gone is looked for while there are registrations. Otherwise, while nothing is called and
+/// nothing signalled, it does nothing at all. May be used from any thread, and
 /// is destroyed on the main thread; handlers run on the main queue. Most users want a `Service`.
 class Bus {
  public:
@@ -48,11 +49,11 @@ class Bus {
 
  private:
   const std::shared_ptr<MainQueue> mainQueue_;
+  /// Expires with the bus.
+  const std::shared_ptr<bool> life_ = std::make_shared<bool>(true);
   /// Used on the thread alone.
   BusLink link_;
   ContextThread thread_;
-  /// Expires with the bus.
-  const std::shared_ptr<bool> life_ = std::make_shared<bool>(true);
 };
 
 class Bus::Registration {

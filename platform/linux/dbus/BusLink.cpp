@@ -1,9 +1,13 @@
 #include "platform/linux/dbus/BusLink.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace ovinta::platform::linux::dbus {
 namespace {
+
+constexpr TimeInterval kShortestRetryDelay = std::chrono::seconds(1);
+constexpr TimeInterval kLongestRetryDelay = std::chrono::seconds(60);
 
 Failure describe(GError* error) {
   std::string name;
@@ -36,8 +40,12 @@ struct BusLink::Registration {
   guint id = 0;
 };
 
-BusLink::BusLink(std::string address, std::shared_ptr<Log> log)
-    : address_(std::move(address)), log_(std::move(log)), cancellable_(g_cancellable_new()) {}
+BusLink::BusLink(std::string address, std::shared_ptr<Log> log, RetryLater retryLater)
+    : address_(std::move(address)),
+      log_(std::move(log)),
+      retryLater_(std::move(retryLater)),
+      retryDelay_(kShortestRetryDelay),
+      cancellable_(g_cancellable_new()) {}
 
 BusLink::~BusLink() { g_object_unref(cancellable_); }
 
@@ -71,12 +79,23 @@ void BusLink::needConnection() {
       this);
 }
 
+void BusLink::needRetry() {
+  if (registrations_.empty() || isDropped_ || std::exchange(isRetryScheduled_, true)) return;
+  retryLater_(std::exchange(retryDelay_, std::min(2 * retryDelay_, kLongestRetryDelay)));
+}
+
+void BusLink::retry() {
+  isRetryScheduled_ = false;
+  if (!registrations_.empty()) needConnection();
+}
+
 void BusLink::connected(GDBusConnection* connection, const char* failure) {
   --underWay_;
   g_source_destroy(deadline_);
   g_source_unref(std::exchange(deadline_, nullptr));
   connection_ = connection;
   if (connection_) {
+    retryDelay_ = kShortestRetryDelay;
     g_signal_connect(connection_, "closed",
                      G_CALLBACK(+[](GDBusConnection*, gboolean, GError*, gpointer link) {
                        static_cast<BusLink*>(link)->lost();
@@ -86,6 +105,7 @@ void BusLink::connected(GDBusConnection* connection, const char* failure) {
   } else {
     logOnce("No D-Bus at " + address_ + ": " + failure);
     for (const auto& [key, registration] : registrations_) notePresence(*registration, false);
+    needRetry();
   }
   for (auto& pending : std::exchange(waiting_, {})) {
     if (connection_) {
@@ -104,6 +124,7 @@ void BusLink::lost() {
   }
   g_signal_handlers_disconnect_by_data(connection_, this);
   g_object_unref(std::exchange(connection_, nullptr));
+  needRetry();
 }
 
 void BusLink::drop() {

@@ -10,21 +10,26 @@
 #include <unordered_map>
 #include <vector>
 
+#include "platform/Date.h"
 #include "platform/Log.h"
 #include "platform/linux/dbus/Message.h"
 
 namespace ovinta::platform::linux::dbus {
 
-/// The connection to one bus, made when it is first needed, and anew when it is needed after it was
-/// lost. It is private: the one that GLib shares ends the process when the bus goes away. Lives and
-/// calls back on one thread and its default context. Of GLib's C++ layer the values alone are used:
-/// its initialisation would change the application's locale.
+/// The connection to one bus, made when it is first needed. One that is lost, or cannot be made, is
+/// made anew when it is needed again and, while somebody watches or subscribes, tried again after a
+/// second and then ever more rarely, once a minute in the end. It is private: the one that GLib
+/// shares ends the process when the bus goes away. Lives and calls back on one thread and its
+/// default context. Of GLib's C++ layer the values alone are used: its initialisation would change
+/// the application's locale.
 class BusLink {
  public:
   using Completion = std::function<void(Reply)>;
   using Key = const void*;
+  /// Has the link's thread call `retry` after the delay.
+  using RetryLater = std::function<void(TimeInterval delay)>;
 
-  BusLink(std::string address, std::shared_ptr<Log> log);
+  BusLink(std::string address, std::shared_ptr<Log> log, RetryLater retryLater);
   ~BusLink();
   BusLink(const BusLink&) = delete;
   BusLink& operator=(const BusLink&) = delete;
@@ -40,6 +45,8 @@ class BusLink {
   void watch(Key key, NameMatch match, std::function<void(bool)> handler);
   void remove(Key key);
 
+  void retry();
+
   /// Ends the connection for good; the calls under way end in failures meanwhile.
   void drop();
 
@@ -51,6 +58,7 @@ class BusLink {
   };
 
   void needConnection();
+  void needRetry();
   void connected(GDBusConnection* connection, const char* failure);
   void lost();
   void close();
@@ -63,6 +71,10 @@ class BusLink {
 
   const std::string address_;
   const std::shared_ptr<Log> log_;
+  const RetryLater retryLater_;
+  /// To the next retry.
+  TimeInterval retryDelay_;
+  bool isRetryScheduled_ = false;
   GDBusConnection* connection_ = nullptr;
   /// Ends all that is under way when the link is dropped.
   GCancellable* const cancellable_;

@@ -28,6 +28,8 @@ void AgentContact::setArmed(bool isArmed) {
 void AgentContact::keepAgent() {
   agent_.emplace(bus_, kAgentBusName);
   agent_->onPresence(true, [this, wasThere = false](bool isThere) mutable {
+    // A bus that was lost meanwhile has forgotten whose the name is.
+    if (isThere) daemon_.requestName(busName_, BusDaemon::IfTaken::wait, [](bool) {});
     if (std::exchange(wasThere, isThere) && !isThere && restarts_++ < kMostRestarts) {
       daemon_.start(kAgentBusName);
     }

@@ -130,6 +130,37 @@ TEST_F(DBusTest, ABusThatIsGoneFailsCallsAndIsFoundAgainWhenItIsNeeded) {
   EXPECT_THAT(presence, ElementsAre(true, false, true));
 }
 
+TEST_F(DBusTest, ABusThatIsGoneIsLookedForEverMoreRarelyWhileSomebodyListens) {
+  std::vector<bool> presence;
+  int ticks = 0;
+  service_->onPresence(false, [&](bool isPresent) { presence.push_back(isPresent); });
+  service_->onSignal(kPath, kName, "Tick", [&](const Signal&) { ++ticks; });
+  waitUntil([&] { return presence.size() == 1; });
+  const auto isRetryDue = [&] { return time_.pendingTaskCount() == 1; };
+  daemon_.stop();
+  for (const auto delay : {1s, 2s, 4s, 8s, 16s, 32s, 60s, 60s}) {
+    waitUntil(isRetryDue);
+    time_.advance(delay - 1ms);
+    EXPECT_TRUE(isRetryDue()) << delay.count();
+    time_.advance(1ms);
+  }
+  waitUntil(isRetryDue);
+  daemon_.start();
+  ServiceDouble again(daemon_, kName, kMethods, &answer);
+  time_.advance(60s);
+  waitUntil([&] { return presence.size() == 3; });
+  EXPECT_THAT(presence, ElementsAre(true, false, true));
+  again.emit(kPath, kName, "Tick", arguments(1U));
+  waitUntil([&] { return ticks == 1; });
+
+  daemon_.stop();
+  waitUntil(isRetryDue);
+  service_ = std::make_unique<Service>(bus_, kName);
+  time_.advance(1s);
+  call("Echo", arguments("hello"));
+  EXPECT_EQ(time_.pendingTaskCount(), 0U) << "nobody listens";
+}
+
 TEST_F(DBusTest, TheBusMayEndWithCallsUnderWay) {
   std::weak_ptr<int> held;
   {

@@ -244,6 +244,14 @@ TEST_F(NotifyAgentTest, EndsWithNothingToDoWithASecondAgentAndWithoutABus) {
   waitUntil([&] { return ends_ == 20; });
   daemon_.stop();
   waitUntil([&] { return ends_ == 21; });
+
+  // All three look for the bus; the application is found there by an agent of the new one.
+  waitUntil([&] { return time_.pendingTaskCount() == 3; });
+  daemon_.start();
+  startAgent();
+  waitForAgent(true);
+  time_.advance(std::chrono::seconds(1));
+  waitForName(RegisteredApplication{"org.example.app", file_}.busName(), true);
 }
 
 TEST_F(NotifyAgentTest, TheProgramFollowsThePositionOnceTheApplicationIsGone) {
