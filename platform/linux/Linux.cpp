@@ -2,6 +2,7 @@
 
 #include <mutex>
 
+#include "platform/linux/ApplicationOptions.h"
 #include "platform/linux/CurlURLSession.h"
 #include "platform/linux/DirectoryBundle.h"
 #include "platform/linux/GLibMainQueue.h"
@@ -25,12 +26,6 @@ namespace ovinta::platform::linux {
 namespace {
 
 namespace fs = std::filesystem;
-
-/// Absolute, so that a later change of the working directory moves nothing.
-std::optional<fs::path> dataDirectory(const Options& options, const std::string& applicationID) {
-  if (options.dataDirectory) return fs::absolute(*options.dataDirectory);
-  return defaultDataDirectory(applicationID);
-}
 
 /// Without a directory what would be in the file stays in memory.
 std::optional<fs::path> fileIn(const std::optional<fs::path>& directory, const char* name) {
@@ -88,9 +83,8 @@ std::shared_ptr<PositionHub> makePositionHub(PositionSource source,
 
 Services makeServices(const Options& options) {
   rememberMainThread();
-  const auto executable = executablePath();
-  const auto applicationID = options.applicationID.value_or(executable.filename().string());
-  const auto directory = dataDirectory(options, applicationID);
+  const auto applicationID = applicationIDOf(options);
+  const auto directory = dataDirectoryOf(options);
 
   Services services;
   services.clock = std::make_shared<SystemClock>();
@@ -101,7 +95,7 @@ Services makeServices(const Options& options) {
   services.settings =
       std::make_shared<SQLiteSettingsStore>(fileIn(directory, "Settings.sqlite"), services.log);
   services.mainBundle = std::make_shared<DirectoryBundle>(
-      fs::absolute(options.mainBundleDirectory.value_or(executable.parent_path())));
+      fs::absolute(options.mainBundleDirectory.value_or(executablePath().parent_path())));
   services.libraryBundle = std::make_shared<LibraryBundle>();
   services.text = makeText();
   services.dateFormatters = makeDateFormatterFactory();

@@ -1,9 +1,11 @@
 #pragma once
 
+#include <array>
 #include <filesystem>
 #include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "platform/Services.h"
 
@@ -23,6 +25,10 @@ enum class PositionSource {
   /// gpsd on this machine, which lets everybody in; for units without GeoClue.
   gpsd
 };
+
+/// The sources as files and command lines write them, in the order of their values.
+inline constexpr std::array<std::string_view, 4> kPositionSourceNames{"automatic", "geoclue",
+                                                                      "portal", "gpsd"};
 
 /// What the Linux implementation needs to know of the application. Absent fields take the default.
 struct Options {

@@ -8,6 +8,9 @@
 
 namespace ovinta::platform::linux {
 
+/// Where the kernel has them.
+inline constexpr const char* kPowerSupplies = "/sys/class/power_supply";
+
 /// What the batteries of this device, taken together, say in the kernel's files below `root`, which
 /// has a directory for each supply; unknown when there is none. Batteries of mice and the like do
 /// not count. May be called from any thread.

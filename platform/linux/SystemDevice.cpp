@@ -1,47 +1,25 @@
 #include "platform/linux/SystemDevice.h"
 
-#include <array>
-#include <cstdint>
 #include <utility>
 
-#include "platform/linux/PowerSupplies.h"
+#include "platform/linux/UPower.h"
 #include "platform/linux/dbus/Service.h"
 
 namespace ovinta::platform::linux {
-namespace {
-
-constexpr const char* kService = "org.freedesktop.UPower";
-/// All batteries of the device in one.
-constexpr const char* kPath = "/org/freedesktop/UPower/devices/DisplayDevice";
-constexpr const char* kInterface = "org.freedesktop.UPower.Device";
-
-/// By UPower's number: unknown, charging, discharging, empty, full, waiting to be charged (which is
-/// plugged in), waiting to be discharged.
-constexpr std::array kStates{
-    BatteryState::unknown, BatteryState::charging, BatteryState::unplugged, BatteryState::unplugged,
-    BatteryState::full,    BatteryState::charging, BatteryState::unplugged};
-
-BatteryState stateIn(const dbus::Properties& properties) {
-  const auto number = dbus::read<std::uint32_t>(properties, "State").value_or(0);
-  const bool isPresent = dbus::read<bool>(properties, "IsPresent").value_or(false);
-  return isPresent && number < kStates.size() ? kStates[number] : BatteryState::unknown;
-}
-
-}  // namespace
 
 /// Follows UPower for as long as it lives. Main thread only.
 class SystemDevice::Monitor {
  public:
   Monitor(std::shared_ptr<dbus::Bus> bus, std::weak_ptr<Shared> shared)
-      : shared_(std::move(shared)), service_(std::move(bus), kService) {
+      : shared_(std::move(shared)), service_(std::move(bus), kUPowerName) {
     service_.onPropertiesChanged(
-        kPath, kInterface,
+        kUPowerDisplayDevice, kUPowerDevice,
         [this](const std::string&, const dbus::Properties& changed) { merge(changed); });
     service_.onPresence(true, [this](bool isPresent) {
       known_.clear();
       publish(std::nullopt);
       if (!isPresent) return;
-      service_.getProperties(kPath, kInterface,
+      service_.getProperties(kUPowerDisplayDevice, kUPowerDevice,
                              [this](const dbus::Properties& all) { merge(all); });
     });
   }
@@ -50,7 +28,7 @@ class SystemDevice::Monitor {
   void merge(dbus::Properties changed) {
     changed.merge(std::exchange(known_, {}));
     known_ = std::move(changed);
-    publish(stateIn(known_));
+    publish(readUPower(known_));
   }
 
   void publish(std::optional<BatteryState> state) {

@@ -8,6 +8,7 @@
 
 #include "platform/Device.h"
 #include "platform/MainQueue.h"
+#include "platform/linux/PowerSupplies.h"
 #include "platform/linux/dbus/Bus.h"
 
 namespace ovinta::platform::linux {
@@ -17,7 +18,7 @@ namespace ovinta::platform::linux {
 class SystemDevice : public Device {
  public:
   SystemDevice(std::shared_ptr<dbus::Bus> systemBus, std::shared_ptr<MainQueue> mainQueue,
-               std::filesystem::path powerSupplies = "/sys/class/power_supply");
+               std::filesystem::path powerSupplies = kPowerSupplies);
 
   void setBatteryMonitoringEnabled(bool enabled) override;
   BatteryState batteryState() const override;

@@ -7,31 +7,21 @@
 
 #include "platform/linux/bluez/BlueZDevices.h"
 #include "platform/linux/bluez/BlueZDiscovery.h"
+#include "platform/linux/bluez/BlueZObjects.h"
 #include "platform/linux/dbus/Service.h"
 
 namespace ovinta::platform::linux {
-namespace {
-
-constexpr const char* kRoot = "/";
-constexpr const char* kObjectManager = "org.freedesktop.DBus.ObjectManager";
-constexpr const char* kDevice = "org.bluez.Device1";
-
-/// An object's properties by interface.
-using Interfaces = std::map<Glib::ustring, dbus::Properties>;
-using Objects = std::map<dbus::ObjectPath, Interfaces>;
-
-}  // namespace
 
 /// What is known of BlueZ's objects while somebody listens.
 class BeaconScanner::Scan {
  public:
   explicit Scan(BeaconScanner& scanner) : scanner_(scanner), service_(scanner.bus_, kBlueZName) {
-    service_.onSignal(kRoot, kObjectManager, "InterfacesAdded",
+    service_.onSignal(kBlueZRoot, kObjectManager, "InterfacesAdded",
                       [this](const dbus::Signal& signal) { add(signal.arguments); });
-    service_.onSignal(kRoot, kObjectManager, "InterfacesRemoved",
+    service_.onSignal(kBlueZRoot, kObjectManager, "InterfacesRemoved",
                       [this](const dbus::Signal& signal) { remove(signal.arguments); });
     service_.onPropertiesChanged(
-        "", kDevice,
+        "", kBlueZDevice,
         [this](const std::string& path, const dbus::Properties& changed) { note(path, changed); });
     service_.onPresence(false, [this](bool isPresent) { notePresence(isPresent); });
   }
@@ -45,11 +35,10 @@ class BeaconScanner::Scan {
     adapters_.clear();
     devices_.forgetAll();
     if (!isPresent) return;
-    service_.call(kRoot, kObjectManager, "GetManagedObjects", {}, [this](const auto& reply) {
-      const auto objects = dbus::read<Objects>(reply.values, 0);
-      for (const auto& [path, interfaces] : objects.value_or(Objects())) {
+    service_.call(kBlueZRoot, kObjectManager, kGetObjects, {}, [this](const dbus::Reply& reply) {
+      for (const auto& [path, interfaces] : readBlueZObjects(reply)) {
         use(path, interfaces);
-        const auto device = interfaces.find(kDevice);
+        const auto device = interfaces.find(kBlueZDevice);
         if (device != interfaces.end()) devices_.learn(path, device->second);
       }
     });
@@ -57,15 +46,15 @@ class BeaconScanner::Scan {
 
   void add(const Glib::VariantContainerBase& arguments) {
     const auto path = dbus::read<dbus::ObjectPath>(arguments, 0);
-    const auto interfaces = dbus::read<Interfaces>(arguments, 1);
+    const auto interfaces = dbus::read<BlueZInterfaces>(arguments, 1);
     if (!path || !interfaces) return;
     use(*path, *interfaces);
-    const auto device = interfaces->find(kDevice);
+    const auto device = interfaces->find(kBlueZDevice);
     if (device != interfaces->end()) note(*path, device->second);
   }
 
   /// Has the adapter discover, if it is one.
-  void use(const std::string& path, const Interfaces& interfaces) {
+  void use(const std::string& path, const BlueZInterfaces& interfaces) {
     if (!interfaces.contains(kBlueZAdapter) || adapters_.contains(path)) return;
     adapters_.emplace(path, std::make_unique<BlueZDiscovery>(
                                 scanner_.bus_, scanner_.mainQueue_,
@@ -84,7 +73,7 @@ class BeaconScanner::Scan {
       return std::ranges::any_of(names, [&](const auto& name) { return name.raw() == interface; });
     };
     if (isGone(kBlueZAdapter)) adapters_.erase(*path);
-    if (isGone(kDevice)) devices_.forget(*path);
+    if (isGone(kBlueZDevice)) devices_.forget(*path);
   }
 
   void note(const std::string& path, const dbus::Properties& properties) {

@@ -3,6 +3,8 @@
 #include <string_view>
 #include <utility>
 
+#include "platform/linux/bluez/BlueZObjects.h"
+
 namespace ovinta::platform::linux {
 namespace {
 

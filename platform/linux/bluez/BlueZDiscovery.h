@@ -9,9 +9,6 @@
 
 namespace ovinta::platform::linux {
 
-inline constexpr const char* kBlueZName = "org.bluez";
-inline constexpr const char* kBlueZAdapter = "org.bluez.Adapter1";
-
 /// Keeps one adapter of BlueZ looking for beacons whenever it is powered, also when somebody else
 /// has ended that. Main thread only.
 class BlueZDiscovery {

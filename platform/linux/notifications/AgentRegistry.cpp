@@ -4,13 +4,11 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <boost/uuid/name_generator_sha1.hpp>
 #include <boost/uuid/uuid_io.hpp>
 #include <cerrno>
 #include <fstream>
 #include <iterator>
-#include <string_view>
 #include <system_error>
 
 #include "platform/JSON.h"
@@ -24,9 +22,6 @@ namespace fs = std::filesystem;
 constexpr const char* kApplicationID = "applicationID";
 constexpr const char* kStore = "store";
 constexpr const char* kPositionSource = "positionSource";
-/// As the entries write them, in the order of their values.
-constexpr std::array<std::string_view, 4> kPositionSources{"automatic", "geoclue", "portal",
-                                                           "gpsd"};
 
 /// A short name that stands for the store.
 std::string keyOf(const RegisteredApplication& application) {
@@ -55,15 +50,16 @@ std::string textOf(const RegisteredApplication& application) {
   const auto source = static_cast<std::size_t>(application.positionSource);
   return writeJSON(Dictionary{{kApplicationID, application.applicationID},
                               {kStore, application.store.string()},
-                              {kPositionSource, kPositionSources.at(source)}});
+                              {kPositionSource, kPositionSourceNames.at(source)}});
 }
 
 /// Automatic for one that is not known.
 PositionSource positionSourceOf(const Dictionary& fields) {
   const auto* name = find<std::string>(fields, kPositionSource);
-  const auto found = name ? std::ranges::find(kPositionSources, *name) : kPositionSources.end();
-  if (found == kPositionSources.end()) return PositionSource::automatic;
-  return static_cast<PositionSource>(found - kPositionSources.begin());
+  const auto& names = kPositionSourceNames;
+  const auto* const found = name ? std::ranges::find(names, *name) : names.end();
+  if (found == names.end()) return PositionSource::automatic;
+  return static_cast<PositionSource>(found - names.begin());
 }
 
 std::optional<RegisteredApplication> read(const fs::path& file) {

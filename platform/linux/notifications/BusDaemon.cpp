@@ -23,6 +23,12 @@ void BusDaemon::call(const char* method, dbus::Service::Completion completion,
   service_.call(kPath, kName, method, dbus::arguments(values...), std::move(completion));
 }
 
+void BusDaemon::reach(std::function<void(const std::optional<dbus::Failure>&)> completion) {
+  call("GetId", [completion = std::move(completion)](const dbus::Reply& reply) {
+    completion(reply.failure);
+  });
+}
+
 void BusDaemon::requestName(const std::string& name, IfTaken ifTaken,
                             std::function<void(bool)> completion) {
   call(

@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <set>
 #include <string>
 
@@ -13,6 +14,9 @@ namespace ovinta::platform::linux {
 class BusDaemon {
  public:
   explicit BusDaemon(std::shared_ptr<dbus::Bus> bus);
+
+  /// Tells why the bus cannot be reached; nothing when it can.
+  void reach(std::function<void(const std::optional<dbus::Failure>&)> completion);
 
   /// Whether a client that asks for a name somebody has is to wait until it is free.
   enum class IfTaken { wait, giveUp };

@@ -8,8 +8,6 @@
 namespace ovinta::platform::linux {
 namespace {
 
-constexpr const char* kName = "org.freedesktop.Notifications";
-constexpr const char* kPath = "/org/freedesktop/Notifications";
 constexpr const char* kDefaultAction = "default";
 constexpr std::uint32_t kReplacesNone = 0;
 constexpr std::int32_t kDefaultExpiry = -1;
@@ -33,24 +31,26 @@ NotificationPresenter::NotificationPresenter(std::shared_ptr<dbus::Bus> sessionB
     : log_(std::move(log)),
       applicationID_(std::move(applicationID)),
       handlers_(std::move(handlers)),
-      service_(std::move(sessionBus), kName) {}
+      service_(std::move(sessionBus), kNotificationsName) {}
 
 void NotificationPresenter::listenOnce() {
   if (std::exchange(listens_, true)) return;
   // Services tell the caller alone, so the signals must come over the connection of the calls.
-  service_.onSignal(kPath, kName, "ActionInvoked", [this](const dbus::Signal& signal) {
-    const auto number = dbus::read<std::uint32_t>(signal.arguments, 0);
-    const auto clicked = open_.find(number.value_or(0));
-    if (clicked == open_.end()) return;
-    const auto action = dbus::read<Glib::ustring>(signal.arguments, 1);
-    if (!action || action->raw() != kDefaultAction) return;
-    const Dictionary userInfo = clicked->second;
-    if (handlers_.onClick) handlers_.onClick(userInfo);
-    close(*number);
-  });
-  service_.onSignal(kPath, kName, "NotificationClosed", [this](const dbus::Signal& signal) {
-    close(dbus::read<std::uint32_t>(signal.arguments, 0).value_or(0));
-  });
+  service_.onSignal(kNotificationsPath, kNotificationsName, "ActionInvoked",
+                    [this](const dbus::Signal& signal) {
+                      const auto number = dbus::read<std::uint32_t>(signal.arguments, 0);
+                      const auto clicked = open_.find(number.value_or(0));
+                      if (clicked == open_.end()) return;
+                      const auto action = dbus::read<Glib::ustring>(signal.arguments, 1);
+                      if (!action || action->raw() != kDefaultAction) return;
+                      const Dictionary userInfo = clicked->second;
+                      if (handlers_.onClick) handlers_.onClick(userInfo);
+                      close(*number);
+                    });
+  service_.onSignal(kNotificationsPath, kNotificationsName, "NotificationClosed",
+                    [this](const dbus::Signal& signal) {
+                      close(dbus::read<std::uint32_t>(signal.arguments, 0).value_or(0));
+                    });
   service_.onPresence(true, [this](bool isPresent) {
     while (!isPresent && !open_.empty()) close(open_.begin()->first);
   });
@@ -71,17 +71,18 @@ bool NotificationPresenter::accepted(const dbus::Reply& reply) {
 void NotificationPresenter::show(const UserNotificationContent& content,
                                  std::function<void(bool)> completion) {
   listenOnce();
-  service_.call(kPath, kName, "GetCapabilities", {},
+  service_.call(kNotificationsPath, kNotificationsName, kGetCapabilities, {},
                 [this, content, completion = std::move(completion)](const dbus::Reply& reply) {
                   if (!accepted(reply)) return completion(false);
                   notify(content,
-                         dbus::read<Capabilities>(reply.values, 0).value_or(Capabilities()),
+                         dbus::read<NotificationCapabilities>(reply.values, 0)
+                             .value_or(NotificationCapabilities()),
                          completion);
                 });
 }
 
 void NotificationPresenter::notify(const UserNotificationContent& content,
-                                   const Capabilities& capabilities,
+                                   const NotificationCapabilities& capabilities,
                                    const std::function<void(bool)>& completion) {
   const auto can = [&](const char* what) {
     return std::ranges::any_of(capabilities,
@@ -90,9 +91,9 @@ void NotificationPresenter::notify(const UserNotificationContent& content,
   // The other services show the body as it stands.
   const Glib::ustring body =
       can("body-markup") ? Glib::Markup::escape_text(content.body) : Glib::ustring(content.body);
-  const auto actions = can("actions") ? std::vector<Glib::ustring>{kDefaultAction, ""}
-                                      : std::vector<Glib::ustring>();
-  service_.call(kPath, kName, "Notify",
+  const auto actions =
+      can(kCanAct) ? std::vector<Glib::ustring>{kDefaultAction, ""} : std::vector<Glib::ustring>();
+  service_.call(kNotificationsPath, kNotificationsName, "Notify",
                 dbus::arguments(applicationID_, kReplacesNone, "", content.title, body, actions,
                                 hintsFor(content, applicationID_), kDefaultExpiry),
                 [this, userInfo = content.userInfo, isClickable = !actions.empty(),

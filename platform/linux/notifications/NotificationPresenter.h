@@ -13,6 +13,15 @@
 
 namespace ovinta::platform::linux {
 
+inline constexpr const char* kNotificationsName = "org.freedesktop.Notifications";
+inline constexpr const char* kNotificationsPath = "/org/freedesktop/Notifications";
+
+/// What a service says of itself.
+using NotificationCapabilities = std::vector<Glib::ustring>;
+inline constexpr const char* kGetCapabilities = "GetCapabilities";
+/// The capability without which nothing can be clicked.
+inline constexpr const char* kCanAct = "actions";
+
 /// Shows notifications through the desktop's notification service. Asks nothing of the bus before
 /// the first one. Main thread only.
 class NotificationPresenter {
@@ -40,10 +49,8 @@ class NotificationPresenter {
   bool hasOpen() const { return !open_.empty(); }
 
  private:
-  using Capabilities = std::vector<Glib::ustring>;
-
   void listenOnce();
-  void notify(const UserNotificationContent& content, const Capabilities& capabilities,
+  void notify(const UserNotificationContent& content, const NotificationCapabilities& capabilities,
               const std::function<void(bool)>& completion);
   bool accepted(const dbus::Reply& reply);
   void close(std::uint32_t number);

@@ -1,6 +1,5 @@
 #include "platform/linux/position/GeoClueStream.h"
 
-#include <cstdint>
 #include <utility>
 
 #include "platform/linux/position/DistanceThreshold.h"
@@ -9,12 +8,8 @@
 namespace ovinta::platform::linux {
 namespace {
 
-constexpr const char* kManagerPath = "/org/freedesktop/GeoClue2/Manager";
-constexpr const char* kManager = "org.freedesktop.GeoClue2.Manager";
 constexpr const char* kClient = "org.freedesktop.GeoClue2.Client";
 constexpr const char* kLocation = "org.freedesktop.GeoClue2.Location";
-/// As exact as the device can. With less, a receiver of satellites is not asked at all.
-constexpr std::uint32_t kExact = 8;
 
 /// What a failure to get a client, or to start it, says. All refusals have one name.
 PositionAccess accessAfter(const dbus::Failure& failure) {
@@ -26,7 +21,7 @@ PositionAccess accessAfter(const dbus::Failure& failure) {
 }
 
 dbus::MethodCall managerCall(const char* method, Glib::VariantContainerBase arguments) {
-  return {kGeoClueName, kManagerPath, kManager, method, std::move(arguments)};
+  return {kGeoClueName, kGeoClueManagerPath, kGeoClueManager, method, std::move(arguments)};
 }
 
 /// Nobody waits for the answer.
@@ -88,7 +83,7 @@ void GeoClueStream::use(std::string client) {
                                     noteActive(*isActive);
                                 });
   service_->setProperty(client_, kClient, "DesktopId", dbus::write(settings_.desktopID));
-  service_->setProperty(client_, kClient, "RequestedAccuracyLevel", dbus::write(kExact));
+  service_->setProperty(client_, kClient, "RequestedAccuracyLevel", dbus::write(kGeoClueExact));
   setThreshold();
   service_->call(client_, kClient, "Start", {}, [this](const dbus::Reply& reply) {
     if (reply.failure) return failed(*reply.failure);

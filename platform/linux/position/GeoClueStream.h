@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstdint>
 #include <memory>
 #include <string>
 
@@ -12,6 +13,10 @@
 namespace ovinta::platform::linux {
 
 inline constexpr const char* kGeoClueName = "org.freedesktop.GeoClue2";
+inline constexpr const char* kGeoClueManagerPath = "/org/freedesktop/GeoClue2/Manager";
+inline constexpr const char* kGeoClueManager = "org.freedesktop.GeoClue2.Manager";
+/// As exact as the device can. With less, a receiver of satellites is not asked at all.
+inline constexpr std::uint32_t kGeoClueExact = 8;
 
 /// One client of GeoClue, made anew whenever GeoClue has lost it.
 class GeoClueStream : public PositionStream {

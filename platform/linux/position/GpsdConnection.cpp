@@ -86,6 +86,9 @@ void GpsdConnection::readAll() {
       close();
       return handlers_.onEnd();
     }
+    if ((session_->data.set & VERSION_SET) != 0) {
+      handlers_.onVersion(session_->data.version.release);
+    }
     if (const auto location = readFix(session_->data)) handlers_.onLocation(*location);
   } while (gps_waiting(&session_->data, 0));
 }

@@ -16,6 +16,8 @@ class GpsdConnection {
  public:
   struct Handlers {
     std::function<void(const Location&)> onLocation;
+    /// gpsd's greeting.
+    std::function<void(const std::string& version)> onVersion;
     /// The connection has ended, or could not be made.
     std::function<void()> onEnd;
   };

@@ -31,6 +31,7 @@ class GpsdStream : public PositionStream {
 
   // On the main thread.
   void note(const Location& location);
+  void noteVersion(const std::string& version);
   void noteEnd();
 
   const std::shared_ptr<MainQueue> mainQueue_;
@@ -45,6 +46,10 @@ class GpsdStream : public PositionStream {
   GpsdConnection connection_{
       {.onLocation =
            [this](const Location& location) { onMainQueue([this, location] { note(location); }); },
+       .onVersion =
+           [this](const std::string& version) {
+             onMainQueue([this, version] { noteVersion(version); });
+           },
        .onEnd = [this] { onMainQueue([this] { noteEnd(); }); }}};
   dbus::ContextThread thread_{"ovinta-gpsd", [this] { connection_.close(); }};
 };
@@ -73,6 +78,11 @@ void GpsdStream::note(const Location& location) {
   lastReported_ = location.coordinate;
   const auto handler = handlers_.onLocation;
   handler(location);
+}
+
+void GpsdStream::noteVersion(const std::string& version) {
+  const auto handler = handlers_.onVersion;
+  if (handler) handler(version);
 }
 
 void GpsdStream::noteEnd() {

@@ -11,9 +11,6 @@
 namespace ovinta::platform::linux {
 namespace {
 
-constexpr const char* kName = "org.freedesktop.portal.Desktop";
-constexpr const char* kPath = "/org/freedesktop/portal/desktop";
-constexpr const char* kInterface = "org.freedesktop.portal.Location";
 constexpr const char* kSession = "org.freedesktop.portal.Session";
 constexpr const char* kRequest = "org.freedesktop.portal.Request";
 constexpr std::uint32_t kExact = 5;
@@ -39,7 +36,7 @@ class PortalStream : public PositionStream {
         distanceFilter_(distanceFilter),
         handlers_(std::move(handlers)),
         attempts_(
-            bus_, std::move(mainQueue), {kName, retryInterval}, [this] { create(); },
+            bus_, std::move(mainQueue), {kPortalName, retryInterval}, [this] { create(); },
             [this] { forgetSession(); }) {
     attempts_.begin();
   }
@@ -74,14 +71,14 @@ class PortalStream : public PositionStream {
 };
 
 void PortalStream::create() {
-  service_ = std::make_unique<dbus::Service>(bus_, kName);
+  service_ = std::make_unique<dbus::Service>(bus_, kPortalName);
   sessionFilter_ = distanceFilter_;
   const dbus::Properties options{
       {"session_handle_token", dbus::write(makeToken())},
       {"distance-threshold", dbus::write(distanceThreshold(distanceFilter_))},
       {"time-threshold", dbus::write(std::uint32_t{0})},
       {"accuracy", dbus::write(kExact)}};
-  service_->call(kPath, kInterface, "CreateSession", dbus::arguments(options),
+  service_->call(kPortalPath, kPortalLocation, "CreateSession", dbus::arguments(options),
                  [this](const dbus::Reply& reply) {
                    const auto path = dbus::read<dbus::ObjectPath>(reply.values, 0);
                    path ? use(path->raw()) : fail(PositionAccess::absent);
@@ -94,14 +91,14 @@ void PortalStream::use(std::string session) {
   // The answer may come before that of the call that asks for it.
   service_->onSignal("", kRequest, "Response",
                      [this](const dbus::Signal& signal) { noteResponse(signal); });
-  service_->onSignal(kPath, kInterface, "LocationUpdated",
+  service_->onSignal(kPortalPath, kPortalLocation, "LocationUpdated",
                      [this](const dbus::Signal& signal) { noteUpdate(signal); });
   service_->onSignal(session_, kSession, "Closed", [this](const dbus::Signal&) {
     session_.clear();
     fail(PositionAccess::undecided);
   });
   const dbus::Properties options{{"handle_token", dbus::write(requestToken_)}};
-  service_->call(kPath, kInterface, "Start",
+  service_->call(kPortalPath, kPortalLocation, "Start",
                  dbus::arguments(dbus::ObjectPath(session_), "", options),
                  [this](const dbus::Reply& reply) {
                    if (reply.failure) fail(PositionAccess::absent);
@@ -159,7 +156,7 @@ PortalProvider::PortalProvider(std::shared_ptr<dbus::Bus> sessionBus,
     : bus_(sessionBus),
       mainQueue_(std::move(mainQueue)),
       retryInterval_(retryInterval),
-      service_(std::move(sessionBus), kName) {}
+      service_(std::move(sessionBus), kPortalName) {}
 
 void PortalProvider::findService(std::function<void(bool)> handler) {
   service_.find(std::move(handler));

@@ -8,6 +8,10 @@
 
 namespace ovinta::platform::linux {
 
+inline constexpr const char* kPortalName = "org.freedesktop.portal.Desktop";
+inline constexpr const char* kPortalPath = "/org/freedesktop/portal/desktop";
+inline constexpr const char* kPortalLocation = "org.freedesktop.portal.Location";
+
 /// The location portal, for applications in a sandbox. It asks the user at the first time.
 class PortalProvider : public PositionProvider {
  public:

@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <string>
 
 #include "platform/Location.h"
 
@@ -29,6 +30,8 @@ struct PositionHandlers {
   std::function<void(const Location&)> onLocation;
   /// Also when nothing has changed.
   std::function<void(PositionAccess)> onAccess;
+  /// The service's version, from one that tells it by itself; need not be there.
+  std::function<void(const std::string&)> onVersion = {};
 };
 
 /// Positions that keep coming until the object is destroyed. Whatever goes away and comes back
