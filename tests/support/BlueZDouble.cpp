@@ -135,7 +135,10 @@ ServiceDouble::Answer BlueZDouble::start(const std::string& path, Adapter& adapt
 ServiceDouble::Answer BlueZDouble::objects() {
   std::map<ObjectPath, Interfaces> all;
   for (const auto& [path, adapter] : adapters_) {
-    all[path] = {{kAdapter, {}}};
+    all[path] = {{kAdapter,
+                  {{"Powered", write(service_.property<bool>(path, kAdapter, "Powered").value())},
+                   {"Discovering", write(adapter.isDiscovering)},
+                   {"Modalias", write("usb:v1D6Bp0246d0542")}}}};
     for (const auto& [device, data] : adapter.devices) {
       all[device] = {{kDevice, manufacturerData(data, 0x004C)}};
     }

@@ -21,8 +21,10 @@ class NotificationsDouble {
   };
 
   explicit NotificationsDouble(const replay::PrivateBus& bus)
-      : service_(bus, kName, {{"GetCapabilities", ""}, {"Notify", "susssasa{sv}i"}},
-                 [this](const auto& call) { return answer(call); }) {
+      : service_(
+            bus, kName,
+            {{"GetServerInformation", ""}, {"GetCapabilities", ""}, {"Notify", "susssasa{sv}i"}},
+            [this](const auto& call) { return answer(call); }) {
     service_.addObject(kPath, kName);
   }
 
@@ -50,6 +52,9 @@ class NotificationsDouble {
   static constexpr const char* kPath = "/org/freedesktop/Notifications";
 
   ServiceDouble::Answer answer(const ServiceDouble::Call& call) {
+    if (call.method == "GetServerInformation") {
+      return dbus::arguments("double", "the tests", "1.9", "1.2");
+    }
     if (call.method == "GetCapabilities") return dbus::arguments(capabilities_);
     const auto text = [&](std::size_t place) {
       return dbus::read<Glib::ustring>(call.arguments, place).value().raw();

@@ -1,0 +1,46 @@
+#include "platform/linux/Diagnosis.h"
+
+#include <utility>
+
+#include "platform/linux/ApplicationOptions.h"
+#include "platform/linux/GLibMainQueue.h"
+#include "platform/linux/SystemLog.h"
+#include "platform/linux/TextServices.h"
+#include "platform/linux/diagnosis/DiagnosisRun.h"
+#include "platform/linux/position/PositionProviders.h"
+
+namespace ovinta::platform::linux {
+namespace {
+
+Surroundings surroundingsOf(const Options& options, const Services& services) {
+  const auto bus = [&](std::string address) {
+    return std::make_shared<dbus::Bus>(std::move(address), services.mainQueue, services.log);
+  };
+  Surroundings around{.mainQueue = services.mainQueue,
+                      .systemBus = bus(dbus::systemBusAddress()),
+                      .sessionBus = bus(dbus::sessionBusAddress()),
+                      .applicationID = applicationIDOf(options),
+                      .positionSource = chosenSource(options.positionSource),
+                      .positionProvider = nullptr,
+                      .dataDirectory = dataDirectoryOf(options),
+                      .usesNotifyAgent = options.usesNotifyAgent};
+  around.positionProvider =
+      makePositionProvider(around.positionSource, around.applicationID, around.systemBus, services);
+  return around;
+}
+
+}  // namespace
+
+void diagnose(const Options& options, std::function<void(const std::vector<Finding>&)> completion,
+              std::shared_ptr<MainQueue> mainQueue) {
+  rememberMainThread();
+  Services services;
+  services.mainQueue = mainQueue ? std::move(mainQueue) : std::make_shared<GLibMainQueue>();
+  services.log = options.log ? options.log : std::make_shared<SystemLog>(applicationIDOf(options));
+  services.geodesy = makeGeodesy();
+  services.mainQueue->async(
+      [run = std::make_shared<DiagnosisRun>(surroundingsOf(options, services),
+                                            std::move(completion))] { run->begin(); });
+}
+
+}  // namespace ovinta::platform::linux

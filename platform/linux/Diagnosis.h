@@ -1,0 +1,50 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/linux/Linux.h"
+
+namespace ovinta::platform::linux {
+
+/// How a part of the device stands.
+enum class Condition {
+  good,
+  /// Works in part.
+  limited,
+  /// Absent, refused or switched off: what needs it does not work.
+  missing,
+  /// Did not answer in time.
+  unknown
+};
+
+/// What was found of one part of the device, in English.
+struct Finding {
+  /// The part, e.g. "position" or "Bluetooth adapter hci0".
+  std::string subject = {};
+  Condition condition = Condition::unknown;
+  /// Of the service that stands behind it; empty when that does not tell.
+  std::string version = {};
+  /// How it stands, in a few words.
+  std::string detail = {};
+  /// What to do about it, in a sentence; empty when there is nothing to do.
+  std::string advice = {};
+};
+
+/// Looks at everything of this device that `makeServices` with the same options would use: the
+/// buses, position and the permission to follow it, Bluetooth, notifications, battery, data
+/// directory. Independent of `makeServices`, and nothing of it stays: the position is followed just
+/// until it shows who may. Where the location portal is the source, that may ask the user. Findings
+/// carry no position, no name of a person or a device, and of the paths the data directory's alone.
+///
+/// May be called from any thread; returns at once. `completion` is called once on the main thread,
+/// with all findings in a fixed order, at the latest after some five seconds: whatever has not
+/// answered by then is a finding too. `mainQueue`: that of the installed services if it is one of
+/// the application's own. Without it the queue of `makeServices` serves, which takes a main loop.
+OVINTA_EXPORT void diagnose(const Options& options,
+                            std::function<void(const std::vector<Finding>&)> completion,
+                            std::shared_ptr<MainQueue> mainQueue = nullptr);
+
+}  // namespace ovinta::platform::linux

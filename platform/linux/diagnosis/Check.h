@@ -1,0 +1,59 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/linux/Diagnosis.h"
+#include "platform/linux/dbus/Service.h"
+
+namespace ovinta::platform::linux {
+
+/// A part of a diagnosis: what it has found, and what it works with. Main thread only. Handlers of
+/// what it keeps may refer to it.
+class Check {
+ public:
+  /// `onEnd` may not destroy the check.
+  Check(std::string subject, std::function<void()> onEnd);
+  Check(const Check&) = delete;
+  Check& operator=(const Check&) = delete;
+
+  /// Adds a finding; one without a subject gets that of the check.
+  void add(Finding finding);
+
+  /// What is to be found should nothing more come; takes the place of what was expected before.
+  void expect(std::vector<Finding> ifSilent) { ifSilent_ = std::move(ifSilent); }
+
+  /// Nothing more comes; to be called once.
+  void end();
+  void end(Finding last);
+
+  /// All findings, those that were expected included while there is no end.
+  std::vector<Finding> findings();
+
+  /// Keeps the object as long as the check.
+  template <class T>
+  T& keep(std::shared_ptr<T> object) {
+    kept_.push_back(object);
+    return *object;
+  }
+
+  /// Goes on when the bus can be reached, and ends otherwise.
+  void seekBus(const std::shared_ptr<dbus::Bus>& bus, std::function<void()> next);
+
+  /// Goes on when the bus has the service, or could start it, and ends with `ifAbsent` otherwise.
+  void seekService(const std::shared_ptr<dbus::Bus>& bus, std::string name, Finding ifAbsent,
+                   std::function<void(dbus::Service&)> next);
+
+ private:
+  const std::string subject_;
+  const std::function<void()> onEnd_;
+  std::vector<Finding> findings_;
+  std::vector<Finding> ifSilent_{
+      {.detail = "does not answer", .advice = "Start the service anew."}};
+  std::vector<std::shared_ptr<void>> kept_;
+};
+
+}  // namespace ovinta::platform::linux

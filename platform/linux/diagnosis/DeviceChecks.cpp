@@ -1,0 +1,85 @@
+#include <unistd.h>
+
+#include <array>
+#include <string>
+
+#include "platform/linux/UPower.h"
+#include "platform/linux/diagnosis/Checks.h"
+#include "platform/linux/notifications/BusDaemon.h"
+
+namespace ovinta::platform::linux {
+namespace {
+
+namespace fs = std::filesystem;
+
+void checkBus(const std::shared_ptr<dbus::Bus>& bus, const char* advice, Check& check) {
+  check.keep(std::make_shared<BusDaemon>(bus))
+      .reach([&check, advice](const std::optional<dbus::Failure>& failure) {
+        if (!failure) return check.end({.condition = Condition::good, .detail = "reached"});
+        check.end({.condition = Condition::missing, .detail = failure->message, .advice = advice});
+      });
+}
+
+/// By the number of the state.
+constexpr std::array<const char*, 4> kBatteryTexts{"no battery that tells its state",
+                                                   "running on battery", "charging", "full"};
+
+/// A device without a battery is in order.
+void endBattery(Check& check, BatteryState state, const std::string& version,
+                const std::string& source) {
+  check.end({.condition = Condition::good,
+             .version = version,
+             .detail = source + ": " + kBatteryTexts.at(static_cast<std::size_t>(state))});
+}
+
+/// The nearest directory that is there.
+fs::path existingPartOf(fs::path path) {
+  std::error_code error;
+  while (!exists(path, error) && path.has_relative_path()) path = path.parent_path();
+  return path;
+}
+
+}  // namespace
+
+void checkSystemBus(const Surroundings& around, Check& check) {
+  checkBus(around.systemBus, "Install and start the system's D-Bus (package dbus).", check);
+}
+
+void checkSessionBus(const Surroundings& around, Check& check) {
+  checkBus(around.sessionBus, "Log in to a session, or run the app by dbus-run-session.", check);
+}
+
+void checkBattery(const Surroundings& around, Check& check) {
+  auto& upower = check.keep(std::make_shared<dbus::Service>(around.systemBus, kUPowerName));
+  upower.getProperties(
+      kUPowerPath, kUPowerName, [&around, &check, &upower](const dbus::Properties& daemon) {
+        const auto version = dbus::read<Glib::ustring>(daemon, "DaemonVersion");
+        if (!version) {
+          return endBattery(check, readPowerSupplies(around.powerSupplies), "", "the kernel");
+        }
+        upower.getProperties(kUPowerDisplayDevice, kUPowerDevice,
+                             [&check, version](const dbus::Properties& device) {
+                               endBattery(check, readUPower(device), *version, "UPower");
+                             });
+      });
+}
+
+void checkDataDirectory(const Surroundings& around, Check& check) {
+  if (!around.dataDirectory) {
+    return check.end({.condition = Condition::limited,
+                      .detail = "none: nothing is kept when the app ends",
+                      .advice = "Set HOME or XDG_DATA_HOME, or name a directory in the options."});
+  }
+  const fs::path& directory = *around.dataDirectory;
+  const fs::path existing = existingPartOf(directory);
+  std::error_code error;
+  if (is_directory(existing, error) && access(existing.c_str(), W_OK | X_OK) == 0) {
+    return check.end({.condition = Condition::good, .detail = directory.string()});
+  }
+  check.end({.condition = Condition::missing,
+             .detail = directory.string() + " cannot be written to",
+             .advice = "Give the app's user " + existing.string() +
+                       " to write to, or name another directory in the options."});
+}
+
+}  // namespace ovinta::platform::linux

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "platform/MainQueue.h"
+#include "platform/linux/Linux.h"
+#include "platform/linux/PowerSupplies.h"
+#include "platform/linux/dbus/Bus.h"
+#include "platform/linux/position/PositionProvider.h"
+
+namespace ovinta::platform::linux {
+
+/// What a diagnosis looks at.
+struct Surroundings {
+  std::shared_ptr<MainQueue> mainQueue;
+  std::shared_ptr<dbus::Bus> systemBus;
+  std::shared_ptr<dbus::Bus> sessionBus;
+  std::string applicationID;
+  /// The one that is used, never `automatic`.
+  PositionSource positionSource = PositionSource::geoclue;
+  std::shared_ptr<PositionProvider> positionProvider;
+  std::optional<std::filesystem::path> dataDirectory;
+  bool usesNotifyAgent = true;
+  std::filesystem::path powerSupplies = kPowerSupplies;
+  /// There as soon as the kernel has loaded its part of Bluetooth.
+  std::filesystem::path bluetoothClass = "/sys/class/bluetooth";
+};
+
+}  // namespace ovinta::platform::linux
