@@ -13,6 +13,7 @@ namespace ovinta::cli {
 void addConfigCommand(CLI::App& app, int& exitCode);
 void addCustomerCommands(CLI::App& app, int& exitCode);
 void addDemoCommand(CLI::App& app, int& exitCode);
+void addDoctorCommand(CLI::App& app, int& exitCode);
 void addNotifyCommands(CLI::App& app, int& exitCode);
 void addOrderCommands(CLI::App& app, int& exitCode);
 void addPushCommand(CLI::App& app, int& exitCode);

@@ -33,6 +33,7 @@ void addCommands(CLI::App& app, int& exitCode) {
   addConfigCommand(app, exitCode);
   addPushCommand(app, exitCode);
   addTrackCommand(app, exitCode);
+  addDoctorCommand(app, exitCode);
   addDemoCommand(app, exitCode);
   addSandboxCommand(app, exitCode);
   addManualCommands(app);

@@ -26,6 +26,10 @@ void addServiceOptions(CLI::App& command, ClientOptions& options) {
   command.add_option("--app-version", options.appVersion, "The app's version")
       ->capture_default_str()
       ->group(kGroup);
+  addOutputOptions(command, options);
+}
+
+void addOutputOptions(CLI::App& command, ClientOptions& options) {
   command.add_flag("--json", options.json, "Print one JSON document per result")->group(kGroup);
   command.add_flag("--verbose", options.verbose, "Show the library's log on standard error")
       ->group(kGroup);
@@ -33,6 +37,10 @@ void addServiceOptions(CLI::App& command, ClientOptions& options) {
 
 void addClientOptions(CLI::App& command, ClientOptions& options) {
   addServiceOptions(command, options);
+  addDataDirectoryOption(command, options);
+}
+
+void addDataDirectoryOption(CLI::App& command, ClientOptions& options) {
   command.add_option("--data-dir", options.dataDirectory, "Where customer and orders are kept")
       ->check(isNotEmpty)
       ->type_name("DIR")

@@ -27,6 +27,11 @@ struct ClientOptions {
 /// Adds all but the data directory; `options` must outlive the parsing.
 void addServiceOptions(CLI::App& command, ClientOptions& options);
 
+/// Each adds a part of the options, those of the output or the data directory; `options` must
+/// outlive the parsing.
+void addOutputOptions(CLI::App& command, ClientOptions& options);
+void addDataDirectoryOption(CLI::App& command, ClientOptions& options);
+
 /// Adds all options; `options` must outlive the parsing.
 void addClientOptions(CLI::App& command, ClientOptions& options);
 

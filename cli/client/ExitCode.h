@@ -15,7 +15,8 @@ struct ExitCodeMeaning {
 
 inline constexpr std::array<ExitCodeMeaning, 4> kExitCodes{{
     {ExitCode::success, "success"},
-    {ExitCode::failure, "the operation failed; standard error says why"},
+    {ExitCode::failure,
+     "the operation failed, and standard error says why; or `doctor` has found something missing"},
     {ExitCode::wrongUsage, "wrong usage"},
     {ExitCode::noCallback, "the library never calls back, by design; standard error says why"},
 }};

@@ -52,12 +52,16 @@ field() { echo "$(sed -n "s/.*\"$1\":\"\([^\"]*\)\".*/\1/p")"; }
 };
 
 TEST_F(ClientTest, refusesWrongUsageEarly) {
+  const std::string noBus = "export DBUS_S{YSTEM,ESSION}_BUS_ADDRESS=unix:path=/nowhere; ";
   expect({
       {"ovinta", 2, ""},
       {"ovinta orders event 1001", 2, "required"},
       {"ovinta orders event 1001 --customer-state gone", 2, "not in"},
       {"ovinta orders claim CODE --as-current", 2, "requires --name"},
       {"ovinta customer login --email a@example.com", 2, "--password is required"},
+      {"$ovinta doctor --position-source stars", 2, "not in"},
+      {noBus + "$ovinta doctor", 1, "missing  system bus          -        Could not connect"},
+      {noBus + "$ovinta doctor --data-dir $home --json", 1, "[{\"advice\":\"Install and start"},
       {"ovinta customer login --email a@example.com --password - < /dev/null", 2, "no line for it"},
       {"ovinta orders rate 99999999999999999999 5", 2, "is no whole decimal number"},
       {"ovinta orders rate 0x3EA 5", 2, "is no whole decimal number"},

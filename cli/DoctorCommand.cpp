@@ -1,0 +1,113 @@
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <array>
+#include <memory>
+#include <optional>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "cli/Commands.h"
+#include "cli/client/ClientOptions.h"
+#include "cli/client/HumanText.h"
+#include "cli/client/Output.h"
+#include "cli/client/Table.h"
+#include "platform/linux/Diagnosis.h"
+#include "platform/simulation/RecordingLog.h"
+
+namespace ovinta::cli {
+namespace {
+
+using platform::Dictionary;
+using platform::linux::Condition;
+using platform::linux::Finding;
+using platform::linux::kPositionSourceNames;
+
+struct DoctorInput {
+  ClientOptions client;
+  std::string applicationID = "ovinta";
+  std::string positionSource{kPositionSourceNames.front()};
+};
+
+/// In the order of the conditions.
+constexpr std::array<const char*, 4> kConditions{"good", "limited", "missing", "unknown"};
+
+platform::linux::Options optionsFor(const DoctorInput& input) {
+  const auto* const source = std::ranges::find(kPositionSourceNames, input.positionSource);
+  platform::linux::Options options{.applicationID = input.applicationID,
+                                   .dataDirectory = input.client.dataDirectory,
+                                   .positionSource = static_cast<platform::linux::PositionSource>(
+                                       source - kPositionSourceNames.begin())};
+  if (!input.client.verbose) {
+    options.log = std::make_shared<platform::simulation::RecordingLog>();
+  }
+  return options;
+}
+
+Dictionary fieldsOf(const Finding& finding) {
+  Dictionary fields{
+      {"subject", finding.subject},
+      {"condition", std::string(kConditions.at(static_cast<std::size_t>(finding.condition)))},
+      {"detail", finding.detail}};
+  if (!finding.version.empty()) fields.emplace("version", finding.version);
+  if (!finding.advice.empty()) fields.emplace("advice", finding.advice);
+  return fields;
+}
+
+/// A table with what to do beneath each row.
+Result resultOf(const std::vector<Finding>& findings) {
+  platform::List rows;
+  for (const Finding& finding : findings) rows.emplace_back(fieldsOf(finding));
+  std::istringstream table(tableText(
+      {{"STATE", "condition"}, {"PART", "subject"}, {"VERSION", "version"}, {"FOUND", "detail"}},
+      rows));
+  std::string text, line;
+  std::getline(table, line);
+  text = line + "\n";
+  for (const Finding& finding : findings) {
+    std::getline(table, line);
+    text += line + "\n";
+    if (!finding.advice.empty()) text += "         " + visibleText(finding.advice) + "\n";
+  }
+  return {std::move(rows), std::move(text)};
+}
+
+ExitCode examine(const DoctorInput& input) {
+  std::vector<Finding> findings;
+  platform::linux::diagnose(optionsFor(input), [&findings](const std::vector<Finding>& found) {
+    findings = found;
+    platform::linux::quitMainLoop();
+  });
+  platform::linux::runMainLoop();
+  Output(input.client.json).print(resultOf(findings));
+  const bool isFit = std::ranges::all_of(findings, [](const Finding& finding) {
+    return finding.condition == Condition::good || finding.condition == Condition::limited;
+  });
+  return isFit ? ExitCode::success : ExitCode::failure;
+}
+
+}  // namespace
+
+void addDoctorCommand(CLI::App& app, int& exitCode) {
+  auto input = std::make_shared<DoctorInput>();
+  CLI::App* command = app.add_subcommand(
+      "doctor", "Check what the library uses on this device, and say what to do about the rest");
+  command
+      ->add_option("--application-id", input->applicationID,
+                   "Check as this app, which the services know by its desktop file")
+      ->type_name("ID")
+      ->capture_default_str();
+  command
+      ->add_option("--position-source", input->positionSource,
+                   "Where the app has its position from")
+      ->check(CLI::IsMember(
+          std::vector<std::string>(kPositionSourceNames.begin(), kPositionSourceNames.end())))
+      ->capture_default_str();
+  addDataDirectoryOption(*command, input->client);
+  addOutputOptions(*command, input->client);
+  command->callback([input, &exitCode] {
+    exitCode = static_cast<int>(Output(input->client.json).guard([&] { return examine(*input); }));
+  });
+}
+
+}  // namespace ovinta::cli
