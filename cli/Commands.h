@@ -17,6 +17,7 @@ void addDoctorCommand(CLI::App& app, int& exitCode);
 void addNotifyCommands(CLI::App& app, int& exitCode);
 void addOrderCommands(CLI::App& app, int& exitCode);
 void addPushCommand(CLI::App& app, int& exitCode);
+void addReplayCommand(CLI::App& app, int& exitCode);
 void addSandboxCommand(CLI::App& app, int& exitCode);
 void addSiteCommands(CLI::App& app, int& exitCode);
 void addTrackCommand(CLI::App& app, int& exitCode);

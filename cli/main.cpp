@@ -35,6 +35,7 @@ void addCommands(CLI::App& app, int& exitCode) {
   addTrackCommand(app, exitCode);
   addDoctorCommand(app, exitCode);
   addDemoCommand(app, exitCode);
+  addReplayCommand(app, exitCode);
   addSandboxCommand(app, exitCode);
   addManualCommands(app);
 }

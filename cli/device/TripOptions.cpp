@@ -7,8 +7,13 @@ namespace ovinta::cli {
 
 using platform::simulation::Trip;
 
-void addTripOptions(CLI::App& command, TripOptions& options) {
-  constexpr const char* kGroup = "Trip options";
+namespace {
+
+constexpr const char* kGroup = "Trip options";
+
+}  // namespace
+
+void addPlainTripOptions(CLI::App& command, TripOptions& options) {
   command
       .add_option_function<double>(
           "--pace",
@@ -21,6 +26,10 @@ void addTripOptions(CLI::App& command, TripOptions& options) {
   command.add_option("--trip", options.file, "GPX file of the trip to the site")
       ->type_name("FILE")
       ->group(kGroup);
+}
+
+void addTripOptions(CLI::App& command, TripOptions& options) {
+  addPlainTripOptions(command, options);
   addNumber(command, "--seed", options.seed, "Same seed, same events")
       ->capture_default_str()
       ->group(kGroup);

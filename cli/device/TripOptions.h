@@ -26,6 +26,8 @@ struct TripOptions {
 
 /// Adds the options; `options` must outlive the parsing.
 void addTripOptions(CLI::App& command, TripOptions& options);
+/// Adds those of a trip to which nothing is left to chance.
+void addPlainTripOptions(CLI::App& command, TripOptions& options);
 
 /// The trip asked for, or a sentence that says what is wrong with its file.
 std::variant<platform::simulation::Trip, std::string> loadTrip(const TripOptions& options);
