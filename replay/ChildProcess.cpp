@@ -107,7 +107,7 @@ ChildProcess::ChildProcess(const std::vector<std::string>& command,
   const FileActions actions(output, pipe.ends[1]);
   const int error = posix_spawnp(&process_, "setpriv", &actions.value, &attributes.value,
                                  pointers(words).data(), pointers(texts).data());
-  if (error) throw std::system_error(error, std::generic_category(), command.front());
+  if (error) throw std::system_error(error, std::generic_category(), words.front());
   if (output == ChildOutput::firstLine) firstLine_ = pipe.readLine();
 }
 

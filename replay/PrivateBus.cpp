@@ -22,7 +22,7 @@ void PrivateBus::start() {
                                            "--config-file=" + file, "--print-address=1"},
                   std::vector<std::string>{}, ChildOutput::firstLine);
   if (daemon_->firstLine().empty()) {
-    throw std::runtime_error("dbus-daemon does not start; it comes with the package dbus-daemon");
+    throw std::runtime_error("dbus-daemon does not start: install the package dbus-daemon");
   }
 }
 

@@ -7,6 +7,7 @@
 namespace ovinta {
 namespace {
 
+using test::CommandResult;
 using test::shell;
 using testing::HasSubstr;
 
@@ -45,17 +46,43 @@ TEST(Process, leavesNothingBehindWhenNobodyReadsTheDemonstration) {
   EXPECT_TRUE(is_empty(directory.path()));
 }
 
-TEST(Process, leavesNothingBehindWhenTheDemonstrationIsInterrupted) {
-  for (const auto& [signal, exitCode] : {std::pair("INT", 130), std::pair("TERM", 143)}) {
-    const test::TemporaryDirectory directory;
-    // The first step shows that everything is set up, and lasts.
-    const auto result = shell("export TMPDIR=" + directory.path().string() +
-                              "; exec 3< <(exec $ovinta demo --pace 3600); process=$!"
-                              "; sed '/Start/q' <&3 >/dev/null"
-                              "; ls -d $TMPDIR/ovinta-* | wc -l; kill -" +
-                              signal + " $process; wait $process; echo \"exit $?\"");
-    EXPECT_EQ(result.output, "1\nexit " + std::to_string(exitCode) + "\n");
-    EXPECT_TRUE(is_empty(directory.path()));
+/// Why there is no GeoClue to replay a trip to; empty when there is one.
+std::string noReplay() { return shell("$ovinta replay -- true").output; }
+
+TEST(Process, endsAsTheCommandDoesThatATripIsReplayedTo) {
+  if (const auto reason = noReplay(); !reason.empty()) GTEST_SKIP() << reason;
+  const std::pair<std::string, CommandResult> cases[] = {
+      {"sh -c 'exit 7'", {7, ""}},
+      {"sh -c 'kill -KILL $$'", {137, ""}},
+      {"echo track -- --pace", {0, "track -- --pace\n"}},
+      {"sh -c 'dbus-send --system --print-reply=literal --dest=org.freedesktop.GeoClue2 / "
+       "org.freedesktop.DBus.Peer.Ping && echo there'",
+       {0, "there\n"}},
+  };
+  for (const auto& [command, expected] : cases) {
+    const auto result = shell("export DBUS_SYSTEM_BUS_ADDRESS=none; $ovinta replay -- " + command);
+    EXPECT_EQ(result.exitCode, expected.exitCode) << command;
+    EXPECT_EQ(result.output, expected.output) << command;
+  }
+}
+
+TEST(Process, leavesNothingBehindWhenItIsInterrupted) {
+  std::vector<std::string> commands{"demo --pace 3600"};
+  if (noReplay().empty()) {
+    commands.insert(commands.end(), {"replay", "replay -- bash -c 'echo; sleep 3600'"});
+  }
+  for (const std::string& command : commands) {
+    for (const auto& [signal, exitCode] : {std::pair("INT", 130), std::pair("TERM", 143)}) {
+      const test::TemporaryDirectory directory;
+      // The first line shows that everything is set up, and the rest lasts.
+      const auto result = shell("export TMPDIR=" + directory.path().string() +
+                                "; exec 3< <(exec $ovinta " + command +
+                                "); process=$!; read -u 3; ls -d $TMPDIR/ovinta-* | head -1 | wc -l"
+                                "; kill -" +
+                                signal + " $process; wait $process; echo exit $?");
+      EXPECT_EQ(result.output, "1\nexit " + std::to_string(exitCode) + "\n") << command;
+      EXPECT_TRUE(is_empty(directory.path())) << command;
+    }
   }
 }
 
