@@ -6,9 +6,11 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <csignal>
 #include <string_view>
 #include <system_error>
+#include <thread>
 #include <utility>
 
 namespace ovinta::replay {
@@ -17,6 +19,9 @@ namespace {
 /// What a shell adds to the number of a signal.
 constexpr int kSignalBase = 128;
 constexpr int kNotKnown = 1;
+/// How long a process may take to end by itself.
+constexpr std::chrono::seconds kPatience{10};
+constexpr std::chrono::milliseconds kLookInterval{2};
 
 std::vector<char*> pointers(std::vector<std::string>& texts) {
   std::vector<char*> result;
@@ -114,6 +119,12 @@ ChildProcess::ChildProcess(const std::vector<std::string>& command,
 ChildProcess::~ChildProcess() {
   if (exitStatus()) return;
   kill(process_, SIGTERM);
+  const auto limit = std::chrono::steady_clock::now() + kPatience;
+  while (!exitStatus() && std::chrono::steady_clock::now() < limit) {
+    std::this_thread::sleep_for(kLookInterval);
+  }
+  if (exitStatus()) return;
+  kill(process_, SIGKILL);
   wait();
 }
 

@@ -29,7 +29,8 @@ class ChildProcess {
   explicit ChildProcess(const std::vector<std::string>& command,
                         std::vector<std::string> variables = {},
                         ChildOutput output = ChildOutput::none);
-  /// Ends the process by SIGTERM and waits for its end.
+  /// Ends the process by SIGTERM, or by SIGKILL if it still runs ten seconds later, and returns
+  /// when it has ended.
   ~ChildProcess();
   ChildProcess(const ChildProcess&) = delete;
   ChildProcess& operator=(const ChildProcess&) = delete;
