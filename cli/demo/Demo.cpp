@@ -53,8 +53,9 @@ bool Demo::run() {
 }
 
 void Demo::observeLocationSettings() {
-  device_.simulation().location().onSettingsChanged([this] {
-    const std::string before = std::exchange(accuracy_, device_.accuracyText());
+  device_.location().onChanged([this] {
+    const std::string before =
+        std::exchange(accuracy_, accuracyText(device_.location().observed()));
     if (accuracy_ == before) return;
     updateSituation();
     timeline_.add("accuracy", accuracy_.empty() ? "positions are no longer asked for" : accuracy_);
@@ -78,7 +79,8 @@ void Demo::pass(std::chrono::seconds interval) {
 }
 
 void Demo::updateSituation() {
-  timeline_.setSituation({.distance = distance(), .accuracy = device_.accuracyText()});
+  timeline_.setSituation(
+      {.distance = distance(), .accuracy = accuracyText(device_.location().observed())});
 }
 
 std::optional<double> Demo::distance() const {

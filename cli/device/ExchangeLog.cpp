@@ -13,6 +13,14 @@ std::string endpointOf(const std::string& path) {
 
 }  // namespace
 
+std::string describe(const Exchange& exchange) {
+  std::string text = exchange.method + " " + exchange.path;
+  if (!exchange.eventType.empty()) text += " " + exchange.eventType;
+  if (!exchange.content.empty()) text += " (" + exchange.content + ")";
+  return text + " -> " +
+         (exchange.failure.empty() ? std::to_string(exchange.status) : exchange.failure);
+}
+
 void ExchangeLog::add(Exchange exchange) {
   const std::scoped_lock lock(mutex_);
   exchanges_.push_back(std::move(exchange));
@@ -45,6 +53,11 @@ std::map<std::string, std::int64_t> ExchangeLog::counts() const {
     ++counts[kind];
   }
   return counts;
+}
+
+std::optional<Exchange> ExchangeLog::last() const {
+  const std::scoped_lock lock(mutex_);
+  return exchanges_.empty() ? std::nullopt : std::optional(exchanges_.back());
 }
 
 }  // namespace ovinta::cli

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <map>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -11,6 +12,9 @@
 #include "cli/device/ObservedURLSession.h"
 
 namespace ovinta::cli {
+
+/// The request and its answer in a line.
+std::string describe(const Exchange& exchange);
 
 /// All requests so far and how they ended. May be used from any thread.
 class ExchangeLog {
@@ -27,6 +31,9 @@ class ExchangeLog {
 
   /// The number of requests by kind, e.g. "POST m/v1/events location_update".
   std::map<std::string, std::int64_t> counts() const;
+
+  /// The one that was answered last.
+  std::optional<Exchange> last() const;
 
  private:
   mutable std::mutex mutex_;

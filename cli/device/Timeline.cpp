@@ -6,22 +6,13 @@
 #include <ctime>
 #include <iomanip>
 #include <iostream>
+#include <sstream>
 
 #include "cli/client/HumanText.h"
+#include "cli/device/ExchangeLog.h"
 #include "platform/JSON.h"
 
 namespace ovinta::cli {
-namespace {
-
-std::string describe(const Exchange& exchange) {
-  std::string text = exchange.method + " " + exchange.path;
-  if (!exchange.eventType.empty()) text += " " + exchange.eventType;
-  if (!exchange.content.empty()) text += " (" + exchange.content + ")";
-  return text + " -> " +
-         (exchange.failure.empty() ? std::to_string(exchange.status) : exchange.failure);
-}
-
-}  // namespace
 
 void Timeline::setSituation(Situation situation) {
   const std::scoped_lock lock(mutex_);
@@ -40,7 +31,7 @@ std::string Timeline::clockText(const char* format) const {
 void Timeline::begin(std::string_view title) {
   const std::scoped_lock lock(mutex_);
   if (json_) return printObject("step", title, {});
-  std::cout << "\n" << title << std::endl;
+  print("\n" + std::string(title));
 }
 
 void Timeline::add(std::string_view kind, std::string_view text, platform::Dictionary details) {
@@ -48,9 +39,24 @@ void Timeline::add(std::string_view kind, std::string_view text, platform::Dicti
   if (json_) return printObject(kind, text, std::move(details));
   const auto& [distance, accuracy] = situation_;
   const std::string metres = distance ? std::to_string(std::lround(*distance)) + " m" : "";
-  std::cout << "  " << clockText("%H:%M:%S") << std::right << std::setw(9) << metres << "  "
-            << std::left << std::setw(28) << accuracy << std::setw(10) << kind << visibleText(text)
-            << std::endl;
+  std::ostringstream line;
+  line << "  " << clockText("%H:%M:%S") << std::right << std::setw(9) << metres << "  " << std::left
+       << std::setw(28) << accuracy << std::setw(10) << kind << visibleText(text);
+  print(line.str());
+}
+
+void Timeline::print(std::string_view line) {
+  block_.erase();
+  std::cout << line << "\n";
+  block_.draw();
+  std::cout << std::flush;
+}
+
+void Timeline::showBelow(std::vector<std::string> lines) {
+  const std::scoped_lock lock(mutex_);
+  if (json_) return;
+  block_.show(std::move(lines));
+  std::cout << std::flush;
 }
 
 void Timeline::add(const Exchange& exchange) {
@@ -69,11 +75,12 @@ void Timeline::printObject(std::string_view kind, std::string_view text,
   details.emplace("text", text);
   if (situation_.distance) details.emplace("distance", std::lround(*situation_.distance));
   if (!situation_.accuracy.empty()) details.emplace("accuracy", situation_.accuracy);
-  std::cout << platform::writeJSON(details) << std::endl;
+  print(platform::writeJSON(details));
 }
 
 void Timeline::summarize(std::string_view text, platform::Dictionary details) {
   const std::scoped_lock lock(mutex_);
+  block_.show({});
   if (json_) {
     details.emplace("kind", "summary");
     std::cout << platform::writeJSON(details) << std::endl;

@@ -5,7 +5,9 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
+#include "cli/client/TerminalBlock.h"
 #include "cli/device/ObservedURLSession.h"
 #include "platform/Date.h"
 #include "platform/Value.h"
@@ -37,18 +39,23 @@ class Timeline {
   /// A heading: what is to come next.
   void begin(std::string_view title);
 
+  /// Lines that stay below the others from now on, on a terminal; nothing for programs.
+  void showBelow(std::vector<std::string> lines);
+
   /// The closing summary: lines for people, or one object for programs.
   void summarize(std::string_view text, platform::Dictionary details);
 
  private:
   std::string clockText(const char* format) const;
+  void print(std::string_view line);
   void printObject(std::string_view kind, std::string_view text, platform::Dictionary details);
 
   const bool json_;
   const std::function<platform::Date()> now_;
-  /// Guards the situation, and keeps lines whole.
+  /// Guards situation and block, and keeps lines whole.
   std::mutex mutex_;
   Situation situation_;
+  TerminalBlock block_;
 };
 
 }  // namespace ovinta::cli

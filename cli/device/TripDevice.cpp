@@ -1,6 +1,5 @@
 #include "cli/device/TripDevice.h"
 
-#include <cmath>
 #include <memory>
 
 namespace ovinta::cli {
@@ -20,15 +19,14 @@ TripDevice::TripDevice(platform::Services base, platform::Date start,
   // Outside of what holds time, so that the observer, too, runs in turn with the main thread.
   session_ = std::make_shared<ObservedURLSession>(services.urlSession, std::move(observer));
   services.urlSession = session_;
+  location_ = std::make_shared<ObservedLocationServices>(services.location);
+  services.location = location_;
   platform::install(services);
 }
 
-std::string TripDevice::accuracyText() {
-  const platform::simulation::SimulatedLocation& location = simulation_.location();
-  if (!location.isUpdating()) return "";
-  const bool isBest = location.desiredAccuracy() == platform::LocationAccuracy::best;
-  return std::string(isBest ? "best" : "best for navigation") + ", " +
-         std::to_string(std::lround(location.distanceFilter())) + " m";
+TripDevice::~TripDevice() {
+  session_->disconnect();
+  location_->onChanged(nullptr);
 }
 
 }  // namespace ovinta::cli

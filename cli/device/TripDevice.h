@@ -2,8 +2,8 @@
 
 #include <chrono>
 #include <memory>
-#include <string>
 
+#include "cli/device/ObservedLocationServices.h"
 #include "cli/device/ObservedURLSession.h"
 #include "platform/simulation/Simulation.h"
 
@@ -19,20 +19,20 @@ class TripDevice {
  public:
   /// `observer` is called in turn with the main thread, for as long as the device lives.
   TripDevice(platform::Services base, platform::Date start, ObservedURLSession::Observer observer);
-  ~TripDevice() { session_->disconnect(); }
+  ~TripDevice();
   TripDevice(const TripDevice&) = delete;
   TripDevice& operator=(const TripDevice&) = delete;
 
   platform::simulation::Simulation& simulation() { return simulation_; }
   platform::simulation::VirtualTime& time() { return simulation_.time(); }
 
-  /// The accuracy and distance filter in force, for people; empty while positions are not asked
-  /// for.
-  std::string accuracyText();
+  /// What the library asks of the simulated location services.
+  ObservedLocationServices& location() { return *location_; }
 
  private:
   platform::simulation::Simulation simulation_;
   std::shared_ptr<ObservedURLSession> session_;
+  std::shared_ptr<ObservedLocationServices> location_;
 };
 
 }  // namespace ovinta::cli

@@ -1,72 +1,149 @@
 #include "cli/track/LiveTrack.h"
 
-#include <chrono>
+#include <string>
+#include <utility>
 
 #include "cli/client/ClientServices.h"
+#include "cli/device/TripDevice.h"
 #include "platform/linux/Linux.h"
 
 namespace ovinta::cli {
 namespace {
 
-constexpr std::chrono::milliseconds kWatchInterval{200};
+using namespace std::chrono_literals;
+using platform::services;
+
+constexpr auto kWatchInterval = 200ms;
+constexpr auto kQuestionInterval = 5s;
+
+constexpr const char* kRefused =
+    "The command may not know the position. Allow \"ovinta\" in the settings of the desktop or in "
+    "GeoClue's configuration, and start it again.";
+
+std::string permissionSentence(platform::AuthorizationStatus permission) {
+  switch (permission) {
+    case platform::kAuthorizationNotDetermined:
+      return "Waiting for the permission...";
+    case 1:
+      return "Location is switched off for all. Switch it on in the settings of the system: the "
+             "position is followed from then on.";
+    case 2:
+      return kRefused;
+    default:
+      return permissionText(true, permission);
+  }
+}
 
 }  // namespace
 
 LiveTrack::LiveTrack(const ClientOptions& options, Interruption& interruption)
     : options_(options),
       interruption_(interruption),
-      report_(options.json, [] { return platform::services().clock->now(); }) {
-  platform::Services services = clientServices(options);
+      report_(options.json, [] { return services().clock->now(); }) {
+  platform::Services linuxServices = clientServices(options);
   session_ = std::make_shared<ObservedURLSession>(
-      services.urlSession, [this](const Exchange& exchange) { report_.add(exchange); });
-  services.urlSession = session_;
-  platform::install(std::move(services));
+      linuxServices.urlSession, [this](const Exchange& exchange) { report_.add(exchange); });
+  linuxServices.urlSession = session_;
+  location_ = std::make_shared<ObservedLocationServices>(linuxServices.location);
+  linuxServices.location = location_;
+  platform::install(std::move(linuxServices));
+  location_->onChanged([this] { show(); });
+}
+
+LiveTrack::~LiveTrack() {
+  session_->disconnect();
+  location_->onChanged(nullptr);
 }
 
 ExitCode LiveTrack::run() {
-  if (!platform::services().location->locationServicesEnabled()) {
-    Output(options_.json)
-        .printFailure("No Position",
-                      "location services are off on this system, so that its own position cannot "
-                      "be followed.");
-    return ExitCode::failure;
-  }
   configureLibrary(options_);
-  positions_ = platform::services().notificationCenter->addObserver(
-      SDKNotification::locationUpdate, [this](const platform::Notification& notification) {
-        const auto* location = notification.objectAs<platform::Location>();
-        if (location) report_.setSituation({.distance = nearestSiteDistance(*location)});
-      });
   fetchOrders();
   watch();
   platform::linux::runMainLoop();
-  if (isFollowing_) end_ = report_.summarize();
+  const ExitCode code = isFollowing_ ? report_.summarize() : ExitCode::success;
   interruption_.check();
-  return end_.value_or(ExitCode::success);
+  return end_.value_or(code);
 }
 
 void LiveTrack::fetchOrders() {
   Ovinta::orders().fetch([this](const auto& /*orders*/, const ErrorPtr& error) {
-    platform::services().mainQueue->async([this, error] {
-      const Output output(options_.json);
-      if (error) {
-        output.print(*error);
-        end_ = ExitCode::failure;
-      } else if (openOrders().empty()) {
-        output.printFailure("Nothing to Follow", "No order of the customer is open.");
-        end_ = ExitCode::failure;
-      } else {
-        isFollowing_ = true;
-        report_.begin();
-      }
-    });
+    services().mainQueue->async([this, error] { finishFetch(error); });
   });
+  services().mainQueue->asyncAfter(kPatience, [this] {
+    if (!isFollowing_ && !end_) fail("The orders cannot be fetched", "no answer came.");
+  });
+}
+
+void LiveTrack::finishFetch(const ErrorPtr& error) {
+  if (end_) return;
+  if (error) {
+    report_.showBelow({});
+    Output(options_.json).print(*error);
+    end_ = ExitCode::failure;
+  } else if (openOrders().empty()) {
+    fail("Nothing to Follow", "No order of the customer is open.");
+  } else {
+    isFollowing_ = true;
+    report_.begin();
+  }
+}
+
+void LiveTrack::fail(const std::string& title, const std::string& description) {
+  report_.showBelow({});
+  Output(options_.json).printFailure(title, description);
+  end_ = ExitCode::failure;
 }
 
 void LiveTrack::watch() {
   const bool isOver = isFollowing_ && openOrders().empty();
+  if (!end_ && !isOver) followPermission();
   if (end_ || isOver || interruption_.happened()) return platform::linux::quitMainLoop();
-  platform::services().mainQueue->asyncAfter(kWatchInterval, [this] { watch(); });
+  show();
+  services().mainQueue->asyncAfter(kWatchInterval, [this] { watch(); });
+}
+
+void LiveTrack::followPermission() {
+  const platform::AuthorizationStatus permission = services().location->authorizationStatus();
+  if (std::exchange(permission_, permission) != permission) tellPermission();
+  if (platform::isAuthorized(permission)) {
+    wasGranted_ = true;
+  } else if (permission != 2) {
+    askPermission();
+  } else if (!wasGranted_) {
+    fail("No Permission", kRefused);
+  }
+}
+
+void LiveTrack::askPermission() {
+  if (std::chrono::steady_clock::now() < start_ + questions_ * kQuestionInterval) return;
+  platform::linux::requestLocationAuthorization();
+  if (++questions_ == 2 && permission_ == platform::kAuthorizationNotDetermined) {
+    report_.add("permission", "No answer has come yet: \"ovinta doctor\" says what is missing.");
+  }
+}
+
+void LiveTrack::tellPermission() {
+  report_.add("permission", permissionSentence(*permission_), {{"status", *permission_}});
+}
+
+void LiveTrack::show() {
+  if (end_) return;
+  const LiveState now = state();
+  report_.setSituation(now.distance, now.location);
+  // The library's log goes to the same terminal.
+  if (!options_.verbose) report_.showBelow(liveLines(now));
+}
+
+LiveState LiveTrack::state() const {
+  const ObservedLocation& location = location_->observed();
+  return {.now = services().clock->now(),
+          .isEnabled = location_->locationServicesEnabled(),
+          .permission = location_->authorizationStatus(),
+          .location = location,
+          .distance = location.location ? nearestSiteDistance(*location.location) : std::nullopt,
+          .battery = services().device->batteryState(),
+          .sent = report_.exchanges().counts(),
+          .lastSent = report_.exchanges().last()};
 }
 
 }  // namespace ovinta::cli

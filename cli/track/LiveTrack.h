@@ -1,41 +1,60 @@
 #pragma once
 
+#include <chrono>
 #include <memory>
 #include <optional>
 
 #include "cli/client/ClientOptions.h"
 #include "cli/device/Interruption.h"
+#include "cli/track/LiveState.h"
 #include "cli/track/TrackReport.h"
 
 namespace ovinta::cli {
 
-/// Lets the library follow this device's own position while orders are open. Used on the main
-/// thread.
+/// Lets the library follow this device's own position while orders are open, and shows what it does
+/// on the way. Used on the main thread.
 class LiveTrack {
  public:
   /// `options` and `interruption` must outlive the object.
   LiveTrack(const ClientOptions& options, Interruption& interruption);
-  ~LiveTrack() { session_->disconnect(); }
+  ~LiveTrack();
   LiveTrack(const LiveTrack&) = delete;
   LiveTrack& operator=(const LiveTrack&) = delete;
 
-  /// Fetches the orders and follows them until none is open any more. Where location services are
-  /// off it fails at once and says so. Throws `Interrupted`.
+  /// Fetches the orders, asks for the permission and follows the orders until none is open any
+  /// more. It waits for the permission as long as that can still come: a refusal at first is the
+  /// end. Throws `Interrupted`.
   ExitCode run();
 
  private:
   void fetchOrders();
-  /// Ends the main loop when there is nothing more to follow; looks again and again.
+  void finishFetch(const ErrorPtr& error);
+  /// Ends with an error instead of a summary.
+  void fail(const std::string& title, const std::string& description);
+  /// Looks again and again at what comes without an event, and ends the main loop when there is
+  /// nothing more to follow.
   void watch();
+  void followPermission();
+  /// Asks again from time to time: an answer ends a question, and another one may come later.
+  void askPermission();
+  void tellPermission();
+  void show();
+  LiveState state() const;
 
   const ClientOptions& options_;
   Interruption& interruption_;
   TrackReport report_;
   std::shared_ptr<ObservedURLSession> session_;
-  std::unique_ptr<platform::NotificationObserver> positions_;
+  std::shared_ptr<ObservedLocationServices> location_;
+  const std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
+  /// As last told.
+  std::optional<platform::AuthorizationStatus> permission_;
+  bool wasGranted_ = false;
+  /// How many times the permission was asked for.
+  int questions_ = 0;
+  bool isFollowing_ = false;
   /// Absent as long as orders may be open.
   std::optional<ExitCode> end_;
-  bool isFollowing_ = false;
 };
 
 }  // namespace ovinta::cli

@@ -97,15 +97,7 @@ void Track::updateSituation() {
   const auto position = player_.position();
   const auto distance =
       position ? nearestSiteDistance({.coordinate = *position}) : std::optional<double>();
-  const std::string accuracy = device_.accuracyText();
-  report_.setSituation({.distance = distance, .accuracy = accuracy});
-  if (std::exchange(accuracy_, accuracy) != accuracy) {
-    report_.add("accuracy", accuracy.empty() ? "positions are no longer asked for" : accuracy);
-  }
-  const std::size_t regions = device_.simulation().location().rangedRegions().size();
-  if (std::exchange(rangedRegions_, regions) != regions) {
-    report_.add("beacons", "listening for those of " + std::to_string(regions) + " region(s)");
-  }
+  report_.setSituation(distance, device_.location().observed());
   report_.showProgress(metres(player_.distanceAlong()) + " driven, " +
                        metres(distance.value_or(0)) + " to the site");
 }

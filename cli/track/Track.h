@@ -48,9 +48,6 @@ class Track {
   const platform::Services base_;
   TripDevice device_;
   platform::simulation::TripPlayer player_;
-  /// As last shown.
-  std::string accuracy_;
-  std::size_t rangedRegions_ = 0;
 };
 
 }  // namespace ovinta::cli

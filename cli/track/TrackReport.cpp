@@ -1,19 +1,8 @@
 #include "cli/track/TrackReport.h"
 
-#include <array>
-#include <cstdio>
+#include <utility>
 
 namespace ovinta::cli {
-namespace {
-
-std::string describe(const platform::Location& location) {
-  std::array<char, 96> text{};
-  std::snprintf(text.data(), text.size(), "%.5f, %.5f within %.0f m", location.coordinate.latitude,
-                location.coordinate.longitude, location.horizontalAccuracy);
-  return text.data();
-}
-
-}  // namespace
 
 std::optional<double> nearestSiteDistance(const platform::Location& from) {
   std::optional<double> nearest;
@@ -31,7 +20,7 @@ void TrackReport::begin() {
       SDKNotification::locationUpdate, [this](const platform::Notification& notification) {
         const auto* location = notification.objectAs<platform::Location>();
         if (!location) return;
-        add("position", describe(*location),
+        add("position", placeText(*location),
             {{"latitude", location->coordinate.latitude},
              {"longitude", location->coordinate.longitude},
              {"horizontalAccuracy", location->horizontalAccuracy}});
@@ -42,6 +31,18 @@ void TrackReport::add(std::string_view kind, const std::string& text,
                       platform::Dictionary details) {
   progress_.clear();
   timeline_.add(kind, text, std::move(details));
+}
+
+void TrackReport::setSituation(std::optional<double> distance, const ObservedLocation& location) {
+  const std::string accuracy = accuracyText(location);
+  timeline_.setSituation({.distance = distance, .accuracy = accuracy});
+  if (std::exchange(accuracy_, accuracy) != accuracy) {
+    add("accuracy", accuracy.empty() ? "positions are no longer asked for" : accuracy);
+  }
+  const std::size_t regions = location.rangedRegions.size();
+  if (std::exchange(rangedRegions_, regions) != regions) {
+    add("beacons", "listening for those of " + std::to_string(regions) + " region(s)");
+  }
 }
 
 void TrackReport::add(const Exchange& exchange) {

@@ -5,12 +5,14 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "OvintaSDK/OvintaSDK.h"
 #include "cli/client/Output.h"
 #include "cli/client/Progress.h"
 #include "cli/device/ExchangeLog.h"
 #include "cli/device/NotificationLines.h"
+#include "cli/device/ObservedLocationServices.h"
 #include "cli/device/Timeline.h"
 
 namespace ovinta::cli {
@@ -21,7 +23,8 @@ inline OrderList openOrders() { return Ovinta::orders().open().value_or(OrderLis
 /// Metres from there to the nearest site of an open order.
 std::optional<double> nearestSiteDistance(const platform::Location& from);
 
-/// Tells what happens while open orders are followed. May be used from any thread.
+/// Tells what happens while open orders are followed. May be used from any thread, save where it
+/// says so.
 class TrackReport {
  public:
   /// `now` is asked for the time of each line.
@@ -32,8 +35,14 @@ class TrackReport {
   void add(std::string_view kind, const std::string& text, platform::Dictionary details = {});
   /// The line of a request and its answer.
   void add(const Exchange& exchange);
-  void setSituation(Situation situation) { timeline_.setSituation(std::move(situation)); }
+  /// What comes with each line from now on, the distance in metres to the nearest site; and a line
+  /// when other positions or beacons are asked for than before. Main thread only.
+  void setSituation(std::optional<double> distance, const ObservedLocation& location);
+  /// See `Timeline::showBelow`.
+  void showBelow(std::vector<std::string> lines) { timeline_.showBelow(std::move(lines)); }
   void showProgress(const std::string& text) { progress_.show(text); }
+
+  const ExchangeLog& exchanges() const { return exchanges_; }
 
   /// The closing summary; a failure when a request has failed.
   ExitCode summarize();
@@ -44,6 +53,9 @@ class TrackReport {
   ExchangeLog exchanges_;
   std::optional<NotificationLines> notificationLines_;
   std::unique_ptr<platform::NotificationObserver> positions_;
+  /// As last shown.
+  std::string accuracy_;
+  std::size_t rangedRegions_ = 0;
 };
 
 }  // namespace ovinta::cli
