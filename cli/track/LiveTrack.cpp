@@ -14,7 +14,9 @@ using namespace std::chrono_literals;
 using platform::services;
 
 constexpr auto kWatchInterval = 200ms;
-constexpr auto kQuestionInterval = 5s;
+constexpr auto kQuestionInterval = 2s;
+/// The question with which it is time to say that the answer does not come.
+constexpr int kPatientQuestions = 4;
 
 constexpr const char* kRefused =
     "The command may not know the position. Allow \"ovinta\" in the settings of the desktop or in "
@@ -117,13 +119,13 @@ void LiveTrack::followPermission() {
 void LiveTrack::askPermission() {
   if (std::chrono::steady_clock::now() < start_ + questions_ * kQuestionInterval) return;
   platform::linux::requestLocationAuthorization();
-  if (++questions_ == 2 && permission_ == platform::kAuthorizationNotDetermined) {
-    report_.add("permission", "No answer has come yet: \"ovinta doctor\" says what is missing.");
+  if (++questions_ == kPatientQuestions && permission_ == platform::kAuthorizationNotDetermined) {
+    report_.add("access", "No answer has come yet: \"ovinta doctor\" says what is missing.");
   }
 }
 
 void LiveTrack::tellPermission() {
-  report_.add("permission", permissionSentence(*permission_), {{"status", *permission_}});
+  report_.add("access", permissionSentence(*permission_), {{"status", *permission_}});
 }
 
 void LiveTrack::show() {
