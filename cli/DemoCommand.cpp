@@ -1,5 +1,7 @@
 #include <CLI/CLI.hpp>
+#include <chrono>
 #include <memory>
+#include <string>
 #include <variant>
 
 #include "cli/Commands.h"
@@ -23,6 +25,26 @@ ExitCode runDemo(const DemoOptions& options) {
   return demo.run() ? ExitCode::success : ExitCode::failure;
 }
 
+/// By the wall clock; slow enough for each step to be seen.
+constexpr std::chrono::seconds kRealPace{60};
+
+/// A pace that was given stays.
+void addDeviceOption(CLI::App& command, DemoOptions& options) {
+  command
+      .add_option_function<std::string>(
+          "--device",
+          [&command, &options](const std::string& name) {
+            if (name != "linux") return;
+            options.device = DemoDeviceKind::linux;
+            if (command.count("--pace") == 0) options.trip.pace = kRealPace;
+          },
+          "What goes on the trip: a simulated device, or this machine, with the position by the "
+          "real GeoClue and a pace of 60 where none is given")
+      ->check(CLI::IsMember({"simulated", "linux"}))
+      ->default_str("simulated")
+      ->type_name("DEVICE");
+}
+
 }  // namespace
 
 void addDemoCommand(CLI::App& app, int& exitCode) {
@@ -30,6 +52,7 @@ void addDemoCommand(CLI::App& app, int& exitCode) {
   CLI::App* command =
       app.add_subcommand("demo", "Take one customer's order from the account to the rating");
   addTripOptions(*command, options->trip);
+  addDeviceOption(*command, *options);
   addServiceOptions(*command, options->service);
   command->get_option("--base-url")
       ->description("Use the service that runs there, not a sandbox of its own")

@@ -7,7 +7,6 @@
 
 #include "OvintaSDK/OvintaSDK.h"
 #include "cli/device/StoredOrders.h"
-#include "platform/linux/Linux.h"
 #include "platform/simulation/RecordingLog.h"
 #include "platform/simulation/SimulatedBundle.h"
 
@@ -27,14 +26,13 @@ void refuseUnwritable(const std::filesystem::path& directory) {
 
 }  // namespace
 
-platform::Services clientServices(const ClientOptions& options) {
+platform::Services clientServices(const ClientOptions& options, platform::linux::Options system) {
+  system.applicationID = "ovinta";
+  system.dataDirectory = options.dataDirectory;
+  if (!options.verbose) system.log = std::make_shared<platform::simulation::RecordingLog>();
   // What the command arms is for its own trips.
-  const auto silence = std::make_shared<platform::simulation::RecordingLog>();
-  platform::Services services =
-      platform::linux::makeServices({.applicationID = "ovinta",
-                                     .dataDirectory = options.dataDirectory,
-                                     .log = options.verbose ? nullptr : silence,
-                                     .usesNotifyAgent = false});
+  system.usesNotifyAgent = false;
+  platform::Services services = platform::linux::makeServices(system);
   refuseUnwritable(orderStoreFile(services).parent_path());
   services.mainBundle = std::make_shared<SimulatedBundle>(
       SimulatedBundle::Texts{{"CFBundleShortVersionString", options.appVersion}});

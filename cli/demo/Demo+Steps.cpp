@@ -6,6 +6,7 @@
 #include "cli/demo/Demo.h"
 #include "cli/demo/SeededToken.h"
 #include "cli/device/StoredOrders.h"
+#include "platform/Services.h"
 
 namespace ovinta::cli {
 namespace {
@@ -52,8 +53,8 @@ const std::vector<Demo::Step>& Demo::steps() {
 
 Demo::Failure Demo::startService() {
   if (!options_.service.baseURL) {
-    sandbox_ = std::make_unique<sandbox::Sandbox>(sandbox::Options{
-        .seed = options_.trip.seed, .now = [this] { return device_.time().now(); }});
+    sandbox_ = std::make_unique<sandbox::Sandbox>(
+        sandbox::Options{.seed = options_.trip.seed, .now = [this] { return device_->now(); }});
     if (auto error = sandbox_->start()) return error;
   }
   const std::string baseURL =
@@ -66,6 +67,11 @@ Demo::Failure Demo::startService() {
 Demo::Failure Demo::configure() {
   Ovinta::configure({{"token", options_.service.token}});
   if (Ovinta::sdkVersion().empty()) return "the library has no version";
+  device_->askPermission();
+  const auto& services = *platform::services().location;
+  if (!comesTrue([&] { return platform::isAuthorized(services.authorizationStatus()); })) {
+    return "the location permission was not given";
+  }
   return std::nullopt;
 }
 
@@ -78,13 +84,15 @@ Demo::Failure Demo::createCustomer() {
 }
 
 Demo::Failure Demo::createOrder() {
-  const platform::Date ready = device_.time().now() + 15min;
+  const platform::Date ready = device_->now() + 15min;
   auto failure = awaitOrder([&](const OrderCallback& callback) {
     Ovinta::orders().create(kSite, "demo-1001", demoCustomer(), PickupWindow(ready, ready + 30min),
                             callback);
   });
   pass(1s);
-  if (!failure && exchanges_.succeeded("POST", OrderEventType::permissionUpdate) == 0) {
+  if (!failure && !comesTrue([this] {
+        return exchanges_.succeeded("POST", OrderEventType::permissionUpdate) > 0;
+      })) {
     return "the location permission was not reported";
   }
   return failure;
@@ -100,8 +108,11 @@ Demo::Failure Demo::fetchOrders() {
   }
   if (auto failure = awaitFetch()) return failure;
   pass(1s);
-  if (exchanges_.succeeded("PUT") == 0) return "the order did not get the push token";
-  if (!device_.simulation().location().isUpdating()) return "tracking did not start";
+  if (!comesTrue([this] { return exchanges_.succeeded("PUT") > 0; })) {
+    return "the order did not get the push token";
+  }
+  const ObservedLocation& location = device_->location().observed();
+  if (!comesTrue([&] { return location.isUpdating; })) return "tracking did not start";
   return std::nullopt;
 }
 
@@ -113,7 +124,7 @@ Demo::Failure Demo::reportCustomerState(CustomerState state) {
 }
 
 Demo::Failure Demo::setOut() {
-  player_.start();
+  device_->startTrip();
   pass(5s);
   return reportCustomerState(CustomerState::enRoute);
 }
@@ -125,7 +136,8 @@ Demo::Failure Demo::comeNear() {
 
 Demo::Failure Demo::arrive() {
   if (auto failure = driveUntil(kArrived)) return failure;
-  if (exchanges_.succeeded("POST", OrderEventType::locationUpdate) == 0) {
+  if (!comesTrue(
+          [this] { return exchanges_.succeeded("POST", OrderEventType::locationUpdate) > 0; })) {
     return "no location was sent on the way";
   }
   return reportCustomerState(CustomerState::arrived);
@@ -138,11 +150,9 @@ Demo::Failure Demo::wait() {
 
 Demo::Failure Demo::beReady() {
   if (auto failure = merchant_->moveOrder(order_->id, "ready")) return failure;
-  const bool isReady = device_.time().waitUntil(
-      [this] { return order_->state() == OrderState::ready || interruption_.happened(); },
-      kPatience);
-  interruption_.check();
-  if (!isReady) return "the push did not come";
+  if (!comesTrue([this] { return order_->state() == OrderState::ready; })) {
+    return "the push did not come";
+  }
   pass(20s);
   return std::nullopt;
 }
@@ -154,8 +164,9 @@ Demo::Failure Demo::complete() {
 }
 
 Demo::Failure Demo::stopTracking() {
-  if (device_.simulation().location().isUpdating()) return "positions are still asked for";
-  if (!device_.simulation().location().rangedRegions().empty()) return "beacons are still ranged";
+  const ObservedLocation& location = device_->location().observed();
+  if (!comesTrue([&] { return !location.isUpdating; })) return "positions are still asked for";
+  if (!comesTrue([&] { return location.rangedRegions.empty(); })) return "beacons are still ranged";
   return std::nullopt;
 }
 
@@ -176,6 +187,13 @@ Demo::Failure Demo::fetchAgain() {
 }
 
 Demo::Failure Demo::readStore() {
+  Failure failure;
+  // It is written behind the callback's back.
+  comesTrue([&] { return !(failure = compareStore()); });
+  return failure;
+}
+
+Demo::Failure Demo::compareStore() const {
   const auto stored = readStoredOrders(orderStoreFile());
   if (const auto* error = std::get_if<std::string>(&stored)) return *error;
   const auto& orders = std::get<std::vector<StoredOrder>>(stored);

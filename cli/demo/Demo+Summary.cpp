@@ -37,7 +37,7 @@ void Demo::summarize(bool succeeded) {
     requests.emplace(kind, count);
   }
   const auto sent = exchanges_.succeeded("POST", OrderEventType::locationUpdate);
-  const auto changes = device_.simulation().location().distanceFilterChangeCount();
+  const auto changes = device_->location().observed().distanceFilterChanges;
   text += "Location updates sent: " + std::to_string(sent) + "\n";
   text += "Distance filter changes: " + std::to_string(changes) + "\n";
 

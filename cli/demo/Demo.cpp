@@ -6,7 +6,6 @@
 #include <utility>
 
 #include "OvintaSDK/core/Guarded.h"
-#include "cli/client/ClientServices.h"
 
 namespace ovinta::cli {
 namespace {
@@ -27,10 +26,14 @@ std::string failureText(const OvintaError& error) {
 Demo::Demo(DemoOptions options, platform::simulation::Trip trip, Interruption& interruption)
     : options_(std::move(options)),
       interruption_(interruption),
-      timeline_(options_.service.json, [this] { return device_.time().now(); }),
-      device_(clientServices(inDirectory(options_.service, directory_.path())), trip.start,
-              [this](const Exchange& exchange) { note(exchange); }),
-      player_(device_.simulation(), std::move(trip), options_.trip.seed),
+      timeline_(options_.service.json, [this] { return device_->now(); }),
+      device_(makeDemoDevice({.kind = options_.device,
+                              .client = inDirectory(options_.service, directory_.path()),
+                              .trip = std::move(trip),
+                              .pace = options_.trip.pace,
+                              .seed = options_.trip.seed,
+                              .interruption = interruption,
+                              .observer = [this](const Exchange& exchange) { note(exchange); }})),
       notificationLines_(timeline_) {
   observeLocationSettings();
 }
@@ -53,9 +56,9 @@ bool Demo::run() {
 }
 
 void Demo::observeLocationSettings() {
-  device_.location().onChanged([this] {
+  device_->location().onChanged([this] {
     const std::string before =
-        std::exchange(accuracy_, accuracyText(device_.location().observed()));
+        std::exchange(accuracy_, accuracyText(device_->location().observed()));
     if (accuracy_ == before) return;
     updateSituation();
     timeline_.add("accuracy", accuracy_.empty() ? "positions are no longer asked for" : accuracy_);
@@ -68,36 +71,39 @@ void Demo::note(const Exchange& exchange) {
 }
 
 void Demo::pass(std::chrono::seconds interval) {
-  const std::chrono::duration<double> wallTime =
-      options_.trip.pace *
-      (std::chrono::duration<double>(interval) / std::chrono::duration<double>(player_.duration()));
   for (auto passed = 0s; passed < interval; passed += 1s) {
-    device_.time().advance(1s, [this] { return interruption_.happened(); });
+    device_->passSecond();
     updateSituation();
-    interruption_.check(wallTime / interval.count());
+    interruption_.check();
   }
 }
 
 void Demo::updateSituation() {
   timeline_.setSituation(
-      {.distance = distance(), .accuracy = accuracyText(device_.location().observed())});
+      {.distance = distance(), .accuracy = accuracyText(device_->location().observed())});
 }
 
 std::optional<double> Demo::distance() const {
-  const auto position = player_.position();
+  const auto position = device_->position();
   if (!order_ || !position) return std::nullopt;
   return order_->siteDistance({.coordinate = *position});
 }
 
 Demo::Failure Demo::driveUntil(double metres) {
   while (distance().value_or(metres) >= metres) {
-    if (player_.isFinished()) {
+    if (device_->isTripOver()) {
       const auto rest = std::lround(distance().value_or(0));
       return "the trip ended " + std::to_string(rest) + " m from the site";
     }
     pass(1s);
   }
   return std::nullopt;
+}
+
+bool Demo::comesTrue(const std::function<bool()>& condition) {
+  const bool holds = device_->waitUntil(condition);
+  interruption_.check();
+  return holds;
 }
 
 Demo::Failure Demo::awaitOrder(const std::function<void(OrderCallback)>& start) {
@@ -110,11 +116,8 @@ Demo::Failure Demo::awaitOrder(const std::function<void(OrderCallback)>& start) 
   start([answer](OrderPtr order, ErrorPtr error) {
     answer->set({.came = true, .order = std::move(order), .error = std::move(error)});
   });
-  device_.time().waitUntil([&] { return answer->get().came || interruption_.happened(); },
-                           kPatience);
-  interruption_.check();
+  if (!comesTrue([&] { return answer->get().came; })) return "no answer came";
   const Answer result = answer->get();
-  if (!result.came) return "no answer came";
   if (result.error) return failureText(*result.error);
   if (result.order) order_ = result.order;
   return std::nullopt;

@@ -7,24 +7,22 @@
 #include <vector>
 
 #include "OvintaSDK/OvintaSDK.h"
-#include "cli/demo/DemoOptions.h"
+#include "cli/demo/DemoDevice.h"
 #include "cli/demo/Merchant.h"
 #include "cli/device/ExchangeLog.h"
-#include "cli/device/Interruption.h"
 #include "cli/device/NotificationLines.h"
 #include "cli/device/Timeline.h"
-#include "cli/device/TripDevice.h"
-#include "platform/simulation/TripPlayer.h"
 #include "replay/TemporaryDirectory.h"
 #include "sandbox/Sandbox.h"
 
 namespace ovinta::cli {
 
-/// One customer's order, from the account to the rating, through the library: a simulated device
-/// that drives to the site, real HTTP, a real store. Used on one thread, which plays the main one.
+/// One customer's order, from the account to the rating, through the library: a device that drives
+/// to the site, real HTTP, a real store. Used on one thread, which plays the main one.
 class Demo {
  public:
-  /// The trip must hold at least one point. `interruption` must outlive the object.
+  /// The trip must hold at least one point. `interruption` must outlive the object. Throws
+  /// `std::runtime_error` where the device cannot be had.
   Demo(DemoOptions options, platform::simulation::Trip trip, Interruption& interruption);
   ~Demo();
   Demo(const Demo&) = delete;
@@ -59,15 +57,18 @@ class Demo {
   Failure rate();
   Failure fetchAgain();
   Failure readStore();
+  Failure compareStore() const;
 
   void observeLocationSettings();
   void note(const Exchange& exchange);
-  /// Lets virtual time pass, at the pace asked for.
+  /// Lets time of the trip pass, at the pace asked for.
   void pass(std::chrono::seconds interval);
   void updateSituation();
   std::optional<double> distance() const;
   Failure driveUntil(double metres);
   Failure reportCustomerState(CustomerState state);
+  /// Whether the condition holds, or does within `kPatience`.
+  bool comesTrue(const std::function<bool()>& condition);
   /// Runs an operation that answers with an order; keeps the order.
   Failure awaitOrder(const std::function<void(OrderCallback)>& start);
   Failure awaitFetch();
@@ -79,8 +80,7 @@ class Demo {
   replay::TemporaryDirectory directory_;
   Timeline timeline_;
   ExchangeLog exchanges_;
-  TripDevice device_;
-  platform::simulation::TripPlayer player_;
+  const std::unique_ptr<DemoDevice> device_;
   NotificationLines notificationLines_;
   std::unique_ptr<sandbox::Sandbox> sandbox_;
   std::unique_ptr<Merchant> merchant_;

@@ -5,7 +5,16 @@
 
 namespace ovinta::cli {
 
+/// What goes on the trip.
+enum class DemoDeviceKind {
+  /// A simulated device, in virtual time.
+  simulated,
+  /// This machine, in real time, with the position by the real GeoClue.
+  linux
+};
+
 struct DemoOptions {
+  DemoDeviceKind device = DemoDeviceKind::simulated;
   TripOptions trip = {};
   /// Without a base URL the service is a sandbox in this process; the data directory is not used.
   ClientOptions service = {};

@@ -104,7 +104,8 @@ Services makeServices(const Options& options) {
   services.persistentContainers = std::make_shared<SQLitePersistentContainerFactory>(directory);
   services.geodesy = makeGeodesy();
   const auto systemBus =
-      std::make_shared<dbus::Bus>(dbus::systemBusAddress(), services.mainQueue, services.log);
+      std::make_shared<dbus::Bus>(options.systemBusAddress.value_or(dbus::systemBusAddress()),
+                                  services.mainQueue, services.log);
   services.location = std::make_shared<SystemLocationServices>(
       makePositionHub(options.positionSource, applicationID, systemBus, services),
       std::make_shared<BeaconScanner>(systemBus, services.mainQueue, services.log,

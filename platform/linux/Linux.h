@@ -44,6 +44,9 @@ struct Options {
   /// Where the library and these services write what they have to say. Default: standard error.
   std::shared_ptr<Log> log = nullptr;
   PositionSource positionSource = PositionSource::automatic;
+  /// Where the bus of the system's services is, as D-Bus writes addresses. Default:
+  /// `$DBUS_SYSTEM_BUS_ADDRESS`, else where that bus usually lies.
+  std::optional<std::string> systemBusAddress = {};
   /// Called on the main queue with the user info of each notification that the user clicks; of one
   /// that was shown while the application did not run, at the next start or when the application
   /// says that it became active. Default: nobody is told.

@@ -1,0 +1,97 @@
+#include "cli/demo/LinuxDemoDevice.h"
+
+#include <stdexcept>
+#include <utility>
+#include <variant>
+
+#include "cli/client/ClientServices.h"
+#include "cli/device/TripDevice.h"
+#include "platform/linux/Linux.h"
+
+namespace ovinta::cli {
+namespace {
+
+using namespace std::chrono_literals;
+using platform::services;
+
+/// By the wall clock. A trip that is hurried goes far in a second.
+constexpr auto kFixInterval = 500ms;
+constexpr auto kLookInterval = 10ms;
+
+std::unique_ptr<replay::Rig> startRig() {
+  auto started = replay::Rig::start();
+  if (const auto* error = std::get_if<std::string>(&started)) throw std::runtime_error(*error);
+  return std::get<std::unique_ptr<replay::Rig>>(std::move(started));
+}
+
+platform::Services servicesOn(const replay::Rig& rig, const ClientOptions& options) {
+  platform::linux::Options system;
+  system.positionSource = platform::linux::PositionSource::geoclue;
+  system.systemBusAddress = rig.busAddress();
+  return clientServices(options, std::move(system));
+}
+
+}  // namespace
+
+LinuxDemoDevice::LinuxDemoDevice(DemoDeviceSetup setup)
+    : interruption_(setup.interruption),
+      rig_(startRig()),
+      base_(servicesOn(*rig_, setup.client)),
+      path_(std::move(setup.trip.points), *base_.geodesy),
+      second_(wallSecond(setup.pace, path_.duration())) {
+  platform::Services system = base_;
+  session_ = std::make_shared<ObservedURLSession>(system.urlSession, std::move(setup.observer));
+  system.urlSession = session_;
+  location_ = std::make_shared<ObservedLocationServices>(system.location);
+  system.location = location_;
+  platform::install(std::move(system));
+  tellPosition();
+}
+
+LinuxDemoDevice::~LinuxDemoDevice() {
+  session_->disconnect();
+  location_->onChanged(nullptr);
+}
+
+void LinuxDemoDevice::askPermission() { platform::linux::requestLocationAuthorization(); }
+
+void LinuxDemoDevice::passSecond() {
+  if (isOnTrip_) passed_ += 1s;
+  serve([] { return false; },
+        WallClock::now() + std::chrono::duration_cast<WallClock::duration>(second_));
+}
+
+bool LinuxDemoDevice::waitUntil(const std::function<bool()>& condition) {
+  return serve(condition, WallClock::now() + kPatience);
+}
+
+bool LinuxDemoDevice::serve(const std::function<bool()>& condition, WallClock::time_point limit) {
+  bool holds = false;
+  const std::function<void()> look = [&] {
+    holds = condition();
+    if (holds || WallClock::now() >= limit || interruption_.happened()) {
+      platform::linux::quitMainLoop();
+    } else {
+      services().mainQueue->asyncAfter(kLookInterval, look);
+    }
+  };
+  services().mainQueue->async(look);
+  platform::linux::runMainLoop();
+  return holds;
+}
+
+void LinuxDemoDevice::tellPosition() {
+  const platform::simulation::TripPath::State state = path_.at(passed_);
+  rig_->send(
+      {.coordinate = state.coordinate, .horizontalAccuracy = state.accuracy, .speed = state.speed});
+  services().mainQueue->asyncAfter(kFixInterval, [this, life = std::weak_ptr(life_)] {
+    if (!life.expired()) tellPosition();
+  });
+}
+
+std::optional<platform::Coordinate> LinuxDemoDevice::position() const {
+  if (!isOnTrip_) return std::nullopt;
+  return path_.at(passed_).coordinate;
+}
+
+}  // namespace ovinta::cli

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <chrono>
+#include <memory>
+
+#include "cli/demo/DemoDevice.h"
+#include "platform/Services.h"
+#include "platform/simulation/TripPath.h"
+#include "replay/Rig.h"
+
+namespace ovinta::cli {
+
+/// This machine with its real services, in real time; only that the position, which comes from the
+/// real GeoClue, is that of the trip. What else the trip tells of, beacons, battery and permission,
+/// is left to the services.
+class LinuxDemoDevice : public DemoDevice {
+ public:
+  /// Throws `std::runtime_error` where GeoClue cannot be run.
+  explicit LinuxDemoDevice(DemoDeviceSetup setup);
+  ~LinuxDemoDevice() override;
+
+  platform::Date now() override { return platform::services().clock->now(); }
+  void askPermission() override;
+  void passSecond() override;
+  bool waitUntil(const std::function<bool()>& condition) override;
+  void startTrip() override { isOnTrip_ = true; }
+  bool isTripOver() const override { return passed_ >= path_.duration(); }
+  std::optional<platform::Coordinate> position() const override;
+  ObservedLocationServices& location() override { return *location_; }
+
+ private:
+  using WallClock = std::chrono::steady_clock;
+
+  /// Runs the main loop until the condition holds, if that is before the limit.
+  bool serve(const std::function<bool()>& condition, WallClock::time_point limit);
+  /// Tells GeoClue of the position, again and again.
+  void tellPosition();
+
+  Interruption& interruption_;
+  const std::unique_ptr<replay::Rig> rig_;
+  const platform::Services base_;
+  std::shared_ptr<ObservedURLSession> session_;
+  std::shared_ptr<ObservedLocationServices> location_;
+  const platform::simulation::TripPath path_;
+  /// By the wall clock.
+  const std::chrono::duration<double> second_;
+  bool isOnTrip_ = false;
+  /// Of the trip.
+  platform::TimeInterval passed_{};
+  /// Expires with the object.
+  const std::shared_ptr<bool> life_ = std::make_shared<bool>(true);
+};
+
+}  // namespace ovinta::cli

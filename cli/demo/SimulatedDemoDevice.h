@@ -1,0 +1,34 @@
+#pragma once
+
+#include <chrono>
+
+#include "cli/demo/DemoDevice.h"
+#include "cli/device/TripDevice.h"
+#include "platform/simulation/TripPlayer.h"
+
+namespace ovinta::cli {
+
+/// A simulated device, in virtual time.
+class SimulatedDemoDevice : public DemoDevice {
+ public:
+  explicit SimulatedDemoDevice(DemoDeviceSetup setup);
+
+  platform::Date now() override { return device_.time().now(); }
+  /// It is given from the start.
+  void askPermission() override {}
+  void passSecond() override;
+  bool waitUntil(const std::function<bool()>& condition) override;
+  void startTrip() override { player_.start(); }
+  bool isTripOver() const override { return player_.isFinished(); }
+  std::optional<platform::Coordinate> position() const override { return player_.position(); }
+  ObservedLocationServices& location() override { return device_.location(); }
+
+ private:
+  Interruption& interruption_;
+  TripDevice device_;
+  platform::simulation::TripPlayer player_;
+  /// By the wall clock.
+  const std::chrono::duration<double> second_;
+};
+
+}  // namespace ovinta::cli
