@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/JSON.h"
+#include "replay/Rig.h"
 #include "sandbox/Sandbox.h"
 #include "tests/support/Command.h"
 
@@ -66,6 +67,16 @@ TEST(Demo, printsTheSameEventsForTheSameSeedOnly) {
   EXPECT_EQ(first.exitCode, 0);
   EXPECT_EQ(demo({"--json", "--seed", "7"}).output, first.output);
   EXPECT_NE(demo({"--json", "--seed", "8"}).output, first.output);
+}
+
+TEST(Demo, goesTheSameWayWithTheRealPosition) {
+  const auto rig = replay::Rig::start();
+  if (const auto* reason = std::get_if<std::string>(&rig)) GTEST_SKIP() << *reason;
+  const CommandResult result =
+      test::runCommand({OVINTA_COMMAND, "demo", "--device", "linux", "--pace", "2", "--json"});
+  EXPECT_EQ(result.exitCode, 0) << result.output;
+  EXPECT_THAT(textsOfKind(result, "request"), Contains("POST m/v1/events location_update -> 200"));
+  EXPECT_THAT(textsOfKind(result, "summary"), ElementsAre(HasSubstr(R"("succeeded":true)")));
 }
 
 TEST(Demo, saysHowItEnded) {
