@@ -1,5 +1,6 @@
 #include "cli/demo/LinuxDemoDevice.h"
 
+#include <algorithm>
 #include <stdexcept>
 #include <utility>
 #include <variant>
@@ -16,7 +17,7 @@ using platform::services;
 
 /// By the wall clock. A trip that is hurried goes far in a second.
 constexpr auto kFixInterval = 500ms;
-constexpr auto kLookInterval = 10ms;
+constexpr platform::TimeInterval kLookInterval = 10ms;
 
 std::unique_ptr<replay::Rig> startRig() {
   auto started = replay::Rig::start();
@@ -69,11 +70,9 @@ bool LinuxDemoDevice::serve(const std::function<bool()>& condition, WallClock::t
   bool holds = false;
   const std::function<void()> look = [&] {
     holds = condition();
-    if (holds || WallClock::now() >= limit || interruption_.happened()) {
-      platform::linux::quitMainLoop();
-    } else {
-      services().mainQueue->asyncAfter(kLookInterval, look);
-    }
+    const auto rest = std::chrono::ceil<platform::TimeInterval>(limit - WallClock::now());
+    if (holds || rest <= 0s || interruption_.happened()) return platform::linux::quitMainLoop();
+    services().mainQueue->asyncAfter(std::min(rest, kLookInterval), look);
   };
   services().mainQueue->async(look);
   platform::linux::runMainLoop();
