@@ -23,6 +23,7 @@ class TerminalBlock {
   void erase();
   /// Shows them again.
   void draw();
+  bool isShown() const { return drawn_ > 0; }
 
  private:
   const bool isOnTerminal_;

@@ -40,8 +40,13 @@ void Timeline::add(std::string_view kind, std::string_view text, platform::Dicti
   const auto& [distance, accuracy] = situation_;
   const std::string metres = distance ? std::to_string(std::lround(*distance)) + " m" : "";
   std::ostringstream line;
-  line << "  " << clockText("%H:%M:%S") << std::right << std::setw(9) << metres << "  " << std::left
-       << std::setw(28) << accuracy << std::setw(10) << kind << visibleText(text);
+  line << "  " << clockText("%H:%M:%S");
+  // What stands below says more of it.
+  if (!block_.isShown()) {
+    line << std::right << std::setw(9) << metres;
+    line << "  " << std::left << std::setw(26) << accuracy;
+  }
+  line << "  " << std::left << std::setw(10) << kind << visibleText(text);
   print(line.str());
 }
 

@@ -13,6 +13,7 @@ namespace {
 using namespace std::chrono_literals;
 using platform::services;
 
+/// Short enough for what is shown to be new.
 constexpr auto kWatchInterval = 200ms;
 constexpr auto kQuestionInterval = 2s;
 /// The question with which it is time to say that the answer does not come.
@@ -29,8 +30,6 @@ std::string permissionSentence(platform::AuthorizationStatus permission) {
     case 1:
       return "Location is switched off for all. Switch it on in the settings of the system: the "
              "position is followed from then on.";
-    case 2:
-      return kRefused;
     default:
       return permissionText(true, permission);
   }
@@ -49,12 +48,6 @@ LiveTrack::LiveTrack(const ClientOptions& options, Interruption& interruption)
   location_ = std::make_shared<ObservedLocationServices>(linuxServices.location);
   linuxServices.location = location_;
   platform::install(std::move(linuxServices));
-  location_->onChanged([this] { show(); });
-}
-
-LiveTrack::~LiveTrack() {
-  session_->disconnect();
-  location_->onChanged(nullptr);
 }
 
 ExitCode LiveTrack::run() {
@@ -98,9 +91,11 @@ void LiveTrack::fail(const std::string& title, const std::string& description) {
 
 void LiveTrack::watch() {
   const bool isOver = isFollowing_ && openOrders().empty();
-  if (!end_ && !isOver) followPermission();
+  if (!end_ && !isOver) {
+    show();
+    followPermission();
+  }
   if (end_ || isOver || interruption_.happened()) return platform::linux::quitMainLoop();
-  show();
   services().mainQueue->asyncAfter(kWatchInterval, [this] { watch(); });
 }
 
@@ -125,11 +120,13 @@ void LiveTrack::askPermission() {
 }
 
 void LiveTrack::tellPermission() {
-  report_.add("access", permissionSentence(*permission_), {{"status", *permission_}});
+  // At first it is the end, which says the same.
+  const bool isRefusal = *permission_ == 2 && wasGranted_;
+  report_.add("access", isRefusal ? kRefused : permissionSentence(*permission_),
+              {{"status", *permission_}});
 }
 
 void LiveTrack::show() {
-  if (end_) return;
   const LiveState now = state();
   report_.setSituation(now.distance, now.location);
   // The library's log goes to the same terminal.

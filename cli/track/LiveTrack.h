@@ -17,7 +17,7 @@ class LiveTrack {
  public:
   /// `options` and `interruption` must outlive the object.
   LiveTrack(const ClientOptions& options, Interruption& interruption);
-  ~LiveTrack();
+  ~LiveTrack() { session_->disconnect(); }
   LiveTrack(const LiveTrack&) = delete;
   LiveTrack& operator=(const LiveTrack&) = delete;
 
@@ -31,8 +31,8 @@ class LiveTrack {
   void finishFetch(const ErrorPtr& error);
   /// Ends with an error instead of a summary.
   void fail(const std::string& title, const std::string& description);
-  /// Looks again and again at what comes without an event, and ends the main loop when there is
-  /// nothing more to follow.
+  /// Looks again and again at what the library does, and ends the main loop when there is nothing
+  /// more to follow.
   void watch();
   void followPermission();
   /// Asks again from time to time: an answer ends a question, and another one may come later.

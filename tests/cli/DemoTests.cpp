@@ -93,7 +93,8 @@ TEST(Demo, saysHowItEnded) {
       {{"--trip", OVINTA_TRIPS "/drive-by.gpx"}, 1, "Reach the site: arrived: the trip ended "},
       {{"--base-url", "http://127.0.0.1:1"}, 1, "Create the customer: Error Creating Profile: "},
       {{"--trip", OVINTA_COMMAND}, 1, ""},
-      {{"--pace", "-1"}, 2, ""}};
+      {{"--pace", "-1"}, 2, ""},
+      {{"--device", "tape"}, 2, ""}};
   for (const auto& [arguments, exitCode, output] : cases) {
     const CommandResult result = demo(arguments);
     EXPECT_EQ(result.exitCode, exitCode) << arguments.back();

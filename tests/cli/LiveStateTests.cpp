@@ -3,7 +3,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "cli/client/TerminalBlock.h"
+#include "platform/simulation/SimulatedLocation.h"
+#include "platform/simulation/VirtualTime.h"
+#include "tests/platform/simulation/Sphere.h"
 
 namespace ovinta::cli {
 namespace {
@@ -56,6 +61,52 @@ TEST(LiveState, isShownByLines) {
   };
   for (const auto& [state, lines] : cases) EXPECT_EQ(liveLines(state), lines);
   EXPECT_THAT(liveLines(silent), testing::Contains("Beacons     none heard of 1 region(s)"));
+}
+
+/// Hears what the library would, and smooths it as it does.
+struct Listener : platform::LocationManagerDelegate {
+  void didUpdateLocations(const std::vector<platform::Location>& locations) override {
+    heard.push_back(locations.back());
+  }
+  void didChangeAuthorizationStatus(platform::AuthorizationStatus) override {}
+  void didRangeBeacons(const std::vector<platform::RangedBeacon>& ranged,
+                       const platform::BeaconRegion&) override {
+    beacons.update(ranged);
+  }
+
+  std::vector<platform::Location> heard;
+  BeaconList beacons;
+};
+
+TEST(ObservedLocationServices, recordWhatPasses) {
+  platform::simulation::VirtualTime time(kNow);
+  const auto inner = std::make_shared<platform::simulation::SimulatedLocation>(
+      time.mainQueue(), std::make_shared<platform::simulation::Sphere>());
+  ObservedLocationServices services(inner);
+  Listener listener;
+  const auto manager = services.makeLocationManager();
+  manager->setDelegate(&listener);
+  for (const double filter : {3, 400, 400}) manager->setDistanceFilter(filter);
+  manager->startUpdatingLocation();
+  manager->startRangingBeacons({.proximityUUID = {}, .major = {}, .minor = {}, .identifier = "a"});
+  inner->deliver({.coordinate = {1, 2}});
+  for (const int rssi : {-60, -70, -59}) {
+    inner->setBeaconsInRange({{{}, 0, 0, rssi, 2}, {{}, 1, 0, -50, 71.0 + rssi}});
+    time.advance(1s);
+  }
+
+  const ObservedLocation& observed = services.observed();
+  EXPECT_EQ(accuracyText(observed), "best for navigation, 400 m");
+  EXPECT_EQ(observed.distanceFilterChanges, 2U);
+  EXPECT_EQ(observed.rangedRegions, inner->rangedRegions());
+  EXPECT_EQ(observed.authorizationStatus, inner->authorizationStatus());
+  EXPECT_THAT(listener.heard, testing::ElementsAre(*observed.location));
+  const auto isSame = [](const Beacon& left, const Beacon& right) {
+    return left.identifiers == right.identifiers && left.rssi == right.rssi &&
+           left.distance == right.distance;
+  };
+  EXPECT_EQ(observed.beacons.size(), 2U);
+  EXPECT_TRUE(std::ranges::equal(observed.beacons, listener.beacons.list(), isSame));
 }
 
 TEST(TerminalBlock, fitsTheTerminal) {
