@@ -76,8 +76,9 @@ OVINTA_EXPORT void quitMainLoop();
 
 /// Asks for the permission to follow the user, as the application does before it expects the
 /// library to: on Linux nobody has an answer before something follows the position for the first
-/// time. The position is followed just until there is one, which may take as long as the user does.
-/// May be called from any thread, after `makeServices`.
+/// time. The position is followed just until there is one, which may take as long as the user does;
+/// where GeoClue has nobody to ask the user, for a quarter of an hour. May be called from any
+/// thread, after `makeServices`, and again at any time.
 OVINTA_EXPORT void requestLocationAuthorization();
 
 /// To be called by the application whenever it comes to the foreground: Linux has no event of its

@@ -1,10 +1,7 @@
 #pragma once
 
-#include <atomic>
 #include <filesystem>
 #include <memory>
-#include <mutex>
-#include <optional>
 
 #include "platform/Device.h"
 #include "platform/MainQueue.h"
@@ -13,8 +10,9 @@
 
 namespace ovinta::platform::linux {
 
-/// The battery as UPower knows it, followed only while monitoring is on; where there is no UPower,
-/// what the kernel's files say at each question. Destroyed on the main thread.
+/// The battery as UPower knows it. UPower, which tells of every change of the charge, is followed
+/// only from a question for the state on until nobody has asked for some minutes. The first answer,
+/// and all where there is no UPower, is what the kernel's files say. Destroyed on the main thread.
 class SystemDevice : public Device {
  public:
   SystemDevice(std::shared_ptr<dbus::Bus> systemBus, std::shared_ptr<MainQueue> mainQueue,
@@ -24,26 +22,10 @@ class SystemDevice : public Device {
   BatteryState batteryState() const override;
 
  private:
-  class Monitor;
-  struct Shared {
-    std::atomic<bool> isMonitored = false;
-    /// Guards `state`.
-    std::mutex mutex = {};
-    /// What UPower said last; absent while there is none.
-    std::optional<BatteryState> state = {};
-    /// There while monitoring is on. Main thread only.
-    std::shared_ptr<Monitor> monitor = {};
+  class Follower;
 
-    void setState(std::optional<BatteryState> newState) {
-      const std::lock_guard lock(mutex);
-      state = newState;
-    }
-  };
-
-  const std::shared_ptr<dbus::Bus> bus_;
-  const std::shared_ptr<MainQueue> mainQueue_;
   const std::filesystem::path powerSupplies_;
-  const std::shared_ptr<Shared> shared_ = std::make_shared<Shared>();
+  const std::shared_ptr<Follower> follower_;
 };
 
 }  // namespace ovinta::platform::linux

@@ -28,36 +28,45 @@ dbus::Properties hintsFor(const UserNotificationContent& content,
 NotificationPresenter::NotificationPresenter(std::shared_ptr<dbus::Bus> sessionBus,
                                              std::shared_ptr<Log> log, std::string applicationID,
                                              Handlers handlers)
-    : log_(std::move(log)),
+    : bus_(std::move(sessionBus)),
+      log_(std::move(log)),
       applicationID_(std::move(applicationID)),
       handlers_(std::move(handlers)),
-      service_(std::move(sessionBus), kNotificationsName) {}
+      service_(bus_, kNotificationsName) {}
 
-void NotificationPresenter::listenOnce() {
-  if (std::exchange(listens_, true)) return;
+void NotificationPresenter::listen() {
+  if (listener_) return;
+  listener_ = std::make_unique<dbus::Service>(bus_, kNotificationsName);
   // Services tell the caller alone, so the signals must come over the connection of the calls.
-  service_.onSignal(kNotificationsPath, kNotificationsName, "ActionInvoked",
-                    [this](const dbus::Signal& signal) {
-                      const auto number = dbus::read<std::uint32_t>(signal.arguments, 0);
-                      const auto clicked = open_.find(number.value_or(0));
-                      if (clicked == open_.end()) return;
-                      const auto action = dbus::read<Glib::ustring>(signal.arguments, 1);
-                      if (!action || action->raw() != kDefaultAction) return;
-                      const Dictionary userInfo = clicked->second;
-                      if (handlers_.onClick) handlers_.onClick(userInfo);
-                      close(*number);
-                    });
-  service_.onSignal(kNotificationsPath, kNotificationsName, "NotificationClosed",
-                    [this](const dbus::Signal& signal) {
-                      close(dbus::read<std::uint32_t>(signal.arguments, 0).value_or(0));
-                    });
-  service_.onPresence(true, [this](bool isPresent) {
+  listener_->onSignal(kNotificationsPath, kNotificationsName, "ActionInvoked",
+                      [this](const dbus::Signal& signal) {
+                        const auto number = dbus::read<std::uint32_t>(signal.arguments, 0);
+                        const auto clicked = open_.find(number.value_or(0));
+                        if (clicked == open_.end()) return;
+                        const auto action = dbus::read<Glib::ustring>(signal.arguments, 1);
+                        if (!action || action->raw() != kDefaultAction) return;
+                        const Dictionary userInfo = clicked->second;
+                        if (handlers_.onClick) handlers_.onClick(userInfo);
+                        close(*number);
+                      });
+  listener_->onSignal(kNotificationsPath, kNotificationsName, "NotificationClosed",
+                      [this](const dbus::Signal& signal) {
+                        close(dbus::read<std::uint32_t>(signal.arguments, 0).value_or(0));
+                      });
+  listener_->onPresence(true, [this](bool isPresent) {
     while (!isPresent && !open_.empty()) close(open_.begin()->first);
   });
 }
 
 void NotificationPresenter::close(std::uint32_t number) {
-  if (open_.erase(number) > 0 && open_.empty() && handlers_.onAllClosed) handlers_.onAllClosed();
+  if (open_.erase(number) == 0 || !open_.empty()) return;
+  restUnlessNeeded();
+  if (handlers_.onAllClosed) handlers_.onAllClosed();
+}
+
+void NotificationPresenter::restUnlessNeeded() {
+  // The service tells everybody of everybody's notifications.
+  if (underWay_ == 0 && open_.empty()) listener_ = nullptr;
 }
 
 bool NotificationPresenter::accepted(const dbus::Reply& reply) {
@@ -70,14 +79,20 @@ bool NotificationPresenter::accepted(const dbus::Reply& reply) {
 
 void NotificationPresenter::show(const UserNotificationContent& content,
                                  std::function<void(bool)> completion) {
-  listenOnce();
+  ++underWay_;
+  listen();
+  const auto end = [this, completion = std::move(completion)](bool isShown) {
+    --underWay_;
+    restUnlessNeeded();
+    completion(isShown);
+  };
   service_.call(kNotificationsPath, kNotificationsName, kGetCapabilities, {},
-                [this, content, completion = std::move(completion)](const dbus::Reply& reply) {
-                  if (!accepted(reply)) return completion(false);
+                [this, content, end](const dbus::Reply& reply) {
+                  if (!accepted(reply)) return end(false);
                   notify(content,
                          dbus::read<NotificationCapabilities>(reply.values, 0)
                              .value_or(NotificationCapabilities()),
-                         completion);
+                         end);
                 });
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <map>
@@ -22,8 +23,8 @@ inline constexpr const char* kGetCapabilities = "GetCapabilities";
 /// The capability without which nothing can be clicked.
 inline constexpr const char* kCanAct = "actions";
 
-/// Shows notifications through the desktop's notification service. Asks nothing of the bus before
-/// the first one. Main thread only.
+/// Shows notifications through the desktop's notification service, to which it listens while one is
+/// being shown or may still be clicked. Main thread only.
 class NotificationPresenter {
  public:
   struct Handlers {
@@ -49,20 +50,24 @@ class NotificationPresenter {
   bool hasOpen() const { return !open_.empty(); }
 
  private:
-  void listenOnce();
+  void listen();
+  void restUnlessNeeded();
   void notify(const UserNotificationContent& content, const NotificationCapabilities& capabilities,
               const std::function<void(bool)>& completion);
   bool accepted(const dbus::Reply& reply);
   void close(std::uint32_t number);
 
+  const std::shared_ptr<dbus::Bus> bus_;
   const std::shared_ptr<Log> log_;
   const std::string applicationID_;
   const Handlers handlers_;
   /// By the number that the service gave.
   std::map<std::uint32_t, Dictionary> open_;
-  bool listens_ = false;
+  std::size_t underWay_ = 0;
   bool hasLoggedFailure_ = false;
   dbus::Service service_;
+  /// Hears of what is shown.
+  std::unique_ptr<dbus::Service> listener_;
 };
 
 }  // namespace ovinta::platform::linux

@@ -6,6 +6,10 @@
 namespace ovinta::platform::linux {
 namespace {
 
+/// With GeoClue's timing a quarter of an hour. Where there is nobody to ask the user, nobody need
+/// ever come.
+constexpr int kMostUnanswered = 20;
+
 struct Reading {
   bool isEnabled;
   AuthorizationStatus status;
@@ -50,7 +54,9 @@ void PositionHub::findService() {
 void PositionHub::askPermission() {
   // Nobody looks at these positions: the filter keeps them few.
   constexpr double kFilterMetres = 500;
-  if (!question_) question_ = open(kFilterMetres, [](const Location&) {});
+  if (question_) return;
+  unanswered_ = 0;
+  question_ = open(kFilterMetres, [](const Location&) {});
 }
 
 std::unique_ptr<PositionStream> PositionHub::open(double distanceFilter,
@@ -70,7 +76,7 @@ std::unique_ptr<PositionStream> PositionHub::open(double distanceFilter,
 
 void PositionHub::noteAnswer(PositionAccess access) {
   hasBeenTold_ = true;
-  if (access != PositionAccess::undecided) question_ = nullptr;
+  if (access != PositionAccess::undecided || ++unanswered_ == kMostUnanswered) question_ = nullptr;
   note(access);
 }
 

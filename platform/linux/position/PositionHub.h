@@ -24,8 +24,9 @@ class PositionHub {
   /// Finds out at the first call whether there is a service.
   void findService();
 
-  /// Asks for the permission, and follows the position just until there is an answer.
-  /// `onStatusChanged` tells it. While an answer is awaited, further calls do nothing.
+  /// Asks for the permission, and follows the position just until there is an answer, which
+  /// `onStatusChanged` tells, or until it was told often enough that nobody has one. Meanwhile,
+  /// further calls do nothing.
   void askPermission();
 
   /// Positions, while the permission lasts. `onLocation` is called as `PositionHandlers` say.
@@ -51,6 +52,8 @@ class PositionHub {
   /// Absent at first, when nobody has been asked.
   std::atomic<PositionAccess> access_ = PositionAccess::absent;
   std::unique_ptr<PositionStream> question_;
+  /// How often nobody had an answer since the question was asked.
+  int unanswered_ = 0;
   bool hasLooked_ = false;
   bool hasBeenTold_ = false;
   std::vector<Observer> observers_;

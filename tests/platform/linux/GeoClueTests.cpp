@@ -159,6 +159,23 @@ TEST_F(GeoClueTest, AskingForThePermissionKeepsNothingRunning) {
   waitUntil([&] { return geoclue_.service().count("DeleteClient") == 1; });
   EXPECT_EQ(geoclue_.service().count("CreateClient"), 1U);
   EXPECT_EQ(geoclue_.clientCount(), 0U);
+
+  const auto hub = makeHub(5ms);
+  geoclue_.setMood(Mood::withoutAgent);
+  hub->askPermission();
+  for (int attempt = 0; attempt < 20; ++attempt) {
+    waitUntil([&] { return time_.pendingTaskCount() == 1; });
+    time_.advance(15s);
+  }
+  bool isOver = false;
+  dbus::Service afterwards(bus_, "none");
+  afterwards.find([&](bool) { isOver = true; });
+  waitUntil([&] { return isOver; });
+  EXPECT_EQ(geoclue_.service().count("CreateClient"), 21U) << "given up";
+  EXPECT_EQ(time_.pendingTaskCount(), 0U);
+  geoclue_.setMood(Mood::willing);
+  hub->askPermission();
+  waitUntil([&] { return hub->status() == 4; });
 }
 
 TEST_F(GeoClueTest, ASystemComponentMayAlwaysFollow) {

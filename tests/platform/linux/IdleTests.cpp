@@ -1,0 +1,158 @@
+// The whole library on the services of this system: whatever nobody needs is let go.
+#include <gmock/gmock.h>
+
+#include "OvintaSDK/core/Ovinta.h"
+#include "OvintaSDK/core/OvintaState.h"
+#include "platform/linux/StoredUserNotificationCenter.h"
+#include "platform/linux/SystemDevice.h"
+#include "platform/linux/SystemLocationServices.h"
+#include "platform/linux/position/GeoClueProvider.h"
+#include "tests/support/BlueZDouble.h"
+#include "tests/support/GeoClueDouble.h"
+#include "tests/support/NotificationsDouble.h"
+#include "tests/support/SDKFixture.h"
+
+namespace ovinta::platform::linux {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::IsEmpty;
+using testing::Not;
+
+constexpr const char* kUPower = "/org/freedesktop/UPower/devices/DisplayDevice";
+
+/// An application with a customer, on a device with an adapter and a battery.
+class IdleTest : public test::SDKFixture {
+ protected:
+  IdleTest() {
+    bluez_.addAdapter("hci0");
+    upower_.addObject(kUPower, "org.freedesktop.UPower.Device",
+                      {{"State", dbus::write(4U)}, {"IsPresent", dbus::write(true)}});
+    restartWith([this](Services& changed) {
+      changed.location = std::make_shared<SystemLocationServices>(
+          hub_,
+          std::make_shared<BeaconScanner>(bus_, time.mainQueue(), log, BeaconScanner::Settings{}));
+      changed.device =
+          std::make_shared<SystemDevice>(bus_, time.mainQueue(), directory.path() / "none");
+      changed.userNotifications = std::make_shared<StoredUserNotificationCenter>(
+          changed, bus_,
+          StoredUserNotificationCenter::Setup{"org.example.app",
+                                              directory.path() / "Notifications.sqlite",
+                                              AgentRegistry(directory.path() / "agent")});
+    });
+    signIn();
+    Ovinta::configure({});
+  }
+
+  void waitUntil(const std::function<bool()>& condition) {
+    const auto progress = [&] {
+      queues->runAll();
+      http->deliverAll();
+      return condition();
+    };
+    ASSERT_TRUE(time.waitUntil(progress, 30s));
+  }
+
+  /// What the bus wakes the library for.
+  std::vector<std::string> matchRules() {
+    using Rules = std::map<Glib::ustring, std::vector<Glib::ustring>>;
+    std::optional<std::vector<std::string>> all;
+    stats_.call("/org/freedesktop/DBus", "org.freedesktop.DBus.Debug.Stats", "GetAllMatchRules", {},
+                [&](const dbus::Reply& reply) {
+                  all.emplace();
+                  const auto found = dbus::read<Rules>(reply.values, 0).value();
+                  for (const auto& [client, rules] : found) {
+                    all->insert(all->end(), rules.begin(), rules.end());
+                  }
+                });
+    waitUntil([&] { return all.has_value(); });
+    return all.value_or(std::vector<std::string>());
+  }
+
+  std::size_t calls() {
+    std::size_t count = 0;
+    for (auto* service : {&geoclue_.service(), &bluez_.service(), &upower_}) {
+      count += service->calls().size();
+    }
+    return count;
+  }
+
+  /// From some time after the last thing that was asked of the library.
+  void expectIdle() {
+    const auto limit = std::chrono::steady_clock::now() + 10s;
+    for (auto rules = matchRules(); !rules.empty() || time.pendingTaskCount() > 0;
+         rules = matchRules()) {
+      ASSERT_LT(std::chrono::steady_clock::now(), limit) << testing::PrintToString(rules);
+      advance(30s);
+    }
+    EXPECT_EQ(geoclue_.clientCount(), 0U);
+    EXPECT_FALSE(bluez_.isDiscovering("hci0"));
+    const auto before = std::pair(calls(), http->requests().size());
+    advance(60s);
+    EXPECT_EQ(time.pendingTaskCount(), 0U);
+    EXPECT_THAT(matchRules(), IsEmpty());
+    EXPECT_EQ(std::pair(calls(), http->requests().size()), before);
+  }
+
+  replay::PrivateBus daemon_;
+  test::GeoClueDouble geoclue_{daemon_};
+  test::BlueZDouble bluez_{daemon_};
+  test::NotificationsDouble desktop_{daemon_};
+  test::ServiceDouble upower_{daemon_, "org.freedesktop.UPower", {}, [](const auto&) {
+                                return test::ServiceDouble::NoAnswer{};
+                              }};
+  std::shared_ptr<dbus::Bus> bus_ =
+      std::make_shared<dbus::Bus>(daemon_.address(), time.mainQueue(), log);
+  std::shared_ptr<PositionHub> hub_ = std::make_shared<PositionHub>(
+      std::make_shared<GeoClueProvider>(
+          bus_, time.mainQueue(),
+          GeoClueProvider::Options{.desktopID = "org.example.app", .configuration = "none"}),
+      time.mainQueue());
+  dbus::Service stats_{std::make_shared<dbus::Bus>(daemon_.address(), time.mainQueue(), log),
+                       "org.freedesktop.DBus"};
+};
+
+TEST_F(IdleTest, RestsOnceItIsConfigured) {
+  expectIdle();
+  EXPECT_EQ(calls(), 0U);
+}
+
+TEST_F(IdleTest, RestsAgainWhenTheLastOrderIsCompleted) {
+  hub_->askPermission();
+  waitUntil([&] { return hub_->status() == 4; });
+  const Dictionary region{{"uuid", "2F234454-CF6D-4A0F-ADF2-F4911BA9FFA6"}};
+  fetchOrders({test::with(test::requiredOrder(), {{"site_beacon_regions", List{region}}})});
+  waitUntil([&] { return geoclue_.service().count("Start") == 3; });
+  waitUntil([&] { return bluez_.isDiscovering("hci0"); });
+  geoclue_.feed(40.7, -74, 10, 1, static_cast<std::uint64_t>(time.now().time_since_epoch() / 1s));
+  waitUntil([&] { return time.pendingTaskCount() > 1; });
+  advance(3s);
+  EXPECT_THAT(bodies("POST", "m/v1/events"), Not(IsEmpty()));
+  waitUntil([&] { return services.device->batteryState() == BatteryState::full; });
+  EXPECT_EQ(geoclue_.clientCount(), 2U);
+
+  fetchOrders({test::with(test::requiredOrder(), {{"state", "completed"}})});
+  expectIdle();
+}
+
+TEST_F(IdleTest, RestsAgainWhenNothingIsArmed) {
+  const auto arm = [this](const char* name) {
+    services.userNotifications->add(
+        {name, {"Near", "Welcome", NotificationSound::none, {}}, {{{40.7, -74}, 100, name}, false}},
+        {});
+  };
+  arm("one");
+  waitUntil([&] { return geoclue_.service().count("Start") == 1; });
+  services.userNotifications->removePendingNotificationRequests({"one"});
+  expectIdle();
+
+  arm("two");
+  waitUntil([&] { return geoclue_.service().count("Start") == 2; });
+  for (const double latitude : {41.0, 40.7}) geoclue_.feed(latitude, -74);
+  waitUntil([&] { return desktop_.shown().size() == 1; });
+  desktop_.click(desktop_.shown().at(0));
+  expectIdle();
+}
+
+}  // namespace
+}  // namespace ovinta::platform::linux
