@@ -7,12 +7,18 @@
 namespace ovinta::replay {
 
 PrivateBus::PrivateBus() {
+  create_directory(directory_.path() / "services");
   std::ofstream(directory_.path() / "bus.conf")
-      << "<busconfig><type>custom</type><keep_umask/><listen>" << address_
+      << "<busconfig><type>session</type><keep_umask/><servicedir>"
+      << (directory_.path() / "services").string() << "</servicedir><listen>" << address_
       << "</listen><auth>EXTERNAL</auth><policy context='default'>"
          "<allow send_destination='*' eavesdrop='true'/><allow eavesdrop='true'/>"
          "<allow own='*'/><allow user='*'/></policy></busconfig>";
   start();
+}
+
+void PrivateBus::addService(const std::filesystem::path& activationFile) {
+  copy_file(activationFile, directory_.path() / "services" / activationFile.filename());
 }
 
 void PrivateBus::start() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <optional>
 #include <string>
 
@@ -8,8 +9,8 @@
 
 namespace ovinta::replay {
 
-/// A D-Bus daemon that nobody else knows. It starts no service by itself, and ends with this object
-/// or, whatever happens, with the thread that started it. For one thread.
+/// A D-Bus daemon that nobody else knows. It starts only the services that `addService` gave it,
+/// and ends with this object or, whatever happens, with the thread that started it. For one thread.
 class PrivateBus {
  public:
   /// Returns when the daemon listens. Throws `std::runtime_error` when it does not start.
@@ -17,6 +18,9 @@ class PrivateBus {
 
   /// As D-Bus writes it.
   const std::string& address() const { return address_; }
+
+  /// Has the daemon start a service on demand, as the D-Bus activation file says.
+  void addService(const std::filesystem::path& activationFile);
 
   /// Ends the daemon; the address leads nowhere from then on.
   void stop() { daemon_.reset(); }

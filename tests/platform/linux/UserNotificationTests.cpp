@@ -1,7 +1,6 @@
 #include "tests/platform/linux/UserNotificationFixture.h"
 
 #include "platform/linux/notifications/NotifyAgent.h"
-#include "replay/ChildProcess.h"
 #include "tests/support/Files.h"
 #include "tests/support/GeoClueDouble.h"
 
@@ -254,21 +253,25 @@ TEST_F(NotifyAgentTest, EndsWithNothingToDoWithASecondAgentAndWithoutABus) {
   waitForName(RegisteredApplication{"org.example.app", file_}.busName(), true);
 }
 
-TEST_F(NotifyAgentTest, TheProgramFollowsThePositionOnceTheApplicationIsGone) {
+TEST_F(NotifyAgentTest, TheBusStartsTheProgramWhichTakesOverOnceTheApplicationIsGone) {
   test::GeoClueDouble geoclue(daemon_);
+  daemon_.addService(OVINTA_AGENT_SERVICE);
+  using Variables = std::map<Glib::ustring, Glib::ustring>;
+  dbus::Service session(bus_, "org.freedesktop.DBus");
+  bool isSet = false;
+  session.call("/org/freedesktop/DBus", "org.freedesktop.DBus", "UpdateActivationEnvironment",
+               dbus::arguments(Variables{{"XDG_DATA_HOME", folder_.path().string()},
+                                         {"DBUS_SYSTEM_BUS_ADDRESS", daemon_.address()}}),
+               [&](const dbus::Reply& reply) { isSet = !reply.failure; });
+  waitUntil([&] { return isSet; });
   const AgentRegistry registry(folder_.path() / "ovinta-notify-agent/OvintaSDK/Applications");
   startApplication(registry);
-  const replay::ChildProcess agent(
-      {OVINTA_NOTIFY_AGENT},
-      {"XDG_DATA_HOME=" + folder_.path().string(), "DBUS_SESSION_BUS_ADDRESS=" + daemon_.address(),
-       "DBUS_SYSTEM_BUS_ADDRESS=" + daemon_.address()});
   waitForAgent(true);
   EXPECT_EQ(geoclue.clientCount(), 0U);
   center_ = nullptr;
   waitUntil([&] { return geoclue.service().count("Start") == 1; });
   for (const double metres : {500, 0}) {
-    const Coordinate place = northOfSite(metres);
-    geoclue.feed(place.latitude, place.longitude);
+    geoclue.feed(northOfSite(metres).latitude, northOfSite(metres).longitude);
   }
   waitForShown(1);
   desktop_.click(desktop_.shown().at(0));
