@@ -30,12 +30,14 @@ void SimulatedLocationManager::later(TimeInterval delay, std::function<void()> s
 
 void SimulatedLocationManager::setDelegate(LocationManagerDelegate* delegate) {
   delegate_ = delegate;
-  if (delegate) announceStatus(hub_->status);
+  told_.reset();
+  announceStatus(hub_->status);
 }
 
 void SimulatedLocationManager::announceStatus(AuthorizationStatus status) {
   later(TimeInterval::zero(), [this, status] {
-    if (delegate_) delegate_->didChangeAuthorizationStatus(status);
+    if (!delegate_ || std::exchange(told_, status) == status) return;
+    delegate_->didChangeAuthorizationStatus(status);
   });
 }
 

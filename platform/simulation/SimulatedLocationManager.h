@@ -66,6 +66,8 @@ class SimulatedLocationManager : public LocationManager {
 
   const std::shared_ptr<LocationHub> hub_;
   LocationManagerDelegate* delegate_ = nullptr;
+  /// What the delegate has heard last.
+  std::optional<AuthorizationStatus> told_;
   Settings settings_;
   std::optional<Location> lastReported_;
   std::vector<BeaconRegion> ranged_;

@@ -5,7 +5,7 @@
 #include <chrono>
 #include <memory>
 
-#include "platform/linux/dbus/Bus.h"
+#include "platform/linux/dbus/Service.h"
 #include "platform/simulation/RecordingLog.h"
 #include "platform/simulation/VirtualTime.h"
 #include "replay/PrivateBus.h"
@@ -23,6 +23,14 @@ class BusTest : public testing::Test {
   template <class Condition>
   void waitUntil(Condition condition) {
     ASSERT_TRUE(time_.waitUntil(condition, std::chrono::seconds(30)));
+  }
+
+  /// Has all arrive that a service has sent on `bus_` so far.
+  void passBy(const std::string& service) {
+    bool isAnswered = false;
+    platform::linux::dbus::Service asked(bus_, service);
+    asked.getProperties("/", "none", [&](const auto&) { isAnswered = true; });
+    waitUntil([&] { return isAnswered; });
   }
 
   replay::PrivateBus daemon_;

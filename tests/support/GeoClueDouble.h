@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <string>
 
+#include "tests/platform/simulation/Sphere.h"
 #include "tests/support/ServiceDouble.h"
 
 namespace ovinta::test {
@@ -24,12 +25,12 @@ class GeoClueDouble {
     service_.sync([&] { mood_ = mood; });
   }
 
-  /// Sends a fix to every client that runs.
+  /// Sends a fix to every client that runs and whose last one is at least its threshold away.
   void feed(double latitude, double longitude, double accuracy = 10, double speed = -1,
             std::uint64_t seconds = 0) {
     service_.sync([&] {
-      for (const auto& [path, client] : clients_) {
-        if (!client.isRunning) continue;
+      for (auto& [path, client] : clients_) {
+        if (!client.isRunning || !passesThreshold(path, client, {latitude, longitude})) continue;
         const std::string fix = path + "/Location/" + std::to_string(++objectCount_);
         const std::tuple<std::uint64_t, std::uint64_t> time(seconds, 250'000);
         service_.addObject(fix, "org.freedesktop.GeoClue2.Location",
@@ -43,6 +44,8 @@ class GeoClueDouble {
       }
     });
   }
+
+  void feed(platform::Coordinate place) { feed(place.latitude, place.longitude); }
 
   /// The user's switch, while clients run.
   void switchLocation(bool isOn) {
@@ -71,7 +74,16 @@ class GeoClueDouble {
   struct Client {
     std::string owner;
     bool isRunning = false;
+    std::optional<platform::Coordinate> last = {};
   };
+
+  bool passesThreshold(const std::string& path, Client& client, platform::Coordinate place) {
+    const auto metres = service_.property<std::uint32_t>(path, kClient, "DistanceThreshold");
+    const platform::simulation::Sphere sphere;
+    if (client.last && sphere.distance(*client.last, place) < metres.value_or(0)) return false;
+    client.last = place;
+    return true;
+  }
 
   ServiceDouble::Answer answer(const ServiceDouble::Call& call) {
     if (call.method == "CreateClient") return create(call.sender);

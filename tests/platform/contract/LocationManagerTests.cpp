@@ -1,0 +1,169 @@
+// What every implementation of the location services promises.
+#include <gmock/gmock.h>
+
+#include "tests/platform/contract/LocationRigs.h"
+#include "tests/support/RecordingDelegate.h"
+
+namespace ovinta::platform {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+BeaconRegion region(const char* name, std::optional<std::uint16_t> minor = {}) {
+  return {test::kBeaconUUID, 1, minor, name};
+}
+
+template <class Rig>
+class LocationManagerTest : public Rig {
+ protected:
+  /// The permission is there, and the delegate knows it.
+  void begin() {
+    manager_->setDelegate(&delegate_);
+    this->allow(true);
+    delegate_.take();
+  }
+
+  std::vector<std::string> travel(std::initializer_list<double> metres) {
+    for (const double distance : metres) this->go(distance);
+    return delegate_.take();
+  }
+
+  std::vector<std::string> pass(int seconds, const std::vector<std::uint16_t>& heardInEach = {}) {
+    for (int second = 0; second < seconds; ++second) this->passSecond(heardInEach);
+    return delegate_.take();
+  }
+
+  test::RecordingDelegate delegate_;
+  std::unique_ptr<LocationManager> manager_ = this->services_.makeLocationManager();
+};
+
+using Rigs = testing::Types<SimulatedLocationRig, LinuxLocationRig>;
+TYPED_TEST_SUITE(LocationManagerTest, Rigs);
+
+TYPED_TEST(LocationManagerTest, EachDelegateHearsTheStatusOnceAndEachChange) {
+  test::RecordingDelegate earlier, orphan;
+  this->manager_->setDelegate(&earlier);
+  this->manager_->setDelegate(&this->delegate_);
+  this->services_.makeLocationManager()->setDelegate(&orphan);
+  EXPECT_THAT(this->delegate_.take(), IsEmpty()) << "never inside the call";
+  this->settle();
+  this->manager_->startUpdatingLocation();
+  for (const bool isAllowed : {true, true, false, true}) {
+    this->allow(isAllowed);
+    EXPECT_EQ(this->services_.locationServicesEnabled(), isAllowed);
+  }
+  EXPECT_THAT(this->delegate_.take(), ElementsAre("status 0", "status 4", "status 1", "status 4"));
+  this->manager_->setDelegate(&this->delegate_);
+  this->settle();
+  EXPECT_THAT(this->delegate_.take(), ElementsAre("status 4"));
+  EXPECT_THAT(earlier.take(), IsEmpty());
+  EXPECT_THAT(orphan.take(), IsEmpty());
+}
+
+TYPED_TEST(LocationManagerTest, PositionsComeFromStartToStopWhileThePermissionLasts) {
+  this->begin();
+  EXPECT_THAT(this->travel({1}), IsEmpty());
+  for (int i = 0; i < 2; ++i) this->manager_->startUpdatingLocation();
+  EXPECT_THAT(this->travel({2, 3}), ElementsAre("at 2", "at 3"));
+  this->allow(false);
+  EXPECT_THAT(this->travel({4}), ElementsAre("status 1"));
+  this->allow(true);
+  EXPECT_THAT(this->travel({5}), ElementsAre("status 4", "at 5"));
+  this->manager_->stopUpdatingLocation();
+  EXPECT_THAT(this->travel({6}), IsEmpty());
+  this->manager_->startUpdatingLocation();
+  this->delegate_.onTold = [this] { this->manager_.reset(); };
+  EXPECT_THAT(this->travel({7, 8}), ElementsAre("at 7"));
+}
+
+TYPED_TEST(LocationManagerTest, PositionsPassTheDistanceFilter) {
+  this->begin();
+  this->manager_->setDistanceFilter(100);
+  this->manager_->startUpdatingLocation();
+  EXPECT_THAT(this->travel({1000, 950, 901, 899, 850, 800}), ElementsAre("at 1000", "at 899"));
+  // A changed filter takes effect at once, and a new start reports the next one in any case.
+  this->manager_->setDistanceFilter(3);
+  this->manager_->startUpdatingLocation();
+  EXPECT_THAT(this->travel({801, 799, 797}), ElementsAre("at 801", "at 797"));
+  this->manager_->stopUpdatingLocation();
+  this->settle();
+  this->manager_->startUpdatingLocation();
+  EXPECT_THAT(this->travel({796, 795}), ElementsAre("at 796"));
+}
+
+TYPED_TEST(LocationManagerTest, SignificantChangesAloneComeEvery500Metres) {
+  this->begin();
+  this->manager_->startMonitoringSignificantLocationChanges();
+  EXPECT_THAT(this->travel({2000, 1600, 1499, 1200, 990}),
+              ElementsAre("at 2000", "at 1499", "at 990"));
+  this->manager_->startUpdatingLocation();
+  EXPECT_THAT(this->travel({100, 50}), ElementsAre("at 100", "at 50")) << "each once";
+  this->manager_->stopUpdatingLocation();
+  EXPECT_THAT(this->travel({70, 1000}), ElementsAre("at 1000"));
+  this->manager_->stopMonitoringSignificantLocationChanges();
+  EXPECT_THAT(this->travel({2000}), IsEmpty());
+}
+
+TYPED_TEST(LocationManagerTest, RangedRegionsReportOnceASecondAndAreKeyedByTheirValue) {
+  this->begin();
+  for (const auto& ranged : {region("all"), region("one", 1), region("one", 2), region("one", 1)}) {
+    this->manager_->startRangingBeacons(ranged);
+  }
+  this->manager_->stopRangingBeacons(region("one", 2));
+  EXPECT_THAT(this->manager_->rangedRegions(),
+              ElementsAre(Region(region("all")), Region(region("one", 1))));
+  EXPECT_THAT(this->pass(1, {1, 2}), ElementsAre("all: 1@-60 2@-60", "one: 1@-60"));
+  EXPECT_THAT(this->pass(2), ElementsAre("all:", "one:", "all:", "one:"));
+
+  // Ranging that stops and starts again keeps its beat.
+  this->manager_->stopRangingBeacons(region("all"));
+  for (int i = 0; i < 4; ++i) {
+    this->time_.advance(std::chrono::milliseconds(500));
+    this->manager_->stopRangingBeacons(region("one", 1));
+    this->manager_->startRangingBeacons(region("one", 1));
+  }
+  EXPECT_THAT(this->delegate_.take(), ElementsAre("one:", "one:"));
+  this->manager_->startUpdatingLocation();
+  this->settle();
+  for (const bool isAllowed : {false, true}) {
+    this->allow(isAllowed);
+    this->delegate_.take();
+    EXPECT_EQ(this->pass(2).size(), isAllowed ? 2U : 0U);
+  }
+  this->manager_->startRangingBeacons(region("all"));
+  this->delegate_.onTold = [this] { this->manager_.reset(); };
+  EXPECT_EQ(this->pass(3).size(), 1U);
+  EXPECT_EQ(this->time_.pendingTaskCount(), 0U);
+}
+
+TYPED_TEST(LocationManagerTest, MonitoredRegionsAreEnteredWhenHeardAndLeftAfterHalfAMinute) {
+  this->begin();
+  CircularRegion circle;
+  circle.identifier = "one";
+  for (const Region& monitored :
+       {Region(circle), Region(region("all")), Region(region("one", 1))}) {
+    this->manager_->startMonitoring(monitored);
+  }
+  EXPECT_THAT(this->manager_->monitoredRegions(),
+              ElementsAre(Region(region("all")), Region(region("one", 1))));
+  EXPECT_THAT(this->pass(3), IsEmpty());
+  EXPECT_THAT(this->pass(20, {2}), ElementsAre("in all"));
+  EXPECT_THAT(this->pass(2, {1}), ElementsAre("in one"));
+  this->manager_->startMonitoring(region("one", 1));
+  EXPECT_THAT(this->pass(29, {2}), IsEmpty());
+  EXPECT_THAT(this->pass(1), ElementsAre("out one"));
+  EXPECT_THAT(this->pass(28), IsEmpty());
+  EXPECT_THAT(this->pass(1), ElementsAre("out all"));
+  EXPECT_THAT(this->pass(1, {1}), ElementsAre("in all", "in one"));
+  // A region takes the place of another one of its name, with nothing known.
+  this->manager_->startMonitoring(region("all", 1));
+  EXPECT_THAT(this->pass(1, {1}), ElementsAre("in all"));
+  this->manager_->stopMonitoring(circle);
+  this->manager_->stopMonitoring(region("all"));
+  EXPECT_THAT(this->manager_->monitoredRegions(), IsEmpty());
+  EXPECT_THAT(this->pass(40, {1}), IsEmpty());
+}
+
+}  // namespace
+}  // namespace ovinta::platform

@@ -1,0 +1,93 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/linux/SystemLocationServices.h"
+#include "platform/linux/bluez/BlueZObjects.h"
+#include "platform/linux/position/GeoClueProvider.h"
+#include "platform/linux/position/GeoClueStream.h"
+#include "platform/simulation/SimulatedLocation.h"
+#include "tests/support/BeaconFrames.h"
+#include "tests/support/BlueZDouble.h"
+#include "tests/support/BusFixture.h"
+#include "tests/support/GeoClueDouble.h"
+
+namespace ovinta::platform {
+
+/// A device of the simulation. At first nobody has asked for the permission.
+class SimulatedLocationRig : public testing::Test {
+ protected:
+  SimulatedLocationRig() { services_.setAuthorizationStatus(kAuthorizationNotDetermined); }
+
+  /// Has all that was asked and told so far arrive.
+  void settle() { time_.runUntilIdle(); }
+  void allow(bool isAllowed) {
+    services_.setLocationServicesEnabled(isAllowed);
+    services_.setAuthorizationStatus(isAllowed ? 4 : 1);
+    settle();
+  }
+  void go(double metresNorth) {
+    services_.deliver({.coordinate = simulation::northOfSite(metresNorth)});
+    settle();
+  }
+  /// Lets a second pass in which these beacons, told apart by their minor number, are heard.
+  void passSecond(const std::vector<std::uint16_t>& minors) {
+    std::vector<RangedBeacon> heard;
+    for (const auto minor : minors) heard.push_back({test::kBeaconUUID, 1, minor, -60, 1});
+    services_.setBeaconsInRange(heard);
+    time_.advance(std::chrono::seconds(1));
+  }
+
+  simulation::VirtualTime time_{Date{}};
+  simulation::SimulatedLocation services_{time_.mainQueue(),
+                                          std::make_shared<simulation::Sphere>()};
+};
+
+/// The same on this system, with GeoClue and BlueZ played by doubles.
+class LinuxLocationRig : public test::BusTest {
+ protected:
+  LinuxLocationRig() { bluez_.addAdapter("hci0"); }
+
+  void settle() {
+    // What the library does in turn with the services takes a few steps.
+    for (int step = 0; step < 10; ++step) {
+      for (const char* name : {linux::kGeoClueName, linux::kBlueZName}) passBy(name);
+    }
+  }
+  void allow(bool isAllowed) {
+    if (services_.authorizationStatus() == kAuthorizationNotDetermined) hub_->askPermission();
+    settle();
+    geoclue_.switchLocation(isAllowed);
+    settle();
+  }
+  void go(double metresNorth) {
+    settle();
+    geoclue_.feed(simulation::northOfSite(metresNorth));
+    settle();
+  }
+  void passSecond(const std::vector<std::uint16_t>& minors) {
+    settle();
+    for (const auto minor : minors) {
+      bluez_.advertise("hci0", "dev_" + std::to_string(minor),
+                       test::beaconFrame({test::kBeaconUUID, 1, minor, -59}), -60);
+    }
+    settle();
+    time_.advance(std::chrono::seconds(1));
+  }
+
+  test::GeoClueDouble geoclue_{daemon_};
+  test::BlueZDouble bluez_{daemon_};
+  std::shared_ptr<linux::PositionHub> hub_ = std::make_shared<linux::PositionHub>(
+      std::make_shared<linux::GeoClueProvider>(
+          bus_, time_.mainQueue(),
+          linux::GeoClueProvider::Options{.desktopID = "org.example.app", .configuration = "none"}),
+      time_.mainQueue());
+  linux::SystemLocationServices services_{
+      hub_, std::make_shared<linux::BeaconScanner>(bus_, time_.mainQueue(), log_,
+                                                   linux::BeaconScanner::Settings{})};
+};
+
+}  // namespace ovinta::platform

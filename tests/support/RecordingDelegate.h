@@ -1,0 +1,57 @@
+#pragma once
+
+#include <cmath>
+#include <functional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/LocationManager.h"
+#include "tests/platform/simulation/Sphere.h"
+
+namespace ovinta::test {
+
+/// Writes down what it is told: positions as metres north of the site, beacons as minor number and
+/// strength, with a question mark where the distance is unknown.
+class RecordingDelegate : public platform::LocationManagerDelegate {
+ public:
+  void didUpdateLocations(const std::vector<platform::Location>& locations) override {
+    using namespace platform::simulation;
+    for (const auto& location : locations) {
+      note("at " + std::to_string(std::lround(Sphere().distance(kSite, location.coordinate))));
+    }
+  }
+  void didChangeAuthorizationStatus(platform::AuthorizationStatus status) override {
+    note("status " + std::to_string(status));
+  }
+  void didRangeBeacons(const std::vector<platform::RangedBeacon>& beacons,
+                       const platform::BeaconRegion& region) override {
+    std::string text = region.identifier + ":";
+    for (const auto& beacon : beacons) {
+      text += " " + std::to_string(beacon.minor) + "@" + std::to_string(beacon.rssi) +
+              (beacon.accuracy < 0 ? "?" : "");
+    }
+    note(text);
+  }
+  void didEnterRegion(const platform::BeaconRegion& region) override {
+    note("in " + region.identifier);
+  }
+  void didExitRegion(const platform::BeaconRegion& region) override {
+    note("out " + region.identifier);
+  }
+
+  /// What it was told since the last call.
+  std::vector<std::string> take() { return std::exchange(told_, {}); }
+
+  std::function<void()> onTold;
+
+ private:
+  void note(const std::string& text) {
+    told_.push_back(text);
+    if (onTold) onTold();
+  }
+
+  std::vector<std::string> told_;
+};
+
+}  // namespace ovinta::test
