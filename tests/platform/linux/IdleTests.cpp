@@ -6,6 +6,7 @@
 #include "platform/linux/StoredUserNotificationCenter.h"
 #include "platform/linux/SystemDevice.h"
 #include "platform/linux/SystemLocationServices.h"
+#include "platform/linux/UPower.h"
 #include "platform/linux/position/GeoClueProvider.h"
 #include "tests/support/BlueZDouble.h"
 #include "tests/support/GeoClueDouble.h"
@@ -19,14 +20,12 @@ using namespace std::chrono_literals;
 using testing::IsEmpty;
 using testing::Not;
 
-constexpr const char* kUPower = "/org/freedesktop/UPower/devices/DisplayDevice";
-
 /// An application with a customer, on a device with an adapter and a battery.
 class IdleTest : public test::SDKFixture {
  protected:
   IdleTest() {
     bluez_.addAdapter("hci0");
-    upower_.addObject(kUPower, "org.freedesktop.UPower.Device",
+    upower_.addObject(kUPowerDisplayDevice, kUPowerDevice,
                       {{"State", dbus::write(4U)}, {"IsPresent", dbus::write(true)}});
     restartWith([this](Services& changed) {
       changed.location = std::make_shared<SystemLocationServices>(
@@ -98,9 +97,8 @@ class IdleTest : public test::SDKFixture {
   test::GeoClueDouble geoclue_{daemon_};
   test::BlueZDouble bluez_{daemon_};
   test::NotificationsDouble desktop_{daemon_};
-  test::ServiceDouble upower_{daemon_, "org.freedesktop.UPower", {}, [](const auto&) {
-                                return test::ServiceDouble::NoAnswer{};
-                              }};
+  test::ServiceDouble upower_{
+      daemon_, kUPowerName, {}, [](const auto&) { return test::ServiceDouble::NoAnswer{}; }};
   std::shared_ptr<dbus::Bus> bus_ =
       std::make_shared<dbus::Bus>(daemon_.address(), time.mainQueue(), log);
   std::shared_ptr<PositionHub> hub_ = std::make_shared<PositionHub>(
