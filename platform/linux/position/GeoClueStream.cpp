@@ -96,8 +96,12 @@ void GeoClueStream::failed(const dbus::Failure& failure) {
   if (!client_.empty()) deleteClient(*bus_, client_);
   forgetClient();
   const PositionAccess access = accessAfter(failure);
-  // A refusal is final, to insist might ask the user again; a service that comes is noticed.
-  attempts_.failed(access != PositionAccess::denied && failure.name != dbus::kServiceUnknown);
+  if (failure.name == dbus::kServiceUnknown) {
+    attempts_.missed();
+  } else {
+    // A refusal is final: to insist might ask the user again.
+    attempts_.failed(access != PositionAccess::denied);
+  }
   report(access);
 }
 

@@ -28,7 +28,14 @@ void ServiceAttempts::failed(bool retries) {
   });
 }
 
+void ServiceAttempts::missed() {
+  wasAbsent_ = true;
+  // It may have come meanwhile, of which there is no further word then.
+  failed(isPresent_);
+}
+
 void ServiceAttempts::notePresence(bool isPresent) {
+  isPresent_ = isPresent;
   if (isPresent) {
     if (wasAbsent_ && step_ == Step::waiting) begin();
     return;

@@ -32,6 +32,8 @@ class ServiceAttempts {
   /// Also when what was given is taken away. `retries`: whether to try again before the service has
   /// left and come.
   void failed(bool retries);
+  /// The attempt has failed because the service is not there.
+  void missed();
 
   bool hasSucceeded() const { return step_ == Step::served; }
 
@@ -45,6 +47,7 @@ class ServiceAttempts {
   const std::function<void()> begin_;
   const std::function<void()> forget_;
   Step step_ = Step::waiting;
+  bool isPresent_ = false;
   bool wasAbsent_ = false;
   dbus::Service service_;
   /// Expires with the object.

@@ -84,8 +84,7 @@ class IdleTest : public test::SDKFixture {
       ASSERT_LT(std::chrono::steady_clock::now(), limit) << testing::PrintToString(rules);
       advance(30s);
     }
-    EXPECT_EQ(geoclue_.clientCount(), 0U);
-    EXPECT_FALSE(bluez_.isDiscovering("hci0"));
+    waitUntil([&] { return geoclue_.clientCount() == 0 && !bluez_.isDiscovering("hci0"); });
     const auto before = std::pair(calls(), http->requests().size());
     advance(60s);
     EXPECT_EQ(time.pendingTaskCount(), 0U);

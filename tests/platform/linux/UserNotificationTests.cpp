@@ -146,6 +146,8 @@ class NotifyAgentTest : public UserNotificationTest {
   }
 
   void startAgent() {
+    // There is one at a time.
+    agent_ = nullptr;
     agent_ = makeAgent([this] { ++ends_; });
   }
 
