@@ -3,6 +3,7 @@
 #include <glib-unix.h>
 #include <gps.h>
 #include <sys/select.h>
+#include <sys/socket.h>
 
 #include <algorithm>
 #include <cmath>
@@ -36,6 +37,12 @@ std::optional<Location> readFix(const gps_data_t& data) {
                               std::chrono::microseconds(fix.time.tv_nsec / 1000));
   }
   return location;
+}
+
+/// The library itself does not notice while it holds part of a line.
+bool hasHungUp(int socket) {
+  char next = 0;
+  return recv(socket, &next, 1, MSG_PEEK | MSG_DONTWAIT) == 0;
 }
 
 }  // namespace
@@ -74,7 +81,9 @@ bool GpsdConnection::open(const std::string& host, const std::string& port) {
                         }),
                         this, nullptr);
   g_source_attach(session_->source, g_main_context_get_thread_default());
-  return gps_stream(&session_->data, WATCH_ENABLE | WATCH_JSON, nullptr) == 0;
+  const bool isWatching = gps_stream(&session_->data, WATCH_ENABLE | WATCH_JSON, nullptr) == 0;
+  if (!isWatching) close();
+  return isWatching;
 }
 
 void GpsdConnection::close() { session_ = nullptr; }
@@ -82,10 +91,15 @@ void GpsdConnection::close() { session_ = nullptr; }
 void GpsdConnection::readAll() {
   // The library keeps lines back that the descriptor does not tell of any more.
   do {
-    if (gps_read(&session_->data, nullptr, 0) < 0) {
+    // What a line does not tell is not told again.
+    session_->data.set = 0;
+    const int count = gps_read(&session_->data, nullptr, 0);
+    if (count < 0 || (count == 0 && hasHungUp(session_->data.gps_fd))) {
       close();
       return handlers_.onEnd();
     }
+    // Part of a line: the descriptor tells of the rest.
+    if (count == 0) return;
     if ((session_->data.set & VERSION_SET) != 0) {
       handlers_.onVersion(session_->data.version.release);
     }

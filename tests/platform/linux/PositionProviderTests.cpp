@@ -133,8 +133,20 @@ TEST_F(PositionTest, GpsdTellsItsFixesAndIsConnectedToAgain) {
   time_.advance(15s);
   waitForAccess(PositionAccess::grantedAlways);
   ASSERT_TRUE(gpsd.hasListener(10s));
-  gpsd.say(report(3, 150, ""));
+  // Half a line is waited for, and what a line does not tell is not told again.
+  const std::string fix = report(3, 150, "");
+  gpsd.say(fix +
+           R"({"class":"SKY","device":"tests"})"
+           "\n" +
+           fix.substr(0, 30));
   waitUntil([&] { return locations_.size() == 3; });
+  gpsd.say(fix.substr(30));
+  waitUntil([&] { return locations_.size() == 4; });
+  gpsd.say(fix.substr(0, 30));
+  gpsd.hangUp();
+  waitForAccess(PositionAccess::absent);
+  EXPECT_EQ(time_.pendingTaskCount(), 1U) << "one attempt to come";
+  EXPECT_EQ(locations_.size(), 4U);
 }
 
 }  // namespace
