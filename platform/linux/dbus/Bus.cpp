@@ -63,6 +63,11 @@ void Bus::call(MethodCall call, std::function<void(Reply)> completion) {
   });
 }
 
+void Bus::log(std::string service, std::string line) {
+  thread_.post(
+      [this, service = std::move(service), line = std::move(line)] { link_.log(service, line); });
+}
+
 std::unique_ptr<Bus::Registration> Bus::subscribe(SignalMatch match,
                                                   std::function<void(const Signal&)> handler) {
   const auto kept = std::make_shared<std::function<void(Signal)>>(std::move(handler));

@@ -37,6 +37,9 @@ class Bus {
   /// Starts the service if the bus knows how.
   void call(MethodCall call, std::function<void(Reply)> completion);
 
+  /// Has the log told what ails a service, once for each service.
+  void log(std::string service, std::string line);
+
   /// Keeps a handler registered until it is destroyed, on the main thread and before the bus.
   class Registration;
 

@@ -103,7 +103,7 @@ void BusLink::connected(GDBusConnection* connection, const char* failure) {
                      this);
     for (const auto& [key, registration] : registrations_) attach(*registration);
   } else {
-    logOnce("No D-Bus at " + address_ + ": " + failure);
+    log({}, "No D-Bus at " + address_ + ": " + failure);
     for (const auto& [key, registration] : registrations_) notePresence(*registration, false);
     needRetry();
   }
@@ -118,12 +118,10 @@ void BusLink::connected(GDBusConnection* connection, const char* failure) {
 
 void BusLink::lost() {
   if (!connection_) return;
-  for (const auto& [key, registration] : registrations_) {
-    detach(*registration);
-    notePresence(*registration, false);
-  }
+  for (const auto& [key, registration] : registrations_) detach(*registration);
   g_signal_handlers_disconnect_by_data(connection_, this);
   g_object_unref(std::exchange(connection_, nullptr));
+  for (const auto& [key, registration] : registrations_) notePresence(*registration, false);
   needRetry();
 }
 
@@ -183,7 +181,8 @@ void BusLink::send(PendingCall pending) {
   g_dbus_connection_call(
       connection_, call.service.c_str(), call.object.c_str(), call.interface.c_str(),
       call.method.c_str(), const_cast<GVariant*>(call.arguments.gobj()), nullptr,
-      G_DBUS_CALL_FLAGS_NONE, static_cast<int>(call.timeout.count()), cancellable_,
+      call.startsService ? G_DBUS_CALL_FLAGS_NONE : G_DBUS_CALL_FLAGS_NO_AUTO_START,
+      static_cast<int>(call.timeout.count()), cancellable_,
       [](GObject* connection, GAsyncResult* result, gpointer data) {
         const std::unique_ptr<UnderWay> ended(static_cast<UnderWay*>(data));
         GError* error = nullptr;
@@ -262,13 +261,14 @@ void BusLink::detach(Registration& registration) {
 
 void BusLink::notePresence(Registration& registration, bool isPresent) {
   if (!registration.onPresence || registration.lastPresence == isPresent) return;
-  if (!isPresent && connection_) logOnce(registration.name.name + " is not on the bus");
+  const std::string& name = registration.name.name;
+  if (!isPresent && connection_) log(name, name + " is not on the bus");
   registration.lastPresence = isPresent;
   registration.onPresence(isPresent);
 }
 
-void BusLink::logOnce(const std::string& line) {
-  if (logged_.insert(line).second) log_->write(line);
+void BusLink::log(const std::string& subject, const std::string& line) {
+  if (logged_.insert(subject).second) log_->write(line);
 }
 
 }  // namespace ovinta::platform::linux::dbus

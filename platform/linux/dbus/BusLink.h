@@ -47,6 +47,9 @@ class BusLink {
 
   void retry();
 
+  /// Writes the line unless one was written of the subject, which is empty for the bus.
+  void log(const std::string& subject, const std::string& line);
+
   /// Ends the connection for good; the calls under way end in failures meanwhile.
   void drop();
 
@@ -67,7 +70,6 @@ class BusLink {
   void detach(Registration& registration);
   void send(PendingCall pending);
   void notePresence(Registration& registration, bool isPresent);
-  void logOnce(const std::string& line);
 
   const std::string address_;
   const std::shared_ptr<Log> log_;

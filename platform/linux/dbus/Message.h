@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <limits>
 #include <optional>
 #include <string>
 
@@ -11,10 +12,15 @@ namespace ovinta::platform::linux::dbus {
 /// Errors that any call can end with, besides those of the service.
 inline constexpr const char* kAccessDenied = "org.freedesktop.DBus.Error.AccessDenied";
 inline constexpr const char* kServiceUnknown = "org.freedesktop.DBus.Error.ServiceUnknown";
+inline constexpr const char* kUnknownMethod = "org.freedesktop.DBus.Error.UnknownMethod";
+inline constexpr const char* kUnknownInterface = "org.freedesktop.DBus.Error.UnknownInterface";
 inline constexpr const char* kNoReply = "org.freedesktop.DBus.Error.NoReply";
 inline constexpr const char* kDisconnected = "org.freedesktop.DBus.Error.Disconnected";
 
 inline constexpr std::chrono::milliseconds kCallTimeout{5000};
+/// For what takes as long as the user does: an answer that comes after its limit is lost, and with
+/// it whatever the service has given. A service that goes away ends the call in a failure.
+inline constexpr std::chrono::milliseconds kNoTimeout{std::numeric_limits<int>::max()};
 
 struct MethodCall {
   std::string service;
@@ -23,6 +29,8 @@ struct MethodCall {
   std::string method;
   Glib::VariantContainerBase arguments = {};
   std::chrono::milliseconds timeout = kCallTimeout;
+  /// Whether a service that does not run is started for the call if the bus knows how.
+  bool startsService = true;
 };
 
 struct Failure {

@@ -19,6 +19,20 @@ void Service::onPresence(bool activates, std::function<void(bool)> handler) {
   registrations_.push_back(bus_->watch({name_, activates}, std::move(handler)));
 }
 
+void Service::onArrival(std::function<void()> handler) {
+  const auto onChange = [](std::function<void()> come) {
+    return [come = std::move(come), wasAbsent = false](bool isThere) mutable {
+      if (std::exchange(wasAbsent, !isThere) && isThere) come();
+    };
+  };
+  onPresence(false, onChange(handler));
+  registrations_.push_back(bus_->watch({kBusName}, onChange([this, handler] {
+                                         find([handler](bool isThere) {
+                                           if (isThere) handler();
+                                         });
+                                       })));
+}
+
 void Service::onSignal(std::string object, std::string interface, std::string member,
                        SignalHandler handler) {
   registrations_.push_back(bus_->subscribe(
@@ -42,6 +56,15 @@ void Service::call(std::string object, std::string interface, std::string method
   bus_->call({name_, std::move(object), std::move(interface), std::move(method),
               std::move(arguments), timeout},
              whileAlive(std::move(completion)));
+}
+
+void Service::tell(std::string object, std::string interface, std::string method) {
+  bus_->call({.service = name_,
+              .object = std::move(object),
+              .interface = std::move(interface),
+              .method = std::move(method),
+              .startsService = false},
+             [](const Reply&) {});
 }
 
 Service::Completion Service::whileAlive(Completion completion) const {

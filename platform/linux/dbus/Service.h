@@ -29,6 +29,10 @@ class Service {
   /// is to start it now if it knows how.
   void onPresence(bool activates, std::function<void(bool)> handler);
 
+  /// Has `handler` called whenever the service comes that was not there, or the bus comes and could
+  /// start it.
+  void onArrival(std::function<void()> handler);
+
   /// Has `handler` told of a signal; an empty object or member stands for any.
   void onSignal(std::string object, std::string interface, std::string member,
                 SignalHandler handler);
@@ -41,6 +45,10 @@ class Service {
   void call(std::string object, std::string interface, std::string method,
             Glib::VariantContainerBase arguments, Completion completion,
             std::chrono::milliseconds timeout = kCallTimeout);
+
+  /// Calls a method whose answer nobody waits for, and which means nothing to a service that would
+  /// have to be started for it.
+  void tell(std::string object, std::string interface, std::string method);
 
   /// Reads all properties of an interface; after a failure there are none.
   void getProperties(std::string object, const std::string& interface, PropertiesHandler handler);
