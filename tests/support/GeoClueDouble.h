@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <utility>
 
 #include "tests/platform/simulation/Sphere.h"
 #include "tests/support/ServiceDouble.h"
@@ -21,8 +22,18 @@ class GeoClueDouble {
     service_.addObject("/org/freedesktop/GeoClue2/Manager", "org.freedesktop.GeoClue2.Manager");
   }
 
+  /// Requests that had to wait for an agent are answered when it comes.
   void setMood(Mood mood) {
     service_.sync([&] { mood_ = mood; });
+    if (mood != Mood::withoutAgent) service_.answerLate();
+  }
+
+  /// Takes all clients with it.
+  void vanish() {
+    service_.vanish();
+    service_.sync([&] {
+      for (const auto& [path, client] : std::exchange(clients_, {})) service_.removeObject(path);
+    });
   }
 
   /// Sends a fix to every client that runs and whose last one is at least its threshold away.
@@ -112,7 +123,11 @@ class GeoClueDouble {
     }
     if (mood_ == Mood::disallowing) return denied("'tests' disallowed by configuration for UID 0");
     if (mood_ == Mood::disabled) return denied("Geolocation disabled for UID 0");
-    clients_[path].isRunning = true;
+    Client& client = clients_[path];
+    client.isRunning = true;
+    service_.afterAnswer([this, path, owner = client.owner] {
+      service_.change(path, kClient, {{"Active", dbus::write(true)}}, owner);
+    });
     return Glib::VariantContainerBase();
   }
 

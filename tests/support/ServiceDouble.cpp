@@ -44,6 +44,7 @@ ServiceDouble::ServiceDouble(const replay::PrivateBus& bus, std::string name,
 
 ServiceDouble::~ServiceDouble() {
   sync([&] { g_object_set_data(G_OBJECT(connection_), kDouble, nullptr); });
+  for (GDBusMessage* message : waiting_) g_object_unref(message);
   g_dbus_connection_close_sync(connection_, nullptr, nullptr);
   g_object_unref(connection_);
 }
@@ -57,7 +58,37 @@ void ServiceDouble::askBus(const char* method, GVariant* arguments) {
 
 void ServiceDouble::appear() { askBus("RequestName", g_variant_new("(su)", name_.c_str(), 0U)); }
 
-void ServiceDouble::vanish() { askBus("ReleaseName", g_variant_new("(s)", name_.c_str())); }
+void ServiceDouble::vanish() {
+  askBus("ReleaseName", g_variant_new("(s)", name_.c_str()));
+  sync([&] {
+    for (GDBusMessage* message : std::exchange(waiting_, {})) send(message, Failure{kNoReply, ""});
+  });
+}
+
+void ServiceDouble::answerLate() {
+  sync([&] {
+    for (GDBusMessage* message : std::exchange(waiting_, {})) {
+      send(message, handler_(read(message)));
+    }
+  });
+}
+
+ServiceDouble::Call ServiceDouble::read(GDBusMessage* message) {
+  GVariant* const body = g_dbus_message_get_body(message);
+  return {g_dbus_message_get_sender(message), g_dbus_message_get_path(message),
+          g_dbus_message_get_interface(message), g_dbus_message_get_member(message),
+          body ? Glib::VariantContainerBase(body, true) : Glib::VariantContainerBase()};
+}
+
+void ServiceDouble::send(GDBusMessage* message, const Answer& answer) {
+  if (std::holds_alternative<NoAnswer>(answer)) return waiting_.push_back(message);
+  GDBusMessage* const reply = replyTo(message, answer);
+  g_dbus_connection_send_message(connection_, reply, G_DBUS_SEND_MESSAGE_FLAGS_NONE, nullptr,
+                                 nullptr);
+  g_object_unref(reply);
+  g_object_unref(message);
+  if (const auto task = std::exchange(afterAnswer_, nullptr)) task();
+}
 
 void ServiceDouble::addObject(const std::string& path, const std::string& interface,
                               Properties properties) {
@@ -103,18 +134,7 @@ GDBusMessage* ServiceDouble::receive(GDBusConnection* connection, GDBusMessage* 
       g_dbus_message_get_message_type(message) != G_DBUS_MESSAGE_TYPE_METHOD_CALL) {
     return message;
   }
-  GVariant* const body = g_dbus_message_get_body(message);
-  const Answer answer =
-      self->answer({g_dbus_message_get_sender(message), g_dbus_message_get_path(message),
-                    g_dbus_message_get_interface(message), g_dbus_message_get_member(message),
-                    body ? Glib::VariantContainerBase(body, true) : Glib::VariantContainerBase()});
-  if (!std::holds_alternative<NoAnswer>(answer)) {
-    GDBusMessage* const reply = replyTo(message, answer);
-    g_dbus_connection_send_message(connection, reply, G_DBUS_SEND_MESSAGE_FLAGS_NONE, nullptr,
-                                   nullptr);
-    g_object_unref(reply);
-  }
-  g_object_unref(message);
+  self->send(message, self->answer(read(message)));
   return nullptr;
 }
 
@@ -134,13 +154,13 @@ ServiceDouble::Answer ServiceDouble::answer(const Call& call) {
 
 ServiceDouble::Answer ServiceDouble::answerForProperties(const Call& call) {
   const auto object =
-      objects_.find({call.object, read<Glib::ustring>(call.arguments, 0).value().raw()});
+      objects_.find({call.object, dbus::read<Glib::ustring>(call.arguments, 0).value().raw()});
   if (object == objects_.end()) {
     return Failure{"org.freedesktop.DBus.Error.UnknownInterface", call.object};
   }
   if (call.method == "GetAll") return arguments(object->second);
-  object->second[read<Glib::ustring>(call.arguments, 1).value()] =
-      read<Glib::VariantBase>(call.arguments, 2).value();
+  object->second[dbus::read<Glib::ustring>(call.arguments, 1).value()] =
+      dbus::read<Glib::VariantBase>(call.arguments, 2).value();
   return Glib::VariantContainerBase();
 }
 

@@ -27,7 +27,7 @@ class ServiceDouble {
     std::string sender, object, interface, method;
     Glib::VariantContainerBase arguments;
   };
-  /// The caller waits for ever.
+  /// The caller waits, for ever unless `answerLate` is called.
   struct NoAnswer {};
   using Answer = std::variant<Glib::VariantContainerBase, platform::linux::dbus::Failure, NoAnswer>;
 
@@ -40,9 +40,14 @@ class ServiceDouble {
   ServiceDouble(const ServiceDouble&) = delete;
   ServiceDouble& operator=(const ServiceDouble&) = delete;
 
-  /// Never inside `sync`.
+  /// Never inside `sync`. Callers that wait when it vanishes are told so by the bus.
   void appear();
   void vanish();
+
+  /// Puts the calls that wait to the handler again.
+  void answerLate();
+  /// For the handler: has the task run when the answer has been sent.
+  void afterAnswer(std::function<void()> task) { afterAnswer_ = std::move(task); }
 
   void addObject(const std::string& path, const std::string& interface,
                  platform::linux::dbus::Properties properties = {});
@@ -76,6 +81,8 @@ class ServiceDouble {
  private:
   static GDBusMessage* receive(GDBusConnection* connection, GDBusMessage* message,
                                gboolean isIncoming, gpointer);
+  static Call read(GDBusMessage* message);
+  void send(GDBusMessage* message, const Answer& answer);
   Answer answer(const Call& call);
   Answer answerForProperties(const Call& call);
   void askBus(const char* method, GVariant* arguments);
@@ -89,6 +96,9 @@ class ServiceDouble {
   GDBusConnection* connection_ = nullptr;
   std::map<std::pair<std::string, std::string>, platform::linux::dbus::Properties> objects_;
   std::vector<std::string> calls_;
+  /// The calls that wait.
+  std::vector<GDBusMessage*> waiting_;
+  std::function<void()> afterAnswer_;
 };
 
 }  // namespace ovinta::test

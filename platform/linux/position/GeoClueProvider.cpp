@@ -33,6 +33,12 @@ void GeoClueProvider::findService(std::function<void(bool)> handler) {
   service_.find(std::move(handler));
 }
 
+std::shared_ptr<void> GeoClueProvider::watchArrivals(std::function<void()> handler) {
+  const auto service = std::make_shared<dbus::Service>(bus_, kGeoClueName);
+  service->onArrival(std::move(handler));
+  return service;
+}
+
 std::unique_ptr<PositionStream> GeoClueProvider::open(double distanceFilter,
                                                       PositionHandlers handlers) {
   const bool isComponent = isSystemComponent(options_.configuration, options_.desktopID);

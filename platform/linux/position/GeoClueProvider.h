@@ -19,7 +19,8 @@ class GeoClueProvider : public PositionProvider {
     std::string desktopID;
     /// Says who is a component of the system.
     std::filesystem::path configuration = "/etc/geoclue/geoclue.conf";
-    /// GeoClue answers the request for a client only when somebody is there to ask the user.
+    /// After which silence means that nobody has decided: GeoClue answers only when somebody is
+    /// there to ask the user, and then when the user does. The answer is awaited on.
     std::chrono::milliseconds answerTimeout = std::chrono::seconds(30);
     /// From an attempt that failed to the next one.
     TimeInterval retryInterval = std::chrono::seconds(15);
@@ -29,6 +30,7 @@ class GeoClueProvider : public PositionProvider {
                   Options options);
 
   void findService(std::function<void(bool)> handler) override;
+  std::shared_ptr<void> watchArrivals(std::function<void()> handler) override;
   std::unique_ptr<PositionStream> open(double distanceFilter, PositionHandlers handlers) override;
 
  private:

@@ -13,21 +13,20 @@ constexpr const char* kLocation = "org.freedesktop.GeoClue2.Location";
 
 /// What a failure to get a client, or to start it, says. All refusals have one name.
 PositionAccess accessAfter(const dbus::Failure& failure) {
-  if (failure.name == dbus::kAccessDenied) {
-    return failure.message.starts_with("Geolocation disabled") ? PositionAccess::off
-                                                               : PositionAccess::denied;
-  }
-  return failure.name == dbus::kNoReply ? PositionAccess::undecided : PositionAccess::absent;
+  if (failure.name != dbus::kAccessDenied) return PositionAccess::absent;
+  return failure.message.starts_with("Geolocation disabled") ? PositionAccess::off
+                                                             : PositionAccess::denied;
 }
 
 dbus::MethodCall managerCall(const char* method, Glib::VariantContainerBase arguments) {
   return {kGeoClueName, kGeoClueManagerPath, kGeoClueManager, method, std::move(arguments)};
 }
 
-/// Nobody waits for the answer.
+/// Nobody waits for the answer, and another GeoClue than the one that made it does not know it.
 void deleteClient(dbus::Bus& bus, const std::string& client) {
-  bus.call(managerCall("DeleteClient", dbus::arguments(dbus::ObjectPath(client))),
-           [](const auto&) {});
+  auto call = managerCall("DeleteClient", dbus::arguments(dbus::ObjectPath(client)));
+  call.startsService = false;
+  bus.call(std::move(call), [](const auto&) {});
 }
 
 }  // namespace
@@ -36,39 +35,48 @@ GeoClueStream::GeoClueStream(std::shared_ptr<dbus::Bus> systemBus,
                              std::shared_ptr<MainQueue> mainQueue, Settings settings,
                              PositionHandlers handlers)
     : bus_(std::move(systemBus)),
+      mainQueue_(std::move(mainQueue)),
       settings_(std::move(settings)),
       handlers_(std::move(handlers)),
-      attempts_(
-          bus_, std::move(mainQueue), {kGeoClueName, settings_.retryInterval}, [this] { create(); },
-          [this] { forgetClient(); }) {
+      attempts_(bus_, mainQueue_, {kGeoClueName, settings_.retryInterval},
+                {.begin = [this] { create(); },
+                 .forget = [this] { forgetClient(); },
+                 .fail = [this] { failed({}); }}) {
   attempts_.begin();
 }
 
 GeoClueStream::~GeoClueStream() {
   if (client_.empty()) return;
-  service_->call(client_, kClient, "Stop", {}, {});
+  service_->tell(client_, kClient, "Stop");
   deleteClient(*bus_, client_);
 }
 
 void GeoClueStream::forgetClient() {
+  attempt_ = nullptr;
   service_ = nullptr;
   client_.clear();
 }
 
 void GeoClueStream::create() {
+  attempt_ = std::make_shared<bool>(true);
+  const std::weak_ptr attempt(attempt_);
+  // GeoClue keeps the request until somebody comes who can ask the user, however often it is made.
   auto call = managerCall("CreateClient", {});
-  call.timeout = settings_.answerTimeout;
-  bus_->call(std::move(call), [this, weak = std::weak_ptr(bus_),
-                               life = std::weak_ptr(life_)](const dbus::Reply& reply) {
-    const auto path = dbus::read<dbus::ObjectPath>(reply.values, 0);
-    if (life.expired()) {
-      const auto bus = weak.lock();
-      if (path && bus) deleteClient(*bus, path->raw());
-    } else if (path) {
-      use(path->raw());
-    } else {
-      failed(reply.failure.value_or(dbus::Failure{}));
-    }
+  call.timeout = dbus::kNoTimeout;
+  bus_->call(std::move(call),
+             [this, weak = std::weak_ptr(bus_), attempt](const dbus::Reply& reply) {
+               const auto path = dbus::read<dbus::ObjectPath>(reply.values, 0);
+               if (attempt.expired()) {
+                 const auto bus = weak.lock();
+                 if (path && bus) deleteClient(*bus, path->raw());
+               } else if (path) {
+                 use(path->raw());
+               } else {
+                 failed(reply.failure.value_or(dbus::Failure{}));
+               }
+             });
+  mainQueue_->asyncAfter(settings_.answerTimeout, [this, attempt] {
+    if (!attempt.expired()) report(PositionAccess::undecided);
   });
 }
 
@@ -85,11 +93,14 @@ void GeoClueStream::use(std::string client) {
   service_->setProperty(client_, kClient, "DesktopId", dbus::write(settings_.desktopID));
   service_->setProperty(client_, kClient, "RequestedAccuracyLevel", dbus::write(kGeoClueExact));
   setThreshold();
-  service_->call(client_, kClient, "Start", {}, [this](const dbus::Reply& reply) {
+  const auto started = [this](const dbus::Reply& reply) {
     if (reply.failure) return failed(*reply.failure);
+    attempt_ = nullptr;
     attempts_.succeeded();
     report(settings_.granted);
-  });
+  };
+  // It may be only now that the user is asked.
+  service_->call(client_, kClient, "Start", {}, started, dbus::kNoTimeout);
 }
 
 void GeoClueStream::failed(const dbus::Failure& failure) {

@@ -26,6 +26,7 @@ class GeoClueStream : public PositionStream {
     double distanceFilter = 0;
     /// What it means when GeoClue lets the application in.
     PositionAccess granted = PositionAccess::granted;
+    /// After which silence means that nobody has decided. The answer is awaited on.
     std::chrono::milliseconds answerTimeout;
     TimeInterval retryInterval;
   };
@@ -49,6 +50,7 @@ class GeoClueStream : public PositionStream {
   void report(PositionAccess access);
 
   const std::shared_ptr<dbus::Bus> bus_;
+  const std::shared_ptr<MainQueue> mainQueue_;
   Settings settings_;
   const PositionHandlers handlers_;
   /// The path of the client; empty while there is none.
@@ -56,8 +58,8 @@ class GeoClueStream : public PositionStream {
   /// Hears of the client; null while there is none.
   std::unique_ptr<dbus::Service> service_;
   ServiceAttempts attempts_;
-  /// Expires with the stream.
-  const std::shared_ptr<bool> life_ = std::make_shared<bool>(true);
+  /// Expires with the attempt under way.
+  std::shared_ptr<bool> attempt_;
 };
 
 }  // namespace ovinta::platform::linux

@@ -15,10 +15,23 @@ constexpr const char* kSession = "org.freedesktop.portal.Session";
 constexpr const char* kRequest = "org.freedesktop.portal.Request";
 constexpr std::uint32_t kExact = 5;
 
-/// What the answer to a request says.
+/// What the answer to a request says: the user's word, or that the portal could not go on.
 PositionAccess accessAfter(std::uint32_t response) {
   if (response == 0) return PositionAccess::granted;
-  return response == 1 ? PositionAccess::denied : PositionAccess::undecided;
+  return response == 1 ? PositionAccess::denied : PositionAccess::absent;
+}
+
+/// What a call that failed says.
+PositionAccess accessAfter(const dbus::Failure& failure) {
+  const bool isOff = failure.name == "org.freedesktop.portal.Error.NotAllowed" &&
+                     failure.message.starts_with("Location services disabled");
+  return isOff ? PositionAccess::off : PositionAccess::absent;
+}
+
+/// Closes a session or a request, which another portal than the one that made it does not know.
+void closeObject(std::shared_ptr<dbus::Bus> bus, std::string path, const char* interface) {
+  if (bus && !path.empty())
+    dbus::Service(std::move(bus), kPortalName).tell(path, interface, "Close");
 }
 
 /// Names a session or a request of this process.
@@ -35,9 +48,10 @@ class PortalStream : public PositionStream {
       : bus_(std::move(bus)),
         distanceFilter_(distanceFilter),
         handlers_(std::move(handlers)),
-        attempts_(
-            bus_, std::move(mainQueue), {kPortalName, retryInterval}, [this] { create(); },
-            [this] { forgetSession(); }) {
+        attempts_(bus_, std::move(mainQueue), {kPortalName, retryInterval},
+                  {.begin = [this] { create(); },
+                   .forget = [this] { forgetSession(); },
+                   .fail = [this] { end(PositionAccess::absent, true); }}) {
     attempts_.begin();
   }
   ~PortalStream() override { close(); }
@@ -50,11 +64,17 @@ class PortalStream : public PositionStream {
 
  private:
   void create();
-  void use(std::string session);
+  void start();
+  void listen();
   void applyFilter();
   void noteResponse(const dbus::Signal& signal);
   void noteUpdate(const dbus::Signal& signal);
-  void fail(PositionAccess access);
+  void fail(const dbus::Failure& failure);
+  void end(PositionAccess access, bool retries);
+  /// Makes a call and hands the path in its answer on; one that comes when the attempt is over is
+  /// closed.
+  void callForPath(const char* method, Glib::VariantContainerBase arguments, const char* interface,
+                   std::function<void(std::string)> handler);
   void forgetSession();
   void close();
 
@@ -64,30 +84,51 @@ class PortalStream : public PositionStream {
   double sessionFilter_ = 0;
   const PositionHandlers handlers_;
   std::string session_;
+  /// The question to the user; empty while there is none.
+  std::string request_;
   std::string requestToken_;
   /// Hears of the session; null while there is none.
   std::unique_ptr<dbus::Service> service_;
   ServiceAttempts attempts_;
+  /// Expires with the attempt, and with what it has got.
+  std::shared_ptr<bool> attempt_;
 };
 
+void PortalStream::callForPath(const char* method, Glib::VariantContainerBase arguments,
+                               const char* interface, std::function<void(std::string)> handler) {
+  dbus::MethodCall call{kPortalName, kPortalPath,          kPortalLocation,
+                        method,      std::move(arguments), dbus::kNoTimeout};
+  bus_->call(std::move(call),
+             [this, interface, handler = std::move(handler), weak = std::weak_ptr(bus_),
+              attempt = std::weak_ptr(attempt_)](const dbus::Reply& reply) {
+               const auto path = dbus::read<dbus::ObjectPath>(reply.values, 0);
+               if (attempt.expired()) {
+                 if (path) closeObject(weak.lock(), path->raw(), interface);
+               } else if (path) {
+                 handler(path->raw());
+               } else {
+                 fail(reply.failure.value_or(dbus::Failure{}));
+               }
+             });
+}
+
 void PortalStream::create() {
-  service_ = std::make_unique<dbus::Service>(bus_, kPortalName);
+  attempt_ = std::make_shared<bool>(true);
   sessionFilter_ = distanceFilter_;
   const dbus::Properties options{
       {"session_handle_token", dbus::write(makeToken())},
       {"distance-threshold", dbus::write(distanceThreshold(distanceFilter_))},
       {"time-threshold", dbus::write(std::uint32_t{0})},
       {"accuracy", dbus::write(kExact)}};
-  service_->call(kPortalPath, kPortalLocation, "CreateSession", dbus::arguments(options),
-                 [this](const dbus::Reply& reply) {
-                   const auto path = dbus::read<dbus::ObjectPath>(reply.values, 0);
-                   path ? use(path->raw()) : fail(PositionAccess::absent);
-                 });
+  callForPath("CreateSession", dbus::arguments(options), kSession, [this](std::string session) {
+    session_ = std::move(session);
+    listen();
+    start();
+  });
 }
 
-void PortalStream::use(std::string session) {
-  session_ = std::move(session);
-  requestToken_ = makeToken();
+void PortalStream::listen() {
+  service_ = std::make_unique<dbus::Service>(bus_, kPortalName);
   // The answer may come before that of the call that asks for it.
   service_->onSignal("", kRequest, "Response",
                      [this](const dbus::Signal& signal) { noteResponse(signal); });
@@ -95,20 +136,26 @@ void PortalStream::use(std::string session) {
                      [this](const dbus::Signal& signal) { noteUpdate(signal); });
   service_->onSignal(session_, kSession, "Closed", [this](const dbus::Signal&) {
     session_.clear();
-    fail(PositionAccess::undecided);
+    end(PositionAccess::undecided, true);
   });
+}
+
+void PortalStream::start() {
+  requestToken_ = makeToken();
   const dbus::Properties options{{"handle_token", dbus::write(requestToken_)}};
-  service_->call(kPortalPath, kPortalLocation, "Start",
-                 dbus::arguments(dbus::ObjectPath(session_), "", options),
-                 [this](const dbus::Reply& reply) {
-                   if (reply.failure) fail(PositionAccess::absent);
-                 });
+  callForPath("Start", dbus::arguments(dbus::ObjectPath(session_), "", options), kRequest,
+              [this](std::string request) {
+                if (!attempts_.hasSucceeded()) request_ = std::move(request);
+              });
 }
 
 void PortalStream::noteResponse(const dbus::Signal& signal) {
   if (!signal.object.ends_with("/" + requestToken_)) return;
   const auto access = accessAfter(dbus::read<std::uint32_t>(signal.arguments, 0).value_or(2));
-  if (access != PositionAccess::granted) return fail(access);
+  // It ends with its answer.
+  request_.clear();
+  // A refusal is final: to insist would ask the user again.
+  if (access != PositionAccess::granted) return end(access, access != PositionAccess::denied);
   attempts_.succeeded();
   // It may have changed while the user was asked.
   applyFilter();
@@ -131,21 +178,32 @@ void PortalStream::noteUpdate(const dbus::Signal& signal) {
   if (location) handler(*location);
 }
 
-void PortalStream::fail(PositionAccess access) {
+void PortalStream::fail(const dbus::Failure& failure) {
+  const bool isWithoutLocation =
+      failure.name == dbus::kUnknownMethod || failure.name == dbus::kUnknownInterface;
+  if (isWithoutLocation)
+    bus_->log(kPortalLocation, std::string(kPortalName) + " has no " + kPortalLocation);
+  // A service that comes is noticed.
+  end(accessAfter(failure), !isWithoutLocation && failure.name != dbus::kServiceUnknown);
+}
+
+void PortalStream::end(PositionAccess access, bool retries) {
   close();
-  // A refusal is final: to insist would ask the user again.
-  attempts_.failed(access != PositionAccess::denied);
+  attempts_.failed(retries);
   const auto handler = handlers_.onAccess;
   handler(access);
 }
 
 void PortalStream::forgetSession() {
+  attempt_ = nullptr;
   service_ = nullptr;
   session_.clear();
+  request_.clear();
 }
 
 void PortalStream::close() {
-  if (!session_.empty()) service_->call(session_, kSession, "Close", {}, {});
+  closeObject(bus_, request_, kRequest);
+  closeObject(bus_, session_, kSession);
   forgetSession();
 }
 
@@ -160,6 +218,12 @@ PortalProvider::PortalProvider(std::shared_ptr<dbus::Bus> sessionBus,
 
 void PortalProvider::findService(std::function<void(bool)> handler) {
   service_.find(std::move(handler));
+}
+
+std::shared_ptr<void> PortalProvider::watchArrivals(std::function<void()> handler) {
+  const auto service = std::make_shared<dbus::Service>(bus_, kPortalName);
+  service->onArrival(std::move(handler));
+  return service;
 }
 
 std::unique_ptr<PositionStream> PortalProvider::open(double distanceFilter,

@@ -11,11 +11,12 @@
 namespace ovinta::platform::linux {
 
 /// What a service of the system lets the application know of the position.
+/// Where services, or clients of one, differ, the later in this list counts.
 enum class PositionAccess {
-  /// The service is there; it has not said yet.
-  undecided,
   /// There is no service.
   absent,
+  /// The service is there; it has not said yet.
+  undecided,
   /// The user has switched location off for everybody.
   off,
   denied,
@@ -52,6 +53,10 @@ class PositionProvider {
   /// Whether the system has the service at all, found out without starting it or asking the user.
   /// `handler` is called once, unless the provider is destroyed.
   virtual void findService(std::function<void(bool)> handler) = 0;
+
+  /// Has `handler` called whenever the service comes that was not there before, until the token is
+  /// destroyed, which `handler` may do. Null when only a stream notices.
+  virtual std::shared_ptr<void> watchArrivals(std::function<void()> /*handler*/) { return nullptr; }
 
   /// Asks for the permission by beginning to follow the position.
   virtual std::unique_ptr<PositionStream> open(double distanceFilter,

@@ -6,25 +6,25 @@ namespace ovinta::platform::linux {
 
 ServiceAttempts::ServiceAttempts(std::shared_ptr<dbus::Bus> bus,
                                  std::shared_ptr<MainQueue> mainQueue, Settings settings,
-                                 std::function<void()> begin, std::function<void()> forget)
+                                 Steps steps)
     : mainQueue_(std::move(mainQueue)),
       retryInterval_(settings.retryInterval),
-      begin_(std::move(begin)),
-      forget_(std::move(forget)),
+      steps_(std::move(steps)),
       service_(std::move(bus), std::move(settings.service)) {
   service_.onPresence(true, [this](bool isPresent) { notePresence(isPresent); });
 }
 
 void ServiceAttempts::begin() {
   step_ = Step::underWay;
-  begin_();
+  ++count_;
+  steps_.begin();
 }
 
 void ServiceAttempts::failed(bool retries) {
   step_ = Step::waiting;
   if (!retries) return;
-  mainQueue_->asyncAfter(retryInterval_, [this, life = std::weak_ptr(life_)] {
-    if (!life.expired() && step_ == Step::waiting) begin();
+  mainQueue_->asyncAfter(retryInterval_, [this, life = std::weak_ptr(life_), failed = count_] {
+    if (!life.expired() && failed == count_) begin();
   });
 }
 
@@ -35,16 +35,20 @@ void ServiceAttempts::missed() {
 }
 
 void ServiceAttempts::notePresence(bool isPresent) {
-  isPresent_ = isPresent;
+  const bool wasPresent = std::exchange(isPresent_, isPresent);
   if (isPresent) {
     if (wasAbsent_ && step_ == Step::waiting) begin();
     return;
   }
   wasAbsent_ = true;
-  // An attempt under way fails by itself.
-  if (step_ != Step::served) return;
-  forget_();
-  begin();
+  if (step_ == Step::served) {
+    steps_.forget();
+    begin();
+  } else if (step_ == Step::underWay && wasPresent) {
+    // A copy: it may destroy this.
+    const auto fail = steps_.fail;
+    fail();
+  }
 }
 
 }  // namespace ovinta::platform::linux

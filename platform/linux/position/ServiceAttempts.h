@@ -20,10 +20,17 @@ class ServiceAttempts {
     TimeInterval retryInterval;
   };
 
-  /// `begin` begins an attempt, which ends in `succeeded` or `failed`, not inside it; `forget` lets
-  /// go of what the service, which has left, had given.
+  struct Steps {
+    /// Begins an attempt, which ends in `succeeded` or `failed`, not inside it.
+    std::function<void()> begin;
+    /// Lets go of what the service, which has left, had given.
+    std::function<void()> forget;
+    /// Ends the attempt under way in `failed`: the service has left meanwhile.
+    std::function<void()> fail;
+  };
+
   ServiceAttempts(std::shared_ptr<dbus::Bus> bus, std::shared_ptr<MainQueue> mainQueue,
-                  Settings settings, std::function<void()> begin, std::function<void()> forget);
+                  Settings settings, Steps steps);
   ServiceAttempts(const ServiceAttempts&) = delete;
   ServiceAttempts& operator=(const ServiceAttempts&) = delete;
 
@@ -44,9 +51,10 @@ class ServiceAttempts {
 
   const std::shared_ptr<MainQueue> mainQueue_;
   const TimeInterval retryInterval_;
-  const std::function<void()> begin_;
-  const std::function<void()> forget_;
+  const Steps steps_;
   Step step_ = Step::waiting;
+  /// How many have begun.
+  int count_ = 0;
   bool isPresent_ = false;
   bool wasAbsent_ = false;
   dbus::Service service_;
