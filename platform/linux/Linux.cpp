@@ -79,6 +79,14 @@ std::shared_ptr<PositionHub> makePositionHub(PositionSource source,
   return hub;
 }
 
+void onLastHub(void (PositionHub::*step)()) {
+  const std::lock_guard lock(lastLocation().mutex);
+  if (!lastLocation().mainQueue) return;
+  lastLocation().mainQueue->async([step, weak = lastLocation().hub] {
+    if (const auto hub = weak.lock()) (*hub.*step)();
+  });
+}
+
 }  // namespace
 
 Services makeServices(const Options& options) {
@@ -115,15 +123,10 @@ Services makeServices(const Options& options) {
   return services;
 }
 
-void requestLocationAuthorization() {
-  const std::lock_guard lock(lastLocation().mutex);
-  if (!lastLocation().mainQueue) return;
-  lastLocation().mainQueue->async([weak = lastLocation().hub] {
-    if (const auto hub = weak.lock()) hub->askPermission();
-  });
-}
+void requestLocationAuthorization() { onLastHub(&PositionHub::askPermission); }
 
 void applicationDidBecomeActive() {
+  onLastHub(&PositionHub::askAgain);
   services().notificationCenter->post({kApplicationDidBecomeActive, {}});
 }
 

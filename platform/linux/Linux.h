@@ -76,13 +76,16 @@ OVINTA_EXPORT void quitMainLoop();
 
 /// Asks for the permission to follow the user, as the application does before it expects the
 /// library to: on Linux nobody has an answer before something follows the position for the first
-/// time. The position is followed just until there is one, which may take as long as the user does;
-/// where GeoClue has nobody to ask the user, for a quarter of an hour. May be called from any
-/// thread, after `makeServices`, and again at any time.
+/// time. The position is followed just until there is one, which may take as long as the user does.
+/// Where there is no service yet, or the user has switched location off for all, the question rests
+/// without cost: it is asked again when GeoClue or the portal comes, when the application becomes
+/// active (`applicationDidBecomeActive`), and at the next call. A grant and a refusal end it.
+/// May be called from any thread, after `makeServices`, any number of times.
 OVINTA_EXPORT void requestLocationAuthorization();
 
 /// To be called by the application whenever it comes to the foreground: Linux has no event of its
-/// own for that. Posts `kApplicationDidBecomeActive` on the calling thread, which may be any.
+/// own for that. Posts `kApplicationDidBecomeActive` on the calling thread, which may be any, and
+/// asks again for a permission that was asked for in vain.
 OVINTA_EXPORT void applicationDidBecomeActive();
 
 }  // namespace ovinta::platform::linux

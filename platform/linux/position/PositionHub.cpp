@@ -1,6 +1,6 @@
 #include "platform/linux/position/PositionHub.h"
 
-#include <array>
+#include <algorithm>
 #include <utility>
 
 namespace ovinta::platform::linux {
@@ -35,6 +35,27 @@ Reading read(PositionAccess access) {
 
 }  // namespace
 
+/// A provider's stream whose answer counts while it is open.
+class PositionHub::Stream : public PositionStream {
+ public:
+  Stream(std::unique_ptr<PositionStream> stream, std::shared_ptr<Answer> answer,
+         std::function<void()> onClosed)
+      : stream_(std::move(stream)), answer_(std::move(answer)), onClosed_(std::move(onClosed)) {}
+  Stream(const Stream&) = delete;
+  Stream& operator=(const Stream&) = delete;
+  ~Stream() override {
+    answer_ = nullptr;
+    onClosed_();
+  }
+
+  void setDistanceFilter(double metres) override { stream_->setDistanceFilter(metres); }
+
+ private:
+  const std::unique_ptr<PositionStream> stream_;
+  std::shared_ptr<Answer> answer_;
+  const std::function<void()> onClosed_;
+};
+
 PositionHub::PositionHub(std::shared_ptr<PositionProvider> provider,
                          std::shared_ptr<MainQueue> mainQueue)
     : provider_(std::move(provider)), mainQueue_(std::move(mainQueue)) {}
@@ -45,18 +66,33 @@ AuthorizationStatus PositionHub::status() const { return read(access_).status; }
 
 void PositionHub::findService() {
   if (std::exchange(hasLooked_, true)) return;
+  watchArrivals();
   provider_->findService([this, life = std::weak_ptr(life_)](bool isThere) {
-    if (life.expired() || hasBeenTold_) return;
-    note(isThere ? PositionAccess::undecided : PositionAccess::absent);
+    if (life.expired() || !isThere) return;
+    if (!isAsking_) arrivals_ = nullptr;
+    if (access_ == PositionAccess::absent) note(PositionAccess::undecided);
+  });
+}
+
+void PositionHub::watchArrivals() {
+  if (arrivals_) return;
+  arrivals_ = provider_->watchArrivals([this] {
+    if (!isAsking_) arrivals_ = nullptr;
+    askAgain();
+    if (access_ == PositionAccess::absent) note(PositionAccess::undecided);
   });
 }
 
 void PositionHub::askPermission() {
+  isAsking_ = true;
+  watchArrivals();
+  askAgain();
+}
+
+void PositionHub::askAgain() {
   // Nobody looks at these positions: the filter keeps them few.
   constexpr double kFilterMetres = 500;
-  if (question_) return;
-  unanswered_ = 0;
-  question_ = open(kFilterMetres, [](const Location&) {});
+  if (isAsking_ && !question_) question_ = open(kFilterMetres, [](const Location&) {});
 }
 
 std::unique_ptr<PositionStream> PositionHub::open(double distanceFilter,
@@ -66,18 +102,39 @@ std::unique_ptr<PositionStream> PositionHub::open(double distanceFilter,
       if (!life.expired()) action(argument);
     };
   };
-  return provider_->open(
+  const auto answer = std::make_shared<Answer>();
+  answers_.push_back(answer);
+  auto stream = provider_->open(
       distanceFilter,
       {.onLocation = whileAlive([this, onLocation = std::move(onLocation)](const Location& found) {
          if (isAuthorized(status())) onLocation(found);
        }),
-       .onAccess = whileAlive([this](PositionAccess access) { noteAnswer(access); })});
+       .onAccess = whileAlive([this, weak = std::weak_ptr(answer)](PositionAccess access) {
+         const auto kept = weak.lock();
+         if (!kept) return;
+         *kept = access;
+         noteAnswers();
+       })});
+  const auto onClosed = [this, life = std::weak_ptr(life_)] {
+    if (life.expired()) return;
+    mainQueue_->async([this, life] {
+      if (!life.expired()) noteAnswers();
+    });
+  };
+  return std::make_unique<Stream>(std::move(stream), answer, onClosed);
 }
 
-void PositionHub::noteAnswer(PositionAccess access) {
-  hasBeenTold_ = true;
-  if (access != PositionAccess::undecided || ++unanswered_ == kMostUnanswered) question_ = nullptr;
-  note(access);
+void PositionHub::noteAnswers() {
+  std::erase_if(answers_, [](const auto& answer) { return answer.expired(); });
+  Answer strongest;
+  for (const auto& weak : answers_) strongest = std::max(strongest, *weak.lock());
+  if (!strongest) return;
+  if (*strongest != PositionAccess::undecided) question_ = nullptr;
+  if (*strongest >= PositionAccess::denied) {
+    isAsking_ = false;
+    arrivals_ = nullptr;
+  }
+  note(*strongest);
 }
 
 void PositionHub::onStatusChanged(std::weak_ptr<void> owner, std::function<void()> handler) {

@@ -3,6 +3,7 @@
 #include <atomic>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "platform/LocationManager.h"
@@ -21,13 +22,17 @@ class PositionHub {
   bool isEnabled() const;
   AuthorizationStatus status() const;
 
-  /// Finds out at the first call whether there is a service.
+  /// Finds out at the first call whether there is a service, and notices one that comes later.
   void findService();
 
   /// Asks for the permission, and follows the position just until there is an answer, which
-  /// `onStatusChanged` tells, or until it was told often enough that nobody has one. Meanwhile,
-  /// further calls do nothing.
+  /// `onStatusChanged` tells. Where there is no service, or location is switched off, the question
+  /// rests, at no cost, until the service comes or somebody calls `askAgain` or this. While an
+  /// answer is awaited, further calls do nothing.
   void askPermission();
+
+  /// Asks again if there was a question that has not been answered.
+  void askAgain();
 
   /// Positions, while the permission lasts. `onLocation` is called as `PositionHandlers` say.
   std::unique_ptr<PositionStream> open(double distanceFilter,
@@ -39,23 +44,35 @@ class PositionHub {
   MainQueue& mainQueue() const { return *mainQueue_; }
 
  private:
+  class Stream;
+  /// What a stream has been told; none at first.
+  using Answer = std::optional<PositionAccess>;
+
   struct Observer {
     std::weak_ptr<void> owner;
     std::function<void()> handler;
   };
 
-  void noteAnswer(PositionAccess access);
+  void watchArrivals();
+  void noteAnswers();
   void note(PositionAccess access);
 
   const std::shared_ptr<PositionProvider> provider_;
   const std::shared_ptr<MainQueue> mainQueue_;
-  /// Absent at first, when nobody has been asked.
+  /// The strongest answer of the streams that are open, and the last one when none is. Absent at
+  /// first, when nobody has been asked.
   std::atomic<PositionAccess> access_ = PositionAccess::absent;
+  /// Each lives as long as its stream.
+  std::vector<std::weak_ptr<Answer>> answers_;
+  /// Whether the application waits for an answer.
+  bool isAsking_ = false;
+  /// There unless the question rests.
   std::unique_ptr<PositionStream> question_;
   /// How often nobody had an answer since the question was asked.
   int unanswered_ = 0;
   bool hasLooked_ = false;
-  bool hasBeenTold_ = false;
+  /// There while a service that comes would make a difference.
+  std::shared_ptr<void> arrivals_;
   std::vector<Observer> observers_;
   /// Expires with the hub.
   const std::shared_ptr<bool> life_ = std::make_shared<bool>(true);
