@@ -118,7 +118,7 @@ Services makeServices(const Options& options) {
       makePositionHub(options.positionSource, applicationID, systemBus, services),
       std::make_shared<BeaconScanner>(systemBus, services.mainQueue, services.log,
                                       beaconSettings(options, *services.log)));
-  services.device = std::make_shared<SystemDevice>(systemBus, services.mainQueue);
+  services.device = std::make_shared<SystemDevice>(systemBus, services.clock);
   services.userNotifications = makeUserNotifications(options, applicationID, directory, services);
   return services;
 }

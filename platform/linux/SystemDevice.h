@@ -3,29 +3,34 @@
 #include <filesystem>
 #include <memory>
 
+#include "platform/Clock.h"
 #include "platform/Device.h"
-#include "platform/MainQueue.h"
 #include "platform/linux/PowerSupplies.h"
 #include "platform/linux/dbus/Bus.h"
 
 namespace ovinta::platform::linux {
 
-/// The battery as UPower knows it. UPower, which tells of every change of the charge, is followed
-/// only from a question for the state on until nobody has asked for some minutes. The first answer,
-/// and all where there is no UPower, is what the kernel's files say. Destroyed on the main thread.
+/// The battery as UPower knows it, or as the kernel's files say while UPower does not answer. It is
+/// read when monitoring is switched on and, behind the answer, at each question for the state that
+/// finds the last reading older than ten seconds. Otherwise it does nothing at all: UPower, which
+/// tells of every change of the charge, is not followed. Destroyed on the main thread.
 class SystemDevice : public Device {
  public:
-  SystemDevice(std::shared_ptr<dbus::Bus> systemBus, std::shared_ptr<MainQueue> mainQueue,
+  SystemDevice(std::shared_ptr<dbus::Bus> systemBus, std::shared_ptr<Clock> clock,
                std::filesystem::path powerSupplies = kPowerSupplies);
 
   void setBatteryMonitoringEnabled(bool enabled) override;
   BatteryState batteryState() const override;
 
  private:
-  class Follower;
+  struct Reading;
 
+  void read() const;
+
+  const std::shared_ptr<dbus::Bus> bus_;
+  const std::shared_ptr<Clock> clock_;
   const std::filesystem::path powerSupplies_;
-  const std::shared_ptr<Follower> follower_;
+  const std::shared_ptr<Reading> reading_;
 };
 
 }  // namespace ovinta::platform::linux

@@ -12,6 +12,10 @@ constexpr const char* kBusPath = "/org/freedesktop/DBus";
 
 }  // namespace
 
+MethodCall propertiesCall(std::string service, std::string object, const std::string& interface) {
+  return {std::move(service), std::move(object), kProperties, "GetAll", arguments(interface)};
+}
+
 Service::Service(std::shared_ptr<Bus> bus, std::string name)
     : bus_(std::move(bus)), name_(std::move(name)) {}
 
@@ -93,10 +97,10 @@ void Service::find(std::function<void(bool)> handler) {
 
 void Service::getProperties(std::string object, const std::string& interface,
                             PropertiesHandler handler) {
-  call(std::move(object), kProperties, "GetAll", arguments(interface),
-       [handler = std::move(handler)](const Reply& reply) {
-         handler(read<Properties>(reply.values, 0).value_or(Properties()));
-       });
+  bus_->call(propertiesCall(name_, std::move(object), interface),
+             whileAlive([handler = std::move(handler)](const Reply& reply) {
+               handler(read<Properties>(reply.values, 0).value_or(Properties()));
+             }));
 }
 
 void Service::setProperty(std::string object, const std::string& interface, const char* property,

@@ -9,6 +9,10 @@
 
 namespace ovinta::platform::linux::dbus {
 
+/// Reads all properties of an interface, for those who call from other threads than a `Service`
+/// may.
+MethodCall propertiesCall(std::string service, std::string object, const std::string& interface);
+
 /// A service of a bus as one of its users knows it. Main thread only; handlers run on the main
 /// queue, never inside a call of these methods and never once the object is destroyed, which a
 /// handler may do. Nothing is asked of a service that nobody calls.

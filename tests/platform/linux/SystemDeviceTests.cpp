@@ -8,6 +8,7 @@
 namespace ovinta::platform::linux {
 namespace {
 
+using namespace std::chrono_literals;
 using dbus::write;
 using test::ServiceDouble;
 
@@ -56,45 +57,59 @@ class SystemDeviceTest : public test::BusTest {
     return {{"State", write(number)}, {"IsPresent", write(isPresent)}};
   }
 
+  /// The next question finds an answer that is too old, and the one after it the new one.
   void expectSoon(BatteryState state) {
     SCOPED_TRACE(static_cast<int>(state));
+    time_.advance(11s);
     waitUntil([&] { return device_.batteryState() == state; });
   }
 
   SupplyFolder supplies_;
   ServiceDouble upower_{
       daemon_, "org.freedesktop.UPower", {}, [](const auto&) { return ServiceDouble::NoAnswer{}; }};
-  SystemDevice device_{bus_, time_.mainQueue(), supplies_.path()};
+  SystemDevice device_{bus_, time_.clock(), supplies_.path()};
 };
 
-TEST_F(SystemDeviceTest, FollowsUPowerWhileMonitoringIsOn) {
+TEST_F(SystemDeviceTest, AsksUPowerAtQuestionsWhileMonitoringIsOn) {
+  EXPECT_EQ(device_.batteryState(), BatteryState::unknown);
+  supplies_.addBattery("Full");
   device_.setBatteryMonitoringEnabled(true);
+  EXPECT_EQ(device_.batteryState(), BatteryState::full) << "UPower has not answered yet";
   const struct {
     std::uint32_t number;
+    bool isPresent;
     BatteryState expected;
-  } cases[] = {{1, BatteryState::charging},  {3, BatteryState::unplugged},
-               {4, BatteryState::full},      {6, BatteryState::unplugged},
-               {5, BatteryState::charging},  {0, BatteryState::unknown},
-               {2, BatteryState::unplugged}, {7, BatteryState::unknown}};
+  } cases[] = {{2, true, BatteryState::unplugged}, {1, true, BatteryState::charging},
+               {3, true, BatteryState::unplugged}, {4, true, BatteryState::full},
+               {6, true, BatteryState::unplugged}, {5, true, BatteryState::charging},
+               {0, true, BatteryState::unknown},   {4, true, BatteryState::full},
+               {7, true, BatteryState::unknown},   {1, true, BatteryState::charging},
+               {1, false, BatteryState::unknown},  {2, true, BatteryState::unplugged}};
   for (const auto& tested : cases) {
-    upower_.change(kPath, kDevice, {{"State", write(tested.number)}});
+    upower_.addObject(kPath, kDevice, state(tested.number, tested.isPresent));
     expectSoon(tested.expected);
   }
-  upower_.change(kPath, kDevice, state(1, true));
-  expectSoon(BatteryState::charging);
-  upower_.change(kPath, kDevice, {{"IsPresent", write(false)}});
-  expectSoon(BatteryState::unknown);
+  upower_.addObject(kPath, kDevice, state(1, true));
+  time_.advance(9s);
+  EXPECT_EQ(device_.batteryState(), BatteryState::unplugged) << "fresh enough";
+  time_.advance(1h);
+  EXPECT_EQ(time_.pendingTaskCount(), 0U) << "nobody asks";
+  device_.setBatteryMonitoringEnabled(false);
+  EXPECT_EQ(device_.batteryState(), BatteryState::unknown);
 }
 
-TEST_F(SystemDeviceTest, ReadsTheKernelsFilesWhileThereIsNoUPower) {
+TEST_F(SystemDeviceTest, ReadsTheKernelsFilesWheneverUPowerDoesNotAnswer) {
   supplies_.addBattery("Full");
-  upower_.vanish();
   device_.setBatteryMonitoringEnabled(true);
+  expectSoon(BatteryState::unplugged);
+  upower_.removeObject(kPath);
+  expectSoon(BatteryState::full);
+  upower_.addObject(kPath, kDevice, state(1, true));
+  expectSoon(BatteryState::charging);
+  upower_.vanish();
   expectSoon(BatteryState::full);
   upower_.appear();
-  expectSoon(BatteryState::unplugged);
-  upower_.vanish();
-  expectSoon(BatteryState::full);
+  expectSoon(BatteryState::charging);
   daemon_.stop();
   expectSoon(BatteryState::full);
 }
