@@ -24,8 +24,8 @@ Surroundings surroundingsOf(const Options& options, const Services& services) {
                       .positionProvider = nullptr,
                       .dataDirectory = dataDirectoryOf(options),
                       .usesNotifyAgent = options.usesNotifyAgent};
-  around.positionProvider =
-      makePositionProvider(around.positionSource, around.applicationID, around.systemBus, services);
+  around.positionProvider = makePositionProvider(around.positionSource, around.applicationID,
+                                                 around.systemBus, around.sessionBus, services);
   return around;
 }
 

@@ -35,9 +35,8 @@ std::optional<fs::path> fileIn(const std::optional<fs::path>& directory, const c
 /// Of the services it takes all the others.
 std::shared_ptr<UserNotificationCenter> makeUserNotifications(
     const Options& options, const std::string& applicationID,
-    const std::optional<fs::path>& directory, const Services& services) {
-  auto sessionBus =
-      std::make_shared<dbus::Bus>(dbus::sessionBusAddress(), services.mainQueue, services.log);
+    const std::optional<fs::path>& directory, std::shared_ptr<dbus::Bus> sessionBus,
+    const Services& services) {
   StoredUserNotificationCenter::Setup setup{.applicationID = applicationID,
                                             .file = fileIn(directory, "Notifications.sqlite"),
                                             .positionSource = options.positionSource,
@@ -70,9 +69,11 @@ LastLocation& lastLocation() {
 std::shared_ptr<PositionHub> makePositionHub(PositionSource source,
                                              const std::string& applicationID,
                                              const std::shared_ptr<dbus::Bus>& systemBus,
+                                             const std::shared_ptr<dbus::Bus>& sessionBus,
                                              const Services& services) {
   auto hub = std::make_shared<PositionHub>(
-      makePositionProvider(source, applicationID, systemBus, services), services.mainQueue);
+      makePositionProvider(source, applicationID, systemBus, sessionBus, services),
+      services.mainQueue);
   const std::lock_guard lock(lastLocation().mutex);
   lastLocation().hub = hub;
   lastLocation().mainQueue = services.mainQueue;
@@ -114,12 +115,15 @@ Services makeServices(const Options& options) {
   const auto systemBus =
       std::make_shared<dbus::Bus>(options.systemBusAddress.value_or(dbus::systemBusAddress()),
                                   services.mainQueue, services.log);
+  const auto sessionBus =
+      std::make_shared<dbus::Bus>(dbus::sessionBusAddress(), services.mainQueue, services.log);
   services.location = std::make_shared<SystemLocationServices>(
-      makePositionHub(options.positionSource, applicationID, systemBus, services),
+      makePositionHub(options.positionSource, applicationID, systemBus, sessionBus, services),
       std::make_shared<BeaconScanner>(systemBus, services.mainQueue, services.log,
                                       beaconSettings(options, *services.log)));
   services.device = std::make_shared<SystemDevice>(systemBus, services.clock);
-  services.userNotifications = makeUserNotifications(options, applicationID, directory, services);
+  services.userNotifications =
+      makeUserNotifications(options, applicationID, directory, sessionBus, services);
   return services;
 }
 

@@ -10,8 +10,9 @@
 
 namespace ovinta::platform::linux {
 
-/// A manager of `SystemLocationServices`. The position is not followed on behalf of monitored
-/// circles, of which a delegate is not told.
+/// A manager of `SystemLocationServices`. What significant changes save is positions, not accuracy:
+/// with less than the exact one GeoClue asks no receiver of satellites. The position is not
+/// followed on behalf of monitored circles, of which a delegate is not told.
 class SystemLocationManager : public LocationManager {
  public:
   SystemLocationManager(std::shared_ptr<PositionHub> hub, std::shared_ptr<BeaconScanner> scanner);

@@ -12,10 +12,12 @@ namespace {
 class GpsdStream : public PositionStream {
  public:
   GpsdStream(std::shared_ptr<MainQueue> mainQueue, std::shared_ptr<Geodesy> geodesy,
-             GpsdProvider::Options options, double distanceFilter, PositionHandlers handlers)
+             GpsdProvider::Options options, std::shared_ptr<bool> hasLogged, double distanceFilter,
+             PositionHandlers handlers)
       : mainQueue_(std::move(mainQueue)),
         geodesy_(std::move(geodesy)),
         options_(std::move(options)),
+        hasLogged_(std::move(hasLogged)),
         handlers_(std::move(handlers)),
         distanceFilter_(distanceFilter) {
     thread_.post([this] { connect(); });
@@ -37,6 +39,7 @@ class GpsdStream : public PositionStream {
   const std::shared_ptr<MainQueue> mainQueue_;
   const std::shared_ptr<Geodesy> geodesy_;
   const GpsdProvider::Options options_;
+  const std::shared_ptr<bool> hasLogged_;
   const PositionHandlers handlers_;
   double distanceFilter_;
   std::optional<Coordinate> lastReported_;
@@ -86,6 +89,9 @@ void GpsdStream::noteVersion(const std::string& version) {
 }
 
 void GpsdStream::noteEnd() {
+  if (options_.log && !std::exchange(*hasLogged_, true)) {
+    options_.log->write("There is no gpsd at " + options_.host + ":" + options_.port);
+  }
   mainQueue_->asyncAfter(options_.retryInterval, [this, life = std::weak_ptr(life_)] {
     if (!life.expired()) thread_.post([this] { connect(); });
   });
@@ -107,7 +113,7 @@ void GpsdProvider::findService(std::function<void(bool)> handler) {
 
 std::unique_ptr<PositionStream> GpsdProvider::open(double distanceFilter,
                                                    PositionHandlers handlers) {
-  return std::make_unique<GpsdStream>(mainQueue_, geodesy_, options_, distanceFilter,
+  return std::make_unique<GpsdStream>(mainQueue_, geodesy_, options_, hasLogged_, distanceFilter,
                                       std::move(handlers));
 }
 

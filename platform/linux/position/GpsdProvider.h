@@ -3,6 +3,7 @@
 #include <memory>
 #include <string>
 
+#include "platform/Log.h"
 #include "platform/MainQueue.h"
 #include "platform/linux/position/PositionProvider.h"
 
@@ -16,6 +17,8 @@ class GpsdProvider : public PositionProvider {
     std::string port = "2947";
     /// From a connection that ended, or could not be made, to the next attempt.
     TimeInterval retryInterval = std::chrono::seconds(15);
+    /// Told once of a gpsd that is not there; null for nobody.
+    std::shared_ptr<Log> log = nullptr;
   };
 
   GpsdProvider(std::shared_ptr<MainQueue> mainQueue, std::shared_ptr<Geodesy> geodesy,
@@ -29,6 +32,8 @@ class GpsdProvider : public PositionProvider {
   const std::shared_ptr<MainQueue> mainQueue_;
   const std::shared_ptr<Geodesy> geodesy_;
   const Options options_;
+  /// Shared by all streams.
+  const std::shared_ptr<bool> hasLogged_ = std::make_shared<bool>(false);
 };
 
 }  // namespace ovinta::platform::linux

@@ -15,15 +15,14 @@ PositionSource chosenSource(PositionSource source, const std::filesystem::path& 
 std::shared_ptr<PositionProvider> makePositionProvider(PositionSource source,
                                                        const std::string& applicationID,
                                                        const std::shared_ptr<dbus::Bus>& systemBus,
+                                                       const std::shared_ptr<dbus::Bus>& sessionBus,
                                                        const Services& services) {
   switch (chosenSource(source)) {
     case PositionSource::gpsd:
       return std::make_shared<GpsdProvider>(services.mainQueue, services.geodesy,
-                                            GpsdProvider::Options());
+                                            GpsdProvider::Options{.log = services.log});
     case PositionSource::portal:
-      return std::make_shared<PortalProvider>(
-          std::make_shared<dbus::Bus>(dbus::sessionBusAddress(), services.mainQueue, services.log),
-          services.mainQueue);
+      return std::make_shared<PortalProvider>(sessionBus, services.mainQueue);
     case PositionSource::automatic:
     case PositionSource::geoclue:
       break;

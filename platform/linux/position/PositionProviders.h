@@ -15,11 +15,11 @@ namespace ovinta::platform::linux {
 PositionSource chosenSource(PositionSource source,
                             const std::filesystem::path& sandboxMark = "/.flatpak-info");
 
-/// The provider of a source. Of the services, those that tell of nothing but time, distance and the
-/// log must be there.
+/// The provider of a source. Of the services it uses main queue, geodesy and log.
 std::shared_ptr<PositionProvider> makePositionProvider(PositionSource source,
                                                        const std::string& applicationID,
                                                        const std::shared_ptr<dbus::Bus>& systemBus,
+                                                       const std::shared_ptr<dbus::Bus>& sessionBus,
                                                        const Services& services);
 
 }  // namespace ovinta::platform::linux

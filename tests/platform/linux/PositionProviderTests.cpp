@@ -24,26 +24,38 @@ class PortalTest : public PositionTest {
  protected:
   static constexpr const char* kPath = "/org/freedesktop/portal/desktop";
   static constexpr const char* kLocation = "org.freedesktop.portal.Location";
+  static constexpr const char* kRequest = "org.freedesktop.portal.Request";
   static constexpr const char* kSession = "org.freedesktop.portal.Session";
 
   PortalTest() { portal_.addObject(kPath, kLocation); }
 
   ServiceDouble::Answer answer(const ServiceDouble::Call& call) {
     if (call.method == "CreateSession") {
+      if (isSlow_) return ServiceDouble::NoAnswer{};
       const auto options = dbus::read<dbus::Properties>(call.arguments, 0).value();
       thresholds_.push_back(dbus::read<std::uint32_t>(options, "distance-threshold").value());
       session_ = "/session/" + dbus::read<Glib::ustring>(options, "session_handle_token").value();
       portal_.addObject(session_, kSession);
       return dbus::arguments(dbus::ObjectPath(session_));
     }
-    if (call.method == "Close") return Glib::VariantContainerBase();
+    if (call.method == "Close") {
+      closed_.push_back(call.object);
+      return Glib::VariantContainerBase();
+    }
+    return start(call);
+  }
+
+  ServiceDouble::Answer start(const ServiceDouble::Call& call) {
     const auto options = dbus::read<dbus::Properties>(call.arguments, 2).value();
     const std::string request =
         "/request/" + dbus::read<Glib::ustring>(options, "handle_token").value();
-    portal_.emit("/request/other", "org.freedesktop.portal.Request", "Response",
-                 dbus::arguments(1U, dbus::Properties()), call.sender);
-    portal_.emit(request, "org.freedesktop.portal.Request", "Response",
-                 dbus::arguments(response_, dbus::Properties()), call.sender);
+    portal_.emit("/request/other", kRequest, "Response", dbus::arguments(1U, dbus::Properties()),
+                 call.sender);
+    portal_.addObject(request, kRequest);
+    if (response_) {
+      portal_.emit(request, kRequest, "Response", dbus::arguments(*response_, dbus::Properties()),
+                   call.sender);
+    }
     return dbus::arguments(dbus::ObjectPath(request));
   }
 
@@ -56,7 +68,10 @@ class PortalTest : public PositionTest {
   }
 
   /// For the double's thread.
-  std::uint32_t response_ = 0;
+  /// None while the user is being asked.
+  std::optional<std::uint32_t> response_ = 0;
+  bool isSlow_ = false;
+  std::vector<std::string> closed_;
   std::string session_;
   std::vector<std::uint32_t> thresholds_;
   ServiceDouble portal_{daemon_,
@@ -101,11 +116,67 @@ TEST_F(PortalTest, ARefusalStandsAndASessionThatEndsIsMadeAnew) {
   waitForAccess(PositionAccess::granted);
 }
 
+TEST_F(PortalTest, ARefusalAfterAFailureStandsToo) {
+  portal_.vanish();
+  portal_.sync([this] { response_ = 2; });
+  const auto stream = open(provider_, 0);
+  waitForAccess(PositionAccess::absent);
+  portal_.appear();
+  waitForAccess(PositionAccess::absent);
+  portal_.sync([this] { response_ = 1; });
+  portal_.vanish();
+  portal_.appear();
+  waitForAccess(PositionAccess::denied);
+  time_.advance(1min);
+  EXPECT_EQ(portal_.count("Start"), 2U);
+}
+
+TEST_F(PortalTest, OneThatLeavesWhileTheUserIsAskedIsAskedAgainWhenItComes) {
+  portal_.sync([this] { response_.reset(); });
+  const auto stream = open(provider_, 0);
+  waitUntil([&] { return portal_.count("Start") == 1; });
+  portal_.vanish();
+  waitForAccess(PositionAccess::absent);
+  portal_.sync([this] { response_ = 0; });
+  portal_.appear();
+  waitForAccess(PositionAccess::granted);
+}
+
+TEST_F(PortalTest, AStopLeavesNeitherSessionNorQuestionBehind) {
+  portal_.sync([this] { response_.reset(); });
+  auto stream = open(provider_, 0);
+  waitUntil([&] { return portal_.count("Start") == 1; });
+  stream = nullptr;
+  waitUntil([&] { return portal_.count("Close") == 2; });
+
+  portal_.sync([this] { isSlow_ = true; });
+  stream = open(provider_, 0);
+  waitUntil([&] { return portal_.count("CreateSession") == 2; });
+  stream = nullptr;
+  portal_.sync([this] { isSlow_ = false; });
+  portal_.answerLate();
+  waitUntil([&] { return portal_.count("Close") == 3; });
+  EXPECT_EQ(closed_.back(), session_);
+  EXPECT_EQ(portal_.count("Start"), 1U);
+}
+
+TEST_F(PortalTest, WithoutTheInterfaceForLocationItIsNotThereAndTheLogTellsOnce) {
+  portal_.removeObject(kPath);
+  auto stream = open(provider_, 0);
+  waitForAccess(PositionAccess::absent);
+  stream = open(provider_, 0);
+  waitForAccess(PositionAccess::absent);
+  EXPECT_EQ(time_.pendingTaskCount(), 0U);
+  EXPECT_THAT(log_->lines(),
+              ElementsAre(testing::EndsWith("has no org.freedesktop.portal.Location")));
+}
+
 TEST_F(PositionTest, GpsdTellsItsFixesAndIsConnectedToAgain) {
   using boost::asio::ip::tcp;
   replay::LineServer<tcp> gpsd({boost::asio::ip::address_v4::loopback(), 0});
-  GpsdProvider provider(time_.mainQueue(), std::make_shared<simulation::Sphere>(),
-                        {.host = "127.0.0.1", .port = std::to_string(gpsd.endpoint().port())});
+  GpsdProvider provider(
+      time_.mainQueue(), std::make_shared<simulation::Sphere>(),
+      {.host = "127.0.0.1", .port = std::to_string(gpsd.endpoint().port()), .log = log_});
   const auto stream = open(provider, 100);
   waitForAccess(PositionAccess::grantedAlways);
   ASSERT_TRUE(gpsd.hasListener(10s));
@@ -147,6 +218,7 @@ TEST_F(PositionTest, GpsdTellsItsFixesAndIsConnectedToAgain) {
   waitForAccess(PositionAccess::absent);
   EXPECT_EQ(time_.pendingTaskCount(), 1U) << "one attempt to come";
   EXPECT_EQ(locations_.size(), 4U);
+  EXPECT_THAT(log_->lines(), ElementsAre(testing::StartsWith("There is no gpsd at 127.0.0.1:")));
 }
 
 }  // namespace
