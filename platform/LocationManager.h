@@ -51,10 +51,12 @@ class LocationManagerDelegate {
   virtual void didRangeBeacons(const std::vector<RangedBeacon>& beacons,
                                const BeaconRegion& region) = 0;
 
-  /// The device has come into a monitored beacon region, whose first beacon was heard, or has left
-  /// it, after half a minute without any. Each at every such change; at first it is outside.
-  virtual void didEnterRegion(const BeaconRegion& /*region*/) {}
-  virtual void didExitRegion(const BeaconRegion& /*region*/) {}
+  /// The device has come into a monitored region, or has left it; each at every such change. Of
+  /// beacons: the first one was heard, or none for half a minute; at first the device is outside.
+  /// Of a circle: a position that lies on the other side of the border with all its uncertainty, as
+  /// far as the region wants to be told; where the device is at first is no change.
+  virtual void didEnterRegion(const Region& /*region*/) {}
+  virtual void didExitRegion(const Region& /*region*/) {}
 };
 
 /// Follows the user's position and nearby beacons. Made on, used on and destroyed on the main

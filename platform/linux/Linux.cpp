@@ -120,7 +120,8 @@ Services makeServices(const Options& options) {
   services.location = std::make_shared<SystemLocationServices>(
       makePositionHub(options.positionSource, applicationID, systemBus, sessionBus, services),
       std::make_shared<BeaconScanner>(systemBus, services.mainQueue, services.log,
-                                      beaconSettings(options, *services.log)));
+                                      beaconSettings(options, *services.log)),
+      services.geodesy);
   services.device = std::make_shared<SystemDevice>(systemBus, services.clock);
   services.userNotifications =
       makeUserNotifications(options, applicationID, directory, sessionBus, services);

@@ -11,8 +11,11 @@ constexpr double kSignificantChangeMetres = 500;
 }  // namespace
 
 SystemLocationManager::SystemLocationManager(std::shared_ptr<PositionHub> hub,
-                                             std::shared_ptr<BeaconScanner> scanner)
-    : hub_(std::move(hub)), beacons_(std::move(scanner), beaconHandlers()) {
+                                             std::shared_ptr<BeaconScanner> scanner,
+                                             std::shared_ptr<Geodesy> geodesy)
+    : hub_(std::move(hub)),
+      geodesy_(std::move(geodesy)),
+      beacons_(std::move(scanner), beaconHandlers()) {
   hub_->onStatusChanged(life_, [this] { noteStatus(); });
   beacons_.setEnabled(isAuthorized(hub_->status()));
 }
@@ -22,12 +25,14 @@ BeaconHandlers SystemLocationManager::beaconHandlers() {
               [this](const std::vector<RangedBeacon>& beacons, const BeaconRegion& region) {
                 if (delegate_) delegate_->didRangeBeacons(beacons, region);
               },
-          .onCrossed =
-              [this](const BeaconRegion& region, RegionEvent event) {
-                if (!delegate_) return;
-                event == RegionEvent::entered ? delegate_->didEnterRegion(region)
-                                              : delegate_->didExitRegion(region);
-              }};
+          .onCrossed = [this](const BeaconRegion& region,
+                              standard::RegionEvent event) { tellCrossing(region, event); }};
+}
+
+void SystemLocationManager::tellCrossing(const Region& region, standard::RegionEvent event) {
+  if (!delegate_) return;
+  event == standard::RegionEvent::entered ? delegate_->didEnterRegion(region)
+                                          : delegate_->didExitRegion(region);
 }
 
 void SystemLocationManager::noteStatus() {
@@ -84,13 +89,31 @@ void SystemLocationManager::startMonitoring(const Region& region) {
   if (std::ranges::find(monitored_, region) != monitored_.end()) return;
   stopMonitoring(region);
   monitored_.push_back(region);
-  if (const auto* beacons = std::get_if<BeaconRegion>(&region)) beacons_.startMonitoring(*beacons);
+  if (const auto* beacons = std::get_if<BeaconRegion>(&region)) {
+    return beacons_.startMonitoring(*beacons);
+  }
+  circles_.start(std::get<CircularRegion>(region));
+  if (circleFixes_) return;
+  circleFixes_ =
+      hub_->open(standard::kRegionFilterMetres, [this](const Location& fix) { judgeCircles(fix); });
+}
+
+void SystemLocationManager::judgeCircles(const Location& fix) {
+  const std::weak_ptr life(life_);
+  for (const auto& [circle, event] : circles_.judge(fix, *geodesy_)) {
+    // A delegate may end the manager, or what it monitors.
+    if (life.expired()) return;
+    const Region region(circle);
+    if (std::ranges::find(monitored_, region) != monitored_.end()) tellCrossing(region, event);
+  }
 }
 
 void SystemLocationManager::stopMonitoring(const Region& region) {
   std::erase_if(monitored_,
                 [&](const Region& other) { return identifier(other) == identifier(region); });
   beacons_.stopMonitoring(identifier(region));
+  circles_.stop(identifier(region));
+  if (circles_.isEmpty()) circleFixes_ = nullptr;
 }
 
 }  // namespace ovinta::platform::linux

@@ -7,15 +7,16 @@
 #include "platform/LocationManager.h"
 #include "platform/linux/bluez/BeaconTracker.h"
 #include "platform/linux/position/PositionHub.h"
+#include "platform/standard/CircularRegionMonitor.h"
 
 namespace ovinta::platform::linux {
 
 /// A manager of `SystemLocationServices`. What significant changes save is positions, not accuracy:
-/// with less than the exact one GeoClue asks no receiver of satellites. The position is not
-/// followed on behalf of monitored circles, of which a delegate is not told.
+/// with less than the exact one GeoClue asks no receiver of satellites.
 class SystemLocationManager : public LocationManager {
  public:
-  SystemLocationManager(std::shared_ptr<PositionHub> hub, std::shared_ptr<BeaconScanner> scanner);
+  SystemLocationManager(std::shared_ptr<PositionHub> hub, std::shared_ptr<BeaconScanner> scanner,
+                        std::shared_ptr<Geodesy> geodesy);
   SystemLocationManager(const SystemLocationManager&) = delete;
   SystemLocationManager& operator=(const SystemLocationManager&) = delete;
 
@@ -44,8 +45,11 @@ class SystemLocationManager : public LocationManager {
   void noteStatus();
   void tellStatus();
   void report(const Location& location);
+  void judgeCircles(const Location& fix);
+  void tellCrossing(const Region& region, standard::RegionEvent event);
 
   const std::shared_ptr<PositionHub> hub_;
+  const std::shared_ptr<Geodesy> geodesy_;
   LocationManagerDelegate* delegate_ = nullptr;
   /// What the delegate has heard last.
   std::optional<AuthorizationStatus> told_;
@@ -55,6 +59,9 @@ class SystemLocationManager : public LocationManager {
   std::unique_ptr<PositionStream> updates_;
   std::unique_ptr<PositionStream> significantChanges_;
   std::vector<Region> monitored_;
+  standard::CircularRegionMonitor circles_;
+  /// There while there are circles to judge.
+  std::unique_ptr<PositionStream> circleFixes_;
   BeaconTracker beacons_;
   /// Expires with the manager.
   const std::shared_ptr<bool> life_ = std::make_shared<bool>(true);

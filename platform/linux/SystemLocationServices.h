@@ -14,7 +14,8 @@ namespace ovinta::platform::linux {
 /// not determined. Destroyed on the main thread.
 class SystemLocationServices : public LocationServices {
  public:
-  SystemLocationServices(std::shared_ptr<PositionHub> hub, std::shared_ptr<BeaconScanner> scanner);
+  SystemLocationServices(std::shared_ptr<PositionHub> hub, std::shared_ptr<BeaconScanner> scanner,
+                         std::shared_ptr<Geodesy> geodesy);
 
   bool locationServicesEnabled() const override;
   AuthorizationStatus authorizationStatus() const override;
@@ -23,6 +24,7 @@ class SystemLocationServices : public LocationServices {
  private:
   const std::shared_ptr<PositionHub> hub_;
   const std::shared_ptr<BeaconScanner> scanner_;
+  const std::shared_ptr<Geodesy> geodesy_;
 };
 
 }  // namespace ovinta::platform::linux

@@ -34,7 +34,8 @@ class SimulatedLocation : public LocationServices {
   /// The device is at the location. A manager reports it if, when the main queue comes to it,
   /// location services are enabled and the permission is 3 or 4, updates run, and it is the first
   /// since they were started or lies at least the distance filter away from the last reported one.
-  /// With significant-change monitoring alone, 500 m stand for the filter.
+  /// With significant-change monitoring alone, 500 m stand for the filter. Monitored circles are
+  /// judged by every location under the same conditions of service and permission.
   void deliver(Location location);
 
   /// The beacons that the device hears from now on. A second after a manager has begun to range or

@@ -88,9 +88,24 @@ bool SimulatedLocationManager::isFarEnough(const Location& location) const {
 }
 
 void SimulatedLocationManager::receive(const Location& location) {
-  if (!delegate_ || !isFarEnough(location)) return;
-  lastReported_ = location;
-  delegate_->didUpdateLocations({location});
+  const std::weak_ptr life(life_);
+  if (delegate_ && isFarEnough(location)) {
+    lastReported_ = location;
+    delegate_->didUpdateLocations({location});
+  }
+  if (!life.expired()) reportCircleCrossings(location);
+}
+
+void SimulatedLocationManager::reportCircleCrossings(const Location& location) {
+  const std::weak_ptr life(life_);
+  for (const auto& [circle, event] : circles_.judge(location, *hub_->geodesy)) {
+    // A delegate may end the manager, or what it monitors.
+    if (life.expired() || !delegate_) return;
+    const Region region(circle);
+    if (std::ranges::find(monitored_, region) == monitored_.end()) continue;
+    event == standard::RegionEvent::entered ? delegate_->didEnterRegion(region)
+                                            : delegate_->didExitRegion(region);
+  }
 }
 
 void SimulatedLocationManager::startRangingBeacons(const BeaconRegion& region) {
@@ -114,7 +129,7 @@ void SimulatedLocationManager::passSecond() {
   if (!delegate_ || !hub_->isOpen()) return;
   const std::weak_ptr life(life_);
   reportRanging();
-  if (!life.expired()) reportCrossings();
+  if (!life.expired()) reportBeaconCrossings();
 }
 
 void SimulatedLocationManager::reportRanging() {
@@ -131,7 +146,7 @@ void SimulatedLocationManager::reportRanging() {
   }
 }
 
-void SimulatedLocationManager::reportCrossings() {
+void SimulatedLocationManager::reportBeaconCrossings() {
   std::vector<BeaconRegion> entered;
   for (const RangedBeacon& beacon : hub_->beacons) {
     std::ranges::copy(monitor_.hear(beacon), std::back_inserter(entered));
@@ -158,6 +173,8 @@ void SimulatedLocationManager::startMonitoring(const Region& region) {
   if (const auto* beacons = std::get_if<BeaconRegion>(&region)) {
     monitor_.start(*beacons);
     startSeconds();
+  } else {
+    circles_.start(std::get<CircularRegion>(region));
   }
 }
 
@@ -165,6 +182,7 @@ void SimulatedLocationManager::stopMonitoring(const Region& region) {
   std::erase_if(monitored_,
                 [&](const Region& other) { return identifier(other) == identifier(region); });
   monitor_.stop(identifier(region));
+  circles_.stop(identifier(region));
 }
 
 }  // namespace ovinta::platform::simulation

@@ -7,6 +7,7 @@
 
 #include "platform/simulation/LocationHub.h"
 #include "platform/standard/BeaconRegionMonitor.h"
+#include "platform/standard/CircularRegionMonitor.h"
 
 namespace ovinta::platform::simulation {
 
@@ -49,7 +50,7 @@ class SimulatedLocationManager : public LocationManager {
 
   /// Has the main queue tell the delegate of the status, unless the manager is gone by then.
   void announceStatus(AuthorizationStatus status);
-  /// Hands the location to the delegate if it is to be reported.
+  /// Hands the location to the delegate if it is to be reported, and tells it of circles.
   void receive(const Location& location);
 
  private:
@@ -60,7 +61,8 @@ class SimulatedLocationManager : public LocationManager {
   void startSeconds();
   void passSecond();
   void reportRanging();
-  void reportCrossings();
+  void reportBeaconCrossings();
+  void reportCircleCrossings(const Location& location);
   /// Has the main queue run `step`, unless the manager is gone by then.
   void later(TimeInterval delay, std::function<void()> step);
 
@@ -73,6 +75,7 @@ class SimulatedLocationManager : public LocationManager {
   std::vector<BeaconRegion> ranged_;
   std::vector<Region> monitored_;
   standard::BeaconRegionMonitor monitor_;
+  standard::CircularRegionMonitor circles_;
   bool isSecondScheduled_ = false;
   /// Expires with the manager.
   const std::shared_ptr<bool> life_ = std::make_shared<bool>(true);

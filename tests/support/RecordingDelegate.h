@@ -33,12 +33,8 @@ class RecordingDelegate : public platform::LocationManagerDelegate {
     }
     note(text);
   }
-  void didEnterRegion(const platform::BeaconRegion& region) override {
-    note("in " + region.identifier);
-  }
-  void didExitRegion(const platform::BeaconRegion& region) override {
-    note("out " + region.identifier);
-  }
+  void didEnterRegion(const platform::Region& region) override { note("in " + identifier(region)); }
+  void didExitRegion(const platform::Region& region) override { note("out " + identifier(region)); }
 
   /// What it was told since the last call.
   std::vector<std::string> take() { return std::exchange(told_, {}); }

@@ -78,7 +78,7 @@ void BeaconTracker::tick() {
   scheduleTick();
   const std::weak_ptr life(life_);
   reportRanging();
-  if (!life.expired()) reportCrossings(left, RegionEvent::left);
+  if (!life.expired()) reportCrossings(left, standard::RegionEvent::left);
 }
 
 void BeaconTracker::reportRanging() {
@@ -97,7 +97,8 @@ void BeaconTracker::reportRanging() {
   }
 }
 
-void BeaconTracker::reportCrossings(const std::vector<BeaconRegion>& regions, RegionEvent event) {
+void BeaconTracker::reportCrossings(const std::vector<BeaconRegion>& regions,
+                                    standard::RegionEvent event) {
   const auto handlers = handlers_;
   const std::weak_ptr life(life_);
   for (const BeaconRegion& region : regions) {
@@ -113,7 +114,7 @@ void BeaconTracker::hear(const BeaconSighting& sighting) {
   const IBeacon& beacon = sighting.beacon;
   const auto entered = monitor_.hear({beacon.proximityUUID, beacon.major, beacon.minor});
   scheduleTick();
-  reportCrossings(entered, RegionEvent::entered);
+  reportCrossings(entered, standard::RegionEvent::entered);
 }
 
 }  // namespace ovinta::platform::linux

@@ -8,8 +8,8 @@
 #include "platform/LocationManager.h"
 #include "platform/linux/bluez/BeaconCollector.h"
 #include "platform/linux/bluez/BeaconScanner.h"
-#include "platform/linux/position/RegionSide.h"
 #include "platform/standard/BeaconRegionMonitor.h"
+#include "platform/standard/RegionSide.h"
 
 namespace ovinta::platform::linux {
 
@@ -19,7 +19,7 @@ struct BeaconHandlers {
   /// Once a second for each ranged region, with the beacons heard since, possibly none.
   std::function<void(const std::vector<RangedBeacon>&, const BeaconRegion&)> onRanged;
   /// Of monitored regions.
-  std::function<void(const BeaconRegion&, RegionEvent)> onCrossed;
+  std::function<void(const BeaconRegion&, standard::RegionEvent)> onCrossed;
 };
 
 /// Ranges and monitors beacon regions as `LocationManager` says. It listens while it is enabled and
@@ -48,7 +48,7 @@ class BeaconTracker : private BeaconListener {
   void update();
   void scheduleTick();
   void tick();
-  void reportCrossings(const std::vector<BeaconRegion>& regions, RegionEvent event);
+  void reportCrossings(const std::vector<BeaconRegion>& regions, standard::RegionEvent event);
   void reportRanging();
   /// Has the main queue run `step`, unless the tracker is gone by then.
   void later(TimeInterval delay, void (BeaconTracker::*step)());

@@ -7,9 +7,12 @@
 #include "platform/JSON.h"
 #include "platform/linux/SQLiteFile.h"
 #include "platform/linux/UserNotificationJSON.h"
-#include "platform/linux/position/RegionSide.h"
+#include "platform/standard/RegionSide.h"
 
 namespace ovinta::platform::linux {
+
+using standard::RegionSide;
+
 namespace {
 
 /// Nobody waits for a step on the main thread.
@@ -118,7 +121,7 @@ std::vector<NotificationStore::Move> NotificationStore::moves(const Location& fi
   std::vector<Move> moves;
   for (Row& row : rows()) {
     const auto& region = row.request.trigger.region;
-    const RegionSide side = sideOf(region, fix, geodesy);
+    const RegionSide side = standard::sideOf(region, fix, geodesy);
     if (side == RegionSide::unknown || side == row.side) continue;
     const bool fires = eventBetween(row.side, side, region).has_value();
     moves.push_back({std::move(row), side, fires});

@@ -2,13 +2,9 @@
 
 #include <utility>
 
+#include "platform/standard/RegionSide.h"
+
 namespace ovinta::platform::linux {
-namespace {
-
-/// Fine enough for the surroundings of a store, and nothing for a device that lies still.
-constexpr double kDistanceFilterMetres = 10;
-
-}  // namespace
 
 NotificationTrigger::NotificationTrigger(const Services& services,
                                          std::shared_ptr<dbus::Bus> sessionBus,
@@ -54,7 +50,7 @@ void NotificationTrigger::followAsNeeded() {
   manager_->setDelegate(this);
   manager_->setAllowsBackgroundLocationUpdates(true);
   manager_->setDesiredAccuracy(LocationAccuracy::best);
-  manager_->setDistanceFilter(kDistanceFilterMetres);
+  manager_->setDistanceFilter(standard::kRegionFilterMetres);
   manager_->startUpdatingLocation();
 }
 

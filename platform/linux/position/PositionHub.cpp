@@ -6,10 +6,6 @@
 namespace ovinta::platform::linux {
 namespace {
 
-/// With GeoClue's timing a quarter of an hour. Where there is nobody to ask the user, nobody need
-/// ever come.
-constexpr int kMostUnanswered = 20;
-
 struct Reading {
   bool isEnabled;
   AuthorizationStatus status;

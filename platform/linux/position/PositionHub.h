@@ -68,8 +68,6 @@ class PositionHub {
   bool isAsking_ = false;
   /// There unless the question rests.
   std::unique_ptr<PositionStream> question_;
-  /// How often nobody had an answer since the question was asked.
-  int unanswered_ = 0;
   bool hasLooked_ = false;
   /// There while a service that comes would make a difference.
   std::shared_ptr<void> arrivals_;

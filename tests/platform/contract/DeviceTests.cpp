@@ -27,9 +27,15 @@ class LinuxDeviceRig : public test::BusTest {
                     {"IsPresent", test::dbus::write(true)}});
   }
 
+  /// The next question finds an answer that is too old.
+  void waitUntil(const std::function<bool()>& condition) {
+    time_.advance(std::chrono::seconds(11));
+    BusTest::waitUntil(condition);
+  }
+
   test::ServiceDouble upower_{
       daemon_, linux::kUPowerName, {}, [](const auto&) { return test::ServiceDouble::NoAnswer{}; }};
-  linux::SystemDevice device_{bus_, time_.mainQueue(), folder_.path()};
+  linux::SystemDevice device_{bus_, time_.clock(), folder_.path()};
 };
 
 template <class Rig>

@@ -134,6 +134,7 @@ TYPED_TEST(LocationManagerTest, RangedRegionsReportOnceASecondAndAreKeyedByTheir
   this->manager_->startRangingBeacons(region("all"));
   this->delegate_.onTold = [this] { this->manager_.reset(); };
   EXPECT_EQ(this->pass(3).size(), 1U);
+  this->time_.advance(std::chrono::minutes(1));
   EXPECT_EQ(this->time_.pendingTaskCount(), 0U);
 }
 

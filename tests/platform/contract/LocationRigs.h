@@ -86,8 +86,10 @@ class LinuxLocationRig : public test::BusTest {
           linux::GeoClueProvider::Options{.desktopID = "org.example.app", .configuration = "none"}),
       time_.mainQueue());
   linux::SystemLocationServices services_{
-      hub_, std::make_shared<linux::BeaconScanner>(bus_, time_.mainQueue(), log_,
-                                                   linux::BeaconScanner::Settings{})};
+      hub_,
+      std::make_shared<linux::BeaconScanner>(bus_, time_.mainQueue(), log_,
+                                             linux::BeaconScanner::Settings{}),
+      std::make_shared<simulation::Sphere>()};
 };
 
 }  // namespace ovinta::platform

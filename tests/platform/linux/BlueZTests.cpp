@@ -75,7 +75,8 @@ class BlueZTest : public test::BusTest {
   std::shared_ptr<Permission> permission_ = std::make_shared<Permission>();
   SystemLocationServices services_{
       std::make_shared<PositionHub>(permission_, time_.mainQueue()),
-      std::make_shared<BeaconScanner>(bus_, time_.mainQueue(), log_, BeaconScanner::Settings{})};
+      std::make_shared<BeaconScanner>(bus_, time_.mainQueue(), log_, BeaconScanner::Settings{}),
+      std::make_shared<simulation::Sphere>()};
   test::RecordingDelegate delegate_;
   std::unique_ptr<LocationManager> manager_ = services_.makeLocationManager();
 };

@@ -1,5 +1,6 @@
 #include "platform/linux/SystemLocationServices.h"
 #include "platform/linux/position/GeoClueProvider.h"
+#include "tests/platform/simulation/Sphere.h"
 #include "tests/support/BusFixture.h"
 #include "tests/support/Files.h"
 #include "tests/support/GeoClueDouble.h"
@@ -22,9 +23,16 @@ class Delegate : public LocationManagerDelegate {
     statuses.push_back(status);
   }
   void didRangeBeacons(const std::vector<RangedBeacon>&, const BeaconRegion&) override {}
+  void didEnterRegion(const Region& region) override {
+    crossings.push_back("in " + identifier(region));
+  }
+  void didExitRegion(const Region& region) override {
+    crossings.push_back("out " + identifier(region));
+  }
 
   std::vector<Location> locations;
   std::vector<AuthorizationStatus> statuses;
+  std::vector<std::string> crossings;
   std::function<void()> onLocation;
 };
 
@@ -59,8 +67,8 @@ class GeoClueTest : public test::BusTest {
       std::make_shared<BeaconScanner>(bus_, time_.mainQueue(), log_, BeaconScanner::Settings{});
   Delegate delegate_;
   std::shared_ptr<PositionHub> hub_ = makeHub(GeoClueProvider::Options().answerTimeout);
-  std::unique_ptr<SystemLocationServices> services_ =
-      std::make_unique<SystemLocationServices>(hub_, scanner_);
+  std::unique_ptr<SystemLocationServices> services_ = std::make_unique<SystemLocationServices>(
+      hub_, scanner_, std::make_shared<simulation::Sphere>());
   std::unique_ptr<LocationManager> manager_ = services_->makeLocationManager();
 };
 
@@ -153,20 +161,29 @@ TEST_F(GeoClueTest, AskingForThePermissionKeepsNothingRunning) {
   waitUntil([&] { return geoclue_.service().count("DeleteClient") == 1; });
   EXPECT_EQ(geoclue_.service().count("CreateClient"), 1U);
   EXPECT_EQ(geoclue_.clientCount(), 0U);
+}
 
-  const auto hub = makeHub(5ms);
-  geoclue_.setMood(Mood::withoutAgent);
-  hub->askPermission();
-  for (int attempt = 0; attempt < 20; ++attempt) {
-    waitUntil([&] { return time_.pendingTaskCount() == 1; });
-    time_.advance(15s);
+TEST_F(GeoClueTest, CirclesAreJudgedByPositionsWhileThereAreAny) {
+  const auto circle = [](double radius) {
+    return CircularRegion{.center = simulation::kSite, .radius = radius, .identifier = "one"};
+  };
+  const auto feed = [&](double metresNorth, double accuracy) {
+    const Coordinate at = simulation::northOfSite(metresNorth);
+    geoclue_.feed(at.latitude, at.longitude, accuracy);
+  };
+  manager_->startMonitoring(circle(5000));
+  manager_->startMonitoring(circle(100));
+  waitForStatus(4);
+  EXPECT_EQ(threshold(), 10U);
+  for (const double metres : {30, 2000, 30, 150, 2000}) {
+    feed(metres, 20);
+    feed(0, 17'000);
   }
-  passBy("org.freedesktop.GeoClue2");
-  EXPECT_EQ(geoclue_.service().count("CreateClient"), 21U) << "given up";
-  EXPECT_EQ(time_.pendingTaskCount(), 0U);
-  geoclue_.setMood(Mood::willing);
-  hub->askPermission();
-  waitUntil([&] { return hub->status() == 4; });
+  waitUntil([&] { return delegate_.crossings.size() >= 3; });
+  EXPECT_THAT(delegate_.crossings, ElementsAre("out one", "in one", "out one"));
+  EXPECT_THAT(delegate_.locations, testing::IsEmpty());
+  manager_->stopMonitoring(circle(1));
+  waitUntil([&] { return geoclue_.clientCount() == 0; });
 }
 
 TEST_F(GeoClueTest, ASystemComponentMayAlwaysFollow) {

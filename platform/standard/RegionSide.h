@@ -5,9 +5,11 @@
 #include "platform/Location.h"
 #include "platform/Region.h"
 
-#undef linux
+namespace ovinta::platform::standard {
 
-namespace ovinta::platform::linux {
+/// The distance filter for positions that regions are judged by: fine enough for the surroundings
+/// of a store, and nothing for a device that lies still.
+inline constexpr double kRegionFilterMetres = 10;
 
 enum class RegionSide { unknown, inside, outside };
 enum class RegionEvent { entered, left };
@@ -21,4 +23,4 @@ RegionSide sideOf(const CircularRegion& region, const Location& fix, const Geode
 std::optional<RegionEvent> eventBetween(RegionSide before, RegionSide now,
                                         const CircularRegion& region);
 
-}  // namespace ovinta::platform::linux
+}  // namespace ovinta::platform::standard

@@ -1,6 +1,6 @@
-#include "platform/linux/position/RegionSide.h"
+#include "platform/standard/RegionSide.h"
 
-namespace ovinta::platform::linux {
+namespace ovinta::platform::standard {
 
 RegionSide sideOf(const CircularRegion& region, const Location& fix, const Geodesy& geodesy) {
   if (!(fix.horizontalAccuracy >= 0)) return RegionSide::unknown;
@@ -21,4 +21,4 @@ std::optional<RegionEvent> eventBetween(RegionSide before, RegionSide now,
   return std::nullopt;
 }
 
-}  // namespace ovinta::platform::linux
+}  // namespace ovinta::platform::standard
