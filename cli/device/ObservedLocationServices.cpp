@@ -99,10 +99,10 @@ class ObservedLocationServices::Manager : public platform::LocationManager,
     note(&ObservedLocation::beacons, record_->beacons.list());
     if (delegate_) delegate_->didRangeBeacons(beacons, region);
   }
-  void didEnterRegion(const BeaconRegion& region) override {
+  void didEnterRegion(const Region& region) override {
     if (delegate_) delegate_->didEnterRegion(region);
   }
-  void didExitRegion(const BeaconRegion& region) override {
+  void didExitRegion(const Region& region) override {
     if (delegate_) delegate_->didExitRegion(region);
   }
 
