@@ -1,6 +1,9 @@
 #include "cli/client/HumanText.h"
 
+#include <array>
+#include <chrono>
 #include <cstddef>
+#include <ctime>
 
 #include "platform/JSON.h"
 
@@ -56,6 +59,15 @@ std::string visibleText(std::string_view text, bool keepsLines) {
     }
   }
   return visible;
+}
+
+std::string utcText(platform::Date date, const char* format) {
+  const std::time_t seconds =
+      std::chrono::floor<std::chrono::seconds>(date).time_since_epoch().count();
+  std::tm parts{};
+  gmtime_r(&seconds, &parts);
+  std::array<char, 32> text{};
+  return {text.data(), std::strftime(text.data(), text.size(), format, &parts)};
 }
 
 std::string scalarText(const Value& value) {

@@ -3,6 +3,7 @@
 #include <string>
 #include <string_view>
 
+#include "platform/Date.h"
 #include "platform/Value.h"
 
 namespace ovinta::cli {
@@ -13,6 +14,9 @@ std::string humanText(const platform::Value& value);
 /// The text with its control characters, which could move the cursor or worse, escaped as in
 /// "\x1b"; line feeds stay when `keepsLines`.
 std::string visibleText(std::string_view text, bool keepsLines = false);
+
+/// The date in universal time, by a format of `strftime`.
+std::string utcText(platform::Date date, const char* format);
 
 /// A text in visible characters, anything else as JSON.
 std::string scalarText(const platform::Value& value);

@@ -1,5 +1,6 @@
 #include "cli/client/Records.h"
 
+#include "cli/client/Cards.h"
 #include "cli/client/Table.h"
 #include "platform/JSON.h"
 
@@ -42,7 +43,7 @@ Value word(std::int64_t rawState) {
 
 }  // namespace
 
-Result resultOf(const Order& order) { return Result(fromWire(order)); }
+Result resultOf(const Order& order) { return {fromWire(order), cardText(order)}; }
 
 Result resultOf(const OrderList& orders) {
   return table({{"ID", "id"},
@@ -52,7 +53,8 @@ Result resultOf(const OrderList& orders) {
                 {"STATE", "state"},
                 {"CUSTOMER", "customer_state"},
                 {"CODE", "redemption_code"},
-                {"RATING", "customer_rating_value_string"}},
+                {"RATING", "customer_rating_value_string"},
+                {"ETA", "eta_at"}},
                listOf(orders, [](const OrderPtr& order) { return fromWire(*order); }));
 }
 
@@ -100,7 +102,7 @@ Result resultOf(const Customer& customer) {
   addText(fields, "car_color", customer.info.carColor);
   addText(fields, "license_plate", customer.info.licensePlate);
   addText(fields, "phone", customer.info.phone);
-  return Result(std::move(fields));
+  return {std::move(fields), cardText(customer)};
 }
 
 Result resultOf(const std::vector<platform::UserNotificationRequest>& requests) {

@@ -1,9 +1,6 @@
 #include "cli/device/Timeline.h"
 
-#include <array>
-#include <chrono>
 #include <cmath>
-#include <ctime>
 #include <iomanip>
 #include <iostream>
 #include <sstream>
@@ -19,15 +16,6 @@ void Timeline::setSituation(Situation situation) {
   situation_ = std::move(situation);
 }
 
-std::string Timeline::clockText(const char* format) const {
-  const std::time_t seconds =
-      std::chrono::floor<std::chrono::seconds>(now_()).time_since_epoch().count();
-  std::tm parts{};
-  gmtime_r(&seconds, &parts);
-  std::array<char, 32> text{};
-  return {text.data(), std::strftime(text.data(), text.size(), format, &parts)};
-}
-
 void Timeline::begin(std::string_view title) {
   const std::scoped_lock lock(mutex_);
   if (json_) return printObject("step", title, {});
@@ -40,7 +28,7 @@ void Timeline::add(std::string_view kind, std::string_view text, platform::Dicti
   const auto& [distance, accuracy] = situation_;
   const std::string metres = distance ? std::to_string(std::lround(*distance)) + " m" : "";
   std::ostringstream line;
-  line << "  " << clockText("%H:%M:%S");
+  line << "  " << utcText(now_(), "%H:%M:%S");
   // What stands below says more of it.
   if (!block_.isShown()) {
     line << std::right << std::setw(9) << metres;
@@ -75,7 +63,7 @@ void Timeline::add(const Exchange& exchange) {
 
 void Timeline::printObject(std::string_view kind, std::string_view text,
                            platform::Dictionary details) {
-  details.emplace("time", clockText("%Y-%m-%dT%H:%M:%SZ"));
+  details.emplace("time", utcText(now_(), "%Y-%m-%dT%H:%M:%SZ"));
   details.emplace("kind", kind);
   details.emplace("text", text);
   if (situation_.distance) details.emplace("distance", std::lround(*situation_.distance));

@@ -46,7 +46,6 @@ class Timeline {
   void summarize(std::string_view text, platform::Dictionary details);
 
  private:
-  std::string clockText(const char* format) const;
   void print(std::string_view line);
   void printObject(std::string_view kind, std::string_view text, platform::Dictionary details);
 

@@ -110,7 +110,7 @@ TEST_F(ClientTest, takesAnOrderFromItsMakingToItsRating) {
       {"ovinta orders event 1001 --customer-state completed --verbose", 0,
        "Successfully created order event"},
       {"ovinta track", 1, "No order of the customer is open"},
-      {"ovinta orders create --site 42 --partner-id $'a\\nb\\x1b[31m\\u009b' | grep partner", 0,
+      {"ovinta orders create --site 42 --partner-id $'a\\nb\\x1b[31m\\u009b' | grep Partner", 0,
        "a\\x0ab\\x1b[31m\\x9b\n"},
   });
 }
@@ -121,9 +121,9 @@ TEST_F(ClientTest, keepsTheCustomerFromCallToCall) {
       {"ovinta customer update --name Alex", 1, "Could not load customer"},
       {"ovinta customer sign-up --email a@example.com --password secret", 1, "Could not load"},
       {"ovinta customer create --name Alex --no-terms", 1, "terms_of_service"},
-      {"ovinta customer create --name Alex --phone 555", 0, "registered: false"},
-      {"ovinta customer update --car-type Van", 0, "car_type: Van"},
-      {"ovinta customer show", 0, "name: Alex\nphone: 555"},
+      {"ovinta customer create --name Alex --phone 555", 0, "Registered  no"},
+      {"ovinta customer update --car-type Van", 0, "Car         Van"},
+      {"ovinta customer show", 0, "Name        Alex\nRegistered  no\nPhone       555\n"},
       {"ovinta customer sign-up --email a@example.com --password short", 1, "status: 422"},
       {"echo secret | ovinta customer sign-up --email a@example.com --password - --json", 0,
        "\"registered\":true"},
@@ -132,18 +132,18 @@ TEST_F(ClientTest, keepsTheCustomerFromCallToCall) {
       {"ovinta customer login --email a@example.com --password wrong", 1, "Error Signing In: "},
       {"export OVINTA_PASSWORD=secret; ovinta customer login --email a@example.com", 0, "Alex"},
       {"ovinta customer login-token nobodys", 1, "`ovinta customer logout`"},
-      {"ovinta customer show", 0, "car_type: Van"},
+      {"ovinta customer show", 0, "Car         Van"},
       {"ovinta customer request-password --email nowhere", 1, "status: 422"},
       {"ovinta customer request-password --email a@example.com", 0, "on its way"},
       {"ovinta customer set-password --reset-token wrong --password another", 1, "is unknown"},
       {"merchant GET customers | field reset_password_token > $home/token", 0, ""},
       {"(cat $home/token; echo another) | ovinta customer set-password --reset-token - --password "
        "-",
-       0, "registered: true"},
-      {"ovinta customer login --email a@example.com --password another", 0, "name: Alex"},
+       0, "Registered  yes"},
+      {"ovinta customer login --email a@example.com --password another", 0, "Name        Alex"},
       {"ovinta customer login --email a@example.com --password secret", 1, "status: 401"},
       {"merchant GET customers | field api_token > $home/token; ovinta customer logout", 0, ""},
-      {"ovinta customer login-token - < $home/token", 0, "name: Alex"},
+      {"ovinta customer login-token - < $home/token", 0, "Name        Alex"},
       {"echo '$ovinta customer login --email a --password - <&0 & p=$!; until stty -a | grep -q "
        "\" -echo \"; do :; done; kill $p; wait $p; stty -a' > $home/hidden; export ovinta; "
        "script -qec \"bash $home/hidden\" /dev/null",
@@ -182,7 +182,7 @@ TEST_F(ClientTest, tellsOfTheServicesFaults) {
                 0, "200"};
   };
   expect({
-      {"ovinta orders create --site 42 --partner-id P --name Alex", 0, "id: 1001"},
+      {"ovinta orders create --site 42 --partner-id P --name Alex", 0, "Order           1001"},
       fault("GET/m/v1/orders", "empty_body"),
       {"ovinta orders fetch --json", 1, "\"description\":\"invalid response\""},
       {"echo '{}' | ovinta push -", 1, "Error Getting Orders: invalid response"},
@@ -210,7 +210,7 @@ TEST_F(ClientTest, armsNotificationsThatATripFires) {
       {"ovinta notify arm 42 43 --simulate --title Near --data key=value --data k=v=w", 0, "Armed"},
       {"ovinta notify list --json", 0,
        "\"data\":{\"k\":\"v=w\",\"key\":\"value\",\"message_source\":\"ovinta.notify\"}"},
-      {"ovinta orders create --site 42 --partner-id P --name Alex", 0, "id: 1001"},
+      {"ovinta orders create --site 42 --partner-id P --name Alex", 0, "Order           1001"},
       {"ovinta track --pace 0 | grep -c 'shown *Near: Tell us'", 0, "1"},
       {"ovinta notify list", 0, "ovinta.notify 43"},
       {"! ovinta notify list | grep 'ovinta.notify 42'", 0, ""},
@@ -231,7 +231,7 @@ TEST_F(ClientTest, findsAndClaimsWhatTheMerchantOffers) {
       offer("a"),
       offer("b"),
       offer("c"),
-      {"ovinta orders find $(cat $home/a)", 0, "id: 1001"},
+      {"ovinta orders find $(cat $home/a)", 0, "Order           1001"},
       {"ovinta orders find NONE", 1, "Error Finding Redeem Code: "},
       {"ovinta orders claim $(cat $home/a)", 1, "Could not load customer"},
       {"ovinta orders claim $(cat $home/a) --as-current --name Alex", 1, "Could not load customer"},
@@ -240,7 +240,7 @@ TEST_F(ClientTest, findsAndClaimsWhatTheMerchantOffers) {
       {"ovinta orders claim NONE --name Alex --consent", 1, "Error Claiming Order"},
       {"ovinta orders claim $(cat $home/a) --name Alex --push-token device --json", 0, "device"},
       {"ovinta orders claim $(cat $home/b) --as-current --name Kim --pickup-type in_store", 0,
-       "customer_name: Kim"},
+       "Customer        Kim"},
       {"ovinta orders fetch | wc -l", 0, "3"},
       {"merchant POST orders/1001/gone", 0, "200"},
       {"ovinta orders event 1001 --customer-state arrived", 3, "design: the service said"},
@@ -249,19 +249,23 @@ TEST_F(ClientTest, findsAndClaimsWhatTheMerchantOffers) {
       {"ovinta customer create --name Sam; ovinta orders claim $(cat $home/b)", 1, "status: 404"},
       {"merchant PUT minimum-app-version/9.0", 0, ""},
       {"ovinta orders claim $(cat $home/c)", 1, "status: 425"},
-      {"ovinta orders claim $(cat $home/c) --app-version 9.1", 0, "id: 1003"},
+      {"ovinta orders claim $(cat $home/c) --app-version 9.1", 0, "Order           1003"},
   });
 }
 
 TEST_F(ClientTest, appliesPushes) {
   expect({
       {"echo '{}' | ovinta push -", 1, "Could not load customer"},
-      {"ovinta orders create --site 42 --partner-id P --name Alex", 0, "id: 1001"},
+      {"ovinta orders create --site 42 --partner-id P --name Alex --car-type Van --license-plate X",
+       0, "Customer        Alex\nCar             Van, X\n"},
       {"echo '{\"order_id\": \"1001\", \"order_state\": \"ready\"}' > $home/push; ovinta push "
        "$home/push "
        "--json",
        0, "\"state\":\"ready\""},
       {"echo '{\"order_id\": \"7\"}' | ovinta push -", 0, "created"},
+      {"echo '{\"order_id\": \"1001\", \"eta_at\": \"2030-01-02T03:04:05.000-0500\"}' | ovinta "
+       "push -",
+       0, "2030-01-02T08:04:05"},
       {"ovinta push $home/none --json", 1, "\"description\":\"cannot read"},
       {"ovinta push $home", 1, "cannot read"},
       {"echo '{' | ovinta push -", 1, "the payload is not JSON"},
@@ -271,7 +275,7 @@ TEST_F(ClientTest, appliesPushes) {
 
 TEST_F(ClientTest, followsOpenOrdersOnASimulatedTrip) {
   expect({
-      {"ovinta orders create --site 42 --partner-id P --name Alex", 0, "id: 1001"},
+      {"ovinta orders create --site 42 --partner-id P --name Alex", 0, "Order           1001"},
       {"$ovinta track --live --data-dir $home/data > $home/live & process=$!"
        "; for line in Waiting Following; do until grep -q $line $home/live; do :; done; done"
        "; kill -INT $process; wait $process",

@@ -30,12 +30,12 @@ serve() {
 }
 client() { $ovinta "$@" --data-dir $home/data --base-url $service; }
 end() { kill -$1 $process; wait $process; echo "exit $?"; }
-serve; client orders create --site 42 --partner-id P --name Alex --token T | grep '^id'; end INT
+serve; client orders create --site 42 --partner-id P --name Alex --token T | grep ^Order; end INT
 serve --seed-file $home/after --app-token T
 client orders fetch --token U 2>&1 | grep -o 401
 client orders fetch --token T | wc -l; end TERM
 )bash");
-  EXPECT_EQ(result.output, "id: 1001\nexit 0\n401\n2\nexit 0\n");
+  EXPECT_EQ(result.output, "Order           1001\nexit 0\n401\n2\nexit 0\n");
 }
 
 TEST(Process, leavesNothingBehindWhenNobodyReadsTheDemonstration) {
