@@ -46,12 +46,14 @@ std::optional<ExitCode> Track::fetchOrders() {
   const Output output(options_.client.json);
   const auto end = std::make_shared<Guarded<std::optional<ErrorPtr>>>();
   Ovinta::orders().fetch([end](const auto& /*orders*/, const ErrorPtr& error) { end->set(error); });
+  report_.showProgress("Fetching the orders");
   device_.time().waitUntil([&] { return end->get() || interruption_.happened(); }, kPatience);
+  report_.hideProgress();
   interruption_.check();
   const auto error = end->get();
   if (!error) {
     output.printFailure("The orders cannot be fetched", "no answer came.");
-    return ExitCode::noCallback;
+    return ExitCode::failure;
   }
   if (*error) {
     output.print(**error);

@@ -41,6 +41,7 @@ class TrackReport {
   /// See `Timeline::showBelow`.
   void showBelow(std::vector<std::string> lines) { timeline_.showBelow(std::move(lines)); }
   void showProgress(const std::string& text) { progress_.show(text); }
+  void hideProgress() { progress_.clear(); }
 
   const ExchangeLog& exchanges() const { return exchanges_; }
 

@@ -109,7 +109,8 @@ TEST_F(ClientTest, takesAnOrderFromItsMakingToItsRating) {
       {"ovinta orders fetch --json", 0, "\"customer_rating_value_string\":\"5\""},
       {"ovinta orders event 1001 --customer-state completed --verbose", 0,
        "Successfully created order event"},
-      {"ovinta track", 1, "No order of the customer is open"},
+      {"script -qec \"$ovinta track --data-dir $home/data\" /dev/null", 1,
+       "Fetching the orders\r\x1b[K"},
       {"ovinta orders create --site 42 --partner-id $'a\\nb\\x1b[31m\\u009b' | grep Partner", 0,
        "a\\x0ab\\x1b[31m\\x9b\n"},
   });
