@@ -2,12 +2,13 @@
 #include <signal.h>
 
 #include <CLI/CLI.hpp>
-#include <cstdint>
 #include <iostream>
 #include <memory>
 #include <string>
 
 #include "cli/Commands.h"
+#include "cli/client/ExitCode.h"
+#include "cli/client/NumberOptions.h"
 #include "sandbox/Sandbox.h"
 #include "sandbox/SnapshotFile.h"
 #include "sandbox/WireForms.h"
@@ -20,12 +21,12 @@ struct SandboxArguments {
   std::string snapshotFile;
 };
 
-int fail(const std::string& error) {
+ExitCode fail(const std::string& error) {
   std::cerr << "ovinta sandbox: " << error << "\n";
-  return 1;
+  return ExitCode::failure;
 }
 
-int runSandbox(const SandboxArguments& arguments) {
+ExitCode runSandbox(const SandboxArguments& arguments) {
   if (!arguments.snapshotFile.empty()) {
     // At the end it would be too late to learn it.
     if (const auto error = sandbox::trySnapshotFile(arguments.snapshotFile)) return fail(*error);
@@ -39,13 +40,13 @@ int runSandbox(const SandboxArguments& arguments) {
 
   sandbox::Sandbox service(arguments.options);
   if (const auto error = service.start()) return fail(*error);
-  std::cout << service.baseURL() << std::endl;
   int signal = 0;
-  sigwait(&signals, &signal);
+  // Nobody finds it whose address could not be written, which the end of the process tells.
+  if (std::cout << service.baseURL() << std::endl) sigwait(&signals, &signal);
   service.stop();
-  if (arguments.snapshotFile.empty()) return 0;
+  if (arguments.snapshotFile.empty()) return ExitCode::success;
   const auto error = service.saveSnapshot(arguments.snapshotFile);
-  return error ? fail(*error) : 0;
+  return error ? fail(*error) : ExitCode::success;
 }
 
 }  // namespace
@@ -54,15 +55,19 @@ void addSandboxCommand(CLI::App& app, int& exitCode) {
   auto arguments = std::make_shared<SandboxArguments>();
   sandbox::Options* options = &arguments->options;
   CLI::App* command = app.add_subcommand("sandbox", "Serve the REST service on this machine");
-  command->add_option("--port", options->port, "Port on 127.0.0.1; 0 for any that is free")
+  addNumber(*command, "--port", options->port, "Port on 127.0.0.1; 0 for any that is free")
       ->check(CLI::Range(0, 65535))
       ->capture_default_str();
-  command->add_option("--seed", options->seed, "Tokens and redemption codes follow from it")
+  addNumber(*command, "--seed", options->seed, "Tokens and redemption codes follow from it")
       ->capture_default_str();
-  command->add_option("--seed-file", options->seedFile,
-                      "Start with the snapshot that the file holds, and reset to it");
-  command->add_option("--snapshot-file", arguments->snapshotFile,
-                      "Write a snapshot to the file when the service ends");
+  command
+      ->add_option("--seed-file", options->seedFile,
+                   "Start with the snapshot that the file holds, and reset to it")
+      ->type_name("FILE");
+  command
+      ->add_option("--snapshot-file", arguments->snapshotFile,
+                   "Write a snapshot to the file when the service ends")
+      ->type_name("FILE");
   command->add_option("--app-token", options->appToken, "Refuse apps with another token");
   command
       ->add_option("--minimum-app-version", options->minimumAppVersion,
@@ -72,7 +77,8 @@ void addSandboxCommand(CLI::App& app, int& exitCode) {
             return sandbox::isVersion(text) ? std::string() : text + " is no version";
           },
           "VERSION"));
-  command->callback([arguments, &exitCode] { exitCode = runSandbox(*arguments); });
+  command->callback(
+      [arguments, &exitCode] { exitCode = static_cast<int>(runSandbox(*arguments)); });
 }
 
 }  // namespace ovinta::cli

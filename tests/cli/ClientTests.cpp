@@ -66,6 +66,7 @@ TEST_F(ClientTest, refusesWrongUsageEarly) {
       {"ovinta orders rate 99999999999999999999 5", 2, "is no whole decimal number"},
       {"ovinta orders rate 0x3EA 5", 2, "is no whole decimal number"},
       {"ovinta sites search --page 01", 2, "is no whole decimal number"},
+      {"$ovinta sandbox --seed -3", 2, "is no whole decimal number"},
       {"ovinta sites region --latitude nan --longitude 0 --radius 1", 2, "is no decimal number"},
       {"ovinta orders create --site 42 --partner-id P --pickup-in 9223372036854775807", 2, "range"},
       {"ovinta orders create --site 42 --partner-id P --pickup-in 1 --pickup-for -20", 2, "range"},

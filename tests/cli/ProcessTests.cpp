@@ -13,7 +13,7 @@ using testing::HasSubstr;
 
 TEST(Process, failsWhenItsOutputCannotBeWritten) {
   const test::TemporaryDirectory directory;
-  for (const char* command : {"--help", "orders list --data-dir $data", "man"}) {
+  for (const char* command : {"--help", "orders list --data-dir $data", "man", "sandbox"}) {
     const auto result =
         shell("data=" + directory.path().string() + "; $ovinta " + command + " > /dev/full");
     EXPECT_EQ(result.exitCode, 1) << command;
