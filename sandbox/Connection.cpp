@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <span>
 
 namespace ovinta::sandbox {
 namespace {
@@ -17,9 +18,15 @@ constexpr std::string_view kHeadEnd = "\r\n\r\n";
 
 thread_local Connection* currentConnection = nullptr;
 
-void setTimeout(int socket, int option, std::chrono::seconds time) {
-  const timeval value{.tv_sec = time.count(), .tv_usec = 0};
-  ::setsockopt(socket, SOL_SOCKET, option, &value, sizeof value);
+/// The number of those that are ready, which is 0 when the time is over; without a limit there is
+/// no such end.
+int await(std::span<pollfd> watched, std::optional<std::chrono::milliseconds> limit) {
+  const int timeout = limit ? static_cast<int>(limit->count()) : -1;
+  int count = 0;
+  do {
+    count = ::poll(watched.data(), watched.size(), timeout);
+  } while (count < 0 && errno == EINTR);
+  return count;
 }
 
 using NameOf = int (*)(int, sockaddr*, socklen_t*);
@@ -44,8 +51,6 @@ std::string_view trimmed(std::string_view text) {
 
 Connection::Connection(int socket, std::chrono::seconds patience, const StopSignal& stop)
     : socket_(socket), patience_(patience), stop_(stop), outer_(currentConnection) {
-  setTimeout(socket_, SO_RCVTIMEO, patience_);
-  setTimeout(socket_, SO_SNDTIMEO, patience_);
   currentConnection = this;
 }
 
@@ -73,12 +78,7 @@ Connection::HeaderFields Connection::headers() const {
 bool Connection::waitForHangUp(std::optional<std::chrono::milliseconds> limit) const {
   std::array<pollfd, 2> watched = {{{.fd = socket_, .events = POLLRDHUP, .revents = 0},
                                     {.fd = stop_.descriptor(), .events = POLLIN, .revents = 0}}};
-  const int timeout = limit ? static_cast<int>(limit->count()) : -1;
-  int count = 0;
-  do {
-    count = ::poll(watched.data(), watched.size(), timeout);
-  } while (count < 0 && errno == EINTR);
-  return count == 0;
+  return await(watched, limit) == 0;
 }
 
 void Connection::close() {
@@ -94,20 +94,19 @@ void Connection::reset() {
   ::close(std::exchange(socket_, -1));
 }
 
-bool Connection::is_readable() const {
-  pollfd watched{.fd = socket_, .events = POLLIN, .revents = 0};
-  const auto timeout = std::chrono::milliseconds(patience_).count();
-  return !unread_.empty() || ::poll(&watched, 1, static_cast<int>(timeout)) > 0;
+int Connection::awaitClient(int events) const {
+  std::array<pollfd, 2> watched = {
+      {{.fd = socket_, .events = static_cast<short>(events), .revents = 0},
+       {.fd = stop_.descriptor(), .events = POLLIN, .revents = 0}}};
+  return socket_ >= 0 && await(watched, patience_) > 0 ? watched[0].revents : 0;
 }
 
-bool Connection::is_writable() const {
-  pollfd watched{.fd = socket_, .events = POLLOUT | POLLRDHUP, .revents = 0};
-  const auto timeout = std::chrono::milliseconds(patience_).count();
-  return socket_ >= 0 && ::poll(&watched, 1, static_cast<int>(timeout)) > 0 &&
-         watched.revents == POLLOUT;
-}
+bool Connection::is_readable() const { return !unread_.empty() || awaitClient(POLLIN) != 0; }
+
+bool Connection::is_writable() const { return awaitClient(POLLOUT | POLLRDHUP) == POLLOUT; }
 
 bool Connection::fill() {
+  if (awaitClient(POLLIN) == 0) return false;
   const auto count = ::recv(socket_, buffer_.data(), buffer_.size(), 0);
   if (count <= 0) return false;
   unread_ = {buffer_.data(), static_cast<std::size_t>(count)};
@@ -124,8 +123,14 @@ ssize_t Connection::read(char* bytes, std::size_t size) {
 }
 
 ssize_t Connection::write(const char* bytes, std::size_t size) {
-  if (socket_ < 0) return -1;
-  return ::send(socket_, bytes, size, MSG_NOSIGNAL);
+  std::size_t sent = 0;
+  while (sent < size) {
+    if (awaitClient(POLLOUT) == 0) return -1;
+    const auto count = ::send(socket_, bytes + sent, size - sent, MSG_NOSIGNAL | MSG_DONTWAIT);
+    if (count < 0 && errno != EAGAIN && errno != EINTR) return -1;
+    sent += static_cast<std::size_t>(std::max<ssize_t>(count, 0));
+  }
+  return static_cast<ssize_t>(size);
 }
 
 void Connection::get_remote_ip_and_port(std::string& ip, int& port) const {

@@ -21,7 +21,8 @@ class Connection : public httplib::Stream {
  public:
   using HeaderFields = std::vector<std::pair<std::string, std::string>>;
 
-  /// Takes the socket over. The client is not waited for longer than `patience` at a time.
+  /// Takes the socket over. The client is not waited for longer than `patience` at a time, nor once
+  /// the service stops.
   Connection(int socket, std::chrono::seconds patience, const StopSignal& stop);
   /// Closes what is still open.
   ~Connection() override;
@@ -53,6 +54,8 @@ class Connection : public httplib::Stream {
   socket_t socket() const override { return socket_; }
 
  private:
+  /// Waits for `poll` events of the socket; answers those that have come, 0 for none.
+  int awaitClient(int events) const;
   bool fill();
 
   int socket_;

@@ -12,15 +12,15 @@ namespace ovinta::sandbox {
 /// hold a thread, and hold up stopping.
 class HTTPServer : public httplib::Server {
  public:
-  /// How long a client may leave a request, or the end of an answer, waiting.
-  static constexpr std::chrono::seconds kPatience{1};
-
   /// Ends all waiting and serving; to be called once the server listens. May be called from any
   /// thread.
   void stopAll();
 
  private:
   bool process_and_close_socket(socket_t socket) override;
+
+  /// How long a client may leave a request, or the end of an answer, waiting.
+  static constexpr std::chrono::seconds kPatience{10};
 
   StopSignal stop_;
 };

@@ -45,8 +45,8 @@ class Sandbox {
   /// or absent when the service is ready.
   std::optional<std::string> start();
 
-  /// Answers what is in progress, ends open streams and what a fault holds up, and returns when the
-  /// last thread has ended. No effect when the service does not run.
+  /// Answers the requests that have come, ends open streams and what a fault holds up, and returns
+  /// when the last thread has ended. No effect when the service does not run.
   void stop();
 
   /// Writes all that the service knows to a file that can be a seed file; before, during and after

@@ -17,7 +17,9 @@ namespace {
 
 constexpr const char* kHost = "127.0.0.1";
 /// Some are left when all places to wait are taken.
-constexpr std::size_t kThreads = WaitingPlaces::kMost + 8;
+constexpr std::size_t kThreads = WaitingPlaces::kMost + 16;
+/// How long those that listen for pushes may take to go at the end.
+constexpr std::chrono::seconds kFarewell{1};
 constexpr std::size_t kLongestBodyOfApps = 1 << 20;
 
 /// Whether the path is on the merchant's and tester's side.
@@ -83,7 +85,7 @@ std::optional<std::string> Sandbox::Server::start() {
 void Sandbox::Server::stop() {
   if (!thread_.joinable()) return;
   // Once the server stops it breaks off what is still being sent.
-  service_.pushes.close(HTTPServer::kPatience);
+  service_.pushes.close(kFarewell);
   http_.stopAll();
   thread_.join();
 }
