@@ -7,6 +7,7 @@
 #include <string>
 
 #include "sandbox/PushMailbox.h"
+#include "sandbox/WakeSignal.h"
 
 namespace ovinta::sandbox {
 
@@ -31,6 +32,8 @@ struct Answer {
   std::shared_ptr<PushMailbox::Listener> pushes = nullptr;
   /// Held until the answer is through.
   std::shared_ptr<void> place = nullptr;
+  /// Ends the silence of an answer that is none; null for all others.
+  std::shared_ptr<const WakeSignal> end = nullptr;
   /// Absent for all answers but spoilt ones.
   std::optional<Delivery> delivery = {};
 };

@@ -49,7 +49,7 @@ std::string_view trimmed(std::string_view text) {
 
 }  // namespace
 
-Connection::Connection(int socket, std::chrono::seconds patience, const StopSignal& stop)
+Connection::Connection(int socket, std::chrono::seconds patience, const WakeSignal& stop)
     : socket_(socket), patience_(patience), stop_(stop), outer_(currentConnection) {
   currentConnection = this;
 }
@@ -75,10 +75,13 @@ Connection::HeaderFields Connection::headers() const {
   return fields;
 }
 
-bool Connection::waitForHangUp(std::optional<std::chrono::milliseconds> limit) const {
-  std::array<pollfd, 2> watched = {{{.fd = socket_, .events = POLLRDHUP, .revents = 0},
-                                    {.fd = stop_.descriptor(), .events = POLLIN, .revents = 0}}};
-  return await(watched, limit) == 0;
+bool Connection::waitForHangUp(const WakeSignal& end,
+                               std::optional<std::chrono::milliseconds> limit) const {
+  std::array<pollfd, 3> watched = {{{.fd = socket_, .events = POLLRDHUP, .revents = 0},
+                                    {.fd = stop_.descriptor(), .events = POLLIN, .revents = 0},
+                                    {.fd = end.descriptor(), .events = POLLIN, .revents = 0}}};
+  await(watched, limit);
+  return watched[0].revents == 0 && watched[1].revents == 0;
 }
 
 void Connection::close() {

@@ -11,7 +11,7 @@
 #include <utility>
 #include <vector>
 
-#include "sandbox/StopSignal.h"
+#include "sandbox/WakeSignal.h"
 
 namespace ovinta::sandbox {
 
@@ -23,7 +23,7 @@ class Connection : public httplib::Stream {
 
   /// Takes the socket over. The client is not waited for longer than `patience` at a time, nor once
   /// the service stops.
-  Connection(int socket, std::chrono::seconds patience, const StopSignal& stop);
+  Connection(int socket, std::chrono::seconds patience, const WakeSignal& stop);
   /// Closes what is still open.
   ~Connection() override;
 
@@ -36,9 +36,10 @@ class Connection : public httplib::Stream {
   /// The request's header fields in the order received, names as received.
   HeaderFields headers() const;
 
-  /// Returns when the client has hung up, the service stops, or the time is over; answers whether
-  /// it is the time.
-  bool waitForHangUp(std::optional<std::chrono::milliseconds> limit = {}) const;
+  /// Returns when the client has hung up, the service stops, `end` is raised, or the time is over;
+  /// answers whether there is still someone to answer then.
+  bool waitForHangUp(const WakeSignal& end,
+                     std::optional<std::chrono::milliseconds> limit = {}) const;
 
   void close();
   /// Closes with a reset in place of an orderly end.
@@ -60,7 +61,7 @@ class Connection : public httplib::Stream {
 
   int socket_;
   const std::chrono::seconds patience_;
-  const StopSignal& stop_;
+  const WakeSignal& stop_;
   std::array<char, 4096> buffer_{};
   std::string_view unread_;
   /// The request's first bytes, up to the end of its head at least once that was read.

@@ -35,9 +35,10 @@ void streamPushes(Answer answer, httplib::Response& reply) {
 }
 
 /// Ends the connection without a word.
-void sendNothing(const Delivery& delivery) {
+void sendNothing(const Answer& answer) {
   Connection& connection = Connection::current();
-  if (delivery.end == Delivery::End::silence) connection.waitForHangUp();
+  const Delivery delivery = answer.delivery.value_or(Delivery());
+  if (delivery.end == Delivery::End::silence && answer.end) connection.waitForHangUp(*answer.end);
   if (delivery.end == Delivery::End::reset) {
     connection.reset();
   } else {
@@ -63,7 +64,7 @@ void sendSpoilt(const Delivery& delivery, Answer answer, httplib::Response& repl
 }  // namespace
 
 void deliver(Answer answer, httplib::Response& reply) {
-  if (answer.status == 0) return sendNothing(answer.delivery.value_or(Delivery()));
+  if (answer.status == 0) return sendNothing(answer);
   reply.status = answer.status;
   for (const auto& [name, value] : answer.headers) reply.set_header(name, value);
   if (answer.pushes) return streamPushes(std::move(answer), reply);

@@ -34,16 +34,23 @@ bool hasRule(std::span<const FieldRule> rules, std::string_view key) {
 void Faults::set(const Route& endpoint, Dictionary record) {
   const std::lock_guard lock(mutex_);
   records_.insert_or_assign(&endpoint, std::move(record));
+  wake(endpoint);
 }
 
 void Faults::clear() {
   const std::lock_guard lock(mutex_);
   records_.clear();
+  for (const auto& [endpoint, end] : std::exchange(ends_, {})) end->raise();
 }
 
 void Faults::clear(const Route& endpoint) {
   const std::lock_guard lock(mutex_);
   records_.erase(&endpoint);
+  wake(endpoint);
+}
+
+void Faults::wake(const Route& endpoint) {
+  if (const auto ended = ends_.extract(&endpoint)) ended.mapped()->raise();
 }
 
 List Faults::list() const {
@@ -57,7 +64,9 @@ std::optional<Fault> Faults::take(const Route& endpoint) {
   const std::lock_guard lock(mutex_);
   const auto entry = records_.find(&endpoint);
   if (entry == records_.end()) return std::nullopt;
-  Fault fault{kindOf(entry->second), entry->second};
+  auto& end = ends_[&endpoint];
+  if (!end) end = std::make_shared<WakeSignal>();
+  Fault fault{kindOf(entry->second), entry->second, end};
   if (const auto* count = platform::find<std::int64_t>(entry->second, "count")) {
     if (*count == 1) {
       records_.erase(entry);

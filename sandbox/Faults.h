@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <map>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -9,6 +10,7 @@
 
 #include "platform/Value.h"
 #include "sandbox/FaultKind.h"
+#include "sandbox/WakeSignal.h"
 
 namespace ovinta::sandbox {
 
@@ -18,6 +20,8 @@ struct Route;
 struct Fault {
   const FaultKind* kind;
   platform::Dictionary settings;
+  /// Raised when the endpoint is told to behave, or to misbehave otherwise.
+  std::shared_ptr<const WakeSignal> end;
 };
 
 /// Which endpoints misbehave, how, and how often yet. May be used from any thread.
@@ -27,6 +31,7 @@ class Faults {
   /// `faultErrors` and is listed as it is.
   void set(const Route& endpoint, platform::Dictionary record);
 
+  /// Those that wait are woken.
   void clear();
   void clear(const Route& endpoint);
 
@@ -38,8 +43,12 @@ class Faults {
   std::optional<Fault> take(const Route& endpoint);
 
  private:
+  /// Wakes those whom a fault of the endpoint has struck, and who may outlast its record.
+  void wake(const Route& endpoint);
+
   mutable std::mutex mutex_;
   std::map<const Route*, platform::Dictionary> records_;
+  std::map<const Route*, std::shared_ptr<WakeSignal>> ends_;
 };
 
 /// The complaints about a fault's record by field name, empty when it is sound: "fault" must name a

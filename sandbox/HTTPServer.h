@@ -4,7 +4,7 @@
 
 #include <chrono>
 
-#include "sandbox/StopSignal.h"
+#include "sandbox/WakeSignal.h"
 
 namespace ovinta::sandbox {
 
@@ -22,7 +22,7 @@ class HTTPServer : public httplib::Server {
   /// How long a client may leave a request, or the end of an answer, waiting.
   static constexpr std::chrono::seconds kPatience{10};
 
-  StopSignal stop_;
+  WakeSignal stop_;
 };
 
 }  // namespace ovinta::sandbox

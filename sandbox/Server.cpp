@@ -143,18 +143,19 @@ Answer Sandbox::Server::struck(const Route& route, const httplib::Request& reque
   auto place = kind.waits ? service_.waiting.take() : nullptr;
   if (kind.waits && !place) return tooManyWait();
   using enum FaultKind::Moment;
-  if (kind.moment == before && !pause(fault->settings)) return {.status = 0};
+  if (kind.moment == before && !pause(*fault)) return {.status = 0};
   Answer result = kind.moment == instead ? Answer() : answer(route, request, body);
   const FaultKind::Place here{request.target, request.get_header_value("Host"), port_};
   if (kind.spoil) kind.spoil(fault->settings, here, result);
   result.place = std::move(place);
+  result.end = fault->end;
   return result;
 }
 
-bool Sandbox::Server::pause(const platform::Dictionary& settings) const {
-  const std::chrono::duration<double> seconds(*number(settings.find("seconds")->second));
+bool Sandbox::Server::pause(const Fault& fault) const {
+  const std::chrono::duration<double> seconds(*number(fault.settings.find("seconds")->second));
   const auto time = std::chrono::ceil<std::chrono::milliseconds>(seconds);
-  if (!pause_) return Connection::current().waitForHangUp(time);
+  if (!pause_) return Connection::current().waitForHangUp(*fault.end, time);
   pause_(time);
   return true;
 }

@@ -39,7 +39,7 @@ class Sandbox::Server {
   /// The route's answer, or what a fault makes of it.
   Answer struck(const Route& route, const httplib::Request& request, const std::string& body);
   /// Waits out a delay; answers whether there is still someone to answer then.
-  bool pause(const platform::Dictionary& settings) const;
+  bool pause(const Fault& fault) const;
   Answer answer(const Route& route, const httplib::Request& request, const std::string& body);
   /// The answer to a request that the route must not see; absent for all others.
   std::optional<Answer> rejection(Access access, const httplib::Request& request,

@@ -15,14 +15,19 @@ namespace {
 
 using std::chrono::milliseconds;
 
-/// What comes back for a request over a bare socket, with a mark when the connection was reset.
-std::string askForConfiguration(int port) {
+int connectedSocket(int port) {
   const int socket = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
   sockaddr_in address{};
   address.sin_family = AF_INET;
   address.sin_port = htons(static_cast<std::uint16_t>(port));
   address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
   ::connect(socket, reinterpret_cast<const sockaddr*>(&address), sizeof address);
+  return socket;
+}
+
+/// What comes back for a request over a bare socket, with a mark when the connection was reset.
+std::string askForConfiguration(int port) {
+  const int socket = connectedSocket(port);
   const std::string_view request = "GET /m/v1/app HTTP/1.1\r\nApp-Version: 1\r\n\r\n";
   ::send(socket, request.data(), request.size(), MSG_NOSIGNAL);
   std::string bytes;
@@ -141,22 +146,38 @@ TEST_F(FaultTest, SilenceEndsWithTheClient) {
 
 using WaitingTest = SandboxTest;
 
-TEST_F(WaitingTest, EndsWithTheService) {
-  app.send("PUT", "/sandbox/faults/GET/m/v1/app", R"({"fault":"never_answers","count":1})");
-  app.send("PUT", "/sandbox/faults/GET/m/v1/orders",
-           R"({"fault":"delay","seconds":3600,"count":1})");
-  std::vector<std::future<bool>> answered;
-  for (const char* path : {"/m/v1/app", "/m/v1/orders"}) {
-    answered.push_back(std::async(std::launch::async, [port = sandbox.port(), path] {
-      return httplib::Client("127.0.0.1", port).Get(path).error() == httplib::Error::Success;
-    }));
+TEST_F(WaitingTest, EndsWithTheFaultOrTheService) {
+  for (const bool isCleared : {true, false}) {
+    app.send("PUT", "/sandbox/faults/GET/m/v1/app", R"({"fault":"never_answers","count":1})");
+    app.send("PUT", "/sandbox/faults/GET/m/v1/orders",
+             R"({"fault":"delay","seconds":3600,"count":1})");
+    std::vector<std::future<bool>> answered;
+    for (const char* path : {"/m/v1/app", "/m/v1/orders"}) {
+      answered.push_back(std::async(std::launch::async, [port = sandbox.port(), path] {
+        return httplib::Client("127.0.0.1", port).Get(path).error() == httplib::Error::Success;
+      }));
+    }
+    // A fault that has struck as often as it was told is no longer listed.
+    while (!app.send("GET", "/sandbox/faults").list().empty()) {
+    }
+    if (isCleared) {
+      app.send("DELETE", "/sandbox/faults");
+    } else {
+      sandbox.stop();
+    }
+    EXPECT_FALSE(answered[0].get());
+    EXPECT_EQ(answered[1].get(), isCleared);
   }
-  // A fault that has struck as often as it was told is no longer listed.
-  while (!app.send("GET", "/sandbox/faults").list().empty()) {
-  }
+}
+
+TEST_F(WaitingTest, ForAClientThatPausesDoesNotHoldUpTheEnd) {
+  const int socket = connectedSocket(sandbox.port());
+  // Whoever came before is served by now.
+  app.send("GET", "/sandbox/faults");
+  const auto start = std::chrono::steady_clock::now();
   sandbox.stop();
-  EXPECT_FALSE(answered[0].get());
-  EXPECT_FALSE(answered[1].get());
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
+  ::close(socket);
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-#include "sandbox/StopSignal.h"
+#include "sandbox/WakeSignal.h"
 
 #include <sys/eventfd.h>
 #include <unistd.h>
@@ -8,12 +8,12 @@
 
 namespace ovinta::sandbox {
 
-StopSignal::StopSignal() : descriptor_(::eventfd(0, EFD_CLOEXEC)) {
+WakeSignal::WakeSignal() : descriptor_(::eventfd(0, EFD_CLOEXEC)) {
   if (descriptor_ < 0) throw std::system_error(errno, std::generic_category(), "eventfd");
 }
 
-StopSignal::~StopSignal() { ::close(descriptor_); }
+WakeSignal::~WakeSignal() { ::close(descriptor_); }
 
-void StopSignal::raise() { ::eventfd_write(descriptor_, 1); }
+void WakeSignal::raise() { ::eventfd_write(descriptor_, 1); }
 
 }  // namespace ovinta::sandbox
