@@ -48,12 +48,11 @@ ExitCode Client::report(const Outcome& outcome, std::string_view reasonForSilenc
     output_.printFailure("No answer comes, by design", std::string(reasonForSilence));
     return ExitCode::noCallback;
   }
-  if (outcome.error) {
-    output_.print(*outcome.error);
-    return ExitCode::failure;
-  }
+  // Arming in a region can fail and have its sites all the same.
   if (outcome.result) output_.print(*outcome.result);
-  return ExitCode::success;
+  if (!outcome.error) return ExitCode::success;
+  output_.print(*outcome.error);
+  return ExitCode::failure;
 }
 
 }  // namespace ovinta::cli

@@ -1,9 +1,12 @@
 #include "cli/client/HumanText.h"
 
+#include <locale.h>
+
 #include <array>
 #include <chrono>
 #include <cstddef>
 #include <ctime>
+#include <cwchar>
 
 #include "platform/JSON.h"
 
@@ -59,6 +62,19 @@ std::string visibleText(std::string_view text, bool keepsLines) {
     }
   }
   return visible;
+}
+
+Glyph firstGlyph(std::string_view text) {
+  static const locale_t kUTF8 = ::newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
+  const locale_t before = kUTF8 ? ::uselocale(kUTF8) : nullptr;
+  std::mbstate_t state{};
+  wchar_t character = 0;
+  const std::size_t bytes = std::mbrtowc(&character, text.data(), text.size(), &state);
+  const bool isOne = bytes > 0 && bytes <= text.size();
+  const int columns = isOne ? ::wcwidth(character) : -1;
+  if (before) ::uselocale(before);
+  return {.bytes = isOne ? bytes : 1,
+          .columns = columns < 0 ? 1 : static_cast<std::size_t>(columns)};
 }
 
 std::string utcText(platform::Date date, const char* format) {

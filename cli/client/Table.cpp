@@ -29,10 +29,15 @@ std::string cellText(const Value& row, const Column& column) {
   return scalarText(*field) + (column.unit.empty() ? "" : " " + column.unit);
 }
 
-/// Characters, not bytes.
+/// In columns of a terminal.
 std::size_t width(std::string_view text) {
-  return static_cast<std::size_t>(std::ranges::count_if(
-      text, [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U; }));
+  std::size_t columns = 0;
+  while (!text.empty()) {
+    const Glyph glyph = firstGlyph(text);
+    columns += glyph.columns;
+    text.remove_prefix(glyph.bytes);
+  }
+  return columns;
 }
 
 using Line = std::vector<std::string>;

@@ -12,12 +12,14 @@
 namespace ovinta::cli {
 namespace {
 
-/// The text's beginning, of so many characters at most.
-std::string cut(const std::string& text, std::size_t characters) {
+/// The text's beginning, of so many columns at most.
+std::string cut(const std::string& text, std::size_t columns) {
   std::size_t end = 0;
-  for (; end < text.size(); ++end) {
-    const bool isContinued = (static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80;
-    if (!isContinued && characters-- == 0) break;
+  while (end < text.size()) {
+    const Glyph glyph = firstGlyph(std::string_view(text).substr(end));
+    if (glyph.columns > columns) break;
+    columns -= glyph.columns;
+    end += glyph.bytes;
   }
   return text.substr(0, end);
 }

@@ -110,12 +110,12 @@ TEST(ObservedLocationServices, recordWhatPasses) {
 }
 
 TEST(TerminalBlock, fitsTheTerminal) {
-  const std::vector<std::string> lines{"Straße 1", "\x1b[2J", "third"};
+  const std::vector<std::string> lines{"Str店ße 1", "\x1b[2J", "third"};
   const struct {
     std::size_t rows, columns;
     std::vector<std::string> fitting;
-  } cases[] = {{4, 80, {"Straße 1", "\\x1b[2J", "third"}},
-               {3, 6, {"Straß", "\\x1b["}},
+  } cases[] = {{4, 80, {"Str店ße 1", "\\x1b[2J", "third"}},
+               {3, 6, {"Str店", "\\x1b["}},
                {1, 6, {}},
                {4, 1, {"", "", ""}}};
   for (const auto& [rows, columns, fitting] : cases) {
