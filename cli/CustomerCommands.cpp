@@ -147,7 +147,8 @@ void addPasswordCommands(ClientCommands& commands) {
             ->required();
         addSecretOption(command, "--confirmation", reset.confirmation,
                         "The new password once more, for the service to compare; left out, the "
-                        "same");
+                        "same")
+            ->check(isNotEmpty);
       },
       [](Client& client, const PasswordReset& reset) {
         return performCustomer(client, [&](CustomerCallback callback) {

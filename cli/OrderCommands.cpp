@@ -1,9 +1,18 @@
 #include "cli/Commands.h"
 #include "cli/client/NumberOptions.h"
 #include "cli/client/OrderReports.h"
+#include "cli/client/Secret.h"
 
 namespace ovinta::cli {
 namespace {
+
+constexpr const char* kOpen = "open";
+
+struct Fetch {
+  std::optional<std::string> pushToken;
+  /// Which of them to show; empty for all.
+  std::string only;
+};
 
 struct Event {
   std::int64_t orderID = 0;
@@ -17,12 +26,18 @@ struct Rating {
   std::optional<std::string> comments;
 };
 
-ExitCode fetchOrders(Client& client, const std::optional<std::string>& pushToken) {
-  if (pushToken) Ovinta::updatePushToken(*pushToken);
+/// The orders that are asked for, of those that have been fetched.
+std::optional<OrderList> chosen(const Fetch& fetch, const std::optional<OrderList>& all) {
+  if (!all || fetch.only.empty()) return all;
+  return fetch.only == kOpen ? Ovinta::orders().open() : Ovinta::orders().closed();
+}
+
+ExitCode fetchOrders(Client& client, const Fetch& fetch) {
+  if (fetch.pushToken) Ovinta::updatePushToken(*fetch.pushToken);
   return client.perform(
-      [](const Client::Report& report) {
-        Ovinta::orders().fetch([report](const auto& orders, const ErrorPtr& error) {
-          report(optionalResult(orders), error);
+      [&](const Client::Report& report) {
+        Ovinta::orders().fetch([&fetch, report](const auto& orders, const ErrorPtr& error) {
+          report(optionalResult(chosen(fetch, orders)), error);
         });
       },
       kNoData);
@@ -79,11 +94,13 @@ ExitCode rateOrder(Client& client, const Rating& rating) {
 }
 
 void addReadingCommands(ClientCommands& commands) {
-  commands.add<std::optional<std::string>>(
+  commands.add<Fetch>(
       "fetch", "Get all orders and keep their summaries",
-      [](CLI::App& command, std::optional<std::string>& pushToken) {
-        command.add_option("--push-token", pushToken,
-                           "The device's push token, for open orders that have none");
+      [](CLI::App& command, Fetch& fetch) {
+        addSecretOption(command, "--push-token", fetch.pushToken,
+                        "The device's push token, for open orders that have none");
+        command.add_option("--only", fetch.only, "Show these alone")
+            ->check(CLI::IsMember({kOpen, "closed"}));
       },
       fetchOrders);
   commands.add<NoInput>("list", "Show the summaries that are kept, without asking the service",

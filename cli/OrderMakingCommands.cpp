@@ -4,6 +4,7 @@
 #include "cli/client/CustomerOptions.h"
 #include "cli/client/NumberOptions.h"
 #include "cli/client/OrderReports.h"
+#include "cli/client/Secret.h"
 
 namespace ovinta::cli {
 namespace {
@@ -33,7 +34,7 @@ struct Claim {
 };
 
 void addPushTokenOption(CLI::App& command, std::optional<std::string>& token) {
-  command.add_option("--push-token", token, "The device's push token");
+  addSecretOption(command, "--push-token", token, "The device's push token");
 }
 
 std::optional<std::string> presentName(const CustomerInfo& customer) {

@@ -11,9 +11,9 @@ namespace {
 
 constexpr const char* kGroup = "Common options";
 
-std::string isNotEmpty(const std::string& text) { return text.empty() ? "is empty" : ""; }
-
 }  // namespace
+
+std::string isNotEmpty(const std::string& text) { return text.empty() ? "is empty" : ""; }
 
 void addServiceOptions(CLI::App& command, ClientOptions& options) {
   command.add_option("--base-url", options.baseURL, "The service's address; remembered")

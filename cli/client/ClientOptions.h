@@ -35,6 +35,9 @@ void addDataDirectoryOption(CLI::App& command, ClientOptions& options);
 /// Adds all options; `options` must outlive the parsing.
 void addClientOptions(CLI::App& command, ClientOptions& options);
 
+/// Empty when the text is not, otherwise what is wrong with it.
+std::string isNotEmpty(const std::string& text);
+
 /// Empty when the text can be a service's address, otherwise what is wrong with it.
 std::string isBaseURL(const std::string& text);
 

@@ -65,11 +65,10 @@ std::string readLine(const std::string& name) {
 
 }  // namespace
 
-CLI::Option* addSecretOption(CLI::App& command, const std::string& name, std::string& secret,
-                             const std::string& description, const std::string& variable) {
-  return command.add_option(name, secret, description + "; \"-\": read from standard input")
-      ->envname(variable)
-      ->transform([name](const std::string& text) { return text == "-" ? readLine(name) : text; });
+CLI::Option* keepSecret(CLI::Option* option, const std::string& variable) {
+  return option->envname(variable)->transform([name = option->get_name()](const std::string& text) {
+    return text == "-" ? readLine(name) : text;
+  });
 }
 
 }  // namespace ovinta::cli
