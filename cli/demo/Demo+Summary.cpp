@@ -1,33 +1,10 @@
 #include <string>
+#include <utility>
 
+#include "cli/client/Records.h"
 #include "cli/demo/Demo.h"
-#include "cli/device/StoredOrders.h"
 
 namespace ovinta::cli {
-namespace {
-
-platform::Dictionary dictionary(const StoredOrder& order) {
-  return {{"id", order.id},
-          {"partnerIdentifier", order.partnerIdentifier},
-          {"siteId", order.siteId},
-          {"state", order.state},
-          {"customerState", order.customerState}};
-}
-
-/// The state kept as a raw value, in the service's word.
-template <class State>
-std::string wireString(std::int64_t rawValue) {
-  const auto state = stateFromRawValue<State>(rawValue);
-  return state ? std::string(stateRow(*state).wireString) : std::to_string(rawValue);
-}
-
-std::string line(const StoredOrder& order) {
-  return "  order " + std::to_string(order.id) + " (" + order.partnerIdentifier + ") at site " +
-         std::to_string(order.siteId) + ", " + wireString<OrderState>(order.state) + ", customer " +
-         wireString<CustomerState>(order.customerState) + "\n";
-}
-
-}  // namespace
 
 void Demo::summarize(bool succeeded) {
   std::string text = "Requests\n";
@@ -42,15 +19,14 @@ void Demo::summarize(bool succeeded) {
   text += "Distance filter changes: " + std::to_string(changes) + "\n";
 
   text += "Orders in the store\n";
-  platform::List orders;
+  platform::Value orders = platform::List();
   const auto stored = readStoredOrders(orderStoreFile());
   if (const auto* rows = std::get_if<std::vector<StoredOrder>>(&stored)) {
-    for (const StoredOrder& order : *rows) {
-      text += line(order);
-      orders.emplace_back(dictionary(order));
-    }
+    Result result = resultOf(*rows);
+    text += result.text;
+    orders = std::move(result.value);
   } else {
-    text += "  " + std::get<std::string>(stored) + "\n";
+    text += std::get<std::string>(stored) + "\n";
   }
   text += succeeded ? "Every expected step was seen.\n" : "The demonstration failed.\n";
   timeline_.summarize(text, {{"requests", requests},

@@ -57,9 +57,10 @@ TEST(Demo, goesFromTheAccountToTheRating) {
   ASSERT_GT(seen.size(), accuracies.size());
   EXPECT_TRUE(std::equal(accuracies.begin(), accuracies.end(), seen.begin()));
   EXPECT_THAT(seen, Contains("best for navigation, 3 m"));
-  EXPECT_THAT(textsOfKind(result, "summary"),
-              ElementsAre(AllOf(HasSubstr(R"("customerState":5)"), HasSubstr(R"("state":1)"),
-                                HasSubstr(R"("succeeded":true)"))));
+  EXPECT_THAT(
+      textsOfKind(result, "summary"),
+      ElementsAre(AllOf(HasSubstr(R"("customer_state":"completed")"),
+                        HasSubstr(R"("state":"ready")"), HasSubstr(R"("succeeded":true)"))));
 }
 
 TEST(Demo, printsTheSameEventsForTheSameSeedOnly) {
