@@ -2,6 +2,7 @@
 
 #include "OvintaSDK/core/OvintaState.h"
 #include "tests/support/BrokenContainer.h"
+#include "tests/support/DeathTest.h"
 #include "tests/support/SDKFixture.h"
 
 namespace ovinta::test {
@@ -26,14 +27,15 @@ TEST_F(OrderStoreTest, IsWrittenOneOperationAtATime) {
 
 class OrderStoreDeathTest : public SDKFixture {
  protected:
-  OrderStoreDeathTest() { GTEST_FLAG_SET(death_test_style, "threadsafe"); }
-
   void useContainer(std::optional<platform::StoreError> error) {
     restartWith([&error](platform::Services& changed) {
       changed.persistentContainers = std::make_shared<BrokenContainer>(
           BrokenContainer::Faults{.load = std::move(error), .hasStores = false});
     });
   }
+
+ private:
+  const DeathTest inAProcessOfItsOwn_;
 };
 
 TEST_F(OrderStoreDeathTest, AMissingOrMalformedModelEndsTheProcessWithoutAWord) {

@@ -3,6 +3,7 @@
 
 #include "platform/linux/dbus/Service.h"
 #include "tests/support/BusFixture.h"
+#include "tests/support/DeathTest.h"
 #include "tests/support/ServiceDouble.h"
 
 namespace ovinta::platform::linux::dbus {
@@ -178,7 +179,7 @@ TEST_F(DBusTest, TheBusMayEndWithCallsUnderWay) {
 }
 
 TEST_F(DBusTest, TheProcessMayExitWithCallsUnderWay) {
-  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  const test::DeathTest inAProcessOfItsOwn;
   const auto exitDuringCall = [this] {
     service_->call(kPath, kName, "Hang", {}, [](const Reply&) { ADD_FAILURE(); });
     waitUntil([&] { return clock_.count("Hang") == 1; });

@@ -12,6 +12,7 @@
 #include "platform/linux/PrivateDirectory.h"
 #include "platform/linux/SystemClock.h"
 #include "platform/linux/notifications/NotificationStore.h"
+#include "tests/support/DeathTest.h"
 #include "tests/support/Files.h"
 #include "tests/support/TemporaryDirectory.h"
 
@@ -105,7 +106,7 @@ TEST(PrivateDirectoryTest, AnotherUsersDirectoryIsRefused) {
 }
 
 TEST(LinuxServicesTest, AreCompleteAndTouchTheDiskOnlyWhenWrittenTo) {
-  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  const test::DeathTest inAProcessOfItsOwn;
   const test::TemporaryDirectory directory;
   const auto data = directory.path() / "data";
   test::writeFile(directory.path() / "Info.json", R"({"name": "the app"})");
