@@ -43,6 +43,10 @@ class Client {
   /// Has `observer` called after each answer of the service, on the network's thread.
   void onAnswer(std::function<void()> observer) { *answered_ = std::move(observer); }
 
+  /// Throws `std::runtime_error` when customer or address have changed and the next call will not
+  /// find them so.
+  void refuseUnkept() const;
+
   /// Runs an operation to its end, that of all work it has started included.
   Outcome await(const std::function<void(Report)>& start);
 
@@ -56,7 +60,9 @@ class Client {
   }
 
  private:
+  const ClientOptions options_;
   Output output_;
+  std::optional<std::string> firstToken_;
   std::shared_ptr<Activity> activity_ = std::make_shared<Activity>();
   std::shared_ptr<std::function<void()>> answered_ = std::make_shared<std::function<void()>>();
 };

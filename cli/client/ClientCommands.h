@@ -36,7 +36,9 @@ class ClientCommands {
       }
       exitCode = static_cast<int>(Output(options->json).guard([&] {
         Client client(*options, simulatesLocation);
-        return run(client, *input);
+        const ExitCode code = run(client, *input);
+        client.refuseUnkept();
+        return code;
       }));
     });
   }

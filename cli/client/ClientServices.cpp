@@ -4,6 +4,7 @@
 
 #include <filesystem>
 #include <stdexcept>
+#include <utility>
 
 #include "OvintaSDK/OvintaSDK.h"
 #include "cli/device/StoredOrders.h"
@@ -24,19 +25,32 @@ void refuseUnwritable(const std::filesystem::path& directory) {
   throw std::runtime_error("the data directory " + directory.string() + " cannot be written to");
 }
 
-}  // namespace
-
-platform::Services clientServices(const ClientOptions& options, platform::linux::Options system) {
+platform::Services systemServices(const ClientOptions& options, platform::linux::Options system) {
   system.applicationID = "ovinta";
   system.dataDirectory = options.dataDirectory;
   if (!options.verbose) system.log = std::make_shared<platform::simulation::RecordingLog>();
   // What the command arms is for its own trips.
   system.usesNotifyAgent = false;
-  platform::Services services = platform::linux::makeServices(system);
+  return platform::linux::makeServices(system);
+}
+
+}  // namespace
+
+platform::Services clientServices(const ClientOptions& options, platform::linux::Options system) {
+  platform::Services services = systemServices(options, std::move(system));
   refuseUnwritable(orderStoreFile(services).parent_path());
   services.mainBundle = std::make_shared<SimulatedBundle>(
       SimulatedBundle::Texts{{"CFBundleShortVersionString", options.appVersion}});
   return services;
+}
+
+void refuseUnkept(const ClientOptions& options, UserDefaultsKey key,
+                  const std::optional<std::string>& text) {
+  // The installed store answers from memory.
+  const auto settings = systemServices(options, {}).settings;
+  if (stringForKey(*settings, key) == text) return;
+  throw std::runtime_error("the data directory does not keep the setting \"" +
+                           std::string(key.rawValue()) + "\": the next call will not know it");
 }
 
 void configureLibrary(const ClientOptions& options) {

@@ -1,5 +1,9 @@
 #pragma once
 
+#include <optional>
+#include <string>
+
+#include "OvintaSDK/core/UserDefaultsKey.h"
 #include "cli/client/ClientOptions.h"
 #include "platform/Services.h"
 #include "platform/linux/Linux.h"
@@ -10,6 +14,11 @@ namespace ovinta::cli {
 /// does. Throws `std::runtime_error` for a data directory that cannot be written to.
 platform::Services clientServices(const ClientOptions& options,
                                   platform::linux::Options system = {});
+
+/// Throws `std::runtime_error` when the data directory does not hold that text under the key, as
+/// another process reads it.
+void refuseUnkept(const ClientOptions& options, UserDefaultsKey key,
+                  const std::optional<std::string>& text);
 
 /// Configures the library, on the installed services, as the options ask for it.
 void configureLibrary(const ClientOptions& options);

@@ -81,7 +81,10 @@ TEST_F(ClientTest, refusesWrongUsageEarly) {
       {"service=http://; ovinta config", 2, "is no http or https address"},
       {"service='http://a b'; ovinta config", 2, "is no http or https address"},
       {"ovinta config --data-dir ''", 2, "is empty"},
-      {"$ovinta config --data-dir /dev/null/data", 1, "cannot be written to"},
+      {"mkdir -p $home/stuck/Settings.sqlite; $ovinta customer create --name Alex --data-dir "
+       "$home/stuck --base-url $service",
+       1, "does not keep"},
+      {"rm -r $home/stuck; $ovinta config --data-dir /dev/null/data", 1, "cannot be written to"},
       {"HOME=/dev/null XDG_DATA_HOME= $ovinta customer show", 1, "cannot be written to"},
       {"ls $home", 0, ""},
   });
