@@ -52,55 +52,72 @@ void addAccountOptions(CLI::App& command, Account& account) {
       ->required();
 }
 
+void addCreationOptions(CLI::App& command, Creation& creation) {
+  addNamedCustomerOptions(command, creation.info);
+  command.add_flag("--terms,!--no-terms", creation.consent.termsOfService,
+                   "Consent to the terms of service (given unless refused)");
+  command.add_flag("--age,!--no-age", creation.consent.ageVerification,
+                   "Consent to the age verification (given unless refused)");
+}
+
+ExitCode createCustomer(Client& client, const Creation& creation) {
+  return performCustomer(client, [&](CustomerCallback callback) {
+    Ovinta::customer().create(creation.info, creation.consent, std::move(callback));
+  });
+}
+
+ExitCode updateCustomer(Client& client, CustomerInfo info) {
+  const CustomerPtr customer = Ovinta::customer().current();
+  if (customer && info.name.empty()) info.name = customer->info.name;
+  return performCustomer(client, [&](CustomerCallback callback) {
+    Ovinta::customer().update(info, std::move(callback));
+  });
+}
+
+ExitCode showCustomer(Client& client, const NoInput& /*input*/) {
+  if (const CustomerPtr customer = Ovinta::customer().current()) {
+    client.output().print(resultOf(*customer));
+    return ExitCode::success;
+  }
+  client.output().printFailure("No Customer", "The data directory holds none.");
+  return ExitCode::failure;
+}
+
+ExitCode logOut(Client& client, const NoInput& /*input*/) {
+  Ovinta::customer().logout();
+  client.output().print(done("No customer is kept."));
+  return ExitCode::success;
+}
+
 void addDetailCommands(ClientCommands& commands) {
-  commands.add<Creation>(
-      "create", "Create an anonymous customer",
-      [](CLI::App& command, Creation& creation) {
-        addNamedCustomerOptions(command, creation.info);
-        command.add_flag("--terms,!--no-terms", creation.consent.termsOfService,
-                         "Consent to the terms of service (given unless refused)");
-        command.add_flag("--age,!--no-age", creation.consent.ageVerification,
-                         "Consent to the age verification (given unless refused)");
-      },
-      [](Client& client, const Creation& creation) {
-        return performCustomer(client, [&](CustomerCallback callback) {
-          Ovinta::customer().create(creation.info, creation.consent, std::move(callback));
-        });
-      });
+  commands.add<Creation>("create", "Create an anonymous customer", addCreationOptions,
+                         createCustomer);
   commands.add<CustomerInfo>("update", "Change the customer's details; what is left out stays",
-                             addCustomerOptions, [](Client& client, CustomerInfo info) {
-                               const CustomerPtr customer = Ovinta::customer().current();
-                               if (customer && info.name.empty()) info.name = customer->info.name;
-                               return performCustomer(client, [&](CustomerCallback callback) {
-                                 Ovinta::customer().update(info, std::move(callback));
-                               });
-                             });
-  commands.add<NoInput>(
-      "show", "Show the customer that is kept", noOptions, [](Client& client, const NoInput&) {
-        const CustomerPtr customer = Ovinta::customer().current();
-        if (customer) {
-          client.output().print(resultOf(*customer));
-          return ExitCode::success;
-        }
-        client.output().printFailure("No Customer", "The data directory holds none.");
-        return ExitCode::failure;
-      });
-  commands.add<NoInput>("logout", "Forget the customer", noOptions,
-                        [](Client& client, const NoInput&) {
-                          Ovinta::customer().logout();
-                          client.output().print(done("No customer is kept."));
-                          return ExitCode::success;
-                        });
+                             addCustomerOptions, updateCustomer);
+  commands.add<NoInput>("show", "Show the customer that is kept", noOptions, showCustomer);
+  commands.add<NoInput>("logout", "Forget the customer", noOptions, logOut);
+}
+
+ExitCode logIn(Client& client, const Account& account) {
+  return performCustomer(client, [&](CustomerCallback callback) {
+    Ovinta::customer().login(account.email, account.password, std::move(callback));
+  });
+}
+
+ExitCode logInWithToken(Client& client, const std::string& token) {
+  return performCustomer(client, [&](CustomerCallback callback) {
+    Ovinta::customer().loginWithToken(token, std::move(callback));
+  });
+}
+
+ExitCode signUp(Client& client, const Account& account) {
+  return performCustomer(client, [&](CustomerCallback callback) {
+    Ovinta::customer().signUp(account.email, account.password, std::move(callback));
+  });
 }
 
 void addAccountCommands(ClientCommands& commands) {
-  commands.add<Account>("login", "Log in by e-mail address and password", addAccountOptions,
-                        [](Client& client, const Account& account) {
-                          return performCustomer(client, [&](CustomerCallback callback) {
-                            Ovinta::customer().login(account.email, account.password,
-                                                     std::move(callback));
-                          });
-                        });
+  commands.add<Account>("login", "Log in by e-mail address and password", addAccountOptions, logIn);
   commands.add<std::string>(
       "login-token", "Log in by a customer's token",
       [](CLI::App& command, std::string& token) {
@@ -108,18 +125,37 @@ void addAccountCommands(ClientCommands& commands) {
                         "OVINTA_CUSTOMER_TOKEN")
             ->required();
       },
-      [](Client& client, const std::string& token) {
-        return performCustomer(client, [&](CustomerCallback callback) {
-          Ovinta::customer().loginWithToken(token, std::move(callback));
-        });
-      });
+      logInWithToken);
   commands.add<Account>("sign-up", "Give the customer an e-mail address and a password",
-                        addAccountOptions, [](Client& client, const Account& account) {
-                          return performCustomer(client, [&](CustomerCallback callback) {
-                            Ovinta::customer().signUp(account.email, account.password,
-                                                      std::move(callback));
-                          });
-                        });
+                        addAccountOptions, signUp);
+}
+
+ExitCode requestPassword(Client& client, const std::string& email) {
+  return client.perform(
+      [&](const Client::Report& report) {
+        Ovinta::customer().requestNewPassword(email, [report](const ErrorPtr& error) {
+          reportDone(report, error, "The message is on its way.");
+        });
+      },
+      kNoData);
+}
+
+void addResetOptions(CLI::App& command, PasswordReset& reset) {
+  addSecretOption(command, "--reset-token", reset.token, "The token of the message")->required();
+  addSecretOption(command, "--password", reset.password, "The new password", kPasswordVariable)
+      ->required();
+  addSecretOption(command, "--confirmation", reset.confirmation,
+                  "The new password once more, for the service to compare; left out, the same")
+      ->check(isNotEmpty);
+}
+
+ExitCode setPassword(Client& client, const PasswordReset& reset) {
+  const std::string& confirmation =
+      reset.confirmation.empty() ? reset.password : reset.confirmation;
+  return performCustomer(client, [&](CustomerCallback callback) {
+    Ovinta::customer().setNewPassword(reset.token, reset.password, confirmation,
+                                      std::move(callback));
+  });
 }
 
 void addPasswordCommands(ClientCommands& commands) {
@@ -128,36 +164,9 @@ void addPasswordCommands(ClientCommands& commands) {
       [](CLI::App& command, std::string& email) {
         command.add_option("--email", email, "The account's e-mail address")->required();
       },
-      [](Client& client, const std::string& email) {
-        return client.perform(
-            [&](const Client::Report& report) {
-              Ovinta::customer().requestNewPassword(email, [report](const ErrorPtr& error) {
-                reportDone(report, error, "The message is on its way.");
-              });
-            },
-            kNoData);
-      });
-  commands.add<PasswordReset>(
-      "set-password", "Set a new password with a reset token",
-      [](CLI::App& command, PasswordReset& reset) {
-        addSecretOption(command, "--reset-token", reset.token, "The token of the message")
-            ->required();
-        addSecretOption(command, "--password", reset.password, "The new password",
-                        kPasswordVariable)
-            ->required();
-        addSecretOption(command, "--confirmation", reset.confirmation,
-                        "The new password once more, for the service to compare; left out, the "
-                        "same")
-            ->check(isNotEmpty);
-      },
-      [](Client& client, const PasswordReset& reset) {
-        return performCustomer(client, [&](CustomerCallback callback) {
-          Ovinta::customer().setNewPassword(
-              reset.token, reset.password,
-              reset.confirmation.empty() ? reset.password : reset.confirmation,
-              std::move(callback));
-        });
-      });
+      requestPassword);
+  commands.add<PasswordReset>("set-password", "Set a new password with a reset token",
+                              addResetOptions, setPassword);
 }
 
 }  // namespace
