@@ -37,13 +37,15 @@ std::string windowText(const std::optional<PickupWindow>& window) {
 
 std::string siteText(const Order& order) {
   const std::string number = std::to_string(order.siteID);
-  return order.siteName ? *order.siteName + " (" + number + ")" : number;
+  const std::string name = joined({order.siteName});
+  return name.empty() ? number : name + " (" + number + ")";
 }
 
 std::string addressText(const Order& order) {
-  return order.siteFullAddress.value_or(
-      joined({order.siteStreetAddress, order.siteLocality, order.siteRegion, order.sitePostalCode,
-              order.siteCountry}));
+  const std::string whole = joined({order.siteFullAddress});
+  return whole.empty() ? joined({order.siteStreetAddress, order.siteLocality, order.siteRegion,
+                                 order.sitePostalCode, order.siteCountry})
+                       : whole;
 }
 
 constexpr auto kOrder = std::to_array<Entry<Order>>({
