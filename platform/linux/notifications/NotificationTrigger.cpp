@@ -20,9 +20,11 @@ NotificationTrigger::NotificationTrigger(const Services& services,
                  {.onClick = handlers_.onClick, .onAllClosed = [this] { review(); }}) {}
 
 void NotificationTrigger::review() {
-  store_->enqueue([weak = weak_from_this(), queue = mainQueue_](NotificationStore& store) {
-    const bool isArmed = !store.pending().empty();
-    queue->async([weak, isArmed] {
+  const auto isArmed = std::make_shared<bool>(false);
+  store_->enqueue([isArmed](NotificationStore& store) { *isArmed = !store.pending().empty(); });
+  // A step of its own, which runs also when the store cannot be read.
+  store_->enqueue([isArmed, weak = weak_from_this(), queue = mainQueue_](NotificationStore&) {
+    queue->async([weak, isArmed = *isArmed] {
       if (const auto self = weak.lock()) self->noteArmed(isArmed);
     });
   });

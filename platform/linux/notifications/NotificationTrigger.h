@@ -33,7 +33,8 @@ class NotificationTrigger : public LocationManagerDelegate,
                       Handlers handlers);
 
   /// Looks for what is pending, after all steps that the store has been given so far. To be called
-  /// whenever that may have changed. May be called from any thread.
+  /// whenever that may have changed. In a store that cannot be read nothing is. May be called from
+  /// any thread.
   void review();
 
   /// Whether it may follow the position; at first it may not.

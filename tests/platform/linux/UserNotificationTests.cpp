@@ -221,6 +221,10 @@ TEST_F(NotifyAgentTest, LeavesARunningApplicationAloneAndEndsWhenItIsDisarmed) {
 }
 
 TEST_F(NotifyAgentTest, EndsWithNothingToDoWithASecondAgentAndWithoutABus) {
+  // A store that cannot be opened.
+  registry_.note({"org.example.other", folder_.path() / "other.sqlite"});
+  test::writeFile(folder_.path() / "other.sqlite", "");
+  std::filesystem::create_directory(folder_.path() / "other.sqlite-wal");
   startAgent();
   waitUntil([&] { return ends_ == 1; });
 
