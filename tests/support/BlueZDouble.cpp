@@ -75,8 +75,8 @@ void BlueZDouble::restart() {
   service_.appear();
 }
 
-void BlueZDouble::setRefusing(bool isRefusing) {
-  service_.sync([&] { isRefusing_ = isRefusing; });
+void BlueZDouble::fail(const std::string& method, const Failure& failure) {
+  service_.sync([&] { failures_[method] = failure; });
 }
 
 void BlueZDouble::advertise(const std::string& adapter, const std::string& device,
@@ -105,6 +105,11 @@ void BlueZDouble::setDiscovering(const std::string& path, bool isDiscovering) {
 }
 
 ServiceDouble::Answer BlueZDouble::answer(const ServiceDouble::Call& call) {
+  if (const auto found = failures_.extract(call.method)) {
+    // An answer that is late comes from a service that has done its work.
+    if (found.mapped().name == kNoReply) answer(call);
+    return found.mapped();
+  }
   if (call.method == "GetManagedObjects") return objects();
   Adapter& adapter = adapters_[call.object];
   if (call.method == "SetDiscoveryFilter") return setFilter(adapter, call);
@@ -123,7 +128,6 @@ ServiceDouble::Answer BlueZDouble::setFilter(Adapter& adapter, const ServiceDoub
 }
 
 ServiceDouble::Answer BlueZDouble::start(const std::string& path, Adapter& adapter) {
-  if (isRefusing_) return Failure{kAccessDenied, "Rejected send message"};
   if (!service_.property<bool>(path, kAdapter, "Powered").value_or(false)) {
     return failure("NotReady", "Resource Not Ready");
   }

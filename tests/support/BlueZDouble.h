@@ -25,8 +25,8 @@ class BlueZDouble {
   void endDiscovery(const std::string& name);
   /// Comes back with the adapters, but without anything that a client asked for.
   void restart();
-  /// Whether the bus lets the client in.
-  void setRefusing(bool isRefusing);
+  /// Has the next call of the method fail; with `kNoReply`, after it was done.
+  void fail(const std::string& method, const dbus::Failure& failure);
 
   void advertise(const std::string& adapter, const std::string& device, const Bytes& data,
                  std::int16_t rssi, std::uint16_t company = 0x004C);
@@ -48,7 +48,7 @@ class BlueZDouble {
   void setDiscovering(const std::string& path, bool isDiscovering);
 
   std::map<std::string, Adapter> adapters_;
-  bool isRefusing_ = false;
+  std::map<std::string, dbus::Failure> failures_;
   ServiceDouble service_;
 };
 

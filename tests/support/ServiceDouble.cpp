@@ -90,6 +90,10 @@ void ServiceDouble::send(GDBusMessage* message, const Answer& answer) {
   if (const auto task = std::exchange(afterAnswer_, nullptr)) task();
 }
 
+void ServiceDouble::setForbidden(bool isForbidden) {
+  sync([&] { isForbidden_ = isForbidden; });
+}
+
 void ServiceDouble::addObject(const std::string& path, const std::string& interface,
                               Properties properties) {
   sync([&] { objects_[{path, interface}] = std::move(properties); });
@@ -139,6 +143,7 @@ GDBusMessage* ServiceDouble::receive(GDBusConnection* connection, GDBusMessage* 
 }
 
 ServiceDouble::Answer ServiceDouble::answer(const Call& call) {
+  if (isForbidden_) return Failure{kAccessDenied, "Rejected send message"};
   if (call.interface == kProperties) return answerForProperties(call);
   const auto signature = methods_.find(call.method);
   if (signature == methods_.end() || !objects_.contains({call.object, call.interface})) {

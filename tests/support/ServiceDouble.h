@@ -48,6 +48,8 @@ class ServiceDouble {
   void answerLate();
   /// For the handler: has the task run when the answer has been sent.
   void afterAnswer(std::function<void()> task) { afterAnswer_ = std::move(task); }
+  /// The bus lets nobody in to the service, or everybody again.
+  void setForbidden(bool isForbidden);
 
   void addObject(const std::string& path, const std::string& interface,
                  platform::linux::dbus::Properties properties = {});
@@ -94,6 +96,7 @@ class ServiceDouble {
   const std::map<std::string, std::string> methods_;
   const std::function<Answer(const Call&)> handler_;
   GDBusConnection* connection_ = nullptr;
+  bool isForbidden_ = false;
   std::map<std::pair<std::string, std::string>, platform::linux::dbus::Properties> objects_;
   std::vector<std::string> calls_;
   /// The calls that wait.

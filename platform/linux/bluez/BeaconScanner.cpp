@@ -34,14 +34,29 @@ class BeaconScanner::Scan {
   void notePresence(bool isPresent) {
     adapters_.clear();
     devices_.forgetAll();
-    if (!isPresent) return;
+    presence_ = isPresent ? std::make_shared<bool>(true) : nullptr;
+    if (isPresent) askObjects();
+  }
+
+  void askObjects() {
     service_.call(kBlueZRoot, kObjectManager, kGetObjects, {}, [this](const dbus::Reply& reply) {
+      if (reply.failure) {
+        scanner_.noteRefusal(*reply.failure);
+        return askAgain();
+      }
       for (const auto& [path, interfaces] : readBlueZObjects(reply)) {
         use(path, interfaces);
         const auto device = interfaces.find(kBlueZDevice);
         if (device != interfaces.end()) devices_.learn(path, device->second);
       }
     });
+  }
+
+  void askAgain() {
+    scanner_.mainQueue_->asyncAfter(scanner_.settings_.retryInterval,
+                                    [this, presence = std::weak_ptr(presence_)] {
+                                      if (!presence.expired()) askObjects();
+                                    });
   }
 
   void add(const Glib::VariantContainerBase& arguments) {
@@ -83,6 +98,8 @@ class BeaconScanner::Scan {
   }
 
   BeaconScanner& scanner_;
+  /// Expires when this BlueZ is gone.
+  std::shared_ptr<bool> presence_;
   std::map<std::string, std::unique_ptr<BlueZDiscovery>> adapters_;
   BlueZDevices devices_;
   dbus::Service service_;
@@ -118,6 +135,8 @@ void BeaconScanner::pass(const BeaconSighting& sighting) {
 }
 
 void BeaconScanner::noteRefusal(const dbus::Failure& failure) {
+  // Of an absence the bus tells.
+  if (failure.name == dbus::kServiceUnknown || failure.name == dbus::kDisconnected) return;
   if (std::exchange(hasLoggedRefusal_, true)) return;
   log_->write("Bluetooth does not look for beacons: " + failure.message);
 }

@@ -27,7 +27,7 @@ class BeaconScanner {
   struct Settings {
     /// How fast the strength of a beacon falls with the distance; see `pathLossDistance`.
     double pathLossExponent = standard::kFreeSpaceExponent;
-    /// From an adapter's refusal to discover to the next attempt.
+    /// From a refusal by BlueZ, or by the bus, to the next attempt.
     TimeInterval retryInterval = std::chrono::seconds(5);
   };
 

@@ -27,13 +27,21 @@ BlueZDiscovery::BlueZDiscovery(std::shared_ptr<dbus::Bus> systemBus,
   service_.onPropertiesChanged(
       settings_.adapter, kBlueZAdapter,
       [this](const std::string&, const dbus::Properties& changed) { note(changed); });
-  service_.getProperties(settings_.adapter, kBlueZAdapter,
-                         [this](const dbus::Properties& all) { note(all); });
+  ask();
+}
+
+void BlueZDiscovery::ask() {
+  service_.getProperties(
+      settings_.adapter, kBlueZAdapter, [this](const dbus::Properties& all) { note(all); },
+      [this](const dbus::Failure& failure) {
+        settings_.onRefusal(failure);
+        later(&BlueZDiscovery::ask);
+      });
 }
 
 void BlueZDiscovery::stop() {
-  const Step before = std::exchange(step_, Step::idle);
-  if (before != Step::starting && before != Step::running) return;
+  // What seems to have failed may run all the same, when the answer was late.
+  if (std::exchange(step_, Step::idle) == Step::idle) return;
   service_.call(settings_.adapter, kBlueZAdapter, "StopDiscovery", {}, {});
 }
 
@@ -54,10 +62,12 @@ void BlueZDiscovery::note(const dbus::Properties& changed) {
 
 void BlueZDiscovery::start() {
   step_ = Step::starting;
+  const auto noteAnswer = [this](const dbus::Reply& reply) { noteStarted(reply); };
   service_.call(settings_.adapter, kBlueZAdapter, "SetDiscoveryFilter", dbus::arguments(filter()),
-                {});
-  service_.call(settings_.adapter, kBlueZAdapter, "StartDiscovery", {},
-                [this](const dbus::Reply& reply) { noteStarted(reply); });
+                [this, noteAnswer](const dbus::Reply& reply) {
+                  if (reply.failure) return noteAnswer(reply);
+                  service_.call(settings_.adapter, kBlueZAdapter, "StartDiscovery", {}, noteAnswer);
+                });
 }
 
 void BlueZDiscovery::noteStarted(const dbus::Reply& reply) {
@@ -79,8 +89,16 @@ void BlueZDiscovery::noteStarted(const dbus::Reply& reply) {
 
 void BlueZDiscovery::retryLater() {
   step_ = Step::waiting;
-  mainQueue_->asyncAfter(settings_.retryInterval, [this, life = std::weak_ptr(life_)] {
-    if (!life.expired() && step_ == Step::waiting) start();
+  later(&BlueZDiscovery::retry);
+}
+
+void BlueZDiscovery::retry() {
+  if (step_ == Step::waiting) start();
+}
+
+void BlueZDiscovery::later(void (BlueZDiscovery::*step)()) {
+  mainQueue_->asyncAfter(settings_.retryInterval, [this, step, life = std::weak_ptr(life_)] {
+    if (!life.expired()) (this->*step)();
   });
 }
 

@@ -15,7 +15,7 @@ class BlueZDiscovery {
  public:
   struct Settings {
     std::string adapter;
-    /// From an attempt that failed, or a discovery that somebody has ended, to the next attempt.
+    /// From a call that failed, or a discovery that somebody has ended, to the next attempt.
     TimeInterval retryInterval;
     /// Told of each refusal that is not a mere matter of time.
     std::function<void(const dbus::Failure&)> onRefusal;
@@ -30,10 +30,14 @@ class BlueZDiscovery {
  private:
   enum class Step { idle, starting, running, waiting };
 
+  void ask();
   void note(const dbus::Properties& changed);
   void start();
   void noteStarted(const dbus::Reply& reply);
   void retryLater();
+  void retry();
+  /// Has the main queue run `step` after the interval, unless the object is gone by then.
+  void later(void (BlueZDiscovery::*step)());
 
   const std::shared_ptr<MainQueue> mainQueue_;
   const Settings settings_;

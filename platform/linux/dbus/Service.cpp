@@ -96,9 +96,12 @@ void Service::find(std::function<void(bool)> handler) {
 }
 
 void Service::getProperties(std::string object, const std::string& interface,
-                            PropertiesHandler handler) {
+                            PropertiesHandler handler,
+                            std::function<void(const Failure&)> onFailure) {
   bus_->call(propertiesCall(name_, std::move(object), interface),
-             whileAlive([handler = std::move(handler)](const Reply& reply) {
+             whileAlive([handler = std::move(handler),
+                         onFailure = std::move(onFailure)](const Reply& reply) {
+               if (reply.failure && onFailure) return onFailure(*reply.failure);
                handler(read<Properties>(reply.values, 0).value_or(Properties()));
              }));
 }

@@ -54,8 +54,10 @@ class Service {
   /// have to be started for it.
   void tell(std::string object, std::string interface, std::string method);
 
-  /// Reads all properties of an interface; after a failure there are none.
-  void getProperties(std::string object, const std::string& interface, PropertiesHandler handler);
+  /// Reads all properties of an interface; after a failure there are none, or `onFailure` is called
+  /// in place of `handler`.
+  void getProperties(std::string object, const std::string& interface, PropertiesHandler handler,
+                     std::function<void(const Failure&)> onFailure = {});
 
   void setProperty(std::string object, const std::string& interface, const char* property,
                    const Glib::VariantBase& value, Completion completion = {});

@@ -62,6 +62,11 @@ class BlueZTest : public test::BusTest {
     EXPECT_THAT(pass(1s), ElementsAre("all: 1@-60"));
   }
 
+  void expectResumes(const std::string& adapter) {
+    for (int i = 0; i < 20 && !bluez_.isDiscovering(adapter); ++i) pass(6s);
+    expectHears(adapter);
+  }
+
   void expectRest() {
     waitForDiscovery("hci0", false);
     pass(6s);
@@ -129,13 +134,22 @@ TEST_F(BlueZTest, ResumesWheneverItCan) {
   expectHears("hci0");
   expectHears("hci1");
 
-  bluez_.setRefusing(true);
+  bluez_.service().setForbidden(true);
   bluez_.endDiscovery("hci1");
   for (int i = 0; i < 3; ++i) pass(6s);
-  EXPECT_FALSE(bluez_.isDiscovering("hci1"));
-  bluez_.setRefusing(false);
-  pass(6s);
-  expectHears("hci1");
+  bluez_.service().setForbidden(false);
+  expectResumes("hci1");
+  for (const auto* method : {"GetManagedObjects", "SetDiscoveryFilter", "StartDiscovery"}) {
+    bluez_.fail(method, {dbus::kAccessDenied, "Rejected send message"});
+    bluez_.restart();
+    for (const auto* adapter : {"hci0", "hci1"}) expectResumes(adapter);
+  }
+  bluez_.service().setForbidden(true);
+  bluez_.removeAdapter("hci1");
+  bluez_.addAdapter("hci1");
+  for (int i = 0; i < 3; ++i) pass(6s);
+  bluez_.service().setForbidden(false);
+  expectResumes("hci1");
   EXPECT_THAT(log_->lines(),
               ElementsAre("org.bluez is not on the bus",
                           "Bluetooth does not look for beacons: Rejected send message"));
@@ -162,6 +176,11 @@ TEST_F(BlueZTest, RestsWhileNothingIsTrackedOrAllowed) {
   permission_->set(PositionAccess::granted);
   waitForDiscovery("hci0");
   EXPECT_THAT(pass(1s), ElementsAre("one:"));
+  manager_->stopRangingBeacons(kOne);
+  expectRest();
+  bluez_.fail("StartDiscovery", {dbus::kNoReply, "late"});
+  manager_->startRangingBeacons(kOne);
+  waitForDiscovery("hci0");
   manager_->stopRangingBeacons(kOne);
   expectRest();
   manager_->startRangingBeacons(kOne);
