@@ -32,16 +32,17 @@ std::optional<fs::path> fileIn(const std::optional<fs::path>& directory, const c
   return directory ? std::optional(*directory / name) : std::nullopt;
 }
 
-/// Of the services it takes all the others.
+/// Of the services it takes what `StoredUserNotificationCenter` uses.
 std::shared_ptr<UserNotificationCenter> makeUserNotifications(
     const Options& options, const std::string& applicationID,
     const std::optional<fs::path>& directory, std::shared_ptr<dbus::Bus> sessionBus,
     const Services& services) {
   StoredUserNotificationCenter::Setup setup{.applicationID = applicationID,
                                             .file = fileIn(directory, "Notifications.sqlite"),
+                                            .agents = AgentRegistry::ofUser(),
+                                            .usesAgent = options.usesNotifyAgent,
                                             .positionSource = options.positionSource,
                                             .onClicked = options.onNotificationClicked};
-  if (options.usesNotifyAgent) setup.agents = AgentRegistry::ofUser();
   return std::make_shared<StoredUserNotificationCenter>(services, std::move(sessionBus),
                                                         std::move(setup));
 }

@@ -53,7 +53,8 @@ struct Options {
   std::function<void(const Dictionary& userInfo)> onNotificationClicked = {};
   /// Whether `ovinta-notify-agent`, where it is installed, shows pending notifications while the
   /// application does not run. The agent then finds the data directory through a file in
-  /// `$XDG_DATA_HOME`, else `$HOME/.local/share`. Inside a sandbox there is no agent.
+  /// `$XDG_DATA_HOME`, else `$HOME/.local/share`; false takes it away. Inside a sandbox there is no
+  /// agent.
   bool usesNotifyAgent = true;
   /// How fast the strength of a beacon falls with the distance, for the estimates of the latter: 2
   /// in free space, up to 3 indoors, some 4 among obstacles. Default: 2, also for numbers outside

@@ -28,7 +28,9 @@ StoredUserNotificationCenter::StoredUserNotificationCenter(const Services& servi
       store_(std::make_shared<NotificationStoreQueue>(*services.operationQueues, setup_.file,
                                                       services.log)) {
   const auto application = registration();
-  if (application) agent_ = std::make_shared<AgentContact>(sessionBus, *application);
+  if (application) {
+    agent_ = std::make_shared<AgentContact>(sessionBus, *application, setup_.usesAgent);
+  }
   trigger_ = std::make_shared<NotificationTrigger>(
       services, sessionBus, setup_.applicationID, store_,
       NotificationTrigger::Handlers{setup_.onClicked, [this] {
@@ -37,7 +39,7 @@ StoredUserNotificationCenter::StoredUserNotificationCenter(const Services& servi
   services.mainQueue->async([weak = std::weak_ptr(trigger_)] {
     if (const auto trigger = weak.lock()) trigger->setFollowing(true);
   });
-  trigger_->review();
+  review();
   const auto take = [store = store_, queue = services.mainQueue, onClicked = setup_.onClicked] {
     takeClicks(*store, queue, onClicked);
   };
@@ -49,6 +51,18 @@ StoredUserNotificationCenter::StoredUserNotificationCenter(const Services& servi
 std::optional<RegisteredApplication> StoredUserNotificationCenter::registration() const {
   if (!setup_.agents || !setup_.file) return std::nullopt;
   return RegisteredApplication{setup_.applicationID, *setup_.file, setup_.positionSource};
+}
+
+void StoredUserNotificationCenter::review() {
+  if (const auto application = registration()) {
+    // Before the agent, which the review may start or have look again, looks for it.
+    store_->enqueue([agents = *setup_.agents, usesAgent = setup_.usesAgent,
+                     application = *application](NotificationStore& store) {
+      if (!usesAgent) return agents.withdraw(application);
+      if (!store.pending().empty()) agents.note(application);
+    });
+  }
+  trigger_->review();
 }
 
 void StoredUserNotificationCenter::getPendingNotificationRequests(
@@ -69,7 +83,7 @@ void StoredUserNotificationCenter::removePendingNotificationRequests(
   store_->enqueue([identifiers = std::move(identifiers)](NotificationStore& store) {
     store.remove(identifiers);
   });
-  trigger_->review();
+  review();
 }
 
 void StoredUserNotificationCenter::add(
@@ -85,13 +99,7 @@ void StoredUserNotificationCenter::add(
         }
         if (completion) completion(std::move(error));
       });
-  if (const auto application = registration()) {
-    // Before the agent, which the review may start, looks for it.
-    store_->enqueue([agents = *setup_.agents, application = *application](NotificationStore&) {
-      agents.note(application);
-    });
-  }
-  trigger_->review();
+  review();
 }
 
 }  // namespace ovinta::platform::linux

@@ -22,15 +22,18 @@ class StoredUserNotificationCenter : public UserNotificationCenter {
     std::string applicationID;
     /// Keeps the requests; without one they stay in memory.
     std::optional<std::filesystem::path> file = {};
-    /// Absent when nobody is to fire the requests while the application does not run.
+    /// Where an agent finds the application; absent where there can be none.
     std::optional<AgentRegistry> agents = {};
+    /// Whether the agent is to fire the requests while the application does not run.
+    bool usesAgent = true;
     /// Where those have the position from.
     PositionSource positionSource = PositionSource::automatic;
     /// Called on the main queue with the user info of each notification that the user clicks.
     std::function<void(const Dictionary&)> onClicked = {};
   };
 
-  /// Of the services it uses all but the notifications.
+  /// Of the services it uses main queue, operation queues, notification centre, location, geodesy
+  /// and log.
   StoredUserNotificationCenter(const Services& services, std::shared_ptr<dbus::Bus> sessionBus,
                                Setup setup);
 
@@ -42,6 +45,7 @@ class StoredUserNotificationCenter : public UserNotificationCenter {
 
  private:
   std::optional<RegisteredApplication> registration() const;
+  void review();
 
   const Setup setup_;
   const std::shared_ptr<Log> log_;

@@ -72,9 +72,9 @@ class GeoClueDouble {
     return service_.sync([&] { return clients_.size(); });
   }
   /// A property of the client that was made last.
-  std::optional<std::uint32_t> lastClients(const char* property) {
-    return service_.property<std::uint32_t>(service_.sync([&] { return lastClient_; }), kClient,
-                                            property);
+  template <class T = std::uint32_t>
+  std::optional<T> lastClients(const char* property) {
+    return service_.property<T>(service_.sync([&] { return lastClient_; }), kClient, property);
   }
 
   ServiceDouble& service() { return service_; }

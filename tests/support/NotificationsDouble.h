@@ -43,6 +43,10 @@ class NotificationsDouble {
   void click(const Shown& shown) {
     service_.emit(kPath, kName, "ActionInvoked", dbus::arguments(shown.number, "default"),
                   shown.client);
+    close(shown);
+  }
+
+  void close(const Shown& shown) {
     service_.emit(kPath, kName, "NotificationClosed", dbus::arguments(shown.number, 2U),
                   shown.client);
   }

@@ -11,8 +11,11 @@ constexpr int kMostRestarts = 3;
 }  // namespace
 
 AgentContact::AgentContact(std::shared_ptr<dbus::Bus> sessionBus,
-                           const RegisteredApplication& application)
-    : bus_(std::move(sessionBus)), busName_(application.busName()), daemon_(bus_) {}
+                           const RegisteredApplication& application, bool wantsAgent)
+    : bus_(std::move(sessionBus)),
+      busName_(application.busName()),
+      wantsAgent_(wantsAgent),
+      daemon_(bus_) {}
 
 void AgentContact::setArmed(bool isArmed) {
   if (std::exchange(isArmed_, isArmed) == isArmed) return;
@@ -21,7 +24,7 @@ void AgentContact::setArmed(bool isArmed) {
   restarts_ = 0;
   // The agent, once there, must find the name.
   daemon_.requestName(busName_, BusDaemon::IfTaken::wait, [this](bool) {
-    if (isArmed_) keepAgent();
+    if (isArmed_ && wantsAgent_) keepAgent();
   });
 }
 

@@ -84,8 +84,16 @@ std::optional<AgentRegistry> AgentRegistry::ofUser() {
   return directory ? std::optional(AgentRegistry(*directory / "Applications")) : std::nullopt;
 }
 
+fs::path AgentRegistry::fileOf(const RegisteredApplication& application) const {
+  return directory_ / (keyOf(application) + ".json");
+}
+
+void AgentRegistry::withdraw(const RegisteredApplication& application) const {
+  fs::remove(fileOf(application));
+}
+
 void AgentRegistry::note(const RegisteredApplication& application) const {
-  const fs::path file = directory_ / (keyOf(application) + ".json");
+  const fs::path file = fileOf(application);
   const std::string text = textOf(application);
   if (textOf(file) == text) return;
   if (const auto error = preparePrivateDirectory(directory_)) {

@@ -23,11 +23,13 @@ struct RegisteredApplication {
   /// The name that the application has on the session's bus as long as it runs and has something
   /// pending. All begin with `kAgentBusName` and a dot.
   std::string busName() const;
+
+  friend bool operator==(const RegisteredApplication&, const RegisteredApplication&) = default;
 };
 
 /// How the agent finds the applications' stores: a directory of the user (mode 0700) with a file
-/// for each application (mode 0600). Nobody takes files away, so that no two processes can be at
-/// odds over one; what belongs to a store that is gone is passed over. May be used from any thread.
+/// for each application (mode 0600), which only that application changes or takes away; what
+/// belongs to a store that is gone is passed over. May be used from any thread.
 class AgentRegistry {
  public:
   explicit AgentRegistry(std::filesystem::path directory) : directory_(std::move(directory)) {}
@@ -38,10 +40,14 @@ class AgentRegistry {
   /// Adds the application or what has changed of it. Throws `std::system_error`, or `CodingError`
   /// for a path that is not UTF-8.
   void note(const RegisteredApplication& application) const;
+  /// Takes the application out, which need not be there.
+  void withdraw(const RegisteredApplication& application) const;
 
   std::vector<RegisteredApplication> applications() const;
 
  private:
+  std::filesystem::path fileOf(const RegisteredApplication& application) const;
+
   std::filesystem::path directory_;
 };
 

@@ -29,8 +29,12 @@ void NotifyAgent::review() {
 
 void NotifyAgent::look(const std::set<std::string>& names) {
   if (names.empty()) return end();
-  for (const auto& application : registry_.applications()) {
-    const std::string name = application.busName();
+  std::map<std::string, RegisteredApplication> registrations;
+  for (auto& application : registry_.applications()) {
+    registrations.emplace(application.busName(), std::move(application));
+  }
+  dropAllBut(registrations);
+  for (const auto& [name, application] : registrations) {
     if (!clients_.contains(name)) addClient(name, application);
     clients_.at(name).trigger->setFollowing(!names.contains(name));
   }
@@ -38,14 +42,21 @@ void NotifyAgent::look(const std::set<std::string>& names) {
   endWhenIdle();
 }
 
+void NotifyAgent::dropAllBut(const std::map<std::string, RegisteredApplication>& registrations) {
+  std::erase_if(clients_, [&](const auto& entry) {
+    const auto found = registrations.find(entry.first);
+    return found == registrations.end() || found->second != entry.second.registration;
+  });
+}
+
 void NotifyAgent::addClient(const std::string& busName, const RegisteredApplication& application) {
   Client& client = clients_[busName];
-  client.applicationID = application.applicationID;
+  client.registration = application;
   client.application = std::make_shared<dbus::Service>(bus_, application.applicationID);
   client.store = std::make_shared<NotificationStoreQueue>(*services_.operationQueues,
                                                           application.store, services_.log);
   Services services = services_;
-  services.location = location_(application.positionSource);
+  services.location = location_(application);
   client.trigger = std::make_shared<NotificationTrigger>(
       services, bus_, application.applicationID, client.store,
       NotificationTrigger::Handlers{
@@ -73,8 +84,9 @@ void NotifyAgent::activate(Client& client) {
     endWhenIdle();
   };
   // Where no such application can be started, the click waits until somebody does.
-  if (!g_dbus_is_name(client.applicationID.c_str())) return done({});
-  std::string path = "/" + client.applicationID;
+  const std::string& applicationID = client.registration.applicationID;
+  if (!g_dbus_is_name(applicationID.c_str())) return done({});
+  std::string path = "/" + applicationID;
   std::ranges::replace(path, '.', '/');
   std::ranges::replace(path, '-', '_');
   client.application->call(std::move(path), "org.freedesktop.Application", "Activate",

@@ -18,8 +18,8 @@ namespace ovinta::platform::linux {
 /// is at work in a session. Main thread only.
 class NotifyAgent {
  public:
-  /// The location services with the position from there.
-  using Location = std::function<std::shared_ptr<LocationServices>(PositionSource)>;
+  /// The location services with the position that the application may have.
+  using Location = std::function<std::shared_ptr<LocationServices>(const RegisteredApplication&)>;
 
   /// `onEnd` is called once: when nothing is pending and nothing shown can be clicked any more,
   /// when another agent is at work, or when the bus is gone. It may not destroy the agent.
@@ -35,7 +35,7 @@ class NotifyAgent {
     std::shared_ptr<NotificationTrigger> trigger;
     /// The application itself, to be started.
     std::shared_ptr<dbus::Service> application;
-    std::string applicationID;
+    RegisteredApplication registration;
     /// Whether it was looked at since the last call of `review`.
     bool isReviewed = false;
     /// Those that are being passed on.
@@ -44,6 +44,7 @@ class NotifyAgent {
 
   void review();
   void look(const std::set<std::string>& names);
+  void dropAllBut(const std::map<std::string, RegisteredApplication>& registrations);
   void addClient(const std::string& busName, const RegisteredApplication& application);
   void passOn(const Dictionary& userInfo, Client& client);
   void activate(Client& client);

@@ -40,10 +40,12 @@ class UserNotificationTest : public test::BusTest {
   }
 
   std::unique_ptr<Center> makeCenter(std::optional<AgentRegistry> agents = {},
-                                     PositionSource source = PositionSource::automatic) {
+                                     PositionSource source = PositionSource::automatic,
+                                     bool usesAgent = true) {
     return std::make_unique<Center>(
         services_, makeBus(),
-        Center::Setup{"org.example.app", file_, agents, source, [this](const Dictionary& userInfo) {
+        Center::Setup{"org.example.app", file_, agents, usesAgent, source,
+                      [this](const Dictionary& userInfo) {
                         clicked_.push_back(*find<std::string>(userInfo, "site"));
                       }});
   }

@@ -138,15 +138,16 @@ class NotifyAgentTest : public UserNotificationTest {
   std::unique_ptr<NotifyAgent> makeAgent(std::function<void()> onEnd) {
     return std::make_unique<NotifyAgent>(
         services_,
-        [this](PositionSource source) {
-          sources_.push_back(source);
+        [this](const RegisteredApplication& application) {
+          sources_.push_back(application.positionSource);
           return agentLocation_;
         },
         makeBus(), registry_, std::move(onEnd));
   }
 
   void startAgent() {
-    // There is one at a time.
+  EXPECT_EQ(geoclue.lastClients<Glib::ustring>("DesktopId"), "org.example.app");
+  for (const double metres : {500, 0}) geoclue.feed(northOfSite(metres));
     agent_ = nullptr;
     agent_ = makeAgent([this] { ++ends_; });
   }
@@ -208,6 +209,32 @@ TEST_F(NotifyAgentTest, FiresWhileTheApplicationDoesNotRunAndEndsThen) {
   EXPECT_EQ(ends_, 1);
 }
 
+TEST_F(NotifyAgentTest, StandsInForEachApplicationAsThatSays) {
+  const RegisteredApplication other{"org.example.other", folder_.path() / "other.sqlite"};
+  registry_.note(other);
+  const auto showOther = [&](std::size_t count) {
+    NotificationStore(other.store, log_).put(requestFor("other"));
+    startAgent();
+    waitUntil([&] { return agentLocation_->isUpdating(); });
+    for (const double metres : {500, 0}) agentLocation_->deliver({northOfSite(metres), 5});
+    waitForShown(count);
+    EXPECT_EQ(desktop_.shown().back().application, other.applicationID);
+  };
+  startApplication(registry_);
+  showOther(1);
+  center_ = makeCenter(registry_, PositionSource::portal);
+  waitUntil([&] { return sources_.size() == 3; });
+  EXPECT_EQ(sources_.back(), PositionSource::portal);
+  center_ = makeCenter(registry_, PositionSource::portal, false);
+  desktop_.close(desktop_.shown().back());
+  waitUntil([&] { return ends_ == 1; });
+  EXPECT_THAT(pendingOf(*center_), ElementsAre("one"));
+  showOther(2);
+  EXPECT_EQ(ends_, 1);
+  desktop_.vanish();
+  waitUntil([&] { return ends_ == 2; });
+}
+
 TEST_F(NotifyAgentTest, LeavesARunningApplicationAloneAndEndsWhenItIsDisarmed) {
   startApplication(registry_);
   startAgent();
@@ -263,6 +290,7 @@ TEST_F(NotifyAgentTest, TheBusStartsTheProgramWhichTakesOverOnceTheApplicationIs
   EXPECT_EQ(geoclue.clientCount(), 0U);
   center_ = nullptr;
   waitUntil([&] { return geoclue.service().count("Start") == 1; });
+  EXPECT_EQ(geoclue.lastClients<Glib::ustring>("DesktopId"), "org.example.app");
   for (const double metres : {500, 0}) geoclue.feed(northOfSite(metres));
   waitForShown(1);
   desktop_.click(desktop_.shown().at(0));
