@@ -23,6 +23,7 @@ struct UserNotificationContent {
 };
 
 /// Fires when the user crosses the border of the region in a direction that the region asks for.
+/// The first position known after the request was added, inside or outside, crosses nothing.
 struct LocationNotificationTrigger {
   CircularRegion region;
   /// False: the request leaves the pending list when it fires.

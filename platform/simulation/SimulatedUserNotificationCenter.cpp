@@ -35,8 +35,8 @@ void SimulatedUserNotificationCenter::add(
       std::erase_if(pending_, [&](const Pending& entry) {
         return entry.request.identifier == request.identifier;
       });
-      const bool inside = isInside(request.trigger.region, position_);
-      pending_.push_back({std::move(request), inside});
+      Pending& entry = pending_.emplace_back(Pending{std::move(request), std::nullopt});
+      if (position_) entry.isInside = isInside(entry.request.trigger.region, *position_);
     }
   }
   if (!completion) return;
@@ -44,8 +44,8 @@ void SimulatedUserNotificationCenter::add(
 }
 
 bool SimulatedUserNotificationCenter::isInside(const CircularRegion& region,
-                                               std::optional<Coordinate> position) const {
-  return position && geodesy_->distance(region.center, *position) <= region.radius;
+                                               Coordinate position) const {
+  return geodesy_->distance(region.center, position) <= region.radius;
 }
 
 std::vector<UserNotificationRequest> SimulatedUserNotificationCenter::takeFiring(
@@ -54,9 +54,10 @@ std::vector<UserNotificationRequest> SimulatedUserNotificationCenter::takeFiring
   position_ = position;
   std::erase_if(pending_, [&](Pending& entry) {
     const auto& region = entry.request.trigger.region;
-    const bool wasInside = std::exchange(entry.isInside, isInside(region, position));
-    const bool asked = entry.isInside ? region.notifyOnEntry : region.notifyOnExit;
-    if (wasInside == entry.isInside || !asked) return false;
+    const bool isNow = isInside(region, position);
+    const bool wasBefore = std::exchange(entry.isInside, isNow).value_or(isNow);
+    const bool asked = isNow ? region.notifyOnEntry : region.notifyOnExit;
+    if (wasBefore == isNow || !asked) return false;
     firing.push_back(entry.request);
     return !entry.request.trigger.repeats;
   });

@@ -29,8 +29,7 @@ class SimulatedUserNotificationCenter : public UserNotificationCenter {
            std::function<void(std::optional<UserNotificationError>)> completion) override;
 
   /// Fires the pending requests whose region the device has entered, or left, with this move, if
-  /// their region asks for it. A request added while the device is inside fires at the next entry;
-  /// one added before any position was known fires at the first position that lies inside.
+  /// their region asks for it.
   void deviceMoved(Coordinate position);
 
   /// Has `observer` called with each request that fires, inside `deviceMoved`.
@@ -46,10 +45,11 @@ class SimulatedUserNotificationCenter : public UserNotificationCenter {
  private:
   struct Pending {
     UserNotificationRequest request;
-    bool isInside = false;
+    /// Absent while no position was known since the request was added.
+    std::optional<bool> isInside;
   };
 
-  bool isInside(const CircularRegion& region, std::optional<Coordinate> position) const;
+  bool isInside(const CircularRegion& region, Coordinate position) const;
   std::vector<UserNotificationRequest> takeFiring(Coordinate position);
 
   const std::shared_ptr<MainQueue> mainQueue_;

@@ -120,8 +120,9 @@ TYPED_TEST(UserNotificationCenterTest, FiresAtTheCrossingsThatTheTriggerAsksFor)
 TYPED_TEST(UserNotificationCenterTest, OneThatIsArmedInsideFiresAtTheNextEntry) {
   auto elsewhere = request("elsewhere");
   elsewhere.trigger.region.center = simulation::northOfSite(9000);
-  this->add({elsewhere});
-  EXPECT_THAT(this->travel({500, 50}), IsEmpty());
+  this->add({elsewhere, request("first")});
+  EXPECT_THAT(this->travel({50}), IsEmpty()) << "the first known position";
+  EXPECT_THAT(this->travel({500, 50}), ElementsAre("first"));
   this->add({request("one")});
   EXPECT_THAT(this->travel({40, 60}), IsEmpty());
   this->add({request("one")});
