@@ -61,15 +61,28 @@ void NotificationTrigger::didUpdateLocations(const std::vector<Location>& locati
   if (!locations.empty()) lastFix_ = locations.back();
 }
 
+void NotificationTrigger::didChangeAuthorizationStatus(AuthorizationStatus status) {
+  // Where the device goes from here nobody sees.
+  if (!isAuthorized(status)) lastFix_.reset();
+}
+
 void NotificationTrigger::judge(const Location& fix) {
   store_->enqueue([fix, weak = weak_from_this(), queue = mainQueue_,
                    geodesy = geodesy_](NotificationStore& store) {
     auto firing = store.cross(fix, *geodesy);
-    if (firing.empty()) return;
-    queue->async([weak, firing = std::move(firing)] {
-      if (const auto self = weak.lock()) self->show(firing);
+    const bool isArmed = !store.pending().empty();
+    queue->async([weak, isArmed, firing = std::move(firing)] {
+      const auto self = weak.lock();
+      if (!self) return;
+      self->show(firing);
+      self->noteJudged(isArmed);
     });
   });
+}
+
+void NotificationTrigger::noteJudged(bool isArmed) {
+  // What is being shown has a review to come.
+  if (isArmed_ && !isArmed && showing_ == 0) noteArmed(false);
 }
 
 void NotificationTrigger::show(const std::vector<NotificationStore::Firing>& firing) {

@@ -21,8 +21,9 @@ class NotificationTrigger : public LocationManagerDelegate,
   struct Handlers {
     /// The user info of a notification that the user has clicked.
     std::function<void(const Dictionary&)> onClick = {};
-    /// A review has ended. There is one by itself after something was shown, and when nothing that
-    /// was shown can be clicked any more, after what `onClick` has given the store to do.
+    /// A review has ended. There is one by itself after something was to be shown, when somebody
+    /// else has shown or removed the last request, and when nothing that was shown can be clicked
+    /// any more, after what `onClick` has given the store to do.
     std::function<void()> onReviewed = {};
   };
 
@@ -40,19 +41,20 @@ class NotificationTrigger : public LocationManagerDelegate,
   /// Whether it may follow the position; at first it may not.
   void setFollowing(bool follows);
 
-  /// Whether something was pending at the last review.
+  /// Whether something was pending when it was looked at last.
   bool isArmed() const { return isArmed_; }
   /// Whether it is showing something, or has shown what may still be clicked.
   bool isShowing() const { return showing_ > 0 || presenter_.hasOpen(); }
 
   void didUpdateLocations(const std::vector<Location>& locations) override;
-  void didChangeAuthorizationStatus(AuthorizationStatus) override {}
+  void didChangeAuthorizationStatus(AuthorizationStatus status) override;
   void didRangeBeacons(const std::vector<RangedBeacon>&, const BeaconRegion&) override {}
 
  private:
   void noteArmed(bool isArmed);
   void followAsNeeded();
   void judge(const Location& fix);
+  void noteJudged(bool isArmed);
   void show(const std::vector<NotificationStore::Firing>& firing);
 
   const std::shared_ptr<MainQueue> mainQueue_;

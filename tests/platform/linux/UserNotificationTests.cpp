@@ -80,8 +80,15 @@ TEST_F(UserNotificationTest, APositionThatMayBeOnEitherSideFiresNothing) {
   for (const double metres : {0, 20}) EXPECT_THAT(moveTo(metres), ElementsAre("one"));
   location_->deliver({.coordinate = northOfSite(500), .horizontalAccuracy = 17'000});
   EXPECT_THAT(moveTo(0), ElementsAre("one"));
+  moveTo(500);
+  for (const AuthorizationStatus status : {1, 4}) {
+    location_->setAuthorizationStatus(status);
+    pendingOf(*center_);
+  }
+  arm({requestFor("after a gap")});
+  EXPECT_THAT(moveTo(0), ElementsAre("after a gap"));
   EXPECT_THAT(enter(), IsEmpty());
-  waitForShown(1);
+  waitForShown(2);
 }
 
 TEST_F(UserNotificationTest, KnowsAfterARestartWhatIsPendingAndOnWhichSide) {
@@ -131,6 +138,10 @@ TEST_F(UserNotificationTest, OfTwoProcessesWithOneStoreOnlyOneFires) {
     waitForShown(round);
   }
   EXPECT_THAT(pendingOf(*other), IsEmpty());
+  // One of them has not shown the last one, and sees so at the next position.
+  moveTo(0);
+  pendingOf(*other);
+  waitUntil([&] { return !location_->isUpdating(); });
 }
 
 class NotifyAgentTest : public UserNotificationTest {
