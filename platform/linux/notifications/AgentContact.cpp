@@ -5,24 +5,26 @@
 namespace ovinta::platform::linux {
 namespace {
 
-/// An agent may just be ending when something becomes pending. One that fails is let be.
+/// An agent may just be ending when something becomes pending. One that fails again and again is
+/// let be.
 constexpr int kMostRestarts = 3;
 
 }  // namespace
 
-AgentContact::AgentContact(std::shared_ptr<dbus::Bus> sessionBus,
+AgentContact::AgentContact(std::shared_ptr<dbus::Bus> sessionBus, std::shared_ptr<Log> log,
                            const RegisteredApplication& application, bool wantsAgent)
     : bus_(std::move(sessionBus)),
+      log_(std::move(log)),
       busName_(application.busName()),
       wantsAgent_(wantsAgent),
       daemon_(bus_) {}
 
 void AgentContact::setArmed(bool isArmed) {
+  restarts_ = 0;
   if (std::exchange(isArmed_, isArmed) == isArmed) return;
   agent_.reset();
   if (!isArmed) return daemon_.releaseName(busName_);
-  restarts_ = 0;
-  // The agent, once there, must find the name.
+  // The agent, once there, must find the name; without a bus it asks again when there is one.
   daemon_.requestName(busName_, BusDaemon::IfTaken::wait, [this](bool) {
     if (isArmed_ && wantsAgent_) keepAgent();
   });
@@ -30,13 +32,18 @@ void AgentContact::setArmed(bool isArmed) {
 
 void AgentContact::keepAgent() {
   agent_.emplace(bus_, kAgentBusName);
-  agent_->onPresence(true, [this, wasThere = false](bool isThere) mutable {
+  // At first too it counts as there: one that was just ending cannot be started, nor found.
+  agent_->onPresence(true, [this, wasThere = true](bool isThere) mutable {
     // A bus that was lost meanwhile has forgotten whose the name is.
     if (isThere) daemon_.requestName(busName_, BusDaemon::IfTaken::wait, [](bool) {});
-    if (std::exchange(wasThere, isThere) && !isThere && restarts_++ < kMostRestarts) {
-      daemon_.start(kAgentBusName);
-    }
+    if (std::exchange(wasThere, isThere) && !isThere) restartAgent();
   });
+}
+
+void AgentContact::restartAgent() {
+  if (++restarts_ <= kMostRestarts) return daemon_.start(kAgentBusName);
+  log_->write(std::string(kAgentBusName) +
+              " ends at once; it may have another $XDG_DATA_HOME than this application");
 }
 
 }  // namespace ovinta::platform::linux

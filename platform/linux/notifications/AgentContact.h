@@ -13,19 +13,23 @@ namespace ovinta::platform::linux {
 /// agent is there by then, in case the application ends and wants it. Main thread only.
 class AgentContact {
  public:
-  AgentContact(std::shared_ptr<dbus::Bus> sessionBus, const RegisteredApplication& application,
-               bool wantsAgent);
+  AgentContact(std::shared_ptr<dbus::Bus> sessionBus, std::shared_ptr<Log> log,
+               const RegisteredApplication& application, bool wantsAgent);
 
-  /// Nothing is asked of the bus before something is pending. A missing agent is logged once.
+  /// To be called after each review. Nothing is asked of the bus before something is pending. A
+  /// missing agent is logged once.
   void setArmed(bool isArmed);
 
  private:
   void keepAgent();
+  void restartAgent();
 
   const std::shared_ptr<dbus::Bus> bus_;
+  const std::shared_ptr<Log> log_;
   const std::string busName_;
   const bool wantsAgent_;
   bool isArmed_ = false;
+  /// Since the last review.
   int restarts_ = 0;
   BusDaemon daemon_;
   /// There while something is pending.

@@ -17,35 +17,42 @@ constexpr std::uint32_t kExists = 3;
 
 BusDaemon::BusDaemon(std::shared_ptr<dbus::Bus> bus) : service_(std::move(bus), kName) {}
 
-template <class... Arguments>
-void BusDaemon::call(const char* method, dbus::Service::Completion completion,
-                     const Arguments&... values) {
-  service_.call(kPath, kName, method, dbus::arguments(values...), std::move(completion));
+void BusDaemon::call(const char* method, const Glib::VariantContainerBase& arguments,
+                     dbus::Service::Completion completion) {
+  service_.call(kPath, kName, method, arguments, std::move(completion));
+}
+
+void BusDaemon::ask(const char* method, const Glib::VariantContainerBase& arguments,
+                    const dbus::Service::Completion& completion) {
+  call(method, arguments, [this, method, arguments, completion](const dbus::Reply& reply) {
+    const bool isLate = reply.failure && reply.failure->name == dbus::kNoReply;
+    isLate ? ask(method, arguments, completion) : completion(reply);
+  });
 }
 
 void BusDaemon::reach(std::function<void(const std::optional<dbus::Failure>&)> completion) {
-  call("GetId", [completion = std::move(completion)](const dbus::Reply& reply) {
+  call("GetId", {}, [completion = std::move(completion)](const dbus::Reply& reply) {
     completion(reply.failure);
   });
 }
 
 void BusDaemon::requestName(const std::string& name, IfTaken ifTaken,
                             std::function<void(bool)> completion) {
-  call(
-      "RequestName",
+  ask("RequestName", dbus::arguments(name, ifTaken == IfTaken::wait ? kNoFlags : kDoNotQueue),
       [completion = std::move(completion)](const dbus::Reply& reply) {
         const auto result = dbus::read<std::uint32_t>(reply.values, 0).value_or(kExists);
         completion(result != kExists);
-      },
-      name, ifTaken == IfTaken::wait ? kNoFlags : kDoNotQueue);
+      });
 }
 
-void BusDaemon::releaseName(const std::string& name) { call("ReleaseName", {}, name); }
+void BusDaemon::releaseName(const std::string& name) { call("ReleaseName", dbus::arguments(name)); }
 
-void BusDaemon::start(const std::string& name) { call("StartServiceByName", {}, name, kNoFlags); }
+void BusDaemon::start(const std::string& name) {
+  call("StartServiceByName", dbus::arguments(name, kNoFlags));
+}
 
 void BusDaemon::listNames(std::function<void(const std::set<std::string>&)> completion) {
-  call("ListNames", [completion = std::move(completion)](const dbus::Reply& reply) {
+  ask("ListNames", {}, [completion = std::move(completion)](const dbus::Reply& reply) {
     const auto names = dbus::read<std::vector<Glib::ustring>>(reply.values, 0);
     std::set<std::string> found;
     for (const auto& name : names.value_or(std::vector<Glib::ustring>())) found.insert(name);

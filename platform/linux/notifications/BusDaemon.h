@@ -10,7 +10,8 @@
 
 namespace ovinta::platform::linux {
 
-/// What the bus itself does for its clients. Main thread only; handlers as with `dbus::Service`.
+/// What the bus itself does for its clients. A question about names that it does not answer in time
+/// is asked again. Main thread only; handlers as with `dbus::Service`.
 class BusDaemon {
  public:
   explicit BusDaemon(std::shared_ptr<dbus::Bus> bus);
@@ -38,8 +39,10 @@ class BusDaemon {
   void onLost(std::function<void()> handler);
 
  private:
-  template <class... Arguments>
-  void call(const char* method, dbus::Service::Completion completion, const Arguments&... values);
+  void call(const char* method, const Glib::VariantContainerBase& arguments,
+            dbus::Service::Completion completion = {});
+  void ask(const char* method, const Glib::VariantContainerBase& arguments,
+           const dbus::Service::Completion& completion);
 
   dbus::Service service_;
 };
