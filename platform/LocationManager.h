@@ -29,7 +29,7 @@ struct RangedBeacon {
   /// Of these two only the low 16 bits are sent by a beacon.
   std::int64_t major = 0;
   std::int64_t minor = 0;
-  /// Received signal strength in dBm.
+  /// Received signal strength in dBm; 0 when unknown.
   std::int64_t rssi = 0;
   /// Estimated distance in metres, finite; negative when unknown.
   double accuracy = -1;
@@ -54,7 +54,8 @@ class LocationManagerDelegate {
   /// The device has come into a monitored region, or has left it; each at every such change. Of
   /// beacons: the first one was heard, or none for half a minute; at first the device is outside.
   /// Of a circle: a position that lies on the other side of the border with all its uncertainty, as
-  /// far as the region wants to be told; where the device is at first is no change.
+  /// far as the region wants to be told; where the device is at first is no change. Of a region that
+  /// was stopped nothing more is told.
   virtual void didEnterRegion(const Region& /*region*/) {}
   virtual void didExitRegion(const Region& /*region*/) {}
 };

@@ -155,7 +155,9 @@ void SimulatedLocationManager::reportBeaconCrossings() {
   const std::weak_ptr life(life_);
   const auto tell = [&](const std::vector<BeaconRegion>& regions, auto method) {
     for (const BeaconRegion& region : regions) {
-      if (!life.expired() && delegate_) (delegate_->*method)(region);
+      // The delegate may have stopped it since.
+      if (life.expired() || !delegate_ || !monitor_.contains(region)) continue;
+      (delegate_->*method)(region);
     }
   };
   tell(entered, &LocationManagerDelegate::didEnterRegion);

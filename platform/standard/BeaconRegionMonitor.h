@@ -17,7 +17,7 @@ class BeaconRegionMonitor {
 
   /// Replaces a region of the same identifier, of which nothing is known then; an equal one stays.
   void start(const BeaconRegion& region) {
-    if (std::ranges::find(states_, region, &State::region) != states_.end()) return;
+    if (contains(region)) return;
     stop(region.identifier);
     states_.push_back({region});
   }
@@ -25,6 +25,10 @@ class BeaconRegionMonitor {
   void stop(const std::string& identifier) {
     std::erase_if(states_,
                   [&](const State& state) { return state.region.identifier == identifier; });
+  }
+
+  bool contains(const BeaconRegion& region) const {
+    return std::ranges::find(states_, region, &State::region) != states_.end();
   }
 
   bool isEmpty() const { return states_.empty(); }

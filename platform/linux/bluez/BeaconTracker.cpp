@@ -102,6 +102,8 @@ void BeaconTracker::reportCrossings(const std::vector<BeaconRegion>& regions,
   const auto handlers = handlers_;
   const std::weak_ptr life(life_);
   for (const BeaconRegion& region : regions) {
+    // A handler may have stopped it since.
+    if (!monitor_.contains(region)) continue;
     handlers->onCrossed(region, event);
     if (life.expired()) return;
   }
