@@ -49,7 +49,8 @@ struct Options {
   std::optional<std::string> systemBusAddress = {};
   /// Called on the main queue with the user info of each notification that the user clicks; of one
   /// that was shown while the application did not run, at the next start or when the application
-  /// says that it became active. Default: nobody is told.
+  /// says that it became active. A click on one that the application has shown before it ended is
+  /// lost. Default: nobody is told.
   std::function<void(const Dictionary& userInfo)> onNotificationClicked = {};
   /// Whether `ovinta-notify-agent`, where it is installed, shows pending notifications while the
   /// application does not run. The agent then finds the data directory through a file in
@@ -57,8 +58,8 @@ struct Options {
   /// agent.
   bool usesNotifyAgent = true;
   /// How fast the strength of a beacon falls with the distance, for the estimates of the latter: 2
-  /// in free space, up to 3 indoors, some 4 among obstacles. Default: 2, also for numbers outside
-  /// of 1 to 10, of which the log tells.
+  /// in free space; measure it where the beacons are. Default: 2, also for numbers outside of 1 to
+  /// 10, of which the log tells.
   std::optional<double> beaconPathLossExponent = {};
 };
 

@@ -8,8 +8,7 @@
 
 namespace ovinta::platform::standard {
 
-/// The exponent of the path-loss model in free space. Published ones lie between 2 and 3 indoors
-/// and go up to some 4 among obstacles.
+/// The exponent of the path-loss model in free space.
 inline constexpr double kFreeSpaceExponent = 2;
 
 /// Metres to a sender that is heard at `rssi`, by the log-distance path-loss model

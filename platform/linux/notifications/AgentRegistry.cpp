@@ -34,11 +34,16 @@ std::string keyOf(const RegisteredApplication& application) {
 void writePrivateFile(const fs::path& file, const std::string& text) {
   const int descriptor =
       open(file.c_str(), O_CREAT | O_TRUNC | O_WRONLY | O_CLOEXEC | O_NOFOLLOW, S_IRUSR | S_IWUSR);
-  const bool isWritten = descriptor >= 0 && write(descriptor, text.data(), text.size()) ==
-                                                static_cast<ssize_t>(text.size());
+  // On the disk before the rename, so that no power cut leaves an empty file behind.
+  const bool isWritten =
+      descriptor >= 0 &&
+      write(descriptor, text.data(), text.size()) == static_cast<ssize_t>(text.size()) &&
+      fsync(descriptor) == 0;
   const int error = errno;
   if (descriptor >= 0) close(descriptor);
-  if (!isWritten) throw std::system_error(error, std::generic_category(), file.string());
+  if (isWritten) return;
+  unlink(file.c_str());
+  throw std::system_error(error, std::generic_category(), file.string());
 }
 
 std::string textOf(const fs::path& file) {
