@@ -125,6 +125,9 @@ class JSONDocument {
 /// form one JSON value.
 class JSONWriter {
  public:
+  /// `marksDoubles`: a double without a fraction takes ".0", so that it reads back as a double.
+  explicit JSONWriter(bool marksDoubles = false) : marksDoubles_(marksDoubles) {}
+
   void beginObject();
   void endObject();
   void beginArray();
@@ -145,6 +148,7 @@ class JSONWriter {
  private:
   void separate();
 
+  bool marksDoubles_;
   std::string text_;
   bool needsComma_ = false;
 };

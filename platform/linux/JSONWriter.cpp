@@ -141,7 +141,10 @@ void JSONWriter::integer(std::int64_t value) {
 
 void JSONWriter::number(double value) {
   separate();
+  const std::size_t start = text_.size();
   appendNumber(text_, value);
+  const bool isMarked = text_.find_first_of(".e", start) != std::string::npos;
+  if (marksDoubles_ && !isMarked) text_ += ".0";
 }
 
 void JSONWriter::number(float value) {

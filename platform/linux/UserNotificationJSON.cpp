@@ -34,13 +34,6 @@ class Reader {
     isWhole_ = false;
     return {};
   }
-  /// Numbers without a fraction read as integers.
-  double takeNumber(std::string_view key) {
-    if (const auto* integer = find<std::int64_t>(fields_, key)) {
-      return static_cast<double>(*integer);
-    }
-    return take<double>(key);
-  }
   bool isWhole() const { return isWhole_; }
 
  private:
@@ -57,9 +50,9 @@ std::optional<UserNotificationRequest> requestOf(const Dictionary& fields) {
                   .sound = reader.take<bool>("sound") ? NotificationSound::defaultSound
                                                       : NotificationSound::none,
                   .userInfo = reader.take<Dictionary>("userInfo")},
-      .trigger = {.region = {.center = {.latitude = reader.takeNumber("latitude"),
-                                        .longitude = reader.takeNumber("longitude")},
-                             .radius = reader.takeNumber("radius"),
+      .trigger = {.region = {.center = {.latitude = reader.take<double>("latitude"),
+                                        .longitude = reader.take<double>("longitude")},
+                             .radius = reader.take<double>("radius"),
                              .identifier = reader.take<std::string>("region"),
                              .notifyOnEntry = reader.take<bool>("onEntry"),
                              .notifyOnExit = reader.take<bool>("onExit")},
@@ -69,10 +62,16 @@ std::optional<UserNotificationRequest> requestOf(const Dictionary& fields) {
 
 }  // namespace
 
+std::string typedJSON(const Value& value) {
+  JSONWriter writer(true);
+  writer.value(value);
+  return writer.take();
+}
+
 std::string notificationRequestsText(const std::vector<UserNotificationRequest>& requests) {
   List list;
   for (const UserNotificationRequest& request : requests) list.emplace_back(fieldsOf(request));
-  return writeJSON(list);
+  return typedJSON(list);
 }
 
 std::vector<UserNotificationRequest> notificationRequests(std::string_view text) {

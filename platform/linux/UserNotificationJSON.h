@@ -8,8 +8,11 @@
 
 namespace ovinta::platform::linux {
 
-/// The requests as a JSON text. Throws `CodingError` for what JSON cannot hold, such as text that
-/// is not UTF-8.
+/// A JSON text from which `parseJSON` makes an equal value. Throws `CodingError` for what JSON
+/// cannot hold, such as text that is not UTF-8.
+std::string typedJSON(const Value& value);
+
+/// The requests as a JSON text. Throws as `typedJSON` does.
 std::string notificationRequestsText(const std::vector<UserNotificationRequest>& requests);
 
 /// The requests in such a text, without those that are not whole.

@@ -20,7 +20,10 @@ namespace ovinta::platform::linux {
 /// For the entry into a circle of 100 m, with the identifier also as user info.
 inline UserNotificationRequest requestFor(const char* identifier) {
   return {identifier,
-          {"Near", "5 < 6 & more", NotificationSound::defaultSound, {{"site", identifier}}},
+          {"Near",
+           "5 < 6 & more",
+           NotificationSound::defaultSound,
+           {{"site", identifier}, {"kinds", List{5.0, 1e22, -0.5, 5, true, nullptr}}}},
           {{simulation::kSite, 100, identifier, true, false}, false}};
 }
 
