@@ -1,6 +1,8 @@
 #include "platform/linux/notifications/NotificationStore.h"
 
 #include <SQLiteCpp/SQLiteCpp.h>
+#include <sqlite3.h>
+#include <sys/stat.h>
 
 #include <utility>
 
@@ -18,12 +20,28 @@ namespace {
 /// Nobody waits for a step on the main thread.
 constexpr std::chrono::milliseconds kBusyTimeout{5000};
 
-/// A claimed request is being shown and no longer pending.
+/// `claimed` is when a request began to be shown, in seconds since 1970, or 0.
 constexpr const char* kTables =
     "CREATE TABLE IF NOT EXISTS request("
     "revision INTEGER PRIMARY KEY AUTOINCREMENT, identifier TEXT NOT NULL UNIQUE, "
     "request TEXT NOT NULL, side INTEGER NOT NULL, claimed INTEGER NOT NULL) STRICT;"
     "CREATE TABLE IF NOT EXISTS click(number INTEGER PRIMARY KEY, userInfo TEXT NOT NULL) STRICT";
+
+constexpr const char* kPending =
+    "SELECT revision, request, side FROM request WHERE claimed < unixepoch() - 60 "
+    "ORDER BY revision";
+
+/// What a table of another shape would refuse.
+constexpr const char* kColumns =
+    "SELECT revision, identifier, request, side, claimed FROM request LIMIT 0;"
+    "SELECT number, userInfo FROM click LIMIT 0";
+
+/// Damage behind the first page would show only when somebody reads there.
+void throwIfDamaged(SQLite::Database& database) {
+  database.exec(kColumns);
+  const std::string answer = database.execAndGet("PRAGMA quick_check(1)").getString();
+  if (answer != "ok") throw SQLite::Exception(answer, SQLITE_CORRUPT);
+}
 
 template <class... Values>
 void run(SQLite::Database& database, const char* text, const Values&... values) {
@@ -59,10 +77,19 @@ void NotificationStore::open() {
                         : std::make_unique<SQLite::Database>(
                               ":memory:", SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
   database->exec(kTables);
+  throwIfDamaged(*database);
   database_ = std::move(database);
+  openFile_ = fileID();
+}
+
+std::optional<NotificationStore::FileID> NotificationStore::fileID() const {
+  struct stat status {};
+  if (!file_ || stat(file_->c_str(), &status) != 0) return std::nullopt;
+  return FileID(status.st_dev, status.st_ino);
 }
 
 SQLite::Database& NotificationStore::database() {
+  if (openFile_ != fileID()) database_ = nullptr;
   if (!database_ && file_) {
     openOrRebuildSQLiteFile(*file_, "pending notifications", *log_, [this] { open(); });
   } else if (!database_) {
@@ -72,17 +99,13 @@ SQLite::Database& NotificationStore::database() {
 }
 
 SQLite::Database* NotificationStore::existing() {
-  std::error_code error;
-  if (!database_ && (!file_ || !std::filesystem::exists(*file_, error))) return nullptr;
+  if (file_ ? !fileID() : !database_) return nullptr;
   return &database();
 }
 
-std::vector<NotificationStore::Row> NotificationStore::rows() {
+std::vector<NotificationStore::Row> NotificationStore::rows(SQLite::Database& database) {
   std::vector<Row> rows;
-  auto* const found = existing();
-  if (!found) return rows;
-  SQLite::Statement all(
-      *found, "SELECT revision, request, side FROM request WHERE claimed = 0 ORDER BY revision");
+  SQLite::Statement all(database, kPending);
   while (all.executeStep()) {
     for (auto& request : notificationRequests(all.getColumn(1).getString())) {
       rows.push_back({all.getColumn(0).getInt64(), std::move(request),
@@ -94,7 +117,9 @@ std::vector<NotificationStore::Row> NotificationStore::rows() {
 
 std::vector<UserNotificationRequest> NotificationStore::pending() {
   std::vector<UserNotificationRequest> requests;
-  for (Row& row : rows()) requests.push_back(std::move(row.request));
+  auto* const found = existing();
+  if (!found) return requests;
+  for (Row& row : rows(*found)) requests.push_back(std::move(row.request));
   return requests;
 }
 
@@ -116,10 +141,11 @@ void NotificationStore::remove(const std::vector<std::string>& identifiers) {
   transaction.commit();
 }
 
-std::vector<NotificationStore::Move> NotificationStore::moves(const Location& fix,
+std::vector<NotificationStore::Move> NotificationStore::moves(SQLite::Database& database,
+                                                              const Location& fix,
                                                               const Geodesy& geodesy) {
   std::vector<Move> moves;
-  for (Row& row : rows()) {
+  for (Row& row : rows(database)) {
     const auto& region = row.request.trigger.region;
     const RegionSide side = standard::sideOf(region, fix, geodesy);
     if (side == RegionSide::unknown || side == row.side) continue;
@@ -132,12 +158,13 @@ std::vector<NotificationStore::Move> NotificationStore::moves(const Location& fi
 std::vector<NotificationStore::Firing> NotificationStore::cross(const Location& fix,
                                                                 const Geodesy& geodesy) {
   std::vector<Firing> firing;
+  auto* const found = existing();
   // Most fixes change nothing and need no lock.
-  if (moves(fix, geodesy).empty()) return firing;
-  SQLite::Transaction transaction(*database_, SQLite::TransactionBehavior::IMMEDIATE);
-  for (Move& move : moves(fix, geodesy)) {
+  if (!found || moves(*found, fix, geodesy).empty()) return firing;
+  SQLite::Transaction transaction(*found, SQLite::TransactionBehavior::IMMEDIATE);
+  for (Move& move : moves(*found, fix, geodesy)) {
     const bool leaves = move.fires && !move.row.request.trigger.repeats;
-    run(*database_, "UPDATE request SET side = ?, claimed = ? WHERE revision = ?",
+    run(*found, "UPDATE request SET side = ?, claimed = ? * unixepoch() WHERE revision = ?",
         static_cast<int>(move.side), static_cast<int>(leaves), move.row.revision);
     if (move.fires) firing.push_back({move.row.revision, std::move(move.row.request)});
   }
@@ -147,13 +174,13 @@ std::vector<NotificationStore::Firing> NotificationStore::cross(const Location& 
 
 void NotificationStore::settle(const Firing& firing, bool isShown) {
   run(database(),
-      isShown ? "DELETE FROM request WHERE revision = ? AND claimed = 1"
+      isShown ? "DELETE FROM request WHERE revision = ? AND claimed > 0"
               : "UPDATE request SET claimed = 0 WHERE revision = ?",
       firing.revision);
 }
 
 void NotificationStore::addClick(const Dictionary& userInfo) {
-  run(database(), "INSERT INTO click(userInfo) VALUES(?)", writeJSON(userInfo));
+  run(database(), "INSERT INTO click(userInfo) VALUES(?)", typedJSON(userInfo));
 }
 
 std::vector<Dictionary> NotificationStore::takeClicks() {

@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/Location.h"
@@ -21,8 +22,9 @@ namespace ovinta::platform::linux {
 
 /// The requests that one application has pending, each with the side of its region's border on
 /// which the device was seen last, in a SQLite file that several processes may use at once. For one
-/// thread at a time. A damaged file is set aside and begun anew. Methods throw `SQLite::Exception`,
-/// or `std::system_error` when the file system refuses.
+/// thread at a time. A file that is found damaged when it is opened is set aside and begun anew;
+/// one that somebody takes away is let go. Methods throw `SQLite::Exception`, or
+/// `std::system_error` when the file system refuses.
 class NotificationStore {
  public:
   /// Opens nothing yet; the file is made when something is written. Without one all stays in
@@ -49,8 +51,8 @@ class NotificationStore {
   std::vector<Firing> cross(const Location& fix, const Geodesy& geodesy);
 
   /// Says whether a firing request was shown. One that was not is pending again for the next
-  /// crossing, unless it was removed or replaced meanwhile. A process that ends before it says so
-  /// leaves the request as shown.
+  /// crossing, unless it was removed or replaced meanwhile; so is one of which nobody says anything
+  /// for a minute, because the process has ended.
   void settle(const Firing& firing, bool isShown);
 
   /// Keeps the user info of a clicked notification for the application, which is not there.
@@ -62,15 +64,22 @@ class NotificationStore {
   struct Row;
   struct Move;
 
+  /// Device and number of a file.
+  using FileID = std::pair<std::uint64_t, std::uint64_t>;
+
+  std::optional<FileID> fileID() const;
   SQLite::Database* existing();
   SQLite::Database& database();
   void open();
-  std::vector<Row> rows();
-  std::vector<Move> moves(const Location& fix, const Geodesy& geodesy);
+  static std::vector<Row> rows(SQLite::Database& database);
+  static std::vector<Move> moves(SQLite::Database& database, const Location& fix,
+                                 const Geodesy& geodesy);
 
   const std::optional<std::filesystem::path> file_;
   const std::shared_ptr<Log> log_;
   std::unique_ptr<SQLite::Database> database_;
+  /// Of the database.
+  std::optional<FileID> openFile_;
 };
 
 }  // namespace ovinta::platform::linux

@@ -1,5 +1,9 @@
 #include "tests/platform/linux/UserNotificationFixture.h"
 
+#include <SQLiteCpp/Database.h>
+
+#include <fstream>
+
 #include "platform/linux/notifications/NotifyAgent.h"
 #include "tests/support/Files.h"
 #include "tests/support/GeoClueDouble.h"
@@ -41,6 +45,41 @@ TEST(NotificationStoreTest, WhatHappensToAFiringRequestMeanwhileStands) {
   EXPECT_THAT(store.pending(), SizeIs(1));
   store.settle(fire(), false);
   EXPECT_THAT(other.pending(), ElementsAre(requestFor("one")));
+  // A process that has ended while it showed one.
+  fire();
+  SQLite::Database(file.string(), SQLite::OPEN_READWRITE).exec("UPDATE request SET claimed = 7");
+  EXPECT_THAT(other.pending(), SizeIs(1));
+  store.addClick(requestFor("one").content.userInfo);
+  EXPECT_THAT(other.takeClicks(), ElementsAre(requestFor("one").content.userInfo));
+}
+
+TEST(NotificationStoreTest, BeginsAnewWhereTheFileIsDamagedOrGone) {
+  const auto log = std::make_shared<simulation::RecordingLog>();
+  const auto spoil = [](const std::filesystem::path& file) {
+    std::fstream(file, std::ios::in | std::ios::out | std::ios::binary).seekp(4096)
+        << std::string(4096, 'x');
+  };
+  const auto reshape = [](const std::filesystem::path& file) {
+    SQLite::Database(file.string(), SQLite::OPEN_READWRITE)
+        .exec("ALTER TABLE click RENAME COLUMN userInfo TO other");
+  };
+  const std::function<void(const std::filesystem::path&)> damages[] = {spoil, reshape};
+  for (std::size_t count = 0; count < std::size(damages); ++count) {
+    const test::TemporaryDirectory directory;
+    const auto file = directory.path() / "Notifications.sqlite";
+    NotificationStore(file, log).put(requestFor("one"));
+    damages[count](file);
+    NotificationStore store(file, log);
+    EXPECT_THAT(store.pending(), IsEmpty());
+    EXPECT_THAT(log->lines(), SizeIs(count + 1));
+    store.put(requestFor("two"));
+    for (const auto* suffix : {"", "-wal", "-shm"}) {
+      std::filesystem::remove(file.string() + suffix);
+    }
+    EXPECT_THAT(store.pending(), IsEmpty());
+    NotificationStore(file, log).put(requestFor("three"));
+    EXPECT_THAT(store.pending(), ElementsAre(requestFor("three")));
+  }
 }
 
 TEST_F(UserNotificationTest, FiresOnceOnEntryAndTellsOfTheClick) {
