@@ -31,6 +31,10 @@ class NotificationsDouble {
   void setCapabilities(Texts capabilities) {
     service_.sync([&] { capabilities_ = std::move(capabilities); });
   }
+  /// From now on it is too slow to be waited for.
+  void setSlow() {
+    service_.sync([&] { isSlow_ = true; });
+  }
   void appear() { service_.appear(); }
   void vanish() { service_.vanish(); }
 
@@ -59,6 +63,8 @@ class NotificationsDouble {
     if (call.method == "GetServerInformation") {
       return dbus::arguments("double", "the tests", "1.9", "1.2");
     }
+    const dbus::Failure late{dbus::kNoReply, "late"};
+    if (call.method == "GetCapabilities" && isSlow_) return late;
     if (call.method == "GetCapabilities") return dbus::arguments(capabilities_);
     const auto text = [&](std::size_t place) {
       return dbus::read<Glib::ustring>(call.arguments, place).value().raw();
@@ -71,10 +77,12 @@ class NotificationsDouble {
                       .body = text(4),
                       .actions = dbus::read<Texts>(call.arguments, 5).value(),
                       .hints = dbus::read<dbus::Properties>(call.arguments, 6).value()});
+    if (isSlow_) return late;
     return dbus::arguments(shown_.back().number);
   }
 
   Texts capabilities_{"actions", "body", "body-markup"};
+  bool isSlow_ = false;
   std::vector<Shown> shown_;
   ServiceDouble service_;
 };

@@ -8,6 +8,9 @@
 namespace ovinta::platform::linux {
 namespace {
 
+/// It reads the body as markup. Nearly all services do and can act, so one too slow to say is
+/// taken to.
+constexpr const char* kCanMarkUp = "body-markup";
 constexpr const char* kDefaultAction = "default";
 constexpr std::uint32_t kReplacesNone = 0;
 constexpr std::int32_t kDefaultExpiry = -1;
@@ -91,7 +94,7 @@ void NotificationPresenter::show(const UserNotificationContent& content,
                   if (!accepted(reply)) return end(false);
                   notify(content,
                          dbus::read<NotificationCapabilities>(reply.values, 0)
-                             .value_or(NotificationCapabilities()),
+                             .value_or(NotificationCapabilities{kCanAct, kCanMarkUp}),
                          end);
                 });
 }
@@ -105,7 +108,7 @@ void NotificationPresenter::notify(const UserNotificationContent& content,
   };
   // The other services show the body as it stands.
   const Glib::ustring body =
-      can("body-markup") ? Glib::Markup::escape_text(content.body) : Glib::ustring(content.body);
+      can(kCanMarkUp) ? Glib::Markup::escape_text(content.body) : Glib::ustring(content.body);
   const auto actions =
       can(kCanAct) ? std::vector<Glib::ustring>{kDefaultAction, ""} : std::vector<Glib::ustring>();
   service_.call(kNotificationsPath, kNotificationsName, "Notify",

@@ -130,6 +130,17 @@ TEST_F(UserNotificationTest, APositionThatMayBeOnEitherSideFiresNothing) {
   waitForShown(2);
 }
 
+TEST_F(UserNotificationTest, AServiceThatIsTooSlowCountsAsOneThatShowsAsMostDo) {
+  desktop_.setSlow();
+  arm({requestFor("one")});
+  EXPECT_THAT(enter(), IsEmpty());
+  waitForShown(1);
+  EXPECT_EQ(desktop_.shown().at(0).body, "5 &lt; 6 &amp; more");
+  EXPECT_THAT(desktop_.shown().at(0).actions, SizeIs(2));
+  waitUntil([&] { return !location_->isUpdating(); });
+  EXPECT_THAT(pendingOf(*center_), IsEmpty());
+}
+
 TEST_F(UserNotificationTest, KnowsAfterARestartWhatIsPendingAndOnWhichSide) {
   std::vector<bool> accepted;
   for (const auto* identifier : {"a", "b", "\xFF"}) {
