@@ -126,6 +126,9 @@ TEST_F(BlueZTest, ResumesWheneverItCan) {
 
   bluez_.addAdapter("hci1");
   expectHears("hci1");
+  advertise(1, -60, "hci0");
+  advertise(1, -70, "hci1");
+  EXPECT_THAT(pass(1s), ElementsAre("all: 1@-65"));
   bluez_.removeAdapter("hci0");
   expectHears("hci1");
   bluez_.addAdapter("hci0");
