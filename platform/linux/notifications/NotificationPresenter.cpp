@@ -57,6 +57,8 @@ void NotificationPresenter::listen() {
                         close(dbus::read<std::uint32_t>(signal.arguments, 0).value_or(0));
                       });
   listener_->onPresence(true, [this](bool isPresent) {
+    isPresenceKnown_ = true;
+    for (const auto& step : std::exchange(waiting_, {})) step();
     while (!isPresent && !open_.empty()) close(open_.begin()->first);
   });
 }
@@ -69,13 +71,18 @@ void NotificationPresenter::close(std::uint32_t number) {
 
 void NotificationPresenter::restUnlessNeeded() {
   // The service tells everybody of everybody's notifications.
-  if (underWay_ == 0 && open_.empty()) listener_ = nullptr;
+  if (underWay_ > 0 || !open_.empty()) return;
+  listener_ = nullptr;
+  isPresenceKnown_ = false;
 }
 
 bool NotificationPresenter::accepted(const dbus::Reply& reply) {
   if (!reply.failure || reply.failure->name == dbus::kNoReply) return true;
+  const std::string& failure = reply.failure->name;
+  // Of an absence the bus has told.
+  if (failure == dbus::kServiceUnknown || failure == dbus::kDisconnected) return false;
   if (!std::exchange(hasLoggedFailure_, true)) {
-    log_->write("Notifications cannot be shown: " + reply.failure->name);
+    log_->write("Notifications cannot be shown: " + failure);
   }
   return false;
 }
@@ -89,14 +96,18 @@ void NotificationPresenter::show(const UserNotificationContent& content,
     restUnlessNeeded();
     completion(isShown);
   };
-  service_.call(kNotificationsPath, kNotificationsName, kGetCapabilities, {},
-                [this, content, end](const dbus::Reply& reply) {
-                  if (!accepted(reply)) return end(false);
-                  notify(content,
-                         dbus::read<NotificationCapabilities>(reply.values, 0)
-                             .value_or(NotificationCapabilities{kCanAct, kCanMarkUp}),
-                         end);
-                });
+  const auto ask = [this, content, end] {
+    service_.call(kNotificationsPath, kNotificationsName, kGetCapabilities, {},
+                  [this, content, end](const dbus::Reply& reply) {
+                    if (!accepted(reply)) return end(false);
+                    notify(content,
+                           dbus::read<NotificationCapabilities>(reply.values, 0)
+                               .value_or(NotificationCapabilities{kCanAct, kCanMarkUp}),
+                           end);
+                  });
+  };
+  if (isPresenceKnown_) return ask();
+  waiting_.emplace_back(ask);
 }
 
 void NotificationPresenter::notify(const UserNotificationContent& content,

@@ -64,6 +64,9 @@ class NotificationPresenter {
   /// By the number that the service gave.
   std::map<std::uint32_t, Dictionary> open_;
   std::size_t underWay_ = 0;
+  /// Whether the listener was told if the service is there, and what is to be done then.
+  bool isPresenceKnown_ = false;
+  std::vector<std::function<void()>> waiting_;
   bool hasLoggedFailure_ = false;
   dbus::Service service_;
   /// Hears of what is shown.

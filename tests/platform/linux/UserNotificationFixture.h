@@ -87,6 +87,7 @@ class UserNotificationTest : public test::BusTest {
 
   void waitForClick() {
     waitUntil([&] { return !clicked_.empty(); });
+    passBy(kNotificationsName);
     EXPECT_THAT(clicked_, testing::ElementsAre("one"));
   }
   void waitForMissing(const std::string& name) {
