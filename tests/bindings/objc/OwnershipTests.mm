@@ -13,7 +13,6 @@
 @interface Observer : NSObject {
  @public
   NSMutableArray* objects;
-  NSMutableArray* names;
 }
 - (void)note:(NSNotification*)notification;
 @end
@@ -22,19 +21,16 @@
 - (id)init {
   if ((self = [super init])) {
     objects = [[NSMutableArray alloc] init];
-    names = [[NSMutableArray alloc] init];
   }
   return self;
 }
 - (void)dealloc {
   [[NSNotificationCenter defaultCenter] removeObserver:self];
   [objects release];
-  [names release];
   [super dealloc];
 }
 - (void)note:(NSNotification*)notification {
   @synchronized(self) {
-    [names addObject:[notification name]];
     [objects addObject:[notification object] ? [notification object] : [NSNull null]];
   }
 }
@@ -105,16 +101,6 @@ TEST_F(OwnershipTest, NotificationsBringTwins) {
       {.name = {"locationAuthorizationChanged"}, .object = {}});
   EXPECT_EQ([(OvintaLocation*)[positions->objects lastObject] longitude], 2);
   EXPECT_EQ([permissions->objects lastObject], [NSNull null]);
-}
-
-TEST_F(OwnershipTest, NoTwinOutlivesItsLastOwner) {
-  becomeCustomer();
-  placeOrder();
-  const std::size_t before = twins::IdentityMap::shared().size();
-  NSAutoreleasePool* const pool = [[NSAutoreleasePool alloc] init];
-  EXPECT_NE([Ovinta.orders.all lastObject], nil);
-  [pool drain];
-  EXPECT_LE(twins::IdentityMap::shared().size(), before);
 }
 
 /// Reads orders and has a request refused at once, with an error, through a block.

@@ -1,5 +1,7 @@
-// Every selector of the table of twins that takes no block, called; those that take one are called
-// by the tests of calls.
+// Every selector of the table of twins, called. Those that take a block are called against the
+// sandbox: when it serves, and when it cannot be reached and the device forbids.
+
+#include <objc/runtime.h>
 
 #include <sstream>
 
@@ -120,7 +122,12 @@ void WalkTest::fillSamples() {
 /// Calls with a sample for each argument; what the call returned, if that is an object.
 id WalkTest::call(id target, const std::string& selector) {
   const SEL sel = NSSelectorFromString(@(selector.c_str()));
-  NSMethodSignature* const signature = [target methodSignatureForSelector:sel];
+  Method const method = class_getInstanceMethod(object_getClass(target), sel);
+  if (!method) [NSException raise:NSGenericException format:@"is not there"];
+  // The runtime cannot read its own sign for a block.
+  std::string types = method_getTypeEncoding(method);
+  std::erase(types, '?');
+  NSMethodSignature* const signature = [NSMethodSignature signatureWithObjCTypes:types.c_str()];
   NSInvocation* const invocation = [NSInvocation invocationWithMethodSignature:signature];
   [invocation setSelector:sel];
   NSInteger index = 2;
@@ -194,6 +201,7 @@ TEST_F(WalkTest, EverySelectorWithoutABlockIsCalled) {
   auto table = ovinta::test::twinTable();
   // The example's program calls these: they replace the simulated device.
   table.erase("OvintaLinux");
+  ASSERT_GT(table.size(), 40u);
   for (const bool initialisers : {true, false}) {
     for (const auto& [className, selectors] : table) {
       if (id error = NSClassFromString(@(className.c_str()));
@@ -204,6 +212,165 @@ TEST_F(WalkTest, EverySelectorWithoutABlockIsCalled) {
         const bool takesBlock = selector.ends_with("allback:");
         if (!takesBlock && selector.starts_with("init") == initialisers) walk(className, selector);
       }
+    }
+  }
+}
+
+/// Those that take a block, in an order in which they succeed, and the class of what each reports;
+/// none where it reports errors alone.
+using Operations = std::vector<std::pair<const char*, const char*>>;
+const std::pair<const char*, Operations> kOperations[] = {
+    {"CustomerManager",
+     {{"create:customerConsent:callback:", "Customer"},
+      {"create:termsOfService:ageVerification:callback:", "Customer"},
+      {"update:callback:", "Customer"},
+      {"signUpWithEmailAddress:password:callback:", "Customer"},
+      {"loginWithEmailAddress:password:callback:", "Customer"},
+      {"loginWithTokenWithToken:callback:", "Customer"},
+      {"requestNewPasswordWithEmailAddress:callback:", ""},
+      {"setNewPasswordWithResetPasswordToken:password:confrimation:callback:", "Customer"}}},
+    {"ConfigurationManager", {{"fetchWithCallback:", "NSDictionary"}}},
+    {"OrdersManager",
+     {{"createWithInfo:callback:", "Order"},
+      {"createWithSiteID:partnerIdentifier:customerInfo:pickupWindow:state:callback:", "Order"},
+      {"createWithSiteID:partnerIdentifier:customerInfo:pickupWindow:callback:", "Order"},
+      {"fetchWithCallback:", "NSArray"},
+      {"fetchWithRedemptionCode:callback:", "Order"},
+      {"claimWithRedemptionCode:customerInfo:pickupType:callback:", "Order"},
+      {"claimWithRedemptionCode:customerInfo:callback:", "Order"},
+      {"claimWithRedemptionCode:claimOrderInfo:customerConsent:callback:", "Order"},
+      {"eventWithOrder:customerState:callback:", "Order"},
+      {"eventWithOrderID:customerState:callback:", "Order"},
+      {"rateOrderWithOrderID:rating:comments:callback:", "Order"},
+      {"eventWithOrderID:state:callback:", "Order"}}},
+    {"SitesManager",
+     {{"fetchWithQuery:page:callback:", "NSArray"},
+      {"fetchAllWithQuery:callback:", "NSArray"},
+      {"fetchWithRegion:page:callback:", "NSArray"},
+      {"fetchWithRegion:page:per:callback:", "NSArray"}}},
+    {"NotifyManager",
+     {{"createForSites:notification:callback:", ""},
+      {"createForSitesInRegion:notification:callback:", "NSArray"},
+      {"clearWithCallback:", ""}}}};
+
+class CallTest : public WalkTest {
+ protected:
+  CallTest();
+
+  void refreshSamples();
+  /// Starts all of them without a block.
+  void startAll();
+  void expectAll(bool succeed);
+
+  void start(const char* className, const std::string& selector, id block) {
+    refreshSamples();
+    samples_[words(selector).back()] = block;
+    call(instances_[className], selector);
+  }
+};
+
+CallTest::CallTest() {
+  instances_["ConfigurationManager"] = Ovinta.config;
+  id const consent = [[[CustomerConsent alloc] initWithTermsOfService:YES
+                                                      ageVerification:YES] autorelease];
+  id const region = [[[OvintaCircularRegion alloc] initWithLatitude:40.74
+                                                          longitude:-73.99
+                                                             radius:5000
+                                                         identifier:@"here"] autorelease];
+  samples_["create"] = samples_["update"] = info();
+  for (const char* name : {"signUp", "login", "requestNewPassword"}) {
+    samples_[name + std::string("WithEmailAddress")] = @"ann@example.com";
+  }
+  for (const char* name : {"createWithSiteID", "page", "per", "rating"}) samples_[name] = @1;
+  samples_["createWithSiteID"] = @42;
+  samples_["confrimation"] = @"password";
+  samples_["customerConsent"] = consent;
+  samples_["createWithInfo"] = [[[CreateOrderInfo alloc] initWithSiteID:42
+                                                      partnerIdentifier:@"A-2"
+                                                           customerInfo:info()
+                                                              pushToken:nil
+                                                           pickupWindow:nil] autorelease];
+  samples_["claimOrderInfo"] = [[[ClaimOrderInfo alloc] initWithCustomerInfo:info()
+                                                                   pushToken:@"00ff"
+                                                                  pickupType:nil] autorelease];
+  samples_["pickupWindow"] =
+      [[[PickupWindow alloc] init:[NSDate dateWithTimeIntervalSince1970:1e9]] autorelease];
+  samples_["fetchWithQuery"] = nil;
+  samples_["fetchAllWithQuery"] = @"new";
+  samples_["fetchWithRegion"] = samples_["createForSitesInRegion"] = region;
+  samples_["notification"] = [[[NotificationInfo alloc] initWithTitle:@"Near"
+                                                              content:@"Come in"
+                                                                 data:nil] autorelease];
+}
+
+/// What is new for each call, or comes of those before.
+void CallTest::refreshSamples() {
+  Customer* const customer = Ovinta.customer.current;
+  Order* const order = [Ovinta.orders.all lastObject];
+  samples_["loginWithTokenWithToken"] = customer ? customer.token : @"none";
+  samples_["newPasswordWithResetPasswordToken"] = @(world.resetToken("ann@example.com").c_str());
+  samples_["fetchWithRedemptionCode"] = @(world.offerOrder().c_str());
+  samples_["claimWithRedemptionCode"] = @(world.offerOrder().c_str());
+  samples_["eventWithOrder"] = order;
+  samples_["eventWithOrderID"] = samples_["rateOrderWithOrderID"] = @(order.id);
+  samples_["createForSites"] = Ovinta.sites.all;
+}
+
+void CallTest::startAll() {
+  for (const auto& [className, operations] : kOperations) {
+    for (const auto& [selector, result] : operations) start(className, selector, nil);
+  }
+}
+
+void CallTest::expectAll(bool succeed) {
+  for (const auto& [className, operations] : kOperations) {
+    for (const auto& [name, result] : operations) {
+      const std::string selector = name;
+      Class const resultClass = NSClassFromString(@(result));
+      const Outcome outcome = await([&, className = className](Report report) {
+        const ErrorCallback errors = ^(OvintaError* error) {
+          report(nil, error);
+        };
+        const SitesPageCallback page =
+            ^(NSArray<Site*>* sites, Pagination* pagination, OvintaError* error) {
+              report(pagination.currentPage == 1 ? sites : nil, error);
+            };
+        const bool isPage = selector.starts_with("fetchWithQuery");
+        start(className, selector, isPage ? (id)page : resultClass ? (id)report : (id)errors);
+      });
+      if (succeed || selector == "clearWithCallback:") {
+        EXPECT_EQ(outcome.error, nil) << selector << ": " << text([outcome.error description]);
+        EXPECT_TRUE(resultClass ? [outcome.result isKindOfClass:resultClass] : !outcome.result)
+            << selector;
+      } else {
+        EXPECT_TRUE([outcome.error isKindOfClass:[OvintaError class]]) << selector;
+      }
+    }
+  }
+}
+
+TEST_F(CallTest, EverySelectorWithABlockSucceedsAndFails) {
+  expectAll(true);
+  EXPECT_GT([Ovinta.sites.all count], 1u);
+
+  Ovinta.sites.all = [NSArray array];
+  startAll();
+  EXPECT_TRUE(world.waitUntil([] { return !ovinta::Ovinta::sites().all()->empty(); }));
+  await([](Report report) { [Ovinta.config fetchWithCallback:report]; });
+
+  [UserDefaultsKey.apiBase setWithValue:@"http://127.0.0.1:1"];
+  world.device().location().setLocationServicesEnabled(false);
+  expectAll(false);
+  startAll();
+  world.device().location().setLocationServicesEnabled(true);
+
+  ovinta::test::Selectors unused = ovinta::test::twinTable();
+  for (const auto& [className, operations] : kOperations) {
+    for (const auto& [selector, result] : operations) unused[className].erase(selector);
+  }
+  for (const auto& [className, selectors] : unused) {
+    for (const std::string& selector : selectors) {
+      EXPECT_FALSE(selector.ends_with("allback:")) << className << " " << selector;
     }
   }
 }
