@@ -50,11 +50,6 @@ struct OperationCase {
   std::string name;
   /// Makes the operation for a base URL; an empty report gives one without a callback.
   std::function<std::shared_ptr<APIOperation>(std::string apiURL, Report report)> make;
-  /// Method, and path below the base URL. Line and body are those of the default inputs.
-  std::string line;
-  /// Whether the customer's token is sent.
-  bool isAuthorized;
-  std::optional<std::string> body;
   /// The title of its errors.
   std::string title;
   /// A body that it accepts as a success.

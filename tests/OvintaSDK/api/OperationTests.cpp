@@ -26,7 +26,8 @@ using ::testing::IsEmpty;
 using ::testing::SizeIs;
 using ::testing::StartsWith;
 
-/// Runs one operation. What the statuses of the service come to is tested over real HTTP.
+/// Runs one operation. What it sends is tested with its manager, and what the statuses of the
+/// service come to over real HTTP.
 class OperationTest : public SDKFixture, public ::testing::WithParamInterface<OperationCase> {
  protected:
   /// What the callback receives: "a result" or the error's kind, title and text; "" for no call.
@@ -56,16 +57,6 @@ class OperationTest : public SDKFixture, public ::testing::WithParamInterface<Op
     return {std::move(data), HTTPResponse{.statusCode = number}, {}};
   }
 };
-
-TEST_P(OperationTest, SendsOneRequest) {
-  const OperationCase& expected = GetParam();
-  EXPECT_EQ(outcome(status(expected.success, expected.answer)), "a result");
-  ASSERT_THAT(requestLines(), ElementsAre(expected.line));
-  EXPECT_EQ(requests()[0].body, expected.body);
-  const platform::HeaderField token{"Authorization", "Token token=\"customer-token\""};
-  EXPECT_EQ(requests()[0].headers.front() == token, expected.isAuthorized);
-  EXPECT_THAT(logLines(), IsEmpty());
-}
 
 TEST_P(OperationTest, TellsTheTransportsErrorBeforeAnAnswer) {
   const TransportError lost{"lost"};

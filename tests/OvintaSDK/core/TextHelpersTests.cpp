@@ -28,11 +28,5 @@ TEST_F(TextHelpersTest, CamelCaseFallsIntoWordsBeforeEachCapital) {
   for (const auto& [text, words] : cases) EXPECT_EQ(wordsFromCamelCase(text), words) << text;
 }
 
-TEST(PresenceTest, DropsTheEmptyTextAlone) {
-  EXPECT_EQ(presence(std::nullopt), std::nullopt);
-  EXPECT_EQ(presence(""), std::nullopt);
-  EXPECT_EQ(presence(" "), " ");
-}
-
 }  // namespace
 }  // namespace ovinta::test
