@@ -58,7 +58,6 @@ TEST_F(OvintaTest, ConfigureTakesOnlyATextAsToken) {
       {{{"token", 42}}, {}},
       {{{"token", "first"}, {"Token", "other"}}, "first"},
       {{{"token", nullptr}}, "first"},
-      {{{"TOKEN", "second"}}, "first"},
       {{{"token", ""}}, ""},
       {{{"token", "second"}}, "second"},
   };
@@ -113,17 +112,14 @@ TEST(DevelopmentPushTest, FindsTheEnvironmentInTheProfile) {
   const std::string development = "<string>development</string>";
   const std::pair<std::string, bool> cases[] = {
       {profile(key + development), true},
-      {profile(key + "\n\t" + development), true},
       {profile("<key>a</key><string>production</string>" + key + development), true},
       // The next text after the key is taken, whatever lies between.
       {profile(key + "<true/><key>b</key>" + development), true},
       {profile(key + "<string>production</string>" + key + development), false},
-      {profile(key + "<string> development</string>"), false},
       {profile(key + "<string>Development</string>"), false},
       {profile(key + "<string></string>" + development), false},
       {profile(development + key), false},
       {profile(key + "<string>development"), false},
-      {profile(development), false},
       {profile(key + development) + "\x80", false},
       {"", false},
   };

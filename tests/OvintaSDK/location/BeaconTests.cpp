@@ -1,8 +1,7 @@
-// Beacon regions as the platform has them, and the list of the beacons heard recently.
+// The list of the beacons heard recently.
 #include <gmock/gmock.h>
 
 #include "OvintaSDK/location/BeaconList.h"
-#include "OvintaSDK/location/BeaconRegion.h"
 #include "tests/support/SDKFixture.h"
 
 namespace ovinta {
@@ -13,18 +12,6 @@ using platform::UUID;
 using testing::IsEmpty;
 
 const UUID kUUID = UUID::parse("2F234454-CF6D-4A0F-ADF2-F4911BA9FFA6").value();
-
-TEST(BeaconRegion, BecomesAPlatformRegionOfOneIdentifier) {
-  struct Row {
-    std::optional<std::uint16_t> major, minor, platformMajor, platformMinor;
-  };
-  const Row rows[] = {{{}, {}, {}, {}}, {1, {}, 1, {}}, {1, 0, 1, 0}, {{}, 2, {}, {}}};
-  for (const Row& row : rows) {
-    const platform::BeaconRegion expected{kUUID, row.platformMajor, row.platformMinor,
-                                          "siteBeaconRegion"};
-    EXPECT_EQ((BeaconRegion{kUUID, row.major, row.minor}.region()), expected);
-  }
-}
 
 class BeaconListTest : public test::SDKFixture {
  protected:

@@ -168,15 +168,5 @@ TEST_F(Reporting, SendsOnceMoreWhenTheBeaconsHaveFallenSilent) {
   EXPECT_THAT(bodies("POST", kEvents).back(), testing::EndsWith(R"("beacons":[]}})"));
 }
 
-TEST_F(Reporting, IgnoresBeaconsOfUnknownDistance) {
-  startTrackingWithBeacons();
-  location->setBeaconsInRange({beacon(-60, -1)});
-  EXPECT_THAT(sendTimes(8s,
-                        [this](int now) {
-                          if (now == 0) location->deliver(at(0));
-                        }),
-              ElementsAre(2000));
-}
-
 }  // namespace
 }  // namespace ovinta

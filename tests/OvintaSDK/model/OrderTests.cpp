@@ -11,19 +11,6 @@ using namespace std::chrono_literals;
 
 using OrderTest = SDKFixture;
 
-TEST_F(OrderTest, IsOpenWhileBothSidesStillHaveToAct) {
-  using enum OrderState;
-  const OrderPtr order = decodeOrder(requiredOrder());
-  for (const OrderState state : {created, ready, delayed, cancelled, completed, gone}) {
-    for (std::int64_t raw = 0; raw <= 5; ++raw) {
-      order->setState(state);
-      order->setCustomerState(static_cast<CustomerState>(raw));
-      const bool isOpen = (state == created || state == ready || state == delayed) && raw != 5;
-      EXPECT_EQ(order->isOpen(), isOpen) << rawValue(state) << ", " << raw;
-    }
-  }
-}
-
 TEST_F(OrderTest, EachMutableFieldIsKeptByItself) {
   const OrderPtr order = decodeOrder(requiredOrder());
   const auto setAll = [&](const std::vector<std::optional<std::string>>& texts,
