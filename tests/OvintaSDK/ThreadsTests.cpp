@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <cstdlib>
 #include <latch>
@@ -139,14 +140,7 @@ class Threads : public ::testing::Test {
 };
 
 TEST_F(Threads, MakeEachManagerOnce) {
-  struct Touched {
-    const void* orders;
-    const void* customer;
-    const void* queue;
-    const void* store;
-    auto operator<=>(const Touched&) const = default;
-  };
-  std::vector<Touched> touched(kThreads);
+  std::vector<std::array<const void*, 4>> touched(kThreads);
   run(
       [&touched](int number) {
         OvintaState& state = OvintaState::current();

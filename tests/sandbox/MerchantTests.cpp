@@ -38,15 +38,6 @@ TEST_F(MerchantTest, MovesAnOrderWhereThatIsPossible) {
   }
 }
 
-TEST_F(MerchantTest, EventsOnAGoneOrderAreRefusedAsGone) {
-  app.createOrder();
-  const std::string event = R"(,"event_type":"state_change","state":"ready"})";
-  take({{"POST", "/sandbox/orders/1001/gone", "", 200, R"("state":"gone")"},
-        {"POST", "/m/v1/events", R"({"order_id":1001)" + event, 410},
-        {"POST", "/m/v1/events", R"({"order_id":1002)" + event, 404}});
-  EXPECT_EQ(app.send("POST", "/m/v1/events", R"({"order_id":1001)" + event).body, "");
-}
-
 TEST_F(MerchantTest, ThePageShowsAllButPasswordsAndEscapesWhatCustomersWrote) {
   app.send("PATCH", "/m/v1/customer/sign_up",
            R"({"email":"a@b.c","password":"secret","password_confirmation":"secret"})");

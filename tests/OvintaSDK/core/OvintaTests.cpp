@@ -18,24 +18,19 @@ using platform::Dictionary;
 using ::testing::StartsWith;
 
 /// Counts the location managers, and those that were not made on the main thread.
-class CountingLocation : public platform::LocationServices {
+class CountingLocation : public platform::simulation::SimulatedLocation {
  public:
   explicit CountingLocation(const platform::Services& services)
-      : location_(services.location), mainQueue_(services.mainQueue) {}
-  bool locationServicesEnabled() const override { return location_->locationServicesEnabled(); }
-  platform::AuthorizationStatus authorizationStatus() const override {
-    return location_->authorizationStatus();
-  }
+      : SimulatedLocation(services.mainQueue, services.geodesy), mainQueue_(services.mainQueue) {}
   std::unique_ptr<platform::LocationManager> makeLocationManager() override {
     ++made;
     if (!mainQueue_->isMain()) ++madeElsewhere;
-    return location_->makeLocationManager();
+    return SimulatedLocation::makeLocationManager();
   }
   std::atomic<int> made = 0;
   std::atomic<int> madeElsewhere = 0;
 
  private:
-  std::shared_ptr<platform::LocationServices> location_;
   std::shared_ptr<platform::MainQueue> mainQueue_;
 };
 

@@ -11,13 +11,9 @@ using TextHelpersTest = SDKFixture;
 
 TEST_F(TextHelpersTest, CamelCaseFallsIntoWordsBeforeEachCapital) {
   const std::pair<const char*, const char*> cases[] = {
-      {"", ""},
-      {"abc", "abc"},
       {"ABC", "A B C"},
-      {"URLError", "U R L Error"},
       {"GetCustomerOperation", "Get Customer Operation"},
       {"already Two", "already  Two"},
-      {"v2Point0", "v2 Point0"},
       {"grünÄpfel", "grün Äpfel"},
       {"aǅ", "a ǅ"},
       {"a𝐀", "a 𝐀"},
