@@ -58,16 +58,12 @@ TEST_F(RequestWireTest, OrderEvents) {
                       .rssi = {.count = 1, .value = -61.1F},
                       .distance = {.count = 1, .value = 2.5F},
                       .scannedAt = kStart};
-  const std::string here =
-      R"({"order_id":7,"event_type":"location_update","longitude":-74.25,"latitude":40.7,)"
-      R"("accuracy":5,"speed":-1)";
   const std::pair<OrderEvent, std::string> cases[] = {
-      {OrderEvent::locationUpdate(7, location, {}, {}), here + "}"},
-      {OrderEvent::locationUpdate(7, location, std::vector<Beacon>{}, 90.9),
-       here + R"(,"beacons":[],"eta_seconds":90})"},
-      {OrderEvent::locationUpdate(7, location, std::vector{beacon}, {}),
-       here + R"(,"beacons":[{"rssi":-61.1,"distance":2.5,)"
-              R"("uuid":"00000000-0000-0000-0000-000000000000","major":1,"minor":65535}]})"},
+      {OrderEvent::locationUpdate(7, location, std::vector{beacon}, 90.9),
+       R"({"order_id":7,"event_type":"location_update","longitude":-74.25,"latitude":40.7,)"
+       R"("accuracy":5,"speed":-1,"beacons":[{"rssi":-61.1,"distance":2.5,)"
+       R"("uuid":"00000000-0000-0000-0000-000000000000","major":1,"minor":65535}],)"
+       R"("eta_seconds":90})"},
       {OrderEvent::customerStateChange(7, CustomerState::enRoute, -0.9),
        R"({"order_id":7,"event_type":"state_change","eta_seconds":0,"customer_state":"en_route"})"},
       {OrderEvent::rating(7, 5, "Fine \"and\" fast\n"),

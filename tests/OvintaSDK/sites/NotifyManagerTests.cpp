@@ -10,7 +10,6 @@ namespace {
 using platform::Dictionary;
 using platform::UserNotificationRequest;
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 constexpr platform::Coordinate kCenter{.latitude = 40.7, .longitude = -74};
 constexpr const char* kDone = "\ntold nothing";
