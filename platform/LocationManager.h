@@ -54,8 +54,8 @@ class LocationManagerDelegate {
   /// The device has come into a monitored region, or has left it; each at every such change. Of
   /// beacons: the first one was heard, or none for half a minute; at first the device is outside.
   /// Of a circle: a position that lies on the other side of the border with all its uncertainty, as
-  /// far as the region wants to be told; where the device is at first is no change. Of a region that
-  /// was stopped nothing more is told.
+  /// far as the region wants to be told; where the device is at first is no change. Of a region
+  /// that was stopped nothing more is told.
   virtual void didEnterRegion(const Region& /*region*/) {}
   virtual void didExitRegion(const Region& /*region*/) {}
 };

@@ -17,7 +17,7 @@ Surroundings surroundingsOf(const Options& options, const Services& services) {
     return std::make_shared<dbus::Bus>(std::move(address), services.mainQueue, services.log);
   };
   Surroundings around{.mainQueue = services.mainQueue,
-                      .systemBus = bus(dbus::systemBusAddress()),
+                      .systemBus = bus(systemBusAddressOf(options)),
                       .sessionBus = bus(dbus::sessionBusAddress()),
                       .applicationID = applicationIDOf(options),
                       .positionSource = chosenSource(options.positionSource),

@@ -37,10 +37,10 @@ struct Finding {
 /// buses, position and the permission to follow it, Bluetooth, notifications, battery, data
 /// directory. Independent of `makeServices`, and nothing of it stays: the position is followed just
 /// until it shows who may. Where the location portal is the source, that may ask the user. Findings
-/// carry no position, no name of a person or a device, and of the paths the data directory's alone.
+/// carry no position and no name of a person or of a device.
 ///
 /// May be called from any thread; returns at once. `completion` is called once on the main thread,
-/// with all findings in a fixed order, at the latest after some five seconds: whatever has not
+/// with all findings in a fixed order, at the latest after some four seconds: whatever has not
 /// answered by then is a finding too. `mainQueue`: that of the installed services if it is one of
 /// the application's own. Without it the queue of `makeServices` serves, which takes a main loop.
 OVINTA_EXPORT void diagnose(const Options& options,

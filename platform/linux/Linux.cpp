@@ -114,8 +114,7 @@ Services makeServices(const Options& options) {
   services.persistentContainers = std::make_shared<SQLitePersistentContainerFactory>(directory);
   services.geodesy = makeGeodesy();
   const auto systemBus =
-      std::make_shared<dbus::Bus>(options.systemBusAddress.value_or(dbus::systemBusAddress()),
-                                  services.mainQueue, services.log);
+      std::make_shared<dbus::Bus>(systemBusAddressOf(options), services.mainQueue, services.log);
   const auto sessionBus =
       std::make_shared<dbus::Bus>(dbus::sessionBusAddress(), services.mainQueue, services.log);
   services.location = std::make_shared<SystemLocationServices>(

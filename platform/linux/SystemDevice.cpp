@@ -11,8 +11,9 @@
 namespace ovinta::platform::linux {
 namespace {
 
-/// How old a reading may be.
+/// From which age on a reading is replaced, and from which on it is no answer any more.
 constexpr TimeInterval kFreshness = std::chrono::seconds(10);
+constexpr TimeInterval kValidity = std::chrono::minutes(1);
 
 }  // namespace
 
@@ -26,10 +27,13 @@ struct SystemDevice::Reading {
   std::optional<BatteryState> state;
   Date time;
 
+  bool isWithin(TimeInterval age, Date now) const {
+    return state && std::chrono::abs(now - time) <= age;
+  }
+
   /// Whether the caller is to read anew.
   bool needsAnother(Date now) {
-    const bool isFresh = state && std::chrono::abs(now - time) <= kFreshness;
-    return isMonitored && !isFresh && !std::exchange(isUnderWay, true);
+    return isMonitored && !isWithin(kFreshness, now) && !std::exchange(isUnderWay, true);
   }
 
   void end(BatteryState newState, Date now) {
@@ -59,8 +63,9 @@ void SystemDevice::setBatteryMonitoringEnabled(bool enabled) {
 BatteryState SystemDevice::batteryState() const {
   std::unique_lock lock(reading_->mutex);
   if (!reading_->isMonitored) return BatteryState::unknown;
-  const auto state = reading_->state;
-  const bool reads = reading_->needsAnother(clock_->now());
+  const Date now = clock_->now();
+  const auto state = reading_->isWithin(kValidity, now) ? reading_->state : std::nullopt;
+  const bool reads = reading_->needsAnother(now);
   lock.unlock();
   if (reads) read();
   return state ? *state : readPowerSupplies(powerSupplies_);

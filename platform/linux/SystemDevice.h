@@ -12,8 +12,9 @@ namespace ovinta::platform::linux {
 
 /// The battery as UPower knows it, or as the kernel's files say while UPower does not answer. It is
 /// read when monitoring is switched on and, behind the answer, at each question for the state that
-/// finds the last reading older than ten seconds. Otherwise it does nothing at all: UPower, which
-/// tells of every change of the charge, is not followed. Destroyed on the main thread.
+/// finds the last reading older than ten seconds; when that is older than a minute the files
+/// answer. Otherwise it does nothing at all: UPower, which tells of every change of the charge, is
+/// not followed. Destroyed on the main thread.
 class SystemDevice : public Device {
  public:
   SystemDevice(std::shared_ptr<dbus::Bus> systemBus, std::shared_ptr<Clock> clock,

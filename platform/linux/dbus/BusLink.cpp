@@ -79,14 +79,19 @@ void BusLink::needConnection() {
       this);
 }
 
+bool BusLink::isAwaited() const {
+  return std::ranges::any_of(registrations_,
+                             [](const auto& each) { return each.second->name.isAwaited; });
+}
+
 void BusLink::needRetry() {
-  if (registrations_.empty() || isDropped_ || std::exchange(isRetryScheduled_, true)) return;
+  if (!isAwaited() || isDropped_ || std::exchange(isRetryScheduled_, true)) return;
   retryLater_(std::exchange(retryDelay_, std::min(2 * retryDelay_, kLongestRetryDelay)));
 }
 
 void BusLink::retry() {
   isRetryScheduled_ = false;
-  if (!registrations_.empty()) needConnection();
+  if (isAwaited()) needConnection();
 }
 
 void BusLink::connected(GDBusConnection* connection, const char* failure) {
@@ -262,7 +267,8 @@ void BusLink::detach(Registration& registration) {
 void BusLink::notePresence(Registration& registration, bool isPresent) {
   if (!registration.onPresence || registration.lastPresence == isPresent) return;
   const std::string& name = registration.name.name;
-  if (!isPresent && connection_) log(name, name + " is not on the bus");
+  if (!isPresent && connection_ && registration.name.isAwaited)
+    log(name, name + " is not on the bus");
   registration.lastPresence = isPresent;
   registration.onPresence(isPresent);
 }

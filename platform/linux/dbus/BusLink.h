@@ -61,6 +61,8 @@ class BusLink {
   };
 
   void needConnection();
+  /// Whether anybody would gain from a connection. Signals are always awaited.
+  bool isAwaited() const;
   void needRetry();
   void connected(GDBusConnection* connection, const char* failure);
   void lost();

@@ -17,6 +17,10 @@ inline constexpr const char* kUnknownInterface = "org.freedesktop.DBus.Error.Unk
 inline constexpr const char* kNoReply = "org.freedesktop.DBus.Error.NoReply";
 inline constexpr const char* kDisconnected = "org.freedesktop.DBus.Error.Disconnected";
 
+/// The bus itself, as a service of its own.
+inline constexpr const char* kBusName = "org.freedesktop.DBus";
+inline constexpr const char* kBusPath = "/org/freedesktop/DBus";
+
 inline constexpr std::chrono::milliseconds kCallTimeout{5000};
 /// For what takes as long as the user does: an answer that comes after its limit is lost, and with
 /// it whatever the service has given. A service that goes away ends the call in a failure.
@@ -65,6 +69,9 @@ struct NameMatch {
   std::string name;
   /// Whether the bus is to start the service, if it knows how, when the watch begins.
   bool activates = false;
+  /// Whether somebody waits for the service: a bus that is not there is then looked for, and the
+  /// log tells when the service is absent. A watch that is of use by chance alone costs nothing.
+  bool isAwaited = true;
 };
 
 }  // namespace ovinta::platform::linux::dbus

@@ -7,8 +7,6 @@ namespace ovinta::platform::linux::dbus {
 namespace {
 
 constexpr const char* kProperties = "org.freedesktop.DBus.Properties";
-constexpr const char* kBusName = "org.freedesktop.DBus";
-constexpr const char* kBusPath = "/org/freedesktop/DBus";
 
 }  // namespace
 
@@ -20,7 +18,8 @@ Service::Service(std::shared_ptr<Bus> bus, std::string name)
     : bus_(std::move(bus)), name_(std::move(name)) {}
 
 void Service::onPresence(bool activates, std::function<void(bool)> handler) {
-  registrations_.push_back(bus_->watch({name_, activates}, std::move(handler)));
+  registrations_.push_back(
+      bus_->watch({.name = name_, .activates = activates}, std::move(handler)));
 }
 
 void Service::onArrival(std::function<void()> handler) {
@@ -29,12 +28,16 @@ void Service::onArrival(std::function<void()> handler) {
       if (std::exchange(wasAbsent, !isThere) && isThere) come();
     };
   };
-  onPresence(false, onChange(handler));
-  registrations_.push_back(bus_->watch({kBusName}, onChange([this, handler] {
-                                         find([handler](bool isThere) {
-                                           if (isThere) handler();
-                                         });
-                                       })));
+  const auto watch = [this](std::string name, std::function<void(bool)> onPresence) {
+    registrations_.push_back(
+        bus_->watch({.name = std::move(name), .isAwaited = false}, std::move(onPresence)));
+  };
+  watch(name_, onChange(handler));
+  watch(kBusName, onChange([this, handler] {
+          find([handler](bool isThere) {
+            if (isThere) handler();
+          });
+        }));
 }
 
 void Service::onSignal(std::string object, std::string interface, std::string member,

@@ -19,6 +19,8 @@ struct SourceTexts {
   const char* name;
   /// What to do when it is not there.
   const char* install;
+  /// What to do when it is there and of no use.
+  const char* mend;
   /// When it does not say whether the application may follow the position, and what to do then.
   const char* silence;
   const char* wake;
@@ -29,18 +31,26 @@ struct SourceTexts {
 SourceTexts textsOf(PositionSource source) {
   switch (source) {
     case PositionSource::gpsd:
-      return {"gpsd", "Install and start gpsd, with a receiver (package gpsd).",
-              "gpsd does not greet who connects", "Start gpsd anew: systemctl restart gpsd.", ""};
+      return {"gpsd",
+              "Install and start gpsd, with a receiver (package gpsd).",
+              "Start gpsd, with a receiver: systemctl start gpsd.",
+              "gpsd does not greet who connects",
+              "Start gpsd anew: systemctl restart gpsd.",
+              ""};
     case PositionSource::portal:
       return {"the location portal",
               "Install xdg-desktop-portal, the desktop's part of it, and GeoClue.",
-              "the user has not answered the portal's question", "Answer the portal's question.",
+              "Install the desktop's part of the portal, such as xdg-desktop-portal-gtk.",
+              "the user has not answered the portal's question",
+              "Answer the portal's question.",
               "the desktop's settings"};
     case PositionSource::automatic:
     case PositionSource::geoclue:
       break;
   }
-  return {"GeoClue", "Install GeoClue (package geoclue-2.0).",
+  return {"GeoClue",
+          "Install GeoClue (package geoclue-2.0).",
+          "See why GeoClue does not start: journalctl -u geoclue.",
           "not determined: GeoClue does not answer, as when nobody is there to ask the user",
           "Start an agent for GeoClue in the user's session, as desktops do.",
           GeoClueProvider::Options().configuration};
@@ -67,7 +77,7 @@ class PositionProbe {
   void look() {
     around_.positionProvider->findService([this, life = std::weak_ptr(life_)](bool isThere) {
       if (life.expired()) return;
-      isThere ? ask() : endAbsent("is not there");
+      isThere ? ask() : endAbsent("is not there", texts_.install);
     });
   }
 
@@ -89,10 +99,10 @@ class PositionProbe {
   Finding source(Condition condition = Condition::good) const {
     return {.condition = condition, .detail = texts_.name};
   }
-  void endAbsent(const char* how) {
+  void endAbsent(const char* how, const char* advice) {
     check_.end({.condition = Condition::missing,
                 .detail = std::string(texts_.name) + " " + how,
-                .advice = texts_.install});
+                .advice = advice});
   }
   void endRefused(const char* how, std::string advice) {
     check_.add(source());
@@ -142,7 +152,7 @@ void PositionProbe::note(PositionAccess access) {
       check_.add(source());
       return check_.end({.subject = kPermission, .detail = texts_.silence, .advice = texts_.wake});
     default:
-      return endAbsent("cannot be used");
+      return endAbsent("cannot be used", texts_.mend);
   }
 }
 

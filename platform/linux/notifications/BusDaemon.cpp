@@ -6,20 +6,17 @@
 namespace ovinta::platform::linux {
 namespace {
 
-constexpr const char* kName = "org.freedesktop.DBus";
-constexpr const char* kPath = "/org/freedesktop/DBus";
-
 /// As the bus numbers them.
 constexpr std::uint32_t kNoFlags = 0, kDoNotQueue = 4;
 constexpr std::uint32_t kExists = 3;
 
 }  // namespace
 
-BusDaemon::BusDaemon(std::shared_ptr<dbus::Bus> bus) : service_(std::move(bus), kName) {}
+BusDaemon::BusDaemon(std::shared_ptr<dbus::Bus> bus) : service_(std::move(bus), dbus::kBusName) {}
 
 void BusDaemon::call(const char* method, const Glib::VariantContainerBase& arguments,
                      dbus::Service::Completion completion) {
-  service_.call(kPath, kName, method, arguments, std::move(completion));
+  service_.call(dbus::kBusPath, dbus::kBusName, method, arguments, std::move(completion));
 }
 
 void BusDaemon::ask(const char* method, const Glib::VariantContainerBase& arguments,
@@ -62,7 +59,7 @@ void BusDaemon::listNames(std::function<void(const std::set<std::string>&)> comp
 
 void BusDaemon::onNameChanged(std::string prefix, std::function<void()> handler) {
   service_.onSignal(
-      kPath, kName, "NameOwnerChanged",
+      dbus::kBusPath, dbus::kBusName, "NameOwnerChanged",
       [prefix = std::move(prefix), handler = std::move(handler)](const dbus::Signal& signal) {
         const auto name = dbus::read<Glib::ustring>(signal.arguments, 0);
         if (name && name->raw().starts_with(prefix)) handler();

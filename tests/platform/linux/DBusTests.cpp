@@ -157,9 +157,16 @@ TEST_F(DBusTest, ABusThatIsGoneIsLookedForEverMoreRarelyWhileSomebodyListens) {
   daemon_.stop();
   waitUntil(isRetryDue);
   service_ = std::make_unique<Service>(bus_, kName);
+  int arrivals = 0;
+  service_->onArrival([&] { ++arrivals; });
   time_.advance(1s);
   call("Echo", arguments("hello"));
-  EXPECT_EQ(time_.pendingTaskCount(), 0U) << "nobody listens";
+  EXPECT_EQ(time_.pendingTaskCount(), 0U) << "nobody waits for the bus";
+  daemon_.start();
+  ServiceDouble third(daemon_, kName, kMethods, &answer);
+  third.addObject(kPath, kName);
+  EXPECT_EQ(call("Echo", arguments("hello")), "hello");
+  waitUntil([&] { return arrivals > 0; });
 }
 
 TEST_F(DBusTest, TheBusMayEndWithCallsUnderWay) {

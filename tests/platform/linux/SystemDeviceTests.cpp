@@ -94,6 +94,7 @@ TEST_F(SystemDeviceTest, AsksUPowerAtQuestionsWhileMonitoringIsOn) {
   EXPECT_EQ(device_.batteryState(), BatteryState::unplugged) << "fresh enough";
   time_.advance(1h);
   EXPECT_EQ(time_.pendingTaskCount(), 0U) << "nobody asks";
+  EXPECT_EQ(device_.batteryState(), BatteryState::full) << "the files, for want of anything newer";
   device_.setBatteryMonitoringEnabled(false);
   EXPECT_EQ(device_.batteryState(), BatteryState::unknown);
 }
