@@ -95,8 +95,7 @@ class ObservedLocationServices::Manager : public platform::LocationManager,
   void didRangeBeacons(const std::vector<platform::RangedBeacon>& beacons,
                        const BeaconRegion& region) override {
     record_->beacons.update(beacons);
-    record_->beacons.prune();
-    note(&ObservedLocation::beacons, record_->beacons.list());
+    record_->tell();
     if (delegate_) delegate_->didRangeBeacons(beacons, region);
   }
   void didEnterRegion(const Region& region) override {
@@ -119,6 +118,13 @@ class ObservedLocationServices::Manager : public platform::LocationManager,
   const std::shared_ptr<Record> record_;
   LocationManagerDelegate* delegate_ = nullptr;
 };
+
+const ObservedLocation& ObservedLocationServices::observed() const {
+  // Nothing is ranged without the permission, and what was heard grows old all the same.
+  record_->beacons.prune();
+  record_->observed.beacons = record_->beacons.list();
+  return record_->observed;
+}
 
 std::unique_ptr<platform::LocationManager> ObservedLocationServices::makeLocationManager() {
   return std::make_unique<Manager>(inner_->makeLocationManager(), record_);

@@ -53,8 +53,9 @@ class ObservedLocationServices : public platform::LocationServices {
   }
   std::unique_ptr<platform::LocationManager> makeLocationManager() override;
 
-  /// Of all managers together; the library has one.
-  const ObservedLocation& observed() const { return record_->observed; }
+  /// Of all managers together; the library has one. What it refers to follows what happens, save
+  /// the beacons, which are those of the call.
+  const ObservedLocation& observed() const;
 
   /// Has `observer` called at each request, once it was made, and at each piece of news, before the
   /// library hears of it; null ends that.

@@ -6,6 +6,7 @@
 #include <algorithm>
 
 #include "cli/client/TerminalBlock.h"
+#include "platform/Services.h"
 #include "platform/simulation/SimulatedLocation.h"
 #include "platform/simulation/VirtualTime.h"
 #include "tests/platform/simulation/Sphere.h"
@@ -80,6 +81,9 @@ struct Listener : platform::LocationManagerDelegate {
 
 TEST(ObservedLocationServices, recordWhatPasses) {
   platform::simulation::VirtualTime time(kNow);
+  platform::Services timed = platform::services();
+  timed.clock = time.clock();
+  platform::install(timed);
   const auto inner = std::make_shared<platform::simulation::SimulatedLocation>(
       time.mainQueue(), std::make_shared<platform::simulation::Sphere>());
   ObservedLocationServices services(inner);
@@ -107,6 +111,9 @@ TEST(ObservedLocationServices, recordWhatPasses) {
   };
   EXPECT_EQ(observed.beacons.size(), 2U);
   EXPECT_TRUE(std::ranges::equal(observed.beacons, listener.beacons.list(), isSame));
+  inner->setAuthorizationStatus(2);
+  time.advance(6s);
+  EXPECT_THAT(services.observed().beacons, testing::IsEmpty()) << "ranging has ended";
 }
 
 TEST(TerminalBlock, fitsTheTerminal) {
