@@ -75,11 +75,11 @@ class ObservedLocationServices::Manager : public platform::LocationManager,
   }
   void startMonitoring(const Region& region) override {
     inner_->startMonitoring(region);
-    note(&ObservedLocation::monitoredRegions, inner_->monitoredRegions());
+    record_->tell();
   }
   void stopMonitoring(const Region& region) override {
     inner_->stopMonitoring(region);
-    note(&ObservedLocation::monitoredRegions, inner_->monitoredRegions());
+    record_->tell();
   }
   std::vector<Region> rangedRegions() const override { return inner_->rangedRegions(); }
   std::vector<Region> monitoredRegions() const override { return inner_->monitoredRegions(); }
@@ -89,7 +89,7 @@ class ObservedLocationServices::Manager : public platform::LocationManager,
     if (delegate_) delegate_->didUpdateLocations(locations);
   }
   void didChangeAuthorizationStatus(platform::AuthorizationStatus status) override {
-    note(&ObservedLocation::authorizationStatus, std::optional(status));
+    record_->tell();
     if (delegate_) delegate_->didChangeAuthorizationStatus(status);
   }
   void didRangeBeacons(const std::vector<platform::RangedBeacon>& beacons,

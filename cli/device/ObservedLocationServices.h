@@ -25,10 +25,8 @@ struct ObservedLocation {
   /// How often the filter became another one than before.
   std::size_t distanceFilterChanges = 0;
   std::vector<platform::Region> rangedRegions = {};
-  std::vector<platform::Region> monitoredRegions = {};
 
   /// Absent until the library has heard.
-  std::optional<platform::AuthorizationStatus> authorizationStatus = {};
   std::optional<platform::Location> location = {};
   /// Those heard of late, smoothed as the library does it for what it sends.
   std::vector<Beacon> beacons = {};

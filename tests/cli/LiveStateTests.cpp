@@ -103,7 +103,6 @@ TEST(ObservedLocationServices, recordWhatPasses) {
   EXPECT_EQ(accuracyText(observed), "best for navigation, 400 m");
   EXPECT_EQ(observed.distanceFilterChanges, 2U);
   EXPECT_EQ(observed.rangedRegions, inner->rangedRegions());
-  EXPECT_EQ(observed.authorizationStatus, inner->authorizationStatus());
   EXPECT_THAT(listener.heard, testing::ElementsAre(*observed.location));
   const auto isSame = [](const Beacon& left, const Beacon& right) {
     return left.identifiers == right.identifiers && left.rssi == right.rssi &&
