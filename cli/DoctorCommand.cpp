@@ -9,6 +9,7 @@
 
 #include "cli/Commands.h"
 #include "cli/client/ClientOptions.h"
+#include "cli/client/ClientServices.h"
 #include "cli/client/HumanText.h"
 #include "cli/client/Output.h"
 #include "cli/client/Table.h"
@@ -25,7 +26,7 @@ using platform::linux::kPositionSourceNames;
 
 struct DoctorInput {
   ClientOptions client;
-  std::string applicationID = "ovinta";
+  std::string applicationID{kApplicationID};
   std::string positionSource{kPositionSourceNames.front()};
 };
 

@@ -3,14 +3,13 @@
 #include <iostream>
 #include <memory>
 #include <optional>
-#include <stdexcept>
 #include <string>
-#include <utility>
-#include <variant>
 #include <vector>
 
 #include "cli/Commands.h"
+#include "cli/client/ClientServices.h"
 #include "cli/client/Output.h"
+#include "cli/client/ValueOf.h"
 #include "cli/device/Interruption.h"
 #include "cli/device/TripOptions.h"
 #include "platform/linux/Linux.h"
@@ -22,23 +21,15 @@ namespace {
 
 /// How long it takes to notice that somebody follows or that the command has ended.
 constexpr std::chrono::milliseconds kWatchInterval{50};
-constexpr const char* kBusVariable = "DBUS_SYSTEM_BUS_ADDRESS=";
 
 struct ReplayInput {
   TripOptions trip = {};
   std::vector<std::string> command = {};
 };
 
-/// The value, or its error thrown.
-template <class T>
-T valueOf(std::variant<T, std::string> result) {
-  if (const auto* error = std::get_if<std::string>(&result)) throw std::runtime_error(*error);
-  return std::get<T>(std::move(result));
-}
-
 replay::TripReplay tripReplay(const TripOptions& options) {
   const auto services =
-      platform::linux::makeServices({.applicationID = "ovinta", .usesNotifyAgent = false});
+      platform::linux::makeServices({.applicationID = kApplicationID, .usesNotifyAgent = false});
   return {valueOf(loadTrip(options)), options.pace, *services.geodesy};
 }
 
@@ -47,12 +38,11 @@ int replayTrip(const ReplayInput& input) {
   Interruption interruption;
   auto trip = tripReplay(input.trip);
   const auto rig = valueOf(replay::Rig::start());
-  const std::string variable = kBusVariable + rig->busAddress();
   std::optional<replay::ChildProcess> command;
   if (input.command.empty()) {
-    std::cout << "export " << variable << std::endl;
+    std::cout << "export " << rig->variable() << std::endl;
   } else {
-    command.emplace(input.command, std::vector{variable}, replay::ChildOutput::shared);
+    command.emplace(input.command, std::vector{rig->variable()}, replay::ChildOutput::shared);
   }
   for (bool isUnderWay = false;; interruption.check(kWatchInterval)) {
     if (command && command->exitStatus()) return command->wait();

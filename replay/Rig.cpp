@@ -90,7 +90,7 @@ void Rig::send(platform::Location location) {
 void Rig::startDaemon() {
   // Entering a namespace ends the process's tie to its parent.
   const std::string command = "exec setpriv --pdeathsig TERM " + std::string(kDaemon) + " -t 0";
-  daemon_.emplace(mounting(namespace_, configuration().string(), command), variables());
+  daemon_.emplace(mounting(namespace_, configuration().string(), command), std::vector{variable()});
   const auto limit = std::chrono::steady_clock::now() + kStartLimit;
   while (!isOnBus()) {
     if (daemon_->exitStatus() || std::chrono::steady_clock::now() > limit) {
@@ -106,15 +106,15 @@ bool Rig::isOnBus() const {
              .wait() == 0;
 }
 
-void Rig::startAgent() { agent_.emplace(std::vector<std::string>{kAgent}, variables()); }
+void Rig::startAgent() {
+  agent_.emplace(std::vector<std::string>{kAgent}, std::vector{variable()});
+}
 
 void Rig::stopDaemon() {
   agent_.reset();
   daemon_.reset();
 }
 
-std::vector<std::string> Rig::variables() const {
-  return {"DBUS_SYSTEM_BUS_ADDRESS=" + busAddress()};
-}
+std::string Rig::variable() const { return "DBUS_SYSTEM_BUS_ADDRESS=" + busAddress(); }
 
 }  // namespace ovinta::replay

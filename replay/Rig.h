@@ -44,8 +44,10 @@ class Rig {
   Rig(const Rig&) = delete;
   Rig& operator=(const Rig&) = delete;
 
-  /// For `DBUS_SYSTEM_BUS_ADDRESS` of whoever is to follow this position.
+  /// Of the system bus of whoever is to follow this position.
   const std::string& busAddress() const { return bus_.address(); }
+  /// What says so to a process, as NAME=value.
+  std::string variable() const;
 
   /// Whether GeoClue listens, which it does as long as an application follows the position. That it
   /// has ceased to shows after the next position.
@@ -68,7 +70,6 @@ class Rig {
 
   std::filesystem::path socket() const { return directory_.path() / "nmea"; }
   std::filesystem::path configuration() const { return directory_.path() / "geoclue.conf"; }
-  std::vector<std::string> variables() const;
   bool isOnBus() const;
 
   const TemporaryDirectory directory_;

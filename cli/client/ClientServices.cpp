@@ -26,7 +26,7 @@ void refuseUnwritable(const std::filesystem::path& directory) {
 }
 
 platform::Services systemServices(const ClientOptions& options, platform::linux::Options system) {
-  system.applicationID = "ovinta";
+  system.applicationID = kApplicationID;
   system.dataDirectory = options.dataDirectory;
   if (!options.verbose) system.log = std::make_shared<platform::simulation::RecordingLog>();
   // What the command arms is for its own trips.

@@ -10,6 +10,9 @@
 
 namespace ovinta::cli {
 
+/// What the command is to the services of this system.
+inline constexpr const char* kApplicationID = "ovinta";
+
 /// The services of this system as the options ask for them; where those say nothing, as `system`
 /// does. Throws `std::runtime_error` for a data directory that cannot be written to.
 platform::Services clientServices(const ClientOptions& options,

@@ -1,11 +1,10 @@
 #include "cli/demo/LinuxDemoDevice.h"
 
 #include <algorithm>
-#include <stdexcept>
 #include <utility>
-#include <variant>
 
 #include "cli/client/ClientServices.h"
+#include "cli/client/ValueOf.h"
 #include "cli/device/TripDevice.h"
 #include "platform/linux/Linux.h"
 
@@ -19,12 +18,6 @@ using platform::services;
 constexpr auto kFixInterval = 500ms;
 constexpr platform::TimeInterval kLookInterval = 10ms;
 
-std::unique_ptr<replay::Rig> startRig() {
-  auto started = replay::Rig::start();
-  if (const auto* error = std::get_if<std::string>(&started)) throw std::runtime_error(*error);
-  return std::get<std::unique_ptr<replay::Rig>>(std::move(started));
-}
-
 platform::Services servicesOn(const replay::Rig& rig, const ClientOptions& options) {
   platform::linux::Options system;
   system.positionSource = platform::linux::PositionSource::geoclue;
@@ -36,7 +29,7 @@ platform::Services servicesOn(const replay::Rig& rig, const ClientOptions& optio
 
 LinuxDemoDevice::LinuxDemoDevice(DemoDeviceSetup setup)
     : interruption_(setup.interruption),
-      rig_(startRig()),
+      rig_(valueOf(replay::Rig::start())),
       base_(servicesOn(*rig_, setup.client)),
       path_(std::move(setup.trip.points), *base_.geodesy),
       second_(wallSecond(setup.pace, path_.duration())) {
