@@ -5,6 +5,12 @@
 #include <vector>
 
 namespace ovinta::replay {
+namespace {
+
+/// The exit status of a command that is not there.
+constexpr int kNotFound = 127;
+
+}  // namespace
 
 PrivateBus::PrivateBus() {
   create_directory(directory_.path() / "services");
@@ -27,9 +33,10 @@ void PrivateBus::start() {
   daemon_.emplace(std::vector<std::string>{"dbus-daemon", "--nofork", "--nopidfile",
                                            "--config-file=" + file, "--print-address=1"},
                   std::vector<std::string>{}, ChildOutput::firstLine);
-  if (daemon_->firstLine().empty()) {
-    throw std::runtime_error("dbus-daemon does not start: install the package dbus-daemon");
-  }
+  if (!daemon_->firstLine().empty()) return;
+  throw std::runtime_error(daemon_->wait() == kNotFound
+                               ? "dbus-daemon is missing: install the package dbus-daemon"
+                               : "dbus-daemon does not start in " + directory_.path().string());
 }
 
 }  // namespace ovinta::replay

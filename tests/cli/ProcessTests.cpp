@@ -46,6 +46,22 @@ TEST(Process, leavesNothingBehindWhenNobodyReadsTheDemonstration) {
   EXPECT_TRUE(is_empty(directory.path()));
 }
 
+TEST(Process, saysWhyATripHasNoBus) {
+  const test::TemporaryDirectory directory;
+  const std::string home = directory.path() / std::string(100, 'x');
+  const std::pair<std::string, std::string> cases[] = {
+      {"TMPDIR=" + home, "dbus-daemon does not start in " + home},
+      // Runs nothing but what follows.
+      {"PATH=" + home, "install the package dbus-daemon"},
+  };
+  for (const auto& [variable, sentence] : cases) {
+    const auto result = shell("home=" + home + "; mkdir -p $home; ln -sf $(which setpriv) $home; " +
+                              variable + " $ovinta replay -- true");
+    EXPECT_EQ(result.exitCode, 1) << variable;
+    EXPECT_THAT(result.output, HasSubstr(sentence));
+  }
+}
+
 /// Why there is no GeoClue to replay a trip to; empty when there is one.
 std::string noReplay() { return shell("$ovinta replay -- true").output; }
 
