@@ -11,6 +11,9 @@ namespace {
 using test::CommandResult;
 using testing::HasSubstr;
 
+/// Keeps what follows from the services of whoever runs the tests.
+const std::string kNoBus = "export DBUS_S{YSTEM,ESSION}_BUS_ADDRESS=unix:path=/nowhere; ";
+
 /// A line of shell, how it ends, and what stands in what it writes.
 struct Call {
   std::string line;
@@ -52,13 +55,12 @@ field() { echo "$(sed -n "s/.*\"$1\":\"\([^\"]*\)\".*/\1/p")"; }
 };
 
 TEST_F(ClientTest, refusesWrongUsageEarly) {
-  const std::string noBus = "export DBUS_S{YSTEM,ESSION}_BUS_ADDRESS=unix:path=/nowhere; ";
   expect({
       {"ovinta orders event 1001 --customer-state gone", 2, "not in"},
       {"ovinta orders claim CODE --as-current", 2, "requires --name"},
       {"$ovinta doctor --position-source stars", 2, "not in"},
-      {noBus + "$ovinta doctor", 1, "missing  system bus          -        Could not connect"},
-      {noBus + "$ovinta doctor --data-dir $home --json", 1, "[{\"advice\":\"Install and start"},
+      {kNoBus + "$ovinta doctor", 1, "missing  system bus          -        Could not connect"},
+      {kNoBus + "$ovinta doctor --data-dir $home --json", 1, "[{\"advice\":\"Install and start"},
       {"ovinta customer login --email a@example.com --password - < /dev/null", 2, "no line for it"},
       {"ovinta orders rate 99999999999999999999 5", 2, "is no whole decimal number"},
       {"ovinta sites search --page 01", 2, "is no whole decimal number"},
@@ -261,9 +263,10 @@ TEST_F(ClientTest, appliesPushes) {
 TEST_F(ClientTest, followsOpenOrdersOnASimulatedTrip) {
   expect({
       {"ovinta orders create --site 42 --partner-id P --name Alex", 0, "Order           1001"},
-      {"$ovinta track --live --data-dir $home/data > $home/live & process=$!"
-       "; for line in Waiting Following; do until grep -q $line $home/live; do :; done; done"
-       "; kill -INT $process; wait $process",
+      {kNoBus +
+           "$ovinta track --live --data-dir $home/data > $home/live & process=$!"
+           "; for line in Waiting Following; do until grep -q $line $home/live; do :; done; done"
+           "; kill -INT $process; wait $process",
        130, ""},
       {"tail -1 $home/live", 0, "Requests that failed: 0"},
       {"ovinta track --trip $ovinta --json", 1, "\"title\":\"No Trip\""},
