@@ -64,6 +64,18 @@ TEST(LiveState, isShownByLines) {
   EXPECT_THAT(liveLines(silent), testing::Contains("Beacons     none heard of 1 region(s)"));
 }
 
+TEST(LiveState, tellsEachPermission) {
+  const char* const texts[] = {"no answer yet",
+                               "location is switched off for all",
+                               "refused",
+                               "granted always",
+                               "granted while in use",
+                               "number 5"};
+  for (platform::AuthorizationStatus permission = 0; const char* text : texts) {
+    EXPECT_EQ(permissionText(true, permission++), text);
+  }
+}
+
 /// Hears what the library would, and smooths it as it does.
 struct Listener : platform::LocationManagerDelegate {
   void didUpdateLocations(const std::vector<platform::Location>& locations) override {

@@ -82,6 +82,24 @@ TEST(Process, endsAsTheCommandDoesThatATripIsReplayedTo) {
   }
 }
 
+TEST(Process, followsLiveTheTripThatIsReplayed) {
+  if (const auto reason = noReplay(); !reason.empty()) GTEST_SKIP() << reason;
+  const test::TemporaryDirectory directory;
+  const auto result = shell("data=" + directory.path().string() + R"bash(
+exec 3< <(exec $ovinta sandbox --port 0); process=$!
+read -r service <&3
+$ovinta orders create --site 42 --partner-id P --name Alex --token T --data-dir $data \
+  --base-url $service > /dev/null
+exec 4< <(exec timeout 60 $ovinta replay --pace 10 -- $ovinta track --live --json --data-dir $data)
+following=$!
+while ((${#metres[@]} < 2)) && read -r line <&4; do
+  [[ $line =~ '"distance":'([0-9]+).*'"kind":"position"' ]] && metres[${BASH_REMATCH[1]}]=1
+done
+echo ${#metres[@]}; kill $following $process; wait $following
+)bash");
+  EXPECT_EQ(result.output, "2\n");
+}
+
 TEST(Process, leavesNothingBehindWhenItIsInterrupted) {
   std::vector<std::string> commands{"demo --pace 3600"};
   if (noReplay().empty()) {
