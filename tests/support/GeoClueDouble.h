@@ -56,8 +56,6 @@ class GeoClueDouble {
     });
   }
 
-  void feed(platform::Coordinate place) { feed(place.latitude, place.longitude); }
-
   /// The user's switch, while clients run.
   void switchLocation(bool isOn) {
     service_.sync([&] {

@@ -166,5 +166,32 @@ TYPED_TEST(LocationManagerTest, MonitoredRegionsAreEnteredWhenHeardAndLeftAfterH
   EXPECT_THAT(this->pass(40, {1}), IsEmpty());
 }
 
+TYPED_TEST(LocationManagerTest, CirclesAreEnteredAndLeftWhereThePositionIsCertain) {
+  const auto circle = [](const char* name, double radius) {
+    return CircularRegion{.center = simulation::kSite, .radius = radius, .identifier = name};
+  };
+  const auto travel = [this](std::initializer_list<double> metres) {
+    for (const double distance : metres) {
+      this->go(distance);
+      this->go(0, 17'000);
+    }
+    return this->delegate_.take();
+  };
+  auto large = circle("large", 1000);
+  large.notifyOnExit = false;
+  this->begin();
+  for (const auto& each : {circle("small", 5000), circle("small", 100), large}) {
+    this->manager_->startMonitoring(each);
+  }
+  EXPECT_THAT(travel({30}), IsEmpty()) << "where it starts is no crossing";
+  EXPECT_THAT(travel({2000, 500, 30, 500, 2000}),
+              ElementsAre("out small", "in large", "in small", "out small"));
+  this->manager_->stopMonitoring(large);
+  this->manager_->startMonitoring(circle("small", 100));
+  EXPECT_THAT(travel({30}), ElementsAre("in small"));
+  this->manager_->stopMonitoring(circle("small", 1));
+  EXPECT_THAT(travel({2000}), IsEmpty());
+}
+
 }  // namespace
 }  // namespace ovinta::platform

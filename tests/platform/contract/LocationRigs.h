@@ -29,8 +29,8 @@ class SimulatedLocationRig : public testing::Test {
     services_.setAuthorizationStatus(isAllowed ? 4 : 1);
     settle();
   }
-  void go(double metresNorth) {
-    services_.deliver({.coordinate = simulation::northOfSite(metresNorth)});
+  void go(double metresNorth, double accuracy = 5) {
+    services_.deliver({simulation::northOfSite(metresNorth), accuracy});
     settle();
   }
   /// Lets a second pass in which these beacons, told apart by their minor number, are heard.
@@ -63,9 +63,10 @@ class LinuxLocationRig : public test::BusTest {
     geoclue_.switchLocation(isAllowed);
     settle();
   }
-  void go(double metresNorth) {
+  void go(double metresNorth, double accuracy = 5) {
     settle();
-    geoclue_.feed(simulation::northOfSite(metresNorth));
+    const Coordinate place = simulation::northOfSite(metresNorth);
+    geoclue_.feed(place.latitude, place.longitude, accuracy);
     settle();
   }
   void passSecond(const std::vector<std::uint16_t>& minors) {

@@ -1,9 +1,10 @@
 #include "platform/linux/SystemLocationServices.h"
 #include "platform/linux/position/GeoClueProvider.h"
-#include "tests/platform/simulation/Sphere.h"
+#include "platform/linux/position/GeoClueStream.h"
 #include "tests/support/BusFixture.h"
 #include "tests/support/Files.h"
 #include "tests/support/GeoClueDouble.h"
+#include "tests/support/RecordingDelegate.h"
 
 namespace ovinta::platform::linux {
 namespace {
@@ -13,45 +14,32 @@ using test::GeoClueDouble;
 using testing::ElementsAre;
 using Mood = GeoClueDouble::Mood;
 
-class Delegate : public LocationManagerDelegate {
+/// Keeps whole positions.
+class Delegate : public test::RecordingDelegate {
  public:
   void didUpdateLocations(const std::vector<Location>& found) override {
     locations.insert(locations.end(), found.begin(), found.end());
-    if (onLocation) onLocation();
-  }
-  void didChangeAuthorizationStatus(AuthorizationStatus status) override {
-    statuses.push_back(status);
-  }
-  void didRangeBeacons(const std::vector<RangedBeacon>&, const BeaconRegion&) override {}
-  void didEnterRegion(const Region& region) override {
-    crossings.push_back("in " + identifier(region));
-  }
-  void didExitRegion(const Region& region) override {
-    crossings.push_back("out " + identifier(region));
+    if (onTold) onTold();
   }
 
   std::vector<Location> locations;
-  std::vector<AuthorizationStatus> statuses;
-  std::vector<std::string> crossings;
-  std::function<void()> onLocation;
 };
 
 class GeoClueTest : public test::BusTest {
  protected:
   GeoClueTest() { manager_->setDelegate(&delegate_); }
 
-  std::shared_ptr<PositionHub> makeHub(std::chrono::milliseconds answerTimeout) {
+  std::shared_ptr<PositionHub> makeHub() {
     return std::make_shared<PositionHub>(
         std::make_shared<GeoClueProvider>(
             bus_, time_.mainQueue(),
             GeoClueProvider::Options{.desktopID = "org.example.app",
-                                     .configuration = folder_.path() / "geoclue.conf",
-                                     .answerTimeout = answerTimeout}),
+                                     .configuration = folder_.path() / "geoclue.conf"}),
         time_.mainQueue());
   }
 
   void waitForStatus(AuthorizationStatus status) {
-    waitUntil([&] { return !delegate_.statuses.empty() && delegate_.statuses.back() == status; });
+    waitUntil([&] { return services_->authorizationStatus() == status; });
   }
   void waitForLocations(std::size_t count) {
     waitUntil([&] { return delegate_.locations.size() >= count; });
@@ -66,7 +54,7 @@ class GeoClueTest : public test::BusTest {
   std::shared_ptr<BeaconScanner> scanner_ =
       std::make_shared<BeaconScanner>(bus_, time_.mainQueue(), log_, BeaconScanner::Settings{});
   Delegate delegate_;
-  std::shared_ptr<PositionHub> hub_ = makeHub(GeoClueProvider::Options().answerTimeout);
+  std::shared_ptr<PositionHub> hub_ = makeHub();
   std::unique_ptr<SystemLocationServices> services_ = std::make_unique<SystemLocationServices>(
       hub_, scanner_, std::make_shared<simulation::Sphere>());
   std::unique_ptr<LocationManager> manager_ = services_->makeLocationManager();
@@ -80,7 +68,6 @@ TEST_F(GeoClueTest, FollowsThePositionFromStartToStop) {
   manager_->startUpdatingLocation();
   manager_->startUpdatingLocation();
   waitForStatus(4);
-  EXPECT_EQ(services_->authorizationStatus(), 4);
   EXPECT_EQ(geoclue_.clientCount(), 1U);
   EXPECT_EQ(threshold(), 30U);
   EXPECT_EQ(geoclue_.lastClients("RequestedAccuracyLevel"), 8U);
@@ -98,7 +85,7 @@ TEST_F(GeoClueTest, FollowsThePositionFromStartToStop) {
                                                Location{{-48.1, -11.5}, 5, -1, at(1)},
                                                Location{{1, 2}, 20, -1, kDistantPast}));
 
-  delegate_.onLocation = [this] { manager_->stopUpdatingLocation(); };
+  delegate_.onTold = [this] { manager_->stopUpdatingLocation(); };
   geoclue_.feed(3, 4);
   geoclue_.feed(5, 6);
   waitUntil([&] { return geoclue_.clientCount() == 0; });
@@ -109,21 +96,21 @@ TEST_F(GeoClueTest, FollowsThePositionFromStartToStop) {
   EXPECT_EQ(time_.pendingTaskCount(), 0U);
   EXPECT_EQ(geoclue_.service().calls(), calls) << "idle again";
   EXPECT_EQ(services_->authorizationStatus(), 4);
-  EXPECT_THAT(delegate_.statuses, ElementsAre(0, 4));
 }
 
-TEST_F(GeoClueTest, SignificantChangesAreAClientOfTheirOwn) {
-  manager_->setDistanceFilter(3);
-  manager_->startUpdatingLocation();
-  waitUntil([&] { return geoclue_.service().count("Start") == 1; });
+TEST_F(GeoClueTest, SignificantChangesAreAClientOfTheirOwnAndTheStrongestAnswerCounts) {
+  follow();
+  geoclue_.setMood(Mood::disallowing);
   manager_->startMonitoringSignificantLocationChanges();
-  waitUntil([&] { return geoclue_.service().count("Start") == 2; });
-  EXPECT_EQ(geoclue_.clientCount(), 2U);
-  EXPECT_EQ(threshold(), 500U);
+  waitUntil([&] { return geoclue_.service().count("DeleteClient") == 1; });
+  geoclue_.feed(1, 1);
+  waitForLocations(1);
+  EXPECT_THAT(delegate_.take(), ElementsAre("status 0", "status 4"));
   manager_->stopUpdatingLocation();
-  waitUntil([&] { return geoclue_.clientCount() == 1; });
+  waitForStatus(2);
   manager_.reset();
   waitUntil([&] { return geoclue_.clientCount() == 0; });
+  EXPECT_EQ(services_->authorizationStatus(), 2) << "the last answer stands";
 }
 
 TEST_F(GeoClueTest, RefusalsSetTheStatusAndEndWithTheirCause) {
@@ -151,39 +138,21 @@ TEST_F(GeoClueTest, RefusalsSetTheStatusAndEndWithTheirCause) {
     waitForStatus(4);
     manager_->stopUpdatingLocation();
   }
-  EXPECT_THAT(delegate_.statuses, ElementsAre(0, 1, 4, 2, 4));
+  EXPECT_THAT(delegate_.take(),
+              ElementsAre("status 0", "status 1", "status 4", "status 2", "status 4"));
 }
 
-TEST_F(GeoClueTest, AskingForThePermissionKeepsNothingRunning) {
+TEST_F(GeoClueTest, NeitherAQuestionNorAStopBeforeTheAnswerLeavesAClientBehind) {
   hub_->askPermission();
   hub_->askPermission();
   waitForStatus(4);
   waitUntil([&] { return geoclue_.service().count("DeleteClient") == 1; });
-  EXPECT_EQ(geoclue_.service().count("CreateClient"), 1U);
+  manager_->startUpdatingLocation();
+  manager_->stopUpdatingLocation();
+  waitUntil([&] { return geoclue_.service().count("DeleteClient") == 2; });
   EXPECT_EQ(geoclue_.clientCount(), 0U);
-}
-
-TEST_F(GeoClueTest, CirclesAreJudgedByPositionsWhileThereAreAny) {
-  const auto circle = [](double radius) {
-    return CircularRegion{.center = simulation::kSite, .radius = radius, .identifier = "one"};
-  };
-  const auto feed = [&](double metresNorth, double accuracy) {
-    const Coordinate at = simulation::northOfSite(metresNorth);
-    geoclue_.feed(at.latitude, at.longitude, accuracy);
-  };
-  manager_->startMonitoring(circle(5000));
-  manager_->startMonitoring(circle(100));
-  waitForStatus(4);
-  EXPECT_EQ(threshold(), 10U);
-  for (const double metres : {30, 2000, 30, 150, 2000}) {
-    feed(metres, 20);
-    feed(0, 17'000);
-  }
-  waitUntil([&] { return delegate_.crossings.size() >= 3; });
-  EXPECT_THAT(delegate_.crossings, ElementsAre("out one", "in one", "out one"));
-  EXPECT_THAT(delegate_.locations, testing::IsEmpty());
-  manager_->stopMonitoring(circle(1));
-  waitUntil([&] { return geoclue_.clientCount() == 0; });
+  EXPECT_EQ(geoclue_.service().count("CreateClient"), 2U);
+  EXPECT_EQ(geoclue_.service().count("Start"), 1U);
 }
 
 TEST_F(GeoClueTest, ASystemComponentMayAlwaysFollow) {
@@ -206,7 +175,7 @@ TEST_F(GeoClueTest, WithoutAnAgentThePermissionIsNotDeterminedUntilOneComes) {
   waitForStatus(4);
   waitUntil([&] { return geoclue_.clientCount() == 1; });
   EXPECT_EQ(geoclue_.service().count("CreateClient"), 2U) << "asked once";
-  EXPECT_THAT(delegate_.statuses, ElementsAre(0, 4));
+  EXPECT_THAT(delegate_.take(), ElementsAre("status 0", "status 4"));
 
   // One that leaves while it is asked is asked again.
   manager_->stopUpdatingLocation();
@@ -241,21 +210,23 @@ TEST_F(GeoClueTest, AQuestionWithoutAnAnswerRestsUntilThereMayBeOne) {
   hub_->askAgain();
   waitForStatus(0);
   expectRest("not there");
+  // Who has not asked notices it too.
+  const auto silent = makeHub();
+  silent->findService();
+  passBy(kGeoClueName);
+  EXPECT_FALSE(silent->isEnabled());
   geoclue_.setMood(Mood::willing);
   geoclue_.service().appear();
-  waitForStatus(4);
-  const auto attempts = geoclue_.service().count("CreateClient");
-  hub_->askAgain();
-  expectRest("answered");
-  EXPECT_EQ(geoclue_.service().count("CreateClient"), attempts);
-}
-
-TEST_F(GeoClueTest, AStopBeforeTheAnswerLeavesNoClientBehind) {
-  manager_->startUpdatingLocation();
-  manager_->stopUpdatingLocation();
-  waitUntil([&] { return geoclue_.service().count("DeleteClient") == 1; });
-  EXPECT_EQ(geoclue_.clientCount(), 0U);
-  EXPECT_EQ(geoclue_.service().count("Start"), 0U);
+  waitUntil([&] { return silent->isEnabled(); });
+  for (const auto& [mood, status] : {std::pair(Mood::willing, 4), {Mood::disallowing, 2}}) {
+    geoclue_.setMood(mood);
+    hub_->askPermission();
+    waitForStatus(status);
+    const auto attempts = geoclue_.service().count("CreateClient");
+    hub_->askAgain();
+    expectRest("answered");
+    EXPECT_EQ(geoclue_.service().count("CreateClient"), attempts);
+  }
 }
 
 TEST_F(GeoClueTest, AServiceThatRestartsIsFollowedOnAndSoIsTheBus) {
@@ -277,12 +248,13 @@ TEST_F(GeoClueTest, AServiceThatRestartsIsFollowedOnAndSoIsTheBus) {
   daemon_.start();
   GeoClueDouble again(daemon_);
   // The attempt that fails may be still to come.
-  const auto isBack = [&] { return delegate_.statuses.back() == 4; };
+  const auto isBack = [&] { return services_->authorizationStatus() == 4; };
   for (int attempt = 0; attempt < 100 && !isBack(); ++attempt) {
     time_.advance(15s);
     time_.waitUntil(isBack, 100ms);
   }
-  EXPECT_THAT(delegate_.statuses, ElementsAre(0, 4, 0, 4, 0, 4));
+  EXPECT_THAT(delegate_.take(),
+              ElementsAre("status 0", "status 4", "status 0", "status 4", "status 0", "status 4"));
 }
 
 }  // namespace
