@@ -1,5 +1,6 @@
 // The session's thread: connections, many requests at once, its end and the process's.
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <atomic>
 #include <condition_variable>
@@ -7,7 +8,6 @@
 #include <set>
 
 #include "tests/platform/linux/CurlURLSessionFixture.h"
-#include "tests/support/Command.h"
 #include "tests/support/LocalServer.h"
 
 namespace ovinta::platform::linux {
@@ -121,23 +121,61 @@ TEST_F(CurlURLSessionThread, DropsWhatIsUnderWayAtItsEnd) {
   CurlURLSession unused;
 }
 
-class ExitingProcess : public testing::TestWithParam<std::pair<const char*, int>> {};
-
-TEST_P(ExitingProcess, EndsCleanly) {
-  const auto [manner, times] = GetParam();
-  LocalServer silent([](ServerConnection& connection) { connection.waitForClose(); });
-  for (int i = 0; i < times; ++i) {
-    const auto result =
-        test::runCommand({OVINTA_HTTP_EXIT_HELPER, manner, std::to_string(silent.port())});
-    ASSERT_EQ(result.exitCode, 0) << "in run " << i << ": " << result.output;
+/// Processes that end with requests under way.
+class ExitingProcess : public testing::Test {
+ protected:
+  ExitingProcess() {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    // Added before the session's own exit handler, and so called after it.
+    std::atexit([] { threadsAreStopped_ = true; });
+    session_ = std::make_unique<CurlURLSession>();
   }
-}
 
-INSTANTIATE_TEST_SUITE_P(, ExitingProcess,
-                         testing::Values(std::pair("fromMain", 24), std::pair("fromCompletion", 24),
-                                         std::pair("duringCompletions", 24),
-                                         std::pair("duringLongCompletion", 1)),
-                         [](const auto& instance) { return instance.param.first; });
+  void startUnanswered() {
+    for (const char* scheme : {"http", "https", "https", "http"}) {
+      session_->startDataTask({.url = {scheme + silent_.url().substr(4)}},
+                              [](auto, auto, auto) { _exit(2); });
+    }
+  }
+  void startRefused(std::function<void()> then) {
+    session_->startDataTask({.url = {"none:"}}, [then](auto, auto, auto) { then(); });
+  }
+  void completeForEver() {
+    if (threadsAreStopped_) _exit(3);
+    startRefused([this] { completeForEver(); });
+  }
+
+  static inline std::atomic<bool> threadsAreStopped_ = false;
+  LocalServer silent_{[](ServerConnection& connection) { connection.waitForClose(); }};
+  std::unique_ptr<CurlURLSession> session_;
+};
+
+TEST_F(ExitingProcess, EndsCleanly) {
+  const auto fromCompletion = [&] {
+    startRefused([] { std::exit(0); });
+    std::promise<void>().get_future().wait();
+  };
+  const auto duringLongCompletion = [&] {
+    std::promise<void> begun;
+    startRefused([&begun] {
+      begun.set_value();
+      std::promise<void>().get_future().wait();
+    });
+    begun.get_future().wait();
+  };
+  const auto expectCleanEnd = [&](int times, const std::function<void()>& proceed) {
+    const auto end = [&] {
+      startUnanswered();
+      proceed();
+      std::exit(0);
+    };
+    for (int i = 0; i < times; ++i) EXPECT_EXIT(end(), testing::ExitedWithCode(0), "") << i;
+  };
+  expectCleanEnd(24, [] {});
+  expectCleanEnd(24, fromCompletion);
+  expectCleanEnd(24, [this] { completeForEver(); });
+  expectCleanEnd(1, duringLongCompletion);
+}
 
 }  // namespace
 }  // namespace ovinta::platform::linux

@@ -2,9 +2,9 @@
 
 #include <SQLiteCpp/Database.h>
 #include <gmock/gmock.h>
-#include <sys/socket.h>
 #include <sys/stat.h>
 
+#include <barrier>
 #include <future>
 #include <string>
 #include <thread>
@@ -34,32 +34,22 @@ class SQLiteSettingsStoreTest : public testing::Test {
   std::shared_ptr<simulation::RecordingLog> log_ = std::make_shared<simulation::RecordingLog>();
 };
 
-TEST_F(SQLiteSettingsStoreTest, SurvivesARestartButDefaultsDoNot) {
+TEST_F(SQLiteSettingsStoreTest, WhatWasWrittenSurvivesTheEndOfAKilledProcessButDefaultsDoNot) {
   const std::string odd("a\0b\xC3\xA9", 5);
-  {
+  test::waitFor(test::forkChild([&] {
     const auto store = open();
     store->registerDefault("default", "x");
     store->set("kept", "first");
     store->set("kept", odd);
-    store->set("empty", "");
     store->set("removed", "x");
     store->remove("removed");
-  }
+    kill(getpid(), SIGKILL);
+  }));
   const auto store = open();
   EXPECT_EQ(store->string("kept"), odd);
-  EXPECT_EQ(store->string("empty"), "");
   EXPECT_EQ(store->string("removed"), std::nullopt);
   EXPECT_EQ(store->string("default"), std::nullopt);
   EXPECT_THAT(log_->lines(), IsEmpty());
-}
-
-TEST_F(SQLiteSettingsStoreTest, WhatWasWrittenIsThereEvenWhenTheProcessIsKilled) {
-  test::waitFor(test::forkChild([&] {
-    const auto store = open();
-    store->set("key", "value");
-    kill(getpid(), SIGKILL);
-  }));
-  EXPECT_EQ(open()->string("key"), "value");
 }
 
 TEST_F(SQLiteSettingsStoreTest, ReadingMakesNothingAndWritingMakesPrivateFiles) {
@@ -168,34 +158,26 @@ TEST_F(SQLiteSettingsStoreTest, WaitsForAnotherWriterEvenBeforeTheFileIsInWriteA
   EXPECT_EQ(open()->string("key"), "value");
 }
 
-TEST_F(SQLiteSettingsStoreTest, TwoProcessesMayWriteTheSameFileFromTheFirstMomentOn) {
-  constexpr int kRounds = 10, kKeys = 30;
-  int ends[2];
-  ASSERT_EQ(socketpair(AF_UNIX, SOCK_STREAM, 0, ends), 0);
-  const auto write = [&](const std::string& mark, int end) {
+TEST_F(SQLiteSettingsStoreTest, TwoStoresMayWriteTheSameFileFromTheFirstMomentOn) {
+  constexpr int kRounds = 20, kKeys = 30;
+  const auto fileOf = [&](int round) { return directory_ / std::to_string(round) / "S.sqlite"; };
+  std::barrier together(2);
+  const auto write = [&](const std::string& mark) {
     for (int round = 0; round < kRounds; ++round) {
-      // Both set out together, on a file of its own each time: they meet while it is being made.
-      char byte = 0;
-      EXPECT_EQ(send(end, &byte, 1, MSG_NOSIGNAL) + recv(end, &byte, 1, 0), 2);
-      SQLiteSettingsStore store(directory_ / std::to_string(round) / "Settings.sqlite", log_);
+      // On a file of its own each time: they meet while it is being made.
+      together.arrive_and_wait();
+      SQLiteSettingsStore store(fileOf(round), log_);
       for (int key = 0; key < kKeys; ++key) store.set(mark + std::to_string(key), mark);
     }
-    return log_->lines().size();
   };
-  const auto child = test::forkChild([&] {
-    close(ends[0]);
-    _exit(write("child", ends[1]) == 0 ? 0 : 1);
-  });
-  close(ends[1]);
-  EXPECT_EQ(write("parent", ends[0]), 0U) << log_->lines().front();
-  EXPECT_EQ(test::waitFor(child), 0);
-  close(ends[0]);
-  for (int round = 0; round < kRounds; ++round) {
-    SQLiteSettingsStore store(directory_ / std::to_string(round) / "Settings.sqlite", log_);
-    for (int key = 0; key < kKeys; ++key) {
-      for (const auto* mark : {"child", "parent"}) {
-        EXPECT_EQ(store.string(mark + std::to_string(key)), mark);
-      }
+  std::thread other(write, "other");
+  write("one");
+  other.join();
+  EXPECT_THAT(log_->lines(), IsEmpty());
+  for (int key = 0; key < kRounds * kKeys; ++key) {
+    SQLiteSettingsStore store(fileOf(key / kKeys), log_);
+    for (const auto* mark : {"one", "other"}) {
+      EXPECT_EQ(store.string(mark + std::to_string(key % kKeys)), mark);
     }
   }
 }
