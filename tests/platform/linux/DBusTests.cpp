@@ -114,21 +114,16 @@ TEST_F(DBusTest, AServiceThatComesAndGoesIsNoticedAndMissedInTheLogOnce) {
 }
 
 TEST_F(DBusTest, ABusThatIsGoneFailsCallsAndIsFoundAgainWhenItIsNeeded) {
-  std::vector<bool> presence;
-  service_->onPresence(false, [&](bool isPresent) { presence.push_back(isPresent); });
-  waitUntil([&] { return presence.size() == 1; });
   daemon_.stop();
-  waitUntil([&] { return presence.size() == 2; });
-  EXPECT_THAT(call("Echo", arguments("hello")), testing::StartsWith(kDisconnected));
-  EXPECT_THAT(call("Echo", arguments("hello")), testing::StartsWith(kDisconnected));
+  for (int i = 0; i < 2; ++i) {
+    EXPECT_THAT(call("Echo", arguments("hello")), testing::StartsWith(kDisconnected));
+  }
   EXPECT_THAT(log_->lines(),
               testing::Contains(testing::StartsWith("No D-Bus at unix:path=")).Times(1));
   daemon_.start();
   ServiceDouble again(daemon_, kName, kMethods, &answer);
   again.addObject(kPath, kName);
   EXPECT_EQ(call("Echo", arguments("hello")), "hello");
-  waitUntil([&] { return presence.size() == 3; });
-  EXPECT_THAT(presence, ElementsAre(true, false, true));
 }
 
 TEST_F(DBusTest, ABusThatIsGoneIsLookedForEverMoreRarelyWhileSomebodyListens) {

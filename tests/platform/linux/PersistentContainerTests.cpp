@@ -140,15 +140,11 @@ TEST_F(PersistentContainerTest, ATransactionIsSeenAsAWholeWhenSavedAndNotAtAllWh
 
 TEST_F(PersistentContainerTest, AFailedStepUndoesTheWholeTransaction) {
   const auto container = load();
-  {
-    const auto context = container->newBackgroundContext();
-    context->insert(item(1));
-    ASSERT_EQ(context->save(), std::nullopt);
-  }
-  const std::shared_ptr<ManagedObject> misfits[] = {item({}), item("no number"),
-                                                    item(1, std::int64_t{2}),
-                                                    std::make_shared<ManagedObject>("Unknown")};
-  for (const auto& misfit : {misfits[0], misfits[1], misfits[3]}) {
+  const auto first = container->newBackgroundContext();
+  first->insert(item(1));
+  ASSERT_EQ(first->save(), std::nullopt);
+  for (const auto& misfit :
+       {item({}), item("no number"), std::make_shared<ManagedObject>("Unknown")}) {
     const auto context = container->newBackgroundContext();
     ASSERT_EQ(context->executeBatchDelete(kAllItems), std::nullopt);
     context->insert(item(2));
@@ -198,11 +194,8 @@ TEST_F(PersistentContainerTest, SaysWhyAStoreCannotBeLoadedAndLeavesItAlone) {
          model.entities[0].attributes[1].optional = false;
          EXPECT_EQ(loadError(*make(model)), std::nullopt);
        }},
-      {"POSIX 22", [&] { create_directory(file_); }},
       {"POSIX 22", [&] { create_symlink(target / "none", file_); }},
-      {"POSIX 20", [&] { remove(directory_), test::writeFile(directory_, ""); }},
       {"POSIX 20", [&] { remove(directory_), create_directory_symlink(target, directory_); }},
-      {"POSIX 13", [&] { test::writeFile(file_, ""), chmod(file_.c_str(), 0400); }},
       {"POSIX 13", [&] { chmod(directory_.c_str(), 0500); }},
   };
   for (const auto& [code, prepare] : cases) {
@@ -227,52 +220,42 @@ TEST_F(PersistentContainerTest, SaysWhyAStoreCannotBeLoadedAndLeavesItAlone) {
   });
 }
 
-/// Replaces the list again and again; list number n has 20 + n % 13 records, each of number n. One
-/// byte goes down the pipe for every record built, "S" for every save that has returned.
-void writeListsForEver(PersistentContainer& container, int pipe) {
-  const auto tell = [pipe](char byte) {
-    if (write(pipe, &byte, 1) != 1) _exit(1);
-  };
-  for (std::int64_t list = 1;; ++list) {
-    const auto context = container.newBackgroundContext();
-    if (context->executeBatchDelete(kAllItems)) _exit(1);
-    for (std::int64_t count = 0; count < 20 + list % 13; ++count) {
-      context->insert(item(list, std::string(500, 'x')));
-      tell('.');
-    }
-    if (context->save()) _exit(1);
-    tell('S');
-  }
-}
-
 TEST_F(PersistentContainerTest, AKilledWriterLeavesTheOldListOrTheNewOne) {
   for (int round = 0; round < 40; ++round) {
     SCOPED_TRACE(round);
     std::filesystem::remove_all(directory_);
     int pipe[2];
     ASSERT_EQ(::pipe(pipe), 0);
-    const auto child = test::forkChild([&] { writeListsForEver(*load(), pipe[1]); });
+    // List number n has 20 + n % 13 records, each of number n. A byte tells of each record that is
+    // built, and "S" of each save.
+    const auto child = test::forkChild([&] {
+      const auto container = load();
+      for (std::int64_t list = 1;; ++list) {
+        const auto context = container->newBackgroundContext();
+        bool isWell = !context->executeBatchDelete(kAllItems);
+        for (std::int64_t count = 0; count < 20 + list % 13; ++count) {
+          context->insert(item(list, std::string(500, 'x')));
+          isWell = write(pipe[1], ".", 1) == 1 && isWell;
+        }
+        if (!isWell || context->save() || write(pipe[1], "S", 1) != 1) _exit(1);
+      }
+    });
     close(pipe[1]);
     // The child runs on while the bytes are read, so the signal finds it anywhere, most often in
     // the save that follows the last record.
-    int bytes = 0;
     std::int64_t saved = 0;
-    for (char byte = 0; bytes < 40 + round * 7 && read(pipe[0], &byte, 1) == 1; ++bytes) {
-      if (byte == 'S') ++saved;
-    }
-    kill(child, SIGKILL);
-    EXPECT_EQ(test::waitFor(child), SIGKILL);
+    int bytes = 0;
     for (char byte = 0; read(pipe[0], &byte, 1) == 1;) {
       if (byte == 'S') ++saved;
+      if (++bytes == 40 + round * 7) kill(child, SIGKILL);
     }
+    EXPECT_EQ(test::waitFor(child), SIGKILL);
     close(pipe[0]);
-    const auto container = load();
-    const auto found = numbers(*container->newBackgroundContext());
+    const auto found = numbers(*load()->newBackgroundContext());
     ASSERT_FALSE(found.empty());
     const auto list = found.front();
     EXPECT_EQ(found, std::vector<std::int64_t>(20 + list % 13, list));
-    EXPECT_GE(list, saved);
-    EXPECT_LE(list, saved + 1);
+    EXPECT_TRUE(list == saved || list == saved + 1) << list << " after " << saved;
   }
 }
 
