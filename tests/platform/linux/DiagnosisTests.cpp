@@ -4,7 +4,6 @@
 #include "platform/linux/position/GeoClueProvider.h"
 #include "platform/linux/position/GeoClueStream.h"
 #include "platform/linux/position/GpsdProvider.h"
-#include "platform/linux/position/PortalProvider.h"
 #include "replay/LineServer.h"
 #include "tests/platform/simulation/Sphere.h"
 #include "tests/support/BlueZDouble.h"
@@ -218,33 +217,6 @@ TEST_F(DiagnosisTest, GpsdTellsItsVersion) {
   gpsd.say("{\"class\":\"VERSION\",\"release\":\"3.22\",\"proto_major\":3,\"proto_minor\":14}\n");
   waitForLines();
   EXPECT_THAT(lines_, Contains("+position 3.22: gpsd"));
-}
-
-TEST_F(DiagnosisTest, ThePortalTellsItsVersionAndIsLeftWithoutASession) {
-  int refusals = 0;
-  ServiceDouble portal(
-      daemon_, kPortalName, {{"CreateSession", "a{sv}"}, {"Start", "osa{sv}"}, {"Close", ""}},
-      [&](const ServiceDouble::Call& call) -> ServiceDouble::Answer {
-        if (call.method == "CreateSession") {
-          return dbus::arguments(dbus::ObjectPath("/session"));
-        }
-        if (call.method == "Close") return Glib::VariantContainerBase();
-        const auto options = dbus::read<dbus::Properties>(call.arguments, 2);
-        const auto token = dbus::read<Glib::ustring>(*options, "handle_token");
-        portal.emit("/request/" + token->raw(), "org.freedesktop.portal.Request", "Response",
-                    dbus::arguments(static_cast<std::uint32_t>(refusals++), dbus::Properties()));
-        return dbus::arguments(dbus::ObjectPath("/request"));
-      });
-  portal.addObject(kPortalPath, kPortalLocation, {{"version", dbus::write(1U)}});
-  portal.addObject("/session", "org.freedesktop.portal.Session");
-  const auto source = std::make_shared<PortalProvider>(bus_, time_.mainQueue());
-  for (const char* found : {"+position 1: the location portal", "-position permission: refused"}) {
-    lines_.clear();
-    begin(around(PositionSource::portal, source));
-    waitForLines();
-    EXPECT_THAT(lines_, Contains(found));
-  }
-  waitUntil([&] { return portal.count("Close") == 2; });
 }
 
 }  // namespace

@@ -11,7 +11,6 @@ namespace {
 
 using namespace std::chrono_literals;
 using boost::asio::ip::tcp;
-using simulation::northOfSite;
 
 constexpr const char* kDaemon = "/usr/sbin/gpsd";
 const tcp::endpoint kAnyPort(boost::asio::ip::address_v4::loopback(), 0);
@@ -45,21 +44,12 @@ TEST_F(GpsdDaemonTest, ItsFixesAreThoseOfTheReceiver) {
   const auto stream = open(provider, 0);
   waitForAccess(PositionAccess::grantedAlways);
   for (const double metres : {1000, 700}) {
-    const auto isTold = [&] {
-      return !locations_.empty() &&
-             simulation::Sphere().distance(locations_.back().coordinate, northOfSite(metres)) < 1;
-    };
-    for (int attempt = 0; attempt < 20 && !isTold(); ++attempt) {
-      receiver_.say(
-          replay::nmea({northOfSite(metres), 8, 10,
-                        std::chrono::floor<TimeInterval>(std::chrono::system_clock::now())}));
-      time_.waitUntil(isTold, 1s);
-    }
-    ASSERT_TRUE(isTold()) << metres;
+    sendUntilTold(metres, [this](Coordinate place) {
+      receiver_.say(replay::nmea(
+          {place, 8, 10, std::chrono::floor<TimeInterval>(std::chrono::system_clock::now())}));
+    });
   }
-  EXPECT_GE(locations_.back().horizontalAccuracy, kBestAccuracyMetres);
-  EXPECT_NEAR(locations_.back().speed, 10, 0.1);
-  EXPECT_LT(std::chrono::abs(locations_.back().timestamp - std::chrono::system_clock::now()), 60s);
+  expectOfNow();
 }
 
 }  // namespace

@@ -24,6 +24,27 @@ class PositionTest : public test::BusTest {
     access_.reset();
   }
 
+  /// Has `send` tell a place, again and again, until the stream has told of it.
+  void sendUntilTold(double metresNorth, const std::function<void(Coordinate)>& send) {
+    const Coordinate place = simulation::northOfSite(metresNorth);
+    const auto isTold = [&] {
+      return !locations_.empty() &&
+             simulation::Sphere().distance(locations_.back().coordinate, place) < 1;
+    };
+    for (int attempt = 0; attempt < 20 && !isTold(); ++attempt) {
+      send(place);
+      time_.waitUntil(isTold, std::chrono::seconds(1));
+    }
+    EXPECT_TRUE(isTold()) << metresNorth;
+  }
+  /// The last of the positions, sent with a speed of 10.
+  void expectOfNow() {
+    EXPECT_GE(locations_.back().horizontalAccuracy, kBestAccuracyMetres);
+    EXPECT_NEAR(locations_.back().speed, 10, 0.1);
+    EXPECT_LT(std::chrono::abs(locations_.back().timestamp - std::chrono::system_clock::now()),
+              std::chrono::minutes(1));
+  }
+
   std::vector<Location> locations_;
   std::optional<PositionAccess> access_;
 };

@@ -1,3 +1,4 @@
+#include "platform/linux/diagnosis/DiagnosisRun.h"
 #include "platform/linux/position/GpsdProvider.h"
 #include "platform/linux/position/PortalProvider.h"
 #include "replay/LineServer.h"
@@ -22,12 +23,10 @@ TEST(PositionSourceTest, ASandboxHasThePortalUnlessToldOtherwise) {
 
 class PortalTest : public PositionTest {
  protected:
-  static constexpr const char* kPath = "/org/freedesktop/portal/desktop";
-  static constexpr const char* kLocation = "org.freedesktop.portal.Location";
   static constexpr const char* kRequest = "org.freedesktop.portal.Request";
   static constexpr const char* kSession = "org.freedesktop.portal.Session";
 
-  PortalTest() { portal_.addObject(kPath, kLocation); }
+  PortalTest() { portal_.addObject(kPortalPath, kPortalLocation, {{"version", dbus::write(1U)}}); }
 
   ServiceDouble::Answer answer(const ServiceDouble::Call& call) {
     if (call.method == "CreateSession") {
@@ -62,7 +61,7 @@ class PortalTest : public PositionTest {
   }
 
   void feed(const std::string& session, double latitude) {
-    portal_.emit(kPath, kLocation, "LocationUpdated",
+    portal_.emit(kPortalPath, kPortalLocation, "LocationUpdated",
                  dbus::arguments(dbus::ObjectPath(session),
                                  dbus::Properties{{"Latitude", dbus::write(latitude)},
                                                   {"Longitude", dbus::write(2.0)},
@@ -77,14 +76,15 @@ class PortalTest : public PositionTest {
   std::string session_;
   std::vector<std::uint32_t> thresholds_;
   ServiceDouble portal_{daemon_,
-                        "org.freedesktop.portal.Desktop",
+                        kPortalName,
                         {{"CreateSession", "a{sv}"}, {"Start", "osa{sv}"}, {"Close", ""}},
                         [this](const auto& call) { return answer(call); }};
-  PortalProvider provider_{bus_, time_.mainQueue()};
+  std::shared_ptr<PortalProvider> provider_ =
+      std::make_shared<PortalProvider>(bus_, time_.mainQueue());
 };
 
 TEST_F(PortalTest, FollowsThePositionInASessionForEachFilter) {
-  auto stream = open(provider_, 30);
+  auto stream = open(*provider_, 30);
   waitForAccess(PositionAccess::granted);
   feed("/session/other", 9);
   portal_.sync([&] { feed(session_, 1); });
@@ -100,11 +100,11 @@ TEST_F(PortalTest, FollowsThePositionInASessionForEachFilter) {
 
 TEST_F(PortalTest, ARefusalStandsAndASessionThatEndsIsMadeAnew) {
   portal_.sync([this] { response_ = 1; });
-  auto stream = open(provider_, 0);
+  auto stream = open(*provider_, 0);
   waitForAccess(PositionAccess::denied);
   EXPECT_EQ(time_.pendingTaskCount(), 0U);
   portal_.sync([this] { response_ = 0; });
-  stream = open(provider_, 0);
+  stream = open(*provider_, 0);
   waitForAccess(PositionAccess::granted);
   portal_.sync(
       [&] { portal_.emit(session_, kSession, "Closed", dbus::arguments(dbus::Properties())); });
@@ -121,7 +121,7 @@ TEST_F(PortalTest, ARefusalStandsAndASessionThatEndsIsMadeAnew) {
 TEST_F(PortalTest, ARefusalAfterAFailureStandsToo) {
   portal_.vanish();
   portal_.sync([this] { response_ = 2; });
-  const auto stream = open(provider_, 0);
+  const auto stream = open(*provider_, 0);
   waitForAccess(PositionAccess::absent);
   portal_.appear();
   waitForAccess(PositionAccess::absent);
@@ -135,7 +135,7 @@ TEST_F(PortalTest, ARefusalAfterAFailureStandsToo) {
 
 TEST_F(PortalTest, OneThatLeavesWhileTheUserIsAskedIsAskedAgainWhenItComes) {
   portal_.sync([this] { response_.reset(); });
-  const auto stream = open(provider_, 0);
+  const auto stream = open(*provider_, 0);
   waitUntil([&] { return portal_.count("Start") == 1; });
   portal_.vanish();
   waitForAccess(PositionAccess::absent);
@@ -146,13 +146,13 @@ TEST_F(PortalTest, OneThatLeavesWhileTheUserIsAskedIsAskedAgainWhenItComes) {
 
 TEST_F(PortalTest, AStopLeavesNeitherSessionNorQuestionBehind) {
   portal_.sync([this] { response_.reset(); });
-  auto stream = open(provider_, 0);
+  auto stream = open(*provider_, 0);
   waitUntil([&] { return portal_.count("Start") == 1; });
   stream = nullptr;
   waitUntil([&] { return portal_.count("Close") == 2; });
 
   portal_.sync([this] { isSlow_ = true; });
-  stream = open(provider_, 0);
+  stream = open(*provider_, 0);
   waitUntil([&] { return portal_.count("CreateSession") == 2; });
   stream = nullptr;
   portal_.sync([this] { isSlow_ = false; });
@@ -163,14 +163,36 @@ TEST_F(PortalTest, AStopLeavesNeitherSessionNorQuestionBehind) {
 }
 
 TEST_F(PortalTest, WithoutTheInterfaceForLocationItIsNotThereAndTheLogTellsOnce) {
-  portal_.removeObject(kPath);
-  auto stream = open(provider_, 0);
+  portal_.removeObject(kPortalPath);
+  auto stream = open(*provider_, 0);
   waitForAccess(PositionAccess::absent);
-  stream = open(provider_, 0);
+  stream = open(*provider_, 0);
   waitForAccess(PositionAccess::absent);
   EXPECT_EQ(time_.pendingTaskCount(), 0U);
   EXPECT_THAT(log_->lines(),
               ElementsAre(testing::EndsWith("has no org.freedesktop.portal.Location")));
+}
+
+TEST_F(PortalTest, ADiagnosisTellsOfItAndLeavesNoSession) {
+  Surroundings around;
+  around.mainQueue = time_.mainQueue();
+  around.systemBus = around.sessionBus = bus_;
+  around.positionSource = PositionSource::portal;
+  around.positionProvider = provider_;
+  for (const char* expected : {"position 1: the location portal", "position permission: refused"}) {
+    std::vector<std::string> told;
+    const auto note = [&](const auto& findings) {
+      for (const Finding& one : findings) {
+        const std::string version = one.version.empty() ? "" : " " + one.version;
+        told.push_back(one.subject + version + ": " + one.detail);
+      }
+    };
+    std::make_shared<DiagnosisRun>(around, note)->begin();
+    waitUntil([&] { return !told.empty(); });
+    EXPECT_THAT(told, testing::Contains(expected));
+    portal_.sync([this] { response_ = 1; });
+  }
+  waitUntil([&] { return portal_.count("Close") == 2; });
 }
 
 TEST_F(PositionTest, GpsdTellsItsFixesAndIsConnectedToAgain) {
