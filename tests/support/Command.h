@@ -15,7 +15,7 @@ struct CommandResult {
   std::vector<std::string> lines() const;
 };
 
-/// Runs a program with arguments to its end, without a shell.
+/// Runs a program with arguments to its end, without a shell. Throws when there is no such program.
 CommandResult runCommand(const std::vector<std::string>& arguments);
 
 }  // namespace ovinta::test

@@ -5,7 +5,7 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
-#include <charconv>
+#include <sstream>
 #include <stdexcept>
 #include <utility>
 
@@ -14,37 +14,26 @@ namespace {
 
 constexpr std::string_view kHeadEnd = "\r\n\r\n";
 
-ReceivedRequest parseHead(std::string_view head) {
-  const auto nextLine = [&head] {
-    const auto end = head.find("\r\n");
-    const auto line = head.substr(0, end);
-    head.remove_prefix(end == std::string_view::npos ? head.size() : end + 2);
-    return line;
-  };
+ReceivedRequest parseHead(const std::string& head) {
+  std::istringstream lines(head);
   ReceivedRequest request;
-  const std::string_view start = nextLine();
-  const auto first = start.find(' ');
-  const auto second = start.find(' ', first + 1);
-  request.method = start.substr(0, first);
-  request.target = start.substr(first + 1, second - first - 1);
-  while (!head.empty()) {
-    const auto line = nextLine();
+  std::string line;
+  lines >> request.method >> request.target;
+  std::getline(lines, line);
+  while (std::getline(lines, line)) {
+    if (line.ends_with('\r')) line.pop_back();
     const auto colon = line.find(':');
-    auto value = line.substr(colon + 1);
-    if (value.starts_with(' ')) value.remove_prefix(1);
-    request.headers.push_back({std::string(line.substr(0, colon)), std::string(value)});
+    const auto value = line.compare(colon, 2, ": ") == 0 ? colon + 2 : colon + 1;
+    request.headers.push_back({line.substr(0, colon), line.substr(value)});
   }
   return request;
 }
 
 std::size_t contentLength(const ReceivedRequest& request) {
-  std::size_t length = 0;
   for (const auto& [name, value] : request.headers) {
-    if (strcasecmp(name.c_str(), "Content-Length") == 0) {
-      std::from_chars(value.data(), value.data() + value.size(), length);
-    }
+    if (strcasecmp(name.c_str(), "Content-Length") == 0) return std::stoul(value);
   }
-  return length;
+  return 0;
 }
 
 }  // namespace
@@ -62,7 +51,7 @@ std::optional<ReceivedRequest> ServerConnection::readRequest() {
   while ((headEnd = buffer_.find(kHeadEnd)) == std::string::npos) {
     if (!readMore()) return std::nullopt;
   }
-  auto request = parseHead(std::string_view(buffer_).substr(0, headEnd));
+  auto request = parseHead(buffer_.substr(0, headEnd));
   const auto bodyStart = headEnd + kHeadEnd.size();
   const auto length = contentLength(request);
   while (buffer_.size() < bodyStart + length) {
@@ -72,6 +61,8 @@ std::optional<ReceivedRequest> ServerConnection::readRequest() {
   buffer_.erase(0, bodyStart + length);
   return request;
 }
+
+ServerConnection::~ServerConnection() { close(socket_); }
 
 void ServerConnection::send(std::string_view bytes) {
   while (!bytes.empty()) {
@@ -85,21 +76,7 @@ void ServerConnection::waitForClose() {
   while (readMore()) buffer_.clear();
 }
 
-void ServerConnection::close() {
-  const std::lock_guard lock(mutex_);
-  if (socket_ >= 0) ::close(std::exchange(socket_, -1));
-}
-
-void ServerConnection::reset() {
-  const linger atOnce{.l_onoff = 1, .l_linger = 0};
-  setsockopt(socket_, SOL_SOCKET, SO_LINGER, &atOnce, sizeof atOnce);
-  close();
-}
-
-void ServerConnection::shutDown() {
-  const std::lock_guard lock(mutex_);
-  if (socket_ >= 0) shutdown(socket_, SHUT_RDWR);
-}
+void ServerConnection::shutDown() { shutdown(socket_, SHUT_RDWR); }
 
 struct LocalServer::Client {
   explicit Client(int socket) : connection(socket) {}
@@ -148,7 +125,7 @@ void LocalServer::acceptClients() {
     auto* const client = clients_.emplace_back(std::make_unique<Client>(socket)).get();
     client->thread = std::thread([this, client] {
       script_(client->connection);
-      client->connection.close();
+      client->connection.shutDown();
     });
   }
 }

@@ -22,11 +22,12 @@ struct ReceivedRequest {
   std::string body;
 };
 
-/// One client's connection, as the server's script sees it. It is closed when the script returns.
+/// One client's connection, as the server's script sees it. It is shut down when the script
+/// returns.
 class ServerConnection {
  public:
   explicit ServerConnection(int socket) : socket_(socket) {}
-  ~ServerConnection() { close(); }
+  ~ServerConnection();
   ServerConnection(const ServerConnection&) = delete;
   ServerConnection& operator=(const ServerConnection&) = delete;
 
@@ -38,20 +39,13 @@ class ServerConnection {
   /// Waits until the client (or the server's end) closes the connection.
   void waitForClose();
 
-  /// Nothing but this may be called afterwards.
-  void close();
-
-  /// Closes with a reset instead of an orderly end.
-  void reset();
-
   /// Ends all reading and sending. May be called from any thread.
   void shutDown();
 
  private:
   bool readMore();
 
-  std::mutex mutex_;
-  int socket_;
+  const int socket_;
   std::string buffer_;
 };
 

@@ -3,7 +3,7 @@
 #include <unistd.h>
 
 #include <atomic>
-#include <condition_variable>
+#include <latch>
 #include <mutex>
 #include <set>
 
@@ -17,25 +17,6 @@ using test::httpAnswer;
 using test::LocalServer;
 using test::ReceivedRequest;
 using test::ServerConnection;
-
-/// Lets `wait` return once `arrive` has been called that often.
-class Gathering {
- public:
-  explicit Gathering(int count) : left_(count) {}
-  void arrive() {
-    const std::lock_guard lock(mutex_);
-    if (--left_ == 0) complete_.notify_all();
-  }
-  void wait() {
-    std::unique_lock lock(mutex_);
-    complete_.wait(lock, [this] { return left_ <= 0; });
-  }
-
- private:
-  std::mutex mutex_;
-  std::condition_variable complete_;
-  int left_;
-};
 
 class CurlURLSessionThread : public CurlURLSessionFixture {};
 
@@ -59,10 +40,9 @@ TEST_F(CurlURLSessionThread, SurvivesAConnectionClosedWhileIdle) {
 TEST_F(CurlURLSessionThread, CarriesManyRequestsAtOnce) {
   constexpr int kThreads = 4;
   constexpr int kRequestsEach = 10;
-  Gathering all(kThreads * kRequestsEach);
+  std::latch all(kThreads * kRequestsEach);
   LocalServer server(LocalServer::answering([&](const ReceivedRequest& request) {
-    all.arrive();
-    all.wait();
+    all.arrive_and_wait();
     return httpAnswer("200 OK", request.target);
   }));
   std::mutex mutex;
@@ -104,9 +84,9 @@ TEST_F(CurlURLSessionThread, LetsCompletionsStartRequests) {
 
 TEST_F(CurlURLSessionThread, DropsWhatIsUnderWayAtItsEnd) {
   constexpr int kRequests = 8;
-  Gathering seen(kRequests);
+  std::latch seen(kRequests);
   LocalServer server(LocalServer::answering([&](const auto&) {
-    seen.arrive();
+    seen.count_down();
     return "";
   }));
   const auto calls = std::make_shared<std::atomic<int>>(0);
