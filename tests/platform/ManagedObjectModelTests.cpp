@@ -24,10 +24,8 @@ TEST(ManagedObjectModelTest, RefusesMalformedModels) {
       "{}",
       R"({"entities": {}})",
       entities("1"),
-      entities(R"({"attributes": []})"),
       entities(R"({"name": "E", "attributes": []})"),
       attribute(""),
-      attribute(R"("type": "string", "optional": true)"),
       attribute(R"("name": "a", "type": "double", "optional": true)"),
       attribute(R"("name": "a", "type": "string", "optional": 1)"),
       entities(R"({"name": "E", "attributes": [{)" + good +

@@ -1,6 +1,6 @@
 #include <gmock/gmock.h>
 
-#include <functional>
+#include <filesystem>
 #include <string>
 #include <thread>
 #include <vector>
@@ -13,16 +13,25 @@
 namespace ovinta::platform {
 namespace {
 
-struct Implementation {
-  std::string name;
-  std::function<std::shared_ptr<SettingsStore>(const std::filesystem::path&)> make;
-};
+using Make = std::shared_ptr<SettingsStore> (*)(const std::filesystem::path& directory);
+
+std::shared_ptr<SettingsStore> inMemory(const std::filesystem::path& /*directory*/) {
+  return standard::makeInMemorySettingsStore();
+}
+std::shared_ptr<SettingsStore> inAFile(const std::filesystem::path& directory) {
+  return std::make_shared<linux::SQLiteSettingsStore>(directory / "Settings.sqlite",
+                                                      std::make_shared<simulation::RecordingLog>());
+}
+std::shared_ptr<SettingsStore> withoutAFile(const std::filesystem::path& /*directory*/) {
+  return std::make_shared<linux::SQLiteSettingsStore>(std::nullopt,
+                                                      std::make_shared<simulation::RecordingLog>());
+}
 
 /// What every settings store promises.
-class SettingsStoreTest : public testing::TestWithParam<Implementation> {
+class SettingsStoreTest : public testing::TestWithParam<Make> {
  protected:
   test::TemporaryDirectory directory_;
-  std::shared_ptr<SettingsStore> store_ = GetParam().make(directory_.path());
+  std::shared_ptr<SettingsStore> store_ = GetParam()(directory_.path());
 };
 
 TEST_P(SettingsStoreTest, StoredTextsHideDefaultsUntilTheyAreRemoved) {
@@ -60,25 +69,7 @@ TEST_P(SettingsStoreTest, ThreadsSeeEachOthersWritesAtOnce) {
   for (auto& thread : threads) thread.join();
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    All, SettingsStoreTest,
-    testing::Values(Implementation{"InMemory",
-                                   [](const auto&) {
-                                     return standard::makeInMemorySettingsStore();
-                                   }},
-                    Implementation{"SQLite",
-                                   [](const auto& directory) {
-                                     return std::make_shared<linux::SQLiteSettingsStore>(
-                                         directory / "Settings.sqlite",
-                                         std::make_shared<simulation::RecordingLog>());
-                                   }},
-                    Implementation{"SQLiteWithoutFile",
-                                   [](const auto&) {
-                                     return std::make_shared<linux::SQLiteSettingsStore>(
-                                         std::nullopt,
-                                         std::make_shared<simulation::RecordingLog>());
-                                   }}),
-    [](const auto& tested) { return tested.param.name; });
+INSTANTIATE_TEST_SUITE_P(All, SettingsStoreTest, testing::Values(inMemory, inAFile, withoutAFile));
 
 }  // namespace
 }  // namespace ovinta::platform

@@ -4,7 +4,6 @@
 
 #include <atomic>
 #include <latch>
-#include <mutex>
 #include <set>
 
 #include "tests/platform/linux/CurlURLSessionFixture.h"
@@ -38,32 +37,31 @@ TEST_F(CurlURLSessionThread, SurvivesAConnectionClosedWhileIdle) {
 }
 
 TEST_F(CurlURLSessionThread, CarriesManyRequestsAtOnce) {
-  constexpr int kThreads = 4;
-  constexpr int kRequestsEach = 10;
+  constexpr int kThreads = 4, kRequestsEach = 10;
   std::latch all(kThreads * kRequestsEach);
   LocalServer server(LocalServer::answering([&](const ReceivedRequest& request) {
     all.arrive_and_wait();
     return httpAnswer("200 OK", request.target);
   }));
-  std::mutex mutex;
-  std::set<std::thread::id> threads;
-  std::vector<std::thread> starters;
+  std::vector<std::future<Outcome>> started[kThreads];
+  const auto path = [](int thread, int i) { return "/" + std::to_string(10 * thread + i); };
+  std::vector<std::jthread> starters;
   for (int t = 0; t < kThreads; ++t) {
     starters.emplace_back([&, t] {
-      std::vector<std::pair<std::string, std::future<Outcome>>> started;
       for (int i = 0; i < kRequestsEach; ++i) {
-        const auto path = "/" + std::to_string(t) + "/" + std::to_string(i);
-        started.emplace_back(path, start({.url = {server.url(path)}}));
-      }
-      for (auto& [path, future] : started) {
-        const auto outcome = future.get();
-        EXPECT_EQ(outcome.data, path);
-        const std::lock_guard lock(mutex);
-        threads.insert(outcome.thread);
+        started[t].push_back(start({.url = {server.url(path(t, i))}}));
       }
     });
   }
-  for (auto& starter : starters) starter.join();
+  starters.clear();
+  std::set<std::thread::id> threads;
+  for (int t = 0; t < kThreads; ++t) {
+    for (int i = 0; i < kRequestsEach; ++i) {
+      const auto outcome = started[t].at(i).get();
+      EXPECT_EQ(outcome.data, path(t, i));
+      threads.insert(outcome.thread);
+    }
+  }
   EXPECT_EQ(threads.size(), 1u);
   EXPECT_FALSE(threads.contains(std::this_thread::get_id()));
 }

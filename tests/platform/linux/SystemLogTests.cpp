@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <sstream>
 #include <string>
 #include <thread>
 #include <vector>
@@ -51,12 +52,11 @@ TEST_F(SystemLogTest, LinesOfSeveralThreadsDoNotMix) {
   }
   for (auto& thread : threads) thread.join();
   std::vector<int> next(kThreads, 0);
-  for (std::size_t start = 0, end = 0; start < text.size(); start = end + 1) {
-    end = text.find('\n', start);
-    const int thread = text[start] - 'a';
+  std::istringstream stream(text);
+  for (std::string line; std::getline(stream, line);) {
+    const int thread = line.empty() ? -1 : line[0] - 'a';
     ASSERT_TRUE(thread >= 0 && thread < kThreads);
-    EXPECT_EQ(text.substr(start, end - start),
-              std::string(6000 + next[thread]++, static_cast<char>('a' + thread)));
+    EXPECT_EQ(line, std::string(6000 + next[thread]++, line[0]));
   }
 }
 
