@@ -1,9 +1,13 @@
 #pragma once
 
 #include <cstdint>
+#include <filesystem>
+#include <memory>
 #include <string>
 #include <utility>
 
+#include "platform/linux/position/GeoClueProvider.h"
+#include "platform/linux/position/PositionHub.h"
 #include "tests/platform/simulation/Sphere.h"
 #include "tests/support/ServiceDouble.h"
 
@@ -54,6 +58,10 @@ class GeoClueDouble {
                       dbus::arguments(dbus::ObjectPath("/"), dbus::ObjectPath(fix)), client.owner);
       }
     });
+  }
+
+  void feed(platform::Coordinate place, double accuracy = 10) {
+    feed(place.latitude, place.longitude, accuracy);
   }
 
   /// The user's switch, while clients run.
@@ -135,5 +143,17 @@ class GeoClueDouble {
   int objectCount_ = 0;
   ServiceDouble service_;
 };
+
+/// A hub on the GeoClue of the bus.
+inline std::shared_ptr<platform::linux::PositionHub> makeGeoClueHub(
+    std::shared_ptr<dbus::Bus> bus, const std::shared_ptr<platform::MainQueue>& mainQueue,
+    const std::filesystem::path& configuration = "none") {
+  using Provider = platform::linux::GeoClueProvider;
+  return std::make_shared<platform::linux::PositionHub>(
+      std::make_shared<Provider>(
+          std::move(bus), mainQueue,
+          Provider::Options{.desktopID = "org.example.app", .configuration = configuration}),
+      mainQueue);
+}
 
 }  // namespace ovinta::test

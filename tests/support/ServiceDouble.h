@@ -34,8 +34,8 @@ class ServiceDouble {
   /// Owns the name at once. `methods`: the signature of each one's arguments. `handler` answers the
   /// calls, one at a time on a thread of its own; what it uses is declared before the double.
   ServiceDouble(const replay::PrivateBus& bus, std::string name,
-                std::map<std::string, std::string> methods,
-                std::function<Answer(const Call&)> handler);
+                std::map<std::string, std::string> methods = {},
+                std::function<Answer(const Call&)> handler = {});
   ~ServiceDouble();
   ServiceDouble(const ServiceDouble&) = delete;
   ServiceDouble& operator=(const ServiceDouble&) = delete;

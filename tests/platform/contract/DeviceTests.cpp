@@ -33,8 +33,7 @@ class LinuxDeviceRig : public test::BusTest {
     BusTest::waitUntil(condition);
   }
 
-  test::ServiceDouble upower_{
-      daemon_, linux::kUPowerName, {}, [](const auto&) { return test::ServiceDouble::NoAnswer{}; }};
+  test::ServiceDouble upower_{daemon_, linux::kUPowerName};
   linux::SystemDevice device_{bus_, time_.clock(), folder_.path()};
 };
 

@@ -7,7 +7,6 @@
 
 #include "platform/linux/SystemLocationServices.h"
 #include "platform/linux/bluez/BlueZObjects.h"
-#include "platform/linux/position/GeoClueProvider.h"
 #include "platform/linux/position/GeoClueStream.h"
 #include "platform/simulation/SimulatedLocation.h"
 #include "tests/support/BeaconFrames.h"
@@ -65,8 +64,7 @@ class LinuxLocationRig : public test::BusTest {
   }
   void go(double metresNorth, double accuracy = 5) {
     settle();
-    const Coordinate place = simulation::northOfSite(metresNorth);
-    geoclue_.feed(place.latitude, place.longitude, accuracy);
+    geoclue_.feed(simulation::northOfSite(metresNorth), accuracy);
     settle();
   }
   void passSecond(const std::vector<std::uint16_t>& minors) {
@@ -81,11 +79,7 @@ class LinuxLocationRig : public test::BusTest {
 
   test::GeoClueDouble geoclue_{daemon_};
   test::BlueZDouble bluez_{daemon_};
-  std::shared_ptr<linux::PositionHub> hub_ = std::make_shared<linux::PositionHub>(
-      std::make_shared<linux::GeoClueProvider>(
-          bus_, time_.mainQueue(),
-          linux::GeoClueProvider::Options{.desktopID = "org.example.app", .configuration = "none"}),
-      time_.mainQueue());
+  std::shared_ptr<linux::PositionHub> hub_ = test::makeGeoClueHub(bus_, time_.mainQueue());
   linux::SystemLocationServices services_{
       hub_,
       std::make_shared<linux::BeaconScanner>(bus_, time_.mainQueue(), log_,

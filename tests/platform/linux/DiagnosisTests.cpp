@@ -22,18 +22,14 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using Mood = test::GeoClueDouble::Mood;
 
-ServiceDouble::Answer noAnswer(const ServiceDouble::Call& /*call*/) {
-  return ServiceDouble::NoAnswer{};
-}
-
 /// A device in order.
 struct DeviceDouble {
   explicit DeviceDouble(const replay::PrivateBus& bus)
       : geoclue(bus),
         bluez(bus),
         notifications(bus),
-        upower(bus, kUPowerName, {}, noAnswer),
-        agent(bus, kAgentBusName, {}, noAnswer) {
+        upower(bus, kUPowerName),
+        agent(bus, kAgentBusName) {
     setAccuracy(8);
     bluez.addAdapter("hci0");
     upower.addObject(kUPowerPath, kUPowerName, {{"DaemonVersion", dbus::write("0.99.20")}});

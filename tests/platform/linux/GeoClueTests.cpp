@@ -1,5 +1,4 @@
 #include "platform/linux/SystemLocationServices.h"
-#include "platform/linux/position/GeoClueProvider.h"
 #include "platform/linux/position/GeoClueStream.h"
 #include "tests/support/BusFixture.h"
 #include "tests/support/Files.h"
@@ -29,15 +28,6 @@ class GeoClueTest : public test::BusTest {
  protected:
   GeoClueTest() { manager_->setDelegate(&delegate_); }
 
-  std::shared_ptr<PositionHub> makeHub() {
-    return std::make_shared<PositionHub>(
-        std::make_shared<GeoClueProvider>(
-            bus_, time_.mainQueue(),
-            GeoClueProvider::Options{.desktopID = "org.example.app",
-                                     .configuration = folder_.path() / "geoclue.conf"}),
-        time_.mainQueue());
-  }
-
   void waitForStatus(AuthorizationStatus status) {
     waitUntil([&] { return services_->authorizationStatus() == status; });
   }
@@ -54,7 +44,8 @@ class GeoClueTest : public test::BusTest {
   std::shared_ptr<BeaconScanner> scanner_ =
       std::make_shared<BeaconScanner>(bus_, time_.mainQueue(), log_, BeaconScanner::Settings{});
   Delegate delegate_;
-  std::shared_ptr<PositionHub> hub_ = makeHub();
+  std::shared_ptr<PositionHub> hub_ =
+      test::makeGeoClueHub(bus_, time_.mainQueue(), folder_.path() / "geoclue.conf");
   std::unique_ptr<SystemLocationServices> services_ = std::make_unique<SystemLocationServices>(
       hub_, scanner_, std::make_shared<simulation::Sphere>());
   std::unique_ptr<LocationManager> manager_ = services_->makeLocationManager();
@@ -211,7 +202,7 @@ TEST_F(GeoClueTest, AQuestionWithoutAnAnswerRestsUntilThereMayBeOne) {
   waitForStatus(0);
   expectRest("not there");
   // Who has not asked notices it too.
-  const auto silent = makeHub();
+  const auto silent = test::makeGeoClueHub(bus_, time_.mainQueue());
   silent->findService();
   passBy(kGeoClueName);
   EXPECT_FALSE(silent->isEnabled());

@@ -7,7 +7,6 @@
 #include "platform/linux/SystemDevice.h"
 #include "platform/linux/SystemLocationServices.h"
 #include "platform/linux/UPower.h"
-#include "platform/linux/position/GeoClueProvider.h"
 #include "tests/platform/simulation/Sphere.h"
 #include "tests/support/BlueZDouble.h"
 #include "tests/support/GeoClueDouble.h"
@@ -98,15 +97,10 @@ class IdleTest : public test::SDKFixture {
   test::GeoClueDouble geoclue_{daemon_};
   test::BlueZDouble bluez_{daemon_};
   test::NotificationsDouble desktop_{daemon_};
-  test::ServiceDouble upower_{
-      daemon_, kUPowerName, {}, [](const auto&) { return test::ServiceDouble::NoAnswer{}; }};
+  test::ServiceDouble upower_{daemon_, kUPowerName};
   std::shared_ptr<dbus::Bus> bus_ =
       std::make_shared<dbus::Bus>(daemon_.address(), time.mainQueue(), log);
-  std::shared_ptr<PositionHub> hub_ = std::make_shared<PositionHub>(
-      std::make_shared<GeoClueProvider>(
-          bus_, time.mainQueue(),
-          GeoClueProvider::Options{.desktopID = "org.example.app", .configuration = "none"}),
-      time.mainQueue());
+  std::shared_ptr<PositionHub> hub_ = test::makeGeoClueHub(bus_, time.mainQueue());
   dbus::Service stats_{std::make_shared<dbus::Bus>(daemon_.address(), time.mainQueue(), log),
                        "org.freedesktop.DBus"};
 };

@@ -61,8 +61,7 @@ class SystemDeviceTest : public test::BusTest {
   }
 
   SupplyFolder supplies_;
-  ServiceDouble upower_{
-      daemon_, kUPowerName, {}, [](const auto&) { return ServiceDouble::NoAnswer{}; }};
+  ServiceDouble upower_{daemon_, kUPowerName};
   SystemDevice device_{bus_, time_.clock(), supplies_.path()};
 };
 
