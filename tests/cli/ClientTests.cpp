@@ -140,7 +140,8 @@ TEST_F(ClientTest, keepsTheCustomerFromCallToCall) {
       {"merchant GET customers | field api_token > $home/token; ovinta customer logout", 0, ""},
       {"ovinta customer login-token - < $home/token", 0, "Name        Alex"},
       {"echo '$ovinta customer login --email a --password - <&0 & p=$!; until stty -a | grep -q "
-       "\" -echo \"; do :; done; kill $p; wait $p; stty -a' > $home/hidden; export ovinta; "
+       "\" -echo \"; do kill -0 $p || exit; done; kill $p; wait $p; stty -a' > $home/hidden; "
+       "export ovinta; "
        "script -qec \"bash $home/hidden\" /dev/null",
        0, " echo "},
       {"printf 'token\\nanother\\nother\\n' | ovinta customer set-password --reset-token - "
