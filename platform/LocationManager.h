@@ -47,7 +47,8 @@ class LocationManagerDelegate {
   /// Once soon after the delegate was set, and once at each change.
   virtual void didChangeAuthorizationStatus(AuthorizationStatus status) = 0;
 
-  /// About once a second for each ranged region, with the beacons heard since, possibly none.
+  /// About once a second for each ranged region, with the beacons heard since, possibly none. Of a
+  /// region that was stopped nothing more is told.
   virtual void didRangeBeacons(const std::vector<RangedBeacon>& beacons,
                                const BeaconRegion& region) = 0;
 

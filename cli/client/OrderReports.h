@@ -24,6 +24,7 @@ inline ExitCode performOrder(Client& client, const std::function<void(OrderCallb
 template <class State>
 std::vector<std::string> stateNames() {
   std::vector<std::string> names;
+  names.reserve(StateTable<State>::kRows.size());
   for (const auto& row : StateTable<State>::kRows) names.emplace_back(row.wireString);
   return names;
 }

@@ -39,10 +39,11 @@ std::shared_ptr<UserNotificationCenter> makeUserNotifications(
     const Services& services) {
   StoredUserNotificationCenter::Setup setup{.applicationID = applicationID,
                                             .file = fileIn(directory, "Notifications.sqlite"),
-                                            .agents = AgentRegistry::ofUser(),
+                                            .agents = {},
                                             .usesAgent = options.usesNotifyAgent,
                                             .positionSource = options.positionSource,
                                             .onClicked = options.onNotificationClicked};
+  if (!isSandboxed()) setup.agents = AgentRegistry::ofUser();
   return std::make_shared<StoredUserNotificationCenter>(services, std::move(sessionBus),
                                                         std::move(setup));
 }

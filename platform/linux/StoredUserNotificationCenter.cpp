@@ -29,7 +29,7 @@ StoredUserNotificationCenter::StoredUserNotificationCenter(const Services& servi
                                                       services.log)) {
   const auto application = registration();
   if (application) {
-    agent_ = std::make_shared<AgentContact>(sessionBus, log_, *application, setup_.usesAgent);
+    agent_ = std::make_unique<AgentContact>(sessionBus, log_, *application, setup_.usesAgent);
   }
   trigger_ = std::make_shared<NotificationTrigger>(
       services, sessionBus, setup_.applicationID, store_,

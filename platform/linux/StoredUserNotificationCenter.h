@@ -50,7 +50,7 @@ class StoredUserNotificationCenter : public UserNotificationCenter {
   const Setup setup_;
   const std::shared_ptr<Log> log_;
   const std::shared_ptr<NotificationStoreQueue> store_;
-  std::shared_ptr<AgentContact> agent_;
+  std::unique_ptr<AgentContact> agent_;
   std::shared_ptr<NotificationTrigger> trigger_;
   std::unique_ptr<NotificationObserver> activation_;
 };

@@ -137,6 +137,7 @@ void SimulatedLocationManager::reportRanging() {
   const auto regions = ranged_;
   const std::weak_ptr life(life_);
   for (const auto& region : regions) {
+    if (std::ranges::find(ranged_, region) == ranged_.end()) continue;
     std::vector<RangedBeacon> heard;
     std::ranges::copy_if(hub_->beacons, std::back_inserter(heard), [&](const RangedBeacon& beacon) {
       return standard::covers(region, beacon);

@@ -42,7 +42,7 @@ void BlueZDiscovery::ask() {
 void BlueZDiscovery::stop() {
   // What seems to have failed may run all the same, when the answer was late.
   if (std::exchange(step_, Step::idle) == Step::idle) return;
-  service_.call(settings_.adapter, kBlueZAdapter, "StopDiscovery", {}, {});
+  service_.tell(settings_.adapter, kBlueZAdapter, "StopDiscovery");
 }
 
 void BlueZDiscovery::note(const dbus::Properties& changed) {

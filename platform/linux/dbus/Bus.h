@@ -19,9 +19,10 @@ std::string sessionBusAddress();
 
 /// One bus of the machine. Connects when it is first used, on a thread of its own, so that nothing
 /// here ever blocks; without a bus, calls fail and services are absent, which is logged once. A bus
-/// that is gone is looked for while there are registrations. Otherwise, while nothing is called and
-/// nothing signalled, it does nothing at all. May be used from any thread, and
-/// is destroyed on the main thread; handlers run on the main queue. Most users want a `Service`.
+/// that is gone is looked for while somebody waits for a service or a signal. Otherwise, while
+/// nothing is called and nothing signalled, it does nothing at all. May be used from any thread,
+/// and is destroyed on the main thread; handlers run on the main queue. Most users want a
+/// `Service`.
 class Bus {
  public:
   Bus(std::string address, std::shared_ptr<MainQueue> mainQueue, std::shared_ptr<Log> log);

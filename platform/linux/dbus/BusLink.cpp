@@ -230,7 +230,8 @@ void BusLink::attach(Registration& registration) {
     const SignalMatch& match = registration.match;
     registration.id = g_dbus_connection_signal_subscribe(
         connection_, orAny(match.service), orAny(match.interface), orAny(match.member),
-        orAny(match.object), nullptr, G_DBUS_SIGNAL_FLAGS_NONE,
+        orAny(match.object), orAny(match.argument),
+        match.isNamespace ? G_DBUS_SIGNAL_FLAGS_MATCH_ARG0_NAMESPACE : G_DBUS_SIGNAL_FLAGS_NONE,
         [](GDBusConnection*, const char*, const char* object, const char* interface,
            const char* member, GVariant* arguments, gpointer data) {
           static_cast<Registration*>(data)->onSignal(

@@ -51,10 +51,14 @@ struct Reply {
 
 /// Which signals are wanted; an empty text stands for any.
 struct SignalMatch {
-  std::string service;
-  std::string object;
-  std::string interface;
-  std::string member;
+  std::string service = {};
+  std::string object = {};
+  std::string interface = {};
+  std::string member = {};
+  /// The first argument of the signal.
+  std::string argument = {};
+  /// Whether one that begins with it and a dot will do too.
+  bool isNamespace = false;
 };
 
 struct Signal {

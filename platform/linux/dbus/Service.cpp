@@ -42,15 +42,23 @@ void Service::onArrival(std::function<void()> handler) {
 
 void Service::onSignal(std::string object, std::string interface, std::string member,
                        SignalHandler handler) {
-  registrations_.push_back(bus_->subscribe(
-      {name_, std::move(object), std::move(interface), std::move(member)}, std::move(handler)));
+  onSignal(
+      {.object = std::move(object), .interface = std::move(interface), .member = std::move(member)},
+      std::move(handler));
+}
+
+void Service::onSignal(SignalMatch match, SignalHandler handler) {
+  match.service = name_;
+  registrations_.push_back(bus_->subscribe(std::move(match), std::move(handler)));
 }
 
 void Service::onPropertiesChanged(std::string object, std::string interface,
                                   ChangeHandler handler) {
-  onSignal(std::move(object), kProperties, "PropertiesChanged",
-           [interface = std::move(interface), handler = std::move(handler)](const Signal& signal) {
-             if (read<Glib::ustring>(signal.arguments, 0).value_or("").raw() != interface) return;
+  onSignal({.object = std::move(object),
+            .interface = kProperties,
+            .member = "PropertiesChanged",
+            .argument = std::move(interface)},
+           [handler = std::move(handler)](const Signal& signal) {
              if (const auto changed = read<Properties>(signal.arguments, 1)) {
                handler(signal.object, *changed);
              }

@@ -41,6 +41,9 @@ class Service {
   void onSignal(std::string object, std::string interface, std::string member,
                 SignalHandler handler);
 
+  /// The same for what the match says, which is of this service whatever it says of one.
+  void onSignal(SignalMatch match, SignalHandler handler);
+
   /// Has `handler` told when properties of the interface change; an empty object stands for any.
   void onPropertiesChanged(std::string object, std::string interface, ChangeHandler handler);
 

@@ -20,8 +20,11 @@ AgentContact::AgentContact(std::shared_ptr<dbus::Bus> sessionBus, std::shared_pt
       daemon_(bus_) {}
 
 void AgentContact::setArmed(bool isArmed) {
-  restarts_ = 0;
-  if (std::exchange(isArmed_, isArmed) == isArmed) return;
+  const bool wasLetBe = std::exchange(restarts_, 0) > kMostRestarts;
+  if (std::exchange(isArmed_, isArmed) == isArmed) {
+    if (isArmed && wasLetBe) keepAgent();
+    return;
+  }
   agent_.reset();
   if (!isArmed) return daemon_.releaseName(busName_);
   // The agent, once there, must find the name; without a bus it asks again when there is one.
@@ -43,7 +46,7 @@ void AgentContact::keepAgent() {
 void AgentContact::restartAgent() {
   if (++restarts_ <= kMostRestarts) return daemon_.start(kAgentBusName);
   log_->write(std::string(kAgentBusName) +
-              " ends at once; it may have another $XDG_DATA_HOME than this application");
+              " keeps ending; it may have another $XDG_DATA_HOME than this application");
 }
 
 }  // namespace ovinta::platform::linux

@@ -57,13 +57,13 @@ void BusDaemon::listNames(std::function<void(const std::set<std::string>&)> comp
   });
 }
 
-void BusDaemon::onNameChanged(std::string prefix, std::function<void()> handler) {
-  service_.onSignal(
-      dbus::kBusPath, dbus::kBusName, "NameOwnerChanged",
-      [prefix = std::move(prefix), handler = std::move(handler)](const dbus::Signal& signal) {
-        const auto name = dbus::read<Glib::ustring>(signal.arguments, 0);
-        if (name && name->raw().starts_with(prefix)) handler();
-      });
+void BusDaemon::onNameChanged(std::string name, std::function<void()> handler) {
+  service_.onSignal({.object = dbus::kBusPath,
+                     .interface = dbus::kBusName,
+                     .member = "NameOwnerChanged",
+                     .argument = std::move(name),
+                     .isNamespace = true},
+                    [handler = std::move(handler)](const dbus::Signal&) { handler(); });
 }
 
 void BusDaemon::onLost(std::function<void()> handler) {

@@ -32,8 +32,9 @@ class BusDaemon {
   /// The names that are on the bus now; none when the bus is gone.
   void listNames(std::function<void(const std::set<std::string>&)> completion);
 
-  /// Has `handler` told when somebody takes or gives up a name that begins so.
-  void onNameChanged(std::string prefix, std::function<void()> handler);
+  /// Has `handler` told when somebody takes or gives up the name or one that begins with it and a
+  /// dot.
+  void onNameChanged(std::string name, std::function<void()> handler);
 
   /// Has `handler` told when the bus is gone, or was not there.
   void onLost(std::function<void()> handler);

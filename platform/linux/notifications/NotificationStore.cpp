@@ -123,6 +123,11 @@ std::vector<UserNotificationRequest> NotificationStore::pending() {
   return requests;
 }
 
+bool NotificationStore::hasRequests() {
+  auto* const found = existing();
+  return found && found->execAndGet("SELECT EXISTS(SELECT 1 FROM request)").getInt() != 0;
+}
+
 void NotificationStore::put(const UserNotificationRequest& request) {
   run(database(),
       "INSERT OR REPLACE INTO request(identifier, request, side, claimed) "
@@ -173,14 +178,17 @@ std::vector<NotificationStore::Firing> NotificationStore::cross(const Location& 
 }
 
 void NotificationStore::settle(const Firing& firing, bool isShown) {
-  run(database(),
+  auto* const found = existing();
+  if (!found) return;
+  run(*found,
       isShown ? "DELETE FROM request WHERE revision = ? AND claimed > 0"
               : "UPDATE request SET claimed = 0 WHERE revision = ?",
       firing.revision);
 }
 
 void NotificationStore::addClick(const Dictionary& userInfo) {
-  run(database(), "INSERT INTO click(userInfo) VALUES(?)", typedJSON(userInfo));
+  auto* const found = existing();
+  if (found) run(*found, "INSERT INTO click(userInfo) VALUES(?)", typedJSON(userInfo));
 }
 
 std::vector<Dictionary> NotificationStore::takeClicks() {

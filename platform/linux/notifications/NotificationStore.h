@@ -35,6 +35,10 @@ class NotificationStore {
   /// In the order in which they were added.
   std::vector<UserNotificationRequest> pending();
 
+  /// Whether there is any request, be it pending or about to be shown: whoever shows it may end
+  /// before that is done.
+  bool hasRequests();
+
   /// Adds a request, in place of one with the same identifier; where the device is is not known
   /// then. Throws `CodingError` for what JSON cannot hold.
   void put(const UserNotificationRequest& request);

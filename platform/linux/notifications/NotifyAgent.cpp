@@ -15,7 +15,7 @@ NotifyAgent::NotifyAgent(const Services& services, Location location,
       onEnd_(std::move(onEnd)),
       daemon_(bus_) {
   daemon_.onLost([this] { end(); });
-  daemon_.onNameChanged(std::string(kAgentBusName) + ".", [this] { review(); });
+  daemon_.onNameChanged(kAgentBusName, [this] { review(); });
   daemon_.requestName(kAgentBusName, BusDaemon::IfTaken::giveUp, [this](bool isOurs) {
     if (!isOurs) return end();
     review();

@@ -56,6 +56,7 @@ class PositionProvider {
 
   /// Has `handler` called whenever the service comes that was not there before, until the token is
   /// destroyed, which `handler` may do. Null when only a stream notices.
+  // NOLINTNEXTLINE(performance-unnecessary-value-param): others keep it.
   virtual std::shared_ptr<void> watchArrivals(std::function<void()> /*handler*/) { return nullptr; }
 
   /// Asks for the permission by beginning to follow the position.

@@ -6,10 +6,14 @@
 
 namespace ovinta::platform::linux {
 
+bool isSandboxed(const std::filesystem::path& sandboxMark) {
+  std::error_code error;
+  return exists(sandboxMark, error);
+}
+
 PositionSource chosenSource(PositionSource source, const std::filesystem::path& sandboxMark) {
   if (source != PositionSource::automatic) return source;
-  std::error_code error;
-  return exists(sandboxMark, error) ? PositionSource::portal : PositionSource::geoclue;
+  return isSandboxed(sandboxMark) ? PositionSource::portal : PositionSource::geoclue;
 }
 
 std::shared_ptr<PositionProvider> makePositionProvider(PositionSource source,

@@ -11,9 +11,14 @@
 
 namespace ovinta::platform::linux {
 
-/// What `automatic` stands for on this machine: a Flatpak sandbox shows by the file.
+/// The file by which a Flatpak sandbox shows.
+inline constexpr const char* kSandboxMark = "/.flatpak-info";
+
+bool isSandboxed(const std::filesystem::path& sandboxMark = kSandboxMark);
+
+/// What `automatic` stands for on this machine.
 PositionSource chosenSource(PositionSource source,
-                            const std::filesystem::path& sandboxMark = "/.flatpak-info");
+                            const std::filesystem::path& sandboxMark = kSandboxMark);
 
 /// The provider of a source. Of the services it uses main queue, geodesy and log.
 std::shared_ptr<PositionProvider> makePositionProvider(PositionSource source,

@@ -132,6 +132,9 @@ TYPED_TEST(LocationManagerTest, RangedRegionsReportOnceASecondAndAreKeyedByTheir
     EXPECT_EQ(this->pass(2).size(), isAllowed ? 2U : 0U);
   }
   this->manager_->startRangingBeacons(region("all"));
+  this->delegate_.onTold = [this] { this->manager_->stopRangingBeacons(region("all")); };
+  EXPECT_THAT(this->pass(1), ElementsAre("one:")) << "of what was stopped nothing is told";
+  this->manager_->startRangingBeacons(region("all"));
   this->delegate_.onTold = [this] { this->manager_.reset(); };
   EXPECT_EQ(this->pass(3).size(), 1U);
   this->time_.advance(std::chrono::minutes(1));

@@ -44,9 +44,10 @@ class UserNotificationTest : public test::BusTest {
 
   std::unique_ptr<Center> makeCenter(std::optional<AgentRegistry> agents = {},
                                      PositionSource source = PositionSource::automatic,
-                                     bool usesAgent = true) {
+                                     bool usesAgent = true,
+                                     std::shared_ptr<dbus::Bus> bus = nullptr) {
     return std::make_unique<Center>(
-        services_, makeBus(),
+        services_, bus ? std::move(bus) : makeBus(),
         Center::Setup{"org.example.app", file_, agents, usesAgent, source,
                       [this](const Dictionary& userInfo) {
                         clicked_.push_back(*find<std::string>(userInfo, "site"));

@@ -46,7 +46,9 @@ TEST(NotificationStoreTest, WhatHappensToAFiringRequestMeanwhileStands) {
   store.settle(fire(), false);
   EXPECT_THAT(other.pending(), ElementsAre(requestFor("one")));
   // A process that has ended while it showed one.
+  EXPECT_TRUE(other.hasRequests());
   fire();
+  EXPECT_TRUE(other.hasRequests()) << "somebody has to go on following";
   SQLite::Database(file.string(), SQLite::OPEN_READWRITE).exec("UPDATE request SET claimed = 7");
   EXPECT_THAT(other.pending(), SizeIs(1));
   store.addClick(requestFor("one").content.userInfo);
