@@ -32,7 +32,7 @@ StoredUserNotificationCenter::StoredUserNotificationCenter(const Services& servi
     agent_ = std::make_unique<AgentContact>(sessionBus, log_, *application, setup_.usesAgent);
   }
   trigger_ = std::make_shared<NotificationTrigger>(
-      services, sessionBus, setup_.applicationID, store_,
+      services, std::move(sessionBus), setup_.applicationID, store_,
       NotificationTrigger::Handlers{setup_.onClicked, [this] {
                                       if (agent_) agent_->setArmed(trigger_->isArmed());
                                     }});

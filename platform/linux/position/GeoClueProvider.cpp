@@ -33,9 +33,9 @@ void GeoClueProvider::findService(std::function<void(bool)> handler) {
   service_.find(std::move(handler));
 }
 
-std::shared_ptr<void> GeoClueProvider::watchArrivals(std::function<void()> handler) {
+std::shared_ptr<void> GeoClueProvider::watchArrivals(const std::function<void()>& handler) {
   const auto service = std::make_shared<dbus::Service>(bus_, kGeoClueName);
-  service->onArrival(std::move(handler));
+  service->onArrival(handler);
   return service;
 }
 

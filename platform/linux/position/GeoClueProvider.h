@@ -30,7 +30,7 @@ class GeoClueProvider : public PositionProvider {
                   Options options);
 
   void findService(std::function<void(bool)> handler) override;
-  std::shared_ptr<void> watchArrivals(std::function<void()> handler) override;
+  std::shared_ptr<void> watchArrivals(const std::function<void()>& handler) override;
   std::unique_ptr<PositionStream> open(double distanceFilter, PositionHandlers handlers) override;
 
  private:

@@ -220,9 +220,9 @@ void PortalProvider::findService(std::function<void(bool)> handler) {
   service_.find(std::move(handler));
 }
 
-std::shared_ptr<void> PortalProvider::watchArrivals(std::function<void()> handler) {
+std::shared_ptr<void> PortalProvider::watchArrivals(const std::function<void()>& handler) {
   const auto service = std::make_shared<dbus::Service>(bus_, kPortalName);
-  service->onArrival(std::move(handler));
+  service->onArrival(handler);
   return service;
 }
 

@@ -19,7 +19,7 @@ class PortalProvider : public PositionProvider {
                  TimeInterval retryInterval = std::chrono::seconds(15));
 
   void findService(std::function<void(bool)> handler) override;
-  std::shared_ptr<void> watchArrivals(std::function<void()> handler) override;
+  std::shared_ptr<void> watchArrivals(const std::function<void()>& handler) override;
   std::unique_ptr<PositionStream> open(double distanceFilter, PositionHandlers handlers) override;
 
  private:

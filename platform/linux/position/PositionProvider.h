@@ -56,8 +56,9 @@ class PositionProvider {
 
   /// Has `handler` called whenever the service comes that was not there before, until the token is
   /// destroyed, which `handler` may do. Null when only a stream notices.
-  // NOLINTNEXTLINE(performance-unnecessary-value-param): others keep it.
-  virtual std::shared_ptr<void> watchArrivals(std::function<void()> /*handler*/) { return nullptr; }
+  virtual std::shared_ptr<void> watchArrivals(const std::function<void()>& /*handler*/) {
+    return nullptr;
+  }
 
   /// Asks for the permission by beginning to follow the position.
   virtual std::unique_ptr<PositionStream> open(double distanceFilter,

@@ -190,10 +190,11 @@ TEST_F(UserNotificationTest, OfTwoProcessesWithOneStoreOnlyOneFires) {
     waitForShown(round);
   }
   EXPECT_THAT(pendingOf(*other), IsEmpty());
-  // One of them has not shown the last one, and sees so at the next position.
-  moveTo(0);
-  pendingOf(*other);
-  waitUntil([&] { return !location_->isUpdating(); });
+  // One of them has not shown the last one, and sees at a later position that the other is done.
+  waitUntil([&] {
+    for (const double metres : {30, 0}) location_->deliver({northOfSite(metres), 5});
+    return !location_->isUpdating();
+  });
 }
 
 class NotifyAgentTest : public UserNotificationTest {
