@@ -59,7 +59,8 @@ class NotificationStore {
   /// for a minute, because the process has ended.
   void settle(const Firing& firing, bool isShown);
 
-  /// Keeps the user info of a clicked notification for the application, which is not there.
+  /// Keeps the user info of a clicked notification for the application, which is not there; nothing
+  /// where its file is gone.
   void addClick(const Dictionary& userInfo);
   /// Hands those over, oldest first, and keeps them no longer.
   std::vector<Dictionary> takeClicks();

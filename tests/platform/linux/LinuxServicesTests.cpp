@@ -139,7 +139,10 @@ TEST(LinuxServicesTest, AreCompleteAndTouchTheDiskOnlyWhenWrittenTo) {
 TEST(LinuxServicesTest, HandOverWhatWasClickedBeforeTheStart) {
   const test::TemporaryDirectory data;
   const Dictionary userInfo{{"site", 42}};
-  NotificationStore(data.path() / "Notifications.sqlite", nullptr).addClick(userInfo);
+  NotificationStore store(data.path() / "Notifications.sqlite", nullptr);
+  store.put({});
+  store.remove({""});
+  store.addClick(userInfo);
   Dictionary clicked;
   const auto made = makeServices({.applicationID = "tests",
                                   .dataDirectory = data.path(),
