@@ -11,6 +11,7 @@
 #include "platform/linux/Linux.h"
 #include "platform/linux/PrivateDirectory.h"
 #include "platform/linux/SystemClock.h"
+#include "platform/linux/SystemLog.h"
 #include "platform/linux/notifications/NotificationStore.h"
 #include "tests/support/DeathTest.h"
 #include "tests/support/Files.h"
@@ -139,7 +140,8 @@ TEST(LinuxServicesTest, AreCompleteAndTouchTheDiskOnlyWhenWrittenTo) {
 TEST(LinuxServicesTest, HandOverWhatWasClickedBeforeTheStart) {
   const test::TemporaryDirectory data;
   const Dictionary userInfo{{"site", 42}};
-  NotificationStore store(data.path() / "Notifications.sqlite", nullptr);
+  NotificationStore store(data.path() / "Notifications.sqlite",
+                          std::make_shared<SystemLog>("tests"));
   store.put({});
   store.remove({""});
   store.addClick(userInfo);
