@@ -106,6 +106,7 @@ class IdleTest : public test::SDKFixture {
 };
 
 TEST_F(IdleTest, RestsOnceItIsConfigured) {
+  waitUntil([&] { return hub_->isEnabled(); });
   expectIdle();
   EXPECT_EQ(calls(), 0U);
 }
