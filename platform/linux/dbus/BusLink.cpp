@@ -268,8 +268,9 @@ void BusLink::detach(Registration& registration) {
 void BusLink::notePresence(Registration& registration, bool isPresent) {
   if (!registration.onPresence || registration.lastPresence == isPresent) return;
   const std::string& name = registration.name.name;
-  if (!isPresent && connection_ && registration.name.isAwaited)
+  if (!isPresent && connection_ && registration.name.isAwaited) {
     log(name, name + " is not on the bus");
+  }
   registration.lastPresence = isPresent;
   registration.onPresence(isPresent);
 }

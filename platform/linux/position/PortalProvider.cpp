@@ -181,8 +181,9 @@ void PortalStream::noteUpdate(const dbus::Signal& signal) {
 void PortalStream::fail(const dbus::Failure& failure) {
   const bool isWithoutLocation =
       failure.name == dbus::kUnknownMethod || failure.name == dbus::kUnknownInterface;
-  if (isWithoutLocation)
+  if (isWithoutLocation) {
     bus_->log(kPortalLocation, std::string(kPortalName) + " has no " + kPortalLocation);
+  }
   // A service that comes is noticed.
   end(accessAfter(failure), !isWithoutLocation && failure.name != dbus::kServiceUnknown);
 }
