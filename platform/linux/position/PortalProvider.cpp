@@ -29,7 +29,7 @@ PositionAccess accessAfter(const dbus::Failure& failure) {
 }
 
 /// Closes a session or a request, which another portal than the one that made it does not know.
-void closeObject(std::shared_ptr<dbus::Bus> bus, std::string path, const char* interface) {
+void closeObject(std::shared_ptr<dbus::Bus> bus, const std::string& path, const char* interface) {
   if (bus && !path.empty())
     dbus::Service(std::move(bus), kPortalName).tell(path, interface, "Close");
 }
