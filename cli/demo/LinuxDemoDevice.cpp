@@ -76,9 +76,7 @@ void LinuxDemoDevice::tellPosition() {
   const platform::simulation::TripPath::State state = path_.at(passed_);
   rig_->send(
       {.coordinate = state.coordinate, .horizontalAccuracy = state.accuracy, .speed = state.speed});
-  services().mainQueue->asyncAfter(kFixInterval, [this, life = std::weak_ptr(life_)] {
-    if (!life.expired()) tellPosition();
-  });
+  services().mainQueue->asyncAfter(kFixInterval, life_.guard([this] { tellPosition(); }));
 }
 
 std::optional<platform::Coordinate> LinuxDemoDevice::position() const {

@@ -6,6 +6,7 @@
 #include "cli/demo/DemoDevice.h"
 #include "platform/Services.h"
 #include "platform/simulation/TripPath.h"
+#include "platform/standard/Life.h"
 #include "replay/Rig.h"
 
 namespace ovinta::cli {
@@ -47,8 +48,7 @@ class LinuxDemoDevice : public DemoDevice {
   bool isOnTrip_ = false;
   /// Of the trip.
   platform::TimeInterval passed_{};
-  /// Expires with the object.
-  const std::shared_ptr<bool> life_ = std::make_shared<bool>(true);
+  const platform::standard::Life life_;
 };
 
 }  // namespace ovinta::cli

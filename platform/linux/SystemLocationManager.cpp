@@ -16,7 +16,7 @@ SystemLocationManager::SystemLocationManager(std::shared_ptr<PositionHub> hub,
     : hub_(std::move(hub)),
       geodesy_(std::move(geodesy)),
       beacons_(std::move(scanner), beaconHandlers()) {
-  hub_->onStatusChanged(life_, [this] { noteStatus(); });
+  hub_->onStatusChanged(life_.watch(), [this] { noteStatus(); });
   beacons_.setEnabled(isAuthorized(hub_->status()));
 }
 
@@ -43,9 +43,7 @@ void SystemLocationManager::noteStatus() {
 void SystemLocationManager::setDelegate(LocationManagerDelegate* delegate) {
   delegate_ = delegate;
   told_.reset();
-  hub_->mainQueue().async([this, life = std::weak_ptr(life_)] {
-    if (!life.expired()) tellStatus();
-  });
+  hub_->mainQueue().async(life_.guard([this] { tellStatus(); }));
 }
 
 void SystemLocationManager::tellStatus() {
@@ -99,7 +97,7 @@ void SystemLocationManager::startMonitoring(const Region& region) {
 }
 
 void SystemLocationManager::judgeCircles(const Location& fix) {
-  const std::weak_ptr life(life_);
+  const auto life = life_.watch();
   for (const auto& [circle, event] : circles_.judge(fix, *geodesy_)) {
     // A delegate may end the manager, or what it monitors.
     if (life.expired()) return;

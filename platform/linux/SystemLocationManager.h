@@ -8,6 +8,7 @@
 #include "platform/linux/bluez/BeaconTracker.h"
 #include "platform/linux/position/PositionHub.h"
 #include "platform/standard/CircularRegionMonitor.h"
+#include "platform/standard/Life.h"
 
 namespace ovinta::platform::linux {
 
@@ -63,8 +64,7 @@ class SystemLocationManager : public LocationManager {
   /// There while there are circles to judge.
   std::unique_ptr<PositionStream> circleFixes_;
   BeaconTracker beacons_;
-  /// Expires with the manager.
-  const std::shared_ptr<bool> life_ = std::make_shared<bool>(true);
+  const standard::Life life_;
 };
 
 }  // namespace ovinta::platform::linux

@@ -23,9 +23,7 @@ SimulatedLocationManager::SimulatedLocationManager(std::shared_ptr<LocationHub> 
 SimulatedLocationManager::~SimulatedLocationManager() { std::erase(hub_->managers, this); }
 
 void SimulatedLocationManager::later(TimeInterval delay, std::function<void()> step) {
-  hub_->mainQueue->asyncAfter(delay, [life = std::weak_ptr(life_), step = std::move(step)] {
-    if (!life.expired()) step();
-  });
+  hub_->mainQueue->asyncAfter(delay, life_.guard(std::move(step)));
 }
 
 void SimulatedLocationManager::setDelegate(LocationManagerDelegate* delegate) {
@@ -88,7 +86,7 @@ bool SimulatedLocationManager::isFarEnough(const Location& location) const {
 }
 
 void SimulatedLocationManager::receive(const Location& location) {
-  const std::weak_ptr life(life_);
+  const auto life = life_.watch();
   if (delegate_ && isFarEnough(location)) {
     lastReported_ = location;
     delegate_->didUpdateLocations({location});
@@ -97,7 +95,7 @@ void SimulatedLocationManager::receive(const Location& location) {
 }
 
 void SimulatedLocationManager::reportCircleCrossings(const Location& location) {
-  const std::weak_ptr life(life_);
+  const auto life = life_.watch();
   for (const auto& [circle, event] : circles_.judge(location, *hub_->geodesy)) {
     // A delegate may end the manager, or what it monitors.
     if (life.expired() || !delegate_) return;
@@ -127,7 +125,7 @@ void SimulatedLocationManager::passSecond() {
   if (ranged_.empty() && monitor_.isEmpty()) return;
   startSeconds();
   if (!delegate_ || !hub_->isOpen()) return;
-  const std::weak_ptr life(life_);
+  const auto life = life_.watch();
   reportRanging();
   if (!life.expired()) reportBeaconCrossings();
 }
@@ -135,7 +133,7 @@ void SimulatedLocationManager::passSecond() {
 void SimulatedLocationManager::reportRanging() {
   // A copy: the delegate may change what is ranged, and may destroy the manager.
   const auto regions = ranged_;
-  const std::weak_ptr life(life_);
+  const auto life = life_.watch();
   for (const auto& region : regions) {
     if (std::ranges::find(ranged_, region) == ranged_.end()) continue;
     std::vector<RangedBeacon> heard;
@@ -153,7 +151,7 @@ void SimulatedLocationManager::reportBeaconCrossings() {
     std::ranges::copy(monitor_.hear(beacon), std::back_inserter(entered));
   }
   const auto left = monitor_.passSecond();
-  const std::weak_ptr life(life_);
+  const auto life = life_.watch();
   const auto tell = [&](const std::vector<BeaconRegion>& regions, auto method) {
     for (const BeaconRegion& region : regions) {
       // The delegate may have stopped it since.

@@ -8,6 +8,7 @@
 #include "platform/simulation/LocationHub.h"
 #include "platform/standard/BeaconRegionMonitor.h"
 #include "platform/standard/CircularRegionMonitor.h"
+#include "platform/standard/Life.h"
 
 namespace ovinta::platform::simulation {
 
@@ -77,8 +78,7 @@ class SimulatedLocationManager : public LocationManager {
   standard::BeaconRegionMonitor monitor_;
   standard::CircularRegionMonitor circles_;
   bool isSecondScheduled_ = false;
-  /// Expires with the manager.
-  const std::shared_ptr<bool> life_ = std::make_shared<bool>(true);
+  const standard::Life life_;
 };
 
 }  // namespace ovinta::platform::simulation

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <map>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -9,6 +10,7 @@
 #include "platform/linux/bluez/BlueZDiscovery.h"
 #include "platform/linux/bluez/BlueZObjects.h"
 #include "platform/linux/dbus/Service.h"
+#include "platform/standard/Life.h"
 
 namespace ovinta::platform::linux {
 
@@ -34,8 +36,10 @@ class BeaconScanner::Scan {
   void notePresence(bool isPresent) {
     adapters_.clear();
     devices_.forgetAll();
-    presence_ = isPresent ? std::make_shared<bool>(true) : nullptr;
-    if (isPresent) askObjects();
+    presence_.reset();
+    if (!isPresent) return;
+    presence_.emplace();
+    askObjects();
   }
 
   void askObjects() {
@@ -53,10 +57,9 @@ class BeaconScanner::Scan {
   }
 
   void askAgain() {
+    if (!presence_) return;
     scanner_.mainQueue_->asyncAfter(scanner_.settings_.retryInterval,
-                                    [this, presence = std::weak_ptr(presence_)] {
-                                      if (!presence.expired()) askObjects();
-                                    });
+                                    presence_->guard([this] { askObjects(); }));
   }
 
   void add(const Glib::VariantContainerBase& arguments) {
@@ -98,8 +101,8 @@ class BeaconScanner::Scan {
   }
 
   BeaconScanner& scanner_;
-  /// Expires when this BlueZ is gone.
-  std::shared_ptr<bool> presence_;
+  /// Of the BlueZ that is there.
+  std::optional<standard::Life> presence_;
   std::map<std::string, std::unique_ptr<BlueZDiscovery>> adapters_;
   BlueZDevices devices_;
   dbus::Service service_;

@@ -45,9 +45,7 @@ void BeaconTracker::stopMonitoring(const std::string& identifier) {
 }
 
 void BeaconTracker::later(TimeInterval delay, void (BeaconTracker::*step)()) {
-  scanner_->mainQueue()->asyncAfter(delay, [this, step, life = std::weak_ptr(life_)] {
-    if (!life.expired()) (this->*step)();
-  });
+  scanner_->mainQueue()->asyncAfter(delay, life_.guard([this, step] { (this->*step)(); }));
 }
 
 /// Not at once: who stops all regions and starts them again does not mean the adapter to rest.
@@ -76,14 +74,14 @@ void BeaconTracker::tick() {
   if (!isEnabled_) return;
   const auto left = monitor_.passSecond();
   scheduleTick();
-  const std::weak_ptr life(life_);
+  const auto life = life_.watch();
   reportRanging();
   if (!life.expired()) reportCrossings(left, standard::RegionEvent::left);
 }
 
 void BeaconTracker::reportRanging() {
   const auto handlers = handlers_;
-  const std::weak_ptr life(life_);
+  const auto life = life_.watch();
   const auto beacons = collector_.take(scanner_->pathLossExponent());
   // A copy: a handler may change what is ranged.
   for (const BeaconRegion& region : std::vector(ranged_)) {
@@ -100,7 +98,7 @@ void BeaconTracker::reportRanging() {
 void BeaconTracker::reportCrossings(const std::vector<BeaconRegion>& regions,
                                     standard::RegionEvent event) {
   const auto handlers = handlers_;
-  const std::weak_ptr life(life_);
+  const auto life = life_.watch();
   for (const BeaconRegion& region : regions) {
     // A handler may have stopped it since.
     if (!monitor_.contains(region)) continue;

@@ -9,6 +9,7 @@
 #include "platform/linux/bluez/BeaconCollector.h"
 #include "platform/linux/bluez/BeaconScanner.h"
 #include "platform/standard/BeaconRegionMonitor.h"
+#include "platform/standard/Life.h"
 #include "platform/standard/RegionSide.h"
 
 namespace ovinta::platform::linux {
@@ -62,8 +63,7 @@ class BeaconTracker : private BeaconListener {
   std::vector<BeaconRegion> ranged_;
   BeaconCollector collector_;
   standard::BeaconRegionMonitor monitor_;
-  /// Expires with the tracker.
-  const std::shared_ptr<bool> life_ = std::make_shared<bool>(true);
+  const standard::Life life_;
 };
 
 }  // namespace ovinta::platform::linux

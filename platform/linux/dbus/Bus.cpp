@@ -38,10 +38,9 @@ std::string sessionBusAddress() {
 Bus::Bus(std::string address, std::shared_ptr<MainQueue> mainQueue, std::shared_ptr<Log> log)
     : mainQueue_(std::move(mainQueue)),
       link_(std::move(address), std::move(log),
-            [this, life = std::weak_ptr(life_)](TimeInterval delay) {
-              mainQueue_->asyncAfter(delay, [this, life] {
-                if (!life.expired()) thread_.post([this] { link_.retry(); });
-              });
+            [this](TimeInterval delay) {
+              mainQueue_->asyncAfter(
+                  delay, life_.guard([this] { thread_.post([this] { link_.retry(); }); }));
             }),
       thread_("ovinta-dbus", [this] { link_.drop(); }) {
   static std::once_flag once;
@@ -52,11 +51,10 @@ Bus::~Bus() = default;
 
 void Bus::call(MethodCall call, std::function<void(Reply)> completion) {
   // Moved from hand to hand, so that what the completion holds is let go on the main thread.
-  auto answer = [queue = mainQueue_, life = std::weak_ptr(life_),
-                 completion = std::move(completion)](Reply reply) mutable {
-    queue->async([life, completion = std::move(completion), reply = std::move(reply)] {
-      if (!life.expired()) completion(reply);
-    });
+  auto answer = [queue = mainQueue_,
+                 completion = life_.guard(std::move(completion))](Reply reply) mutable {
+    queue->async(
+        [completion = std::move(completion), reply = std::move(reply)] { completion(reply); });
   };
   thread_.post([this, call = std::move(call), answer = std::move(answer)]() mutable {
     link_.call(std::move(call), std::move(answer));

@@ -9,6 +9,7 @@
 #include "platform/linux/dbus/BusLink.h"
 #include "platform/linux/dbus/ContextThread.h"
 #include "platform/linux/dbus/Message.h"
+#include "platform/standard/Life.h"
 
 namespace ovinta::platform::linux::dbus {
 
@@ -53,8 +54,7 @@ class Bus {
 
  private:
   const std::shared_ptr<MainQueue> mainQueue_;
-  /// Expires with the bus.
-  const std::shared_ptr<bool> life_ = std::make_shared<bool>(true);
+  const standard::Life life_;
   /// Used on the thread alone.
   BusLink link_;
   ContextThread thread_;

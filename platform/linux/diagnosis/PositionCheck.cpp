@@ -8,6 +8,7 @@
 #include "platform/linux/position/GeoClueProvider.h"
 #include "platform/linux/position/GeoClueStream.h"
 #include "platform/linux/position/PortalProvider.h"
+#include "platform/standard/Life.h"
 
 namespace ovinta::platform::linux {
 namespace {
@@ -75,10 +76,8 @@ class PositionProbe {
 
  private:
   void look() {
-    around_.positionProvider->findService([this, life = std::weak_ptr(life_)](bool isThere) {
-      if (life.expired()) return;
-      isThere ? ask() : endAbsent("is not there", texts_.install);
-    });
+    around_.positionProvider->findService(life_.guard(
+        [this](bool isThere) { isThere ? ask() : endAbsent("is not there", texts_.install); }));
   }
 
   void ask() {
@@ -129,8 +128,7 @@ class PositionProbe {
   std::unique_ptr<PositionStream> stream_;
   /// Asked for what the source tells of itself.
   std::optional<dbus::Service> service_;
-  /// Expires with the object.
-  const std::shared_ptr<bool> life_ = std::make_shared<bool>(true);
+  const standard::Life life_;
 };
 
 void PositionProbe::note(PositionAccess access) {

@@ -5,6 +5,7 @@
 
 #include "platform/linux/dbus/ContextThread.h"
 #include "platform/linux/position/GpsdConnection.h"
+#include "platform/standard/Life.h"
 
 namespace ovinta::platform::linux {
 namespace {
@@ -43,8 +44,7 @@ class GpsdStream : public PositionStream {
   const PositionHandlers handlers_;
   double distanceFilter_;
   std::optional<Coordinate> lastReported_;
-  /// Expires with the stream.
-  const std::shared_ptr<bool> life_ = std::make_shared<bool>(true);
+  const standard::Life life_;
   /// Used on the thread alone.
   GpsdConnection connection_{
       {.onLocation =
@@ -59,9 +59,7 @@ class GpsdStream : public PositionStream {
 
 template <class Task>
 void GpsdStream::onMainQueue(Task task) {
-  mainQueue_->async([life = std::weak_ptr(life_), task = std::move(task)] {
-    if (!life.expired()) task();
-  });
+  mainQueue_->async(life_.guard(std::move(task)));
 }
 
 void GpsdStream::connect() {
@@ -92,9 +90,8 @@ void GpsdStream::noteEnd() {
   if (options_.log && !std::exchange(*hasLogged_, true)) {
     options_.log->write("There is no gpsd at " + options_.host + ":" + options_.port);
   }
-  mainQueue_->asyncAfter(options_.retryInterval, [this, life = std::weak_ptr(life_)] {
-    if (!life.expired()) thread_.post([this] { connect(); });
-  });
+  mainQueue_->asyncAfter(options_.retryInterval,
+                         life_.guard([this] { thread_.post([this] { connect(); }); }));
   const auto handler = handlers_.onAccess;
   handler(PositionAccess::absent);
 }

@@ -63,11 +63,11 @@ AuthorizationStatus PositionHub::status() const { return read(access_).status; }
 void PositionHub::findService() {
   if (std::exchange(hasLooked_, true)) return;
   watchArrivals();
-  provider_->findService([this, life = std::weak_ptr(life_)](bool isThere) {
-    if (life.expired() || !isThere) return;
+  provider_->findService(life_.guard([this](bool isThere) {
+    if (!isThere) return;
     if (!isAsking_) arrivals_ = nullptr;
     if (access_ == PositionAccess::absent) note(PositionAccess::undecided);
-  });
+  }));
 }
 
 void PositionHub::watchArrivals() {
@@ -93,30 +93,21 @@ void PositionHub::askAgain() {
 
 std::unique_ptr<PositionStream> PositionHub::open(double distanceFilter,
                                                   std::function<void(const Location&)> onLocation) {
-  const auto whileAlive = [life = std::weak_ptr(life_)](auto action) {
-    return [life, action](const auto& argument) {
-      if (!life.expired()) action(argument);
-    };
-  };
   const auto answer = std::make_shared<Answer>();
   answers_.push_back(answer);
   auto stream = provider_->open(
       distanceFilter,
-      {.onLocation = whileAlive([this, onLocation = std::move(onLocation)](const Location& found) {
+      {.onLocation = life_.guard([this, onLocation = std::move(onLocation)](const Location& found) {
          if (isAuthorized(status())) onLocation(found);
        }),
-       .onAccess = whileAlive([this, weak = std::weak_ptr(answer)](PositionAccess access) {
+       .onAccess = life_.guard([this, weak = std::weak_ptr(answer)](PositionAccess access) {
          const auto kept = weak.lock();
          if (!kept) return;
          *kept = access;
          noteAnswers();
        })});
-  const auto onClosed = [this, life = std::weak_ptr(life_)] {
-    if (life.expired()) return;
-    mainQueue_->async([this, life] {
-      if (!life.expired()) noteAnswers();
-    });
-  };
+  const auto onClosed =
+      life_.guard([this] { mainQueue_->async(life_.guard([this] { noteAnswers(); })); });
   return std::make_unique<Stream>(std::move(stream), answer, onClosed);
 }
 
@@ -133,7 +124,7 @@ void PositionHub::noteAnswers() {
   note(*strongest);
 }
 
-void PositionHub::onStatusChanged(std::weak_ptr<void> owner, std::function<void()> handler) {
+void PositionHub::onStatusChanged(std::weak_ptr<const void> owner, std::function<void()> handler) {
   observers_.push_back({std::move(owner), std::move(handler)});
 }
 

@@ -9,6 +9,7 @@
 #include "platform/LocationManager.h"
 #include "platform/MainQueue.h"
 #include "platform/linux/position/PositionProvider.h"
+#include "platform/standard/Life.h"
 
 namespace ovinta::platform::linux {
 
@@ -39,7 +40,7 @@ class PositionHub {
                                        std::function<void(const Location&)> onLocation);
 
   /// Has `handler` called at each change of the permission until `owner` expires.
-  void onStatusChanged(std::weak_ptr<void> owner, std::function<void()> handler);
+  void onStatusChanged(std::weak_ptr<const void> owner, std::function<void()> handler);
 
   MainQueue& mainQueue() const { return *mainQueue_; }
 
@@ -49,7 +50,7 @@ class PositionHub {
   using Answer = std::optional<PositionAccess>;
 
   struct Observer {
-    std::weak_ptr<void> owner;
+    std::weak_ptr<const void> owner;
     std::function<void()> handler;
   };
 
@@ -72,8 +73,7 @@ class PositionHub {
   /// There while a service that comes would make a difference.
   std::shared_ptr<void> arrivals_;
   std::vector<Observer> observers_;
-  /// Expires with the hub.
-  const std::shared_ptr<bool> life_ = std::make_shared<bool>(true);
+  const standard::Life life_;
 };
 
 }  // namespace ovinta::platform::linux
