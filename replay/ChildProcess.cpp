@@ -24,9 +24,9 @@ constexpr std::chrono::seconds kPatience{10};
 constexpr std::chrono::milliseconds kLookInterval{2};
 
 std::vector<char*> pointers(std::vector<std::string>& texts) {
-  std::vector<char*> result;
-  for (std::string& text : texts) result.push_back(text.data());
-  result.push_back(nullptr);
+  // What is left over is the null that ends the list.
+  std::vector<char*> result(texts.size() + 1);
+  std::ranges::transform(texts, result.begin(), [](std::string& text) { return text.data(); });
   return result;
 }
 

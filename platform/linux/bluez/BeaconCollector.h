@@ -23,7 +23,7 @@ class BeaconCollector {
 
  private:
   struct Sum {
-    int measuredPower = 0;
+    std::int8_t measuredPower = 0;
     std::int64_t strengths = 0;
     std::int64_t count = 0;
   };

@@ -22,7 +22,7 @@ void Service::onPresence(bool activates, std::function<void(bool)> handler) {
       bus_->watch({.name = name_, .activates = activates}, std::move(handler)));
 }
 
-void Service::onArrival(std::function<void()> handler) {
+void Service::onArrival(const std::function<void()>& handler) {
   const auto onChange = [](std::function<void()> come) {
     return [come = std::move(come), wasAbsent = false](bool isThere) mutable {
       if (std::exchange(wasAbsent, !isThere) && isThere) come();
@@ -83,9 +83,9 @@ void Service::tell(std::string object, std::string interface, std::string method
 }
 
 Service::Completion Service::whileAlive(Completion completion) const {
-  return [life = std::weak_ptr(life_), completion = std::move(completion)](const Reply& reply) {
-    if (completion && !life.expired()) completion(reply);
-  };
+  return life_.guard([completion = std::move(completion)](const Reply& reply) {
+    if (completion) completion(reply);
+  });
 }
 
 void Service::askBus(std::string method, Glib::VariantContainerBase arguments,

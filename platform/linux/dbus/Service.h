@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "platform/linux/dbus/Bus.h"
+#include "platform/standard/Life.h"
 
 namespace ovinta::platform::linux::dbus {
 
@@ -35,7 +36,7 @@ class Service {
 
   /// Has `handler` called whenever the service comes that was not there, or the bus comes and could
   /// start it.
-  void onArrival(std::function<void()> handler);
+  void onArrival(const std::function<void()>& handler);
 
   /// Has `handler` told of a signal; an empty object or member stands for any.
   void onSignal(std::string object, std::string interface, std::string member,
@@ -72,8 +73,7 @@ class Service {
   const std::shared_ptr<Bus> bus_;
   const std::string name_;
   std::vector<std::unique_ptr<Bus::Registration>> registrations_;
-  /// Expires with the object.
-  const std::shared_ptr<bool> life_ = std::make_shared<bool>(true);
+  const standard::Life life_;
 };
 
 }  // namespace ovinta::platform::linux::dbus
