@@ -1,14 +1,28 @@
 #pragma once
 
+#include <cerrno>
+#include <cstdlib>
 #include <filesystem>
+#include <string>
+#include <system_error>
 
 namespace ovinta::replay {
 
-/// A new directory that goes, with all that is in it, when the object does.
+/// A new directory that goes, with all that is in it, when the object does. The constructor throws
+/// `std::system_error` where none can be made.
 class TemporaryDirectory {
  public:
-  TemporaryDirectory();
-  ~TemporaryDirectory();
+  TemporaryDirectory() {
+    std::string name = (std::filesystem::temp_directory_path() / "ovinta-XXXXXX").string();
+    if (!::mkdtemp(name.data())) {
+      throw std::system_error(errno, std::generic_category(), "no temporary directory");
+    }
+    path_ = name;
+  }
+  ~TemporaryDirectory() {
+    std::error_code ignored;
+    std::filesystem::remove_all(path_, ignored);
+  }
   TemporaryDirectory(const TemporaryDirectory&) = delete;
   TemporaryDirectory& operator=(const TemporaryDirectory&) = delete;
 
