@@ -33,7 +33,7 @@ void NotifyAgent::look(const std::set<std::string>& names) {
   for (auto& application : registry_.applications()) {
     registrations.emplace(application.busName(), std::move(application));
   }
-  dropAllBut(registrations);
+  dismissAllBut(registrations);
   for (const auto& [name, application] : registrations) {
     if (!clients_.contains(name)) addClient(name, application);
     clients_.at(name).trigger->setFollowing(!names.contains(name));
@@ -42,11 +42,15 @@ void NotifyAgent::look(const std::set<std::string>& names) {
   endWhenIdle();
 }
 
-void NotifyAgent::dropAllBut(const std::map<std::string, RegisteredApplication>& registrations) {
-  std::erase_if(clients_, [&](const auto& entry) {
-    const auto found = registrations.find(entry.first);
-    return found == registrations.end() || found->second != entry.second.registration;
-  });
+void NotifyAgent::dismissAllBut(const std::map<std::string, RegisteredApplication>& registrations) {
+  for (auto next = clients_.begin(); next != clients_.end();) {
+    const auto entry = next++;
+    const auto found = registrations.find(entry->first);
+    if (found != registrations.end() && found->second == entry->second.registration) continue;
+    entry->second.trigger->setFollowing(false);
+    dismissed_.insert(clients_.extract(entry));
+  }
+  std::erase_if(dismissed_, [](const auto& entry) { return !entry.second.isBusy(); });
 }
 
 void NotifyAgent::addClient(const std::string& busName, const RegisteredApplication& application) {
@@ -94,13 +98,12 @@ void NotifyAgent::activate(Client& client) {
 }
 
 void NotifyAgent::endWhenIdle() {
-  bool isIdle = true;
-  for (const auto& [name, client] : clients_) {
-    if (!client.isReviewed) return;
-    isIdle =
-        isIdle && client.clicks == 0 && !client.trigger->isArmed() && !client.trigger->isShowing();
-  }
-  if (isIdle) end();
+  const auto isDone = [](const auto& entry) {
+    const Client& client = entry.second;
+    return client.isReviewed && !client.trigger->isArmed() && !client.isBusy();
+  };
+  const auto isBusy = [](const auto& entry) { return entry.second.isBusy(); };
+  if (std::ranges::all_of(clients_, isDone) && std::ranges::none_of(dismissed_, isBusy)) end();
 }
 
 void NotifyAgent::end() {

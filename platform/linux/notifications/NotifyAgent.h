@@ -40,11 +40,14 @@ class NotifyAgent {
     bool isReviewed = false;
     /// Those that are being passed on.
     std::size_t clicks = 0;
+
+    /// Whether something is shown, may still be clicked or is being passed on.
+    bool isBusy() const { return clicks > 0 || trigger->isShowing(); }
   };
 
   void review();
   void look(const std::set<std::string>& names);
-  void dropAllBut(const std::map<std::string, RegisteredApplication>& registrations);
+  void dismissAllBut(const std::map<std::string, RegisteredApplication>& registrations);
   void addClient(const std::string& busName, const RegisteredApplication& application);
   void passOn(const Dictionary& userInfo, Client& client);
   void activate(Client& client);
@@ -58,6 +61,8 @@ class NotifyAgent {
   std::function<void()> onEnd_;
   /// By the application's name on the bus.
   std::map<std::string, Client> clients_;
+  /// Those whose registration has gone or changed, there while they are busy.
+  std::multimap<std::string, Client> dismissed_;
   BusDaemon daemon_;
 };
 

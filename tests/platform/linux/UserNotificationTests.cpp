@@ -285,12 +285,15 @@ TEST_F(NotifyAgentTest, StandsInForEachApplicationAsThatSays) {
   };
   startApplication(registry_);
   showOther(1);
+  // What is shown for a registration that changes can be clicked as before.
+  registry_.note({other.applicationID, other.store, PositionSource::gpsd});
   center_ = makeCenter(registry_, PositionSource::portal);
-  waitUntil([&] { return sources_.size() == 3; });
-  EXPECT_EQ(sources_.back(), PositionSource::portal);
+  waitUntil([&] { return sources_.size() == 4; });
+  EXPECT_THAT(sources_, testing::Contains(PositionSource::portal));
   center_ = makeCenter(registry_, PositionSource::portal, false);
-  desktop_.close(desktop_.shown().back());
+  desktop_.click(desktop_.shown().back());
   waitUntil([&] { return ends_ == 1; });
+  EXPECT_THAT(NotificationStore(other.store, log_).takeClicks(), testing::SizeIs(1));
   EXPECT_THAT(pendingOf(*center_), ElementsAre("one"));
   showOther(2);
   EXPECT_EQ(ends_, 1);
