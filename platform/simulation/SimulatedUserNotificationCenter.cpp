@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/standard/RegionSide.h"
+
 namespace ovinta::platform::simulation {
 
 SimulatedUserNotificationCenter::SimulatedUserNotificationCenter(
@@ -35,41 +37,39 @@ void SimulatedUserNotificationCenter::add(
       std::erase_if(pending_, [&](const Pending& entry) {
         return entry.request.identifier == request.identifier;
       });
-      Pending& entry = pending_.emplace_back(Pending{std::move(request), std::nullopt});
-      if (position_) entry.isInside = isInside(entry.request.trigger.region, *position_);
+      const auto side = sideOf(request.trigger.region);
+      pending_.push_back({std::move(request), side});
     }
   }
   if (!completion) return;
   mainQueue_->async([completion = std::move(completion), error] { completion(error); });
 }
 
-bool SimulatedUserNotificationCenter::isInside(const CircularRegion& region,
-                                               Coordinate position) const {
-  return geodesy_->distance(region.center, position) <= region.radius;
+standard::RegionSide SimulatedUserNotificationCenter::sideOf(const CircularRegion& region) const {
+  return lastFix_ ? standard::sideOf(region, *lastFix_, *geodesy_) : standard::RegionSide::unknown;
 }
 
 std::vector<UserNotificationRequest> SimulatedUserNotificationCenter::takeFiring(
-    Coordinate position) {
+    const Location& fix) {
   std::vector<UserNotificationRequest> firing;
-  position_ = position;
+  lastFix_ = fix;
   std::erase_if(pending_, [&](Pending& entry) {
     const auto& region = entry.request.trigger.region;
-    const bool isNow = isInside(region, position);
-    const bool wasBefore = std::exchange(entry.isInside, isNow).value_or(isNow);
-    const bool asked = isNow ? region.notifyOnEntry : region.notifyOnExit;
-    if (wasBefore == isNow || !asked) return false;
+    const auto now = sideOf(region);
+    if (now == standard::RegionSide::unknown) return false;
+    if (!standard::eventBetween(std::exchange(entry.side, now), now, region)) return false;
     firing.push_back(entry.request);
     return !entry.request.trigger.repeats;
   });
   return firing;
 }
 
-void SimulatedUserNotificationCenter::deviceMoved(Coordinate position) {
+void SimulatedUserNotificationCenter::deviceMoved(const Location& fix) {
   std::vector<UserNotificationRequest> firing;
   std::function<void(const UserNotificationRequest&)> observer;
   {
     const std::lock_guard lock(mutex_);
-    firing = takeFiring(position);
+    firing = takeFiring(fix);
     fired_.insert(fired_.end(), firing.begin(), firing.end());
     observer = observer_;
   }

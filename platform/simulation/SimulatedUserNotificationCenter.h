@@ -11,6 +11,10 @@
 #include "platform/MainQueue.h"
 #include "platform/UserNotificationCenter.h"
 
+namespace ovinta::platform::standard {
+enum class RegionSide;
+}
+
 namespace ovinta::platform::simulation {
 
 /// A notification centre that shows nothing and records what fires. What a call asks for is done
@@ -18,7 +22,7 @@ namespace ovinta::platform::simulation {
 /// `deviceMoved`, which belongs to the main thread.
 class SimulatedUserNotificationCenter : public UserNotificationCenter {
  public:
-  /// `geodesy` tells which positions lie inside a region.
+  /// `geodesy` tells how far positions are from a region's centre.
   SimulatedUserNotificationCenter(std::shared_ptr<MainQueue> mainQueue,
                                   std::shared_ptr<Geodesy> geodesy);
 
@@ -29,8 +33,8 @@ class SimulatedUserNotificationCenter : public UserNotificationCenter {
            std::function<void(std::optional<UserNotificationError>)> completion) override;
 
   /// Fires the pending requests whose region the device has entered, or left, with this move, if
-  /// their region asks for it.
-  void deviceMoved(Coordinate position);
+  /// their region asks for it. A fix whose circle of uncertainty touches the border moves nothing.
+  void deviceMoved(const Location& fix);
 
   /// Has `observer` called with each request that fires, inside `deviceMoved`.
   void onFired(std::function<void(const UserNotificationRequest&)> observer);
@@ -45,19 +49,19 @@ class SimulatedUserNotificationCenter : public UserNotificationCenter {
  private:
   struct Pending {
     UserNotificationRequest request;
-    /// Absent while no position was known since the request was added.
-    std::optional<bool> isInside;
+    /// The last one that was certain.
+    standard::RegionSide side;
   };
 
-  bool isInside(const CircularRegion& region, Coordinate position) const;
-  std::vector<UserNotificationRequest> takeFiring(Coordinate position);
+  standard::RegionSide sideOf(const CircularRegion& region) const;
+  std::vector<UserNotificationRequest> takeFiring(const Location& fix);
 
   const std::shared_ptr<MainQueue> mainQueue_;
   const std::shared_ptr<Geodesy> geodesy_;
   mutable std::mutex mutex_;
   std::vector<Pending> pending_;
   std::vector<UserNotificationRequest> fired_;
-  std::optional<Coordinate> position_;
+  std::optional<Location> lastFix_;
   std::optional<UserNotificationError> refusal_;
   std::function<void(const UserNotificationRequest&)> observer_;
 };

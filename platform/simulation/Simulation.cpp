@@ -32,7 +32,7 @@ Simulation::Simulation(Services base, Date start, SimulationReplacements replace
   replace(services_.urlSession, std::move(replacements.urlSession));
   replace(services_.operationQueues, std::move(replacements.operationQueues));
   location_->onPosition([notifications = notifications_](const Location& location) {
-    notifications->deviceMoved(location.coordinate);
+    notifications->deviceMoved(location);
   });
 }
 
