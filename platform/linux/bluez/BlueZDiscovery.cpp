@@ -17,13 +17,18 @@ dbus::Properties filter() {
   return {{"Transport", dbus::write("le")}, {"DuplicateData", dbus::write(true)}};
 }
 
+void tellToStop(std::shared_ptr<dbus::Bus> bus, const std::string& adapter) {
+  dbus::Service(std::move(bus), kBlueZName).tell(adapter, kBlueZAdapter, "StopDiscovery");
+}
+
 }  // namespace
 
 BlueZDiscovery::BlueZDiscovery(std::shared_ptr<dbus::Bus> systemBus,
                                std::shared_ptr<MainQueue> mainQueue, Settings settings)
-    : mainQueue_(std::move(mainQueue)),
+    : bus_(std::move(systemBus)),
+      mainQueue_(std::move(mainQueue)),
       settings_(std::move(settings)),
-      service_(std::move(systemBus), kBlueZName) {
+      service_(bus_, kBlueZName) {
   service_.onPropertiesChanged(
       settings_.adapter, kBlueZAdapter,
       [this](const std::string&, const dbus::Properties& changed) { note(changed); });
@@ -42,7 +47,7 @@ void BlueZDiscovery::ask() {
 void BlueZDiscovery::stop() {
   // What seems to have failed may run all the same, when the answer was late.
   if (std::exchange(step_, Step::idle) == Step::idle) return;
-  service_.tell(settings_.adapter, kBlueZAdapter, "StopDiscovery");
+  tellToStop(bus_, settings_.adapter);
 }
 
 void BlueZDiscovery::note(const dbus::Properties& changed) {
@@ -62,12 +67,20 @@ void BlueZDiscovery::note(const dbus::Properties& changed) {
 
 void BlueZDiscovery::start() {
   step_ = Step::starting;
-  const auto noteAnswer = [this](const dbus::Reply& reply) { noteStarted(reply); };
-  service_.call(settings_.adapter, kBlueZAdapter, "SetDiscoveryFilter", dbus::arguments(filter()),
-                [this, noteAnswer](const dbus::Reply& reply) {
-                  if (reply.failure) return noteAnswer(reply);
-                  service_.call(settings_.adapter, kBlueZAdapter, "StartDiscovery", {}, noteAnswer);
-                });
+  service_.call(
+      settings_.adapter, kBlueZAdapter, "SetDiscoveryFilter", dbus::arguments(filter()),
+      [this](const dbus::Reply& reply) { reply.failure ? noteStarted(reply) : startFiltered(); });
+}
+
+void BlueZDiscovery::startFiltered() {
+  bus_->call(
+      {kBlueZName, settings_.adapter, kBlueZAdapter, "StartDiscovery", {}, dbus::kCallTimeout},
+      [this, life = life_.watch(), bus = std::weak_ptr(bus_),
+       adapter = settings_.adapter](const dbus::Reply& reply) {
+        if (!life.expired()) return noteStarted(reply);
+        // While it had not answered, BlueZ refused to stop.
+        if (const auto found = bus.lock()) tellToStop(found, adapter);
+      });
 }
 
 void BlueZDiscovery::noteStarted(const dbus::Reply& reply) {
@@ -97,9 +110,7 @@ void BlueZDiscovery::retry() {
 }
 
 void BlueZDiscovery::later(void (BlueZDiscovery::*step)()) {
-  mainQueue_->asyncAfter(settings_.retryInterval, [this, step, life = std::weak_ptr(life_)] {
-    if (!life.expired()) (this->*step)();
-  });
+  mainQueue_->asyncAfter(settings_.retryInterval, life_.guard([this, step] { (this->*step)(); }));
 }
 
 }  // namespace ovinta::platform::linux

@@ -6,6 +6,7 @@
 
 #include "platform/MainQueue.h"
 #include "platform/linux/dbus/Service.h"
+#include "platform/standard/Life.h"
 
 namespace ovinta::platform::linux {
 
@@ -33,12 +34,14 @@ class BlueZDiscovery {
   void ask();
   void note(const dbus::Properties& changed);
   void start();
+  void startFiltered();
   void noteStarted(const dbus::Reply& reply);
   void retryLater();
   void retry();
   /// Has the main queue run `step` after the interval, unless the object is gone by then.
   void later(void (BlueZDiscovery::*step)());
 
+  const std::shared_ptr<dbus::Bus> bus_;
   const std::shared_ptr<MainQueue> mainQueue_;
   const Settings settings_;
   Step step_ = Step::idle;
@@ -46,8 +49,7 @@ class BlueZDiscovery {
   bool isPowered_ = false;
   bool isDiscovering_ = false;
   dbus::Service service_;
-  /// Expires with the object.
-  const std::shared_ptr<bool> life_ = std::make_shared<bool>(true);
+  const standard::Life life_;
 };
 
 }  // namespace ovinta::platform::linux
