@@ -107,12 +107,11 @@ void GeoClueStream::failed(const dbus::Failure& failure) {
   if (!client_.empty()) deleteClient(*bus_, client_);
   forgetClient();
   const PositionAccess access = accessAfter(failure);
-  if (failure.name == dbus::kServiceUnknown) {
-    attempts_.missed();
-  } else {
-    // A refusal is final: to insist might ask the user again.
-    attempts_.failed(access != PositionAccess::denied);
-  }
+  using enum ServiceAttempts::Reason;
+  const bool isAbsent = failure.name == dbus::kServiceUnknown;
+  // A refusal is final: to insist might ask the user again.
+  const auto reason = access == PositionAccess::denied ? lasting : passing;
+  attempts_.failed(isAbsent ? absence : reason);
   report(access);
 }
 

@@ -43,6 +43,8 @@ std::string makeToken() {
 /// One session of the portal, made anew whenever it has ended.
 class PortalStream : public PositionStream {
  public:
+  using Reason = ServiceAttempts::Reason;
+
   PortalStream(std::shared_ptr<dbus::Bus> bus, std::shared_ptr<MainQueue> mainQueue,
                TimeInterval retryInterval, double distanceFilter, PositionHandlers handlers)
       : bus_(std::move(bus)),
@@ -51,7 +53,7 @@ class PortalStream : public PositionStream {
         attempts_(bus_, std::move(mainQueue), {kPortalName, retryInterval},
                   {.begin = [this] { create(); },
                    .forget = [this] { forgetSession(); },
-                   .fail = [this] { end(PositionAccess::absent, true); }}) {
+                   .fail = [this] { end(PositionAccess::absent, Reason::passing); }}) {
     attempts_.begin();
   }
   ~PortalStream() override { close(); }
@@ -70,7 +72,7 @@ class PortalStream : public PositionStream {
   void noteResponse(const dbus::Signal& signal);
   void noteUpdate(const dbus::Signal& signal);
   void fail(const dbus::Failure& failure);
-  void end(PositionAccess access, bool retries);
+  void end(PositionAccess access, Reason reason);
   /// Makes a call and hands the path in its answer on; one that comes when the attempt is over is
   /// closed.
   void callForPath(const char* method, Glib::VariantContainerBase arguments, const char* interface,
@@ -136,7 +138,7 @@ void PortalStream::listen() {
                      [this](const dbus::Signal& signal) { noteUpdate(signal); });
   service_->onSignal(session_, kSession, "Closed", [this](const dbus::Signal&) {
     session_.clear();
-    end(PositionAccess::undecided, true);
+    end(PositionAccess::undecided, Reason::passing);
   });
 }
 
@@ -155,7 +157,8 @@ void PortalStream::noteResponse(const dbus::Signal& signal) {
   // It ends with its answer.
   request_.clear();
   // A refusal is final: to insist would ask the user again.
-  if (access != PositionAccess::granted) return end(access, access != PositionAccess::denied);
+  if (access == PositionAccess::denied) return end(access, Reason::lasting);
+  if (access != PositionAccess::granted) return end(access, Reason::passing);
   attempts_.succeeded();
   // It may have changed while the user was asked.
   applyFilter();
@@ -184,13 +187,14 @@ void PortalStream::fail(const dbus::Failure& failure) {
   if (isWithoutLocation) {
     bus_->log(kPortalLocation, std::string(kPortalName) + " has no " + kPortalLocation);
   }
-  // A service that comes is noticed.
-  end(accessAfter(failure), !isWithoutLocation && failure.name != dbus::kServiceUnknown);
+  const bool isAbsent = failure.name == dbus::kServiceUnknown;
+  const Reason otherwise = isWithoutLocation ? Reason::lasting : Reason::passing;
+  end(accessAfter(failure), isAbsent ? Reason::absence : otherwise);
 }
 
-void PortalStream::end(PositionAccess access, bool retries) {
+void PortalStream::end(PositionAccess access, Reason reason) {
   close();
-  attempts_.failed(retries);
+  attempts_.failed(reason);
   const auto handler = handlers_.onAccess;
   handler(access);
 }

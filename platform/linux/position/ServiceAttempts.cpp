@@ -20,18 +20,14 @@ void ServiceAttempts::begin() {
   steps_.begin();
 }
 
-void ServiceAttempts::failed(bool retries) {
+void ServiceAttempts::failed(Reason reason) {
   step_ = Step::waiting;
-  if (!retries) return;
-  mainQueue_->asyncAfter(retryInterval_, [this, life = std::weak_ptr(life_), failed = count_] {
-    if (!life.expired() && failed == count_) begin();
-  });
-}
-
-void ServiceAttempts::missed() {
-  wasAbsent_ = true;
-  // It may have come meanwhile, of which there is no further word then.
-  failed(isPresent_);
+  wasAbsent_ = wasAbsent_ || reason == Reason::absence;
+  // One that was absent may have come meanwhile, of which there is no further word then.
+  if (reason == Reason::lasting || (reason == Reason::absence && !isPresent_)) return;
+  mainQueue_->asyncAfter(retryInterval_, life_.guard([this, failed = count_] {
+    if (failed == count_) begin();
+  }));
 }
 
 void ServiceAttempts::notePresence(bool isPresent) {

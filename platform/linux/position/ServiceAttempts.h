@@ -6,6 +6,7 @@
 
 #include "platform/MainQueue.h"
 #include "platform/linux/dbus/Service.h"
+#include "platform/standard/Life.h"
 
 namespace ovinta::platform::linux {
 
@@ -18,6 +19,16 @@ class ServiceAttempts {
     std::string service;
     /// From an attempt that failed to the next one.
     TimeInterval retryInterval;
+  };
+
+  /// Why an attempt has failed, or what it had got was taken away.
+  enum class Reason {
+    /// May pass by itself: there is another attempt after the interval.
+    passing,
+    /// Lasts until the service has left and come.
+    lasting,
+    /// The service is not there.
+    absence
   };
 
   struct Steps {
@@ -36,11 +47,7 @@ class ServiceAttempts {
 
   void begin();
   void succeeded() { step_ = Step::served; }
-  /// Also when what was given is taken away. `retries`: whether to try again before the service has
-  /// left and come.
-  void failed(bool retries);
-  /// The attempt has failed because the service is not there.
-  void missed();
+  void failed(Reason reason);
 
   bool hasSucceeded() const { return step_ == Step::served; }
 
@@ -58,8 +65,7 @@ class ServiceAttempts {
   bool isPresent_ = false;
   bool wasAbsent_ = false;
   dbus::Service service_;
-  /// Expires with the object.
-  const std::shared_ptr<bool> life_ = std::make_shared<bool>(true);
+  const standard::Life life_;
 };
 
 }  // namespace ovinta::platform::linux
