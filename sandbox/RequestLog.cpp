@@ -49,7 +49,9 @@ std::size_t endOfValue(std::string_view json, std::size_t at) {
   while (at < json.size()) {
     const char mark = json[at];
     const bool closes = mark == ']' || mark == '}';
-    if (depth == 0 && (closes || mark == ',' || kBlanks.find(mark) != kBlanks.npos)) return at;
+    if (depth == 0 && (closes || mark == ',' || kBlanks.find(mark) != std::string_view::npos)) {
+      return at;
+    }
     if (mark == '[' || mark == '{') ++depth;
     if (closes) --depth;
     at = mark == '"' ? endOfString(json, at) : at + 1;
@@ -68,7 +70,7 @@ bool isPasswordKey(std::string_view string) {
 /// Where the value of the key that ends there begins; absent when no value follows.
 std::optional<std::size_t> valueAfter(std::string_view json, std::size_t end) {
   const std::size_t colon = json.find_first_not_of(kBlanks, end);
-  if (colon == json.npos || json[colon] != ':') return std::nullopt;
+  if (colon == std::string_view::npos || json[colon] != ':') return std::nullopt;
   return std::min(json.find_first_not_of(kBlanks, colon + 1), json.size());
 }
 
