@@ -35,7 +35,7 @@ std::string entry(const std::string& heading, const std::string& text) {
   return ".TP\n" + heading + "\n" + text + "\n";
 }
 
-std::string sentence(std::string text) { return text.ends_with('.') ? text : text + "."; }
+std::string sentence(const std::string& text) { return text.ends_with('.') ? text : text + "."; }
 
 std::string heading(const CLI::Option& option) {
   if (option.get_positional()) return italic(option.get_name(true));
@@ -47,6 +47,7 @@ std::string heading(const CLI::Option& option) {
 /// A sentence about other options; empty for none.
 std::string others(const std::string& beginning, const std::set<CLI::Option*>& options) {
   std::vector<std::string> names;
+  names.reserve(options.size());
   for (const CLI::Option* option : options) names.push_back(bold(option->get_name()));
   std::ranges::sort(names);
   return names.empty() ? "" : beginning + join(names, ", ") + ".";
