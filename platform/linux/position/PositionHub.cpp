@@ -31,30 +31,71 @@ Reading read(PositionAccess access) {
 
 }  // namespace
 
-/// A provider's stream whose answer counts while it is open.
+/// A provider's stream, whose answer counts while it is open. It may outlive the hub.
 class PositionHub::Stream : public PositionStream {
  public:
-  Stream(std::unique_ptr<PositionStream> stream, std::shared_ptr<Answer> answer,
-         std::function<void()> onClosed)
-      : stream_(std::move(stream)), answer_(std::move(answer)), onClosed_(std::move(onClosed)) {}
+  Stream(PositionHub& hub, double distanceFilter, std::function<void(const Location&)> onLocation)
+      : hub_(hub),
+        hubLife_(hub.life_.watch()),
+        distanceFilter_(distanceFilter),
+        onLocation_(std::move(onLocation)) {
+    hub.streams_.push_back(this);
+    open();
+  }
   Stream(const Stream&) = delete;
   Stream& operator=(const Stream&) = delete;
   ~Stream() override {
-    answer_ = nullptr;
-    onClosed_();
+    if (!hubLife_.expired()) hub_.forget(*this);
   }
 
-  void setDistanceFilter(double metres) override { stream_->setDistanceFilter(metres); }
+  void setDistanceFilter(double metres) override {
+    distanceFilter_ = metres;
+    stream_->setDistanceFilter(metres);
+  }
+
+  /// What it has been told; none at first.
+  const std::optional<PositionAccess>& answer() const { return answer_; }
+  bool isAnswered() const { return answer_ && *answer_ != PositionAccess::undecided; }
+  bool isGranted() const { return answer_ && *answer_ >= PositionAccess::granted; }
+
+  /// What it has been told counts no more. One that was refused asks anew, others do so themselves.
+  void dismissAnswer() {
+    if (std::exchange(answer_, std::nullopt) == PositionAccess::denied) open();
+  }
 
  private:
-  const std::unique_ptr<PositionStream> stream_;
-  std::shared_ptr<Answer> answer_;
-  const std::function<void()> onClosed_;
+  void open() {
+    stream_ = nullptr;
+    stream_ = hub_.provider_->open(
+        distanceFilter_,
+        {.onLocation =
+             hub_.life_.guard([hub = &hub_, onLocation = onLocation_](const Location& at) {
+               if (isAuthorized(hub->status())) onLocation(at);
+             }),
+         .onAccess = hub_.life_.guard([this](PositionAccess access) { note(access); })});
+  }
+
+  void note(PositionAccess access) {
+    const bool wasGranted = isGranted();
+    answer_ = access;
+    if (isGranted() && !wasGranted) hub_.dismissRefusals();
+    // The last step: it may destroy this.
+    hub_.noteAnswers();
+  }
+
+  PositionHub& hub_;
+  const std::weak_ptr<const void> hubLife_;
+  double distanceFilter_;
+  const std::function<void(const Location&)> onLocation_;
+  std::optional<PositionAccess> answer_;
+  std::unique_ptr<PositionStream> stream_;
 };
 
 PositionHub::PositionHub(std::shared_ptr<PositionProvider> provider,
                          std::shared_ptr<MainQueue> mainQueue)
     : provider_(std::move(provider)), mainQueue_(std::move(mainQueue)) {}
+
+PositionHub::~PositionHub() = default;
 
 bool PositionHub::isEnabled() const { return read(access_).isEnabled; }
 
@@ -74,7 +115,11 @@ void PositionHub::watchArrivals() {
   if (arrivals_) return;
   arrivals_ = provider_->watchArrivals([this] {
     if (!isAsking_) arrivals_ = nullptr;
-    askAgain();
+    // Streams that are open notice it themselves, unless they were refused for good.
+    const auto isRefused = [](const Stream* stream) {
+      return stream->answer() == PositionAccess::denied;
+    };
+    if (std::ranges::all_of(streams_, isRefused)) askAgain();
     if (access_ == PositionAccess::absent) note(PositionAccess::undecided);
   });
 }
@@ -88,38 +133,42 @@ void PositionHub::askPermission() {
 void PositionHub::askAgain() {
   // Nobody looks at these positions: the filter keeps them few.
   constexpr double kFilterMetres = 500;
-  if (isAsking_ && !question_) question_ = open(kFilterMetres, [](const Location&) {});
+  if (isAsking_ && !question_) {
+    question_ = std::make_unique<Stream>(*this, kFilterMetres, [](const Location&) {});
+  }
 }
 
 std::unique_ptr<PositionStream> PositionHub::open(double distanceFilter,
                                                   std::function<void(const Location&)> onLocation) {
-  const auto answer = std::make_shared<Answer>();
-  answers_.push_back(answer);
-  auto stream = provider_->open(
-      distanceFilter,
-      {.onLocation = life_.guard([this, onLocation = std::move(onLocation)](const Location& found) {
-         if (isAuthorized(status())) onLocation(found);
-       }),
-       .onAccess = life_.guard([this, weak = std::weak_ptr(answer)](PositionAccess access) {
-         const auto kept = weak.lock();
-         if (!kept) return;
-         *kept = access;
-         noteAnswers();
-       })});
-  const auto onClosed =
-      life_.guard([this] { mainQueue_->async(life_.guard([this] { noteAnswers(); })); });
-  return std::make_unique<Stream>(std::move(stream), answer, onClosed);
+  return std::make_unique<Stream>(*this, distanceFilter, std::move(onLocation));
+}
+
+void PositionHub::forget(const Stream& stream) {
+  std::erase(streams_, &stream);
+  mainQueue_->async(life_.guard([this] { noteAnswers(); }));
+}
+
+/// What was refused before a grant would otherwise stand when the stream that was granted closes.
+void PositionHub::dismissRefusals() {
+  for (Stream* const stream : streams_) {
+    if (stream->isAnswered() && !stream->isGranted()) stream->dismissAnswer();
+  }
 }
 
 void PositionHub::noteAnswers() {
-  std::erase_if(answers_, [](const auto& answer) { return answer.expired(); });
-  Answer strongest;
-  for (const auto& weak : answers_) strongest = std::max(strongest, *weak.lock());
+  std::optional<PositionAccess> strongest;
+  for (const Stream* stream : streams_) strongest = std::max(strongest, stream->answer());
   if (!strongest) return;
-  if (*strongest != PositionAccess::undecided) question_ = nullptr;
-  if (*strongest >= PositionAccess::denied) {
+  if (question_ && question_->isAnswered()) question_ = nullptr;
+  const bool isRefused = *strongest == PositionAccess::denied && !question_;
+  if (isRefused || *strongest >= PositionAccess::granted) {
     isAsking_ = false;
+    question_ = nullptr;
     arrivals_ = nullptr;
+  } else if (isAuthorized(status())) {
+    // It was granted, and nobody may be there to see it come back.
+    isAsking_ = true;
+    watchArrivals();
   }
   note(*strongest);
 }

@@ -18,6 +18,9 @@ namespace ovinta::platform::linux {
 class PositionHub {
  public:
   PositionHub(std::shared_ptr<PositionProvider> provider, std::shared_ptr<MainQueue> mainQueue);
+  ~PositionHub();
+  PositionHub(const PositionHub&) = delete;
+  PositionHub& operator=(const PositionHub&) = delete;
 
   /// May be called from any thread.
   bool isEnabled() const;
@@ -32,7 +35,8 @@ class PositionHub {
   /// answer is awaited, further calls do nothing.
   void askPermission();
 
-  /// Asks again if there was a question that has not been answered.
+  /// Asks again if there was a question that has not been answered, or if what was granted has been
+  /// out of reach since.
   void askAgain();
 
   /// Positions, while the permission lasts. `onLocation` is called as `PositionHandlers` say.
@@ -46,8 +50,6 @@ class PositionHub {
 
  private:
   class Stream;
-  /// What a stream has been told; none at first.
-  using Answer = std::optional<PositionAccess>;
 
   struct Observer {
     std::weak_ptr<const void> owner;
@@ -55,6 +57,8 @@ class PositionHub {
   };
 
   void watchArrivals();
+  void forget(const Stream& stream);
+  void dismissRefusals();
   void noteAnswers();
   void note(PositionAccess access);
 
@@ -63,12 +67,12 @@ class PositionHub {
   /// The strongest answer of the streams that are open, and the last one when none is. Absent at
   /// first, when nobody has been asked.
   std::atomic<PositionAccess> access_ = PositionAccess::absent;
-  /// Each lives as long as its stream.
-  std::vector<std::weak_ptr<Answer>> answers_;
+  /// Those that are open.
+  std::vector<Stream*> streams_;
   /// Whether the application waits for an answer.
   bool isAsking_ = false;
   /// There unless the question rests.
-  std::unique_ptr<PositionStream> question_;
+  std::unique_ptr<Stream> question_;
   bool hasLooked_ = false;
   /// There while a service that comes would make a difference.
   std::shared_ptr<void> arrivals_;

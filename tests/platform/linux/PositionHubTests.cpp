@@ -1,0 +1,102 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "platform/linux/position/PositionHub.h"
+#include "platform/simulation/VirtualTime.h"
+
+namespace ovinta::platform::linux {
+namespace {
+
+using testing::ElementsAre;
+
+/// Notes who asks.
+class Provider : public PositionProvider {
+ public:
+  void findService(std::function<void(bool)> handler) override { handler(true); }
+  std::shared_ptr<void> watchArrivals(const std::function<void()>& handler) override {
+    onArrival = handler;
+    return nullptr;
+  }
+  std::unique_ptr<PositionStream> open(double, PositionHandlers handlers) override {
+    streams.push_back(std::move(handlers));
+    return std::make_unique<Stream>();
+  }
+
+  std::vector<PositionHandlers> streams;
+  std::function<void()> onArrival;
+
+ private:
+  class Stream : public PositionStream {
+    void setDistanceFilter(double) override {}
+  };
+};
+
+class PositionHubTest : public testing::Test {
+ protected:
+  PositionHubTest() {
+    hub_->onStatusChanged(life_.watch(), [this] { told_.push_back(hub_->status()); });
+  }
+
+  std::unique_ptr<PositionStream> open() {
+    return hub_->open(10, [this](const Location&) { ++locations_; });
+  }
+  /// What is told after an answer to the stream that was opened as number `index`.
+  std::vector<AuthorizationStatus> answer(std::size_t index, PositionAccess access) {
+    told_.clear();
+    provider_->streams.at(index).onAccess(access);
+    time_.runUntilIdle();
+    return told_;
+  }
+  std::size_t streams() const { return provider_->streams.size(); }
+
+  simulation::VirtualTime time_{Date{}};
+  std::shared_ptr<Provider> provider_ = std::make_shared<Provider>();
+  std::shared_ptr<PositionHub> hub_ = std::make_shared<PositionHub>(provider_, time_.mainQueue());
+  standard::Life life_;
+  std::vector<AuthorizationStatus> told_;
+  int locations_ = 0;
+};
+
+TEST_F(PositionHubTest, AGrantThatGetsOutOfReachIsAskedForAgainWhenNobodyFollows) {
+  std::size_t count = 0;
+  for (const auto& [access, status] :
+       {std::pair(PositionAccess::off, 1), {PositionAccess::absent, 0}}) {
+    auto stream = open();
+    answer(count++, PositionAccess::granted);
+    EXPECT_THAT(answer(count - 1, access), ElementsAre(status));
+    provider_->onArrival();
+    EXPECT_EQ(streams(), count) << "the stream notices it";
+    stream = nullptr;
+    time_.runUntilIdle();
+    status == 1 ? hub_->askAgain() : provider_->onArrival();
+    ASSERT_EQ(streams(), ++count);
+    EXPECT_THAT(answer(count - 1, PositionAccess::granted), ElementsAre(4));
+    hub_->askAgain();
+    EXPECT_EQ(streams(), count) << "answered";
+  }
+}
+
+TEST_F(PositionHubTest, AGrantHoldsForStreamsThatWereRefusedBefore) {
+  const auto refused = open(), off = open();
+  answer(0, PositionAccess::off);
+  EXPECT_THAT(answer(0, PositionAccess::denied), ElementsAre(2));
+  answer(1, PositionAccess::off);
+  hub_->askPermission();
+  EXPECT_THAT(answer(2, PositionAccess::granted), ElementsAre(4));
+  ASSERT_EQ(streams(), 4U) << "the refused one asks anew";
+  provider_->streams[3].onLocation({});
+  EXPECT_EQ(locations_, 1);
+  EXPECT_THAT(answer(3, PositionAccess::denied), ElementsAre(2));
+  EXPECT_EQ(streams(), 4U);
+}
+
+TEST_F(PositionHubTest, AQuestionWaitsForItsOwnAnswer) {
+  const auto stream = open();
+  answer(0, PositionAccess::off);
+  hub_->askPermission();
+  for (const auto access : {PositionAccess::off, PositionAccess::denied}) answer(0, access);
+  EXPECT_THAT(answer(1, PositionAccess::granted), ElementsAre(4));
+}
+
+}  // namespace
+}  // namespace ovinta::platform::linux
