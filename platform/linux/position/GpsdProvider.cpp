@@ -43,7 +43,7 @@ class GpsdStream : public PositionStream {
   const std::shared_ptr<bool> hasLogged_;
   const PositionHandlers handlers_;
   double distanceFilter_;
-  std::optional<Coordinate> lastReported_;
+  std::optional<Location> lastReported_;
   const standard::Life life_;
   /// Used on the thread alone.
   GpsdConnection connection_{
@@ -73,10 +73,12 @@ void GpsdStream::connect() {
 }
 
 void GpsdStream::note(const Location& location) {
-  const bool isNear =
-      lastReported_ && geodesy_->distance(*lastReported_, location.coordinate) < distanceFilter_;
-  if (isNear) return;
-  lastReported_ = location.coordinate;
+  const auto saysLess = [&](const Location& last) {
+    return geodesy_->distance(last.coordinate, location.coordinate) < distanceFilter_ &&
+           location.horizontalAccuracy > last.horizontalAccuracy / 2;
+  };
+  if (lastReported_ && saysLess(*lastReported_)) return;
+  lastReported_ = location;
   const auto handler = handlers_.onLocation;
   handler(location);
 }
@@ -88,7 +90,7 @@ void GpsdStream::noteVersion(const std::string& version) {
 
 void GpsdStream::noteEnd() {
   if (options_.log && !std::exchange(*hasLogged_, true)) {
-    options_.log->write("There is no gpsd at " + options_.host + ":" + options_.port);
+    options_.log->write("No connection to gpsd at " + options_.host + ":" + options_.port);
   }
   mainQueue_->asyncAfter(options_.retryInterval,
                          life_.guard([this] { thread_.post([this] { connect(); }); }));

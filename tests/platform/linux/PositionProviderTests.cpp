@@ -238,7 +238,8 @@ TEST_F(PositionTest, GpsdTellsItsFixesAndIsConnectedToAgain) {
   waitForAccess(PositionAccess::absent);
   EXPECT_EQ(time_.pendingTaskCount(), 1U) << "one attempt to come";
   EXPECT_EQ(locations_.size(), 4U);
-  EXPECT_THAT(log_->lines(), ElementsAre(testing::StartsWith("There is no gpsd at 127.0.0.1:")));
+  EXPECT_THAT(log_->lines(),
+              ElementsAre(testing::StartsWith("No connection to gpsd at 127.0.0.1:")));
 }
 
 }  // namespace
