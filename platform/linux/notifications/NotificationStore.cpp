@@ -125,7 +125,13 @@ std::vector<UserNotificationRequest> NotificationStore::pending() {
 
 bool NotificationStore::hasRequests() {
   auto* const found = existing();
-  return found && found->execAndGet("SELECT EXISTS(SELECT 1 FROM request)").getInt() != 0;
+  if (!found) return false;
+  SQLite::Statement all(*found, "SELECT request FROM request");
+  while (all.executeStep()) {
+    // What cannot be read can never fire.
+    if (!notificationRequests(all.getColumn(0).getString()).empty()) return true;
+  }
+  return false;
 }
 
 void NotificationStore::put(const UserNotificationRequest& request) {
