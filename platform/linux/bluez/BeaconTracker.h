@@ -33,7 +33,7 @@ class BeaconTracker : private BeaconListener {
   BeaconTracker& operator=(const BeaconTracker&) = delete;
   ~BeaconTracker() override;
 
-  /// Off at first. While it is off nothing is found, and nothing forgotten.
+  /// Off at first. While it is off nothing is found, and what was entered stays so.
   void setEnabled(bool enabled);
 
   void startRanging(const BeaconRegion& region);

@@ -52,14 +52,13 @@ GeoClueStream::~GeoClueStream() {
 }
 
 void GeoClueStream::forgetClient() {
-  attempt_ = nullptr;
+  attempt_.reset();
   service_ = nullptr;
   client_.clear();
 }
 
 void GeoClueStream::create() {
-  attempt_ = std::make_shared<bool>(true);
-  const std::weak_ptr attempt(attempt_);
+  const auto attempt = attempt_.emplace().watch();
   // GeoClue keeps the request until somebody comes who can ask the user, however often it is made.
   auto call = managerCall("CreateClient", {});
   call.timeout = dbus::kNoTimeout;
@@ -95,7 +94,7 @@ void GeoClueStream::use(std::string client) {
   setThreshold();
   const auto started = [this](const dbus::Reply& reply) {
     if (reply.failure) return failed(*reply.failure);
-    attempt_ = nullptr;
+    attempt_.reset();
     attempts_.succeeded();
     report(settings_.granted);
   };

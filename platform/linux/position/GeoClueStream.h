@@ -3,12 +3,14 @@
 #include <chrono>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "platform/MainQueue.h"
 #include "platform/linux/dbus/Service.h"
 #include "platform/linux/position/PositionProvider.h"
 #include "platform/linux/position/ServiceAttempts.h"
+#include "platform/standard/Life.h"
 
 namespace ovinta::platform::linux {
 
@@ -59,7 +61,7 @@ class GeoClueStream : public PositionStream {
   std::unique_ptr<dbus::Service> service_;
   ServiceAttempts attempts_;
   /// Expires with the attempt under way.
-  std::shared_ptr<bool> attempt_;
+  std::optional<standard::Life> attempt_;
 };
 
 }  // namespace ovinta::platform::linux

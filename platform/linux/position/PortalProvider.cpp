@@ -1,12 +1,14 @@
 #include "platform/linux/position/PortalProvider.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <utility>
 
 #include "platform/linux/position/DistanceThreshold.h"
 #include "platform/linux/position/PositionProperties.h"
 #include "platform/linux/position/ServiceAttempts.h"
+#include "platform/standard/Life.h"
 
 namespace ovinta::platform::linux {
 namespace {
@@ -93,7 +95,7 @@ class PortalStream : public PositionStream {
   std::unique_ptr<dbus::Service> service_;
   ServiceAttempts attempts_;
   /// Expires with the attempt, and with what it has got.
-  std::shared_ptr<bool> attempt_;
+  std::optional<standard::Life> attempt_;
 };
 
 void PortalStream::callForPath(const char* method, Glib::VariantContainerBase arguments,
@@ -102,7 +104,7 @@ void PortalStream::callForPath(const char* method, Glib::VariantContainerBase ar
                         method,      std::move(arguments), dbus::kNoTimeout};
   bus_->call(std::move(call),
              [this, interface, handler = std::move(handler), weak = std::weak_ptr(bus_),
-              attempt = std::weak_ptr(attempt_)](const dbus::Reply& reply) {
+              attempt = attempt_->watch()](const dbus::Reply& reply) {
                const auto path = dbus::read<dbus::ObjectPath>(reply.values, 0);
                if (attempt.expired()) {
                  if (path) closeObject(weak.lock(), path->raw(), interface);
@@ -115,7 +117,7 @@ void PortalStream::callForPath(const char* method, Glib::VariantContainerBase ar
 }
 
 void PortalStream::create() {
-  attempt_ = std::make_shared<bool>(true);
+  attempt_.emplace();
   sessionFilter_ = distanceFilter_;
   const dbus::Properties options{
       {"session_handle_token", dbus::write(makeToken())},
@@ -200,7 +202,7 @@ void PortalStream::end(PositionAccess access, Reason reason) {
 }
 
 void PortalStream::forgetSession() {
-  attempt_ = nullptr;
+  attempt_.reset();
   service_ = nullptr;
   session_.clear();
   request_.clear();
