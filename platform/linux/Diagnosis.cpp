@@ -23,7 +23,7 @@ Surroundings surroundingsOf(const Options& options, const Services& services) {
                       .positionSource = chosenSource(options.positionSource),
                       .positionProvider = nullptr,
                       .dataDirectory = dataDirectoryOf(options),
-                      .usesNotifyAgent = options.usesNotifyAgent};
+                      .usesNotifyAgent = options.usesNotifyAgent && !isSandboxed()};
   around.positionProvider = makePositionProvider(around.positionSource, around.applicationID,
                                                  around.systemBus, around.sessionBus, services);
   return around;

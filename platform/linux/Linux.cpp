@@ -1,6 +1,7 @@
 #include "platform/linux/Linux.h"
 
 #include <mutex>
+#include <vector>
 
 #include "platform/linux/ApplicationOptions.h"
 #include "platform/linux/CurlURLSession.h"
@@ -56,15 +57,23 @@ BeaconScanner::Settings beaconSettings(const Options& options, Log& log) {
   return {};
 }
 
-/// Of the services that were made last, for functions that are given none.
-struct LastLocation {
+/// Of all services that live, oldest first, for functions that are given none.
+struct PositionHubs {
+  struct Entry {
+    std::weak_ptr<PositionHub> hub;
+    std::shared_ptr<MainQueue> mainQueue;
+  };
+
+  void prune() {
+    std::erase_if(entries, [](const Entry& entry) { return entry.hub.expired(); });
+  }
+
   std::mutex mutex;
-  std::weak_ptr<PositionHub> hub;
-  std::shared_ptr<MainQueue> mainQueue;
+  std::vector<Entry> entries;
 };
 
-LastLocation& lastLocation() {
-  static auto* const instance = new LastLocation;
+PositionHubs& positionHubs() {
+  static auto* const instance = new PositionHubs;
   return *instance;
 }
 
@@ -76,16 +85,18 @@ std::shared_ptr<PositionHub> makePositionHub(PositionSource source,
   auto hub = std::make_shared<PositionHub>(
       makePositionProvider(source, applicationID, systemBus, sessionBus, services),
       services.mainQueue);
-  const std::lock_guard lock(lastLocation().mutex);
-  lastLocation().hub = hub;
-  lastLocation().mainQueue = services.mainQueue;
+  const std::lock_guard lock(positionHubs().mutex);
+  positionHubs().prune();
+  positionHubs().entries.push_back({hub, services.mainQueue});
   return hub;
 }
 
 void onLastHub(void (PositionHub::*step)()) {
-  const std::lock_guard lock(lastLocation().mutex);
-  if (!lastLocation().mainQueue) return;
-  lastLocation().mainQueue->async([step, weak = lastLocation().hub] {
+  const std::lock_guard lock(positionHubs().mutex);
+  positionHubs().prune();
+  if (positionHubs().entries.empty()) return;
+  const auto& last = positionHubs().entries.back();
+  last.mainQueue->async([step, weak = last.hub] {
     if (const auto hub = weak.lock()) (*hub.*step)();
   });
 }
