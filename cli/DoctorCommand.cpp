@@ -22,23 +22,20 @@ namespace {
 using platform::Dictionary;
 using platform::linux::Condition;
 using platform::linux::Finding;
-using platform::linux::kPositionSourceNames;
 
 struct DoctorInput {
   ClientOptions client;
   std::string applicationID{kApplicationID};
-  std::string positionSource{kPositionSourceNames.front()};
+  platform::linux::PositionSource positionSource = platform::linux::PositionSource::automatic;
 };
 
 /// In the order of the conditions.
 constexpr std::array<const char*, 4> kConditions{"good", "limited", "missing", "unknown"};
 
 platform::linux::Options optionsFor(const DoctorInput& input) {
-  const auto* const source = std::ranges::find(kPositionSourceNames, input.positionSource);
   platform::linux::Options options{.applicationID = input.applicationID,
                                    .dataDirectory = input.client.dataDirectory,
-                                   .positionSource = static_cast<platform::linux::PositionSource>(
-                                       source - kPositionSourceNames.begin())};
+                                   .positionSource = input.positionSource};
   if (!input.client.verbose) {
     options.log = std::make_shared<platform::simulation::RecordingLog>();
   }
@@ -98,12 +95,7 @@ void addDoctorCommand(CLI::App& app, int& exitCode) {
                    "Check as this app, which the services know by its desktop file")
       ->type_name("ID")
       ->capture_default_str();
-  command
-      ->add_option("--position-source", input->positionSource,
-                   "Where the app has its position from")
-      ->check(CLI::IsMember(
-          std::vector<std::string>(kPositionSourceNames.begin(), kPositionSourceNames.end())))
-      ->capture_default_str();
+  addPositionSourceOption(*command, input->positionSource);
   addDataDirectoryOption(*command, input->client);
   addOutputOptions(*command, input->client);
   command->callback([input, &exitCode] {

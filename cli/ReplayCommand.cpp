@@ -28,9 +28,7 @@ struct ReplayInput {
 };
 
 replay::TripReplay tripReplay(const TripOptions& options) {
-  const auto services =
-      platform::linux::makeServices({.applicationID = kApplicationID, .usesNotifyAgent = false});
-  return {valueOf(loadTrip(options)), options.pace, *services.geodesy};
+  return {valueOf(loadTrip(options)), options.pace, *valueServices().geodesy};
 }
 
 /// Returns the exit status of the command; without one it goes on until it is interrupted.

@@ -12,11 +12,12 @@ using platform::simulation::Trip;
 
 struct TrackInput : TrackOptions {
   bool isLive = false;
+  platform::linux::PositionSource positionSource = platform::linux::PositionSource::automatic;
 };
 
 ExitCode track(const TrackInput& input) {
   Interruption interruption;
-  if (input.isLive) return LiveTrack(input.client, interruption).run();
+  if (input.isLive) return LiveTrack(input.client, input.positionSource, interruption).run();
   auto trip = loadTrip(input.trip);
   if (const auto* error = std::get_if<std::string>(&trip)) {
     Output(input.client.json).printFailure("No Trip", *error);
@@ -32,10 +33,12 @@ void addTrackCommand(CLI::App& app, int& exitCode) {
   CLI::App* command = app.add_subcommand(
       "track", "Follow the open orders on a simulated trip, and tell the service for real");
   addTripOptions(*command, input->trip);
-  command->add_flag("--live", input->isLive, "Follow this device's own position instead")
-      ->excludes("--trip")
-      ->excludes("--pace")
-      ->excludes("--seed");
+  CLI::Option* const live =
+      command->add_flag("--live", input->isLive, "Follow this device's own position instead")
+          ->excludes("--trip")
+          ->excludes("--pace")
+          ->excludes("--seed");
+  addPositionSourceOption(*command, input->positionSource)->needs(live);
   addClientOptions(*command, input->client);
   command->callback([input, &exitCode] {
     exitCode = static_cast<int>(Output(input->client.json).guard([&] { return track(*input); }));

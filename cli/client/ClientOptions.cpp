@@ -2,9 +2,10 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <vector>
 
+#include "cli/client/ClientServices.h"
 #include "cli/client/Secret.h"
-#include "platform/linux/Linux.h"
 
 namespace ovinta::cli {
 namespace {
@@ -47,8 +48,21 @@ void addDataDirectoryOption(CLI::App& command, ClientOptions& options) {
       ->group(kGroup);
 }
 
+CLI::Option* addPositionSourceOption(CLI::App& command, platform::linux::PositionSource& source) {
+  const auto& names = platform::linux::kPositionSourceNames;
+  const auto choose = [&](const std::string& name) {
+    source = static_cast<platform::linux::PositionSource>(std::ranges::find(names, name) -
+                                                          names.begin());
+  };
+  return command
+      .add_option_function<std::string>("--position-source", choose,
+                                        "Where the app has its position from")
+      ->check(CLI::IsMember(std::vector<std::string>(names.begin(), names.end())))
+      ->default_str(std::string(names.front()));
+}
+
 std::string isBaseURL(const std::string& text) {
-  const auto urls = platform::linux::makeServices().urls;
+  const auto urls = valueServices().urls;
   for (const std::string scheme : {"http://", "https://"}) {
     const bool hasHost = text.starts_with(scheme) && text.size() > scheme.size() &&
                          std::string_view("/?#:@").find(text[scheme.size()]) == std::string::npos;

@@ -4,9 +4,12 @@
 #include <optional>
 #include <string>
 
+#include "platform/linux/Linux.h"
+
 namespace CLI {
 class App;
-}
+class Option;
+}  // namespace CLI
 
 namespace ovinta::cli {
 
@@ -31,6 +34,9 @@ void addServiceOptions(CLI::App& command, ClientOptions& options);
 /// outlive the parsing.
 void addOutputOptions(CLI::App& command, ClientOptions& options);
 void addDataDirectoryOption(CLI::App& command, ClientOptions& options);
+
+/// Adds the choice of where positions come from; `source` must outlive the parsing.
+CLI::Option* addPositionSourceOption(CLI::App& command, platform::linux::PositionSource& source);
 
 /// Adds all options; `options` must outlive the parsing.
 void addClientOptions(CLI::App& command, ClientOptions& options);

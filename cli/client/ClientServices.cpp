@@ -36,6 +36,10 @@ platform::Services systemServices(const ClientOptions& options, platform::linux:
 
 }  // namespace
 
+platform::Services valueServices() {
+  return platform::linux::makeServices({.applicationID = kApplicationID, .usesNotifyAgent = false});
+}
+
 platform::Services clientServices(const ClientOptions& options, platform::linux::Options system) {
   platform::Services services = systemServices(options, std::move(system));
   refuseUnwritable(orderStoreFile(services).parent_path());

@@ -18,6 +18,9 @@ inline constexpr const char* kApplicationID = "ovinta";
 platform::Services clientServices(const ClientOptions& options,
                                   platform::linux::Options system = {});
 
+/// For the services that work on values alone.
+platform::Services valueServices();
+
 /// Throws `std::runtime_error` when the data directory does not hold that text under the key, as
 /// another process reads it.
 void refuseUnkept(const ClientOptions& options, UserDefaultsKey key,

@@ -37,11 +37,12 @@ std::string permissionSentence(platform::AuthorizationStatus permission) {
 
 }  // namespace
 
-LiveTrack::LiveTrack(const ClientOptions& options, Interruption& interruption)
+LiveTrack::LiveTrack(const ClientOptions& options, platform::linux::PositionSource source,
+                     Interruption& interruption)
     : options_(options),
       interruption_(interruption),
       report_(options.json, [] { return services().clock->now(); }) {
-  platform::Services linuxServices = clientServices(options);
+  platform::Services linuxServices = clientServices(options, {.positionSource = source});
   session_ = std::make_shared<ObservedURLSession>(
       linuxServices.urlSession, [this](const Exchange& exchange) { report_.add(exchange); });
   linuxServices.urlSession = session_;
@@ -104,6 +105,7 @@ void LiveTrack::followPermission() {
   if (std::exchange(permission_, permission) != permission) tellPermission();
   if (platform::isAuthorized(permission)) {
     wasGranted_ = true;
+    questions_ = 0;
   } else if (permission != 2) {
     askPermission();
   } else if (!wasGranted_) {
@@ -112,7 +114,9 @@ void LiveTrack::followPermission() {
 }
 
 void LiveTrack::askPermission() {
-  if (std::chrono::steady_clock::now() < start_ + questions_ * kQuestionInterval) return;
+  const auto now = std::chrono::steady_clock::now();
+  if (now < nextQuestion_) return;
+  nextQuestion_ = now + kQuestionInterval;
   platform::linux::requestLocationAuthorization();
   if (++questions_ == kPatientQuestions && permission_ == platform::kAuthorizationNotDetermined) {
     report_.add("access", "No answer has come yet: \"ovinta doctor\" says what is missing.");

@@ -16,7 +16,8 @@ namespace ovinta::cli {
 class LiveTrack {
  public:
   /// `options` and `interruption` must outlive the object.
-  LiveTrack(const ClientOptions& options, Interruption& interruption);
+  LiveTrack(const ClientOptions& options, platform::linux::PositionSource source,
+            Interruption& interruption);
   ~LiveTrack() { session_->disconnect(); }
   LiveTrack(const LiveTrack&) = delete;
   LiveTrack& operator=(const LiveTrack&) = delete;
@@ -46,12 +47,12 @@ class LiveTrack {
   TrackReport report_;
   std::shared_ptr<ObservedURLSession> session_;
   std::shared_ptr<ObservedLocationServices> location_;
-  const std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
   /// As last told.
   std::optional<platform::AuthorizationStatus> permission_;
   bool wasGranted_ = false;
-  /// How many times the permission was asked for.
+  /// How many times the permission was asked for since it was there last.
   int questions_ = 0;
+  std::chrono::steady_clock::time_point nextQuestion_ = std::chrono::steady_clock::now();
   bool isFollowing_ = false;
   /// Absent as long as orders may be open.
   std::optional<ExitCode> end_;
