@@ -199,22 +199,18 @@ TEST_F(Threads, UseTheLibraryAtOnce) {
   expectOrdersOfTheService();
 }
 
-class ExitingProcess : public ::testing::TestWithParam<const char*> {};
-
-TEST_P(ExitingProcess, EndsCleanlyWithRequestsUnderWay) {
-  LocalServer silent([](test::ServerConnection& connection) { connection.waitForClose(); });
+TEST(ExitingProcess, EndsCleanlyWithRequestsUnderWay) {
   const test::TemporaryDirectory directory;
-  for (int run = 0; run < 15; ++run) {
-    const auto result = test::runCommand(
-        {OVINTA_SDK_EXIT_HELPER, GetParam(), std::to_string(silent.port()), directory.path()});
-    ASSERT_EQ(result.exitCode, 0) << "in run " << run << ": " << result.output;
+  LocalServer silent([](test::ServerConnection& connection) { connection.waitForClose(); });
+  // From the main thread, from an operation and from the URL session.
+  for (const char* lastURL : {"", "not a URL", "http://127.0.0.1:1/"}) {
+    for (int run = 0; run < 15; ++run) {
+      const auto result =
+          test::runCommand({OVINTA_SDK_EXIT_HELPER, silent.url(), directory.path(), lastURL});
+      ASSERT_EQ(result.exitCode, 0) << lastURL << ", run " << run << ": " << result.output;
+    }
   }
 }
-
-INSTANTIATE_TEST_SUITE_P(, ExitingProcess,
-                         ::testing::Values("fromMain", "whileSyncing", "fromOperation",
-                                           "fromCallback"),
-                         [](const auto& instance) { return std::string(instance.param); });
 
 }  // namespace
 }  // namespace ovinta

@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 
 #include "OvintaSDK/api/OvintaAPIError.h"
+#include "OvintaSDK/core/TextHelpers.h"
 #include "tests/support/SDKFixture.h"
 
 namespace ovinta::test {
@@ -24,12 +25,26 @@ TEST_F(ErrorTest, TitlesTellWhatWasDone) {
       {Context("getting Sites for a region"), "Error Getting Sites For A Region"},
       {Context("reading THE url"), "Error Reading The Url"},
       {ErrorSubject::ofType("SyncOrdersOperation"), "Error with Sync Orders Operation"},
-      {ErrorSubject::ofType("URLError"), "Error with U R L Error"},
   };
   for (const auto& [subject, title] : cases) {
     EXPECT_EQ(OvintaError("message", subject).title(), title);
     EXPECT_EQ(OvintaAPIError({}, {}, subject).title(), title);
   }
+}
+
+TEST_F(ErrorTest, CamelCaseFallsIntoWordsBeforeEachCapital) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"ABC", "A B C"},
+      {"GetCustomerOperation", "Get Customer Operation"},
+      {"already Two", "already  Two"},
+      {"grünÄpfel", "grün Äpfel"},
+      {"aǅ", "a ǅ"},
+      {"a𝐀", "a 𝐀"},
+      // Bytes that are not UTF-8, also a sequence that is cut off, pass through.
+      {"a\xC3", "a\xC3"},
+      {"\xFF\x41", "\xFF A"},
+  };
+  for (const auto& [text, words] : cases) EXPECT_EQ(wordsFromCamelCase(text), words) << text;
 }
 
 TEST_F(ErrorTest, APIErrorsTellWhatTheAnswerSays) {

@@ -57,9 +57,7 @@ TEST_F(OrderStoreDeathTest, AStoreThatCannotBeLoadedEndsTheProcess) {
                "file OvintaSDK/Ovinta, line 155");
   useContainer(platform::StoreError{"disk full", {}});
   EXPECT_DEATH(OvintaState::current().persistentContainer(), "disk full, .:.: file");
-}
-
-TEST_F(OrderStoreDeathTest, AContainerWithoutStoresEndsTheProcess) {
+  // A container that loads and has no stores.
   useContainer(std::nullopt);
   EXPECT_EXIT(OvintaState::current().persistentContainer(), ::testing::KilledBySignal(SIGABRT),
               "^$");

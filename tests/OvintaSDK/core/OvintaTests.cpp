@@ -15,35 +15,28 @@ namespace ovinta::test {
 namespace {
 
 using platform::Dictionary;
+using ::testing::ElementsAre;
 using ::testing::StartsWith;
 
-/// Counts the location managers, and those that were not made on the main thread.
-class CountingLocation : public platform::simulation::SimulatedLocation {
+/// Notes of each location manager whether it is made on the main thread.
+class NotingLocation : public platform::simulation::SimulatedLocation {
  public:
-  explicit CountingLocation(const platform::Services& services)
-      : SimulatedLocation(services.mainQueue, services.geodesy), mainQueue_(services.mainQueue) {}
+  using SimulatedLocation::SimulatedLocation;
   std::unique_ptr<platform::LocationManager> makeLocationManager() override {
-    ++made;
-    if (!mainQueue_->isMain()) ++madeElsewhere;
+    madeOnMain.push_back(platform::services().mainQueue->isMain());
     return SimulatedLocation::makeLocationManager();
   }
-  std::atomic<int> made = 0;
-  std::atomic<int> madeElsewhere = 0;
-
- private:
-  std::shared_ptr<platform::MainQueue> mainQueue_;
+  std::vector<bool> madeOnMain;
 };
 
 class OvintaTest : public SDKFixture {
  protected:
   OvintaTest() {
-    locationServices = std::make_shared<CountingLocation>(services);
+    locationServices = std::make_shared<NotingLocation>(services.mainQueue, services.geodesy);
     restartWith([this](platform::Services& changed) { changed.location = locationServices; });
   }
 
-  static std::optional<std::string> appToken() { return OvintaState::current().appToken.get(); }
-
-  std::shared_ptr<CountingLocation> locationServices;
+  std::shared_ptr<NotingLocation> locationServices;
 };
 
 TEST_F(OvintaTest, ConfigureTakesOnlyATextAsToken) {
@@ -58,9 +51,9 @@ TEST_F(OvintaTest, ConfigureTakesOnlyATextAsToken) {
   };
   for (const auto& [options, token] : cases) {
     Ovinta::configure(options);
-    EXPECT_EQ(appToken(), token);
+    EXPECT_EQ(OvintaState::current().appToken.get(), token);
   }
-  EXPECT_EQ(locationServices->made, 1);
+  EXPECT_THAT(locationServices->madeOnMain, ElementsAre(true));
   EXPECT_TRUE(device->isBatteryMonitoringEnabled());
 }
 
@@ -81,8 +74,7 @@ TEST_F(OvintaTest, ConfigureHasTheMainThreadMakeTheUpdater) {
   EXPECT_TRUE(time.waitUntil([&returned] { return returned.load(); }, std::chrono::minutes(1)));
   other.join();
   EXPECT_NE(OvintaState::current().locationUpdater(), nullptr);
-  EXPECT_EQ(locationServices->made, 1);
-  EXPECT_EQ(locationServices->madeElsewhere, 0);
+  EXPECT_THAT(locationServices->madeOnMain, ElementsAre(true));
 }
 
 TEST_F(OvintaTest, VersionsAreReadOnce) {

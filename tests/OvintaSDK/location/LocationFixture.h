@@ -17,6 +17,17 @@ using namespace std::chrono_literals;
 using test::requiredOrder;
 using test::with;
 
+inline constexpr const char* kUUID = "2F234454-CF6D-4A0F-ADF2-F4911BA9FFA6";
+
+/// A sighting of the beacon with minor number 2.
+inline platform::RangedBeacon sighting(std::int64_t rssi, double accuracy, std::int64_t major = 1) {
+  return {.proximityUUID = platform::UUID::parse(kUUID).value(),
+          .major = major,
+          .minor = 2,
+          .rssi = rssi,
+          .accuracy = accuracy};
+}
+
 /// A signed-in customer, and a location updater once `start` was called. The permission is "always"
 /// unless a test changes it.
 class LocationFixture : public test::SDKFixture {

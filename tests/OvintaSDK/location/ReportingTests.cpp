@@ -8,8 +8,6 @@ namespace {
 using std::chrono::milliseconds;
 using testing::ElementsAre;
 
-constexpr const char* kUUID = "2F234454-CF6D-4A0F-ADF2-F4911BA9FFA6";
-
 class Reporting : public LocationFixture {
  protected:
   /// Lets time pass in steps of 100 ms, calls `atStep` with the time since the begin before each,
@@ -25,14 +23,6 @@ class Reporting : public LocationFixture {
       time.advance(100ms);
     }
     return times;
-  }
-
-  static platform::RangedBeacon beacon(std::int64_t rssi, double accuracy) {
-    return {.proximityUUID = platform::UUID::parse(kUUID).value(),
-            .major = 1,
-            .minor = 2,
-            .rssi = rssi,
-            .accuracy = accuracy};
   }
 
   double metres_ = 0;
@@ -144,7 +134,7 @@ TEST_F(Reporting, SendsNothingWithoutACustomerOrABaseURL) {
 
 TEST_F(Reporting, SendsForBeaconsOnceMoreThanFiveSecondsHavePassed) {
   startTrackingWithBeacons();
-  location->setBeaconsInRange({beacon(-60, 1.5)});
+  location->setBeaconsInRange({sighting(-60, 1.5)});
   // Heard at 1000, and then every second. The position's own check, at 2000, comes too soon.
   EXPECT_THAT(sendTimes(14s,
                         [this](int now) {
@@ -159,7 +149,7 @@ TEST_F(Reporting, SendsForBeaconsOnceMoreThanFiveSecondsHavePassed) {
 
 TEST_F(Reporting, SendsOnceMoreWhenTheBeaconsHaveFallenSilent) {
   startTrackingWithBeacons();
-  location->setBeaconsInRange({beacon(-60, 1.5)});
+  location->setBeaconsInRange({sighting(-60, 1.5)});
   const auto times = sendTimes(20s, [this](int now) {
     if (now == 0) location->deliver(at(0));
     if (now == 1500) location->setBeaconsInRange({});

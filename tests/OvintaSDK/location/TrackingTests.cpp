@@ -1,8 +1,9 @@
 // When the user is followed, how closely, and which beacon regions are watched.
+#include <cmath>
 #include <thread>
 #include <tuple>
 
-#include "OvintaSDK/core/UserDefaultsKey.h"
+#include "OvintaSDK/location/TrackingProfile.h"
 #include "tests/OvintaSDK/location/LocationFixture.h"
 
 namespace ovinta {
@@ -14,8 +15,6 @@ using platform::LocationAccuracy;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::UnorderedElementsAre;
-
-constexpr const char* kUUID = "2F234454-CF6D-4A0F-ADF2-F4911BA9FFA6";
 
 class Tracking : public LocationFixture {
  protected:
@@ -131,6 +130,28 @@ TEST_F(Tracking, WatchesTheBeaconRegionsOfAllOpenOrders) {
   fetchOrders({orderWithRegions(4, {region({{"major", 5}})})});
   EXPECT_THAT(location->rangedRegions(), ElementsAre(platformRegion(5, {})));
   EXPECT_THAT(location->monitoredRegions(), ElementsAre(platformRegion(5, {})));
+}
+
+TEST(TrackingProfile, FollowsTheTableUpToItsBorders) {
+  constexpr auto kNear = LocationAccuracy::bestForNavigation;
+  constexpr auto kFar = LocationAccuracy::best;
+  const auto below = [](double border) { return std::nextafter(border, 0); };
+  // Per distance: the filter while the battery is charged, and otherwise.
+  const std::tuple<double, LocationAccuracy, ActivityType, double, double> rows[] = {
+      {below(250), kNear, ActivityType::otherNavigation, 3, 3},
+      {250, kNear, ActivityType::otherNavigation, 15, 30},
+      {below(500), kNear, ActivityType::otherNavigation, 15, 30},
+      {500, kFar, ActivityType::automotiveNavigation, 100, 200},
+      {below(2000), kFar, ActivityType::automotiveNavigation, 100, 200},
+      {2000, kFar, ActivityType::automotiveNavigation, 200, 400}};
+  for (const auto& [distance, accuracy, activity, charging, otherwise] : rows) {
+    for (const auto battery : {BatteryState::charging, BatteryState::unknown,
+                               BatteryState::unplugged, BatteryState::full}) {
+      const double filter = battery == BatteryState::charging ? charging : otherwise;
+      EXPECT_EQ(trackingProfile(distance, battery), (TrackingProfile{accuracy, activity, filter}))
+          << distance << ", battery " << static_cast<int>(battery);
+    }
+  }
 }
 
 TEST_F(Tracking, AdaptsToTheDistanceAndTheBattery) {
