@@ -196,12 +196,6 @@ std::string SDKFixture::happened(std::initializer_list<std::string_view> firstWo
   return text;
 }
 
-std::vector<std::string> SDKFixture::requestLines() const {
-  std::vector<std::string> lines;
-  for (const auto& request : requests()) lines.push_back(requestLine(request));
-  return lines;
-}
-
 std::vector<std::string> SDKFixture::bodies(std::string_view method, std::string_view path) const {
   const std::string line = std::string(method) + " " + std::string(path);
   std::vector<std::string> bodies;

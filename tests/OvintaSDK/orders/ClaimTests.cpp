@@ -11,9 +11,6 @@ class Claim : public OrdersFixture {
   Claim() {
     answer("GET", "m/v1/orders/CODE/edit", dataAnswer(requiredOrder(7)));
     answer("PUT", "m/v1/orders/CODE", dataAnswer(requiredOrder(7)));
-    answer("POST", "m/v1/events", Answer::json(200, ""));
-    answer("POST", "m/v1/customer",
-           dataAnswer(with(test::customerRecord(), {{"api_token", "new-token"}})));
   }
 
   std::string lookUp() {

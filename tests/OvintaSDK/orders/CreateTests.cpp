@@ -8,12 +8,7 @@ namespace {
 
 class Create : public OrdersFixture {
  protected:
-  Create() {
-    answer("POST", "m/v1/orders", dataAnswer(requiredOrder(7)));
-    answer("POST", "m/v1/events", Answer::json(200, ""));
-    answer("POST", "m/v1/customer",
-           dataAnswer(with(test::customerRecord(), {{"api_token", "new-token"}})));
-  }
+  Create() { answer("POST", "m/v1/orders", dataAnswer(requiredOrder(7))); }
 
   std::string create(const CreateOrderInfo& info) {
     orders.create(info, tell());

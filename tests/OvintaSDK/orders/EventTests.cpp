@@ -13,7 +13,6 @@ class Event : public OrdersFixture {
     fetchOrders({requiredOrder(7), with(requiredOrder(8), {{"customer_rating_value_string", "4"},
                                                            {"customer_rating_comments", "Good"}})});
     happened();
-    answer("POST", "m/v1/events", Answer::json(200, ""));
   }
 
   /// What follows the sending.
@@ -41,6 +40,8 @@ TEST_F(Event, SaysWhatHappened) {
 }
 
 TEST_F(Event, ChangesTheOrderWhenAccepted) {
+  fetchOrders({requiredOrder(7), requiredOrder(7)});
+  happened();
   orders.event(7, CustomerState::arrived, tell());
   EXPECT_EQ(order(0)->customerState(), CustomerState::created) << "not before the answer";
   EXPECT_EQ(outcome(), R"(
@@ -48,6 +49,7 @@ log Successfully created order event
 posted orderUpdated order 7
 told order 7)");
   EXPECT_EQ(order(0)->customerState(), CustomerState::arrived);
+  EXPECT_EQ(order(1)->customerState(), CustomerState::created) << "the first of its number";
 }
 
 TEST_F(Event, TakesAFinishedOrderOutOfTheOpenOnesAlone) {
@@ -127,14 +129,6 @@ TEST_F(Event, IsDroppedWithoutABaseURLOrACustomer) {
     drain();
     EXPECT_EQ(happened(), "");
   }
-}
-
-TEST_F(Event, FindsTheFirstOrderOfItsNumber) {
-  fetchOrders({requiredOrder(7), requiredOrder(7)});
-  orders.event(7, OrderState::ready);
-  drain();
-  EXPECT_EQ(order(0)->state(), OrderState::ready);
-  EXPECT_EQ(order(1)->state(), OrderState::created);
 }
 
 }  // namespace

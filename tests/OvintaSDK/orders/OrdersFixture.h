@@ -16,6 +16,12 @@ using test::with;
 
 class OrdersFixture : public test::SDKFixture {
  protected:
+  OrdersFixture() {
+    answer("POST", "m/v1/events", Answer::json(200, ""));
+    answer("POST", "m/v1/customer",
+           dataAnswer(with(test::customerRecord(), {{"api_token", "new-token"}})));
+  }
+
   /// The three lists as "all: orders 1 2; open: orders 1; closed: orders 2".
   static std::string lists() {
     const OrdersManager& orders = Ovinta::orders();

@@ -69,6 +69,11 @@ TEST_F(Sync, FollowsAListThatTheApplicationSets) {
   EXPECT_FALSE(orders.all());
   EXPECT_EQ(stored().size(), 1u) << "an absent list leaves the store alone";
   EXPECT_EQ(std::ranges::count(logLines(), "Finished syncing orders"), 2);
+
+  SyncOrdersOperation(OrderList{decodeOrder(requiredOrder(1))}, tell()).main();
+  EXPECT_THAT(happened(), testing::EndsWith("\ntold orders 1")) << "those that it stored";
+  SyncOrdersOperation({}, nullptr).main();
+  EXPECT_THAT(stored(), IsEmpty());
 }
 
 TEST_F(Sync, DisturbsNothingWhenItFails) {
@@ -88,14 +93,6 @@ TEST_F(Sync, DisturbsNothingWhenItFails) {
     SyncOrdersOperation(*Ovinta::orders().all(), tell()).main();
     EXPECT_THAT(happened(), testing::EndsWith(deletes ? ": cannot save" : ": cannot delete"));
   }
-}
-
-TEST_F(Sync, ReportsTheOrdersThatItStored) {
-  const OrderList orders{decodeOrder(requiredOrder(1))};
-  SyncOrdersOperation(orders, tell()).main();
-  EXPECT_EQ(happened({"told"}), "\ntold orders 1");
-  SyncOrdersOperation({}, nullptr).main();
-  EXPECT_THAT(stored(), IsEmpty());
 }
 
 }  // namespace
