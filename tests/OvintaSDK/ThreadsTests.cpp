@@ -25,15 +25,12 @@
 #include "tests/support/LocalServer.h"
 #include "tests/support/TemporaryDirectory.h"
 
-namespace ovinta {
+namespace ovinta::test {
 namespace {
 
 using namespace std::chrono_literals;
 using platform::simulation::RecordingLog;
 using platform::simulation::SimulatedLocation;
-using platform::simulation::VirtualTime;
-using test::httpAnswer;
-using test::LocalServer;
 
 constexpr int kThreads = 4;
 constexpr int kRounds = 10;
@@ -41,29 +38,28 @@ constexpr int kRounds = 10;
 /// accepts no events.
 constexpr int kOrders = 6;
 
-std::string answer(const test::ReceivedRequest& request) {
+std::string answer(const ReceivedRequest& request) {
   const auto isAbout = [&request](int order) {
     return request.body.find("\"order_id\":" + std::to_string(order)) != std::string::npos;
   };
   if (request.target == "/m/v1/customer") {
-    return httpAnswer("200 OK", test::dataText(test::customerRecord()));
+    return httpAnswer("200 OK", dataText(customerRecord()));
   }
   if (request.target == "/m/v1/events") {
     if (isAbout(kOrders)) return httpAnswer("410 Gone");
     return httpAnswer(isAbout(kOrders - 1) ? "422 Unprocessable Entity" : "200 OK");
   }
   if (request.method != "GET") {
-    return httpAnswer("200 OK", test::dataText(test::requiredOrder(9)));
+    return httpAnswer("200 OK", dataText(requiredOrder(9)));
   }
   platform::List orders;
   for (int id = 1; id <= kOrders; ++id) {
-    orders.emplace_back(
-        test::with(test::fullOrder(), {{"id", id},
-                                       {"push_token", ""},
-                                       {"state", id % 3 == 0 ? "cancelled" : "ready"},
-                                       {"updated_at", "2021-03-04T10:00:00.000Z"}}));
+    orders.emplace_back(with(fullOrder(), {{"id", id},
+                                           {"push_token", ""},
+                                           {"state", id % 3 == 0 ? "cancelled" : "ready"},
+                                           {"updated_at", "2021-03-04T10:00:00.000Z"}}));
   }
-  return httpAnswer("200 OK", test::dataText(std::move(orders)));
+  return httpAnswer("200 OK", dataText(std::move(orders)));
 }
 
 class Threads : public ::testing::Test {
@@ -130,8 +126,8 @@ class Threads : public ::testing::Test {
         << error.localizedDescription;
   }
 
-  test::TemporaryDirectory directory;
-  VirtualTime time{platform::Date(1614889800s)};
+  TemporaryDirectory directory;
+  platform::simulation::VirtualTime time{platform::Date(1614889800s)};
   std::shared_ptr<RecordingLog> log = std::make_shared<RecordingLog>();
   std::shared_ptr<SimulatedLocation> location;
   std::shared_ptr<std::atomic<int>> updates = std::make_shared<std::atomic<int>>(0);
@@ -156,7 +152,7 @@ TEST_F(Threads, MakeEachManagerOnce) {
 
 TEST_F(Threads, UseTheLibraryAtOnce) {
   Ovinta::configure({{"token", "app"}});
-  Ovinta::customer().setCurrent(std::make_shared<const Customer>(test::customer()));
+  Ovinta::customer().setCurrent(std::make_shared<const Customer>(customer()));
   std::atomic<int> asked = 0;
   std::atomic<int> reported = 0;
   std::atomic<int> fetched = 0;
@@ -200,17 +196,17 @@ TEST_F(Threads, UseTheLibraryAtOnce) {
 }
 
 TEST(ExitingProcess, EndsCleanlyWithRequestsUnderWay) {
-  const test::TemporaryDirectory directory;
-  LocalServer silent([](test::ServerConnection& connection) { connection.waitForClose(); });
+  const TemporaryDirectory directory;
+  LocalServer silent([](ServerConnection& connection) { connection.waitForClose(); });
   // From the main thread, from an operation and from the URL session.
   for (const char* lastURL : {"", "not a URL", "http://127.0.0.1:1/"}) {
     for (int run = 0; run < 15; ++run) {
       const auto result =
-          test::runCommand({OVINTA_SDK_EXIT_HELPER, silent.url(), directory.path(), lastURL});
+          runCommand({OVINTA_SDK_EXIT_HELPER, silent.url(), directory.path(), lastURL});
       ASSERT_EQ(result.exitCode, 0) << lastURL << ", run " << run << ": " << result.output;
     }
   }
 }
 
 }  // namespace
-}  // namespace ovinta
+}  // namespace ovinta::test

@@ -8,9 +8,6 @@
 namespace ovinta {
 namespace {
 
-using test::CommandResult;
-using testing::HasSubstr;
-
 /// Keeps what follows from the services of whoever runs the tests.
 const std::string kNoBus = "export DBUS_S{YSTEM,ESSION}_BUS_ADDRESS=unix:path=/nowhere; ";
 
@@ -28,7 +25,7 @@ class ClientTest : public testing::Test {
  protected:
   void SetUp() override { ASSERT_EQ(service_.start(), std::nullopt); }
 
-  CommandResult run(const std::string& line) {
+  test::CommandResult run(const std::string& line) {
     const std::string prelude = R"bash(
 ovinta() { $ovinta "$@" --data-dir $home/data --base-url "$service"; }
 merchant() {
@@ -44,9 +41,9 @@ field() { echo "$(sed -n "s/.*\"$1\":\"\([^\"]*\)\".*/\1/p")"; }
 
   void expect(const std::vector<Call>& calls) {
     for (const Call& call : calls) {
-      const CommandResult result = run(call.line);
+      const test::CommandResult result = run(call.line);
       EXPECT_EQ(result.exitCode, call.exitCode) << call.line << "\n" << result.output;
-      EXPECT_THAT(result.output, HasSubstr(call.output)) << call.line;
+      EXPECT_THAT(result.output, testing::HasSubstr(call.output)) << call.line;
     }
   }
 

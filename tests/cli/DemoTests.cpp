@@ -10,10 +10,8 @@ namespace ovinta {
 namespace {
 
 using test::CommandResult;
-using testing::AllOf;
 using testing::Contains;
 using testing::HasSubstr;
-using testing::IsSupersetOf;
 
 CommandResult demo(std::vector<std::string> arguments) {
   arguments.insert(arguments.begin(), {OVINTA_COMMAND, "demo", "--pace", "0"});
@@ -39,7 +37,7 @@ TEST(Demo, goesFromTheAccountToTheRating) {
   EXPECT_EQ(textsOfKind(result, "step").size(), 15U);
 
   EXPECT_THAT(textsOfKind(result, "request"),
-              IsSupersetOf<testing::Matcher<std::string>>(
+              testing::IsSupersetOf<testing::Matcher<std::string>>(
                   {"POST m/v1/customer -> 200", "POST m/v1/orders -> 200", "GET m/v1/orders -> 200",
                    testing::MatchesRegex("PUT m/v1/orders/.*-> 200"),
                    "POST m/v1/events permission_update (authorized_when_in_use) -> 200",
@@ -57,10 +55,10 @@ TEST(Demo, goesFromTheAccountToTheRating) {
   ASSERT_GT(seen.size(), accuracies.size());
   EXPECT_TRUE(std::equal(accuracies.begin(), accuracies.end(), seen.begin()));
   EXPECT_THAT(seen, Contains("best for navigation, 3 m"));
-  EXPECT_THAT(
-      textsOfKind(result, "summary"),
-      ElementsAre(AllOf(HasSubstr(R"("customer_state":"completed")"),
-                        HasSubstr(R"("state":"ready")"), HasSubstr(R"("succeeded":true)"))));
+  EXPECT_THAT(textsOfKind(result, "summary"),
+              ElementsAre(testing::AllOf(HasSubstr(R"("customer_state":"completed")"),
+                                         HasSubstr(R"("state":"ready")"),
+                                         HasSubstr(R"("succeeded":true)"))));
 }
 
 TEST(Demo, printsTheSameEventsForTheSameSeedOnly) {

@@ -7,8 +7,6 @@ namespace ovinta {
 namespace {
 
 using test::shell;
-using testing::ContainsRegex;
-using testing::HasSubstr;
 
 /// The commands that the help of a command names, and those below them, e.g. "orders event".
 std::vector<std::string> commandsBelow(const std::string& command) {
@@ -34,8 +32,8 @@ TEST(Manual, namesEveryCommand) {
     commands.insert(commands.end(), below.begin(), below.end());
     std::string path = "/" + commands[i];
     std::ranges::replace(path, ' ', '/');
-    EXPECT_THAT(completion, HasSubstr("\"" + path + "\") words="));
-    EXPECT_THAT(page, ContainsRegex(".SS \"ovinta " + commands[i] + "[\" ]"));
+    EXPECT_THAT(completion, testing::HasSubstr("\"" + path + "\") words="));
+    EXPECT_THAT(page, testing::ContainsRegex(".SS \"ovinta " + commands[i] + "[\" ]"));
   }
   EXPECT_GE(commands.size(), 32U);
   // Shared options once, with the exit codes and the variables.

@@ -7,9 +7,7 @@
 namespace ovinta {
 namespace {
 
-using test::CommandResult;
 using test::shell;
-using testing::HasSubstr;
 
 TEST(Process, failsWhenItsOutputCannotBeWritten) {
   const test::TemporaryDirectory directory;
@@ -17,7 +15,7 @@ TEST(Process, failsWhenItsOutputCannotBeWritten) {
     const auto result =
         shell("data=" + directory.path().string() + "; $ovinta " + command + " > /dev/full");
     EXPECT_EQ(result.exitCode, 1) << command;
-    EXPECT_THAT(result.output, HasSubstr("the output could not be written"));
+    EXPECT_THAT(result.output, testing::HasSubstr("the output could not be written"));
   }
 }
 
@@ -58,7 +56,7 @@ TEST(Process, saysWhyATripHasNoBus) {
     const auto result = shell("home=" + home + "; mkdir -p $home; ln -sf $(which setpriv) $home; " +
                               variable + " $ovinta replay -- true");
     EXPECT_EQ(result.exitCode, 1) << variable;
-    EXPECT_THAT(result.output, HasSubstr(sentence));
+    EXPECT_THAT(result.output, testing::HasSubstr(sentence));
   }
 }
 
@@ -67,7 +65,7 @@ std::string noReplay() { return shell("$ovinta replay -- true").output; }
 
 TEST(Process, endsAsTheCommandDoesThatATripIsReplayedTo) {
   if (const auto reason = noReplay(); !reason.empty()) GTEST_SKIP() << reason;
-  const std::pair<std::string, CommandResult> cases[] = {
+  const std::pair<std::string, test::CommandResult> cases[] = {
       {"sh -c 'exit 7'", {7, ""}},
       {"sh -c 'kill -KILL $$'", {137, ""}},
       {"echo track -- --pace", {0, "track -- --pace\n"}},

@@ -108,6 +108,12 @@ class SDKFixture : public ::testing::Test {
   /// With words given: only the lines that begin with one of them.
   std::string happened(std::initializer_list<std::string_view> firstWords = {});
 
+  /// The same once everything is drained.
+  std::string outcome(std::initializer_list<std::string_view> firstWords = {}) {
+    drain();
+    return happened(firstWords);
+  }
+
   void note(std::string_view line) { journal_->note(line); }
 
   /// A callback that notes its arguments.

@@ -7,7 +7,6 @@
 namespace ovinta::test {
 namespace {
 
-using platform::HTTPResponse;
 using ErrorTest = SDKFixture;
 
 struct Context : ErrorContext {
@@ -74,7 +73,7 @@ TEST_F(ErrorTest, APIErrorsTellWhatTheAnswerSays) {
   for (const auto& [status, data, description] : cases) {
     SCOPED_TRACE(std::to_string(status.value_or(0)) + " " + data.value_or("(none)"));
     const auto response =
-        status ? std::optional(HTTPResponse{.statusCode = *status}) : std::nullopt;
+        status ? std::optional(platform::HTTPResponse{.statusCode = *status}) : std::nullopt;
     const OvintaAPIError error(response, data, {});
     EXPECT_EQ(error.errorDescription(), description);
     EXPECT_EQ(error.statusCode(), status ? httpStatusCode(*status) : std::nullopt);
@@ -101,7 +100,7 @@ TEST_F(ErrorTest, UpgradeLinkIsReadFromTheHeader) {
   };
   for (const auto& [headers, url] : cases) {
     for (const int status : {425, 500}) {
-      const HTTPResponse response{.statusCode = status, .headers = headers};
+      const platform::HTTPResponse response{.statusCode = status, .headers = headers};
       EXPECT_EQ(OvintaAPIError(response, {}, {}).appUpgradeURL(), url);
     }
   }

@@ -16,13 +16,8 @@ namespace ovinta::test {
 namespace {
 
 using platform::HTTPResponse;
-using platform::TransportError;
-using ::testing::AllOf;
-using ::testing::Each;
-using ::testing::ElementsAre;
 using ::testing::EndsWith;
 using ::testing::IsEmpty;
-using ::testing::SizeIs;
 using ::testing::StartsWith;
 
 /// Runs one operation. What it sends is tested with its manager, and what the statuses of the
@@ -58,7 +53,7 @@ class OperationTest : public SDKFixture, public ::testing::WithParamInterface<Op
 };
 
 TEST_P(OperationTest, TellsTheTransportsErrorBeforeAnAnswer) {
-  const TransportError lost{"lost"};
+  const platform::TransportError lost{"lost"};
   EXPECT_EQ(outcome({GetParam().answer, HTTPResponse{500}, lost}), failure<OvintaError>("lost"));
   EXPECT_EQ(outcome({{}, HTTPResponse{GetParam().success}, lost}), failure<OvintaError>("lost"));
   EXPECT_EQ(outcome({}), failure<OvintaError>("Unknown Error"));
@@ -74,8 +69,8 @@ TEST_P(OperationTest, ReportsAnswersThatCannotBeRead) {
         << text;
   }
   const std::string& prefix = GetParam().logPrefix;
-  EXPECT_THAT(logLines(), SizeIs(prefix.empty() ? 0U : GetParam().unreadable.size()));
-  EXPECT_THAT(logLines(), Each(AllOf(StartsWith(prefix), EndsWith("."))));
+  EXPECT_THAT(logLines(), testing::SizeIs(prefix.empty() ? 0U : GetParam().unreadable.size()));
+  EXPECT_THAT(logLines(), testing::Each(testing::AllOf(StartsWith(prefix), EndsWith("."))));
   if (prefix.empty()) return;
   EXPECT_EQ(logLines().front(), prefix + "data corrupted: The given data was not valid JSON..");
 }
@@ -116,8 +111,8 @@ TEST_F(SingleOperationTest, ABodyThatCannotBeWrittenIsLeftOut) {
   const std::string printed = ::testing::internal::GetCapturedStdout();
   drain();
   EXPECT_EQ(std::ranges::count(printed, '\n'), 1);
-  EXPECT_THAT(printed, AllOf(StartsWith("invalid value"), EndsWith("\n")));
-  EXPECT_THAT(bodies("POST", "m/v1/events"), ElementsAre("(none)"));
+  EXPECT_THAT(printed, testing::AllOf(StartsWith("invalid value"), EndsWith("\n")));
+  EXPECT_THAT(bodies("POST", "m/v1/events"), testing::ElementsAre("(none)"));
   EXPECT_EQ(calls, 1);
 }
 

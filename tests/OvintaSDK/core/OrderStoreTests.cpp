@@ -8,9 +8,6 @@
 namespace ovinta::test {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::StartsWith;
-
 using OrderStoreTest = SDKFixture;
 
 TEST_F(OrderStoreTest, IsWrittenOneOperationAtATime) {
@@ -21,7 +18,7 @@ TEST_F(OrderStoreTest, IsWrittenOneOperationAtATime) {
   // Whoever makes the container wants the limit, whatever was set meanwhile.
   state.storeQueue().setMaxConcurrentOperationCount(4);
   EXPECT_EQ(&state.persistentContainer(), &state.persistentContainer());
-  EXPECT_THAT(logLines(), ElementsAre(StartsWith("Container location is ")));
+  EXPECT_THAT(logLines(), testing::ElementsAre(testing::StartsWith("Container location is ")));
   EXPECT_EQ(state.storeQueue().maxConcurrentOperationCount(), 1U);
 }
 

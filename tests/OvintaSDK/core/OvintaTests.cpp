@@ -14,10 +14,6 @@
 namespace ovinta::test {
 namespace {
 
-using platform::Dictionary;
-using ::testing::ElementsAre;
-using ::testing::StartsWith;
-
 /// Notes of each location manager whether it is made on the main thread.
 class NotingLocation : public platform::simulation::SimulatedLocation {
  public:
@@ -41,7 +37,7 @@ class OvintaTest : public SDKFixture {
 
 TEST_F(OvintaTest, ConfigureTakesOnlyATextAsToken) {
   using Token = std::optional<std::string>;
-  const std::pair<Dictionary, Token> cases[] = {
+  const std::pair<platform::Dictionary, Token> cases[] = {
       {{}, {}},
       {{{"token", 42}}, {}},
       {{{"token", "first"}, {"Token", "other"}}, "first"},
@@ -53,7 +49,7 @@ TEST_F(OvintaTest, ConfigureTakesOnlyATextAsToken) {
     Ovinta::configure(options);
     EXPECT_EQ(OvintaState::current().appToken.get(), token);
   }
-  EXPECT_THAT(locationServices->madeOnMain, ElementsAre(true));
+  EXPECT_THAT(locationServices->madeOnMain, testing::ElementsAre(true));
   EXPECT_TRUE(device->isBatteryMonitoringEnabled());
 }
 
@@ -61,7 +57,7 @@ TEST_F(OvintaTest, ConfigureRegistersADefaultBaseURL) {
   Ovinta::configure({});
   EXPECT_EQ(UserDefaultsKey::apiBase.stringValue(), kBaseURL);
   UserDefaultsKey::apiBase.remove();
-  EXPECT_THAT(UserDefaultsKey::apiBase.stringValue().value_or(""), StartsWith("https://"));
+  EXPECT_THAT(UserDefaultsKey::apiBase.stringValue().value_or(""), testing::StartsWith("https://"));
 }
 
 TEST_F(OvintaTest, ConfigureHasTheMainThreadMakeTheUpdater) {
@@ -74,7 +70,7 @@ TEST_F(OvintaTest, ConfigureHasTheMainThreadMakeTheUpdater) {
   EXPECT_TRUE(time.waitUntil([&returned] { return returned.load(); }, std::chrono::minutes(1)));
   other.join();
   EXPECT_NE(OvintaState::current().locationUpdater(), nullptr);
-  EXPECT_THAT(locationServices->madeOnMain, ElementsAre(true));
+  EXPECT_THAT(locationServices->madeOnMain, testing::ElementsAre(true));
 }
 
 TEST_F(OvintaTest, VersionsAreReadOnce) {

@@ -7,11 +7,8 @@
 #include "OvintaSDK/core/UserDefaultsKey.h"
 #include "tests/support/SDKFixture.h"
 
-namespace ovinta {
+namespace ovinta::test {
 namespace {
-
-using test::with;
-using test::without;
 
 using Texts = std::map<std::string, std::optional<std::string>>;
 
@@ -29,7 +26,7 @@ Texts annWithout(std::initializer_list<const char*> keys) {
   return texts;
 }
 
-class CustomerManagerTest : public test::SDKFixture {
+class CustomerManagerTest : public SDKFixture {
  protected:
   static void store(const Texts& texts) {
     for (const auto& [key, text] : texts) UserDefaultsKey::fromRawValue(key)->set(text);
@@ -98,8 +95,7 @@ PATCH m/v1/customer/password )"
   /// What comes of going a way, from the call to the end.
   std::string go(const Way& way) {
     way.go(Ovinta::customer(), tell());
-    drain();
-    return happened();
+    return outcome();
   }
 
   /// The customer before whatever a test does; in memory alone.
@@ -123,7 +119,7 @@ TEST_F(CustomerManagerTest, LoadsACustomerWhoseFiveRequiredTextsAreStored) {
       {"Customer Phone", true, [](auto& customer) { customer.info.phone.reset(); }}};
   for (const auto& [key, mayLack, change] : rows) {
     SCOPED_TRACE(key);
-    Customer expected = test::customer();
+    Customer expected = customer();
     change(expected);
     store(annWithout({key}));
     const CustomerPtr withoutText = afterRestart();
@@ -135,22 +131,21 @@ TEST_F(CustomerManagerTest, LoadsACustomerWhoseFiveRequiredTextsAreStored) {
     EXPECT_EQ(*afterRestart(), expected);
   }
   store(kAnn);
-  EXPECT_EQ(*afterRestart(), test::customer());
+  EXPECT_EQ(*afterRestart(), customer());
 }
 
 TEST_F(CustomerManagerTest, KeepsTheCustomerThatComesBack) {
-  answerAll(dataAnswer(test::customerRecord()));
+  answerAll(dataAnswer(customerRecord()));
   for (const Way& way : ways) {
     SCOPED_TRACE(way.request);
     const CustomerPtr before = makeBefore();
     UserDefaultsKey::customerToken.remove();
     way.go(Ovinta::customer(), tell());
     EXPECT_EQ(Ovinta::customer().current(), before) << "not before the answer";
-    drain();
-    EXPECT_EQ(happened(), std::string(way.request) + "\ntold customer customer-token");
-    EXPECT_EQ(*Ovinta::customer().current(), test::customer());
+    EXPECT_EQ(outcome(), std::string(way.request) + "\ntold customer customer-token");
+    EXPECT_EQ(*Ovinta::customer().current(), customer());
     EXPECT_EQ(stored(), kAnn);
-    EXPECT_EQ(*afterRestart(), test::customer());
+    EXPECT_EQ(*afterRestart(), customer());
   }
 }
 
@@ -190,8 +185,7 @@ TEST_F(CustomerManagerTest, AsksForANewPassword) {
   const CustomerPtr before = makeBefore();
   const auto ask = [this] {
     Ovinta::customer().requestNewPassword("a@b", tell());
-    drain();
-    return happened();
+    return outcome();
   };
   const std::string request = "\nPOST m/v1/customer/password {\"email\":\"a@b\"}";
   answerAll(Answer::json(202, ""));
@@ -210,7 +204,7 @@ told Error with Customer Manager: Could not load API url)");
 
 TEST_F(CustomerManagerTest, RemovesWhatANewCustomerDoesNotHave) {
   store(kAnn);
-  platform::Dictionary record = with(test::customerRecord(), {{"api_token", "other"}});
+  platform::Dictionary record = with(customerRecord(), {{"api_token", "other"}});
   for (const char* key : {"email", "phone", "car_type"}) record = without(record, key);
   answer("POST", "m/v1/customer", dataAnswer(record));
   Ovinta::customer().create({.name = "Ann"}, {.termsOfService = true, .ageVerification = true});
@@ -233,4 +227,4 @@ TEST_F(CustomerManagerTest, ForgetsTheTokenAloneAtLogout) {
 }
 
 }  // namespace
-}  // namespace ovinta
+}  // namespace ovinta::test

@@ -5,10 +5,8 @@
 #include "OvintaSDK/location/BeaconList.h"
 #include "tests/OvintaSDK/location/LocationFixture.h"
 
-namespace ovinta {
+namespace ovinta::test {
 namespace {
-
-using testing::IsEmpty;
 
 class BeaconListTest : public LocationFixture {
  protected:
@@ -28,7 +26,7 @@ TEST_F(BeaconListTest, FoldsSightingsOfOneBeaconTogether) {
   EXPECT_EQ(single().identifiers, (BeaconIdentifiers{platform::UUID::parse(kUUID).value(), 1, 2}));
   EXPECT_EQ(single().rssi.value, -65);
   EXPECT_EQ(single().distance.value, 1.5F);
-  EXPECT_EQ(single().scannedAt, test::kStart);
+  EXPECT_EQ(single().scannedAt, kStart);
   list.update({sighting(-60, 1, 3)});
   EXPECT_EQ(list.list().size(), 2u);
 }
@@ -61,7 +59,7 @@ TEST_F(BeaconListTest, ForgetsABeaconThatFellSilentForMoreThanFiveSeconds) {
 
   time.advance(5s + 1us);
   list.prune();
-  EXPECT_THAT(list.list(), IsEmpty());
+  EXPECT_THAT(list.list(), testing::IsEmpty());
 }
 
 TEST(Averager, GivesSamplesAfterTheTenthATenthOfTheWeight) {
@@ -87,4 +85,4 @@ TEST(AveragerDeathTest, EndsTheProcessWhenTheCountOverflows) {
 }
 
 }  // namespace
-}  // namespace ovinta
+}  // namespace ovinta::test

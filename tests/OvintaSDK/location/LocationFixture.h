@@ -11,11 +11,9 @@
 #include "OvintaSDK/core/SDKNotifications.h"
 #include "tests/support/SDKFixture.h"
 
-namespace ovinta {
+namespace ovinta::test {
 
 using namespace std::chrono_literals;
-using test::requiredOrder;
-using test::with;
 
 inline constexpr const char* kUUID = "2F234454-CF6D-4A0F-ADF2-F4911BA9FFA6";
 
@@ -30,7 +28,7 @@ inline platform::RangedBeacon sighting(std::int64_t rssi, double accuracy, std::
 
 /// A signed-in customer, and a location updater once `start` was called. The permission is "always"
 /// unless a test changes it.
-class LocationFixture : public test::SDKFixture {
+class LocationFixture : public SDKFixture {
  protected:
   static constexpr std::string_view kEvents = "m/v1/events";
   static constexpr double kMetresPerDegree = 110'574;
@@ -44,8 +42,7 @@ class LocationFixture : public test::SDKFixture {
   /// Makes the updater and lets it hear of the permission.
   void start() {
     OvintaState::current().makeLocationUpdater();
-    drain();
-    happened();
+    outcome();
   }
 
   /// The same, with open orders of these numbers.
@@ -79,4 +76,4 @@ class LocationFixture : public test::SDKFixture {
   }
 };
 
-}  // namespace ovinta
+}  // namespace ovinta::test

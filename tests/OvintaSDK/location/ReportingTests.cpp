@@ -2,7 +2,7 @@
 #include "OvintaSDK/core/UserDefaultsKey.h"
 #include "tests/OvintaSDK/location/LocationFixture.h"
 
-namespace ovinta {
+namespace ovinta::test {
 namespace {
 
 using std::chrono::milliseconds;
@@ -119,7 +119,7 @@ TEST_F(Reporting, SendsNothingWithoutACustomerOrABaseURL) {
   startTracking();
   UserDefaultsKey::apiBase.remove();
   expectNone();
-  UserDefaultsKey::apiBase.set(std::string(test::kBaseURL));
+  UserDefaultsKey::apiBase.set(std::string(kBaseURL));
   Ovinta::customer().setCurrent(nullptr);
   expectNone();
   EXPECT_EQ(logged("sending location update"), 2);
@@ -159,4 +159,4 @@ TEST_F(Reporting, SendsOnceMoreWhenTheBeaconsHaveFallenSilent) {
 }
 
 }  // namespace
-}  // namespace ovinta
+}  // namespace ovinta::test

@@ -6,15 +6,12 @@
 #include "OvintaSDK/location/TrackingProfile.h"
 #include "tests/OvintaSDK/location/LocationFixture.h"
 
-namespace ovinta {
+namespace ovinta::test {
 namespace {
 
 using platform::ActivityType;
 using platform::BatteryState;
 using platform::LocationAccuracy;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::UnorderedElementsAre;
 
 class Tracking : public LocationFixture {
  protected:
@@ -103,8 +100,8 @@ TEST_F(Tracking, StopsWhenTheApplicationSaysSoUntilOrdersAreUpdated) {
   fetchOrders({orderWithRegions(7, {region()})});
   Ovinta::stopLocationUpdates();
   EXPECT_FALSE(isTracking());
-  EXPECT_THAT(location->rangedRegions(), IsEmpty());
-  EXPECT_THAT(location->monitoredRegions(), IsEmpty());
+  EXPECT_THAT(location->rangedRegions(), testing::IsEmpty());
+  EXPECT_THAT(location->monitoredRegions(), testing::IsEmpty());
   fetchOrders({orderWithRegions(7, {region()})});
   EXPECT_TRUE(isTracking());
   EXPECT_EQ(location->rangedRegions().size(), 1u);
@@ -122,14 +119,14 @@ TEST_F(Tracking, WatchesTheBeaconRegionsOfAllOpenOrders) {
   const auto withoutMajor = region({{"minor", 3}});
   fetchOrders({orderWithRegions(1, {one, two}), orderWithRegions(2, {two, withoutMajor}),
                with(orderWithRegions(3, {region({{"major", 9}})}), {{"state", "gone"}})});
-  EXPECT_THAT(
-      location->rangedRegions(),
-      UnorderedElementsAre(platformRegion(1, {}), platformRegion(1, 2), platformRegion({}, {})));
+  EXPECT_THAT(location->rangedRegions(),
+              testing::UnorderedElementsAre(platformRegion(1, {}), platformRegion(1, 2),
+                                            platformRegion({}, {})));
   EXPECT_EQ(location->monitoredRegions().size(), 1u) << "keyed by the one identifier";
 
   fetchOrders({orderWithRegions(4, {region({{"major", 5}})})});
-  EXPECT_THAT(location->rangedRegions(), ElementsAre(platformRegion(5, {})));
-  EXPECT_THAT(location->monitoredRegions(), ElementsAre(platformRegion(5, {})));
+  EXPECT_THAT(location->rangedRegions(), testing::ElementsAre(platformRegion(5, {})));
+  EXPECT_THAT(location->monitoredRegions(), testing::ElementsAre(platformRegion(5, {})));
 }
 
 TEST(TrackingProfile, FollowsTheTableUpToItsBorders) {
@@ -195,4 +192,4 @@ TEST_F(Tracking, MeasuresToTheNearestSiteWithNumbersForCoordinates) {
 }
 
 }  // namespace
-}  // namespace ovinta
+}  // namespace ovinta::test

@@ -14,7 +14,6 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::StartsWith;
 
-using platform::Date;
 using platform::Dictionary;
 using platform::Value;
 using std::chrono::minutes;
@@ -45,7 +44,7 @@ TEST_F(OrderWireTest, EveryKeyHasItsMember) {
                                  "site partner", "accent", "accent text", "logo", "curb", "pickup",
                                  "Ann", "Van", "Red", "ABC 123", "token"));
 
-  const Date eight = kStart - minutes(30);
+  const platform::Date eight = kStart - minutes(30);
   EXPECT_EQ(order->redeemedAt, eight);
   EXPECT_EQ(order->etaAt(), eight + minutes(1));
   EXPECT_EQ(order->createdAt(), eight + minutes(2));

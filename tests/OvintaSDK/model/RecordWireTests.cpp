@@ -13,7 +13,6 @@ namespace ovinta::test {
 namespace {
 
 using platform::Dictionary;
-using platform::Value;
 using ::testing::ElementsAre;
 using ::testing::StartsWith;
 
@@ -47,7 +46,7 @@ TEST_F(RecordWireTest, EveryKeyOfASiteHasItsMember) {
 /// Checks what becomes of the record without each of its keys, and with a null or `wrong` in its
 /// place.
 template <class T>
-void checkKeys(const Dictionary& record, const Dictionary& required, const Value& wrong) {
+void checkKeys(const Dictionary& record, const Dictionary& required, const platform::Value& wrong) {
   for (const auto& [key, value] : record) {
     SCOPED_TRACE(key);
     const bool isRequired = required.contains(key);
@@ -114,7 +113,7 @@ TEST_F(RecordWireTest, CustomersHoldTheirDetailsInTheSameObject) {
   EXPECT_EQ(decoded<Customer>(platform::writeJSON(customerRecord())), customer());
   EXPECT_EQ(encoded(customer().info), R"({"name":"Ann","car_type":"Van","car_color":"Red",)"
                                       R"("license_plate":"ABC 123","phone":"555"})");
-  const std::pair<Value, bool> cases[] = {
+  const std::pair<platform::Value, bool> cases[] = {
       {nullptr, false}, {"", false}, {" ", true}, {"ann@example.org", true}};
   for (const auto& [email, registered] : cases) {
     const auto text = platform::writeJSON(with(customerRecord(), {{"email", email}}));

@@ -11,8 +11,6 @@ namespace ovinta::test {
 namespace {
 
 using namespace std::chrono_literals;
-using ::testing::HasSubstr;
-using ::testing::StartsWith;
 
 using RequestWireTest = SDKFixture;
 
@@ -35,7 +33,7 @@ TEST_F(RequestWireTest, CreatingAnOrder) {
                 .siteID = 1, .partnerIdentifier = "P", .state = static_cast<OrderState>(9)}),
             "invalid value at state: Invalid Value");
   EXPECT_THAT(decodingFailure<CreateOrderInfo>(R"({"site_id":1})"),
-              HasSubstr("\"partner_identifier\""));
+              testing::HasSubstr("\"partner_identifier\""));
 }
 
 TEST_F(RequestWireTest, ClaimingAnOrderAlwaysTellsThePushToken) {
@@ -89,7 +87,7 @@ TEST_F(RequestWireTest, EstimatesThatNoIntegerHoldsAreLeftOut) {
 TEST_F(RequestWireTest, PositionsThatAreNoNumbersCannotBeWritten) {
   for (const double number : {std::nan(""), static_cast<double>(INFINITY)}) {
     const auto event = OrderEvent::locationUpdate(1, {.coordinate = {number, 0}}, {}, {});
-    EXPECT_THAT(encodingFailure(event), StartsWith("invalid value"));
+    EXPECT_THAT(encodingFailure(event), testing::StartsWith("invalid value"));
   }
 }
 

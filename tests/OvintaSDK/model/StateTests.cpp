@@ -11,8 +11,6 @@
 namespace ovinta::test {
 namespace {
 
-using ::testing::StartsWith;
-
 /// What is expected of one case: its integer, its text, whether it is open, its title.
 template <class State>
 struct Expectation {
@@ -47,8 +45,8 @@ void check(const std::vector<Expectation<State>>& rows) {
                            R"("denied ")", R"("0")"}) {
     EXPECT_EQ(decodingFailure<State>(text), "value not found: Unknown Value") << text;
   }
-  EXPECT_THAT(decodingFailure<State>("1"), StartsWith("type mismatch"));
-  EXPECT_THAT(decodingFailure<State>("null"), StartsWith("value not found"));
+  EXPECT_THAT(decodingFailure<State>("1"), testing::StartsWith("type mismatch"));
+  EXPECT_THAT(decodingFailure<State>("null"), testing::StartsWith("value not found"));
   EXPECT_EQ(encodingFailure(static_cast<State>(end)), "invalid value: Invalid Value");
 }
 

@@ -3,7 +3,7 @@
 
 #include "tests/OvintaSDK/orders/OrdersFixture.h"
 
-namespace ovinta {
+namespace ovinta::test {
 namespace {
 
 class Claim : public OrdersFixture {
@@ -15,14 +15,12 @@ class Claim : public OrdersFixture {
 
   std::string lookUp() {
     orders.fetchWithRedemptionCode("CODE", tell());
-    drain();
-    return happened();
+    return outcome();
   }
 
   std::string claim(const ClaimOrderInfo& info, std::optional<CustomerConsent> consent = {}) {
     orders.claimWithRedemptionCode("CODE", info, consent, tell());
-    drain();
-    return happened();
+    return outcome();
   }
 
   /// What a claim with these details in its request comes to.
@@ -71,12 +69,10 @@ TEST_F(Claim, SendsTheDetailsAndThenThePermission) {
   signIn();
   const std::string details = R"("customer_car_type":"Van","customer_name":"Ann","push_token":)";
   orders.claimWithRedemptionCode("CODE", ann, tell());
-  drain();
-  EXPECT_EQ(happened(), claiming + claimed("customer-token", details + "null"));
+  EXPECT_EQ(outcome(), claiming + claimed("customer-token", details + "null"));
   Ovinta::setPushToken("device");
   orders.claimWithRedemptionCode("CODE", ann, "in_store", tell());
-  drain();
-  EXPECT_EQ(happened(),
+  EXPECT_EQ(outcome(),
             claiming + claimed("customer-token", details + R"("device","pickup_type":"in_store")"));
   EXPECT_EQ(claim({.customerPhone = "555", .pushToken = "given"}),
             claiming + claimed("customer-token", R"("customer_phone":"555","push_token":"given")"));
@@ -125,4 +121,4 @@ told Error Claiming Order: Not found)");
 }
 
 }  // namespace
-}  // namespace ovinta
+}  // namespace ovinta::test

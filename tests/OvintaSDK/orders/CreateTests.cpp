@@ -3,7 +3,7 @@
 
 #include "tests/OvintaSDK/orders/OrdersFixture.h"
 
-namespace ovinta {
+namespace ovinta::test {
 namespace {
 
 class Create : public OrdersFixture {
@@ -12,8 +12,7 @@ class Create : public OrdersFixture {
 
   std::string create(const CreateOrderInfo& info) {
     orders.create(info, tell());
-    drain();
-    return happened();
+    return outcome();
   }
 };
 
@@ -38,7 +37,7 @@ log Successfully created order event)");
 TEST_F(Create, TakesTheOrderFromSingleValues) {
   signIn();
   Ovinta::setPushToken("device");
-  const PickupWindow window(test::kStart);
+  const PickupWindow window(kStart);
   const CustomerInfo ann{.name = "Ann", .carType = "Van", .phone = "555"};
   orders.create(42, "P", ann, window, OrderState::delayed);
   orders.create(42, "P", ann, std::nullopt);
@@ -112,4 +111,4 @@ told Error Creating Order: is unknown)");
 }
 
 }  // namespace
-}  // namespace ovinta
+}  // namespace ovinta::test

@@ -3,7 +3,7 @@
 
 #include "tests/OvintaSDK/orders/OrdersFixture.h"
 
-namespace ovinta {
+namespace ovinta::test {
 namespace {
 
 class Event : public OrdersFixture {
@@ -16,10 +16,7 @@ class Event : public OrdersFixture {
   }
 
   /// What follows the sending.
-  std::string outcome() {
-    drain();
-    return happened({"log", "posted", "told"});
-  }
+  std::string followUp() { return outcome({"log", "posted", "told"}); }
 };
 
 TEST_F(Event, SaysWhatHappened) {
@@ -44,7 +41,7 @@ TEST_F(Event, ChangesTheOrderWhenAccepted) {
   happened();
   orders.event(7, CustomerState::arrived, tell());
   EXPECT_EQ(order(0)->customerState(), CustomerState::created) << "not before the answer";
-  EXPECT_EQ(outcome(), R"(
+  EXPECT_EQ(followUp(), R"(
 log Successfully created order event
 posted orderUpdated order 7
 told order 7)");
@@ -69,8 +66,7 @@ TEST_F(Event, TakesAFinishedOrderOutOfTheOpenOnesAlone) {
 TEST_F(Event, IsAnnouncedOnlyWhenItChangesAnOrderAtHand) {
   const auto send = [this](const auto& event) {
     event();
-    drain();
-    return happened({"posted", "told"});
+    return outcome({"posted", "told"});
   };
   const std::string seven = "\ntold order 7";
   const std::string eight = "\ntold order 8";
@@ -97,8 +93,8 @@ TEST_F(Event, LeavesTheOrderAloneWhenRefused) {
     answer("POST", "m/v1/events", refusal);
     orders.event(7, OrderState::completed, tell());
     const std::string error = "Error Creating Order Event: " + message;
-    EXPECT_EQ(outcome(), "\nlog Got an error creating order event\nposted orderEventError " +
-                             error + "\ntold order 7, " + error);
+    EXPECT_EQ(followUp(), "\nlog Got an error creating order event\nposted orderEventError " +
+                              error + "\ntold order 7, " + error);
     EXPECT_EQ(order(0)->state(), OrderState::created);
     EXPECT_EQ(lists(), "all: orders 7 8; open: orders 7 8; closed: orders");
   }
@@ -107,9 +103,9 @@ TEST_F(Event, LeavesTheOrderAloneWhenRefused) {
 TEST_F(Event, ClosesAnOrderThatIsGoneWithoutAWordToTheCaller) {
   answer("POST", "m/v1/events", Answer::json(410, R"({"errors":{"order":["is gone"]}})"));
   orders.event(70, CustomerState::arrived, tell());
-  EXPECT_EQ(outcome(), "") << "not at hand";
+  EXPECT_EQ(followUp(), "") << "not at hand";
   orders.event(7, CustomerState::arrived, tell());
-  EXPECT_EQ(outcome(), "\nposted orderUpdated order 7");
+  EXPECT_EQ(followUp(), "\nposted orderUpdated order 7");
   EXPECT_EQ(order(0)->state(), OrderState::gone);
   EXPECT_EQ(order(0)->customerState(), CustomerState::created);
   EXPECT_EQ(lists(), "all: orders 7 8; open: orders 8; closed: orders");
@@ -126,10 +122,9 @@ TEST_F(Event, IsDroppedWithoutABaseURLOrACustomer) {
     orders.event(*order(0), CustomerState::arrived, tell());
     orders.event(7, OrderState::ready, tell());
     orders.rateOrder(7, 5, std::nullopt, tell());
-    drain();
-    EXPECT_EQ(happened(), "");
+    EXPECT_EQ(outcome(), "");
   }
 }
 
 }  // namespace
-}  // namespace ovinta
+}  // namespace ovinta::test

@@ -3,7 +3,7 @@
 
 #include "tests/OvintaSDK/orders/OrdersFixture.h"
 
-namespace ovinta {
+namespace ovinta::test {
 namespace {
 
 class Fetch : public OrdersFixture {
@@ -15,8 +15,7 @@ class Fetch : public OrdersFixture {
 
   std::string fetch() {
     orders.fetch(tell());
-    drain();
-    return happened({"told", "posted"});
+    return outcome({"told", "posted"});
   }
 };
 
@@ -52,8 +51,7 @@ TEST_F(Fetch, TellsOfASuccessOnceEverythingIsInPlace) {
       "\nlog Already fetching orders\ntold Error with Orders Manager: Already fetching orders";
   EXPECT_EQ(happened(), "\nlog Getting Orders" + refusal) << "inside the call";
   EXPECT_EQ(lastFetch(), "none");
-  drain();
-  const std::string all = happened();
+  const std::string all = outcome();
   EXPECT_EQ(all.substr(0, all.find("\nlog Container")),
             "\nGET m/v1/orders as customer-token\ntold orders 1" + refusal +
                 "\nposted ordersUpdated orders 1")
@@ -115,4 +113,4 @@ TEST_F(Fetch, MakesRoomForTheNextAlsoWhenNoRequestCanBeBuilt) {
 }
 
 }  // namespace
-}  // namespace ovinta
+}  // namespace ovinta::test

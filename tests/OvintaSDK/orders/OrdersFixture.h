@@ -8,18 +8,14 @@
 #include "OvintaSDK/core/UserDefaultsKey.h"
 #include "tests/support/SDKFixture.h"
 
-namespace ovinta {
+namespace ovinta::test {
 
-using test::requiredOrder;
-using test::textOf;
-using test::with;
-
-class OrdersFixture : public test::SDKFixture {
+class OrdersFixture : public SDKFixture {
  protected:
   OrdersFixture() {
     answer("POST", "m/v1/events", Answer::json(200, ""));
     answer("POST", "m/v1/customer",
-           dataAnswer(with(test::customerRecord(), {{"api_token", "new-token"}})));
+           dataAnswer(with(customerRecord(), {{"api_token", "new-token"}})));
   }
 
   /// The three lists as "all: orders 1 2; open: orders 1; closed: orders 2".
@@ -33,13 +29,13 @@ class OrdersFixture : public test::SDKFixture {
   static std::string lastFetch() {
     const auto last = Ovinta::orders().lastFetch();
     if (!last) return "none";
-    const auto after = std::chrono::duration_cast<std::chrono::seconds>(last->date - test::kStart);
+    const auto after = std::chrono::duration_cast<std::chrono::seconds>(last->date - kStart);
     return std::to_string(after.count()) + " s, " + textOf(last->error);
   }
 
   static OrderPtr order(std::size_t index) { return Ovinta::orders().all()->at(index); }
 
-  void useBaseURL() { UserDefaultsKey::apiBase.set(std::string(test::kBaseURL)); }
+  void useBaseURL() { UserDefaultsKey::apiBase.set(std::string(kBaseURL)); }
 
   OrdersManager& orders = Ovinta::orders();
 };
@@ -47,4 +43,4 @@ class OrdersFixture : public test::SDKFixture {
 /// Lists that were never set.
 inline constexpr std::string_view kNoLists = "all: ; open: ; closed: ";
 
-}  // namespace ovinta
+}  // namespace ovinta::test

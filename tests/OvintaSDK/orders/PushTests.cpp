@@ -6,7 +6,7 @@
 #include "platform/JSON.h"
 #include "tests/OvintaSDK/orders/OrdersFixture.h"
 
-namespace ovinta {
+namespace ovinta::test {
 namespace {
 
 using platform::Dictionary;
@@ -30,10 +30,9 @@ TEST_F(PushPayload, ChangesTheOrderThatItNames) {
                                     {"eta_at", "2021-03-04T15:40:00.250-0500"}});
   EXPECT_EQ(order(0)->state(), OrderState::completed);
   EXPECT_EQ(order(0)->customerState(), CustomerState::waiting);
-  EXPECT_EQ(order(0)->etaAt(), test::kStart + std::chrono::milliseconds(600'250));
+  EXPECT_EQ(order(0)->etaAt(), kStart + std::chrono::milliseconds(600'250));
   EXPECT_EQ(lists(), "all: orders 42 -3; open: orders -3; closed: orders");
-  drain();
-  EXPECT_EQ(happened(), "\nposted orderUpdated order 42") << "and nothing is fetched";
+  EXPECT_EQ(outcome(), "\nposted orderUpdated order 42") << "and nothing is fetched";
 }
 
 TEST_F(PushPayload, PassesOverWhatItCannotUse) {
@@ -57,8 +56,7 @@ TEST_F(PushPayload, HasAllOrdersFetchedWhenItNamesNoneAtHand) {
   const auto expectFetch = [this](const Dictionary& payload) {
     Ovinta::handleRemoteNotification(payload);
     EXPECT_EQ(happened(), "\nlog Getting Orders") << platform::writeJSON(payload);
-    drain();
-    EXPECT_EQ(happened({"GET", "posted"}),
+    EXPECT_EQ(outcome({"GET", "posted"}),
               "\nGET m/v1/orders as customer-token\nposted ordersUpdated orders 42 -3");
   };
   const platform::Value numbers[] = {42, "", "4x", " 42", "42.0", "99999999999999999999", "43"};
@@ -102,8 +100,7 @@ class PushTokenRefresh : public OrdersFixture {
   /// Which orders' tokens are updated to a new one.
   std::string renew(const std::string& token) {
     OrdersPushTokens(orders).updateWithNewPushToken(token);
-    drain();
-    return happened();
+    return outcome();
   }
 };
 
@@ -147,4 +144,4 @@ PUT m/v1/orders/B as customer-token {"push_token":"another"})");
 }
 
 }  // namespace
-}  // namespace ovinta
+}  // namespace ovinta::test

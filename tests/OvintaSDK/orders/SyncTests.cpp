@@ -10,13 +10,9 @@
 #include "tests/support/BrokenContainer.h"
 #include "tests/support/SDKFixture.h"
 
-namespace ovinta {
+namespace ovinta::test {
 namespace {
 
-using platform::StoreError;
-using test::decodeOrder;
-using test::requiredOrder;
-using test::with;
 using testing::IsEmpty;
 using testing::UnorderedElementsAre;
 
@@ -24,10 +20,10 @@ using testing::UnorderedElementsAre;
 using Summary =
     std::tuple<std::int64_t, std::optional<std::string>, std::int64_t, std::int64_t, std::int64_t>;
 
-class Sync : public test::SDKFixture {
+class Sync : public SDKFixture {
  protected:
   static std::vector<Summary> stored() {
-    StoreError error;
+    platform::StoreError error;
     std::vector<Summary> summaries;
     const auto context = OvintaState::current().persistentContainer().newBackgroundContext();
     for (auto& object : context->fetch(CoreOrder::fetchRequest(), &error)) {
@@ -42,9 +38,9 @@ class Sync : public test::SDKFixture {
 
 TEST_F(Sync, RebuildsTheStoreFromEachFetch) {
   signIn();
-  fetchOrders({test::fullOrder(), with(requiredOrder(8), {{"site_id", 5'000'000'000},
-                                                          {"state", "gone"},
-                                                          {"customer_state", "completed"}})});
+  fetchOrders({fullOrder(), with(requiredOrder(8), {{"site_id", 5'000'000'000},
+                                                    {"state", "gone"},
+                                                    {"customer_state", "completed"}})});
   EXPECT_THAT(stored(), UnorderedElementsAre(Summary(7, "P-7", 42, 1, 1),
                                              Summary(8, std::nullopt, 5'000'000'000, 5, 5)));
   fetchOrders({requiredOrder(8)});
@@ -79,8 +75,8 @@ TEST_F(Sync, FollowsAListThatTheApplicationSets) {
 TEST_F(Sync, DisturbsNothingWhenItFails) {
   for (const bool deletes : {false, true}) {
     restartWith([deletes](platform::Services& changed) {
-      changed.persistentContainers = std::make_shared<test::BrokenContainer>(
-          test::BrokenContainer::Faults{.deletes = deletes});
+      changed.persistentContainers =
+          std::make_shared<BrokenContainer>(BrokenContainer::Faults{.deletes = deletes});
     });
     signIn();
     happened();
@@ -96,4 +92,4 @@ TEST_F(Sync, DisturbsNothingWhenItFails) {
 }
 
 }  // namespace
-}  // namespace ovinta
+}  // namespace ovinta::test

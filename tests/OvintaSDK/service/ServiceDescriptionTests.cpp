@@ -15,9 +15,6 @@ namespace {
 
 using platform::Dictionary;
 using platform::List;
-using ::testing::Contains;
-using ::testing::HasSubstr;
-using ::testing::IsEmpty;
 
 class ServiceDescriptionTest : public ServiceFixture {
  protected:
@@ -59,13 +56,13 @@ class ServiceDescriptionTest : public ServiceFixture {
 TEST_F(ServiceDescriptionTest, HoldsForAllExchanges) {
   exchangeAll();
   const Dictionary said = judgement(session->exchanges());
-  EXPECT_THAT(texts(said, "document"), IsEmpty());
+  EXPECT_THAT(texts(said, "document"), testing::IsEmpty());
 
   std::set<std::string> seen;
   const List& exchanges = *platform::find<List>(said, "exchanges");
   for (std::size_t i = 0; i < exchanges.size(); ++i) {
     const auto& exchange = *exchanges[i].as<Dictionary>();
-    EXPECT_THAT(texts(exchange, "complaints"), IsEmpty())
+    EXPECT_THAT(texts(exchange, "complaints"), testing::IsEmpty())
         << platform::writeJSON(session->exchanges()[i]);
     if (const auto* route = platform::find<std::string>(exchange, "route")) seen.insert(*route);
   }
@@ -101,7 +98,7 @@ TEST_F(ServiceDescriptionTest, IsBrokenByASpoiltExchange) {
   const List& judged = *platform::find<List>(said, "exchanges");
   for (std::size_t i = 0; i < std::size(cases); ++i) {
     EXPECT_THAT(texts(*judged[i].as<Dictionary>(), "complaints"),
-                Contains(HasSubstr(cases[i].complaint)));
+                testing::Contains(testing::HasSubstr(cases[i].complaint)));
   }
 }
 

@@ -4,7 +4,7 @@
 #include "OvintaSDK/core/Ovinta.h"
 #include "tests/support/SDKFixture.h"
 
-namespace ovinta {
+namespace ovinta::test {
 namespace {
 
 using platform::Dictionary;
@@ -32,13 +32,12 @@ SiteList sites(std::int64_t count) {
   return list;
 }
 
-class Notify : public test::SDKFixture {
+class Notify : public SDKFixture {
  protected:
   /// Arms the sites; what the callback receives.
   std::string arm(const SiteList& list, const std::optional<Dictionary>& data = {}) {
     notify.createForSites(list, {"Near", "You are near", data}, tell());
-    drain();
-    return happened({"told"});
+    return outcome({"told"});
   }
 
   /// Arms the sites that the service finds; what the callback receives, call by call.
@@ -46,8 +45,7 @@ class Notify : public test::SDKFixture {
     notify.createForSitesInRegion({.center = kCenter, .radius = 500, .identifier = "unused"},
                                   {"Near", "You are near"}, tell());
     beforeTheAnswer();
-    drain();
-    return happened({"told"});
+    return outcome({"told"});
   }
 
   void answerSites(int count) {
@@ -58,7 +56,7 @@ class Notify : public test::SDKFixture {
           {"geofence",
            Dictionary{{"latitude", "40.7"}, {"longitude", "-74"}, {"radius_meters", 150}}}});
     }
-    answer("GET", kLookUp, Answer::json(200, test::sitesText(std::move(records), 1, 1)));
+    answer("GET", kLookUp, Answer::json(200, sitesText(std::move(records), 1, 1)));
   }
 
   std::vector<std::string> pending() const {
@@ -113,8 +111,7 @@ TEST_F(Notify, ReplacesItsOwnRequestsAlone) {
   location->setLocationServicesEnabled(false);
   for (int i = 0; i < 2; ++i) {
     notify.clear(tell());
-    drain();
-    EXPECT_EQ(happened(), kDone) << "no permission is needed";
+    EXPECT_EQ(outcome(), kDone) << "no permission is needed";
     EXPECT_EQ(pending().size(), 2u);
   }
 }
@@ -173,4 +170,4 @@ TEST_F(Notify, KnowsItsOwn) {
 }
 
 }  // namespace
-}  // namespace ovinta
+}  // namespace ovinta::test

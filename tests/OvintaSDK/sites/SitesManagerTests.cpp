@@ -5,23 +5,16 @@
 #include "OvintaSDK/core/UserDefaultsKey.h"
 #include "tests/support/SDKFixture.h"
 
-namespace ovinta {
+namespace ovinta::test {
 namespace {
 
-using test::textOf;
-
-class Sites : public test::SDKFixture {
+class Sites : public SDKFixture {
  protected:
   void answerPage(const std::string& query, const std::vector<int>& ids, int current, int count) {
     platform::List records;
     for (const int id : ids) records.emplace_back(platform::Dictionary{{"id", id}});
     answer("GET", "m/v1/sites?" + query,
-           Answer::json(200, test::sitesText(std::move(records), current, count)));
-  }
-
-  std::string outcome() {
-    drain();
-    return happened();
+           Answer::json(200, sitesText(std::move(records), current, count)));
   }
 
   const platform::CircularRegion region{
@@ -116,4 +109,4 @@ log Could not load API url)");
 }
 
 }  // namespace
-}  // namespace ovinta
+}  // namespace ovinta::test

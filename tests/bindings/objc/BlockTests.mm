@@ -6,9 +6,7 @@
 #import "tests/bindings/objc/TwinFixture.h"
 
 /// Counts how many of it are alive.
-@interface Probe : NSObject {
-}
-+ (int)alive;
+@interface Probe : NSObject
 @end
 
 static std::atomic<int> probesAlive{0};
@@ -21,9 +19,6 @@ static std::atomic<int> probesAlive{0};
 - (void)dealloc {
   --probesAlive;
   [super dealloc];
-}
-+ (int)alive {
-  return probesAlive;
 }
 @end
 
@@ -63,15 +58,15 @@ TEST_F(BlockTest, RunInAPoolOfTheirOwn) {
   std::atomic<bool> called{false};
   std::atomic<bool>* const done = &called;
   NSThread* const mainThread = [NSThread currentThread];
-  std::atomic<bool>* const elsewhere = new std::atomic<bool>(false);
+  std::atomic<bool> isElsewhere{false};
+  std::atomic<bool>* const elsewhere = &isElsewhere;
   [Ovinta.config fetchWithCallback:^(NSDictionary*, OvintaError*) {
     [[[Probe alloc] init] autorelease];
     *elsewhere = [NSThread currentThread] != mainThread;
     *done = true;
   }];
   EXPECT_TRUE(world.waitUntil([&] { return called && probesAlive == 0; }));
-  EXPECT_TRUE(*elsewhere);
-  delete elsewhere;
+  EXPECT_TRUE(isElsewhere);
 }
 
 TEST_F(BlockTest, MayRaiseAndThrow) {

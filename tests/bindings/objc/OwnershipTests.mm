@@ -108,11 +108,10 @@ void work(int times) {
   for (int i = 0; i < times; ++i) {
     NSAutoreleasePool* const pool = [[NSAutoreleasePool alloc] init];
     for (Order* order in Ovinta.orders.all) (void)[order.siteName length];
+    NSDictionary* const data = @{@"k" : @[ @1 ]};
     NotificationInfo* const info = [[[NotificationInfo alloc] initWithTitle:@"t"
                                                                     content:@"c"
-                                                                       data:@{
-                                                                         @"k" : @[ @1 ]
-                                                                       }] autorelease];
+                                                                       data:data] autorelease];
     [Ovinta.notify createForSites:@[]
                      notification:info
                          callback:^(OvintaError* error) {

@@ -35,7 +35,7 @@ class TwinTest : public testing::Test {
   /// Fetches the orders; the fetch is over when this returns, not just its callback.
   Outcome fetchOrders();
 
-  static CustomerInfo* info();
+  static CustomerInfo* info(NSString* name = @"Ann");
   static std::string text(NSString* string) { return string ? [string UTF8String] : "(nil)"; }
 
   World& world = World::shared();

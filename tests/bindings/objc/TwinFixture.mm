@@ -47,8 +47,8 @@ Outcome TwinTest::await(const std::function<void(Report)>& start) {
   return mailbox->outcome;
 }
 
-CustomerInfo* TwinTest::info() {
-  return [[[CustomerInfo alloc] initWithName:@"Ann"
+CustomerInfo* TwinTest::info(NSString* name) {
+  return [[[CustomerInfo alloc] initWithName:name
                                      carType:@"Van"
                                     carColor:@"Red"
                                 licensePlate:nil

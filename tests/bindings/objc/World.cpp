@@ -9,8 +9,6 @@
 
 namespace ovinta::test {
 
-using platform::Dictionary;
-using platform::Value;
 using sandbox::Speaker;
 
 namespace {
@@ -54,8 +52,8 @@ std::string World::offerOrder() {
 
 std::string World::resetToken(const std::string& email) {
   const auto customers = Speaker(sandbox_).send("GET", "/sandbox/customers");
-  for (const Value& customer : customers.list()) {
-    const auto& record = *customer.as<Dictionary>();
+  for (const platform::Value& customer : customers.list()) {
+    const auto& record = *customer.as<platform::Dictionary>();
     const auto* address = platform::find<std::string>(record, "email");
     const auto* token = platform::find<std::string>(record, "reset_password_token");
     if (address && *address == email && token) return *token;
