@@ -6,15 +6,7 @@
 namespace ovinta::sandbox {
 namespace {
 
-class OrderFlowTest : public CustomerTest {
- protected:
-  /// Has the merchant create an order, and answers its redemption code.
-  std::string offer(const std::string& more) {
-    return app
-        .send("POST", "/sandbox/orders", R"({"site_id":43,"partner_identifier":"B-7")" + more + "}")
-        .text("redemption_code");
-  }
-};
+using OrderFlowTest = CustomerTest;
 
 TEST_F(OrderFlowTest, ANewOrderCarriesEveryKeyThatHasAValue) {
   const Reply created = app.send("POST", "/m/v1/orders",
@@ -85,7 +77,7 @@ TEST_F(OrderFlowTest, EventsMoveTheOrder) {
 }
 
 TEST_F(OrderFlowTest, TheCodeFindsTheMerchantsOrderAndMakesItTheCustomers) {
-  const std::string code = offer(R"(,"customer_car_color":"red")");
+  const std::string code = app.offerOrder(R"(,"customer_car_color":"red")");
   const std::string path = "/m/v1/orders/" + code;
   Dictionary expected = Speaker(sandbox).send("GET", path + "/edit").record();
   EXPECT_EQ(app.send("GET", "/m/v1/orders").list(), List{});
@@ -111,7 +103,8 @@ TEST_F(OrderFlowTest, OrdersThatAreOverCannotBeClaimed) {
   const std::tuple<const char*, int, int> kCases[] = {
       {"cancelled", 200, 422}, {"completed", 200, 422}, {"gone", 410, 410}};
   for (const auto& [state, lookUp, claim] : kCases) {
-    const std::string path = "/m/v1/orders/" + offer(R"(,"state":")" + std::string(state) + "\"");
+    const std::string path =
+        "/m/v1/orders/" + app.offerOrder(R"(,"state":")" + std::string(state) + "\"");
     take({{"GET", path + "/edit", "", lookUp}, {"PUT", path, R"({"push_token":"x"})", claim}});
   }
 }

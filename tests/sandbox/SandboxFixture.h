@@ -85,6 +85,24 @@ class Speaker {
     return token;
   }
 
+  /// Has the merchant create an order, with further fields, and answers its redemption code.
+  std::string offerOrder(const std::string& more = {}) {
+    const std::string data = R"({"site_id":43,"partner_identifier":"B-7")" + more + "}";
+    return send("POST", "/sandbox/orders", data).text("redemption_code");
+  }
+
+  /// The token in the message that was sent to the address last; empty without one.
+  std::string resetToken(const std::string& email) {
+    const Reply customers = send("GET", "/sandbox/customers");
+    for (const Value& customer : customers.list()) {
+      const auto& record = *customer.as<Dictionary>();
+      const auto* token = platform::find<std::string>(record, "reset_password_token");
+      const auto* address = platform::find<std::string>(record, "email");
+      if (token && address && *address == email) return *token;
+    }
+    return {};
+  }
+
   /// Creates an order with that push token and answers it.
   Reply createOrder(const std::string& pushToken = "00ff") {
     return send("POST", "/m/v1/orders",
@@ -115,7 +133,7 @@ class SandboxTest : public testing::Test {
 
   explicit SandboxTest(Options options = {}) : sandbox(withClock(std::move(options))) {}
 
-  void SetUp() override { ASSERT_EQ(startError_, std::nullopt); }
+  void SetUp() override { ASSERT_EQ(startError, std::nullopt); }
 
   void advance(std::chrono::seconds by) { passed_ += by.count(); }
 
@@ -138,11 +156,7 @@ class SandboxTest : public testing::Test {
 
  protected:
   Sandbox sandbox;
-
- private:
-  std::optional<std::string> startError_ = sandbox.start();
-
- protected:
+  const std::optional<std::string> startError = sandbox.start();
   Speaker app{sandbox};
 };
 

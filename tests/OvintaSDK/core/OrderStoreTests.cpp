@@ -13,8 +13,6 @@ using OrderStoreTest = SDKFixture;
 TEST_F(OrderStoreTest, IsWrittenOneOperationAtATime) {
   OvintaState& state = OvintaState::current();
   EXPECT_EQ(state.storeQueue().maxConcurrentOperationCount(), 1U);
-  EXPECT_EQ(state.apiQueue().maxConcurrentOperationCount(),
-            platform::OperationQueue::kDefaultMaxConcurrentOperationCount);
   // Whoever makes the container wants the limit, whatever was set meanwhile.
   state.storeQueue().setMaxConcurrentOperationCount(4);
   EXPECT_EQ(&state.persistentContainer(), &state.persistentContainer());

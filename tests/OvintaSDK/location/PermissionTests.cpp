@@ -10,12 +10,13 @@ constexpr std::string_view kStarting = "Starting LocationUpdater";
 class Permission : public LocationFixture {
  protected:
   /// What follows a change of the permission.
-  std::string change(platform::AuthorizationStatus status) {
+  std::string change(platform::AuthorizationStatus status,
+                     std::initializer_list<std::string_view> firstWords = {}) {
     happened();
     location->setAuthorizationStatus(status);
     drain();
     EXPECT_EQ(lastKnown(), std::to_string(status));
-    return happened();
+    return happened(firstWords);
   }
 
   static std::optional<std::string> lastKnown() {
@@ -28,23 +29,16 @@ TEST_F(Permission, IsReportedForEveryOpenOrder) {
   // A status that the service does not know is not reported.
   const std::pair<platform::AuthorizationStatus, const char*> changes[] = {
       {0, "not_determined"},         {1, "restricted"}, {2, "denied"}, {3, "authorized_always"},
-      {4, "authorized_when_in_use"}, {5, ""},           {12, ""}};
-  const std::string end = "\nlog Successfully created order event";
+      {4, "authorized_when_in_use"}, {5, nullptr},      {12, nullptr}};
   for (const auto& [status, permission] : changes) {
-    const bool isGranted = platform::isAuthorized(status);
-    std::string expected = "\nposted locationAuthorizationChanged";
-    if (isGranted) expected += "\nlog Starting LocationUpdater";
-    if (!isGranted) {
-      expected += "\nposted locationNotAuthorized";
-      expected += "\nlog Inadequate location authorization to continue";
-    }
+    std::string reports;
     for (const char* id : {"7", "8"}) {
-      if (!*permission) continue;
-      expected += std::string("\nPOST m/v1/events as customer-token {\"order_id\":") + id +
-                  R"(,"event_type":"permission_update","location_permission":")" + permission +
-                  "\"}" + end;
+      if (!permission) continue;
+      reports += std::string("\nPOST m/v1/events as customer-token {\"order_id\":") + id +
+                 R"(,"event_type":"permission_update","location_permission":")" + permission +
+                 "\"}";
     }
-    EXPECT_EQ(change(status), expected);
+    EXPECT_EQ(change(status, {"POST"}), reports);
   }
 }
 

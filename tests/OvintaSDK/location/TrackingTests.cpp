@@ -47,34 +47,33 @@ TEST_F(Tracking, SetsTheManagerUpAndWaits) {
   EXPECT_EQ(logged("Starting LocationUpdater"), 0);
 }
 
-/// A permission, and what follows a fetch of open orders.
-class TrackingStart
-    : public Tracking,
-      public testing::WithParamInterface<std::pair<platform::AuthorizationStatus, std::string>> {};
-
-TEST_P(TrackingStart, NeedsThePermission) {
-  location->setAuthorizationStatus(GetParam().first);
-  start();
-  happened();
-  fetchOrders({requiredOrder()});
-  EXPECT_THAT(happened(), testing::EndsWith("log Finished syncing orders" + GetParam().second));
-  fetchOrders({requiredOrder()});
-  EXPECT_THAT(happened({"log"}), testing::Not(testing::HasSubstr("ocation"))) << "once";
-  const bool isAllowed = platform::isAuthorized(GetParam().first);
-  EXPECT_EQ(isTracking(), isAllowed);
-  EXPECT_EQ(location->desiredAccuracy(),
-            isAllowed ? std::optional(LocationAccuracy::best) : std::nullopt);
+TEST_F(Tracking, NeedsThePermission) {
+  const char* const kRefused =
+      "\nposted locationNotAuthorized\nlog Inadequate location authorization to continue";
+  const char* const kStarted = "\nlog Starting LocationUpdater";
+  const std::pair<platform::AuthorizationStatus, std::string> cases[] = {
+      {0, "\nposted locationAuthorizationNotDetermined"},
+      {1, kRefused},
+      {2, kRefused},
+      {3, kStarted},
+      {4, kStarted},
+      {5, kRefused}};
+  for (const auto& [status, consequence] : cases) {
+    SCOPED_TRACE(status);
+    restartWith([](platform::Services&) {});
+    signIn();
+    location->setAuthorizationStatus(status);
+    start();
+    fetchOrders({requiredOrder()});
+    EXPECT_THAT(happened(), testing::EndsWith("log Finished syncing orders" + consequence));
+    fetchOrders({requiredOrder()});
+    EXPECT_THAT(happened({"log"}), testing::Not(testing::HasSubstr("ocation"))) << "once";
+    const bool isAllowed = platform::isAuthorized(status);
+    EXPECT_EQ(isTracking(), isAllowed);
+    EXPECT_EQ(location->desiredAccuracy(),
+              isAllowed ? std::optional(LocationAccuracy::best) : std::nullopt);
+  }
 }
-
-const char* const kRefused =
-    "\nposted locationNotAuthorized\nlog Inadequate location authorization to continue";
-const char* const kStarted = "\nlog Starting LocationUpdater";
-
-INSTANTIATE_TEST_SUITE_P(
-    , TrackingStart,
-    testing::Values(std::pair(0, "\nposted locationAuthorizationNotDetermined"),
-                    std::pair(1, kRefused), std::pair(2, kRefused), std::pair(3, kStarted),
-                    std::pair(4, kStarted), std::pair(5, kRefused)));
 
 TEST_F(Tracking, LastsAsLongAsAnOrderIsOpen) {
   startTracking({7, 8});

@@ -84,12 +84,5 @@ TEST_F(RequestWireTest, EstimatesThatNoIntegerHoldsAreLeftOut) {
   }
 }
 
-TEST_F(RequestWireTest, PositionsThatAreNoNumbersCannotBeWritten) {
-  for (const double number : {std::nan(""), static_cast<double>(INFINITY)}) {
-    const auto event = OrderEvent::locationUpdate(1, {.coordinate = {number, 0}}, {}, {});
-    EXPECT_THAT(encodingFailure(event), testing::StartsWith("invalid value"));
-  }
-}
-
 }  // namespace
 }  // namespace ovinta::test

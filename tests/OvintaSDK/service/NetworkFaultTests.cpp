@@ -89,7 +89,8 @@ std::vector<FaultCase> faultCases() {
   };
 }
 
-class NetworkFaultTest : public ServiceFixture, public ::testing::WithParamInterface<std::string> {
+class NetworkFaultTest : public ServiceFixture,
+                         public ::testing::WithParamInterface<OperationCase> {
  protected:
   std::size_t requestCount() { return speaker->send("GET", "/sandbox/requests").list().size(); }
 
@@ -122,10 +123,10 @@ class NetworkFaultTest : public ServiceFixture, public ::testing::WithParamInter
 };
 
 TEST_P(NetworkFaultTest, GivesTheStatedErrorOrSilence) {
-  const std::string endpoint = "/sandbox/faults/" + endpointOf(soundCase(GetParam()));
+  const std::string endpoint = "/sandbox/faults/" + endpointOf(soundCase(GetParam().name));
   for (const FaultCase& test : faultCases()) {
     SCOPED_TRACE(test.fault);
-    const OperationCase operation = soundCase(GetParam());
+    const OperationCase operation = soundCase(GetParam().name);
     ASSERT_EQ(speaker->send("PUT", endpoint, R"({"fault":)" + test.fault + "}").status, 200);
     speaker->send("DELETE", "/sandbox/requests");
     session->timeout = test.timeout;
@@ -141,14 +142,8 @@ TEST_P(NetworkFaultTest, GivesTheStatedErrorOrSilence) {
   }
 }
 
-std::vector<std::string> operationNames() {
-  std::vector<std::string> names;
-  for (const OperationCase& operation : operationCases()) names.push_back(operation.name);
-  return names;
-}
-
-INSTANTIATE_TEST_SUITE_P(Endpoints, NetworkFaultTest, ::testing::ValuesIn(operationNames()),
-                         [](const auto& test) { return test.param; });
+INSTANTIATE_TEST_SUITE_P(Endpoints, NetworkFaultTest, ::testing::ValuesIn(operationCases()),
+                         [](const auto& test) { return test.param.name; });
 
 }  // namespace
 }  // namespace ovinta::test

@@ -63,9 +63,7 @@ OperationInputs ServiceFixture::makeInputs() {
                    .passwordConfirmation = "secret"};
   const auto order = speaker->createOrder();
   inputs.code = order.text("redemption_code");
-  inputs.claimCode =
-      speaker->send("POST", "/sandbox/orders", R"({"site_id":42,"partner_identifier":"A-2"})")
-          .text("redemption_code");
+  inputs.claimCode = speaker->offerOrder();
   inputs.event.orderID = *platform::find<std::int64_t>(order.record(), "id");
   return inputs;
 }
@@ -78,8 +76,7 @@ std::string ServiceFixture::makeAccount(const LoginInfo& login) {
       "PATCH", "/m/v1/customer/sign_up",
       email + R"(,"password":)" + password + R"(,"password_confirmation":)" + password + "}");
   speaker->send("POST", "/m/v1/customer/password", email + "}");
-  const auto customers = speaker->send("GET", "/sandbox/customers").list();
-  return *platform::find<std::string>(*customers.back().as<Dictionary>(), "reset_password_token");
+  return speaker->resetToken(login.emailAddress);
 }
 
 OperationCase ServiceFixture::soundCase(const std::string& name) {

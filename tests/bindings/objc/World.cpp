@@ -44,21 +44,10 @@ bool World::waitUntil(const std::function<bool()>& condition) {
   return simulation_.time().waitUntil(condition, kPatience);
 }
 
-std::string World::offerOrder() {
-  return Speaker(sandbox_)
-      .send("POST", "/sandbox/orders", R"({"site_id":42,"partner_identifier":"offered"})")
-      .text("redemption_code");
-}
+std::string World::offerOrder() { return Speaker(sandbox_).offerOrder(); }
 
 std::string World::resetToken(const std::string& email) {
-  const auto customers = Speaker(sandbox_).send("GET", "/sandbox/customers");
-  for (const platform::Value& customer : customers.list()) {
-    const auto& record = *customer.as<platform::Dictionary>();
-    const auto* address = platform::find<std::string>(record, "email");
-    const auto* token = platform::find<std::string>(record, "reset_password_token");
-    if (address && *address == email && token) return *token;
-  }
-  return {};
+  return Speaker(sandbox_).resetToken(email);
 }
 
 void World::ask(const std::string& method, const std::string& path) {
