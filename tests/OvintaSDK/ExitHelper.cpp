@@ -17,17 +17,15 @@ using ovinta::Ovinta;
 using ovinta::UserDefaultsKey;
 
 /// For requests that nobody may answer.
-void fail() { _exit(2); }
+constexpr auto fail = [](const auto&, const auto&) { _exit(2); };
 
 void startRequests() {
-  Ovinta::orders().fetch([](const auto&, const auto&) { fail(); });
-  Ovinta::orders().create({.siteID = 1, .partnerIdentifier = "A"},
-                          [](const auto&, const auto&) { fail(); });
+  Ovinta::orders().fetch(fail);
+  Ovinta::orders().create({.siteID = 1, .partnerIdentifier = "A"}, fail);
   for (int id = 1; id <= 5; ++id) {
-    Ovinta::orders().event(id, ovinta::CustomerState::arrived,
-                           [](const auto&, const auto&) { fail(); });
+    Ovinta::orders().event(id, ovinta::CustomerState::arrived, fail);
   }
-  Ovinta::customer().create({.name = "Ann"}, true, true, [](const auto&, const auto&) { fail(); });
+  Ovinta::customer().create({.name = "Ann"}, true, true, fail);
   // The store is written while the process ends.
   for (int i = 0; i < 20; ++i) Ovinta::orders().setAll(ovinta::OrderList{});
 }

@@ -3,13 +3,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
-
 #include "cli/client/TerminalBlock.h"
 #include "platform/Services.h"
 #include "platform/simulation/SimulatedLocation.h"
 #include "platform/simulation/VirtualTime.h"
 #include "tests/platform/simulation/Sphere.h"
+#include "tests/support/RecordingDelegate.h"
 
 namespace ovinta::cli {
 namespace {
@@ -66,21 +65,6 @@ TEST(LiveState, isShownByLines) {
   EXPECT_EQ(permissionText(true, 5), "number 5");
 }
 
-/// Hears what the library would, and smooths it as it does.
-struct Listener : platform::LocationManagerDelegate {
-  void didUpdateLocations(const std::vector<platform::Location>& locations) override {
-    heard.push_back(locations.back());
-  }
-  void didChangeAuthorizationStatus(platform::AuthorizationStatus) override {}
-  void didRangeBeacons(const std::vector<platform::RangedBeacon>& ranged,
-                       const platform::BeaconRegion&) override {
-    beacons.update(ranged);
-  }
-
-  std::vector<platform::Location> heard;
-  BeaconList beacons;
-};
-
 TEST(ObservedLocationServices, recordWhatPasses) {
   platform::simulation::VirtualTime time(kNow);
   platform::Services timed = platform::services();
@@ -89,9 +73,9 @@ TEST(ObservedLocationServices, recordWhatPasses) {
   const auto inner = std::make_shared<platform::simulation::SimulatedLocation>(
       time.mainQueue(), std::make_shared<platform::simulation::Sphere>());
   ObservedLocationServices services(inner);
-  Listener listener;
+  test::RecordingDelegate library;
   const auto manager = services.makeLocationManager();
-  manager->setDelegate(&listener);
+  manager->setDelegate(&library);
   for (const double filter : {3, 400, 400}) manager->setDistanceFilter(filter);
   manager->startUpdatingLocation();
   manager->startRangingBeacons({.proximityUUID = {}, .major = {}, .minor = {}, .identifier = "a"});
@@ -105,9 +89,14 @@ TEST(ObservedLocationServices, recordWhatPasses) {
   EXPECT_EQ(accuracyText(observed), "best for navigation, 400 m");
   EXPECT_EQ(observed.distanceFilterChanges, 2U);
   EXPECT_EQ(observed.rangedRegions, inner->rangedRegions());
-  EXPECT_THAT(listener.heard, testing::ElementsAre(*observed.location));
-  EXPECT_EQ(observed.beacons.size(), 2U);
-  EXPECT_EQ(observed.beacons, listener.beacons.list());
+  EXPECT_EQ(observed.location->coordinate, (platform::Coordinate{1, 2}));
+  EXPECT_THAT(library.take(),
+              testing::ElementsAre("status 3", testing::StartsWith("at "), "a: 0@-60 0@-50",
+                                   "a: 0@-70 0@-50", "a: 0@-59 0@-50"));
+  // Smoothed as the library does it.
+  ASSERT_EQ(observed.beacons.size(), 2U);
+  EXPECT_EQ(observed.beacons[0].rssi.value, -63);
+  EXPECT_EQ(observed.beacons[1].distance.value, 8);
   inner->setAuthorizationStatus(2);
   time.advance(6s);
   EXPECT_THAT(services.observed().beacons, testing::IsEmpty()) << "ranging has ended";

@@ -85,6 +85,13 @@ class Speaker {
     return token;
   }
 
+  /// Gives the customer an account.
+  void signUp(const std::string& email, const std::string& password = "secret") {
+    send("PATCH", "/m/v1/customer/sign_up",
+         R"({"email":")" + email + R"(","password":")" + password +
+             R"(","password_confirmation":")" + password + "\"}");
+  }
+
   /// Has the merchant create an order, with further fields, and answers its redemption code.
   std::string offerOrder(const std::string& more = {}) {
     const std::string data = R"({"site_id":43,"partner_identifier":"B-7")" + more + "}";

@@ -13,8 +13,7 @@ namespace fs = std::filesystem;
 /// Leaves traces of every kind: an account with a pending reset, an order under way, one to claim.
 void leaveTraces(Speaker& app) {
   app.becomeCustomer();
-  app.send("PATCH", "/m/v1/customer/sign_up",
-           R"({"email":"a@b.c","password":"secret","password_confirmation":"secret"})");
+  app.signUp("a@b.c");
   app.send("POST", "/m/v1/customer/password", R"({"email":"a@b.c"})");
   app.createOrder();
   app.send("POST", "/m/v1/events", R"({"order_id":1001,"event_type":"location_update",

@@ -6,6 +6,7 @@
 #include <set>
 #include <thread>
 
+#include "OvintaSDK/core/ConfigurationManager.h"
 #include "OvintaSDK/core/DevelopmentPush.h"
 #include "OvintaSDK/core/OvintaState.h"
 #include "OvintaSDK/core/UserDefaultsKey.h"
@@ -75,7 +76,6 @@ TEST_F(OvintaTest, ConfigureHasTheMainThreadMakeTheUpdater) {
 
 TEST_F(OvintaTest, VersionsAreReadOnce) {
   EXPECT_EQ(Ovinta::sdkVersion(), "9.4.8");
-  EXPECT_EQ(OvintaState::current().appVersion(), "1.2.3");
   libraryBundle->setInfoText("CFBundleShortVersionString", "10");
   EXPECT_EQ(Ovinta::sdkVersion(), "9.4.8");
   restartWith([](platform::Services& changed) {
@@ -124,13 +124,40 @@ TEST_F(OvintaTest, PushTokensTakeTheServicesForm) {
   EXPECT_EQ(Ovinta::pushToken(), "dev:000aff");
   Ovinta::updateAPNPushToken({});
   EXPECT_EQ(Ovinta::pushToken(), "dev:");
-  Ovinta::updateAPNPushToken(std::vector<std::uint8_t>(32, 0xC3));
-  EXPECT_EQ(Ovinta::pushToken()->size(), 4U + 64U);
 
   Ovinta::updatePushToken("As It Is");
   EXPECT_EQ(Ovinta::pushToken(), "As It Is");
   Ovinta::setPushToken(std::nullopt);
   EXPECT_EQ(Ovinta::pushToken(), std::nullopt);
+}
+
+using ConfigurationTest = SDKFixture;
+
+TEST_F(ConfigurationTest, IsWhateverTheServiceSends) {
+  const char* const kUnreadable = "Error Getting Configuration: invalid response";
+  const std::pair<const char*, std::string> cases[] = {
+      {R"({"data":{"a":[1,{"b":null}],"c":1.5}})", R"(configuration {"a":[1,{"b":null}],"c":1.5})"},
+      {R"({"data":{}})", "configuration {}"},
+      {R"({"data":[]})", "nothing"},
+      {R"({"data":null})", "nothing"},
+      {"{}", "nothing"},
+      {R"([{"data":{}}])", "nothing"},
+      {"5", kUnreadable},
+      {"null", kUnreadable},
+  };
+  for (const auto& [body, told] : cases) {
+    answerAll(Answer::json(200, body));
+    Ovinta::config().fetch(tell());
+    EXPECT_EQ(outcome(), "\nGET m/v1/app\ntold " + told) << "each fetch asks anew";
+  }
+  Ovinta::config().fetch();
+  EXPECT_EQ(outcome(), "\nGET m/v1/app") << "also when nobody wants to know";
+}
+
+TEST_F(ConfigurationTest, IsNotAskedForWithoutABaseURL) {
+  UserDefaultsKey::apiBase.remove();
+  Ovinta::config().fetch(tell());
+  EXPECT_EQ(outcome(), "");
 }
 
 }  // namespace

@@ -67,6 +67,14 @@ class LocationFixture : public SDKFixture {
     return with(requiredOrder(id), {{"site_latitude", "0.0"}, {"site_longitude", "0.0"}});
   }
 
+  static platform::Dictionary region(platform::Dictionary more = {}) {
+    return with(std::move(more), {{"uuid", kUUID}});
+  }
+
+  static platform::Dictionary orderWithRegions(std::int64_t id, platform::List regions) {
+    return with(requiredOrder(id), {{"site_beacon_regions", std::move(regions)}});
+  }
+
   std::size_t eventCount() const { return bodies("POST", kEvents).size(); }
 
   /// How often the log holds the line.

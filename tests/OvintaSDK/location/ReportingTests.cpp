@@ -26,13 +26,6 @@ class Reporting : public LocationFixture {
   }
 
   double metres_ = 0;
-
-  void startTrackingWithBeacons() {
-    start();
-    fetchOrders({with(requiredOrder(), {{"site_beacon_regions",
-                                         platform::List{platform::Dictionary{{"uuid", kUUID}}}}})});
-    happened();
-  }
 };
 
 TEST_F(Reporting, WaitsTwoSecondsAfterADeliveryAndMoreThanTwoAfterASend) {
@@ -110,9 +103,8 @@ TEST_F(Reporting, FollowsAnUpdateOfTheOrdersAtOnce) {
 }
 
 TEST_F(Reporting, SendsNothingWithoutACustomerOrABaseURL) {
-  double metres = 0;
-  const auto expectNone = [&] {
-    location->deliver(at(metres += 10));
+  const auto expectNone = [this] {
+    location->deliver(at(metres_ += 10));
     advance(5s);
     EXPECT_EQ(eventCount(), 0u);
   };
@@ -133,7 +125,9 @@ TEST_F(Reporting, SendsNothingWithoutACustomerOrABaseURL) {
 }
 
 TEST_F(Reporting, SendsForBeaconsOnceMoreThanFiveSecondsHavePassed) {
-  startTrackingWithBeacons();
+  start();
+  fetchOrders({orderWithRegions(7, {region()})});
+  happened();
   location->setBeaconsInRange({sighting(-60, 1.5)});
   // Heard at 1000, and then every second. The position's own check, at 2000, comes too soon.
   EXPECT_THAT(sendTimes(14s,
@@ -145,16 +139,9 @@ TEST_F(Reporting, SendsForBeaconsOnceMoreThanFiveSecondsHavePassed) {
   EXPECT_THAT(bodies("POST", kEvents).back(),
               testing::EndsWith(std::string(R"("beacons":[{"rssi":-60,"distance":1.5,"uuid":")") +
                                 kUUID + R"(","major":1,"minor":2}]}})"));
-}
-
-TEST_F(Reporting, SendsOnceMoreWhenTheBeaconsHaveFallenSilent) {
-  startTrackingWithBeacons();
-  location->setBeaconsInRange({sighting(-60, 1.5)});
-  const auto times = sendTimes(20s, [this](int now) {
-    if (now == 0) location->deliver(at(0));
-    if (now == 1500) location->setBeaconsInRange({});
-  });
-  EXPECT_THAT(times, ElementsAre(1000, 7000));
+  location->setBeaconsInRange({});
+  EXPECT_THAT(sendTimes(20s, [](int) {}), ElementsAre(4900, 10900))
+      << "still heard, and once more when they have fallen silent";
   EXPECT_THAT(bodies("POST", kEvents).back(), testing::EndsWith(R"("beacons":[]}})"));
 }
 

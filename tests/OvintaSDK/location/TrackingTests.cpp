@@ -20,14 +20,6 @@ class Tracking : public LocationFixture {
     return location->isUpdating();
   }
 
-  static platform::Dictionary region(platform::Dictionary more = {}) {
-    return with(std::move(more), {{"uuid", kUUID}});
-  }
-
-  static platform::Dictionary orderWithRegions(std::int64_t id, platform::List regions) {
-    return with(requiredOrder(id), {{"site_beacon_regions", std::move(regions)}});
-  }
-
   static platform::Region platformRegion(std::optional<std::uint16_t> major,
                                          std::optional<std::uint16_t> minor) {
     return platform::BeaconRegion{platform::UUID::parse(kUUID).value(), major, minor,

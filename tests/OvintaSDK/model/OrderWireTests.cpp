@@ -52,6 +52,10 @@ TEST_F(OrderWireTest, EveryKeyHasItsMember) {
   EXPECT_EQ(order->updatedAt(), eight + minutes(4));
   EXPECT_EQ(order->pickupWindow, PickupWindow(kStart, kStart + minutes(30)));
 
+  // That it needs both texts is tested with the sites.
+  EXPECT_EQ(order->siteLocation().value().coordinate, (platform::Coordinate{40.7, -74.0}));
+  EXPECT_EQ(order->siteDistance({.coordinate = {40.7, -74.0}}), 0.0);
+
   ASSERT_TRUE(order->siteBeaconRegions);
   const auto uuid = platform::UUID::parse("2F234454-CF6D-4A0F-ADF2-F4911BA9FFA6");
   EXPECT_EQ(*order->siteBeaconRegions, (std::vector<BeaconRegion>{{*uuid, 1, 2}}));
@@ -76,14 +80,6 @@ TEST_F(OrderWireTest, EachMutableFieldIsKeptByItself) {
   expectKept("completed_at", &Order::setCompletedAt, kStart, instant);
   expectKept("created_at", &Order::setCreatedAt, kStart, instant);
   expectKept("updated_at", &Order::setUpdatedAt, kStart, instant);
-}
-
-TEST_F(OrderWireTest, HasTheLocationOfItsSite) {
-  const OrderPtr order = decodeOrder(fullOrder());
-  EXPECT_EQ(order->siteLocation().value().coordinate, (platform::Coordinate{40.7, -74.0}));
-  EXPECT_EQ(order->siteDistance({.coordinate = {40.7, -74.0}}), 0.0);
-  const OrderPtr lost = decodeOrder(without(fullOrder(), "site_latitude"));
-  EXPECT_FALSE(lost->siteLocation() || lost->siteDistance({}));
 }
 
 TEST_F(OrderWireTest, IsWrittenInTheOrderOfTheKeys) {

@@ -13,11 +13,6 @@ class Claim : public OrdersFixture {
     answer("PUT", "m/v1/orders/CODE", dataAnswer(requiredOrder(7)));
   }
 
-  std::string lookUp() {
-    orders.fetchWithRedemptionCode("CODE", tell());
-    return outcome();
-  }
-
   std::string claim(const ClaimOrderInfo& info, std::optional<CustomerConsent> consent = {}) {
     orders.claimWithRedemptionCode("CODE", info, consent, tell());
     return outcome();
@@ -43,12 +38,14 @@ class Claim : public OrdersFixture {
 };
 
 TEST_F(Claim, LooksAnOrderUp) {
-  EXPECT_EQ(lookUp(), R"(
+  orders.fetchWithRedemptionCode("CODE", tell());
+  EXPECT_EQ(outcome(), R"(
 log Getting order using redemption code
 GET m/v1/orders/CODE/edit
 told order 7)");
   answer("GET", "m/v1/orders/CODE/edit", Answer::json(404, ""));
-  EXPECT_EQ(lookUp(), R"(
+  orders.fetchWithRedemptionCode("CODE", tell());
+  EXPECT_EQ(outcome(), R"(
 log Getting order using redemption code
 GET m/v1/orders/CODE/edit
 log Got an error getting order with redemption code

@@ -36,6 +36,9 @@ TEST_F(Fetch, SplitsTheOrdersAndKeepsTheirOrder) {
   // An order without a date is of 1970.
   EXPECT_EQ(lists(), "all: orders 1 2 3 4 5 6 7; open: orders 2 4 7; closed: orders 5 1 3 6");
   EXPECT_EQ(orders.open()->front(), order(1)) << "the same objects";
+  fetchOrders({});
+  EXPECT_EQ(lists(), "all: orders; open: orders; closed: orders") << "empty, not absent";
+  EXPECT_THAT(happened({"posted"}), testing::EndsWith("\nposted ordersUpdated orders"));
 }
 
 TEST_F(Fetch, TellsOfASuccessOnceEverythingIsInPlace) {
@@ -59,13 +62,6 @@ TEST_F(Fetch, TellsOfASuccessOnceEverythingIsInPlace) {
   EXPECT_EQ(lastFetch(), "0 s, ");
 }
 
-TEST_F(Fetch, TakesAnEmptyListForAList) {
-  fetch();
-  answer("GET", "m/v1/orders", ordersAnswer({}));
-  EXPECT_EQ(fetch(), "\ntold orders\nposted ordersUpdated orders");
-  EXPECT_EQ(lists(), "all: orders; open: orders; closed: orders");
-}
-
 TEST_F(Fetch, KeepsTheListsWhenItFails) {
   fetch();
   advance(std::chrono::seconds(60));
@@ -81,6 +77,12 @@ TEST_F(Fetch, KeepsTheListsWhenItFails) {
     EXPECT_EQ(logLines().back(), "Got an error getting orders");
     EXPECT_EQ(lastFetch(), "60 s, " + error);
     EXPECT_EQ(lists(), kOrderOne);
+  }
+  // A base URL that is no URL ends the operation before anything is sent.
+  UserDefaultsKey::apiBase.set("no url at all");
+  const std::string error = "Error Getting Orders: invalid URL";
+  for (int i = 0; i < 2; ++i) {
+    EXPECT_EQ(fetch(), "\ntold " + error + "\nposted ordersError " + error);
   }
 }
 
@@ -102,14 +104,6 @@ TEST_F(Fetch, IsRefusedWithoutACustomerAndThenWithoutABaseURL) {
   useBaseURL();
   fetch();
   EXPECT_EQ(lists(), kOrderOne) << "a refusal blocks nothing";
-}
-
-// A base URL that is no URL ends the operation before anything is sent.
-TEST_F(Fetch, MakesRoomForTheNextAlsoWhenNoRequestCanBeBuilt) {
-  UserDefaultsKey::apiBase.set("no url at all");
-  const std::string error = "Error Getting Orders: invalid URL";
-  for (int i = 0; i < 2; ++i)
-    EXPECT_EQ(fetch(), "\ntold " + error + "\nposted ordersError " + error);
 }
 
 }  // namespace

@@ -70,12 +70,8 @@ OperationInputs ServiceFixture::makeInputs() {
 
 std::string ServiceFixture::makeAccount(const LoginInfo& login) {
   speaker->becomeCustomer();
-  const std::string email = R"({"email":")" + login.emailAddress + "\"";
-  const std::string password = "\"" + login.password + "\"";
-  speaker->send(
-      "PATCH", "/m/v1/customer/sign_up",
-      email + R"(,"password":)" + password + R"(,"password_confirmation":)" + password + "}");
-  speaker->send("POST", "/m/v1/customer/password", email + "}");
+  speaker->signUp(login.emailAddress, login.password);
+  speaker->send("POST", "/m/v1/customer/password", R"({"email":")" + login.emailAddress + "\"}");
   return speaker->resetToken(login.emailAddress);
 }
 

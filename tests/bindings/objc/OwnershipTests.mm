@@ -57,14 +57,7 @@ TEST(OwnershipOfNotificationsTest, BeginsBeforeTheLibraryIsConfigured) {
   [pool drain];
 }
 
-class OwnershipTest : public TwinTest {
- protected:
-  Outcome event(int64_t orderID, CustomerState state) {
-    return await([&](Report report) {
-      [Ovinta.orders eventWithOrderID:orderID customerState:state callback:report];
-    });
-  }
-};
+using OwnershipTest = TwinTest;
 
 TEST_F(OwnershipTest, OneOrderHasOneTwin) {
   becomeCustomer();
@@ -73,7 +66,10 @@ TEST_F(OwnershipTest, OneOrderHasOneTwin) {
   Observer* const lists = observe(Ovinta.ordersUpdated);
   Order* const order = [Ovinta.orders.all lastObject];
 
-  EXPECT_EQ(event(orderID, CustomerStateNearby).result, order);
+  const Outcome moved = await([orderID](Report report) {
+    [Ovinta.orders eventWithOrderID:orderID customerState:CustomerStateNearby callback:report];
+  });
+  EXPECT_EQ(moved.result, order);
   EXPECT_EQ([Ovinta.orders.open lastObject], order);
   EXPECT_EQ([updates->objects lastObject], order);
   EXPECT_EQ(order.customerState, CustomerStateNearby);

@@ -109,7 +109,7 @@ void WalkTest::fillSamples() {
       {"customerInfo", info()},
       {"distance", twins::toObjC(ovinta::Averager{.value = 2})},
       {"identifiers", twins::toObjC(ovinta::BeaconIdentifiers{})},
-      {"pickupWindow", twins::toObjC(ovinta::PickupWindow(ovinta::platform::kDistantPast))},
+      {"pickupWindow", twins::toObjC(ovinta::PickupWindow(ovinta::platform::Date()))},
       {"rawValue", @"API Base URL"},
       {"rssi", twins::toObjC(ovinta::Averager{.value = -60})},
       {"setWithBool", @(YES)},
@@ -275,8 +275,6 @@ class CallTest : public WalkTest {
 
 CallTest::CallTest() {
   instances_["ConfigurationManager"] = Ovinta.config;
-  id const consent = [[[CustomerConsent alloc] initWithTermsOfService:YES
-                                                      ageVerification:YES] autorelease];
   id const region = [[[OvintaCircularRegion alloc] initWithLatitude:40.74
                                                           longitude:-73.99
                                                              radius:5000
@@ -286,25 +284,16 @@ CallTest::CallTest() {
     samples_[name + std::string("WithEmailAddress")] = @"ann@example.com";
   }
   for (const char* name : {"createWithSiteID", "page", "per", "rating"}) samples_[name] = @1;
-  samples_["createWithSiteID"] = @42;
+  samples_["createWithSiteID"] = samples_["siteID"] = @42;
   samples_["confrimation"] = @"password";
-  samples_["customerConsent"] = consent;
-  samples_["createWithInfo"] = [[[CreateOrderInfo alloc] initWithSiteID:42
-                                                      partnerIdentifier:@"A-2"
-                                                           customerInfo:info()
-                                                              pushToken:nil
-                                                           pickupWindow:nil] autorelease];
-  samples_["claimOrderInfo"] = [[[ClaimOrderInfo alloc] initWithCustomerInfo:info()
-                                                                   pushToken:@"00ff"
-                                                                  pickupType:nil] autorelease];
-  samples_["pickupWindow"] =
-      [[[PickupWindow alloc] init:[NSDate dateWithTimeIntervalSince1970:1e9]] autorelease];
+  samples_["customerConsent"] = make("CustomerConsent", "initWithTermsOfService:ageVerification:");
+  samples_["createWithInfo"] = make(
+      "CreateOrderInfo", "initWithSiteID:partnerIdentifier:customerInfo:pushToken:pickupWindow:");
+  samples_["claimOrderInfo"] = make("ClaimOrderInfo", "initWithCustomerInfo:pushToken:pickupType:");
   samples_["fetchWithQuery"] = nil;
   samples_["fetchAllWithQuery"] = @"new";
   samples_["fetchWithRegion"] = samples_["createForSitesInRegion"] = region;
-  samples_["notification"] = [[[NotificationInfo alloc] initWithTitle:@"Near"
-                                                              content:@"Come in"
-                                                                 data:nil] autorelease];
+  samples_["notification"] = make("NotificationInfo", "initWithTitle:content:data:");
 }
 
 /// What is new for each call, or comes of those before.
