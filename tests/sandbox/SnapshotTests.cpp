@@ -38,7 +38,7 @@ TEST_F(SnapshotTest, RestoringBringsBackEverythingAndWhatIsMadeNext) {
   EXPECT_EQ(app.createOrder().body, next.body);
 }
 
-class SeedFileTest : public testing::Test {
+class SeedFileTest : public SandboxTest {
  protected:
   Options options() const { return {.seedFile = path_.string()}; }
 
@@ -51,32 +51,29 @@ TEST_F(SeedFileTest, AShortFileIsFilledUpAndIsWhatAResetLeadsTo) {
       path_,
       R"({"data":{"sites":[{"id":7,"name":"Corner"}],"customers":[{"name":"Ann","api_token":"t"}],
             "orders":[{"site_id":7,"partner_identifier":"A","customer_token":"t"}]}})");
-  Sandbox sandbox(options());
-  ASSERT_EQ(sandbox.start(), std::nullopt);
-  Speaker app(sandbox);
-  app.setToken("t");
-  const Reply seeded = app.send("GET", "/m/v1/orders");
-  const auto& order = *seeded.list().at(0).as<Dictionary>();
+  Sandbox seeded(options());
+  ASSERT_EQ(seeded.start(), std::nullopt);
+  Speaker speaker(seeded);
+  speaker.setToken("t");
+  const Reply orders = speaker.send("GET", "/m/v1/orders");
+  const auto& order = *orders.list().at(0).as<Dictionary>();
   EXPECT_EQ(order.find("site_name")->second, Value("Corner"));
   EXPECT_EQ(order.find("state")->second, Value("created"));
-  app.send("POST", "/sandbox/orders/1001/cancelled");
-  app.send("PUT", "/sandbox/minimum-app-version/9");
-  app.send("POST", "/sandbox/reset");
-  EXPECT_EQ(app.send("GET", "/m/v1/orders").body, seeded.body);
+  speaker.send("POST", "/sandbox/orders/1001/cancelled");
+  speaker.send("PUT", "/sandbox/minimum-app-version/9");
+  speaker.send("POST", "/sandbox/reset");
+  EXPECT_EQ(speaker.send("GET", "/m/v1/orders").body, orders.body);
 }
 
 TEST_F(SeedFileTest, ASavedFileStartsAnotherService) {
-  Sandbox first;
-  ASSERT_EQ(first.start(), std::nullopt);
-  Speaker app(first);
   leaveTraces(app);
-  ASSERT_EQ(first.saveSnapshot(path_.string()), std::nullopt);
+  ASSERT_EQ(sandbox.saveSnapshot(path_.string()), std::nullopt);
   EXPECT_EQ(fs::status(path_).permissions(), fs::perms::owner_read | fs::perms::owner_write);
   Sandbox second(options());
   ASSERT_EQ(second.start(), std::nullopt);
   EXPECT_EQ(Speaker(second).send("GET", "/sandbox/snapshot").body,
             app.send("GET", "/sandbox/snapshot").body);
-  EXPECT_THAT(first.saveSnapshot("/nowhere/x"),
+  EXPECT_THAT(sandbox.saveSnapshot("/nowhere/x"),
               testing::Optional(std::string("/nowhere/x cannot be written")));
   EXPECT_THAT(trySnapshotFile("/nowhere/x"), testing::Optional(testing::HasSubstr("/nowhere/x")));
 }

@@ -25,9 +25,6 @@ TEST_F(UserDefaultsKeyTest, TextsComeAndGo) {
   EXPECT_EQ(key.stringValue(), "");
   key.set(std::nullopt);
   EXPECT_EQ(key.stringValue(), "default");
-  key.set("555");
-  key.remove();
-  EXPECT_EQ(key.stringValue(), "default");
 
   const auto store = platform::standard::makeInMemorySettingsStore();
   EXPECT_EQ(stringForKey(*store, key), std::nullopt);

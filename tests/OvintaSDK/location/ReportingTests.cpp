@@ -5,14 +5,14 @@
 namespace ovinta::test {
 namespace {
 
-using std::chrono::milliseconds;
 using testing::ElementsAre;
 
 class Reporting : public LocationFixture {
  protected:
   /// Lets time pass in steps of 100 ms, calls `atStep` with the time since the begin before each,
   /// and answers the times at which location updates were sent, to the step.
-  std::vector<int> sendTimes(milliseconds until, const std::function<void(int)>& atStep) {
+  std::vector<int> sendTimes(std::chrono::milliseconds until,
+                             const std::function<void(int)>& atStep) {
     std::vector<int> times;
     std::size_t sent = eventCount();
     for (int now = 0; now <= until.count(); now += 100) {

@@ -43,7 +43,6 @@ Expected refused(const char* message, std::optional<HTTPStatusCode> status = {})
 const char* const kUnknown = "Unknown Error";
 const char* const kLost = "The network connection was lost.";
 const char* const kTimedOut = "The request timed out.";
-const char* const kTooLarge = "The answer of the server is too large.";
 const char* const kInCircles = "The server redirected the request too many times.";
 const char* const kUpgrade = "Please update to the latest version of the app";
 
@@ -83,7 +82,7 @@ std::vector<FaultCase> faultCases() {
       {R"("redirect_same_origin","count":1)", result(), {}, 2},
       {R"("redirect_same_origin")", transport(kInCircles), {}, 11},
       {R"("redirect_other_origin")", refused(kUnknown)},
-      {R"("oversize_body")", transport(kTooLarge)},
+      {R"("oversize_body")", transport("The answer of the server is too large.")},
       {R"("upgrade_required")", refused(kUpgrade, appUpgradeRequired)},
       {R"("gone")", refused(kUnknown, gone), {{"CreateOrderEvent", kSilence}}},
   };

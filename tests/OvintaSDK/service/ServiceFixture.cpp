@@ -53,7 +53,11 @@ OperationInputs ServiceFixture::makeInputs() {
   OperationInputs inputs;
   inputs.login = {.emailAddress = "ann" + std::to_string(++accounts_) + "@example.com",
                   .password = "secret"};
-  inputs.newPassword = {.resetPasswordToken = makeAccount(inputs.login),
+  speaker->becomeCustomer();
+  speaker->signUp(inputs.login.emailAddress, inputs.login.password);
+  speaker->send("POST", "/m/v1/customer/password",
+                R"({"email":")" + inputs.login.emailAddress + "\"}");
+  inputs.newPassword = {.resetPasswordToken = speaker->resetToken(inputs.login.emailAddress),
                         .password = "secret2",
                         .confirmation = "secret2"};
   inputs.customer.token = speaker->becomeCustomer();
@@ -66,13 +70,6 @@ OperationInputs ServiceFixture::makeInputs() {
   inputs.claimCode = speaker->offerOrder();
   inputs.event.orderID = *platform::find<std::int64_t>(order.record(), "id");
   return inputs;
-}
-
-std::string ServiceFixture::makeAccount(const LoginInfo& login) {
-  speaker->becomeCustomer();
-  speaker->signUp(login.emailAddress, login.password);
-  speaker->send("POST", "/m/v1/customer/password", R"({"email":")" + login.emailAddress + "\"}");
-  return speaker->resetToken(login.emailAddress);
 }
 
 OperationCase ServiceFixture::soundCase(const std::string& name) {

@@ -60,9 +60,6 @@ class ServiceFixture : public SDKFixture {
   std::shared_ptr<ObservedURLSession> session = std::make_shared<ObservedURLSession>();
 
  private:
-  /// Makes an account that waits for a new password; answers the reset token.
-  std::string makeAccount(const LoginInfo& login);
-
   int accounts_ = 0;
 };
 
