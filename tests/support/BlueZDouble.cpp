@@ -45,11 +45,16 @@ void BlueZDouble::addAdapter(const std::string& name, bool isPowered) {
 
 void BlueZDouble::removeAdapter(const std::string& name) {
   service_.sync([&] {
-    service_.removeObject(pathOf(name));
+    for (const auto& [device, data] : adapters_[pathOf(name)].devices) tellRemoved(device, kDevice);
     adapters_.erase(pathOf(name));
-    service_.emit("/", kObjectManager, "InterfacesRemoved",
-                  arguments(ObjectPath(pathOf(name)), std::vector<Glib::ustring>{kAdapter}));
+    service_.removeObject(pathOf(name));
+    tellRemoved(pathOf(name), kAdapter);
   });
+}
+
+void BlueZDouble::tellRemoved(const std::string& path, const char* interface) {
+  service_.emit("/", kObjectManager, "InterfacesRemoved",
+                arguments(ObjectPath(path), std::vector<Glib::ustring>{interface}));
 }
 
 void BlueZDouble::setPowered(const std::string& name, bool isPowered) {
@@ -87,11 +92,20 @@ void BlueZDouble::advertise(const std::string& adapter, const std::string& devic
     const std::string path = pathOf(adapter) + "/" + device;
     const bool isNew = !hearing.devices.contains(path);
     Properties news{{"RSSI", write(rssi)}};
-    if (isNew || hearing.devices[path] != data) news.merge(manufacturerData(data, company));
+    const bool isOther = isNew || hearing.devices[path] != data;
+    if (isOther && !data.empty()) news.merge(manufacturerData(data, company));
     hearing.devices[path] = data;
     if (!isNew) return service_.change(path, kDevice, news);
     service_.emit("/", kObjectManager, "InterfacesAdded",
                   arguments(ObjectPath(path), Interfaces{{kDevice, news}}));
+  });
+}
+
+void BlueZDouble::removeDevice(const std::string& adapter, const std::string& device) {
+  service_.sync([&] {
+    const std::string path = pathOf(adapter) + "/" + device;
+    adapters_[pathOf(adapter)].devices.erase(path);
+    tellRemoved(path, kDevice);
   });
 }
 

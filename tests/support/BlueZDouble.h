@@ -11,7 +11,8 @@ namespace ovinta::test {
 
 /// BlueZ 5.66 as its only client sees it: the same names, signatures, errors and rules. Devices are
 /// heard by an adapter that discovers, with a filter for low energy and duplicates; a new one is
-/// told with all its properties, further advertisements by their strength and what else is new.
+/// told with all its properties, further advertisements by their strength and what else is new. An
+/// adapter that goes takes its devices with it.
 class BlueZDouble {
  public:
   using Bytes = std::vector<std::uint8_t>;
@@ -28,8 +29,10 @@ class BlueZDouble {
   /// Has the next call of the method fail; with `kNoReply`, after it was done.
   void fail(const std::string& method, const dbus::Failure& failure);
 
+  /// Without data: something that is no beacon.
   void advertise(const std::string& adapter, const std::string& device, const Bytes& data,
                  std::int16_t rssi, std::uint16_t company = 0x004C);
+  void removeDevice(const std::string& adapter, const std::string& device);
   bool isDiscovering(const std::string& adapter);
 
   ServiceDouble& service() { return service_; }
@@ -46,6 +49,7 @@ class BlueZDouble {
   ServiceDouble::Answer start(const std::string& path, Adapter& adapter);
   ServiceDouble::Answer objects();
   void setDiscovering(const std::string& path, bool isDiscovering);
+  void tellRemoved(const std::string& path, const char* interface);
 
   std::map<std::string, Adapter> adapters_;
   std::map<std::string, dbus::Failure> failures_;

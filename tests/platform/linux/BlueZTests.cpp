@@ -156,6 +156,28 @@ TEST_F(BlueZTest, ResumesWheneverItCan) {
                           "Bluetooth does not look for beacons: Rejected send message"));
 }
 
+TEST_F(BlueZTest, HearsWhatIsGoneOnlyOnceItIsBack) {
+  bluez_.addAdapter("hci0");
+  manager_->startRangingBeacons(kAll);
+  expectHears("hci0");
+  for (const bool isWholeAdapter : {false, true}) {
+    SCOPED_TRACE(isWholeAdapter);
+    if (isWholeAdapter) {
+      bluez_.removeAdapter("hci0");
+      EXPECT_THAT(pass(2s), ElementsAre("all:", "all:"));
+      bluez_.addAdapter("hci0");
+      waitForDiscovery("hci0");
+    } else {
+      bluez_.removeDevice("hci0", "dev_1");
+    }
+    // Something else has the address now.
+    bluez_.advertise("hci0", "dev_1", {}, -50);
+    EXPECT_THAT(pass(1s), ElementsAre("all:"));
+    advertise(1, -70);
+    EXPECT_THAT(pass(1s), ElementsAre("all: 1@-70"));
+  }
+}
+
 TEST_F(BlueZTest, RestsWhileNothingIsTrackedOrAllowed) {
   bluez_.addAdapter("hci0");
   expectRest();
