@@ -16,6 +16,9 @@
 
 namespace ovinta::platform {
 
+/// Of a beacon that is always near and in no region.
+inline constexpr UUID kForeignUUID{{42}};
+
 /// A device of the simulation. At first nobody has asked for the permission.
 class SimulatedLocationRig : public testing::Test {
  protected:
@@ -34,7 +37,7 @@ class SimulatedLocationRig : public testing::Test {
   }
   /// Lets a second pass in which these beacons, told apart by their minor number, are heard.
   void passSecond(const std::vector<std::uint16_t>& minors) {
-    std::vector<RangedBeacon> heard;
+    std::vector<RangedBeacon> heard{{kForeignUUID, 1, 1, -60, 1}};
     for (const auto minor : minors) heard.push_back({test::kBeaconUUID, 1, minor, -60, 1});
     services_.setBeaconsInRange(heard);
     time_.advance(std::chrono::seconds(1));
@@ -69,6 +72,7 @@ class LinuxLocationRig : public test::BusTest {
   }
   void passSecond(const std::vector<std::uint16_t>& minors) {
     settle();
+    bluez_.advertise("hci0", "dev_foreign", test::beaconFrame({kForeignUUID, 1, 1, -59}), -60);
     for (const auto minor : minors) {
       bluez_.advertise("hci0", "dev_" + std::to_string(minor),
                        test::beaconFrame({test::kBeaconUUID, 1, minor, -59}), -60);

@@ -16,10 +16,6 @@ class SimulatedNotificationRig : public testing::Test {
  protected:
   /// Has all that was asked so far arrive.
   void settle() { simulation_.time().runUntilIdle(); }
-  void go(double metresNorth) {
-    simulation_.location().deliver({.coordinate = simulation::northOfSite(metresNorth)});
-    settle();
-  }
   /// The titles of what was shown so far.
   std::vector<std::string> shown() {
     std::vector<std::string> titles;
@@ -30,6 +26,7 @@ class SimulatedNotificationRig : public testing::Test {
   }
 
   simulation::Simulation simulation_{simulation::sphericalServices(), Date{}};
+  simulation::SimulatedLocation* location_ = &simulation_.location();
   UserNotificationCenter* center_ = &simulation_.notifications();
 };
 
@@ -45,10 +42,6 @@ class LinuxNotificationRig : public linux::UserNotificationTest {
       pendingOf(*center_);
       passBy(linux::kNotificationsName);
     }
-  }
-  void go(double metresNorth) {
-    moveTo(metresNorth);
-    settle();
   }
   std::vector<std::string> shown() {
     std::vector<std::string> titles;
@@ -72,10 +65,15 @@ class UserNotificationCenterTest : public Rig {
     this->settle();
   }
 
+  void go(double metresNorth) {
+    this->location_->deliver({simulation::northOfSite(metresNorth), 5});
+    this->settle();
+  }
+
   /// What is shown on the way.
   std::vector<std::string> travel(std::initializer_list<double> metres) {
     const auto before = static_cast<std::ptrdiff_t>(this->shown().size());
-    for (const double distance : metres) this->go(distance);
+    for (const double distance : metres) go(distance);
     auto shown = this->shown();
     return {shown.begin() + before, shown.end()};
   }
@@ -133,6 +131,17 @@ TYPED_TEST(UserNotificationCenterTest, OneThatIsArmedInsideFiresAtTheNextEntry) 
   EXPECT_THAT(this->travel({50, 500, 40}), ElementsAre("one"));
   EXPECT_THAT(this->travel({9000, 50}), ElementsAre("elsewhere"));
   EXPECT_THAT(this->pending(), IsEmpty());
+}
+
+TYPED_TEST(UserNotificationCenterTest, FiresOnlyWhereThePositionMayBeKnown) {
+  this->add({request("one")});
+  this->go(500);
+  for (const AuthorizationStatus status : {2, 4}) {
+    EXPECT_THAT(this->shown(), IsEmpty());
+    this->location_->setAuthorizationStatus(status);
+    this->go(50);
+  }
+  EXPECT_THAT(this->shown(), ElementsAre("one"));
 }
 
 }  // namespace
