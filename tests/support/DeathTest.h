@@ -2,10 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <optional>
-#include <string>
-
+#include "tests/support/ScopedVariable.h"
 #include "tests/support/TemporaryDirectory.h"
 
 namespace ovinta::test {
@@ -14,20 +11,11 @@ namespace ovinta::test {
 /// can put anything away: its temporary directories go with this object.
 class DeathTest {
  public:
-  DeathTest() {
-    GTEST_FLAG_SET(death_test_style, "threadsafe");
-    if (const char* before = std::getenv(kVariable)) before_ = before;
-    setenv(kVariable, directory_.path().c_str(), 1);
-  }
-  ~DeathTest() { before_ ? setenv(kVariable, before_->c_str(), 1) : unsetenv(kVariable); }
-  DeathTest(const DeathTest&) = delete;
-  DeathTest& operator=(const DeathTest&) = delete;
+  DeathTest() { GTEST_FLAG_SET(death_test_style, "threadsafe"); }
 
  private:
-  static constexpr const char* kVariable = "TMPDIR";
-
   TemporaryDirectory directory_;
-  std::optional<std::string> before_;
+  ScopedVariable variable_{"TMPDIR", directory_.path().c_str()};
 };
 
 }  // namespace ovinta::test

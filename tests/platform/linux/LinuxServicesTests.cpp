@@ -1,7 +1,5 @@
 #include <gmock/gmock.h>
 
-#include <cstdlib>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -15,6 +13,7 @@
 #include "platform/linux/notifications/NotificationStore.h"
 #include "tests/support/DeathTest.h"
 #include "tests/support/Files.h"
+#include "tests/support/ScopedVariable.h"
 #include "tests/support/TemporaryDirectory.h"
 
 namespace ovinta::platform::linux {
@@ -52,21 +51,6 @@ TEST(LibraryBundleTest, HoldsTheVersionAndTheDataModel) {
   EXPECT_TRUE(model && model->entity("Order"));
 }
 
-/// Sets, or for null unsets, a variable of the environment for its own life.
-class ScopedVariable {
- public:
-  ScopedVariable(const char* name, const char* value) : name_(name) {
-    if (const char* old = std::getenv(name)) before_ = old;
-    set(value);
-  }
-  ~ScopedVariable() { set(before_ ? before_->c_str() : nullptr); }
-
- private:
-  void set(const char* value) { value ? setenv(name_, value, 1) : unsetenv(name_); }
-  const char* name_;
-  std::optional<std::string> before_;
-};
-
 TEST(PrivateDirectoryTest, TheDefaultDataDirectoryFollowsTheEnvironment) {
   const struct {
     const char *dataHome, *home, *identifier, *expected;
@@ -79,13 +63,13 @@ TEST(PrivateDirectoryTest, TheDefaultDataDirectoryFollowsTheEnvironment) {
       {"/data", nullptr, "", "/data/application/OvintaSDK"},
   };
   for (const auto& tested : cases) {
-    const ScopedVariable dataHome("XDG_DATA_HOME", tested.dataHome);
-    const ScopedVariable home("HOME", tested.home);
+    const test::ScopedVariable dataHome("XDG_DATA_HOME", tested.dataHome);
+    const test::ScopedVariable home("HOME", tested.home);
     EXPECT_EQ(defaultDataDirectory(tested.identifier), tested.expected);
   }
-  const ScopedVariable dataHome("XDG_DATA_HOME", nullptr);
+  const test::ScopedVariable dataHome("XDG_DATA_HOME", nullptr);
   for (const char* unusable : {static_cast<const char*>(nullptr), "", "relative"}) {
-    const ScopedVariable home("HOME", unusable);
+    const test::ScopedVariable home("HOME", unusable);
     // Whatever the user database says: a user's home or none, but never a relative path.
     const auto directory = defaultDataDirectory("app");
     EXPECT_TRUE(!directory || directory->is_absolute());
