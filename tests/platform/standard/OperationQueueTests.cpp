@@ -125,26 +125,6 @@ TEST_F(OperationQueueTest, DroppingAQueueDropsWhatWaitsAndLeavesWhatRuns) {
   ended.get_future().wait();
 }
 
-TEST_F(OperationQueueTest, TheProcessExitsCleanlyWithOperationsRunningAndWaiting) {
-  for (int round = 0; round < 30; ++round) {
-    EXPECT_EXIT(
-        {
-          const auto queue = factory_->makeQueue();
-          const auto center = standard::makeNotificationCenter();
-          std::latch running(2);
-          for (int number = 0; number < 100; ++number) {
-            queue->addOperation(operation([&running, number, center] {
-              if (number < 2) running.count_down();
-              for (int i = 0; i < 500; ++i) center->post({{"name"}, std::string(100, 'x')});
-            }));
-          }
-          running.wait();
-          std::exit(0);
-        },
-        testing::ExitedWithCode(0), "^$");
-  }
-}
-
 TEST_F(OperationQueueTest, TheExitWaitsForWhatRunsButNotForItsCaller) {
   EXPECT_EXIT(
       {
