@@ -66,10 +66,7 @@ TEST(DateFormatterTest, WritesInTheZoneAndCalendarOfTheFormat) {
 
 TEST(DateFormatterTest, ReadsWholeMatchingTextsOnly) {
   const Date instant = date(2021, 3, 4, kAfternoon);
-  const struct {
-    const char* text;
-    std::optional<Date> expected;
-  } cases[] = {
+  const std::pair<const char*, std::optional<Date>> cases[] = {
       {"2021-03-04T15:30:00.000Z", instant},
       {"2021-03-04T10:30:00.000-05:00", instant},
       {"2021-03-04T10:30:00.000-0500", instant},

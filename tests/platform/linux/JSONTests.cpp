@@ -26,10 +26,7 @@ TEST(JSONReadingTest, RefusesWhatIsNotJSON) {
 }
 
 TEST(JSONReadingTest, ReadsEveryKindOfValue) {
-  const struct {
-    const char* text;
-    Value expected;
-  } cases[] = {
+  const std::pair<const char*, Value> cases[] = {
       {"null", nullptr},
       {"-0", 0},
       {"9223372036854775807", kMaximum},
@@ -107,10 +104,7 @@ TEST(JSONReadingTest, DocumentsOutliveLaterOnesAndTheirThreads) {
 }
 
 TEST(JSONWritingTest, WritesTheShortestExactForm) {
-  const struct {
-    Value value;
-    const char* expected;
-  } cases[] = {
+  const std::pair<Value, const char*> cases[] = {
       {kMinimum, "-9223372036854775808"},
       {0.1, "0.1"},
       {100.0, "100"},

@@ -17,10 +17,7 @@ TEST(TextTest, KnowsUppercaseAndTitlecaseLetters) {
 }
 
 TEST(TextTest, CapitalizesWordByWord) {
-  const struct {
-    const char* text;
-    const char* expected;
-  } cases[] = {
+  const std::pair<const char*, const char*> cases[] = {
       {"", ""},
       {"getting Sites for a region", "Getting Sites For A Region"},
       {"error URL", "Error Url"},
@@ -33,10 +30,7 @@ TEST(TextTest, CapitalizesWordByWord) {
 }
 
 TEST(TextTest, ReadsDecimalTexts) {
-  const struct {
-    const char* text;
-    std::optional<double> expected;
-  } cases[] = {
+  const std::pair<const char*, std::optional<double>> cases[] = {
       {"40.7", 40.7},     {"-73.98", -73.98}, {"+1", 1.0},    {".5", 0.5},    {"5.", 5.0},
       {"1.5e-3", 1.5e-3}, {"1E3", 1000.0},    {"-0", -0.0},   {"007", 7.0},   {"", {}},
       {"+", {}},          {"-", {}},          {".", {}},      {"+-1", {}},    {"--1", {}},
