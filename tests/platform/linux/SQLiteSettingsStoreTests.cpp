@@ -4,7 +4,6 @@
 #include <gmock/gmock.h>
 #include <sys/stat.h>
 
-#include <barrier>
 #include <future>
 #include <string>
 #include <thread>
@@ -155,30 +154,6 @@ TEST_F(SQLiteSettingsStoreTest, WaitsForAnotherWriterEvenBeforeTheFileIsInWriteA
   other.join();
   EXPECT_THAT(log_->lines(), IsEmpty());
   EXPECT_EQ(open()->string("key"), "value");
-}
-
-TEST_F(SQLiteSettingsStoreTest, TwoStoresMayWriteTheSameFileFromTheFirstMomentOn) {
-  constexpr int kRounds = 20, kKeys = 30;
-  const auto fileOf = [&](int round) { return directory_ / std::to_string(round) / "S.sqlite"; };
-  std::barrier together(2);
-  const auto write = [&](const std::string& mark) {
-    for (int round = 0; round < kRounds; ++round) {
-      // On a file of its own each time: they meet while it is being made.
-      together.arrive_and_wait();
-      SQLiteSettingsStore store(fileOf(round), log_);
-      for (int key = 0; key < kKeys; ++key) store.set(mark + std::to_string(key), mark);
-    }
-  };
-  std::thread other(write, "other");
-  write("one");
-  other.join();
-  EXPECT_THAT(log_->lines(), IsEmpty());
-  for (int key = 0; key < kRounds * kKeys; ++key) {
-    SQLiteSettingsStore store(fileOf(key / kKeys), log_);
-    for (const auto* mark : {"one", "other"}) {
-      EXPECT_EQ(store.string(mark + std::to_string(key % kKeys)), mark);
-    }
-  }
 }
 
 }  // namespace

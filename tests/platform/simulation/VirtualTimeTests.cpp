@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <future>
 #include <thread>
 #include <vector>
 
@@ -69,24 +68,6 @@ TEST_F(VirtualTimeTest, SyncRunsOnTheMainThreadAndWaits) {
     returned = true;
   });
   EXPECT_TRUE(time.waitUntil([&] { return returned.load(); }, kLimit));
-}
-
-TEST_F(VirtualTimeTest, AdvanceWaitsForHoldsAndRunsWhatComesMeanwhile) {
-  queue->asyncAfter(1s, note(3));
-  auto first = time.hold();
-  std::promise<void> ran;
-  std::jthread other([&, second = time.hold()]() mutable {
-    queue->async([&] {
-      note(1)();
-      ran.set_value();
-    });
-    ran.get_future().wait();
-    first.reset();
-    queue->async(note(2));
-    second.reset();
-  });
-  time.advance(1s);
-  EXPECT_THAT(notes, ElementsAre(std::pair(1, 0s), std::pair(2, 0s), std::pair(3, 1s)));
 }
 
 TEST_F(VirtualTimeTest, WaitUntilEndsWithTheConditionOrTheLimit) {
