@@ -20,32 +20,29 @@ std::string battery(const char* status) {
          "A: voltage_now=12000000\nA: capacity=80\n";
 }
 
-class UPowerDaemonTest : public test::BusTest,
-                         public testing::WithParamInterface<std::pair<const char*, BatteryState>> {
-};
+using UPowerDaemonTest = test::BusTest;
 
-TEST_P(UPowerDaemonTest, ItsBatteryIsRead) {
+TEST_F(UPowerDaemonTest, ItsBatteryIsRead) {
   if (access(kDaemon, X_OK) != 0 || access(kPlayer, X_OK) != 0 || geteuid() != 0) {
     GTEST_SKIP() << "takes root and the packages upower and umockdev";
   }
   const auto description = folder_.path() / "battery.umockdev";
-  test::writeFile(description, battery(GetParam().first));
-  const replay::ChildProcess daemon({kPlayer, "--device", description.string(), "--", kDaemon},
-                                    {"DBUS_SYSTEM_BUS_ADDRESS=" + daemon_.address()});
-  SystemDevice device(bus_, time_.clock(), folder_.path() / "none");
-  device.setBatteryMonitoringEnabled(true);
-  const auto isRead = [&] { return device.batteryState() == GetParam().second; };
-  for (int attempt = 0; attempt < 100 && !isRead(); ++attempt) {
-    time_.advance(std::chrono::seconds(11));
-    time_.waitUntil(isRead, std::chrono::milliseconds(300));
+  for (const auto& [status, state] : {std::pair("Charging", BatteryState::charging),
+                                      {"Discharging", BatteryState::unplugged},
+                                      {"Full", BatteryState::full}}) {
+    test::writeFile(description, battery(status));
+    const replay::ChildProcess daemon({kPlayer, "--device", description.string(), "--", kDaemon},
+                                      {"DBUS_SYSTEM_BUS_ADDRESS=" + daemon_.address()});
+    SystemDevice device(bus_, time_.clock(), folder_.path() / "none");
+    device.setBatteryMonitoringEnabled(true);
+    const auto isRead = [&, expected = state] { return device.batteryState() == expected; };
+    for (int attempt = 0; attempt < 100 && !isRead(); ++attempt) {
+      time_.advance(std::chrono::seconds(11));
+      time_.waitUntil(isRead, std::chrono::milliseconds(300));
+    }
+    EXPECT_TRUE(isRead()) << status;
   }
-  EXPECT_TRUE(isRead());
 }
-
-INSTANTIATE_TEST_SUITE_P(States, UPowerDaemonTest,
-                         testing::Values(std::pair("Charging", BatteryState::charging),
-                                         std::pair("Discharging", BatteryState::unplugged),
-                                         std::pair("Full", BatteryState::full)));
 
 }  // namespace
 }  // namespace ovinta::platform::linux
