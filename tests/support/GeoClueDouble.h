@@ -41,16 +41,16 @@ class GeoClueDouble {
   }
 
   /// Sends a fix to every client that runs and whose last one is at least its threshold away.
-  void feed(double latitude, double longitude, double accuracy = 10, double speed = -1,
+  void feed(platform::Coordinate place, double accuracy = 10, double speed = -1,
             std::uint64_t seconds = 0) {
     service_.sync([&] {
       for (auto& [path, client] : clients_) {
-        if (!client.isRunning || !passesThreshold(path, client, {latitude, longitude})) continue;
+        if (!client.isRunning || !passesThreshold(path, client, place)) continue;
         const std::string fix = path + "/Location/" + std::to_string(++objectCount_);
         const std::tuple<std::uint64_t, std::uint64_t> time(seconds, 250'000);
         service_.addObject(fix, "org.freedesktop.GeoClue2.Location",
-                           {{"Latitude", dbus::write(latitude)},
-                            {"Longitude", dbus::write(longitude)},
+                           {{"Latitude", dbus::write(place.latitude)},
+                            {"Longitude", dbus::write(place.longitude)},
                             {"Accuracy", dbus::write(accuracy)},
                             {"Speed", dbus::write(speed)},
                             {"Timestamp", dbus::write(time)}});
@@ -58,10 +58,6 @@ class GeoClueDouble {
                       dbus::arguments(dbus::ObjectPath("/"), dbus::ObjectPath(fix)), client.owner);
       }
     });
-  }
-
-  void feed(platform::Coordinate place, double accuracy = 10) {
-    feed(place.latitude, place.longitude, accuracy);
   }
 
   /// The user's switch, while clients run.

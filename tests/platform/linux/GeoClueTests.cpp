@@ -64,11 +64,11 @@ TEST_F(GeoClueTest, FollowsThePositionFromStartToStop) {
   manager_->setDistanceFilter(-1);
   waitUntil([&] { return threshold() == 0U; });
 
-  geoclue_.feed(48.1, 11.5, 12.5, 3.5, 1'700'000'000);
-  geoclue_.feed(-48.1, -11.5, 0, -1, 1'700'000'001);
-  geoclue_.feed(91, 0);
-  geoclue_.feed(0, 0, NAN);
-  geoclue_.feed(1, 2, 20, NAN, ~std::uint64_t{0});
+  geoclue_.feed({48.1, 11.5}, 12.5, 3.5, 1'700'000'000);
+  geoclue_.feed({-48.1, -11.5}, 0, -1, 1'700'000'001);
+  geoclue_.feed({91, 0});
+  geoclue_.feed({0, 0}, NAN);
+  geoclue_.feed({1, 2}, 20, NAN, ~std::uint64_t{0});
   waitForLocations(3);
   const auto at = [](int seconds) { return Date(1'700'000'000s + seconds * 1s + 250ms); };
   EXPECT_THAT(delegate_.locations, ElementsAre(Location{{48.1, 11.5}, 12.5, 3.5, at(0)},
@@ -86,7 +86,7 @@ TEST_F(GeoClueTest, SignificantChangesAreAClientOfTheirOwnAndTheStrongestAnswerC
   geoclue_.setMood(Mood::disallowing);
   manager_->startMonitoringSignificantLocationChanges();
   waitUntil([&] { return geoclue_.service().count("DeleteClient") == 1; });
-  geoclue_.feed(1, 1);
+  geoclue_.feed({1, 1});
   waitForLocations(1);
   EXPECT_THAT(delegate_.take(), ElementsAre("status 0", "status 4"));
   manager_->stopUpdatingLocation();
@@ -216,7 +216,7 @@ TEST_F(GeoClueTest, AServiceThatRestartsIsFollowedOnAndSoIsTheBus) {
   EXPECT_FALSE(services_->locationServicesEnabled());
   geoclue_.service().appear();
   waitForStatus(4);
-  geoclue_.feed(1, 1);
+  geoclue_.feed({1, 1});
   waitForLocations(1);
   daemon_.stop();
   waitForStatus(0);

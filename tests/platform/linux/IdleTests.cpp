@@ -119,7 +119,7 @@ TEST_F(IdleTest, RestsAgainWhenTheLastOrderIsCompleted) {
   waitUntil([&] { return geoclue_.service().count("Start") == 3; });
   waitUntil([&] { return bluez_.isDiscovering("hci0"); });
   const auto waiting = time.pendingTaskCount();
-  geoclue_.feed(40.7, -74, 10, 1, static_cast<std::uint64_t>(time.now().time_since_epoch() / 1s));
+  geoclue_.feed({40.7, -74}, 10, 1, static_cast<std::uint64_t>(time.now().time_since_epoch() / 1s));
   waitUntil([&] { return time.pendingTaskCount() > waiting; });
   advance(3s);
   EXPECT_THAT(bodies("POST", "m/v1/events"), Not(IsEmpty()));
@@ -143,7 +143,7 @@ TEST_F(IdleTest, RestsAgainWhenNothingIsArmed) {
 
   arm("two");
   waitUntil([&] { return geoclue_.service().count("Start") == 2; });
-  for (const double latitude : {41.0, 40.7}) geoclue_.feed(latitude, -74);
+  for (const double latitude : {41.0, 40.7}) geoclue_.feed({latitude, -74});
   waitUntil([&] { return desktop_.shown().size() == 1; });
   desktop_.click(desktop_.shown().at(0));
   expectIdle();

@@ -76,17 +76,6 @@ TEST_F(SQLiteSettingsStoreTest, ReadingMakesNothingAndWritingMakesPrivateFiles) 
   EXPECT_EQ(test::modeOf(file_), 0600U);
 }
 
-TEST_F(SQLiteSettingsStoreTest, FollowsNoLinks) {
-  const auto elsewhere = temporary_.path() / "elsewhere.sqlite";
-  create_directories(directory_);
-  create_symlink(elsewhere, file_);
-  const auto store = open();
-  store->set("key", "value");
-  EXPECT_EQ(store->string("key"), "value");
-  EXPECT_FALSE(exists(elsewhere));
-  EXPECT_THAT(log_->lines(), ElementsAre(HasSubstr("Could not write the setting \"key\"")));
-}
-
 TEST_F(SQLiteSettingsStoreTest, ADamagedFileIsSetAsideLoggedAndRebuilt) {
   const std::function<void()> damages[] = {
       [&] { test::writeFile(file_, "no database"); },

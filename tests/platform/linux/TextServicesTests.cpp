@@ -78,11 +78,7 @@ TEST(URLFormatTest, SetsQueryItems) {
 }
 
 TEST(URLFormatTest, AppendsPathComponents) {
-  const struct {
-    const char* url;
-    const char* component;
-    const char* expected;
-  } cases[] = {
+  const std::tuple<const char*, const char*, const char*> cases[] = {
       {"https://h", "m/v1/app", "https://h/m/v1/app"},
       {"https://h", "/m/x", "https://h/m/x"},
       {"https://h/", "m/x", "https://h/m/x"},
