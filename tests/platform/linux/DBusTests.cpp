@@ -71,6 +71,19 @@ TEST_F(DBusTest, WhoeverDestroysTheServiceInAHandlerHearsNothingMore) {
   EXPECT_EQ(ticks, 1);
 }
 
+TEST_F(DBusTest, HandlersHearOfTheirOwnObjectOnly) {
+  std::vector<std::uint32_t> alarms;
+  service_->onPropertiesChanged(kPath, kName, [&](const std::string&, const Properties& changed) {
+    alarms.push_back(read<std::uint32_t>(changed, "Alarm").value_or(0));
+  });
+  passBy(kName);
+  for (const auto& [path, alarm] : {std::pair("/other", 9U), {kPath, 7U}}) {
+    clock_.change(path, kName, {{"Alarm", write(alarm)}});
+  }
+  passBy(kName);
+  EXPECT_THAT(alarms, ElementsAre(7U));
+}
+
 TEST_F(DBusTest, ABusThatIsGoneIsLookedForEverMoreRarelyWhileSomebodyListens) {
   std::vector<bool> presence;
   int ticks = 0;

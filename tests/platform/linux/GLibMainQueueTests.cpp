@@ -63,6 +63,26 @@ TEST_F(GLibMainQueueTest, SyncRunsAtOnceOnTheMainThreadAndThroughTheQueueElsewhe
   EXPECT_THAT(calls_, ElementsAre("sync on main", "queued", "sync", "after sync"));
 }
 
+TEST_F(GLibMainQueueTest, KeepsTheOrderOfEachThreadThatSubmits) {
+  constexpr int kThreads = 4, kTasks = 200;
+  std::vector<int> seen(kThreads, 0);
+  int left = kThreads * kTasks;
+  std::vector<std::thread> threads;
+  for (int thread = 0; thread < kThreads; ++thread) {
+    threads.emplace_back([&, thread] {
+      for (int task = 0; task < kTasks; ++task) {
+        queue_.async([&, thread, task] {
+          EXPECT_EQ(seen[thread]++, task);
+          if (--left == 0) quitMainLoop();
+        });
+      }
+    });
+  }
+  runMainLoop();
+  for (auto& thread : threads) thread.join();
+  EXPECT_EQ(left, 0);
+}
+
 TEST_F(GLibMainQueueTest, QuittingEndsTheLoopAfterTheTaskInProgressOrBeforeTheFirst) {
   queue_.async([] { quitMainLoop(); });
   queue_.async(record("next run"));
