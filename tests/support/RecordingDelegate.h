@@ -15,9 +15,10 @@ namespace ovinta::test {
 /// strength, with a question mark where the distance is unknown.
 class RecordingDelegate : public platform::LocationManagerDelegate {
  public:
-  void didUpdateLocations(const std::vector<platform::Location>& locations) override {
+  void didUpdateLocations(const std::vector<platform::Location>& told) override {
     using namespace platform::simulation;
-    for (const auto& location : locations) {
+    for (const auto& location : told) {
+      locations.push_back(location);
       note("at " + std::to_string(std::lround(Sphere().distance(kSite, location.coordinate))));
     }
   }
@@ -40,6 +41,8 @@ class RecordingDelegate : public platform::LocationManagerDelegate {
   std::vector<std::string> take() { return std::exchange(told_, {}); }
 
   std::function<void()> onTold;
+  /// All positions that it was told.
+  std::vector<platform::Location> locations;
 
  private:
   void note(const std::string& text) {

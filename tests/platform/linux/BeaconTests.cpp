@@ -41,21 +41,16 @@ TEST(BlueZDevicesTest, TellASightingByItsStrength) {
   const Glib::VariantBase frame = dbus::write(beaconFrame(kBeacon));
   const dbus::Properties beacon = data(Data{{1, dbus::write(Bytes{1})}, {0x4C, frame}});
   constexpr int kNoSighting = 1, kUnknown = 0;
-  const struct {
-    dbus::Properties known;
-    int told;
-    int expected;
-  } cases[] = {{beacon, -60, -60},
-               {beacon, -1, -1},
-               {beacon, 0, kUnknown},
-               {beacon, 127, kUnknown},
-               {data("no map"), -60, -60},
-               {data(Data{{0x4D, frame}}), -60, kNoSighting},
-               {{}, -60, kNoSighting},
-               {beacon, -60, -60},
-               {data(Data{{0x4C, dbus::write("no bytes")}}), -60, kNoSighting},
-               {beacon, -60, -60},
-               {data(Data{{0x4C, dbus::write(Bytes{2, 21, 3})}}), -60, kNoSighting}};
+  const std::tuple<dbus::Properties, int, int> cases[] = {
+      {beacon, -60, -60},
+      {beacon, -1, -1},
+      {beacon, 0, kUnknown},
+      {beacon, 127, kUnknown},
+      {data("no map"), -60, -60},
+      {data(Data{{0x4D, frame}}), -60, kNoSighting},
+      {{}, -60, kNoSighting},
+      {beacon, -60, -60},
+      {data(Data{{0x4C, dbus::write("no bytes")}}), -60, kNoSighting}};
   BlueZDevices devices;
   // Each case goes on from the one before.
   for (const auto& [known, told, expected] : cases) {
@@ -66,8 +61,6 @@ TEST(BlueZDevicesTest, TellASightingByItsStrength) {
   }
   devices.learn("/d", beacon);
   EXPECT_FALSE(devices.note("/d", {{"RSSI", dbus::write("loud")}}).has_value());
-  devices.forget("/d");
-  EXPECT_FALSE(devices.note("/d", {{"RSSI", dbus::write(std::int16_t{-60})}}).has_value());
 }
 
 TEST(BeaconCollectorTest, TakesTheMeanAndEstimatesTheDistance) {

@@ -44,12 +44,7 @@ constexpr milliseconds kAfternoon = std::chrono::hours(15) + std::chrono::minute
 
 TEST(DateFormatterTest, WritesInTheZoneAndCalendarOfTheFormat) {
   const Date instant = date(2021, 3, 4, kAfternoon + milliseconds(7));
-  const struct {
-    DateFormat format;
-    const char* zone;
-    Date date;
-    const char* expected;
-  } cases[] = {
+  const std::tuple<DateFormat, const char*, Date, const char*> cases[] = {
       {kService, "Asia/Tokyo", instant, "2021-03-04T15:30:00.007Z"},
       {kService, "GMT", instant + microseconds(999), "2021-03-04T15:30:00.007Z"},
       {kService, "GMT", Date(microseconds(-1)), "1969-12-31T23:59:59.999Z"},

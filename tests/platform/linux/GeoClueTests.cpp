@@ -13,17 +13,6 @@ using test::GeoClueDouble;
 using testing::ElementsAre;
 using Mood = GeoClueDouble::Mood;
 
-/// Keeps whole positions.
-class Delegate : public test::RecordingDelegate {
- public:
-  void didUpdateLocations(const std::vector<Location>& found) override {
-    locations.insert(locations.end(), found.begin(), found.end());
-    if (onTold) onTold();
-  }
-
-  std::vector<Location> locations;
-};
-
 class GeoClueTest : public test::BusTest {
  protected:
   GeoClueTest() { manager_->setDelegate(&delegate_); }
@@ -43,7 +32,7 @@ class GeoClueTest : public test::BusTest {
   GeoClueDouble geoclue_{daemon_};
   std::shared_ptr<BeaconScanner> scanner_ =
       std::make_shared<BeaconScanner>(bus_, time_.mainQueue(), log_, BeaconScanner::Settings{});
-  Delegate delegate_;
+  test::RecordingDelegate delegate_;
   std::shared_ptr<PositionHub> hub_ =
       test::makeGeoClueHub(bus_, time_.mainQueue(), folder_.path() / "geoclue.conf");
   std::unique_ptr<SystemLocationServices> services_ = std::make_unique<SystemLocationServices>(
@@ -86,9 +75,9 @@ TEST_F(GeoClueTest, SignificantChangesAreAClientOfTheirOwnAndTheStrongestAnswerC
   geoclue_.setMood(Mood::disallowing);
   manager_->startMonitoringSignificantLocationChanges();
   waitUntil([&] { return geoclue_.service().count("DeleteClient") == 1; });
-  geoclue_.feed({1, 1});
+  geoclue_.feed(simulation::kSite);
   waitForLocations(1);
-  EXPECT_THAT(delegate_.take(), ElementsAre("status 0", "status 4"));
+  EXPECT_THAT(delegate_.take(), ElementsAre("status 0", "status 4", "at 0"));
   manager_->stopUpdatingLocation();
   waitForStatus(2);
   manager_.reset();
@@ -97,22 +86,19 @@ TEST_F(GeoClueTest, SignificantChangesAreAClientOfTheirOwnAndTheStrongestAnswerC
 }
 
 TEST_F(GeoClueTest, RefusalsSetTheStatusAndEndWithTheirCause) {
-  const struct {
-    Mood mood;
-    AuthorizationStatus status;
-    bool isEnabled;
-  } cases[] = {{Mood::disabled, 1, false}, {Mood::disallowing, 2, true}};
-  for (const auto& tested : cases) {
-    geoclue_.setMood(tested.mood);
+  const std::tuple<Mood, AuthorizationStatus, bool> cases[] = {{Mood::disabled, 1, false},
+                                                               {Mood::disallowing, 2, true}};
+  for (const auto& [mood, status, isEnabled] : cases) {
+    geoclue_.setMood(mood);
     manager_->startUpdatingLocation();
-    waitForStatus(tested.status);
-    EXPECT_EQ(services_->locationServicesEnabled(), tested.isEnabled);
+    waitForStatus(status);
+    EXPECT_EQ(services_->locationServicesEnabled(), isEnabled);
     waitUntil([&] { return geoclue_.clientCount() == 0; });
     geoclue_.setMood(Mood::willing);
     const auto attempts = geoclue_.service().count("Start");
     time_.advance(15s);
     // A refusal stands until the service comes anew or the application starts again.
-    if (tested.status == 2) {
+    if (status == 2) {
       time_.advance(1min);
       EXPECT_EQ(geoclue_.service().count("Start"), attempts);
       geoclue_.vanish();
@@ -213,10 +199,9 @@ TEST_F(GeoClueTest, AServiceThatRestartsIsFollowedOnAndSoIsTheBus) {
   follow();
   geoclue_.vanish();
   waitForStatus(0);
-  EXPECT_FALSE(services_->locationServicesEnabled());
   geoclue_.service().appear();
   waitForStatus(4);
-  geoclue_.feed({1, 1});
+  geoclue_.feed(simulation::kSite);
   waitForLocations(1);
   daemon_.stop();
   waitForStatus(0);
@@ -233,8 +218,8 @@ TEST_F(GeoClueTest, AServiceThatRestartsIsFollowedOnAndSoIsTheBus) {
     time_.advance(15s);
     time_.waitUntil(isBack, 100ms);
   }
-  EXPECT_THAT(delegate_.take(),
-              ElementsAre("status 0", "status 4", "status 0", "status 4", "status 0", "status 4"));
+  EXPECT_THAT(delegate_.take(), ElementsAre("status 0", "status 4", "status 0", "status 4", "at 0",
+                                            "status 0", "status 4"));
 }
 
 }  // namespace

@@ -47,11 +47,7 @@ TEST(JSONReadingTest, ReadsEveryKindOfValue) {
 }
 
 TEST(JSONReadingTest, TellsIntegersFromOtherNumbers) {
-  const struct {
-    const char* text;
-    std::optional<std::int64_t> integer;
-    std::optional<double> number;
-  } cases[] = {
+  const std::tuple<const char*, std::optional<std::int64_t>, std::optional<double>> cases[] = {
       {"7", 7, 7.0},
       {"5.0", 5, 5.0},
       {"1e3", 1000, 1000.0},

@@ -70,17 +70,14 @@ TEST_F(SystemDeviceTest, AsksUPowerAtQuestionsWhileMonitoringIsOn) {
   EXPECT_EQ(device_.batteryState(), BatteryState::unknown);
   device_.setBatteryMonitoringEnabled(true);
   EXPECT_EQ(device_.batteryState(), BatteryState::full) << "UPower has not answered yet";
-  const struct {
-    std::uint32_t number;
-    bool isPresent;
-    BatteryState expected;
-  } cases[] = {{3, true, BatteryState::unplugged}, {5, true, BatteryState::charging},
-               {6, true, BatteryState::unplugged}, {7, true, BatteryState::unknown},
-               {1, true, BatteryState::charging},  {1, false, BatteryState::unknown},
-               {2, true, BatteryState::unplugged}};
-  for (const auto& tested : cases) {
-    upower_.addObject(kUPowerDisplayDevice, kUPowerDevice, state(tested.number, tested.isPresent));
-    expectSoon(tested.expected);
+  const std::tuple<std::uint32_t, bool, BatteryState> cases[] = {
+      {3, true, BatteryState::unplugged}, {5, true, BatteryState::charging},
+      {6, true, BatteryState::unplugged}, {7, true, BatteryState::unknown},
+      {1, true, BatteryState::charging},  {1, false, BatteryState::unknown},
+      {2, true, BatteryState::unplugged}};
+  for (const auto& [number, isPresent, expected] : cases) {
+    upower_.addObject(kUPowerDisplayDevice, kUPowerDevice, state(number, isPresent));
+    expectSoon(expected);
   }
   upower_.addObject(kUPowerDisplayDevice, kUPowerDevice, state(1, true));
   time_.advance(9s);

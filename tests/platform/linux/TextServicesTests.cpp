@@ -58,11 +58,7 @@ TEST(URLFormatTest, AcceptsTheGrammarOnly) {
 TEST(URLFormatTest, SetsQueryItems) {
   const std::vector<URLQueryItem> items{{"q", "Zoë's +&=?/#%"}, {"a b", "-._~"}, {"page", ""}};
   const std::string query = "?q=Zo%C3%AB%27s%20%2B%26%3D%3F%2F%23%25&a%20b=-._~&page=";
-  const struct {
-    const char* url;
-    std::vector<URLQueryItem> items;
-    std::string expected;
-  } cases[] = {
+  const std::tuple<const char*, std::vector<URLQueryItem>, std::string> cases[] = {
       {"https://h", items, "https://h" + query},
       {"https://h/p", {{"k", "v"}}, "https://h/p?k=v"},
       {"https://h/p/?old=1#f?g", items, "https://h/p/" + query + "#f?g"},

@@ -10,18 +10,16 @@ using simulation::kSite;
 using simulation::northOfSite;
 
 TEST(RegionSideTest, IsCertainOnlyWhenTheWholeCircleOfUncertaintyIs) {
-  const struct {
-    double metres, accuracy;
-    RegionSide expected;
-  } cases[] = {{0, 99, RegionSide::inside},         {0, 101, RegionSide::unknown},
-               {80, 19, RegionSide::inside},        {80, 21, RegionSide::unknown},
-               {120, 21, RegionSide::unknown},      {120, 19, RegionSide::outside},
-               {1000, 17'000, RegionSide::unknown}, {20'000, 17'000, RegionSide::outside},
-               {0, -1, RegionSide::unknown},        {0, NAN, RegionSide::unknown}};
-  for (const auto& tested : cases) {
-    const Location fix{northOfSite(tested.metres), tested.accuracy};
-    EXPECT_EQ(sideOf({kSite, 100, ""}, fix, simulation::Sphere()), tested.expected)
-        << tested.metres << " " << tested.accuracy;
+  const std::tuple<double, double, RegionSide> cases[] = {
+      {0, 99, RegionSide::inside},         {0, 101, RegionSide::unknown},
+      {80, 19, RegionSide::inside},        {80, 21, RegionSide::unknown},
+      {120, 21, RegionSide::unknown},      {120, 19, RegionSide::outside},
+      {1000, 17'000, RegionSide::unknown}, {20'000, 17'000, RegionSide::outside},
+      {0, -1, RegionSide::unknown},        {0, NAN, RegionSide::unknown}};
+  for (const auto& [metres, accuracy, expected] : cases) {
+    const Location fix{northOfSite(metres), accuracy};
+    EXPECT_EQ(sideOf({kSite, 100, ""}, fix, simulation::Sphere()), expected)
+        << metres << " " << accuracy;
   }
 }
 
