@@ -113,6 +113,14 @@ TEST_F(PortalTest, ARefusalStandsAndASessionThatEndsIsMadeAnew) {
   waitForAccess(PositionAccess::granted);
   portal_.vanish();
   waitForAccess(PositionAccess::absent);
+  portal_.sync([this] { response_.reset(); });
+  portal_.appear();
+  time_.advance(15s);
+  // One that leaves while the user is asked is asked again.
+  waitUntil([&] { return portal_.count("Start") == 4; });
+  portal_.vanish();
+  waitForAccess(PositionAccess::absent);
+  portal_.sync([this] { response_ = 0; });
   portal_.appear();
   waitForAccess(PositionAccess::granted);
 }
