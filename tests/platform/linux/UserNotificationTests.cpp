@@ -115,11 +115,8 @@ TEST_F(UserNotificationTest, ShowsWhatTheServiceCan) {
   EXPECT_EQ(dbus::read<bool>(shown.hints, "suppress-sound"), true);
 }
 
-TEST_F(UserNotificationTest, APositionThatMayBeOnEitherSideFiresNothing) {
+TEST_F(UserNotificationTest, OneThatIsArmedAfterAGapInThePositionsFiresAtTheNextEntry) {
   arm({requestFor("one")});
-  for (const double metres : {0, 20}) EXPECT_THAT(moveTo(metres), ElementsAre("one"));
-  location_->deliver({.coordinate = northOfSite(500), .horizontalAccuracy = 17'000});
-  EXPECT_THAT(moveTo(0), ElementsAre("one"));
   moveTo(500);
   for (const AuthorizationStatus status : {1, 4}) {
     location_->setAuthorizationStatus(status);
