@@ -80,6 +80,15 @@ void BlueZDouble::restart() {
   service_.appear();
 }
 
+void BlueZDouble::holdStarts() {
+  service_.sync([&] { holdsStarts_ = true; });
+}
+
+void BlueZDouble::answerStarts() {
+  service_.sync([&] { holdsStarts_ = false; });
+  service_.answerLate();
+}
+
 void BlueZDouble::fail(const std::string& method, const Failure& failure) {
   service_.sync([&] { failures_[method] = failure; });
 }
@@ -127,7 +136,9 @@ ServiceDouble::Answer BlueZDouble::answer(const ServiceDouble::Call& call) {
   if (call.method == "GetManagedObjects") return objects();
   Adapter& adapter = adapters_[call.object];
   if (call.method == "SetDiscoveryFilter") return setFilter(adapter, call);
+  if (call.method == "StartDiscovery" && holdsStarts_) return ServiceDouble::NoAnswer{};
   if (call.method == "StartDiscovery") return start(call.object, adapter);
+  if (holdsStarts_) return failure("InProgress", "Operation already in progress");
   if (!adapter.isDiscovering) return failure("Failed", "No discovery started");
   setDiscovering(call.object, false);
   return Glib::VariantContainerBase();

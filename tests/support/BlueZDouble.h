@@ -26,6 +26,9 @@ class BlueZDouble {
   void endDiscovery(const std::string& name);
   /// Comes back with the adapters, but without anything that a client asked for.
   void restart();
+  /// Leaves StartDiscovery without an answer, and refuses to stop meanwhile, until `answerStarts`.
+  void holdStarts();
+  void answerStarts();
   /// Has the next call of the method fail; with `kNoReply`, after it was done.
   void fail(const std::string& method, const dbus::Failure& failure);
 
@@ -52,6 +55,7 @@ class BlueZDouble {
   void tellRemoved(const std::string& path, const char* interface);
 
   std::map<std::string, Adapter> adapters_;
+  bool holdsStarts_ = false;
   std::map<std::string, dbus::Failure> failures_;
   ServiceDouble service_;
 };

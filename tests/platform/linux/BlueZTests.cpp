@@ -179,6 +179,17 @@ TEST_F(BlueZTest, RestsWhileNothingIsTrackedOrAllowed) {
   waitForDiscovery("hci0");
   manager_->stopRangingBeacons(kOne);
   expectRest();
+  // One that is stopped before its start is answered.
+  bluez_.holdStarts();
+  const auto starts = bluez_.service().count("StartDiscovery");
+  manager_->startRangingBeacons(kOne);
+  waitUntil([&] { return bluez_.service().count("StartDiscovery") > starts; });
+  const auto stops = bluez_.service().count("StopDiscovery");
+  manager_->stopRangingBeacons(kOne);
+  waitUntil([&] { return bluez_.service().count("StopDiscovery") > stops; });
+  bluez_.answerStarts();
+  waitUntil([&] { return bluez_.service().count("StopDiscovery") > stops + 1; });
+  expectRest();
   manager_->startRangingBeacons(kOne);
   waitForDiscovery("hci0");
   advertise(1, -70);
