@@ -210,14 +210,15 @@ TEST_F(PositionTest, GpsdTellsItsFixesAndIsConnectedToAgain) {
            "\n" +
            report(1, 0, "") +
            report(3, 0, R"(,"time":"2023-11-14T22:13:20.500Z","eph":1.5,"speed":2.5)") +
-           report(2, 50, "") + report(2, 150, ""));
-  waitUntil([&] { return locations_.size() == 2; });
+           report(2, 50, "") + report(2, 150, "") + report(3, 150, R"(,"eph":30)"));
+  waitUntil([&] { return locations_.size() == 3; });
   EXPECT_EQ(locations_[0].horizontalAccuracy, kBestAccuracyMetres);
   EXPECT_EQ(locations_[0].speed, 2.5);
   EXPECT_EQ(locations_[0].timestamp, Date(1'700'000'000s + 500ms));
   EXPECT_NEAR(locations_[0].coordinate.latitude, simulation::kSite.latitude, 1e-6);
   EXPECT_EQ(locations_[1].horizontalAccuracy, 100);
   EXPECT_LT(locations_[1].speed, 0);
+  EXPECT_EQ(locations_[2].horizontalAccuracy, 30) << "no further, but known better";
 
   gpsd.hangUp();
   waitForAccess(PositionAccess::absent);
@@ -231,14 +232,14 @@ TEST_F(PositionTest, GpsdTellsItsFixesAndIsConnectedToAgain) {
            R"({"class":"SKY","device":"tests"})"
            "\n" +
            fix.substr(0, 30));
-  waitUntil([&] { return locations_.size() == 3; });
-  gpsd.say(fix.substr(30));
   waitUntil([&] { return locations_.size() == 4; });
+  gpsd.say(fix.substr(30));
+  waitUntil([&] { return locations_.size() == 5; });
   gpsd.say(fix.substr(0, 30));
   gpsd.hangUp();
   waitForAccess(PositionAccess::absent);
   EXPECT_EQ(time_.pendingTaskCount(), 1U) << "one attempt to come";
-  EXPECT_EQ(locations_.size(), 4U);
+  EXPECT_EQ(locations_.size(), 5U);
   EXPECT_THAT(log_->lines(),
               ElementsAre(testing::StartsWith("No connection to gpsd at 127.0.0.1:")));
 }
