@@ -4,8 +4,8 @@
 #include <vector>
 
 #include "platform/linux/bluez/BlueZObjects.h"
+#include "platform/linux/dbus/BusDaemon.h"
 #include "platform/linux/diagnosis/Checks.h"
-#include "platform/linux/notifications/BusDaemon.h"
 
 namespace ovinta::platform::linux {
 namespace {
@@ -120,7 +120,7 @@ class BluetoothProbe {
 
   const Surroundings& around_;
   Check& check_;
-  BusDaemon daemon_;
+  dbus::BusDaemon daemon_;
 };
 
 }  // namespace

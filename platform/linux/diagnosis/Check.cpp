@@ -1,6 +1,6 @@
 #include "platform/linux/diagnosis/Check.h"
 
-#include "platform/linux/notifications/BusDaemon.h"
+#include "platform/linux/dbus/BusDaemon.h"
 
 namespace ovinta::platform::linux {
 
@@ -28,7 +28,7 @@ std::vector<Finding> Check::findings() {
 }
 
 void Check::seekBus(const std::shared_ptr<dbus::Bus>& bus, std::function<void()> next) {
-  keep(std::make_shared<BusDaemon>(bus))
+  keep(std::make_shared<dbus::BusDaemon>(bus))
       .reach([this, next = std::move(next)](const std::optional<dbus::Failure>& failure) {
         if (!failure) return next();
         end({.condition = Condition::missing,

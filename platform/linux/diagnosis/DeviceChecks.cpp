@@ -4,8 +4,8 @@
 #include <string>
 
 #include "platform/linux/UPower.h"
+#include "platform/linux/dbus/BusDaemon.h"
 #include "platform/linux/diagnosis/Checks.h"
-#include "platform/linux/notifications/BusDaemon.h"
 
 namespace ovinta::platform::linux {
 namespace {
@@ -13,7 +13,7 @@ namespace {
 namespace fs = std::filesystem;
 
 void checkBus(const std::shared_ptr<dbus::Bus>& bus, const char* advice, Check& check) {
-  check.keep(std::make_shared<BusDaemon>(bus))
+  check.keep(std::make_shared<dbus::BusDaemon>(bus))
       .reach([&check, advice](const std::optional<dbus::Failure>& failure) {
         if (!failure) return check.end({.condition = Condition::good, .detail = "reached"});
         check.end({.condition = Condition::missing, .detail = failure->message, .advice = advice});

@@ -28,7 +28,7 @@ void AgentContact::setArmed(bool isArmed) {
   agent_.reset();
   if (!isArmed) return daemon_.releaseName(busName_);
   // The agent, once there, must find the name; without a bus it asks again when there is one.
-  daemon_.requestName(busName_, BusDaemon::IfTaken::wait, [this](bool) {
+  daemon_.requestName(busName_, dbus::BusDaemon::IfTaken::wait, [this](bool) {
     if (isArmed_ && wantsAgent_) keepAgent();
   });
 }
@@ -38,7 +38,7 @@ void AgentContact::keepAgent() {
   // At first too it counts as there: one that was just ending cannot be started, nor found.
   agent_->onPresence(true, [this, wasThere = true](bool isThere) mutable {
     // A bus that was lost meanwhile has forgotten whose the name is.
-    if (isThere) daemon_.requestName(busName_, BusDaemon::IfTaken::wait, [](bool) {});
+    if (isThere) daemon_.requestName(busName_, dbus::BusDaemon::IfTaken::wait, [](bool) {});
     if (std::exchange(wasThere, isThere) && !isThere) restartAgent();
   });
 }

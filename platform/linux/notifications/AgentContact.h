@@ -4,8 +4,8 @@
 #include <optional>
 #include <string>
 
+#include "platform/linux/dbus/BusDaemon.h"
 #include "platform/linux/notifications/AgentRegistry.h"
-#include "platform/linux/notifications/BusDaemon.h"
 
 namespace ovinta::platform::linux {
 
@@ -31,7 +31,7 @@ class AgentContact {
   bool isArmed_ = false;
   /// Since the last review.
   int restarts_ = 0;
-  BusDaemon daemon_;
+  dbus::BusDaemon daemon_;
   /// There while something is pending.
   std::optional<dbus::Service> agent_;
 };

@@ -16,7 +16,7 @@ NotifyAgent::NotifyAgent(const Services& services, Location location,
       daemon_(bus_) {
   daemon_.onLost([this] { end(); });
   daemon_.onNameChanged(kAgentBusName, [this] { review(); });
-  daemon_.requestName(kAgentBusName, BusDaemon::IfTaken::giveUp, [this](bool isOurs) {
+  daemon_.requestName(kAgentBusName, dbus::BusDaemon::IfTaken::giveUp, [this](bool isOurs) {
     if (!isOurs) return end();
     review();
   });

@@ -8,8 +8,8 @@
 #include <string>
 
 #include "platform/Services.h"
+#include "platform/linux/dbus/BusDaemon.h"
 #include "platform/linux/notifications/AgentRegistry.h"
-#include "platform/linux/notifications/BusDaemon.h"
 #include "platform/linux/notifications/NotificationTrigger.h"
 
 namespace ovinta::platform::linux {
@@ -63,7 +63,7 @@ class NotifyAgent {
   std::map<std::string, Client> clients_;
   /// Those whose registration has gone or changed, there while they are busy.
   std::multimap<std::string, Client> dismissed_;
-  BusDaemon daemon_;
+  dbus::BusDaemon daemon_;
 };
 
 }  // namespace ovinta::platform::linux

@@ -49,6 +49,8 @@ TEST(NotificationStoreTest, WhatHappensToAFiringRequestMeanwhileStands) {
   EXPECT_TRUE(other.hasRequests()) << "somebody has to go on following";
   SQLite::Database(file.string(), SQLite::OPEN_READWRITE).exec("UPDATE request SET claimed = 7");
   EXPECT_THAT(other.pending(), SizeIs(1));
+  SQLite::Database(file.string(), SQLite::OPEN_READWRITE).exec("UPDATE request SET request = '{}'");
+  EXPECT_FALSE(other.hasRequests()) << "nobody can read it";
   store.addClick(requestFor("one").content.userInfo);
   EXPECT_THAT(other.takeClicks(), ElementsAre(requestFor("one").content.userInfo));
 }
@@ -212,7 +214,7 @@ class NotifyAgentTest : public UserNotificationTest {
   }
 
   void waitForName(const std::string& name, bool isExpected) {
-    BusDaemon names(makeBus());
+    dbus::BusDaemon names(makeBus());
     bool isThere = !isExpected;
     waitUntil([&] {
       names.listNames([&](const auto& found) { isThere = found.contains(name); });

@@ -8,16 +8,16 @@
 
 #include "platform/linux/dbus/Service.h"
 
-namespace ovinta::platform::linux {
+namespace ovinta::platform::linux::dbus {
 
 /// What the bus itself does for its clients. A question about names that it does not answer in time
-/// is asked again. Main thread only; handlers as with `dbus::Service`.
+/// is asked again. Main thread only; handlers as with `Service`.
 class BusDaemon {
  public:
-  explicit BusDaemon(std::shared_ptr<dbus::Bus> bus);
+  explicit BusDaemon(std::shared_ptr<Bus> bus);
 
   /// Tells why the bus cannot be reached; nothing when it can.
-  void reach(std::function<void(const std::optional<dbus::Failure>&)> completion);
+  void reach(std::function<void(const std::optional<Failure>&)> completion);
 
   /// Whether a client that asks for a name somebody has is to wait until it is free.
   enum class IfTaken { wait, giveUp };
@@ -41,11 +41,11 @@ class BusDaemon {
 
  private:
   void call(const char* method, const Glib::VariantContainerBase& arguments,
-            dbus::Service::Completion completion = {});
+            Service::Completion completion = {});
   void ask(const char* method, const Glib::VariantContainerBase& arguments,
-           const dbus::Service::Completion& completion);
+           const Service::Completion& completion);
 
-  dbus::Service service_;
+  Service service_;
 };
 
-}  // namespace ovinta::platform::linux
+}  // namespace ovinta::platform::linux::dbus

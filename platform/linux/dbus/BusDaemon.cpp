@@ -1,0 +1,74 @@
+#include "platform/linux/dbus/BusDaemon.h"
+
+#include <cstdint>
+#include <utility>
+
+namespace ovinta::platform::linux::dbus {
+namespace {
+
+/// As the bus numbers them.
+constexpr std::uint32_t kNoFlags = 0, kDoNotQueue = 4;
+constexpr std::uint32_t kExists = 3;
+
+}  // namespace
+
+BusDaemon::BusDaemon(std::shared_ptr<Bus> bus) : service_(std::move(bus), kBusName) {}
+
+void BusDaemon::call(const char* method, const Glib::VariantContainerBase& arguments,
+                     Service::Completion completion) {
+  service_.call(kBusPath, kBusName, method, arguments, std::move(completion));
+}
+
+void BusDaemon::ask(const char* method, const Glib::VariantContainerBase& arguments,
+                    const Service::Completion& completion) {
+  call(method, arguments, [this, method, arguments, completion](const Reply& reply) {
+    const bool isLate = reply.failure && reply.failure->name == kNoReply;
+    isLate ? ask(method, arguments, completion) : completion(reply);
+  });
+}
+
+void BusDaemon::reach(std::function<void(const std::optional<Failure>&)> completion) {
+  call("GetId", {},
+       [completion = std::move(completion)](const Reply& reply) { completion(reply.failure); });
+}
+
+void BusDaemon::requestName(const std::string& name, IfTaken ifTaken,
+                            std::function<void(bool)> completion) {
+  ask("RequestName", arguments(name, ifTaken == IfTaken::wait ? kNoFlags : kDoNotQueue),
+      [completion = std::move(completion)](const Reply& reply) {
+        const auto result = read<std::uint32_t>(reply.values, 0).value_or(kExists);
+        completion(result != kExists);
+      });
+}
+
+void BusDaemon::releaseName(const std::string& name) { call("ReleaseName", arguments(name)); }
+
+void BusDaemon::start(const std::string& name) {
+  call("StartServiceByName", arguments(name, kNoFlags));
+}
+
+void BusDaemon::listNames(std::function<void(const std::set<std::string>&)> completion) {
+  ask("ListNames", {}, [completion = std::move(completion)](const Reply& reply) {
+    const auto names = read<std::vector<Glib::ustring>>(reply.values, 0);
+    std::set<std::string> found;
+    for (const auto& name : names.value_or(std::vector<Glib::ustring>())) found.insert(name);
+    completion(found);
+  });
+}
+
+void BusDaemon::onNameChanged(std::string name, std::function<void()> handler) {
+  service_.onSignal({.object = kBusPath,
+                     .interface = kBusName,
+                     .member = "NameOwnerChanged",
+                     .argument = std::move(name),
+                     .isNamespace = true},
+                    [handler = std::move(handler)](const Signal&) { handler(); });
+}
+
+void BusDaemon::onLost(std::function<void()> handler) {
+  service_.onPresence(false, [handler = std::move(handler)](bool isPresent) {
+    if (!isPresent) handler();
+  });
+}
+
+}  // namespace ovinta::platform::linux::dbus
