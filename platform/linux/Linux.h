@@ -82,12 +82,14 @@ OVINTA_EXPORT void quitMainLoop();
 /// Where there is no service yet, or the user has switched location off for all, the question rests
 /// without cost: it is asked again when GeoClue or the portal comes, when the application becomes
 /// active (`applicationDidBecomeActive`), and at the next call. A grant and a refusal end it.
-/// May be called from any thread, after `makeServices`, any number of times.
+/// Of several services that live it means those made last. May be called from any thread, after
+/// `makeServices`, any number of times.
 OVINTA_EXPORT void requestLocationAuthorization();
 
 /// To be called by the application whenever it comes to the foreground: Linux has no event of its
 /// own for that. Posts `kApplicationDidBecomeActive` on the calling thread, which may be any, and
-/// asks again for a permission that was asked for in vain.
+/// asks again, of the services made last, for a permission that was asked for in vain or that was
+/// granted and has gone out of reach.
 OVINTA_EXPORT void applicationDidBecomeActive();
 
 }  // namespace ovinta::platform::linux

@@ -39,8 +39,8 @@ class PositionHub::Stream : public PositionStream {
         hubLife_(hub.life_.watch()),
         distanceFilter_(distanceFilter),
         onLocation_(std::move(onLocation)) {
-    hub.streams_.push_back(this);
     open();
+    hub.streams_.push_back(this);
   }
   Stream(const Stream&) = delete;
   Stream& operator=(const Stream&) = delete;
@@ -145,13 +145,18 @@ std::unique_ptr<PositionStream> PositionHub::open(double distanceFilter,
 
 void PositionHub::forget(const Stream& stream) {
   std::erase(streams_, &stream);
-  mainQueue_->async(life_.guard([this] { noteAnswers(); }));
+  mainQueue_->async(life_.guard([this, isAnswered = stream.isAnswered()] {
+    noteAnswers();
+    // A question may have been left to it.
+    if (!isAnswered && streams_.empty()) askAgain();
+  }));
 }
 
-/// What was refused before a grant would otherwise stand when the stream that was granted closes.
+/// What others were told before a grant would otherwise stand when the stream that was granted
+/// closes.
 void PositionHub::dismissRefusals() {
   for (Stream* const stream : streams_) {
-    if (stream->isAnswered() && !stream->isGranted()) stream->dismissAnswer();
+    if (!stream->isGranted()) stream->dismissAnswer();
   }
 }
 

@@ -76,18 +76,30 @@ TEST_F(PositionHubTest, AGrantThatGetsOutOfReachIsAskedForAgainWhenNobodyFollows
   }
 }
 
+TEST_F(PositionHubTest, AQuestionThatWasLeftToAStreamIsAskedWhenThatCloses) {
+  hub_->askPermission();
+  answer(0, PositionAccess::off);
+  auto stream = open();
+  provider_->onArrival();
+  stream = nullptr;
+  time_.runUntilIdle();
+  ASSERT_EQ(streams(), 3U);
+  EXPECT_THAT(answer(2, PositionAccess::granted), ElementsAre(4));
+}
+
 TEST_F(PositionHubTest, AGrantHoldsForStreamsThatWereRefusedBefore) {
-  const auto refused = open(), off = open();
+  const auto refused = open(), off = open(), undecided = open();
   answer(0, PositionAccess::off);
   EXPECT_THAT(answer(0, PositionAccess::denied), ElementsAre(2));
   answer(1, PositionAccess::off);
+  answer(2, PositionAccess::undecided);
   hub_->askPermission();
-  EXPECT_THAT(answer(2, PositionAccess::granted), ElementsAre(4));
-  ASSERT_EQ(streams(), 4U) << "the refused one asks anew";
-  provider_->streams[3].onLocation({});
+  EXPECT_THAT(answer(3, PositionAccess::granted), ElementsAre(4));
+  ASSERT_EQ(streams(), 5U) << "the refused one asks anew";
+  provider_->streams[4].onLocation({});
   EXPECT_EQ(locations_, 1);
-  EXPECT_THAT(answer(3, PositionAccess::denied), ElementsAre(2));
-  EXPECT_EQ(streams(), 4U);
+  EXPECT_THAT(answer(4, PositionAccess::denied), ElementsAre(2));
+  EXPECT_EQ(streams(), 5U);
 }
 
 TEST_F(PositionHubTest, AQuestionWaitsForItsOwnAnswer) {
