@@ -36,15 +36,16 @@ struct Outcome {
   std::string sentence() const { return error ? error->localizedDescription : ""; }
 };
 
-/// A time that stands still unless it is moved.
+/// A time that stands still unless it is moved; once `run()`, every look at it moves it.
 class SteppedClock {
  public:
   CurlTransfer::Instant now() {
     ++looks_;
     looks_.notify_all();
-    return CurlTransfer::Instant(std::chrono::milliseconds(milliseconds_));
+    return CurlTransfer::Instant(std::chrono::milliseconds(milliseconds_ += step_));
   }
   void advance(std::chrono::milliseconds by) { milliseconds_ += by.count(); }
+  void run() { step_ = 20; }
 
   /// How often it has been looked at.
   int looks() const { return looks_; }
@@ -61,6 +62,7 @@ class SteppedClock {
   std::atomic<int> looks_ = 0;
   std::atomic<bool> released_ = false;
   std::atomic<std::int64_t> milliseconds_ = 1'000'000;
+  std::atomic<int> step_ = 0;
 };
 
 class CurlURLSessionFixture : public testing::Test {

@@ -172,6 +172,20 @@ TEST_F(CurlURLSessionTest, TimesOutWhenASecureConnectionIsNeverAgreedUpon) {
   EXPECT_EQ(outcome.sentence(), "The request timed out.");
 }
 
+TEST_F(CurlURLSessionTest, TimesOutWhenABodyStops) {
+  restart({.now = [this] { return clock_.now(); }});
+  LocalServer server([&](ServerConnection& connection) {
+    connection.readRequest();
+    connection.send("HTTP/1.1 200 OK\r\nContent-Length: 9\r\n\r\n123");
+    clock_.run();
+    connection.waitForClose();
+  });
+  const auto outcome = fetch({.url = {server.url()}, .timeout = 100ms});
+  EXPECT_EQ(outcome.sentence(), "The request timed out.");
+  EXPECT_EQ(outcome.statusCode(), 200);
+  EXPECT_EQ(outcome.data, std::nullopt);
+}
+
 TEST_F(CurlURLSessionTest, ProgressPutsTheTimeoutOff) {
   restart({.now = [this] { return clock_.now(); }});
   LocalServer server([&](ServerConnection& connection) {

@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 #include <sys/stat.h>
 
+#include <barrier>
 #include <future>
 #include <string>
 #include <thread>
@@ -143,6 +144,25 @@ TEST_F(SQLiteSettingsStoreTest, WaitsForAnotherWriterEvenBeforeTheFileIsInWriteA
   other.join();
   EXPECT_THAT(log_->lines(), IsEmpty());
   EXPECT_EQ(open()->string("key"), "value");
+}
+
+TEST_F(SQLiteSettingsStoreTest, TwoStoresMayWriteTheSameFileFromTheFirstMomentOn) {
+  std::barrier together(2);
+  const auto write = [&](const std::string& mark) {
+    for (int round = 0; round < 10; ++round) {
+      // On a file of its own each time: they meet while it is being made.
+      together.arrive_and_wait();
+      SQLiteSettingsStore store(directory_ / std::to_string(round) / "S.sqlite", log_);
+      for (int key = 0; key < 5; ++key) store.set(mark + std::to_string(key), mark);
+      together.arrive_and_wait();
+      SQLiteSettingsStore reader(directory_ / std::to_string(round) / "S.sqlite", log_);
+      for (int key = 0; key < 5; ++key) EXPECT_EQ(reader.string(mark + std::to_string(key)), mark);
+    }
+  };
+  std::thread other(write, "other");
+  write("one");
+  other.join();
+  EXPECT_THAT(log_->lines(), IsEmpty());
 }
 
 }  // namespace
