@@ -55,6 +55,9 @@ TEST_F(ClientTest, refusesWrongUsageEarly) {
   expect({
       {"ovinta orders event 1001 --customer-state gone", 2, "not in"},
       {"ovinta orders claim CODE --as-current", 2, "requires --name"},
+      {"$ovinta doctor --position-source stars", 2, "not in"},
+      {"$ovinta track --position-source gpsd", 2, "--live"},
+      {kNoBus + "$ovinta doctor --position-source gpsd", 1, "gpsd cannot be used"},
       {kNoBus + "$ovinta doctor", 1, "missing  system bus          -        Could not connect"},
       {kNoBus + "$ovinta doctor --data-dir $home --json", 1, "[{\"advice\":\"Install and start"},
       {"ovinta customer login --email a@example.com --password - < /dev/null", 2, "no line for it"},

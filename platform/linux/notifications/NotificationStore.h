@@ -35,8 +35,8 @@ class NotificationStore {
   /// In the order in which they were added.
   std::vector<UserNotificationRequest> pending();
 
-  /// Whether there is any request, be it pending or about to be shown: whoever shows it may end
-  /// before that is done.
+  /// Whether there is any request that can be read, be it pending or about to be shown: whoever
+  /// shows it may end before that is done.
   bool hasRequests();
 
   /// Adds a request, in place of one with the same identifier; where the device is is not known
