@@ -73,14 +73,16 @@ void BlueZDiscovery::start() {
 }
 
 void BlueZDiscovery::startFiltered() {
-  bus_->call(
-      {kBlueZName, settings_.adapter, kBlueZAdapter, "StartDiscovery", {}, dbus::kCallTimeout},
-      [this, life = life_.watch(), bus = std::weak_ptr(bus_),
-       adapter = settings_.adapter](const dbus::Reply& reply) {
-        if (!life.expired()) return noteStarted(reply);
-        // While it had not answered, BlueZ refused to stop.
-        if (const auto found = bus.lock()) tellToStop(found, adapter);
-      });
+  bus_->call({.service = kBlueZName,
+              .object = settings_.adapter,
+              .interface = kBlueZAdapter,
+              .method = "StartDiscovery"},
+             [this, life = life_.watch(), bus = std::weak_ptr(bus_),
+              adapter = settings_.adapter](const dbus::Reply& reply) {
+               if (!life.expired()) return noteStarted(reply);
+               // While it had not answered, BlueZ refused to stop.
+               if (const auto found = bus.lock()) tellToStop(found, adapter);
+             });
 }
 
 void BlueZDiscovery::noteStarted(const dbus::Reply& reply) {

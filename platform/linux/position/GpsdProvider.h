@@ -9,7 +9,8 @@
 
 namespace ovinta::platform::linux {
 
-/// gpsd, which lets everybody in. Each stream is a connection of its own, on a thread of its own.
+/// gpsd, which lets everybody in. Each stream is a connection of its own, on a thread of its own. A
+/// fix with half the uncertainty of the last one passes the distance filter wherever it lies.
 class GpsdProvider : public PositionProvider {
  public:
   struct Options {
@@ -17,7 +18,7 @@ class GpsdProvider : public PositionProvider {
     std::string port = "2947";
     /// From a connection that ended, or could not be made, to the next attempt.
     TimeInterval retryInterval = std::chrono::seconds(15);
-    /// Told once of a gpsd that is not there; null for nobody.
+    /// Told once of a connection that ended or could not be made; null for nobody.
     std::shared_ptr<Log> log = nullptr;
   };
 

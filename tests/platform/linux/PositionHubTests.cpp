@@ -15,7 +15,9 @@ class Provider : public PositionProvider {
   void findService(std::function<void(bool)> handler) override { handler(true); }
   std::shared_ptr<void> watchArrivals(const std::function<void()>& handler) override {
     onArrival = handler;
-    return nullptr;
+    const auto token = std::make_shared<int>();
+    watch = token;
+    return token;
   }
   std::unique_ptr<PositionStream> open(double, PositionHandlers handlers) override {
     streams.push_back(std::move(handlers));
@@ -24,6 +26,8 @@ class Provider : public PositionProvider {
 
   std::vector<PositionHandlers> streams;
   std::function<void()> onArrival;
+  /// Expires when nobody waits for the service.
+  std::weak_ptr<void> watch;
 
  private:
   class Stream : public PositionStream {
@@ -68,9 +72,11 @@ TEST_F(PositionHubTest, AGrantThatGetsOutOfReachIsAskedForAgainWhenNobodyFollows
     EXPECT_EQ(streams(), count) << "the stream notices it";
     stream = nullptr;
     time_.runUntilIdle();
+    EXPECT_FALSE(provider_->watch.expired());
     status == 1 ? hub_->askAgain() : provider_->onArrival();
     ASSERT_EQ(streams(), ++count);
     EXPECT_THAT(answer(count - 1, PositionAccess::granted), ElementsAre(4));
+    EXPECT_TRUE(provider_->watch.expired()) << "nothing is left to wake for";
     hub_->askAgain();
     EXPECT_EQ(streams(), count) << "answered";
   }
