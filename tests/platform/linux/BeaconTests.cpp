@@ -44,6 +44,8 @@ TEST(BlueZDevicesTest, TellASightingByItsStrength) {
   const std::tuple<dbus::Properties, int, int> cases[] = {
       {beacon, -60, -60},
       {beacon, -1, -1},
+      {beacon, -127, -127},
+      {beacon, -128, kUnknown},
       {beacon, 0, kUnknown},
       {beacon, 127, kUnknown},
       {data("no map"), -60, -60},
