@@ -26,7 +26,7 @@ RULES = [
     (r"sandbox/", r"sandbox/|platform/|OvintaSDK/", ANY),
     (r"cli/", ANY, ANY),
     (r"examples/", r"(?!)", ANY),
-    (r"tests/", ANY, ANY),
+    (r"(tests|fuzz)/", ANY, ANY),
 ]
 UNCONDITIONAL = re.compile(r"OvintaSDK/|platform/(\w+\.(h|cpp)|standard/|simulation/)")
 # The JSON coder alone knows the JSON library.
@@ -56,7 +56,7 @@ def complaints(path, text):
 def main(root):
     found = []
     files = 0
-    for top in ("OvintaSDK", "platform", "bindings", "sandbox", "replay", "cli", "examples", "tests"):
+    for top in ("OvintaSDK", "platform", "bindings", "sandbox", "replay", "cli", "examples", "tests", "fuzz"):
         for file in sorted((root / top).rglob("*")):
             if file.suffix in (".h", ".cpp", ".m", ".mm"):
                 files += 1

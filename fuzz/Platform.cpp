@@ -1,0 +1,141 @@
+#include "fuzz/Platform.h"
+
+#include "OvintaSDK/core/Ovinta.h"
+#include "OvintaSDK/core/UserDefaultsKey.h"
+#include "platform/Services.h"
+#include "platform/linux/LibraryBundle.h"
+#include "platform/linux/TextServices.h"
+#include "platform/simulation/SimulatedBundle.h"
+#include "platform/simulation/SimulatedDevice.h"
+#include "platform/standard/Standard.h"
+#include "tests/support/ZonedDateFormatters.h"
+
+namespace ovinta::fuzz {
+namespace {
+
+namespace linux = platform::linux;
+namespace simulation = platform::simulation;
+namespace standard = platform::standard;
+
+/// A store, its own factory and context, that keeps nothing.
+class Nowhere : public platform::PersistentContainer, public platform::PersistentContainerFactory {
+ public:
+  std::shared_ptr<platform::PersistentContainer> makeContainer(
+      std::string_view, platform::ManagedObjectModel) override {
+    return std::make_shared<Nowhere>();
+  }
+  void loadPersistentStores(
+      const std::function<void(const platform::PersistentStoreDescription&,
+                               std::optional<platform::StoreError>)>& completion) override {
+    completion({}, std::nullopt);
+  }
+  std::vector<platform::PersistentStoreDescription> persistentStoreDescriptions() const override {
+    return {{.location = "nowhere"}};
+  }
+  std::unique_ptr<platform::ManagedObjectContext> newBackgroundContext() override {
+    return std::make_unique<Context>();
+  }
+
+ private:
+  class Context : public platform::ManagedObjectContext {
+    using Failure = std::optional<platform::StoreError>;
+    Failure executeBatchDelete(const platform::FetchRequest&) override { return {}; }
+    void insert(std::shared_ptr<const platform::ManagedObject>) override {}
+    Failure save() override { return {}; }
+    std::vector<platform::ManagedObject> fetch(const platform::FetchRequest&,
+                                               platform::StoreError*) override {
+      return {};
+    }
+  };
+};
+
+class NoLog : public platform::Log {
+  void write(std::string_view) override {}
+};
+
+}  // namespace
+
+void Requests::startDataTask(platform::URLRequest request, Completion completion) {
+  ++started_;
+  held_->startDataTask(std::move(request), std::move(completion));
+}
+
+bool Requests::answerFirst(const std::function<simulation::Answer()>& makeAnswer) {
+  if (held_->waitingCount() == 0) return false;
+  const auto answer = makeAnswer();
+  std::size_t i = 0;
+  while (!held_->answer(i, answer)) ++i;
+  return true;
+}
+
+bool Requests::answerLast(const std::function<simulation::Answer()>& makeAnswer) {
+  if (held_->waitingCount() == 0) return false;
+  const auto answer = makeAnswer();
+  std::size_t i = started_ - 1;
+  while (!held_->answer(i, answer)) --i;
+  return true;
+}
+
+void Requests::startAnew() {
+  held_ = std::make_shared<simulation::HoldingURLSession>();
+  started_ = 0;
+}
+
+Platform::Platform()
+    : time(platform::Date(std::chrono::seconds(1614889800))),
+      queues(std::make_shared<simulation::DrivenOperationQueueFactory>()),
+      location(
+          std::make_shared<simulation::SimulatedLocation>(time.mainQueue(), linux::makeGeodesy())),
+      notifications(std::make_shared<simulation::SimulatedUserNotificationCenter>(
+          time.mainQueue(), linux::makeGeodesy())) {
+  platform::install({.clock = time.clock(),
+                     .log = std::make_shared<NoLog>(),
+                     .mainQueue = time.mainQueue(),
+                     .operationQueues = queues,
+                     .notificationCenter = standard::makeNotificationCenter(),
+                     .settings = standard::makeInMemorySettingsStore(),
+                     .mainBundle = std::make_shared<simulation::SimulatedBundle>(),
+                     .libraryBundle = std::make_shared<linux::LibraryBundle>(),
+                     .text = linux::makeText(),
+                     .dateFormatters = std::make_shared<test::ZonedDateFormatters>(
+                         linux::makeDateFormatterFactory()),
+                     .urls = linux::makeURLFormat(),
+                     .urlSession = requests,
+                     .persistentContainers = std::make_shared<Nowhere>(),
+                     .geodesy = linux::makeGeodesy(),
+                     .location = location,
+                     .userNotifications = notifications,
+                     .device = std::make_shared<simulation::SimulatedDevice>()});
+  UserDefaultsKey::apiBase.set("https://service.test/below");
+  Ovinta::configure({{"token", "app-token"}});
+}
+
+Platform& Platform::shared() {
+  static auto& platform = *new Platform;
+  return platform;
+}
+
+void Platform::drain(const std::function<simulation::Answer()>& makeAnswer) {
+  do {
+    queues->runAll();
+    time.runUntilIdle();
+  } while (requests->answerFirst(makeAnswer) || queues->waitingCount() > 0);
+}
+
+void Platform::reset() {
+  drain([] { return simulation::Answer::failure("The end"); });
+  Ovinta::stopLocationUpdates();
+  Ovinta::customer().logout();
+  Ovinta::orders().setAll(std::nullopt);
+  Ovinta::orders().setOpen(std::nullopt);
+  Ovinta::orders().setClosed(std::nullopt);
+  Ovinta::orders().setLastFetch(std::nullopt);
+  Ovinta::sites().setAll(std::nullopt);
+  Ovinta::setPushToken(std::nullopt);
+  Ovinta::notify().clear([](const auto&) {});
+  queues->runAll();
+  time.runUntilIdle();
+  requests->startAnew();
+}
+
+}  // namespace ovinta::fuzz
