@@ -29,6 +29,8 @@ struct Field {
   std::tuple<Members...> path;
   /// An absent value is written as null instead of being left out.
   bool writesNull = false;
+  /// Read after all fields that do not say so; written in its place all the same.
+  bool isReadLast = false;
 
   template <class Record>
   constexpr auto& in(Record& record) const {
@@ -47,6 +49,12 @@ constexpr Field<Members...> field(std::string_view key, Members... path) {
 template <class... Members>
 constexpr Field<Members...> nullableField(std::string_view key, Members... path) {
   return {.key = key, .path = {path...}, .writesNull = true};
+}
+
+/// The same, read after all fields that are not of this kind.
+template <class... Members>
+constexpr Field<Members...> lastReadField(std::string_view key, Members... path) {
+  return {.key = key, .path = {path...}, .isReadLast = true};
 }
 
 /// The table of a record whose values stand in the very object of the enclosing record.
@@ -98,6 +106,16 @@ constexpr void forEachField(Visit visit) {
     (visit(std::integral_constant<std::size_t, I>{}), ...);
   }
   (std::make_index_sequence<kFieldCount<Record>>{});
+}
+
+/// The same in the order of reading, which tells what of several malformed members is reported.
+template <class Record, class Visit>
+constexpr void forEachFieldInReadingOrder(Visit visit) {
+  for (const bool last : {false, true}) {
+    forEachField<Record>([&](auto position) {
+      if (std::get<position()>(WireTable<Record>::kFields).isReadLast == last) visit(position);
+    });
+  }
 }
 
 }  // namespace ovinta::wire

@@ -24,8 +24,14 @@ OrderDetails takeDetails(const Slots<Order>& slots, std::index_sequence<I...>) {
 
 OrderPtr WireForm<OrderPtr>::decode(const platform::JSONValue& value) {
   const Slots<Order> slots(value);
-  OrderDetails details = takeDetails(slots, std::make_index_sequence<detailPositions().second>{});
-  return std::make_shared<Order>(std::move(details), slots.assemble<OrderProgress>());
+  try {
+    OrderDetails details = takeDetails(slots, std::make_index_sequence<detailPositions().second>{});
+    return std::make_shared<Order>(std::move(details), slots.assemble<OrderProgress>());
+  } catch (const platform::CodingError&) {
+    // The two structures take their fields each for itself, not in the order of reading.
+    slots.check();
+    throw;
+  }
 }
 
 void WireForm<OrderPtr>::encode(platform::JSONWriter& writer, const OrderPtr& order) {

@@ -54,6 +54,12 @@ class Slots {
     }
   }
 
+  /// Throws the error of the first field, in the order of reading, that cannot be decoded.
+  void check() const {
+    forEachFieldInReadingOrder<Record>(
+        [this](auto position) { static_cast<void>(this->template take<position()>()); });
+  }
+
   /// A new `Owner` with the values of all fields whose paths start from it.
   template <class Owner>
   Owner assemble() const {

@@ -5,6 +5,7 @@
 #include <array>
 
 #include "OvintaSDK/api/DecodingOperation.h"
+#include "OvintaSDK/model/wire/CustomerWire.h"
 #include "tests/support/SDKFixture.h"
 #include "tests/support/WireText.h"
 
@@ -140,6 +141,28 @@ TEST_F(OrderWireTest, RefusesMalformedValues) {
   }
   EXPECT_THAT(decodingFailure<OrderPtr>("[]"), StartsWith("type mismatch"));
   EXPECT_THAT(decodingFailure<OrderPtr>("{}"), StartsWith("key not found"));
+}
+
+TEST_F(OrderWireTest, TellsTheFirstFailureInTheOrderOfReading) {
+  const char* const kSwitch = "project_mobile_flow_require_vehicle_info_if_visible";
+  // Each of them malformed, from the first to the last that is read; the text's order is another.
+  const char* const keys[] = {"id",         "site_id", "state", "customer_state", "pickup_window",
+                              "push_token", kSwitch};
+  Dictionary record = fullOrder();
+  for (const char* const key : keys) record.insert_or_assign(key, platform::List{});
+  for (const char* const key : keys) {
+    EXPECT_THAT(decodingFailure<OrderPtr>(platform::writeJSON(record)),
+                StartsWith(std::string("type mismatch at ") + key + ": "));
+    record.insert_or_assign(key, fullOrder().at(key));
+  }
+  EXPECT_EQ(encoded(decodeOrder(record)), kFullOrderText);
+
+  EXPECT_THAT(decodingFailure<Customer>(R"({"email":1,"api_token":2,"car_type":3})"),
+              StartsWith("key not found: No value associated with key \"name\""));
+  EXPECT_THAT(decodingFailure<Customer>(R"({"email":1,"api_token":2,"name":"Ann","phone":3})"),
+              StartsWith("type mismatch at phone"));
+  EXPECT_THAT(decodingFailure<Customer>(R"({"email":1,"name":"Ann"})"),
+              StartsWith("type mismatch at email"));
 }
 
 TEST_F(OrderWireTest, ReadsUnusualButValidTexts) {
