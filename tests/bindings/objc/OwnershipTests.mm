@@ -1,6 +1,6 @@
 // Which twin is met where, and how many there are.
 
-#import <Foundation/NSDebug.h>
+#import <Foundation/Foundation.h>
 #include <malloc.h>
 
 #include <array>
@@ -8,6 +8,10 @@
 
 #import "bindings/objc/src/IdentityMap.h"
 #import "tests/bindings/objc/TwinFixture.h"
+
+// Foundation always has them, but its header hides them under NDEBUG.
+extern "C" BOOL GSDebugAllocationActive(BOOL active);
+extern "C" int GSDebugAllocationCount(Class counted);
 
 /// Keeps what it is notified of.
 @interface Observer : NSObject {
