@@ -30,6 +30,12 @@ std::size_t endOfPath(std::string_view url) {
   return std::min(url.find_first_of("?#"), url.size());
 }
 
+/// The path of an accepted URL; the slashes before an empty host are no part of it.
+std::string_view pathOf(std::string_view url) {
+  const auto view = boost::urls::parse_uri_reference({url.data(), url.size()});
+  return view ? std::string_view(view->encoded_path()) : std::string_view();
+}
+
 }  // namespace
 
 std::optional<URL> BoostURLFormat::parse(std::string_view text) const {
@@ -61,10 +67,8 @@ URL BoostURLFormat::withQueryItems(const URL& url, const std::vector<URLQueryIte
 URL BoostURLFormat::appendingPathComponent(const URL& url, std::string_view component) const {
   std::string text = url.text;
   std::string addition = encoded(component, boost::urls::pchars + '/');
-  const std::size_t end = endOfPath(text);
-  const bool endsWithSlash = end > 0 && text[end - 1] == '/';
-  if (!endsWithSlash && !component.starts_with('/')) addition.insert(0, 1, '/');
-  text.insert(end, addition);
+  if (!pathOf(text).ends_with('/') && !component.starts_with('/')) addition.insert(0, 1, '/');
+  text.insert(endOfPath(text), addition);
   return URL{std::move(text)};
 }
 

@@ -79,6 +79,7 @@ TEST(URLFormatTest, AppendsPathComponents) {
       {"https://h", "/m/x", "https://h/m/x"},
       {"https://h/", "m/x", "https://h/m/x"},
       {"https://h/", "/m/x", "https://h//m/x"},
+      {"https://", "m/x", "https:///m/x"},
       {"https://h/base", "m/x", "https://h/base/m/x"},
       {"https://h:1?q=/#f", "m", "https://h:1/m?q=/#f"},
       {"https://h/a?", "m", "https://h/a/m?"},
