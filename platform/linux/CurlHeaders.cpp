@@ -21,6 +21,15 @@ std::string_view trimmed(std::string_view text) {
   return text.substr(first, text.find_last_not_of(kLeftOut) - first + 1);
 }
 
+/// The value of an answer's field: without the blanks around it, and with a blank for what would
+/// end its line wherever it is sent on.
+std::string fieldValue(std::string_view text) {
+  std::string value(trimmed(text));
+  std::ranges::replace_if(
+      value, [](char c) { return c == '\r' || c == '\n' || c == '\0'; }, ' ');
+  return value;
+}
+
 bool isToken(std::string_view text) {
   return !text.empty() && text.find_first_not_of(kTokenCharacters) == std::string_view::npos;
 }
@@ -89,15 +98,13 @@ std::optional<std::string_view> bodyToSend(const URLRequest& request) {
 }
 
 void addHeaderLine(std::vector<HeaderField>& headers, std::string_view line) {
-  const auto content = trimmed(line);
   if (kBlanks.find(line.front()) != std::string_view::npos) {
-    if (!headers.empty()) headers.back().value.append(" ").append(content);
+    if (!headers.empty()) headers.back().value.append(" ").append(fieldValue(line));
     return;
   }
   const auto colon = line.find(':');
   if (colon == 0 || colon == std::string_view::npos) return;
-  headers.push_back(
-      {std::string(line.substr(0, colon)), std::string(trimmed(line.substr(colon + 1)))});
+  headers.push_back({std::string(line.substr(0, colon)), fieldValue(line.substr(colon + 1))});
 }
 
 }  // namespace ovinta::platform::linux

@@ -85,7 +85,7 @@ const std::tuple<const char*, std::string, std::string> kReceives[] = {
      "Content-Length: 4\nx-B: two words\n", "\xff\r\nx"},
     {"HTTP/1.1 204 No Content\r\n\r\n", "", ""},
     {"HTTP/1.1 202\r\n\r\nuntil the end", "", "until the end"},
-    {"HTTP/1.1 200 OK\r\nA: 1\r\nB:\r\na: 2\r\n\t+ 3 \r\n\r\n", "A: 1\nB: \na: 2 + 3\n", ""},
+    {"HTTP/1.1 200 OK\r\nA: 1\rx\r\nB:\r\na: 2\r\n\t+ 3 \r\n\r\n", "A: 1 x\nB: \na: 2 + 3\n", ""},
     {"HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n3\r\nabc\r\n2\r\nde\r\n0\r\nLate: "
      "1\r\n\r\n",
      "Transfer-Encoding: chunked\n", "abcde"},
