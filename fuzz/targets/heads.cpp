@@ -1,7 +1,8 @@
 #include <sys/socket.h>
+#include <sys/un.h>
 #include <unistd.h>
 
-#include <array>
+#include <cstddef>
 
 #include "fuzz/Target.h"
 #include "platform/linux/CurlTransfer.h"
@@ -15,31 +16,58 @@ constexpr std::size_t kLargestBody = 4096;
 /// What a socket surely takes at once.
 constexpr std::size_t kLargestAnswer = 65'536;
 
-/// One end of a connection on which the peer has said the input and hung up.
-curl_socket_t connectionThatSays(std::string_view input) {
-  std::array<int, 2> ends{};
-  require(socketpair(AF_UNIX, SOCK_STREAM, 0, ends.data()) == 0, "there are sockets");
-  require(send(ends[1], input.data(), input.size(), MSG_NOSIGNAL) == std::ssize(input),
-          "the whole input goes in");
-  // The peer still listens, so that the request can be sent.
-  shutdown(ends[1], SHUT_WR);
-  static int peer = -1;
-  if (peer >= 0) close(peer);
-  peer = ends[1];
-  return ends[0];
-}
+/// Listens where no other process does, and no port is used up.
+class Server {
+ public:
+  Server() {
+    sockaddr_un address{.sun_family = AF_UNIX, .sun_path = {}};
+    name_.copy(address.sun_path + 1, sizeof(address.sun_path) - 1);
+    const auto size = static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + 1 + name_.size());
+    require(bind(listener_, reinterpret_cast<sockaddr*>(&address), size) == 0 &&
+                listen(listener_, 1) == 0,
+            "there are sockets");
+  }
 
-curl_socket_t open(void* input, curlsocktype, curl_sockaddr*) {
-  return connectionThatSays(*static_cast<std::string_view*>(input));
-}
+  const std::string& name() const { return name_; }
 
-int sayConnected(void*, curl_socket_t, curlsocktype) { return CURL_SOCKOPT_ALREADY_CONNECTED; }
+  /// Says the text to whoever has connected, and hangs up; false: there is nobody yet.
+  bool say(std::string_view text) {
+    const int connection = accept(listener_, nullptr, nullptr);
+    if (connection < 0) return false;
+    (void)!send(connection, text.data(), text.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
+    // Still listens, so that the request can be sent.
+    shutdown(connection, SHUT_WR);
+    if (peer_ >= 0) close(peer_);
+    peer_ = connection;
+    return true;
+  }
 
-CURLcode perform(CURL* handle, std::string_view& input) {
-  curl_easy_setopt(handle, CURLOPT_OPENSOCKETFUNCTION, &open);
-  curl_easy_setopt(handle, CURLOPT_OPENSOCKETDATA, &input);
-  curl_easy_setopt(handle, CURLOPT_SOCKOPTFUNCTION, &sayConnected);
-  return curl_easy_perform(handle);
+ private:
+  const std::string name_ = "ovinta-fuzz-" + std::to_string(getpid());
+  const int listener_ = socket(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK, 0);
+  int peer_ = -1;
+};
+
+CURLcode perform(CURL* handle, std::string_view input) {
+  static auto& server = *new Server;
+  curl_easy_setopt(handle, CURLOPT_ABSTRACT_UNIX_SOCKET, server.name().c_str());
+  const linux::CurlMulti multi(curl_multi_init());
+  curl_multi_add_handle(multi.get(), handle);
+  bool isSaid = false;
+  for (int running = 1; running > 0;) {
+    curl_multi_perform(multi.get(), &running);
+    if (isSaid) {
+      curl_multi_poll(multi.get(), nullptr, 0, running > 0 ? 1000 : 0, nullptr);
+    } else {
+      isSaid = server.say(input);
+    }
+  }
+  int left = 0;
+  const CURLMsg* const message = curl_multi_info_read(multi.get(), &left);
+  require(message != nullptr, "a transfer tells its result");
+  const CURLcode code = message->data.result;
+  curl_multi_remove_handle(multi.get(), handle);
+  return code;
 }
 
 /// What a server sends, to the end of the connection; the same again to whatever it redirects to.

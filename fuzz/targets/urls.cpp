@@ -1,6 +1,7 @@
 #include <arpa/inet.h>
 #include <strings.h>
 
+#include <array>
 #include <boost/url/parse.hpp>
 
 #include "fuzz/Target.h"
@@ -12,23 +13,34 @@ namespace {
 
 using namespace platform;
 
-/// As another reader sees it: scheme, host and port.
+/// As another reader sees it: scheme, host and port; none where nobody is named.
 std::optional<std::string> originOf(const std::string& text) {
   const auto url = boost::urls::parse_uri(text);
-  if (url.has_error()) return std::nullopt;
+  if (url.has_error() || url->host().empty()) return std::nullopt;
   std::string port(url->port().data(), url->port().size());
   port.erase(0, port.find_first_not_of('0'));
   if (port.empty()) port = url->scheme_id() == boost::urls::scheme::https ? "443" : "80";
   std::string host = url->host();
   // Addresses can be written in many ways.
   if (in_addr address{}; inet_aton(host.c_str(), &address) != 0) host = inet_ntoa(address);
+  if (host.starts_with('[')) {
+    std::array<char, INET6_ADDRSTRLEN> canonical{};
+    in6_addr address{};
+    if (inet_pton(AF_INET6, host.substr(1, host.size() - 2).c_str(), &address) == 1) {
+      host = inet_ntop(AF_INET6, &address, canonical.data(), canonical.size());
+    }
+  }
   return std::string(url->scheme().data(), url->scheme().size()) + "://" + host + ":" + port;
 }
 
 void build(const URL& url, std::string_view name, std::string_view value) {
   const linux::BoostURLFormat format;
-  const auto longer = format.appendingPathComponent(url, value);
-  require(format.parse(longer.text) == longer, "a URL with one more component is one");
+  // Where nobody is named, a path may become a host.
+  if (const auto origin = originOf(url.text)) {
+    const auto longer = format.appendingPathComponent(url, value);
+    require(format.parse(longer.text) == longer, "a URL with one more component is one");
+    require(originOf(longer.text) == origin, "a component changes the path alone");
+  }
 
   const std::vector<URLQueryItem> items{{std::string(name), std::string(value)},
                                         {std::string(value), ""}};
