@@ -112,8 +112,13 @@ class PointReader {
   TimeInterval offsetByWay(pugi::xml_node node, Coordinate coordinate) const {
     if (trip_.points.empty()) return {};
     if (speed_ <= 0) throw Malformed{"a point has neither a time nor a speed above zero", node};
+    constexpr std::chrono::duration<double> kLongest = std::chrono::years(10'000);
     const auto& last = trip_.points.back();
-    return last.offset + seconds(wayLength(last.coordinate, coordinate) / speed_);
+    const double way = wayLength(last.coordinate, coordinate) / speed_;
+    if (!(way < (kLongest - last.offset).count())) {
+      throw Malformed{"a point takes longer to reach than any trip", node};
+    }
+    return last.offset + seconds(way);
   }
 
   Trip& trip_;

@@ -94,6 +94,8 @@ TEST(GPXTest, SaysWhatIsWrongAndWhere) {
       {track("<trkpt lat='90.1' lon='1'/>"), "lat is out of range: 90.1"},
       {track(first + "<trkpt lat='1' lon='1'><hdop>-1</hdop></trkpt>"), "hdop is out of range"},
       {track(first + "<trkpt lat='1' lon='1'/>"), "neither a time nor a speed"},
+      {track("<trkpt lat='1' lon='1'><speed>1e-300</speed></trkpt><trkpt lat='2' lon='1'/>"),
+       "line 4: a point takes longer to reach than any trip"},
       {track("<trkpt lat='1' lon='1'/>" + first), "a time needs one at the first point"},
       {timed("2026-03-14T14:59:59Z"), "line 5: time goes back"},
       {timed("2026-02-30T15:00:00Z"), "time is no ISO 8601 instant"},
