@@ -52,8 +52,9 @@ struct TransportError {
 /// Sends requests over HTTP.
 class URLSession {
  public:
-  /// Receives (data, response, error). A complete answer: data (possibly empty) and response. A
-  /// failure: the error, and the response if its head had arrived.
+  /// Receives (data, response, error). A complete answer: data, possibly empty but never absent,
+  /// and response; of a success without data nobody would hear. A failure: the error, and the
+  /// response if its head had arrived.
   using Completion =
       std::function<void(std::optional<std::string> data, std::optional<HTTPResponse> response,
                          std::optional<TransportError> error)>;

@@ -12,7 +12,7 @@ namespace {
 
 using namespace platform;
 
-constexpr std::size_t kLargestBody = 4096;
+constexpr std::size_t kLargest = 4096;
 /// What a socket surely takes at once.
 constexpr std::size_t kLargestAnswer = 65'536;
 
@@ -80,7 +80,7 @@ void run(std::string_view input) {
         ++completions;
         require(data.has_value() != error.has_value(), "an answer is whole, or there is an error");
         require(!data || response, "a whole answer has a head");
-        require(!data || data->size() <= kLargestBody, "no answer is larger than allowed");
+        require(!data || data->size() <= kLargest, "no answer is larger than allowed");
         if (!response) return;
         require(response->statusCode >= 200, "an interim answer is none");
         for (const HeaderField& field : response->headers) {
@@ -90,7 +90,8 @@ void run(std::string_view input) {
                   "a field's value has no line ends");
         }
       });
-  const linux::CurlTransfer::Setting setting{.caFile = {}, .maximumBodySize = kLargestBody};
+  const linux::CurlTransfer::Setting setting{
+      .caFile = {}, .timeLimit = std::chrono::minutes(1), .sizeLimit = kLargest};
   CURLcode code = CURLE_OK;
   int ways = 0;
   do {

@@ -1,6 +1,7 @@
 #include "platform/linux/CurlTransfer.h"
 
 #include <algorithm>
+#include <limits>
 #include <string_view>
 #include <utility>
 
@@ -12,6 +13,13 @@ namespace ovinta::platform::linux {
 namespace {
 
 constexpr int kMaximumRedirects = 10;
+
+// Of the heads and trailers of one answer: several times what servers send, and little enough for
+// fields of a few bytes each, which take many times their size.
+constexpr std::size_t kMaximumHeadSize = std::size_t{64} << 10;
+
+// What a callback returns to have libcurl end the transfer: not the length that it was given.
+constexpr std::size_t kStop = CURL_WRITEFUNC_ERROR;
 
 // Keeps sums with an instant, and libcurl's counts of milliseconds, from overflowing.
 constexpr std::chrono::milliseconds kLongestTimeout = std::chrono::hours(24);
@@ -31,9 +39,11 @@ CurlTransfer::CurlTransfer(URLRequest request, URLSession::Completion completion
 
 CURLcode CurlTransfer::begin(const Setting& setting, Instant now) {
   lastProgress_ = now;
-  maximumBodySize_ = setting.maximumBodySize;
+  if (!end_) end_ = now + std::min(setting.timeLimit, kLongestTimeout);
+  sizeLimit_ = setting.sizeLimit;
   body_.clear();
   receivedHeaders_.clear();
+  headSize_ = 0;
   sent_ = 0;
   progressed_ = connected_ = headComplete_ = false;
   if (!isWebURL(request_.url.text)) return CURLE_URL_MALFORMAT;
@@ -44,71 +54,90 @@ CURLcode CurlTransfer::begin(const Setting& setting, Instant now) {
     handle_.reset(curl_easy_init());
   }
   if (!handle_) return CURLE_OUT_OF_MEMORY;
-  setUpConnection(setting);
-  setUpRequest();
-  setUpCallbacks();
-  return CURLE_OK;
+  CurlOptions options(handle_.get());
+  setUpConnection(options, setting);
+  setUpLimits(options);
+  setUpRequest(options);
+  setUpCallbacks(options);
+  return options.refusal();
 }
 
-void CurlTransfer::setUpConnection(const Setting& setting) {
-  CURL* const handle = handle_.get();
-  curl_easy_setopt(handle, CURLOPT_NOSIGNAL, 1L);
+void CurlTransfer::setUpConnection(CurlOptions& options, const Setting& setting) const {
+  options.set(CURLOPT_NOSIGNAL, 1L);
   // A look-up of a name that takes long must not hold up the session's thread when it is given up.
-  curl_easy_setopt(handle, CURLOPT_QUICK_EXIT, 1L);
-  curl_easy_setopt(handle, CURLOPT_PROTOCOLS_STR, "http,https");
-  curl_easy_setopt(handle, CURLOPT_HTTP_VERSION, long{CURL_HTTP_VERSION_2TLS});
-  curl_easy_setopt(handle, CURLOPT_TCP_KEEPALIVE, 1L);
+  options.set(CURLOPT_QUICK_EXIT, 1L);
+  options.set(CURLOPT_PROTOCOLS_STR, "http,https");
+  options.set(CURLOPT_HTTP_VERSION, long{CURL_HTTP_VERSION_2TLS});
+  options.set(CURLOPT_TCP_KEEPALIVE, 1L);
   // Also has libcurl try a host's next address before the whole time is spent on the first one.
-  curl_easy_setopt(handle, CURLOPT_CONNECTTIMEOUT_MS, static_cast<long>(timeout_.count()));
-  curl_easy_setopt(handle, CURLOPT_SSLVERSION, long{CURL_SSLVERSION_TLSv1_2});
-  curl_easy_setopt(handle, CURLOPT_SSL_VERIFYPEER, 1L);
-  curl_easy_setopt(handle, CURLOPT_SSL_VERIFYHOST, 2L);
+  options.set(CURLOPT_CONNECTTIMEOUT_MS, static_cast<long>(timeout_.count()));
+  options.set(CURLOPT_SSLVERSION, long{CURL_SSLVERSION_TLSv1_2});
+  options.set(CURLOPT_SSL_VERIFYPEER, 1L);
+  options.set(CURLOPT_SSL_VERIFYHOST, 2L);
   if (!setting.caFile.empty()) {
-    curl_easy_setopt(handle, CURLOPT_CAINFO, setting.caFile.c_str());
-    curl_easy_setopt(handle, CURLOPT_CAPATH, nullptr);
+    options.set(CURLOPT_CAINFO, setting.caFile.c_str());
+    options.set(CURLOPT_CAPATH, nullptr);
   }
-  curl_easy_setopt(handle, CURLOPT_SHARE, setting.share);
+  options.set(CURLOPT_SHARE, setting.share);
 }
 
-void CurlTransfer::setUpRequest() {
-  CURL* const handle = handle_.get();
-  curl_easy_setopt(handle, CURLOPT_URL, request_.url.text.c_str());
-  curl_easy_setopt(handle, CURLOPT_PATH_AS_IS, 1L);
+void CurlTransfer::setUpLimits(CurlOptions& options) const {
+  // The redirects that are followed are ours, and so is their number.
+  options.set(CURLOPT_FOLLOWLOCATION, 0L);
+  // Anything at all would be an answer.
+  options.set(CURLOPT_HTTP09_ALLOWED, 0L);
+  options.set(CURLOPT_NETRC, long{CURL_NETRC_IGNORED});
+  // Goes by the length that the head announces; `receiveBody` and `seeBytes` see the rest. That of
+  // a HEAD is the length of what does not come.
+  if (request_.method != "HEAD") {
+    constexpr std::size_t kLargest = std::numeric_limits<curl_off_t>::max();
+    options.set(CURLOPT_MAXFILESIZE_LARGE, static_cast<curl_off_t>(std::min(sizeLimit_, kLargest)));
+  }
+}
+
+void CurlTransfer::setUpRequest(CurlOptions& options) {
+  options.set(CURLOPT_URL, request_.url.text.c_str());
+  options.set(CURLOPT_PATH_AS_IS, 1L);
   if (const auto body = bodyToSend(request_)) {
-    curl_easy_setopt(handle, CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(body->size()));
-    curl_easy_setopt(handle, CURLOPT_POSTFIELDS, body->data());
+    options.set(CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(body->size()));
+    options.set(CURLOPT_POSTFIELDS, body->data());
   } else if (request_.method == "HEAD") {
-    curl_easy_setopt(handle, CURLOPT_NOBODY, 1L);
+    options.set(CURLOPT_NOBODY, 1L);
   }
-  curl_easy_setopt(handle, CURLOPT_CUSTOMREQUEST, request_.method.c_str());
+  options.set(CURLOPT_CUSTOMREQUEST, request_.method.c_str());
   sentHeaders_ = headerList(request_);
-  curl_easy_setopt(handle, CURLOPT_HTTPHEADER, sentHeaders_.get());
-  curl_easy_setopt(handle, CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
+  options.set(CURLOPT_HTTPHEADER, sentHeaders_.get());
+  options.set(CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
 }
 
-void CurlTransfer::setUpCallbacks() {
-  CURL* const handle = handle_.get();
-  curl_easy_setopt(handle, CURLOPT_PRIVATE, this);
-  curl_easy_setopt(handle, CURLOPT_HEADERFUNCTION, &receiveHeaderLine);
-  curl_easy_setopt(handle, CURLOPT_HEADERDATA, this);
-  curl_easy_setopt(handle, CURLOPT_WRITEFUNCTION, &receiveBody);
-  curl_easy_setopt(handle, CURLOPT_WRITEDATA, this);
-  curl_easy_setopt(handle, CURLOPT_NOPROGRESS, 0L);
-  curl_easy_setopt(handle, CURLOPT_XFERINFOFUNCTION, &seeCounters);
-  curl_easy_setopt(handle, CURLOPT_XFERINFODATA, this);
-  curl_easy_setopt(handle, CURLOPT_PREREQFUNCTION, &seeConnection);
-  curl_easy_setopt(handle, CURLOPT_PREREQDATA, this);
+void CurlTransfer::setUpCallbacks(CurlOptions& options) {
+  options.set(CURLOPT_HEADERFUNCTION, &receiveHeaderLine);
+  options.set(CURLOPT_HEADERDATA, this);
+  options.set(CURLOPT_WRITEFUNCTION, &receiveBody);
+  options.set(CURLOPT_WRITEDATA, this);
+  options.set(CURLOPT_NOPROGRESS, 0L);
+  options.set(CURLOPT_XFERINFOFUNCTION, &seeCounters);
+  options.set(CURLOPT_XFERINFODATA, this);
+  options.set(CURLOPT_PREREQFUNCTION, &seeConnection);
+  options.set(CURLOPT_PREREQDATA, this);
+  // The one view that libcurl gives of the bytes between the parts of a body.
+  options.set(CURLOPT_DEBUGFUNCTION, &seeBytes);
+  options.set(CURLOPT_DEBUGDATA, this);
+  options.set(CURLOPT_VERBOSE, 1L);
 }
 
 void CurlTransfer::noteProgress(Instant now) {
   if (std::exchange(progressed_, false)) lastProgress_ = now;
 }
 
-void CurlTransfer::giveUpConnection() { curl_easy_setopt(handle_.get(), CURLOPT_FORBID_REUSE, 1L); }
+void CurlTransfer::giveUpConnection() {
+  // Where this fails, the next request finds out for itself.
+  CurlOptions(handle_.get()).set(CURLOPT_FORBID_REUSE, 1L);
+}
 
 bool CurlTransfer::followsRedirect(CURLcode code) {
   const char* target = nullptr;
-  if (code != CURLE_OK || !handle_) return false;
+  if (judged(code) != CURLE_OK) return false;
   curl_easy_getinfo(handle_.get(), CURLINFO_REDIRECT_URL, &target);
   if (!target) return false;
   auto next = redirected(request_, static_cast<int>(statusCodeOf(handle_.get())), target);
@@ -138,7 +167,7 @@ void CurlTransfer::complete(CURLcode code) {
 
 // libcurl uses some codes for several causes.
 CURLcode CurlTransfer::judged(CURLcode code) const {
-  if (bodyTooLarge_) return CURLE_FILESIZE_EXCEEDED;
+  if (tooLarge_) return CURLE_FILESIZE_EXCEEDED;
   if (tooManyRedirects_) return CURLE_TOO_MANY_REDIRECTS;
   const bool ambiguous = code == CURLE_UNSUPPORTED_PROTOCOL || code == CURLE_BAD_FUNCTION_ARGUMENT;
   if (ambiguous && connected_) return CURLE_WEIRD_SERVER_REPLY;
@@ -146,11 +175,22 @@ CURLcode CurlTransfer::judged(CURLcode code) const {
   return code;
 }
 
+int CurlTransfer::seeBytes(CURL*, curl_infotype type, char*, std::size_t size, void* transfer) {
+  auto& self = *static_cast<CurlTransfer*>(transfer);
+  if (type != CURLINFO_HEADER_IN && type != CURLINFO_DATA_IN) return 0;
+  self.progressed_ = true;
+  self.receivedSize_ += size;
+  self.tooLarge_ |= self.receivedSize_ > self.sizeLimit_;
+  return 0;
+}
+
 std::size_t CurlTransfer::receiveHeaderLine(char* data, std::size_t size, std::size_t count,
                                             void* transfer) {
   auto& self = *static_cast<CurlTransfer*>(transfer);
   const std::string_view line(data, size * count);
-  self.progressed_ = true;
+  self.headSize_ += line.size();
+  self.tooLarge_ |= self.headSize_ > kMaximumHeadSize;
+  if (self.tooLarge_) return kStop;
   // What follows the body is no part of the head; heads of interim answers (1xx) do not count.
   if (self.headComplete_) return line.size();
   if (line.starts_with("HTTP/")) {
@@ -167,9 +207,9 @@ std::size_t CurlTransfer::receiveBody(char* data, std::size_t size, std::size_t 
                                       void* transfer) {
   auto& self = *static_cast<CurlTransfer*>(transfer);
   const std::size_t length = size * count;
-  self.progressed_ = true;
-  self.bodyTooLarge_ = length > self.maximumBodySize_ - self.body_.size();
-  if (self.bodyTooLarge_) return CURL_WRITEFUNC_ERROR;
+  // A transfer coding may have made it larger than what came.
+  self.tooLarge_ |= length > self.sizeLimit_ - self.body_.size();
+  if (self.tooLarge_) return kStop;
   self.body_.append(data, length);
   return length;
 }
@@ -177,7 +217,8 @@ std::size_t CurlTransfer::receiveBody(char* data, std::size_t size, std::size_t 
 int CurlTransfer::seeCounters(void* transfer, curl_off_t, curl_off_t, curl_off_t, curl_off_t up) {
   auto& self = *static_cast<CurlTransfer*>(transfer);
   self.progressed_ |= std::exchange(self.sent_, up) != up;
-  return 0;
+  // Anything but 0 stops.
+  return self.tooLarge_ ? 1 : 0;
 }
 
 int CurlTransfer::seeConnection(void* transfer, char*, char*, int, int) {

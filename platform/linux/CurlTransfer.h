@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <chrono>
 #include <cstddef>
 #include <optional>
@@ -8,6 +9,7 @@
 
 #include "platform/URLSession.h"
 #include "platform/linux/CurlHandles.h"
+#include "platform/linux/CurlOptions.h"
 
 namespace ovinta::platform::linux {
 
@@ -20,7 +22,8 @@ class CurlTransfer {
   /// What all the transfers of a session have in common.
   struct Setting {
     std::string caFile;  ///< Empty: the system's certificates.
-    std::size_t maximumBodySize = 0;
+    std::chrono::milliseconds timeLimit{};
+    std::size_t sizeLimit = 0;
     CURLSH* share = nullptr;
   };
 
@@ -35,8 +38,9 @@ class CurlTransfer {
   /// Takes the time of the last progress, if there was any since the last call, to be `now`.
   void noteProgress(Instant now);
 
-  /// When the request's time is up unless there is progress until then.
-  Instant deadline() const { return lastProgress_ + timeout_; }
+  /// When the request's time is up unless there is progress until then, and in any case at the end
+  /// of the whole time that it has.
+  Instant deadline() const { return std::min(lastProgress_ + timeout_, end_.value_or(kNever)); }
 
   /// Keeps the connection from being used again; it has shown itself to be dead.
   void giveUpConnection();
@@ -48,11 +52,16 @@ class CurlTransfer {
   void complete(CURLcode code);
 
  private:
-  void setUpConnection(const Setting& setting);
-  void setUpRequest();
-  void setUpCallbacks();
+  static constexpr Instant kNever = Instant::max();
+
+  void setUpConnection(CurlOptions& options, const Setting& setting) const;
+  void setUpLimits(CurlOptions& options) const;
+  void setUpRequest(CurlOptions& options);
+  void setUpCallbacks(CurlOptions& options);
   CURLcode judged(CURLcode code) const;
 
+  static int seeBytes(CURL* handle, curl_infotype type, char* data, std::size_t size,
+                      void* transfer);
   static std::size_t receiveHeaderLine(char* data, std::size_t size, std::size_t count,
                                        void* transfer);
   static std::size_t receiveBody(char* data, std::size_t size, std::size_t count, void* transfer);
@@ -64,18 +73,23 @@ class CurlTransfer {
   URLRequest request_;
   URLSession::Completion completion_;
   std::chrono::milliseconds timeout_;
-  std::size_t maximumBodySize_ = 0;
+  std::size_t sizeLimit_ = 0;
+  std::optional<Instant> end_;
   CurlEasy handle_;
   CurlList sentHeaders_;
   std::vector<HeaderField> receivedHeaders_;
   std::string body_;
+  /// Of the heads and trailers of this way.
+  std::size_t headSize_ = 0;
+  /// All bytes of all ways, as they came.
+  std::size_t receivedSize_ = 0;
   Instant lastProgress_;
   curl_off_t sent_ = 0;
   int redirects_ = 0;
   bool progressed_ = false;
   bool connected_ = false;
   bool headComplete_ = false;
-  bool bodyTooLarge_ = false;
+  bool tooLarge_ = false;
   bool tooManyRedirects_ = false;
 };
 

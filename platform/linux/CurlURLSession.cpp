@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <climits>
+#include <new>
 #include <utility>
 
 namespace ovinta::platform::linux {
@@ -22,8 +23,18 @@ void initialiseOnce() {
 CurlShare makeShare() {
   initialiseOnce();
   CurlShare share(curl_share_init());
-  curl_share_setopt(share.get(), CURLSHOPT_SHARE, CURL_LOCK_DATA_SSL_SESSION);
+  // Without it there is only more to negotiate.
+  const auto result = curl_share_setopt(share.get(), CURLSHOPT_SHARE, CURL_LOCK_DATA_SSL_SESSION);
+  if (result != CURLSHE_OK) share.reset();
   return share;
+}
+
+CurlMulti makeMulti() {
+  CurlMulti multi(curl_multi_init());
+  if (!multi) throw std::bad_alloc();
+  // Where this fails, libcurl keeps more of them.
+  (void)curl_multi_setopt(multi.get(), CURLMOPT_MAXCONNECTS, kIdleConnections);
+  return multi;
 }
 
 }  // namespace
@@ -33,12 +44,11 @@ CurlURLSession::CurlURLSession() : CurlURLSession(Options()) {}
 CurlURLSession::CurlURLSession(Options options)
     : now_(std::move(options.now)),
       share_(makeShare()),
-      multi_(curl_multi_init()),
-      setting_{options.caFile.value_or("").string(), options.maximumBodySize, share_.get()},
+      multi_(makeMulti()),
+      setting_{options.caFile.value_or("").string(), options.timeLimit, options.sizeLimit,
+               share_.get()},
       thread_(
-          "ovinta-http", [this] { run(); }, [this] { curl_multi_wakeup(multi_.get()); }) {
-  curl_multi_setopt(multi_.get(), CURLMOPT_MAXCONNECTS, kIdleConnections);
-}
+          "ovinta-http", [this] { run(); }, [this] { curl_multi_wakeup(multi_.get()); }) {}
 
 CurlURLSession::~CurlURLSession() {
   thread_.stop();
@@ -79,14 +89,16 @@ void CurlURLSession::beginIncoming() {
 }
 
 void CurlURLSession::begin(std::unique_ptr<CurlTransfer> transfer) {
-  const CURLcode code = transfer->begin(setting_, now_());
-  if (code != CURLE_OK) {
-    ended_.push_back({std::move(transfer), code});
-    return;
-  }
+  CURLcode code = transfer->begin(setting_, now_());
   CURL* const handle = transfer->handle();
-  active_[handle] = std::move(transfer);
-  curl_multi_add_handle(multi_.get(), handle);
+  if (code == CURLE_OK && curl_multi_add_handle(multi_.get(), handle) != CURLM_OK) {
+    code = CURLE_FAILED_INIT;
+  }
+  if (code == CURLE_OK) {
+    active_[handle] = std::move(transfer);
+  } else {
+    ended_.push_back({std::move(transfer), code});
+  }
 }
 
 void CurlURLSession::noteProgress() {

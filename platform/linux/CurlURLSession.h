@@ -25,9 +25,12 @@ class CurlURLSession final : public URLSession {
   struct Options {
     /// The certificates to trust instead of the system's.
     std::optional<std::filesystem::path> caFile{};
-    /// In bytes; larger answers are failures.
-    std::size_t maximumBodySize = std::size_t{64} << 20;
-    /// The time that requests' timeouts are measured by.
+    /// The longest that one request takes in all, its redirects included, whatever its own timeout.
+    std::chrono::milliseconds timeLimit = std::chrono::minutes(1);
+    /// The most bytes that one request may receive: heads, bodies (also as they are decoded), their
+    /// framing and the answers that redirect. What goes beyond is not read, and is a failure.
+    std::size_t sizeLimit = std::size_t{4} << 20;
+    /// The time that the limits are measured by. Called on the session's thread.
     std::function<CurlTransfer::Instant()> now = &std::chrono::steady_clock::now;
   };
 
@@ -41,6 +44,10 @@ class CurlURLSession final : public URLSession {
   /// Redirects are followed within their origin, ten of them at most; one that leads to another
   /// origin is the answer. After the process's exit began nothing is sent any more.
   void startDataTask(URLRequest request, Completion completion) override;
+
+  /// Has the session look what time it is; for a time that does not pass by itself. May be called
+  /// from any thread.
+  void lookAtTime() { curl_multi_wakeup(multi_.get()); }
 
  private:
   using Transfers = std::vector<std::unique_ptr<CurlTransfer>>;

@@ -1,6 +1,7 @@
 #include "platform/linux/Linux.h"
 
 #include <mutex>
+#include <string>
 #include <vector>
 
 #include "platform/linux/ApplicationOptions.h"
@@ -55,6 +56,24 @@ BeaconScanner::Settings beaconSettings(const Options& options, Log& log) {
   log.write("The path-loss exponent for beacons is not between 1 and 10: " +
             std::to_string(exponent));
   return {};
+}
+
+CurlURLSession::Options httpOptions(const Options& options, Log& log) {
+  CurlURLSession::Options http;
+  const auto timeLimit = options.requestTimeLimit.value_or(http.timeLimit);
+  const auto sizeLimit = options.answerSizeLimit.value_or(http.sizeLimit);
+  if (timeLimit.count() > 0) {
+    http.timeLimit = timeLimit;
+  } else {
+    log.write("The time limit of requests is no time: " + std::to_string(timeLimit.count()) +
+              " ms");
+  }
+  if (sizeLimit > 0) {
+    http.sizeLimit = sizeLimit;
+  } else {
+    log.write("The size limit of answers is 0.");
+  }
+  return http;
 }
 
 /// Of all services that live, oldest first, for functions that are given none.
@@ -122,7 +141,7 @@ Services makeServices(const Options& options) {
   services.text = makeText();
   services.dateFormatters = makeDateFormatterFactory();
   services.urls = makeURLFormat();
-  services.urlSession = std::make_shared<CurlURLSession>();
+  services.urlSession = std::make_shared<CurlURLSession>(httpOptions(options, *services.log));
   services.persistentContainers = std::make_shared<SQLitePersistentContainerFactory>(directory);
   services.geodesy = makeGeodesy();
   const auto systemBus =

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <array>
+#include <chrono>
+#include <cstddef>
 #include <filesystem>
 #include <functional>
 #include <optional>
@@ -61,6 +63,16 @@ struct Options {
   /// in free space; measure it where the beacons are. Default: 2, also for numbers outside of 1 to
   /// 10, of which the log tells.
   std::optional<double> beaconPathLossExponent = {};
+  /// The longest that one HTTP request may take in all, a day at most; one that makes no progress
+  /// for ten seconds ends sooner. Without it a service that sends a byte now and then would hold
+  /// the request, and a fetch of the orders with it, for ever. Default: one minute, in which a poor
+  /// mobile connection of 3 kB a second still brings fifty orders; also for times below a
+  /// millisecond, of which the log tells.
+  std::optional<std::chrono::milliseconds> requestTimeLimit = {};
+  /// The most bytes that one HTTP request may receive, heads and framing included. What goes beyond
+  /// is not read, and the request fails: to read an answer takes several times its size in memory.
+  /// Default: 4 MiB, enough for two thousand orders; also for 0, of which the log tells.
+  std::optional<std::size_t> answerSizeLimit = {};
 };
 
 /// A full set of services of this system. Makes the data directory (mode 0700) when it is first

@@ -64,12 +64,23 @@ std::optional<ReceivedRequest> ServerConnection::readRequest() {
 
 ServerConnection::~ServerConnection() { close(socket_); }
 
-void ServerConnection::send(std::string_view bytes) {
+bool ServerConnection::readBytes(std::size_t count) {
+  while (buffer_.size() < count) {
+    count -= buffer_.size();
+    buffer_.clear();
+    if (!readMore()) return false;
+  }
+  buffer_.erase(0, count);
+  return true;
+}
+
+bool ServerConnection::send(std::string_view bytes) {
   while (!bytes.empty()) {
     const auto count = ::send(socket_, bytes.data(), bytes.size(), MSG_NOSIGNAL);
-    if (count <= 0) return;
+    if (count <= 0) return false;
     bytes.remove_prefix(static_cast<std::size_t>(count));
   }
+  return true;
 }
 
 void ServerConnection::waitForClose() {
@@ -85,13 +96,16 @@ struct LocalServer::Client {
   std::thread thread;
 };
 
-LocalServer::LocalServer(Script script)
+LocalServer::LocalServer(Script script, int receiveBuffer)
     : script_(std::move(script)), listener_(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
   sockaddr_in address{};
   address.sin_family = AF_INET;
   address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
   auto* const plain = reinterpret_cast<sockaddr*>(&address);
   socklen_t size = sizeof address;
+  if (receiveBuffer > 0) {
+    setsockopt(listener_, SOL_SOCKET, SO_RCVBUF, &receiveBuffer, sizeof receiveBuffer);
+  }
   if (bind(listener_, plain, size) != 0 || listen(listener_, SOMAXCONN) != 0 ||
       getsockname(listener_, plain, &size) != 0) {
     throw std::runtime_error("no free port");

@@ -34,7 +34,11 @@ class ServerConnection {
   /// Waits for the next request; absent when the client or the server's end comes first.
   std::optional<ReceivedRequest> readRequest();
 
-  void send(std::string_view bytes);
+  /// Waits for that many bytes of whatever comes, and drops them; false when the end comes first.
+  bool readBytes(std::size_t count);
+
+  /// False when the client went before it had everything.
+  bool send(std::string_view bytes);
 
   /// Waits until the client (or the server's end) closes the connection.
   void waitForClose();
@@ -56,7 +60,9 @@ class LocalServer {
   using Script = std::function<void(ServerConnection&)>;
   using Answer = std::function<std::string(const ReceivedRequest&)>;
 
-  explicit LocalServer(Script script);
+  /// `receiveBuffer`, in bytes, limits what the system takes of a client that is not read; 0: the
+  /// system's own measure.
+  explicit LocalServer(Script script, int receiveBuffer = 0);
 
   /// Ends all connections and waits for their scripts.
   ~LocalServer();

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <atomic>
+#include <chrono>
 #include <cstdlib>
 #include <future>
 #include <memory>
@@ -13,6 +13,7 @@
 #include <utility>
 
 #include "platform/linux/CurlURLSession.h"
+#include "tests/support/SteppedClock.h"
 
 namespace ovinta::platform {
 
@@ -36,35 +37,6 @@ struct Outcome {
   std::string sentence() const { return error ? error->localizedDescription : ""; }
 };
 
-/// A time that stands still unless it is moved; once `run()`, every look at it moves it.
-class SteppedClock {
- public:
-  CurlTransfer::Instant now() {
-    ++looks_;
-    looks_.notify_all();
-    return CurlTransfer::Instant(std::chrono::milliseconds(milliseconds_ += step_));
-  }
-  void advance(std::chrono::milliseconds by) { milliseconds_ += by.count(); }
-  void run() { step_ = 20; }
-
-  /// How often it has been looked at.
-  int looks() const { return looks_; }
-  void waitForMoreLooksThan(int looks) const {
-    if (!released_) looks_.wait(looks);
-  }
-  /// Ends all waiting.
-  void release() {
-    released_ = true;
-    now();
-  }
-
- private:
-  std::atomic<int> looks_ = 0;
-  std::atomic<bool> released_ = false;
-  std::atomic<std::int64_t> milliseconds_ = 1'000'000;
-  std::atomic<int> step_ = 0;
-};
-
 class CurlURLSessionFixture : public testing::Test {
  protected:
   CurlURLSessionFixture() { setenv("no_proxy", "*", 1); }
@@ -85,7 +57,21 @@ class CurlURLSessionFixture : public testing::Test {
   Outcome fetch(URLRequest request) { return start(std::move(request)).get(); }
   Outcome get(const std::string& url) { return fetch({.url = {url}}); }
 
-  SteppedClock clock_;
+  /// A session with a time of its own, `clock_`, which stands still.
+  void restartStepped() {
+    clock_ = std::make_shared<test::SteppedClock>();
+    restart({.now = [clock = clock_] { return clock->now(); }});
+  }
+
+  void pass(std::chrono::milliseconds time) {
+    clock_->pass(time, [this] { session_->lookAtTime(); });
+  }
+
+  static bool hasEnded(const std::future<Outcome>& request) {
+    return request.wait_for(std::chrono::seconds(0)) == std::future_status::ready;
+  }
+
+  std::shared_ptr<test::SteppedClock> clock_;
   std::unique_ptr<CurlURLSession> session_ = std::make_unique<CurlURLSession>();
 };
 

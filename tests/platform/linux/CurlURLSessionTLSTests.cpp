@@ -6,22 +6,17 @@
 #include <optional>
 
 #include "tests/platform/linux/CurlURLSessionFixture.h"
-#include "tests/support/Command.h"
+#include "tests/support/Certificate.h"
 #include "tests/support/TemporaryDirectory.h"
 
 namespace ovinta::platform::linux {
 namespace {
 
-/// A server whose certificate vouches for itself and is made for 127.0.0.1 only.
+/// A server with such a certificate.
 class CurlURLSessionTLS : public CurlURLSessionFixture {
  protected:
   CurlURLSessionTLS() {
-    const auto made =
-        test::runCommand({"/usr/bin/openssl", "req", "-x509", "-newkey", "ec", "-pkeyopt",
-                          "ec_paramgen_curve:P-256", "-nodes", "-subj", "/CN=Self", "-addext",
-                          "subjectAltName=IP:127.0.0.1", "-keyout", key_, "-out", certificate_});
-    EXPECT_EQ(made.exitCode, 0) << made.output;
-    server_.emplace(certificate_.c_str(), key_.c_str());
+    server_.emplace(certificate_.file.c_str(), certificate_.keyFile.c_str());
     server_->Get("/", [this](const httplib::Request&, httplib::Response& response) {
       ++requests_;
       response.set_content("proven", "text/plain");
@@ -41,8 +36,7 @@ class CurlURLSessionTLS : public CurlURLSessionFixture {
   }
 
   test::TemporaryDirectory directory_;
-  const std::string key_ = directory_.path() / "key.pem";
-  const std::string certificate_ = directory_.path() / "ca.pem";
+  const test::Certificate certificate_{directory_.path()};
   std::optional<httplib::SSLServer> server_;
   std::atomic<int> requests_ = 0;
   int port_ = 0;
@@ -52,7 +46,7 @@ class CurlURLSessionTLS : public CurlURLSessionFixture {
 TEST_F(CurlURLSessionTLS, BelievesCertificatesOfTheRightHostByATrustedAuthorityOnly) {
   const std::string kNotSecure = "A secure connection to the server could not be made.";
   EXPECT_EQ(getFrom("127.0.0.1").sentence(), kNotSecure);
-  restart({.caFile = certificate_});
+  restart({.caFile = certificate_.file});
   EXPECT_EQ(getFrom("localhost").sentence(), kNotSecure);
   EXPECT_EQ(requests_, 0);
   EXPECT_EQ(getFrom("127.0.0.1").data, "proven");
