@@ -1,6 +1,8 @@
 #include "OvintaSDK/api/OvintaAPIError.h"
 
 #include <algorithm>
+#include <array>
+#include <string_view>
 #include <utility>
 
 #include "platform/Services.h"
@@ -8,11 +10,15 @@
 namespace ovinta {
 namespace {
 
+/// The name that counts, and the form that HTTP/2 gives it; any other spelling is another field.
+constexpr std::array<std::string_view, 2> kUpgradeFields{"App-Upgrade-URL", "app-upgrade-url"};
+
 std::optional<platform::URL> upgradeURL(const platform::HTTPResponse& response) {
-  const auto field = std::ranges::find(response.headers, std::string_view("App-Upgrade-URL"),
-                                       &platform::HeaderField::name);
-  if (field == response.headers.end()) return std::nullopt;
-  return platform::services().urls->parse(field->value);
+  for (const std::string_view name : kUpgradeFields) {
+    const auto field = std::ranges::find(response.headers, name, &platform::HeaderField::name);
+    if (field != response.headers.end()) return platform::services().urls->parse(field->value);
+  }
+  return std::nullopt;
 }
 
 }  // namespace

@@ -27,7 +27,9 @@ class OVINTA_EXPORT OvintaAPIError : public OvintaError {
   const std::optional<ErrorBody>& body() const { return body_; }
   /// Messages by the name of the field that they are about; absent without a readable body.
   std::optional<std::map<std::string, std::vector<std::string>>> errors() const;
-  /// Where the application can be upgraded, if the service says so.
+  /// Where the application can be upgraded, if the answer says so in a header field whose name is
+  /// exactly "App-Upgrade-URL" or, as HTTP/2 writes it, "app-upgrade-url"; of both the former
+  /// counts.
   const std::optional<platform::URL>& appUpgradeURL() const { return appUpgradeURL_; }
 
  private:

@@ -97,6 +97,9 @@ TEST_F(ErrorTest, UpgradeLinkIsReadFromTheHeader) {
       {{{"App-Upgrade-URL", "not a link"}}, {}},
       {{{"App-Upgrade-URL", ""}}, {}},
       {{{"App-Upgrade-Url", link}}, {}},
+      {{{"app-upgrade-url", link}}, platform::URL{link}},
+      {{{"app-upgrade-url", "https://other.test"}, {"App-Upgrade-URL", link}}, platform::URL{link}},
+      {{{"APP-UPGRADE-URL", link}, {"app-upgrade-URL", link}}, {}},
   };
   for (const auto& [headers, url] : cases) {
     for (const int status : {425, 500}) {

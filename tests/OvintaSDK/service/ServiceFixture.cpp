@@ -25,9 +25,20 @@ Dictionary record(const platform::URLRequest& request) {
 
 }  // namespace
 
+ObservedURLSession::ObservedURLSession(std::optional<std::filesystem::path> caFile)
+    : session_({.caFile = std::move(caFile), .now = [this] { return clock_.now(); }}) {}
+
+bool ObservedURLSession::waitOut() {
+  // The session may have noted the last bytes only after the first of these.
+  for (int i = 0; i < 2; ++i) {
+    clock_.pass(std::chrono::seconds(10), [this] { session_.lookAtTime(); });
+    if (ended_.try_acquire()) return true;
+  }
+  return false;
+}
+
 void ObservedURLSession::startDataTask(platform::URLRequest request, Completion completion) {
   EXPECT_EQ(request.timeout, std::chrono::seconds(10));
-  request.timeout = timeout;
   const Dictionary sent = record(request);
   session_.startDataTask(std::move(request), [this, sent, completion](auto data, auto response,
                                                                       auto error) {
@@ -77,14 +88,20 @@ OperationCase ServiceFixture::soundCase(const std::string& name) {
   return *std::ranges::find(cases, name, &OperationCase::name);
 }
 
-std::optional<ServiceFixture::Report> ServiceFixture::run(const OperationCase& operation) {
-  const auto reports = std::make_shared<std::vector<Report>>();
+ServiceFixture::Reports ServiceFixture::start(const OperationCase& operation,
+                                              const std::string& baseURL) const {
+  auto reports = std::make_shared<std::vector<Report>>();
   operation
-      .make(service.baseURL(),
+      .make(baseURL,
             [reports](bool hasResult, const ErrorPtr& error) {
               reports->push_back({hasResult, error});
             })
       ->main();
+  return reports;
+}
+
+std::optional<ServiceFixture::Report> ServiceFixture::run(const OperationCase& operation) {
+  const auto reports = start(operation, service.baseURL());
   session->wait();
   EXPECT_LE(reports->size(), 1U);
   return reports->empty() ? std::nullopt : std::optional(reports->front());

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <chrono>
+#include <filesystem>
 #include <memory>
 #include <optional>
 #include <semaphore>
@@ -12,27 +12,32 @@
 #include "tests/OvintaSDK/api/OperationCases.h"
 #include "tests/sandbox/SandboxFixture.h"
 #include "tests/support/SDKFixture.h"
+#include "tests/support/SteppedClock.h"
 
 namespace ovinta::test {
 
-/// The system's HTTP, which tells when it is through with a request.
+/// The system's HTTP, which tells when it is through with a request. Its time stands still.
 class ObservedURLSession : public platform::URLSession {
  public:
+  /// `caFile`: the certificates to trust instead of the system's.
+  explicit ObservedURLSession(std::optional<std::filesystem::path> caFile = {});
+
   void startDataTask(platform::URLRequest request, Completion completion) override;
 
   /// Waits until a request has ended and its completion has returned.
   void wait() { ended_.acquire(); }
 
+  /// Lets time pass until the same; false when it does not happen.
+  bool waitOut();
+
   /// What was sent and answered so far: a list of {"request": {"method", "target", "headers",
   /// "body"}, "answer": {"status", "headers", "body"}}. Only while nothing is under way.
   const platform::List& exchanges() const { return exchanges_; }
 
-  /// Takes the place of the requests' own time, which is 10 seconds.
-  std::chrono::milliseconds timeout = std::chrono::seconds(10);
-
  private:
   std::counting_semaphore<> ended_{0};
   platform::List exchanges_;
+  SteppedClock clock_;
   platform::linux::CurlURLSession session_;
 };
 
@@ -51,6 +56,11 @@ class ServiceFixture : public SDKFixture {
 
   /// The operation of that name with inputs that the sandbox accepts.
   OperationCase soundCase(const std::string& name);
+
+  using Reports = std::shared_ptr<std::vector<Report>>;
+
+  /// Has the operation ask the service, which is elsewhere where `baseURL` says so.
+  Reports start(const OperationCase& operation, const std::string& baseURL) const;
 
   /// What the operation reports; absent when it is through without a word.
   std::optional<Report> run(const OperationCase& operation);
