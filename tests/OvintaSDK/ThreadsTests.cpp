@@ -15,6 +15,7 @@
 #include "OvintaSDK/OvintaSDK.h"
 #include "OvintaSDK/core/OvintaState.h"
 #include "OvintaSDK/model/CoreOrder.h"
+#include "platform/FatalError.h"
 #include "platform/JSON.h"
 #include "platform/linux/Linux.h"
 #include "platform/simulation/RecordingLog.h"
@@ -34,6 +35,10 @@ using platform::simulation::SimulatedLocation;
 
 constexpr int kThreads = 4;
 constexpr int kRounds = 10;
+/// How often a test looks whether it is done, and how many times it does so: two minutes, since the
+/// thread sanitizer is slow.
+constexpr auto kPause = 10ms;
+constexpr int kMostPauses = 12'000;
 /// The service has orders 1 to this. The last one is gone when an event comes, and the one before
 /// accepts no events.
 constexpr int kOrders = 6;
@@ -93,7 +98,9 @@ class Threads : public ::testing::Test {
       });
     }
     int step = 0;
-    while (!time.waitUntil([&] { return running == 0 && isDone(); }, 10ms)) {
+    while (!time.waitUntil([&] { return running == 0 && isDone(); }, kPause)) {
+      // The test cannot go on: what is under way writes to its variables.
+      if (step == kMostPauses) platform::fatalError("the threads' work is not done");
       location->setAuthorizationStatus(step % 5 == 0 ? 4 : 3);
       location->deliver({.coordinate = {.latitude = 40 + 0.01 * (++step % 100), .longitude = -74},
                          .timestamp = time.now()});
@@ -107,9 +114,11 @@ class Threads : public ::testing::Test {
   }
 
   /// Fetches once more, and expects lists and store as the service has them.
-  static void expectOrdersOfTheService() {
+  void expectOrdersOfTheService() {
     std::atomic<bool> isFetched = false;
-    while (!isFetched) {
+    for (int pause = 0; pause < kMostPauses && !isFetched; ++pause) {
+      // One that a push has started may still be under way.
+      if (pause > 0) time.waitUntil([] { return false; }, kPause);
       std::latch answered(1);
       Ovinta::orders().fetch([&](const auto& orders, const auto&) {
         isFetched = orders.has_value();
@@ -117,6 +126,7 @@ class Threads : public ::testing::Test {
       });
       answered.wait();
     }
+    ASSERT_TRUE(isFetched);
     EXPECT_EQ(Ovinta::orders().all()->size(), kOrders);
     EXPECT_EQ(Ovinta::orders().open()->size(), kOrders - kOrders / 3);
     EXPECT_EQ(Ovinta::orders().closed()->size(), kOrders / 3);
