@@ -27,8 +27,10 @@ struct Endpoint {
 };
 
 /// The frame of every call to the service: builds the request, starts it, and judges the answer.
-/// The result is reported once, on the callback thread of the URL session (in `main` itself when no
-/// request can be built). Nothing is retried. Must be held by a shared pointer.
+/// The result is reported at most once, on the callback thread of the URL session (in `main` itself
+/// when no request can be built): a success that the session completes without data, which no
+/// session does that keeps to its contract, reports nothing. Nothing is retried. Must be held by a
+/// shared pointer.
 class APIOperation : public platform::Operation,
                      public ErrorContext,
                      public std::enable_shared_from_this<APIOperation> {

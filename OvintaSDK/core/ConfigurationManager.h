@@ -20,8 +20,10 @@ class OVINTA_EXPORT ConfigurationManager {
   ConfigurationManager& operator=(const ConfigurationManager&) = delete;
 
   /// Asks for the configuration, whatever the service keeps under "data". May be called from any
-  /// thread and returns at once; the callback is called once, on the network's callback thread, and
-  /// never when no base URL is known.
+  /// thread and returns at once; the callback is called at most once: on the network's callback
+  /// thread when the service was asked, on a thread of the API queue when the base URL is none. It
+  /// is left out when no base URL is known, and where the application's own `platform::URLSession`
+  /// completes a success without data; that of Linux gives every complete answer its data.
   void fetch(ConfigurationCallback callback = {});
 };
 

@@ -22,9 +22,11 @@ using ErrorCallback = std::function<void(ErrorPtr)>;
 
 /// Owns the one customer of the device; reached as `Ovinta::customer()`. The customer survives a
 /// restart of the application. All methods may be called from any thread and return at once; a
-/// callback, which may be empty and must not throw, is called exactly once: on the network's
+/// callback, which may be empty and must not throw, is called at most once: on the network's
 /// callback thread when the service was asked, on a thread of the API queue when the base URL is
-/// none, inside the call when the request was refused before.
+/// none, inside the call when the request was refused before. It is left out only where the
+/// application's own `platform::URLSession` completes a success without data; that of Linux gives
+/// every complete answer its data, even if empty.
 /// The object must outlive the requests that it has started.
 class OVINTA_EXPORT CustomerManager {
  public:

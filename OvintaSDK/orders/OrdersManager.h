@@ -39,8 +39,10 @@ struct LastFetch {
 /// thread and return at once. A callback, which may be empty and must not throw, is called at most
 /// once, with no lock held: on the network's callback thread when the service was asked, on a
 /// thread of the API queue when the base URL is none, inside the call when the request was refused
-/// before. Each field is safe by itself; nothing is promised across fields: while a fetch
-/// completes, `all` may be new and `open` still the old list.
+/// before. Where the application's own `platform::URLSession` completes a success without data,
+/// which that of Linux never does, it is left out, and a fetch stays under way. Each field is safe
+/// by itself; nothing is promised across fields: while a fetch completes, `all` may be new and
+/// `open` still the old list.
 /// The object must outlive the requests that it has started.
 class OVINTA_EXPORT OrdersManager {
  public:

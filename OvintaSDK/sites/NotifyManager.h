@@ -41,8 +41,9 @@ class OVINTA_EXPORT NotifyManager {
                       ErrorCallback callback);
 
   /// Arms notifications for the first sites that the service finds in the circle. The callback
-  /// receives the sites or the error. When arming them fails it is called twice: first with the
-  /// error, then with the sites. Errors: those of `createForSites` and of `SitesManager::fetch`.
+  /// receives the sites or the error, and is left out where that of `SitesManager::fetch` is. When
+  /// arming them fails it is called twice: first with the error, then with the sites. Errors: those
+  /// of `createForSites` and of `SitesManager::fetch`.
   void createForSitesInRegion(const platform::CircularRegion& region,
                               const NotificationInfo& notification, SitesCallback callback);
 

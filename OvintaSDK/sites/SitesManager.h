@@ -24,8 +24,10 @@ using SitesPageCallback =
 
 /// Looks up the pickup sites that the service knows; reached as `Ovinta::sites()`. All methods may
 /// be called from any thread and return at once. A callback, which may be empty and must not throw,
-/// is called exactly once: on the network's callback thread when the service was asked, on a thread
+/// is called at most once: on the network's callback thread when the service was asked, on a thread
 /// of the API queue when the base URL is none, inside the call when the request was refused before.
+/// It is left out only where the application's own `platform::URLSession` completes a success
+/// without data; that of Linux gives every complete answer its data, even if empty.
 /// Errors: `SitesManagerError` of type `loadingApiUrl`; those of the service.
 /// The object must outlive the requests that it has started.
 class OVINTA_EXPORT SitesManager {

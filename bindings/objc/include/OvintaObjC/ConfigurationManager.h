@@ -10,8 +10,10 @@ typedef void (^ConfigurationCallback)(NSDictionary<NSString*, id>* _Nullable con
 /// instance stands. Keeps nothing.
 @interface ConfigurationManager : NSObject
 /// Asks for the configuration, whatever the service keeps under "data". May be called from any
-/// thread and returns at once; the callback is called once, on the network's callback thread, and
-/// never when no base URL is known.
+/// thread and returns at once; the callback is called at most once: on the network's callback
+/// thread when the service was asked, on a thread of the API queue when the base URL is none. It is
+/// left out when no base URL is known, and where a URL session of the application's own, installed
+/// in C++, completes a success without data.
 - (void)fetchWithCallback:(nullable ConfigurationCallback)callback;
 @end
 

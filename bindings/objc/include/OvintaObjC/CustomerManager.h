@@ -12,9 +12,10 @@ typedef void (^ErrorCallback)(OvintaError* _Nullable error);
 
 /// Owns the one customer of the device; reached as `Ovinta.customer`, for which every instance
 /// stands. The customer survives a restart of the application. All methods may be called from any
-/// thread and return at once; a callback, which may be nil, is called exactly once: on the
+/// thread and return at once; a callback, which may be nil, is called at most once: on the
 /// network's callback thread when the service was asked, on a thread of the API queue when the base
-/// URL is none, inside the call when the request was refused before.
+/// URL is none, inside the call when the request was refused before. It is left out only where a
+/// URL session of the application's own, installed in C++, completes a success without data.
 @interface CustomerManager : NSObject
 /// The signed-in customer, or nil. Setting it changes the copy in memory only.
 @property(nonatomic, retain, nullable) Customer* current;

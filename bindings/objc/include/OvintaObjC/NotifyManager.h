@@ -26,9 +26,9 @@ NS_ASSUME_NONNULL_BEGIN
               callback:(nullable ErrorCallback)callback;
 
 /// Arms notifications for the first sites that the service finds in the circle. The callback
-/// receives the sites or the error. When arming them fails it is called twice: first with the
-/// error, then with the sites. Errors: those of `createForSites:notification:callback:` and of the
-/// sites manager.
+/// receives the sites or the error, and is left out where that of a `SitesManager` is. When arming
+/// them fails it is called twice: first with the error, then with the sites. Errors: those of
+/// `createForSites:notification:callback:` and of the sites manager.
 - (void)createForSitesInRegion:(OvintaCircularRegion*)region
                   notification:(NotificationInfo*)notification
                       callback:(nullable SitesCallback)callback;

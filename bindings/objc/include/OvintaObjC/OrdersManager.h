@@ -16,8 +16,10 @@ typedef void (^OrdersCallback)(NSArray<Order*>* _Nullable orders, OvintaError* _
 /// methods may be called from any thread and return at once. A callback, which may be nil, is
 /// called at most once, with no lock held: on the network's callback thread when the service was
 /// asked, on a thread of the API queue when the base URL is none, inside the call when the request
-/// was refused before. Each property is safe by itself; nothing is promised across properties:
-/// while a fetch completes, `all` may be new and `open` still the old list.
+/// was refused before. Where a URL session of the application's own, installed in C++, completes a
+/// success without data, it is left out, and a fetch stays under way. Each property is safe by
+/// itself; nothing is promised across properties: while a fetch completes, `all` may be new and
+/// `open` still the old list.
 @interface OrdersManager : NSObject
 /// Every order of the last successful fetch, in the service's order; nil before it. A list that is
 /// set is also written to the order store, in the background; `open` and `closed` stay as they are.

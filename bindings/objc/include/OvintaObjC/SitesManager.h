@@ -14,9 +14,11 @@ typedef void (^SitesPageCallback)(NSArray<Site*>* _Nullable sites, Pagination* _
 
 /// Looks up the pickup sites that the service knows; reached as `Ovinta.sites`, for which every
 /// instance stands. All methods may be called from any thread and return at once. A callback, which
-/// may be nil, is called exactly once: on the network's callback thread when the service was asked,
+/// may be nil, is called at most once: on the network's callback thread when the service was asked,
 /// on a thread of the API queue when the base URL is none, inside the call when the request was
-/// refused before. Errors: `SitesManagerError` of type `LoadingApiUrl`; those of the service.
+/// refused before. It is left out only where a URL session of the application's own, installed in
+/// C++, completes a success without data. Errors: `SitesManagerError` of type `LoadingApiUrl`;
+/// those of the service.
 @interface SitesManager : NSObject
 /// The sites gathered so far; nil before the first. Page 1 of any search replaces them, a later
 /// page is appended, whatever it is a page of.
