@@ -64,7 +64,8 @@ ExitCode claimOrder(Client& client, const Claim& claim) {
       return Ovinta::orders().claimWithRedemptionCode(claim.code, claim.customer, claim.pickupType,
                                                       callback);
     }
-    auto info = ClaimOrderInfo::withCustomerInfo(claim.customer, claim.pushToken, claim.pickupType);
+    auto info = ClaimOrderInfo::withCustomerInfo(claim.customer, claim.pushToken.value_or(""),
+                                                 claim.pickupType);
     info.customerName = presentName(claim.customer);
     Ovinta::orders().claimWithRedemptionCode(
         claim.code, info, claim.consents ? std::optional(claim.consent) : std::nullopt, callback);

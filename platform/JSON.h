@@ -3,45 +3,17 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <exception>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
 
-#include "platform/Export.h"
+#include "platform/CodingError.h"
+#include "platform/JSONText.h"
 #include "platform/Value.h"
 
 namespace ovinta::platform {
-
-/// Why a JSON text could not be read as, or written from, a record. Never thrown at an application.
-class CodingError : public std::exception {
- public:
-  enum class Kind { keyNotFound, typeMismatch, valueNotFound, dataCorrupted, invalidValue };
-
-  CodingError(Kind kind, std::string debugDescription);
-
-  Kind kind() const { return kind_; }
-  /// From the outermost key inwards, joined with ".", array positions as "[2]"; empty at the top.
-  const std::string& codingPath() const { return codingPath_; }
-  const std::string& debugDescription() const { return debugDescription_; }
-  /// Puts an outer key, or array position, before the path; for use while the error passes
-  /// outwards.
-  void prependKey(std::string_view key);
-  void prependIndex(std::size_t index);
-
-  /// Kind, path and description in one line; holds no value of the text.
-  const char* what() const noexcept override { return text_.c_str(); }
-
- private:
-  void updateText();
-
-  Kind kind_;
-  std::string codingPath_;
-  std::string debugDescription_;
-  std::string text_;
-};
 
 /// One value inside a `JSONDocument`; valid as long as the document lives. Cheap to copy.
 class JSONValue {
@@ -153,10 +125,12 @@ class JSONWriter {
   bool needsComma_ = false;
 };
 
-/// The value of a whole JSON text; absent when it is not JSON.
-OVINTA_EXPORT std::optional<Value> parseJSON(std::string_view text);
-
-/// The JSON text of a value. Throws `CodingError` as `JSONWriter` does.
-OVINTA_EXPORT std::string writeJSON(const Value& value);
+/// The JSON text of a value, for values that are known to have one. Throws `CodingError` as
+/// `JSONWriter` does.
+inline std::string writeJSON(const Value& value) {
+  auto text = jsonText(value);
+  if (!text) throw CodingError(text.error());
+  return *std::move(text);
+}
 
 }  // namespace ovinta::platform

@@ -26,7 +26,7 @@ class ClaimOrderWithCodeOperation final : public OrderOperation {
 
   CustomerPtr customer_;
   std::string redemptionCode_;
-  ClaimOrderInfo orderInfo_;
+  const ClaimOrderInfo orderInfo_;
 };
 
 }  // namespace ovinta

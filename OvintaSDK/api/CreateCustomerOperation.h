@@ -16,7 +16,7 @@ class CreateCustomerOperation final : public CustomerOperation {
   Endpoint endpoint() const override { return {.path = APIPath::customer(), .method = "POST"}; }
   std::optional<std::string> body() const override { return encodeBody(info_); }
 
-  CreateCustomerInfo info_;
+  const CreateCustomerInfo info_;
 };
 
 }  // namespace ovinta

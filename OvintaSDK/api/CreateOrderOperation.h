@@ -24,7 +24,7 @@ class CreateOrderOperation final : public OrderOperation {
   std::optional<std::string> body() const override { return encodeBody(orderInfo_); }
 
   CustomerPtr customer_;
-  CreateOrderInfo orderInfo_;
+  const CreateOrderInfo orderInfo_;
 };
 
 }  // namespace ovinta

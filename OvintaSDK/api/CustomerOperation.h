@@ -12,7 +12,7 @@ class CustomerOperation : public DecodingOperation<CustomerPtr> {
  protected:
   using DecodingOperation::DecodingOperation;
   CustomerPtr decode(const platform::JSONValue& answer) const final {
-    return decodeData<CustomerPtr>(answer);
+    return wire::WireForm<wire::CustomerResponse>::decode(answer).data;
   }
 };
 

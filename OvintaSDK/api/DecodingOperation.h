@@ -26,12 +26,8 @@ class DecodingOperation : public ResultOperation<Result> {
     ErrorPtr failure;
     Result result{};
     try {
-      const auto document = platform::JSONDocument::parse(data);
-      if (!document) {
-        throw platform::CodingError(platform::CodingError::Kind::dataCorrupted,
-                                    "The given data was not valid JSON.");
-      }
-      result = decode(document->root());
+      const platform::JSONDocument document = wire::parseDocument(data);
+      result = decode(document.root());
     } catch (const platform::CodingError& error) {
       if (const std::string_view line = decodingFailureLogLine(); !line.empty()) {
         logLine(std::string(line) + error.what() + ".");
@@ -43,11 +39,5 @@ class DecodingOperation : public ResultOperation<Result> {
     this->report(std::move(result));
   }
 };
-
-/// The record under the key "data" of an answer. Throws `platform::CodingError`.
-template <class Record>
-Record decodeData(const platform::JSONValue& answer) {
-  return wire::WireForm<wire::Envelope<Record>>::decode(answer).data;
-}
 
 }  // namespace ovinta

@@ -19,7 +19,7 @@ class GetOrdersOperation final : public DecodingOperation<std::optional<OrderLis
     return {.path = APIPath::orders(), .token = customer_->token};
   }
   std::optional<OrderList> decode(const platform::JSONValue& answer) const override {
-    return decodeData<OrderList>(answer);
+    return wire::WireForm<OrdersResponse>::decode(answer).data;
   }
   std::string_view decodingFailureLogLine() const override {
     return "Unexpected error Getting Orders: ";

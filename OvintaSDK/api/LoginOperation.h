@@ -18,7 +18,7 @@ class LoginOperation final : public CustomerOperation {
   Endpoint endpoint() const override { return {.path = APIPath::signIn(), .method = "POST"}; }
   std::optional<std::string> body() const override { return encodeBody(loginInfo_); }
 
-  LoginInfo loginInfo_;
+  const LoginInfo loginInfo_;
 };
 
 }  // namespace ovinta

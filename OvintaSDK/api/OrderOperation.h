@@ -10,7 +10,7 @@ class OrderOperation : public DecodingOperation<OrderPtr> {
  protected:
   using DecodingOperation::DecodingOperation;
   OrderPtr decode(const platform::JSONValue& answer) const final {
-    return decodeData<OrderPtr>(answer);
+    return wire::WireForm<OrderResponse>::decode(answer).data;
   }
 };
 

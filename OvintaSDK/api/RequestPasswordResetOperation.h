@@ -25,7 +25,7 @@ class RequestPasswordResetOperation final : public ResultOperation<std::monostat
   std::optional<std::string> body() const override { return encodeBody(reset_); }
   void succeed(const std::string& /*data*/) override { report({}); }
 
-  RequestPasswordReset reset_;
+  const RequestPasswordReset reset_;
 };
 
 }  // namespace ovinta

@@ -17,7 +17,7 @@ class SetNewPasswordOperation final : public CustomerOperation {
   Endpoint endpoint() const override { return {.path = APIPath::setPassword(), .method = "PATCH"}; }
   std::optional<std::string> body() const override { return encodeBody(newPassword_); }
 
-  SetNewPassword newPassword_;
+  const SetNewPassword newPassword_;
 };
 
 }  // namespace ovinta

@@ -22,7 +22,7 @@ class SignUpOperation final : public CustomerOperation {
   std::optional<std::string> body() const override { return encodeBody(signUpInfo_); }
 
   CustomerPtr customer_;
-  SignUpInfo signUpInfo_;
+  const SignUpInfo signUpInfo_;
 };
 
 }  // namespace ovinta

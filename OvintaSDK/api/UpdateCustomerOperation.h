@@ -22,7 +22,7 @@ class UpdateCustomerOperation final : public CustomerOperation {
   std::optional<std::string> body() const override { return encodeBody(customerInfo_); }
 
   CustomerPtr customer_;
-  CustomerInfo customerInfo_;
+  const CustomerInfo customerInfo_;
 };
 
 }  // namespace ovinta

@@ -13,7 +13,7 @@ class UpdateOrderOperation final : public OrderOperation {
       : OrderOperation(std::move(apiURL), std::move(callback)),
         customerToken_(std::move(customerToken)),
         redemptionCode_(std::move(redemptionCode)),
-        pushToken_(std::move(pushToken)) {}
+        orderInfo_{.pushToken = std::move(pushToken)} {}
 
   std::string_view errorContext() const override { return "updating order"; }
 
@@ -21,13 +21,11 @@ class UpdateOrderOperation final : public OrderOperation {
   Endpoint endpoint() const override {
     return {.path = APIPath::order(redemptionCode_), .method = "PUT", .token = customerToken_};
   }
-  std::optional<std::string> body() const override {
-    return encodeBody(UpdateOrderInfo{.pushToken = pushToken_});
-  }
+  std::optional<std::string> body() const override { return encodeBody(orderInfo_); }
 
   std::string customerToken_;
   std::string redemptionCode_;
-  std::string pushToken_;
+  const UpdateOrderInfo orderInfo_;
 };
 
 }  // namespace ovinta

@@ -9,6 +9,7 @@
 #include "OvintaSDK/core/UserDefaultsKey.h"
 #include "OvintaSDK/customer/CustomerManager.h"
 #include "OvintaSDK/location/LocationUpdater.h"
+#include "OvintaSDK/model/LocationUpdateEvent.h"
 #include "OvintaSDK/orders/OrdersManager.h"
 #include "platform/Services.h"
 
@@ -69,7 +70,7 @@ void LocationUpdater::sendLocationUpdate() {
   if (!orders || !lastLocation_ || lastLocation_->timestamp <= now() - kLocationLifetime) return;
   logLine("sending location update");
   for (const OrderPtr& order : *orders) {
-    queueEvent(OrderEvent::locationUpdate(order->id, *lastLocation_, beacons, std::nullopt));
+    queueEvent(locationUpdateEvent(order->id, *lastLocation_, beacons, std::nullopt));
   }
 }
 

@@ -4,24 +4,24 @@
 #include <string>
 
 #include "OvintaSDK/model/CustomerInfo.h"
+#include "OvintaSDK/model/RequiredText.h"
 #include "platform/Export.h"
 
 namespace ovinta {
 
-/// What a customer claims an order with. The push token is always sent, as null when absent; other
-/// absent fields are not sent.
+/// What a customer claims an order with. It cannot be built without a push token, which is always
+/// sent: as null by a claim that was read without one. Other absent fields are not sent.
 struct OVINTA_EXPORT ClaimOrderInfo {
   std::optional<std::string> customerCarColor = {};
   std::optional<std::string> customerCarType = {};
   std::optional<std::string> customerLicensePlate = {};
   std::optional<std::string> customerName = {};
   std::optional<std::string> customerPhone = {};
-  std::optional<std::string> pushToken = {};
+  RequiredText pushToken;
   std::optional<std::string> pickupType = {};
 
   /// A claim with the customer fields copied from `customerInfo`. May be called from any thread.
-  static ClaimOrderInfo withCustomerInfo(const CustomerInfo& customerInfo,
-                                         std::optional<std::string> pushToken,
+  static ClaimOrderInfo withCustomerInfo(const CustomerInfo& customerInfo, RequiredText pushToken,
                                          std::optional<std::string> pickupType);
 
   friend bool operator==(const ClaimOrderInfo&, const ClaimOrderInfo&) = default;

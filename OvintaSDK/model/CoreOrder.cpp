@@ -23,15 +23,24 @@ std::shared_ptr<CoreOrder> CoreOrder::insert(const Order& order,
                                              platform::ManagedObjectContext& context) {
   auto summary = std::make_shared<CoreOrder>();
   context.insert(summary);
-  summary->setValue("id", order.id);
-  if (order.partnerIdentifier) summary->setValue("partnerIdentifier", *order.partnerIdentifier);
-  summary->setValue("siteId", order.siteID);
-  summary->setValue("state", rawValue(order.state()));
-  summary->setValue("customerState", rawValue(order.customerState()));
+  summary->setId(order.id);
+  summary->setPartnerIdentifier(order.partnerIdentifier);
+  summary->setSiteId(order.siteID);
+  summary->setState(rawValue(order.state()));
+  summary->setCustomerState(rawValue(order.customerState()));
+  return summary;
+}
+
+std::shared_ptr<CoreOrder> CoreOrder::withEntity(const platform::EntityDescription& entity,
+                                                 platform::ManagedObjectContext* context) {
+  auto summary = std::make_shared<CoreOrder>(platform::ManagedObject(entity.name));
+  if (context) context->insert(summary);
   return summary;
 }
 
 std::int64_t CoreOrder::id() const { return integer(*this, "id"); }
+
+void CoreOrder::setId(std::int64_t id) { setValue("id", id); }
 
 std::optional<std::string> CoreOrder::partnerIdentifier() const {
   const platform::AttributeValue identifier = value("partnerIdentifier");
@@ -39,10 +48,23 @@ std::optional<std::string> CoreOrder::partnerIdentifier() const {
   return text ? std::optional(*text) : std::nullopt;
 }
 
+void CoreOrder::setPartnerIdentifier(const std::optional<std::string>& identifier) {
+  setValue("partnerIdentifier",
+           identifier ? platform::AttributeValue(*identifier) : platform::AttributeValue());
+}
+
 std::int64_t CoreOrder::siteId() const { return integer(*this, "siteId"); }
+
+void CoreOrder::setSiteId(std::int64_t siteId) { setValue("siteId", siteId); }
 
 std::int64_t CoreOrder::state() const { return integer(*this, "state"); }
 
+void CoreOrder::setState(std::int64_t state) { setValue("state", state); }
+
 std::int64_t CoreOrder::customerState() const { return integer(*this, "customerState"); }
+
+void CoreOrder::setCustomerState(std::int64_t customerState) {
+  setValue("customerState", customerState);
+}
 
 }  // namespace ovinta

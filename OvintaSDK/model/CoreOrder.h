@@ -12,7 +12,7 @@ namespace ovinta {
 
 /// The summary of an order that the order store keeps, an object of the entity "Order". States are
 /// kept as raw values. One thread at a time.
-class CoreOrder : public platform::ManagedObject {
+class OVINTA_EXPORT CoreOrder : public platform::ManagedObject {
  public:
   /// A request for all stored summaries, unsorted.
   static platform::FetchRequest fetchRequest();
@@ -21,15 +21,28 @@ class CoreOrder : public platform::ManagedObject {
   static std::shared_ptr<CoreOrder> insert(const Order& order,
                                            platform::ManagedObjectContext& context);
 
+  /// An empty summary, an object of the entity. It is also put into the context, if there is one;
+  /// saving is left to the caller.
+  static std::shared_ptr<CoreOrder> withEntity(const platform::EntityDescription& entity,
+                                               platform::ManagedObjectContext* context);
+
   CoreOrder();
   /// A summary read back from the store.
   explicit CoreOrder(const platform::ManagedObject& object);
 
+  /// 0 where nothing was set, as the other numbers.
   std::int64_t id() const;
+  void setId(std::int64_t id);
   std::optional<std::string> partnerIdentifier() const;
+  void setPartnerIdentifier(const std::optional<std::string>& identifier);
   std::int64_t siteId() const;
+  void setSiteId(std::int64_t siteId);
+  /// The raw value of an `OrderState`.
   std::int64_t state() const;
+  void setState(std::int64_t state);
+  /// The raw value of a `CustomerState`.
   std::int64_t customerState() const;
+  void setCustomerState(std::int64_t customerState);
 };
 
 }  // namespace ovinta

@@ -4,16 +4,25 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "OvintaSDK/location/Beacon.h"
 #include "OvintaSDK/model/CustomerState.h"
+#include "OvintaSDK/model/EtaSeconds.h"
 #include "OvintaSDK/model/LocationAuthStatus.h"
 #include "OvintaSDK/model/OrderState.h"
 #include "platform/Export.h"
-#include "platform/Location.h"
 
 namespace ovinta {
+
+namespace platform {
+struct Location;
+}
+namespace wire {
+template <class Record>
+struct WireTable;
+}
 
 /// The kinds of order events.
 struct OrderEventType {
@@ -24,39 +33,75 @@ struct OrderEventType {
 };
 
 /// One report from the customer's device to the service about an order. Absent fields are not sent.
-/// The makers may be called from any thread.
-struct OVINTA_EXPORT OrderEvent {
-  std::int64_t orderID = 0;
-  std::string eventType;
-  /// Degrees.
-  std::optional<double> longitude = {};
-  std::optional<double> latitude = {};
-  /// Metres; negative when the position is not valid.
-  std::optional<double> accuracy = {};
-  /// Metres per second; negative when unknown.
-  std::optional<double> speed = {};
-  std::optional<std::vector<Beacon>> beacons = {};
-  std::optional<std::int64_t> etaSeconds = {};
-  std::optional<CustomerState> customerState = {};
-  std::optional<OrderState> state = {};
-  std::optional<LocationAuthStatus> locationAuthStatus = {};
-  std::optional<std::int64_t> customerRating = {};
-  std::optional<std::string> customerComments = {};
+/// An event never changes; a variable that holds one may be given another event as a whole. The
+/// makers may be called from any thread.
+class OVINTA_EXPORT OrderEvent {
+ private:
+  struct Fields {
+    std::int64_t orderID = 0;
+    std::string eventType;
+    std::optional<double> longitude = {};
+    std::optional<double> latitude = {};
+    std::optional<double> accuracy = {};
+    std::optional<double> speed = {};
+    std::optional<std::vector<Beacon>> beacons = {};
+    std::optional<std::int64_t> etaSeconds = {};
+    std::optional<CustomerState> customerState = {};
+    std::optional<OrderState> state = {};
+    std::optional<LocationAuthStatus> locationAuthStatus = {};
+    std::optional<std::int64_t> customerRating = {};
+    std::optional<std::string> customerComments = {};
 
-  /// Where the customer is. An estimate is cut to whole seconds; one that no 64-bit integer can
-  /// hold counts as absent.
-  static OrderEvent locationUpdate(std::int64_t orderID, const platform::Location& location,
-                                   std::optional<std::vector<Beacon>> beacons,
-                                   std::optional<double> etaSeconds);
-  /// A step of the customer's journey. The estimate as above.
+    friend bool operator==(const Fields&, const Fields&) = default;
+  };
+  Fields fields_;
+
+ public:
+  // Read-only views of the private fields: constant fields could only be copied, never moved.
+  const std::int64_t& orderID = fields_.orderID;
+  const std::string& eventType = fields_.eventType;
+  /// Degrees.
+  const std::optional<double>& longitude = fields_.longitude;
+  const std::optional<double>& latitude = fields_.latitude;
+  /// Metres; negative when the position is not valid.
+  const std::optional<double>& accuracy = fields_.accuracy;
+  /// Metres per second; negative when unknown.
+  const std::optional<double>& speed = fields_.speed;
+  const std::optional<std::vector<Beacon>>& beacons = fields_.beacons;
+  const std::optional<std::int64_t>& etaSeconds = fields_.etaSeconds;
+  const std::optional<CustomerState>& customerState = fields_.customerState;
+  const std::optional<OrderState>& state = fields_.state;
+  const std::optional<LocationAuthStatus>& locationAuthStatus = fields_.locationAuthStatus;
+  const std::optional<std::int64_t>& customerRating = fields_.customerRating;
+  const std::optional<std::string>& customerComments = fields_.customerComments;
+
+  /// A step of the customer's journey.
   static OrderEvent customerStateChange(std::int64_t orderID, CustomerState customerState,
-                                        std::optional<double> etaSeconds);
+                                        EtaSeconds etaSeconds);
   static OrderEvent stateChange(std::int64_t orderID, OrderState state);
   static OrderEvent permissionUpdate(std::int64_t orderID, LocationAuthStatus locationAuthStatus);
   static OrderEvent rating(std::int64_t orderID, std::int64_t customerRating,
                            std::optional<std::string> customerComments);
 
-  friend bool operator==(const OrderEvent&, const OrderEvent&) = default;
+  OrderEvent(const OrderEvent& other) : fields_(other.fields_) {}
+  OrderEvent(OrderEvent&& other) noexcept : fields_(std::move(other.fields_)) {}
+  OrderEvent& operator=(OrderEvent other) noexcept {
+    fields_ = std::move(other.fields_);
+    return *this;
+  }
+  ~OrderEvent() = default;
+
+  friend bool operator==(const OrderEvent& one, const OrderEvent& other) {
+    return one.fields_ == other.fields_;
+  }
+
+ private:
+  friend struct wire::WireTable<OrderEvent>;
+  friend OrderEvent locationUpdateEvent(std::int64_t orderID, const platform::Location& location,
+                                        std::optional<std::vector<Beacon>> beacons,
+                                        EtaSeconds etaSeconds);
+
+  explicit OrderEvent(Fields fields) : fields_(std::move(fields)) {}
 };
 
 }  // namespace ovinta

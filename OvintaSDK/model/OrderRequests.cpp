@@ -32,12 +32,10 @@ CreateOrderInfo CreateOrderInfo::withCustomerInfo(std::int64_t siteID,
 }
 
 ClaimOrderInfo ClaimOrderInfo::withCustomerInfo(const CustomerInfo& customerInfo,
-                                                std::optional<std::string> pushToken,
+                                                RequiredText pushToken,
                                                 std::optional<std::string> pickupType) {
-  ClaimOrderInfo info;
+  ClaimOrderInfo info{.pushToken = std::move(pushToken), .pickupType = std::move(pickupType)};
   copyCustomer(customerInfo, info);
-  info.pushToken = std::move(pushToken);
-  info.pickupType = std::move(pickupType);
   return info;
 }
 

@@ -1,17 +1,26 @@
 #pragma once
 
+#include <memory>
+
 #include "platform/Date.h"
 
 namespace ovinta {
 
 /// The span of time in which an order is to be picked up. Nothing checks that `start` comes first.
-struct PickupWindow {
-  platform::Date start;
-  platform::Date end;
+/// A window never changes; a variable that holds one may be given another window as a whole.
+struct PickupWindow final {
+  const platform::Date start;
+  const platform::Date end;
 
   PickupWindow(platform::Date startDate, platform::Date endDate) : start(startDate), end(endDate) {}
   /// A window of one instant.
   explicit PickupWindow(platform::Date date) : PickupWindow(date, date) {}
+
+  PickupWindow(const PickupWindow&) = default;
+  PickupWindow& operator=(const PickupWindow& other) {
+    if (this != &other) std::construct_at(this, other);
+    return *this;
+  }
 
   friend bool operator==(const PickupWindow&, const PickupWindow&) = default;
 };

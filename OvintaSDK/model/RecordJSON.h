@@ -1,19 +1,111 @@
 #pragma once
 
+#include <cstddef>
+#include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
+#include <type_traits>
 
+#include "OvintaSDK/location/Beacon.h"
+#include "OvintaSDK/location/BeaconRegion.h"
+#include "OvintaSDK/model/ClaimOrderInfo.h"
+#include "OvintaSDK/model/CreateOrderInfo.h"
+#include "OvintaSDK/model/Customer.h"
+#include "OvintaSDK/model/CustomerConsent.h"
+#include "OvintaSDK/model/LoginInfo.h"
+#include "OvintaSDK/model/OrderEvent.h"
+#include "OvintaSDK/model/OrderResponse.h"
+#include "OvintaSDK/model/RequestPasswordReset.h"
+#include "OvintaSDK/model/SetNewPassword.h"
+#include "OvintaSDK/model/SignUpInfo.h"
+#include "OvintaSDK/model/Site.h"
+#include "OvintaSDK/model/UpdateOrderInfo.h"
+#include "platform/CodingError.h"
 #include "platform/Export.h"
 
 namespace ovinta {
 
-class Order;
-struct Site;
+/// Records by their types.
+template <class... Records>
+struct RecordList {
+  template <class Record>
+  static constexpr bool kHas = (std::is_same_v<Record, Records> || ...);
 
-// The JSON text of a record, in the form in which the service sends it; absent when a field cannot
-// be written, such as text that is not UTF-8. May be called from any thread.
+  /// The record's place in the list.
+  template <class Record>
+  static constexpr std::size_t positionOf() {
+    std::size_t position = 0;
+    (void)((std::is_same_v<Record, Records> || (++position, false)) || ...);
+    return position;
+  }
+};
 
-OVINTA_EXPORT std::optional<std::string> jsonText(const Order& order);
-OVINTA_EXPORT std::optional<std::string> jsonText(const Site& site);
+/// What can be read from a JSON text.
+using ReadableRecords =
+    RecordList<Order, OrderResponse, OrdersResponse, Site, Geofence, Customer, CustomerInfo,
+               CustomerConsent, SignUpInfo, LoginInfo, RequestPasswordReset, SetNewPassword,
+               CreateOrderInfo, ClaimOrderInfo, UpdateOrderInfo, BeaconRegion, BeaconIdentifiers>;
+
+/// What can be written as one.
+using WritableRecords =
+    RecordList<Order, OrderEvent, Site, Geofence, CustomerInfo, CustomerConsent, SignUpInfo,
+               LoginInfo, RequestPasswordReset, SetNewPassword, CreateOrderInfo, ClaimOrderInfo,
+               UpdateOrderInfo, Beacon, BeaconRegion, BeaconIdentifiers>;
+
+/// What a record is handed out as: itself, or the pointer by which the library knows it.
+template <class Record>
+struct RecordHandle {
+  using Type = Record;
+};
+template <>
+struct RecordHandle<Order> {
+  using Type = OrderPtr;
+};
+template <>
+struct RecordHandle<Site> {
+  using Type = SitePtr;
+};
+template <>
+struct RecordHandle<Customer> {
+  using Type = CustomerPtr;
+};
+
+/// What stands behind `readRecord` and `writeRecord`: the record is told by its place in its list.
+struct RecordJSON {
+  /// `handle` is a `std::optional` of the record's handle, which takes the record.
+  OVINTA_EXPORT static std::optional<platform::CodingError> read(std::size_t position,
+                                                                 std::string_view text,
+                                                                 void* handle);
+  OVINTA_EXPORT static platform::Coded<std::string> write(std::size_t position, const void* record);
+};
+
+/// The record that the JSON text holds, in the form in which it travels between library and
+/// service: `readRecord<Site>(text)`. Unknown keys are ignored. The error tells what is missing or
+/// wrong, and where. May be called from any thread; nothing is thrown.
+template <class Record>
+requires ReadableRecords::kHas<Record> platform::Coded<typename RecordHandle<Record>::Type>
+readRecord(std::string_view text) {
+  std::optional<typename RecordHandle<Record>::Type> handle;
+  auto error = RecordJSON::read(ReadableRecords::positionOf<Record>(), text, &handle);
+  if (error) return *std::move(error);
+  return *std::move(handle);
+}
+
+/// The JSON text of the record, in the same form. The error tells of what JSON cannot hold: a text
+/// that is not UTF-8, a number that is not finite, a state that is none of its cases. May be called
+/// from any thread; nothing is thrown.
+template <class Record>
+requires WritableRecords::kHas<Record> platform::Coded<std::string> writeRecord(
+    const Record& record) {
+  return RecordJSON::write(WritableRecords::positionOf<Record>(), std::addressof(record));
+}
+
+/// The text that `writeRecord` gives; absent in place of an error.
+template <class Record>
+requires WritableRecords::kHas<Record> std::optional<std::string> jsonText(const Record& record) {
+  auto text = writeRecord(record);
+  return text ? std::optional(*std::move(text)) : std::nullopt;
+}
 
 }  // namespace ovinta

@@ -1,13 +1,12 @@
 #pragma once
 
-#include <optional>
-#include <string>
+#include "OvintaSDK/model/RequiredText.h"
 
 namespace ovinta {
 
-/// Sets the push token of an order.
+/// Sets the push token of an order, without which it cannot be built.
 struct UpdateOrderInfo {
-  std::optional<std::string> pushToken = {};
+  RequiredText pushToken;
 
   friend bool operator==(const UpdateOrderInfo&, const UpdateOrderInfo&) = default;
 };

@@ -6,6 +6,7 @@
 #include "OvintaSDK/core/SDKNotifications.h"
 #include "OvintaSDK/core/UserDefaultsKey.h"
 #include "OvintaSDK/customer/CustomerManager.h"
+#include "OvintaSDK/model/RequiredTextAccess.h"
 #include "OvintaSDK/orders/CustomerInfoOf.h"
 #include "OvintaSDK/orders/OrdersManager.h"
 #include "OvintaSDK/orders/Refuse.h"
@@ -53,8 +54,9 @@ void OrdersManager::claimWithRedemptionCode(const std::string& redemptionCode,
   const CustomerPtr customer = OvintaState::current().customer().current();
   if (!customer) return refuse(callback, logRefusal(OrdersManagerErrorType::loadingCustomer));
   claim(*apiURL, redemptionCode, customer,
-        ClaimOrderInfo::withCustomerInfo(customerInfo, OvintaState::current().pushToken.get(),
-                                         std::move(pickupType)),
+        ClaimOrderInfo::withCustomerInfo(
+            customerInfo, RequiredTextAccess::of(OvintaState::current().pushToken.get()),
+            std::move(pickupType)),
         callback);
 }
 

@@ -8,10 +8,14 @@ std::optional<Value> parseJSON(std::string_view text) {
   return document->root().copy();
 }
 
-std::string writeJSON(const Value& value) {
-  JSONWriter writer;
-  writer.value(value);
-  return writer.take();
+Coded<std::string> jsonText(const Value& value) {
+  try {
+    JSONWriter writer;
+    writer.value(value);
+    return writer.take();
+  } catch (const CodingError& error) {
+    return error;
+  }
 }
 
 }  // namespace ovinta::platform

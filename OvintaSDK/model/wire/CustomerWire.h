@@ -25,6 +25,16 @@ struct WireTable<Customer> {
             field("email", &Customer::emailAddress), field("api_token", &Customer::token));
 };
 
+/// What the service answers with a customer.
+struct CustomerResponse {
+  CustomerPtr data;
+};
+
+template <>
+struct WireTable<CustomerResponse> {
+  static constexpr auto kFields = table(field("data", &CustomerResponse::data));
+};
+
 template <>
 struct WireTable<CustomerConsent> {
   static constexpr auto kFields =

@@ -5,17 +5,23 @@
 
 namespace ovinta::wire {
 
+/// Written only.
 template <>
 struct WireTable<OrderEvent> {
+ private:
+  using Fields = OrderEvent::Fields;
+
+ public:
   static constexpr auto kFields =
-      table(field("order_id", &OrderEvent::orderID), field("event_type", &OrderEvent::eventType),
-            field("longitude", &OrderEvent::longitude), field("latitude", &OrderEvent::latitude),
-            field("accuracy", &OrderEvent::accuracy), field("speed", &OrderEvent::speed),
-            field("beacons", &OrderEvent::beacons), field("eta_seconds", &OrderEvent::etaSeconds),
-            field("customer_state", &OrderEvent::customerState), field("state", &OrderEvent::state),
-            field("location_permission", &OrderEvent::locationAuthStatus),
-            field("customer_rating_value", &OrderEvent::customerRating),
-            field("customer_rating_comments", &OrderEvent::customerComments));
+      flat(&OrderEvent::fields_,
+           table(field("order_id", &Fields::orderID), field("event_type", &Fields::eventType),
+                 field("longitude", &Fields::longitude), field("latitude", &Fields::latitude),
+                 field("accuracy", &Fields::accuracy), field("speed", &Fields::speed),
+                 field("beacons", &Fields::beacons), field("eta_seconds", &Fields::etaSeconds),
+                 field("customer_state", &Fields::customerState), field("state", &Fields::state),
+                 field("location_permission", &Fields::locationAuthStatus),
+                 field("customer_rating_value", &Fields::customerRating),
+                 field("customer_rating_comments", &Fields::customerComments)));
 };
 
 }  // namespace ovinta::wire

@@ -2,6 +2,7 @@
 
 #include "OvintaSDK/model/ClaimOrderInfo.h"
 #include "OvintaSDK/model/CreateOrderInfo.h"
+#include "OvintaSDK/model/RequiredTextAccess.h"
 #include "OvintaSDK/model/UpdateOrderInfo.h"
 #include "OvintaSDK/model/wire/RecordCoding.h"
 
@@ -29,14 +30,20 @@ struct WireTable<CreateOrderInfo> {
 
 template <>
 struct WireTable<ClaimOrderInfo> {
-  static constexpr auto kFields = table(customerFields<ClaimOrderInfo>(),
-                                        nullableField("push_token", &ClaimOrderInfo::pushToken),
-                                        field("pickup_type", &ClaimOrderInfo::pickupType));
+  static constexpr auto kFields =
+      table(customerFields<ClaimOrderInfo>(),
+            nullableField("push_token", &ClaimOrderInfo::pushToken, RequiredTextAccess::kText),
+            field("pickup_type", &ClaimOrderInfo::pickupType));
+
+  static ClaimOrderInfo blank() { return {.pushToken = RequiredTextAccess::of(std::nullopt)}; }
 };
 
 template <>
 struct WireTable<UpdateOrderInfo> {
-  static constexpr auto kFields = table(field("push_token", &UpdateOrderInfo::pushToken));
+  static constexpr auto kFields =
+      table(field("push_token", &UpdateOrderInfo::pushToken, RequiredTextAccess::kText));
+
+  static UpdateOrderInfo blank() { return {.pushToken = RequiredTextAccess::of(std::nullopt)}; }
 };
 
 }  // namespace ovinta::wire

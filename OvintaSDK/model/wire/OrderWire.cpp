@@ -35,10 +35,10 @@ OrderPtr WireForm<OrderPtr>::decode(const platform::JSONValue& value) {
 }
 
 void WireForm<OrderPtr>::encode(platform::JSONWriter& writer, const OrderPtr& order) {
-  encodeOrder(writer, *order);
+  WireForm<Order>::encode(writer, *order);
 }
 
-void encodeOrder(platform::JSONWriter& writer, const Order& order) {
+void WireForm<Order>::encode(platform::JSONWriter& writer, const Order& order) {
   const OrderDetails& details = order;
   encodeRecord<Order>(writer, details, order.progress());
 }

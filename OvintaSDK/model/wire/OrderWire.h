@@ -1,6 +1,6 @@
 #pragma once
 
-#include "OvintaSDK/model/Order.h"
+#include "OvintaSDK/model/OrderResponse.h"
 #include "OvintaSDK/model/wire/BeaconWire.h"
 
 namespace ovinta::wire {
@@ -63,7 +63,20 @@ struct WireForm<OrderPtr> {
   static void encode(platform::JSONWriter& writer, const OrderPtr& order);
 };
 
-/// Throws `platform::CodingError`.
-void encodeOrder(platform::JSONWriter& writer, const Order& order);
+/// Written only.
+template <>
+struct WireForm<Order> {
+  static void encode(platform::JSONWriter& writer, const Order& order);
+};
+
+template <>
+struct WireTable<OrderResponse> {
+  static constexpr auto kFields = table(field("data", &OrderResponse::data));
+};
+
+template <>
+struct WireTable<OrdersResponse> {
+  static constexpr auto kFields = table(field("data", &OrdersResponse::data));
+};
 
 }  // namespace ovinta::wire

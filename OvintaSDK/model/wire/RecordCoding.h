@@ -20,6 +20,16 @@ inline constexpr bool kIsOptional = false;
 template <class T>
 inline constexpr bool kIsOptional<std::optional<T>> = true;
 
+/// A record to read into: the one that its table says, where none comes about by itself.
+template <class Record>
+Record blank() {
+  if constexpr (requires { WireTable<Record>::blank(); }) {
+    return WireTable<Record>::blank();
+  } else {
+    return Record{};
+  }
+}
+
 /// The values of a record's fields inside a JSON object.
 template <class Record>
 class Slots {
@@ -63,7 +73,7 @@ class Slots {
   /// A new `Owner` with the values of all fields whose paths start from it.
   template <class Owner>
   Owner assemble() const {
-    Owner owner{};
+    Owner owner = blank<Owner>();
     forEachField<Record>([&](auto position) {
       if constexpr (std::is_same_v<typename FieldAt<Record, position()>::Owner, Owner>) {
         std::get<position()>(WireTable<Record>::kFields).in(owner) =
@@ -145,17 +155,6 @@ struct WireForm<std::shared_ptr<const Record>> {
   static void encode(platform::JSONWriter& writer, const std::shared_ptr<const Record>& record) {
     WireForm<Record>::encode(writer, *record);
   }
-};
-
-/// What the service wraps every record in.
-template <class T>
-struct Envelope {
-  T data;
-};
-
-template <class T>
-struct WireTable<Envelope<T>> {
-  static constexpr auto kFields = table(field("data", &Envelope<T>::data));
 };
 
 }  // namespace ovinta::wire

@@ -28,6 +28,12 @@ std::vector<std::string_view> splitAtSlashes(std::string_view text) {
 
 }  // namespace
 
+platform::JSONDocument parseDocument(std::string_view text) {
+  auto document = platform::JSONDocument::parse(text);
+  if (!document) throwCorrupted("The given data was not valid JSON.");
+  return *std::move(document);
+}
+
 void throwMismatch(const JSONValue& value, std::string_view expected) {
   if (value.kind() == JSONValue::Kind::null) {
     throw CodingError(CodingError::Kind::valueNotFound,

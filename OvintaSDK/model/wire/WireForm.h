@@ -22,6 +22,9 @@ namespace ovinta::wire {
 template <class T>
 struct WireForm;
 
+/// The document of a JSON text. Throws `platform::CodingError`.
+platform::JSONDocument parseDocument(std::string_view text);
+
 /// The error for a value of another kind than the one asked for; null counts as no value.
 [[noreturn]] void throwMismatch(const platform::JSONValue& value, std::string_view expected);
 

@@ -22,18 +22,6 @@ OVINTA_EVENT_TYPE(customerRating)
 @implementation OrderEvent
 
 - (instancetype)initWithOrderID:(int64_t)orderID
-                       location:(OvintaLocation*)location
-                        beacons:(NSArray*)beacons
-                     etaSeconds:(NSNumber*)etaSeconds {
-  return [self
-      initWithHeld:twins::initialising(self, [&] {
-        return hold(Cpp::locationUpdate(
-            orderID, twins::object<ovinta::platform::Location>(location),
-            twins::optionalList<ovinta::Beacon>(beacons), optionalNumber<double>(etaSeconds)));
-      })];
-}
-
-- (instancetype)initWithOrderID:(int64_t)orderID
                   customerState:(CustomerState)customerState
                      etaSeconds:(NSNumber*)etaSeconds {
   return [self initWithHeld:twins::initialising(self, [&] {
@@ -66,18 +54,24 @@ OVINTA_EVENT_TYPE(customerRating)
       })];
 }
 
-OVINTA_GETTER(int64_t, orderID)
-OVINTA_GETTER(NSString*, eventType)
-OVINTA_GETTER(NSNumber*, longitude)
-OVINTA_GETTER(NSNumber*, latitude)
-OVINTA_GETTER(NSNumber*, accuracy)
-OVINTA_GETTER(NSNumber*, speed)
-OVINTA_GETTER(NSArray*, beacons)
-OVINTA_GETTER(NSNumber*, etaSeconds)
-OVINTA_GETTER(NSNumber*, customerState)
-OVINTA_GETTER(NSNumber*, state)
-OVINTA_GETTER(NSNumber*, locationAuthStatus)
-OVINTA_GETTER(NSNumber*, customerRating)
-OVINTA_GETTER(NSString*, customerComments)
+/// The members of an event are views, to which nothing can point.
+#define OVINTA_EVENT_GETTER(Type, name)                                     \
+  -(Type)name {                                                             \
+    return static_cast<Type>(twins::toObjC(twins::object<Cpp>(self).name)); \
+  }
+
+OVINTA_EVENT_GETTER(int64_t, orderID)
+OVINTA_EVENT_GETTER(NSString*, eventType)
+OVINTA_EVENT_GETTER(NSNumber*, longitude)
+OVINTA_EVENT_GETTER(NSNumber*, latitude)
+OVINTA_EVENT_GETTER(NSNumber*, accuracy)
+OVINTA_EVENT_GETTER(NSNumber*, speed)
+OVINTA_EVENT_GETTER(NSArray*, beacons)
+OVINTA_EVENT_GETTER(NSNumber*, etaSeconds)
+OVINTA_EVENT_GETTER(NSNumber*, customerState)
+OVINTA_EVENT_GETTER(NSNumber*, state)
+OVINTA_EVENT_GETTER(NSNumber*, locationAuthStatus)
+OVINTA_EVENT_GETTER(NSNumber*, customerRating)
+OVINTA_EVENT_GETTER(NSString*, customerComments)
 
 @end

@@ -9,6 +9,7 @@
 #include "OvintaSDK/api/NumberText.h"
 #include "OvintaSDK/api/OvintaAPIError.h"
 #include "OvintaSDK/core/Ovinta.h"
+#include "OvintaSDK/model/LocationUpdateEvent.h"
 #include "tests/OvintaSDK/api/OperationCases.h"
 #include "tests/support/SDKFixture.h"
 
@@ -104,7 +105,7 @@ TEST_F(SingleOperationTest, ABodyThatCannotBeWrittenIsLeftOut) {
   int calls = 0;
   std::make_shared<CreateOrderEventOperation>(
       std::string(kBaseURL), signIn(),
-      OrderEvent::locationUpdate(7, {.coordinate = {std::nan(""), 0}}, {}, {}),
+      locationUpdateEvent(7, {.coordinate = {std::nan(""), 0}}, {}, {}),
       [&calls](const auto& sent, const auto&) { calls += sent ? 1 : 0; })
       ->main();
   std::fflush(stdout);

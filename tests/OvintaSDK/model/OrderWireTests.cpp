@@ -182,8 +182,7 @@ TEST_F(OrderWireTest, ReadsUnusualButValidTexts) {
 
 TEST_F(OrderWireTest, OneBadOrderSpoilsTheList) {
   const platform::List orders{requiredOrder(1), with(requiredOrder(2), {{"state", "lost"}})};
-  const auto document = platform::JSONDocument::parse(dataText(orders));
-  EXPECT_EQ(codingFailure([&] { decodeData<OrderList>(document->root()); }),
+  EXPECT_EQ(decodingFailure<OrdersResponse>(dataText(orders)),
             "value not found at data[1].state: Unknown Value");
 }
 

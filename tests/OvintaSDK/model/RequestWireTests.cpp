@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "OvintaSDK/model/LocationUpdateEvent.h"
 #include "OvintaSDK/model/wire/OrderEventWire.h"
 #include "OvintaSDK/model/wire/OrderRequestWire.h"
 #include "tests/support/SDKFixture.h"
@@ -43,7 +44,6 @@ TEST_F(RequestWireTest, ClaimingAnOrderAlwaysTellsThePushToken) {
       R"("push_token":"","pickup_type":"curbside"})";
   EXPECT_EQ(encoded(ClaimOrderInfo::withCustomerInfo(customer().info, "", "curbside")), full);
   EXPECT_EQ(encoded(decoded<ClaimOrderInfo>(full)), full);
-  EXPECT_EQ(encoded(ClaimOrderInfo{}), R"({"push_token":null})");
   EXPECT_EQ(encoded(decoded<ClaimOrderInfo>("{}")), R"({"push_token":null})");
 }
 
@@ -57,7 +57,7 @@ TEST_F(RequestWireTest, OrderEvents) {
                       .distance = {.count = 1, .value = 2.5F},
                       .scannedAt = kStart};
   const std::pair<OrderEvent, std::string> cases[] = {
-      {OrderEvent::locationUpdate(7, location, std::vector{beacon}, 90.9),
+      {locationUpdateEvent(7, location, std::vector{beacon}, 90.9),
        R"({"order_id":7,"event_type":"location_update","longitude":-74.25,"latitude":40.7,)"
        R"("accuracy":5,"speed":-1,"beacons":[{"rssi":-61.1,"distance":2.5,)"
        R"("uuid":"00000000-0000-0000-0000-000000000000","major":1,"minor":65535}],)"
@@ -76,11 +76,15 @@ TEST_F(RequestWireTest, EstimatesThatNoIntegerHoldsAreLeftOut) {
       {90.9, 90},     {-90.9, -90},    {-0x1p63, std::numeric_limits<std::int64_t>::min()},
       {0x1p63, {}},   {-0x1.8p63, {}}, {std::nan(""), {}},
       {INFINITY, {}}, {-INFINITY, {}}};
+  const auto whole = [](EtaSeconds seconds) { return seconds.whole(); };
+  EXPECT_EQ(whole(0x20000000000001), 0x20000000000001) << "no double holds it";
+  EXPECT_EQ(whole(std::numeric_limits<std::uint64_t>::max()), std::nullopt);
+  EXPECT_EQ(whole(std::optional<int>()), std::nullopt);
   for (const auto& [seconds, etaSeconds] : cases) {
     EXPECT_EQ(OrderEvent::customerStateChange(1, CustomerState::nearby, seconds).etaSeconds,
               etaSeconds)
         << seconds;
-    EXPECT_EQ(OrderEvent::locationUpdate(1, {}, {}, seconds).etaSeconds, etaSeconds) << seconds;
+    EXPECT_EQ(locationUpdateEvent(1, {}, {}, seconds).etaSeconds, etaSeconds) << seconds;
   }
 }
 

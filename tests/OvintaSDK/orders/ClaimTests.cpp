@@ -78,30 +78,31 @@ TEST_F(Claim, SendsTheDetailsAndThenThePermission) {
 }
 
 TEST_F(Claim, CreatesTheCustomerFirstWithTheGivenConsent) {
-  EXPECT_EQ(claim({.customerName = "Ann"},
+  EXPECT_EQ(claim({.customerName = "Ann", .pushToken = "given"},
                   CustomerConsent{.termsOfService = true, .ageVerification = false}),
             claiming +
                 R"(
 POST m/v1/customer {"name":"Ann","car_type":"","car_color":"","license_plate":"",)"
                 R"("terms_of_service":true,"age_verification":false})" +
-                claimed("new-token", R"("customer_name":"Ann","push_token":null)"));
+                claimed("new-token", R"("customer_name":"Ann","push_token":"given")"));
   EXPECT_EQ(Ovinta::customer().current()->token, "new-token");
 }
 
 TEST_F(Claim, IsRefusedForWhatIsMissing) {
-  EXPECT_EQ(claim({}), claiming + noCustomer) << "no name; asked before the consent";
-  EXPECT_EQ(claim({.customerName = "Ann"}),
+  EXPECT_EQ(claim({.pushToken = ""}), claiming + noCustomer) << "no name; asked before the consent";
+  EXPECT_EQ(claim({.customerName = "Ann", .pushToken = "given"}),
             claiming +
                 "\nlog Missing customer consent\n"
                 "told Error with Customer Manager: Missing customer consent");
   orders.claimWithRedemptionCode("CODE", ann, tell());
   EXPECT_EQ(happened(), claiming + noCustomer) << "details alone create no customer";
   answer("POST", "m/v1/customer", Answer::json(422, ""));
-  EXPECT_THAT(claim({.customerName = "Ann"}, CustomerConsent{}), testing::EndsWith(noCustomer))
+  EXPECT_THAT(claim({.customerName = "Ann", .pushToken = "given"}, CustomerConsent{}),
+              testing::EndsWith(noCustomer))
       << "not the service's reason";
 
   UserDefaultsKey::apiBase.remove();
-  EXPECT_EQ(claim({.customerName = "Ann"}, CustomerConsent{}), noURL);
+  EXPECT_EQ(claim({.customerName = "Ann", .pushToken = "given"}, CustomerConsent{}), noURL);
   EXPECT_EQ(lastFetch(), "none");
   orders.claimWithRedemptionCode("CODE", ann, tell());
   EXPECT_EQ(happened(), noURL);
@@ -111,8 +112,8 @@ TEST_F(Claim, IsRefusedForWhatIsMissing) {
 TEST_F(Claim, PassesTheServicesErrorOn) {
   signIn();
   answer("PUT", "m/v1/orders/CODE", Answer::json(404, ""));
-  EXPECT_EQ(claim({}), claiming + R"(
-PUT m/v1/orders/CODE as customer-token {"push_token":null}
+  EXPECT_EQ(claim({.pushToken = ""}), claiming + R"(
+PUT m/v1/orders/CODE as customer-token {"push_token":""}
 log Got an error claiming order with redemption code CODE
 told Error Claiming Order: Not found)");
 }

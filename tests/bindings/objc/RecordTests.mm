@@ -43,15 +43,13 @@ TEST_F(RecordTest, ValuesComeBackAsTheyWent) {
 }
 
 TEST_F(RecordTest, InitialisersConvertTheirArguments) {
-  OvintaLocation* const here = [[[OvintaLocation alloc] initWithLatitude:40
-                                                               longitude:-74] autorelease];
   OrderEvent* const event = [[[OrderEvent alloc] initWithOrderID:7
-                                                        location:here
-                                                         beacons:nil
+                                                   customerState:CustomerStateNearby
                                                       etaSeconds:@90.9] autorelease];
-  EXPECT_EQ(text(event.eventType), text(OrderEventType.locationUpdate));
+  EXPECT_EQ(text(event.eventType), text(OrderEventType.stateChange));
   EXPECT_EQ([event.etaSeconds integerValue], 90);
-  EXPECT_EQ([event.longitude doubleValue], -74);
+  EXPECT_EQ([event.customerState integerValue], CustomerStateNearby);
+  EXPECT_EQ(event.state, nil);
   BeaconRegion* const region = [[[BeaconRegion alloc] initWithUuid:[NSUUID UUID]
                                                              major:@65535
                                                              minor:nil] autorelease];

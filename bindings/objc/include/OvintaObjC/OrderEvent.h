@@ -2,7 +2,6 @@
 #import <OvintaObjC/CustomerState.h>
 #import <OvintaObjC/LocationAuthStatus.h>
 #import <OvintaObjC/OrderState.h>
-#import <OvintaObjC/OvintaLocation.h>
 
 NS_ASSUME_NONNULL_BEGIN
 
@@ -16,13 +15,8 @@ NS_ASSUME_NONNULL_BEGIN
 
 /// One report from the customer's device to the service about an order. Absent fields are not sent.
 @interface OrderEvent : OvintaRecord
-/// Where the customer is. An estimate is cut to whole seconds; one that no 64-bit integer can hold
-/// counts as absent.
-- (instancetype)initWithOrderID:(int64_t)orderID
-                       location:(OvintaLocation*)location
-                        beacons:(nullable NSArray<Beacon*>*)beacons
-                     etaSeconds:(nullable NSNumber*)etaSeconds;
-/// A step of the customer's journey. The estimate as above.
+/// A step of the customer's journey. An estimate is cut to whole seconds; one that no 64-bit
+/// integer can hold counts as absent.
 - (instancetype)initWithOrderID:(int64_t)orderID
                   customerState:(CustomerState)customerState
                      etaSeconds:(nullable NSNumber*)etaSeconds;

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+
+namespace ovinta {
+
+/// A text without which an application cannot build a record: it has no default, and nothing absent
+/// converts to it. It reads like a `std::optional<std::string>`, since a record that was read, or
+/// that the library itself built, may lack the text.
+class RequiredText {
+ public:
+  RequiredText(std::string text) : text_(std::move(text)) {}
+  RequiredText(std::string_view text) : text_(text) {}
+  RequiredText(const char* text) : text_(text) {}
+
+  const std::optional<std::string>& get() const { return text_; }
+  operator const std::optional<std::string>&() const { return text_; }
+
+  explicit operator bool() const { return text_.has_value(); }
+  bool has_value() const { return text_.has_value(); }
+  /// The text must be there.
+  const std::string& operator*() const { return *text_; }
+  const std::string* operator->() const { return &*text_; }
+  template <class Default>
+  std::string value_or(Default&& text) const {
+    return text_.value_or(std::forward<Default>(text));
+  }
+
+  friend bool operator==(const RequiredText&, const RequiredText&) = default;
+  friend bool operator==(const RequiredText& text, const std::optional<std::string>& other) {
+    return text.text_ == other;
+  }
+
+ private:
+  friend struct RequiredTextAccess;
+  explicit RequiredText(std::optional<std::string> text) : text_(std::move(text)) {}
+
+  std::optional<std::string> text_;
+};
+
+}  // namespace ovinta

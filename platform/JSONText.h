@@ -1,0 +1,23 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "platform/CodingError.h"
+#include "platform/Export.h"
+#include "platform/Value.h"
+
+namespace ovinta::platform {
+
+// Free-standing values as JSON texts (RFC 8259, UTF-8). May be called from any thread; nothing is
+// thrown.
+
+/// The value of a whole text, such as the payload of a push; absent when it is not JSON.
+OVINTA_EXPORT std::optional<Value> parseJSON(std::string_view text);
+
+/// The text of a value, without blanks, dictionaries in the order of their keys. The error, of kind
+/// `invalidValue`, tells of a text that is not UTF-8 or a number that is not finite.
+OVINTA_EXPORT Coded<std::string> jsonText(const Value& value);
+
+}  // namespace ovinta::platform
