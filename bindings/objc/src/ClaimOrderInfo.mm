@@ -38,7 +38,11 @@ OVINTA_GETTER(NSString*, customerCarType)
 OVINTA_GETTER(NSString*, customerLicensePlate)
 OVINTA_GETTER(NSString*, customerName)
 OVINTA_GETTER(NSString*, customerPhone)
-OVINTA_GETTER(NSString*, pushToken)
+
+- (NSString*)pushToken {
+  return twins::toObjC(twins::object<Cpp>(self).pushToken.get());
+}
+
 OVINTA_GETTER(NSString*, pickupType)
 
 @end

@@ -1,9 +1,23 @@
 #import "bindings/objc/src/Conversion.h"
 
 using twins::hold;
-using twins::optionalNumber;
 
 using Cpp = ovinta::OrderEvent;
+
+/// The number in its own type: not every whole one is a real one.
+static ovinta::EtaSeconds estimate(NSNumber* seconds) {
+  if (!seconds) return {};
+  switch (*[twins::requireClass(seconds, [NSNumber class]) objCType]) {
+    case 'f':
+    case 'd':
+      return [seconds doubleValue];
+    case 'L':
+    case 'Q':
+      return [seconds unsignedLongLongValue];
+    default:
+      return [seconds longLongValue];
+  }
+}
 
 @implementation OrderEventType
 
@@ -24,11 +38,11 @@ OVINTA_EVENT_TYPE(customerRating)
 - (instancetype)initWithOrderID:(int64_t)orderID
                   customerState:(CustomerState)customerState
                      etaSeconds:(NSNumber*)etaSeconds {
-  return [self initWithHeld:twins::initialising(self, [&] {
-                 return hold(Cpp::customerStateChange(
-                     orderID, twins::state<ovinta::CustomerState>(customerState),
-                     optionalNumber<double>(etaSeconds)));
-               })];
+  return [self
+      initWithHeld:twins::initialising(self, [&] {
+        return hold(Cpp::customerStateChange(
+            orderID, twins::state<ovinta::CustomerState>(customerState), estimate(etaSeconds)));
+      })];
 }
 
 - (instancetype)initWithOrderID:(int64_t)orderID state:(OrderState)state {

@@ -5,11 +5,6 @@
 #include <memory>
 
 #include "OvintaSDK/OvintaSDK.h"
-#include "OvintaSDK/model/LoginInfo.h"
-#include "OvintaSDK/model/RequestPasswordReset.h"
-#include "OvintaSDK/model/SetNewPassword.h"
-#include "OvintaSDK/model/SignUpInfo.h"
-#include "OvintaSDK/model/UpdateOrderInfo.h"
 
 namespace twins {
 
@@ -30,6 +25,7 @@ OVINTA_TWIN(ovinta::Beacon, Beacon);
 OVINTA_TWIN(ovinta::BeaconIdentifiers, BeaconIdentifiers);
 OVINTA_TWIN(ovinta::BeaconRegion, BeaconRegion);
 OVINTA_TWIN(ovinta::ClaimOrderInfo, ClaimOrderInfo);
+OVINTA_TWIN(ovinta::CoreOrder, CoreOrder);
 OVINTA_TWIN(ovinta::CreateOrderInfo, CreateOrderInfo);
 OVINTA_TWIN(ovinta::Customer, Customer);
 OVINTA_TWIN(ovinta::CustomerConsent, CustomerConsent);
@@ -50,6 +46,7 @@ OVINTA_TWIN(ovinta::UpdateOrderInfo, UpdateOrderInfo);
 OVINTA_TWIN(ovinta::UserDefaultsKey, UserDefaultsKey);
 OVINTA_TWIN(ovinta::platform::BeaconRegion, OvintaBeaconRegion);
 OVINTA_TWIN(ovinta::platform::CircularRegion, OvintaCircularRegion);
+OVINTA_TWIN(ovinta::platform::EntityDescription, OvintaEntityDescription);
 OVINTA_TWIN(ovinta::platform::Location, OvintaLocation);
 
 #undef OVINTA_TWIN
@@ -75,6 +72,10 @@ struct Handle<ovinta::Site> {
 template <>
 struct Handle<ovinta::Customer> {
   using Type = ovinta::CustomerPtr;
+};
+template <>
+struct Handle<ovinta::CoreOrder> {
+  using Type = std::shared_ptr<ovinta::CoreOrder>;
 };
 
 }  // namespace twins

@@ -10,6 +10,8 @@ using Cpp = ovinta::UpdateOrderInfo;
                })];
 }
 
-OVINTA_GETTER(NSString*, pushToken)
+- (NSString*)pushToken {
+  return twins::toObjC(twins::object<Cpp>(self).pushToken.get());
+}
 
 @end

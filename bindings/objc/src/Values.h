@@ -37,8 +37,9 @@ std::optional<std::string> optionalText(NSString* text);
 /// To the microsecond; saturates.
 ovinta::platform::Date date(NSDate* date);
 ovinta::platform::UUID uuid(NSUUID* uuid);
-/// Leaves out what the library's dictionaries cannot hold. A whole number beyond 64 bits with sign
-/// becomes a real one.
+/// A date becomes a text such as "2021-03-04T20:30:00.000Z", data one in base 64, a whole number
+/// beyond 64 bits with sign a real one. What the library's dictionaries cannot hold, a text with
+/// half a character among it, is left out; in a list null stands in its place.
 ovinta::platform::Dictionary dictionary(NSDictionary* dictionary);
 
 }  // namespace twins

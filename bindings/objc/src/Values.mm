@@ -1,9 +1,10 @@
 #import "bindings/objc/src/Values.h"
 
-#include <algorithm>
+#include <array>
 #include <chrono>
 #include <cmath>
 #include <cstdint>
+#include <cstdio>
 
 namespace platform = ovinta::platform;
 
@@ -31,16 +32,45 @@ platform::Value numberValue(NSNumber* number) {
   return static_cast<std::int64_t>([number longLongValue]);
 }
 
+/// Nil for a text with half of a character.
+NSData* bytesOf(NSString* text) { return [text dataUsingEncoding:NSUTF8StringEncoding]; }
+
+std::string textOf(NSData* bytes) {
+  return std::string(static_cast<const char*>([bytes bytes]), [bytes length]);
+}
+
+/// As the service writes its instants, e.g. "2021-03-04T20:30:00.000Z".
+std::string dateText(NSDate* date) {
+  using namespace std::chrono;
+  const auto instant = floor<milliseconds>(twins::date(date));
+  const auto day = floor<days>(instant);
+  const year_month_day calendar(day);
+  const hh_mm_ss time(instant - day);
+  std::array<char, 64> text{};
+  std::snprintf(text.data(), text.size(), "%04d-%02u-%02uT%02d:%02d:%02d.%03dZ",
+                static_cast<int>(calendar.year()), static_cast<unsigned>(calendar.month()),
+                static_cast<unsigned>(calendar.day()), static_cast<int>(time.hours().count()),
+                static_cast<int>(time.minutes().count()), static_cast<int>(time.seconds().count()),
+                static_cast<int>(time.subseconds().count()));
+  return text.data();
+}
+
+/// Absent for what the library's values cannot hold.
 std::optional<platform::Value> value(id object) {
-  if ([object isKindOfClass:[NSString class]]) return text(object);
+  if ([object isKindOfClass:[NSString class]]) {
+    NSData* const bytes = bytesOf(object);
+    return bytes ? std::optional<platform::Value>(textOf(bytes)) : std::nullopt;
+  }
+  if ([object isKindOfClass:[NSDate class]]) return dateText(object);
+  if ([object isKindOfClass:[NSData class]]) {
+    return text([object base64EncodedStringWithOptions:0]);
+  }
   if ([object isKindOfClass:[NSNumber class]]) return numberValue(object);
   if ([object isKindOfClass:[NSDictionary class]]) return dictionary(object);
   if ([object isKindOfClass:[NSNull class]]) return nullptr;
   if (![object isKindOfClass:[NSArray class]]) return std::nullopt;
   platform::List list;
-  for (id item in object) {
-    if (auto found = value(item)) list.push_back(*std::move(found));
-  }
+  for (id item in object) list.push_back(value(item).value_or(nullptr));
   return list;
 }
 
@@ -92,12 +122,11 @@ NSDictionary* toObjC(const platform::Dictionary& dictionary) {
 }
 
 std::string text(NSString* text) {
-  NSData* const bytes =
-      [requireClass(text, [NSString class]) dataUsingEncoding:NSUTF8StringEncoding];
+  NSData* const bytes = bytesOf(requireClass(text, [NSString class]));
   if (!bytes) {
     [NSException raise:NSInvalidArgumentException format:@"A text holds half a character"];
   }
-  return std::string(static_cast<const char*>([bytes bytes]), [bytes length]);
+  return textOf(bytes);
 }
 
 std::optional<std::string> optionalText(NSString* text) {
@@ -122,9 +151,10 @@ platform::UUID uuid(NSUUID* uuid) {
 platform::Dictionary dictionary(NSDictionary* dictionary) {
   platform::Dictionary result;
   for (id key in requireClass(dictionary, [NSDictionary class])) {
-    if (![key isKindOfClass:[NSString class]]) continue;
+    NSData* const name = [key isKindOfClass:[NSString class]] ? bytesOf(key) : nil;
+    if (!name) continue;
     if (auto found = value([dictionary objectForKey:key])) {
-      result.insert_or_assign(text(key), *std::move(found));
+      result.insert_or_assign(textOf(name), *std::move(found));
     }
   }
   return result;

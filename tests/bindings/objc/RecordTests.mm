@@ -23,13 +23,10 @@ TEST_F(RecordTest, ValuesComeBackAsTheyWent) {
     @"inner" : @{@"k" : @"v"}
   };
   EXPECT_TRUE([twins::toObjC(twins::dictionary(values)) isEqual:values]);
-  const platform::Dictionary read = twins::dictionary(@{
-    @"date" : [NSDate date],
-    @3 : @"no text",
-    @"flag" : @(NO),
-    @"huge" : @18446744073709551615ULL,
-    @"one" : @1
-  });
+  const platform::Dictionary read = twins::dictionary(
+      @{@"flag" : @(NO),
+        @"huge" : @18446744073709551615ULL,
+        @"one" : @1});
   EXPECT_EQ(read, (platform::Dictionary{{"flag", false}, {"huge", 0x1p64}, {"one", 1}}));
 
   const platform::Date date{std::chrono::microseconds(1614889800123456)};
@@ -50,12 +47,46 @@ TEST_F(RecordTest, InitialisersConvertTheirArguments) {
   EXPECT_EQ([event.etaSeconds integerValue], 90);
   EXPECT_EQ([event.customerState integerValue], CustomerStateNearby);
   EXPECT_EQ(event.state, nil);
+  OrderEvent* const distant = [[[OrderEvent alloc] initWithOrderID:7
+                                                     customerState:CustomerStateNearby
+                                                        etaSeconds:@9007199254740993] autorelease];
+  EXPECT_EQ([distant.etaSeconds longLongValue], 9007199254740993) << "no double holds it";
+  ClaimOrderInfo* const claim = [[[ClaimOrderInfo alloc] initWithCustomerInfo:info()
+                                                                    pushToken:@"token"
+                                                                   pickupType:nil] autorelease];
+  EXPECT_EQ(claim.pickupType, nil);
+  EXPECT_EQ(text(claim.pushToken), "token");
   BeaconRegion* const region = [[[BeaconRegion alloc] initWithUuid:[NSUUID UUID]
                                                              major:@65535
                                                              minor:nil] autorelease];
   EXPECT_EQ(text([region region].identifier), "siteBeaconRegion");
   EXPECT_EQ([[region region].major integerValue], 65535);
   EXPECT_TRUE([[region region].proximityUUID isEqual:region.uuid]);
+}
+
+TEST_F(RecordTest, DictionariesKeepWhatJSONCanHold) {
+  const unichar pair[] = {0xd83d, 0xde00};
+  NSString* const broken = [[NSString stringWithCharacters:pair length:2] substringToIndex:1];
+  ASSERT_NE(broken, nil);
+  NSDictionary* const given = @{
+    @"date" : [NSDate dateWithTimeIntervalSince1970:1614889800.1239],
+    @"data" : [NSData dataWithBytes:"\xff\x00" length:2],
+    @"list" : @[ @1, [[[NSObject alloc] init] autorelease], broken, @2 ],
+    @"broken" : broken,
+    @3 : @"no text"
+  };
+  const platform::Dictionary expected{{"date", "2021-03-04T20:30:00.123Z"},
+                                      {"data", "/wA="},
+                                      {"list", platform::List{1, nullptr, nullptr, 2}}};
+  EXPECT_EQ(twins::dictionary(given), expected);
+  NotificationInfo* const notification =
+      [[[NotificationInfo alloc] initWithTitle:@"" content:@"" data:given] autorelease];
+  EXPECT_TRUE([notification.data isEqual:given]);
+
+  NSString* const source = NotifyManager.kSourceName;
+  EXPECT_FALSE([Ovinta.notify isOvintaNotifyUserInfo:@{source : broken}]);
+  EXPECT_TRUE(([Ovinta.notify
+      isOvintaNotifyUserInfo:@{source : NotifyManager.kOvintaNotify, @"broken" : broken}]));
 }
 
 TEST_F(RecordTest, EqualValuesAreEqual) {
@@ -72,6 +103,7 @@ TEST_F(RecordTest, SettingsAreKept) {
   UserDefaultsKey* const key = UserDefaultsKey.customerPhone;
   [key setWithValue:@"YES"];
   EXPECT_TRUE([key boolValue]);
+  EXPECT_EQ(text([OvintaSettingsStore.standard stringForKey:key]), "YES");
   [key setWithBool:NO];
   EXPECT_EQ(text([key stringValue]), "NO");
   [key delete];
@@ -90,6 +122,37 @@ TEST_F(RecordTest, OrdersAreWhatTheServiceSent) {
   EXPECT_LT([[order siteDistanceFrom:[order siteLocation]] doubleValue], 1);
   order.state = OrderStateGone;
   EXPECT_FALSE([order isOpen]);
+}
+
+TEST_F(RecordTest, TheOrderStoreIsReadAndWritten) {
+  NSError* error = nil;
+  OvintaManagedObjectContext* context =
+      [OvintaManagedObjectContext orderStoreContextWithError:&error];
+  ASSERT_NE(context, nil) << text([error localizedDescription]);
+  const NSUInteger before = [[context executeFetchRequest:[CoreOrder fetchRequest]
+                                                    error:nullptr] count];
+  OvintaEntityDescription* const entity =
+      [[[OvintaEntityDescription alloc] initWithName:@"Order"] autorelease];
+  CoreOrder* const summary = [[[CoreOrder alloc] initWithEntity:entity
+                                 insertIntoManagedObjectContext:context] autorelease];
+  EXPECT_EQ(summary.siteId, 0);
+  summary.id = 70001;
+  summary.siteId = 42;
+  summary.partnerIdentifier = @"P";
+  summary.state = OrderStateGone;
+  summary.customerState = CustomerStateWaiting;
+  ASSERT_TRUE([context save:&error]) << text([error localizedDescription]);
+
+  context = [OvintaManagedObjectContext orderStoreContextWithError:nullptr];
+  NSArray* const stored = [context executeFetchRequest:[CoreOrder fetchRequest] error:nullptr];
+  ASSERT_EQ([stored count], before + 1);
+  for (CoreOrder* order in stored) {
+    if (order.id != 70001) continue;
+    EXPECT_EQ(text(order.partnerIdentifier), "P");
+    EXPECT_EQ(order.siteId, 42);
+    EXPECT_EQ(order.customerState, CustomerStateWaiting);
+    EXPECT_EQ(order.state, OrderStateGone);
+  }
 }
 
 TEST_F(RecordTest, CommandsDoWhatTheySay) {

@@ -72,6 +72,9 @@ void WalkTest::fillInstances() {
       {"CustomerManager", Ovinta.customer},
       {"SitesManager", Ovinta.sites},
       {"NotifyManager", Ovinta.notify},
+      {"OvintaManagedObjectContext",
+       [OvintaManagedObjectContext orderStoreContextWithError:nullptr]},
+      {"OvintaSettingsStore", OvintaSettingsStore.standard},
   };
 }
 
@@ -84,10 +87,26 @@ void WalkTest::fillSamples() {
   }
   // The first are cases of enumerations.
   int number = 0;
-  for (const char* name :
-       {"state", "customerState", "locationAuthStatus", "OrderEvent.customerRating", "siteID",
-        "orderID", "major", "minor", "latitude", "longitude", "radius", "horizontalAccuracy",
-        "speed", "etaSeconds", "count", "maxCount", "value", "add"}) {
+  for (const char* name : {"state",
+                           "customerState",
+                           "locationAuthStatus",
+                           "OrderEvent.customerRating",
+                           "siteID",
+                           "CoreOrder.id",
+                           "siteId",
+                           "orderID",
+                           "major",
+                           "minor",
+                           "latitude",
+                           "longitude",
+                           "radius",
+                           "horizontalAccuracy",
+                           "speed",
+                           "etaSeconds",
+                           "count",
+                           "maxCount",
+                           "value",
+                           "add"}) {
     samples_[name] = @(++number);
   }
   for (const char* name : {"configure", "handleRemoteNotification", "updateOrderFromNotification",
@@ -103,9 +122,13 @@ void WalkTest::fillSamples() {
   samples_.insert({
       {"SitesManager.all", @[ instances_["Site"] ]},
       {"UserDefaultsKey.setWithValue", @"text"},
+      {"stringForKey", UserDefaultsKey.apiBase},
       {"ageVerification", @(YES)},
       {"beacons", @[ twins::toObjC(ovinta::Beacon{}) ]},
       {"current", instances_["Customer"]},
+      {"entity", twins::toObjC(ovinta::platform::EntityDescription{.name = "Order"})},
+      {"executeFetchRequest", [CoreOrder fetchRequest]},
+      {"insertIntoManagedObjectContext", (id)nil},
       {"customerInfo", info()},
       {"distance", twins::toObjC(ovinta::Averager{.value = 2})},
       {"identifiers", twins::toObjC(ovinta::BeaconIdentifiers{})},

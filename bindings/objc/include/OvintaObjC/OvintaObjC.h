@@ -6,6 +6,7 @@
 #import <OvintaObjC/BeaconRegion.h>
 #import <OvintaObjC/ClaimOrderInfo.h>
 #import <OvintaObjC/ConfigurationManager.h>
+#import <OvintaObjC/CoreOrder.h>
 #import <OvintaObjC/CreateOrderInfo.h>
 #import <OvintaObjC/Customer.h>
 #import <OvintaObjC/CustomerConsent.h>
@@ -31,8 +32,10 @@
 #import <OvintaObjC/OvintaAPIError.h>
 #import <OvintaObjC/OvintaError.h>
 #import <OvintaObjC/OvintaLocation.h>
+#import <OvintaObjC/OvintaManagedObjectContext.h>
 #import <OvintaObjC/OvintaRecord.h>
 #import <OvintaObjC/OvintaRegion.h>
+#import <OvintaObjC/OvintaSettingsStore.h>
 #import <OvintaObjC/Pagination.h>
 #import <OvintaObjC/PickupWindow.h>
 #import <OvintaObjC/RequestPasswordReset.h>

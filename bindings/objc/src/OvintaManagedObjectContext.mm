@@ -1,0 +1,109 @@
+#import <OvintaObjC/OvintaManagedObjectContext.h>
+
+#import "bindings/objc/src/Calls.h"
+#import "bindings/objc/src/Conversion.h"
+#import "bindings/objc/src/ObjectStore.h"
+
+namespace platform = ovinta::platform;
+using twins::OpenStore;
+using StoreFailure = std::optional<platform::StoreError>;
+
+namespace {
+
+/// Whether all went well; otherwise the error is told to whom wants to know.
+bool succeeded(const StoreFailure& failure, NSError** error) {
+  if (failure && error) {
+    *error = twins::toObjC(
+        ovinta::ErrorPtr(std::make_shared<ovinta::OvintaError>(failure->localizedDescription)));
+  }
+  return !failure;
+}
+
+StoreFailure open(OpenStore& store) {
+  constexpr std::string_view kModelName = "VelkModel";
+  const platform::Services& services = platform::services();
+  const auto compiled = services.libraryBundle->resource(kModelName, "momd");
+  const auto model = platform::ManagedObjectModel::parse(compiled.value_or(""));
+  if (!model) return platform::StoreError{.localizedDescription = "The model is missing"};
+  store.container = services.persistentContainers->makeContainer(kModelName, *model);
+  StoreFailure failure;
+  store.container->loadPersistentStores(
+      [&failure](const auto&, const auto& error) { failure = error; });
+  if (!failure) store.context = store.container->newBackgroundContext();
+  return failure;
+}
+
+}  // namespace
+
+@implementation OvintaEntityDescription
+
+- (instancetype)initWithName:(NSString*)name {
+  return [self initWithHeld:twins::initialising(self, [&] {
+                 return twins::hold(
+                     platform::EntityDescription{.name = twins::text(name), .attributes = {}});
+               })];
+}
+
+- (NSString*)name {
+  return twins::toObjC(twins::object<platform::EntityDescription>(self).name);
+}
+
+@end
+
+@implementation OvintaFetchRequest
+
+- (instancetype)initWithEntityName:(NSString*)entityName {
+  if ((self = [super init])) entityName_ = [entityName copy];
+  return self;
+}
+
+- (void)dealloc {
+  [entityName_ release];
+  [super dealloc];
+}
+
+- (NSString*)entityName {
+  return entityName_;
+}
+
+@end
+
+@implementation OvintaManagedObjectContext
+
++ (OvintaManagedObjectContext*)orderStoreContextWithError:(NSError**)error {
+  auto store = std::make_unique<OpenStore>();
+  const StoreFailure failure = twins::callLibrary([&] { return open(*store); });
+  if (!succeeded(failure, error)) return nil;
+  OvintaManagedObjectContext* const context =
+      [NSAllocateObject([OvintaManagedObjectContext class], 0, nullptr) autorelease];
+  context->store_ = store.release();
+  return context;
+}
+
+- (void)dealloc {
+  delete static_cast<OpenStore*>(store_);
+  [super dealloc];
+}
+
+- (NSArray*)executeFetchRequest:(OvintaFetchRequest*)request error:(NSError**)error {
+  twins::requireClass(request, [OvintaFetchRequest class]);
+  platform::ManagedObjectContext& context = *static_cast<OpenStore*>(store_)->context;
+  std::vector<std::shared_ptr<ovinta::CoreOrder>> found;
+  const StoreFailure failure = twins::callLibrary([&]() -> StoreFailure {
+    // The store has a text for every error.
+    platform::StoreError reported;
+    for (const auto& stored :
+         context.fetch({.entityName = twins::text([request entityName])}, &reported)) {
+      found.push_back(std::make_shared<ovinta::CoreOrder>(stored));
+    }
+    return reported.localizedDescription.empty() ? StoreFailure() : reported;
+  });
+  return succeeded(failure, error) ? twins::toObjC(found) : nil;
+}
+
+- (BOOL)save:(NSError**)error {
+  return succeeded(
+      twins::callLibrary([&] { return static_cast<OpenStore*>(store_)->context->save(); }), error);
+}
+
+@end
