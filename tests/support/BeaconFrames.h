@@ -1,6 +1,8 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
+#include <iterator>
 #include <vector>
 
 #include "platform/linux/bluez/IBeacon.h"
@@ -15,7 +17,7 @@ inline constexpr platform::UUID kBeaconUUID{
 /// What a beacon sends in the name of its company.
 inline Bytes beaconFrame(const platform::linux::IBeacon& beacon) {
   Bytes bytes{2, 21};
-  bytes.insert(bytes.end(), beacon.proximityUUID.bytes.begin(), beacon.proximityUUID.bytes.end());
+  std::ranges::copy(beacon.proximityUUID.bytes, std::back_inserter(bytes));
   for (const int number : {beacon.major >> 8, beacon.major & 255, beacon.minor >> 8,
                            beacon.minor & 255, beacon.measuredPower & 255}) {
     bytes.push_back(static_cast<std::uint8_t>(number));
