@@ -72,9 +72,6 @@ int run(int argc, char** argv) {
     return static_cast<int>(explain(app, error));
   } catch (const Interrupted& interruption) {
     return kSignalBase + interruption.signalNumber;
-  } catch (const std::exception& error) {
-    std::cerr << "ovinta: " << error.what() << "\n";
-    return static_cast<int>(ExitCode::failure);
   }
   return exitCode;
 }
@@ -83,9 +80,14 @@ int run(int argc, char** argv) {
 }  // namespace ovinta::cli
 
 int main(int argc, char** argv) {
-  const int exitCode = ovinta::cli::run(argc, argv);
-  std::cout.flush();
-  if (std::cout || exitCode != 0) return exitCode;
-  std::cerr << "ovinta: the output could not be written\n";
-  return static_cast<int>(ovinta::cli::ExitCode::failure);
+  using ovinta::cli::ExitCode;
+  try {
+    const int exitCode = ovinta::cli::run(argc, argv);
+    std::cout.flush();
+    if (std::cout || exitCode != 0) return exitCode;
+    std::cerr << "ovinta: the output could not be written\n";
+  } catch (const std::exception& error) {
+    std::cerr << "ovinta: " << error.what() << "\n";
+  }
+  return static_cast<int>(ExitCode::failure);
 }
