@@ -79,6 +79,13 @@ TEST(Averager, GivesSamplesAfterTheTenthATenthOfTheWeight) {
   EXPECT_EQ(averager.count, 12);
 }
 
+TEST(Averager, RoundsTheSameOnEveryMachine) {
+  Averager averager;
+  for (const float metres : {3.2F, 7.4F, 6.4F, 3.6F, 7.0F}) averager.add(metres);
+  // 0x1.6147acp+2 where the product is not rounded before the sum.
+  EXPECT_EQ(averager.value, 0x1.6147aep+2F);
+}
+
 TEST(AveragerDeathTest, EndsTheProcessWhenTheCountOverflows) {
   Averager averager{.count = std::numeric_limits<std::int64_t>::max()};
   EXPECT_DEATH(averager.add(1), "overflow");
