@@ -1,7 +1,6 @@
 #import "bindings/objc/src/Conversion.h"
 
 using twins::toObjC;
-using twins::toObject;
 
 /// The functions that all state enumerations have.
 #define OVINTA_STATE(Name)                                                             \
