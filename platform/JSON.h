@@ -24,12 +24,15 @@ class JSONValue {
 
   /// The value when it is of that kind; otherwise absent.
   std::optional<bool> boolean() const;
-  /// A number without a fractional part within the range; `5.0` and `1e3` count.
+  /// A number without a fractional part within the range, to the last digit; `5.0` and `1e3` count.
   std::optional<std::int64_t> integer() const;
+  /// The nearest double; absent for a number beyond the range of doubles.
   std::optional<double> number() const;
   std::optional<std::string_view> string() const;
 
-  /// The value as a free-standing copy.
+  /// The value as a free-standing copy. A number is an integer when it is written as one, or
+  /// without an exponent and no double holds it, and 64 bits do; otherwise a double, and null
+  /// beyond the range of doubles. What is nested more than 1,024 deep is null.
   Value copy() const;
 
  private:
@@ -73,7 +76,8 @@ class JSONObjectCursor {
   JSONValue::Storage end_;
 };
 
-/// A parsed JSON text (RFC 8259, strict, UTF-8).
+/// A parsed JSON text (RFC 8259, strict, UTF-8). Numbers may be of any size and values nested to
+/// any depth: it is those who read a value that say whether it fits.
 class JSONDocument {
  public:
   /// The document; absent when the text is not JSON.

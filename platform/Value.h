@@ -33,6 +33,11 @@ struct Value {
     if constexpr (std::is_same_v<T, bool>) {
       storage = number;
     } else if constexpr (std::is_integral_v<T>) {
+      // A larger one is the nearest double, as when it is read from a text.
+      if (std::is_unsigned_v<T> && static_cast<std::uint64_t>(number) > std::uint64_t{INT64_MAX}) {
+        storage = static_cast<double>(number);
+        return;
+      }
       storage = static_cast<std::int64_t>(number);
     } else {
       storage = static_cast<double>(number);

@@ -1,72 +1,32 @@
-#include <simdjson.h>
-
 #include <bit>
 #include <cmath>
 
 #include "platform/JSON.h"
-#include "platform/linux/UTF8.h"
+#include "platform/linux/JSONTape.h"
 
 namespace ovinta::platform {
 
 namespace {
 
 namespace dom = simdjson::dom;
+using linux::JSONTape;
 
-/// Reads the parser's handle out of the header's opaque pair, or the other way round.
+/// Values are copied, and copies destroyed, recursively.
+constexpr std::size_t kDeepestCopied = 1024;
+
+/// A place on a tape: what simdjson's handles and the opaque pair of the header hold.
+struct Place {
+  const dom::document* document;
+  std::size_t position;
+
+  const JSONTape& tape() const { return static_cast<const JSONTape&>(*document); }
+};
+
+/// Turns places, simdjson's handles and the header's pair into each other.
 template <class To, class From>
 To as(const From& from) {
   static_assert(sizeof(To) == sizeof(From));
   return std::bit_cast<To>(from);
-}
-
-/// simdjson keeps the code for this processor in static objects made on first use. Made while the
-/// program is loaded they outlast the exit handlers that wait for threads, which may be parsing.
-[[maybe_unused]] const bool kIsChosen = !simdjson::get_active_implementation()->name().empty();
-
-/// Texts up to this size are parsed with working memory that the thread keeps.
-constexpr std::size_t kLargestKept = std::size_t{1} << 20;
-
-simdjson::error_code parseInto(dom::document& document, std::string_view text) {
-  if (text.size() > kLargestKept) {
-    dom::parser parser;
-    return parser.parse_into_document(document, text.data(), text.size()).error();
-  }
-  thread_local dom::parser parser;
-  return parser.parse_into_document(document, text.data(), text.size()).error();
-}
-
-constexpr bool isDigit(char c) { return c >= '0' && c <= '9'; }
-
-/// The text with a fraction put behind each integer that may not fit 64 bits: the grammar sets no
-/// limit, while the parser refuses what it cannot hold. Only for a text that was refused.
-std::string withLongIntegersAsDecimals(std::string_view text) {
-  constexpr std::size_t kShortestLong = 20;  // -9223372036854775809, 18446744073709551616
-  std::string result;
-  bool inString = false;
-  for (std::size_t i = 0; i < text.size();) {
-    const std::size_t start = i++;
-    const bool inNumber = !inString && (text[start] == '-' || isDigit(text[start]));
-    if (text[start] == '"') {
-      inString = !inString;
-    } else if (inString && text[start] == '\\') {
-      i = std::min(i + 1, text.size());
-    } else if (inNumber) {
-      i = std::min(text.find_first_not_of("0123456789.eE+-", i), text.size());
-    }
-    const std::string_view token = text.substr(start, i - start);
-    result += token;
-    if (inNumber && token.size() >= kShortestLong &&
-        token.find_first_of(".eE") == std::string_view::npos) {
-      result += ".0";
-    }
-  }
-  return result;
-}
-
-std::optional<std::int64_t> exactInteger(double number) {
-  constexpr double kLimit = 0x1p63;
-  if (number < -kLimit || number >= kLimit || std::trunc(number) != number) return std::nullopt;
-  return static_cast<std::int64_t>(number);
 }
 
 template <class T>
@@ -76,7 +36,25 @@ std::optional<T> get(const dom::element& element) {
   return value;
 }
 
-Value copyOf(const dom::element& element) {
+std::optional<std::int64_t> integerOf(const dom::element& element) {
+  if (element.type() != dom::element_type::DOUBLE) return get<std::int64_t>(element);
+  const auto place = as<Place>(element);
+  return place.tape().integerAt(place.position);
+}
+
+/// A double, unless it takes an integer to hold the number as it is written; null beyond the range
+/// of doubles.
+Value copyOfDouble(const dom::element& element) {
+  const double value(element);
+  if (!std::isfinite(value)) return nullptr;
+  if (std::abs(value) < 0x1p53 || std::abs(value) >= 0x1p63) return value;
+  const auto place = as<Place>(element);
+  const auto integer = place.tape().plainIntegerAt(place.position);
+  if (!integer || *integer == static_cast<std::int64_t>(value)) return value;
+  return *integer;
+}
+
+Value copyOf(const dom::element& element, std::size_t depth) {
   switch (element.type()) {
     case dom::element_type::NULL_VALUE:
       return nullptr;
@@ -85,19 +63,22 @@ Value copyOf(const dom::element& element) {
     case dom::element_type::INT64:
       return std::int64_t(element);
     case dom::element_type::UINT64:
-    case dom::element_type::DOUBLE:
       return double(element);
+    case dom::element_type::DOUBLE:
+      return copyOfDouble(element);
     case dom::element_type::STRING:
       return std::string_view(element);
     case dom::element_type::ARRAY: {
+      if (depth == kDeepestCopied) return nullptr;
       List list;
-      for (const dom::element child : dom::array(element)) list.push_back(copyOf(child));
+      for (const dom::element child : dom::array(element)) list.push_back(copyOf(child, depth + 1));
       return list;
     }
     case dom::element_type::OBJECT: {
+      if (depth == kDeepestCopied) return nullptr;
       Dictionary dictionary;
       for (const auto& [key, child] : dom::object(element)) {
-        dictionary.insert_or_assign(std::string(key), copyOf(child));
+        dictionary.insert_or_assign(std::string(key), copyOf(child, depth + 1));
       }
       return dictionary;
     }
@@ -107,12 +88,8 @@ Value copyOf(const dom::element& element) {
 
 }  // namespace
 
-bool linux::isUTF8(std::string_view bytes) {
-  return simdjson::validate_utf8(bytes.data(), bytes.size());
-}
-
-struct JSONDocument::Parsed {
-  dom::document document;
+struct JSONDocument::Parsed : JSONTape {
+  using JSONTape::JSONTape;
 };
 
 JSONDocument::JSONDocument(std::unique_ptr<Parsed> parsed) : parsed_(std::move(parsed)) {}
@@ -122,18 +99,14 @@ JSONDocument::~JSONDocument() = default;
 
 std::optional<JSONDocument> JSONDocument::parse(std::string_view text) {
   if (text.empty()) return std::nullopt;
-  auto parsed = std::make_unique<Parsed>();
-  auto error = parseInto(parsed->document, text);
-  if (error == simdjson::NUMBER_ERROR) {
-    error = parseInto(parsed->document, withLongIntegersAsDecimals(text));
-  }
-  if (error != simdjson::SUCCESS) return std::nullopt;
+  auto parsed = std::make_unique<Parsed>(text);
+  if (!parsed->parse()) return std::nullopt;
   return JSONDocument(std::move(parsed));
 }
 
 JSONValue JSONDocument::root() const {
   JSONValue value;
-  value.storage_ = as<JSONValue::Storage>(parsed_->document.root());
+  value.storage_ = as<JSONValue::Storage>(parsed_->root());
   return value;
 }
 
@@ -160,18 +133,19 @@ JSONValue::Kind JSONValue::kind() const {
 std::optional<bool> JSONValue::boolean() const { return get<bool>(as<dom::element>(storage_)); }
 
 std::optional<std::int64_t> JSONValue::integer() const {
-  const auto element = as<dom::element>(storage_);
-  if (element.type() != dom::element_type::DOUBLE) return get<std::int64_t>(element);
-  return exactInteger(double(element));
+  return integerOf(as<dom::element>(storage_));
 }
 
-std::optional<double> JSONValue::number() const { return get<double>(as<dom::element>(storage_)); }
+std::optional<double> JSONValue::number() const {
+  const auto value = get<double>(as<dom::element>(storage_));
+  return value && std::isfinite(*value) ? value : std::nullopt;
+}
 
 std::optional<std::string_view> JSONValue::string() const {
   return get<std::string_view>(as<dom::element>(storage_));
 }
 
-Value JSONValue::copy() const { return copyOf(as<dom::element>(storage_)); }
+Value JSONValue::copy() const { return copyOf(as<dom::element>(storage_), 0); }
 
 JSONArrayCursor::JSONArrayCursor(const JSONValue& array) {
   const auto elements = get<dom::array>(as<dom::element>(array.storage_));

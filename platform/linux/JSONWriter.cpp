@@ -35,18 +35,20 @@ void appendEscape(std::string& text, unsigned char byte, char escape) {
 }
 
 void appendString(std::string& text, std::string_view value) {
-  if (!linux::isUTF8(value)) {
-    throw CodingError(CodingError::Kind::invalidValue, "The string is not UTF-8");
-  }
   text += '"';
   std::size_t start = 0;
+  unsigned char allBits = 0;
   for (std::size_t i = 0; i < value.size(); ++i) {
     const auto byte = static_cast<unsigned char>(value[i]);
+    allBits |= byte;
     const char escape = kEscapes[byte];
     if (escape == 0) continue;
     text.append(value, start, i - start);
     appendEscape(text, byte, escape);
     start = i + 1;
+  }
+  if (allBits >= 0x80 && !linux::isUTF8(value)) {
+    throw CodingError(CodingError::Kind::invalidValue, "The string is not UTF-8");
   }
   text.append(value, start);
   text += '"';
@@ -62,6 +64,10 @@ void appendNumber(std::string& text, T value) {
   std::array<char, 32> buffer;
   const auto result = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value);
   text.append(buffer.data(), result.ptr);
+  // "-0" would read back as the integer, which has no sign.
+  if constexpr (std::is_floating_point_v<T>) {
+    if (value == 0 && std::signbit(value)) text += ".0";
+  }
 }
 
 /// Writes the alternative that a `Value` holds.

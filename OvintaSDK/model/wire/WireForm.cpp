@@ -1,5 +1,7 @@
 #include "OvintaSDK/model/wire/WireForm.h"
 
+#include <cmath>
+
 #include "OvintaSDK/core/OvintaState.h"
 #include "OvintaSDK/model/PickupWindow.h"
 
@@ -41,6 +43,20 @@ void throwMismatch(const JSONValue& value, std::string_view expected) {
   }
   throw CodingError(CodingError::Kind::typeMismatch,
                     "Expected " + std::string(expected) + " but found something else instead.");
+}
+
+void throwNoInteger(const JSONValue& value) {
+  constexpr double kLimit = 0x1p63;
+  const auto number = value.number();
+  if (value.kind() == JSONValue::Kind::number && (!number || std::abs(*number) >= kLimit)) {
+    throwCorrupted("Number does not fit into 64 bits.");
+  }
+  throwMismatch(value, "an integer");
+}
+
+void throwNoNumber(const JSONValue& value) {
+  if (value.kind() == JSONValue::Kind::number) throwCorrupted("Number does not fit into a double.");
+  throwMismatch(value, "a number");
 }
 
 std::uint16_t WireForm<std::uint16_t>::decode(const JSONValue& value) {

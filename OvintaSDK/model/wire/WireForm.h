@@ -28,6 +28,10 @@ platform::JSONDocument parseDocument(std::string_view text);
 /// The error for a value of another kind than the one asked for; null counts as no value.
 [[noreturn]] void throwMismatch(const platform::JSONValue& value, std::string_view expected);
 
+/// The same where an integer of 64 bits, or a double, is asked for: a number may be too large too.
+[[noreturn]] void throwNoInteger(const platform::JSONValue& value);
+[[noreturn]] void throwNoNumber(const platform::JSONValue& value);
+
 /// The value when it is present, otherwise the error for it.
 template <class T>
 T expect(std::optional<T> decoded, const platform::JSONValue& value, std::string_view expected) {
@@ -54,7 +58,8 @@ struct WireForm<bool> {
 template <>
 struct WireForm<std::int64_t> {
   static std::int64_t decode(const platform::JSONValue& value) {
-    return expect(value.integer(), value, "an integer");
+    if (const auto number = value.integer()) return *number;
+    throwNoInteger(value);
   }
   static void encode(platform::JSONWriter& writer, std::int64_t number) { writer.integer(number); }
 };
@@ -68,7 +73,8 @@ struct WireForm<std::uint16_t> {
 template <>
 struct WireForm<double> {
   static double decode(const platform::JSONValue& value) {
-    return expect(value.number(), value, "a number");
+    if (const auto number = value.number()) return *number;
+    throwNoNumber(value);
   }
   static void encode(platform::JSONWriter& writer, double number) { writer.number(number); }
 };

@@ -119,7 +119,7 @@ TEST_F(OrderWireTest, RefusesMalformedValues) {
     const char* failure;
   } cases[] = {
       {"id", 7.5, "type mismatch at id"},
-      {"site_id", 1e19, "type mismatch at site_id"},
+      {"site_id", 1e19, "data corrupted at site_id: Number does not fit into 64 bits."},
       {"state", "Ready", "value not found at state: Unknown Value"},
       {"customer_state", "gone", "value not found at customer_state: Unknown Value"},
       {"eta_at", "2021-03-04", "data corrupted at eta_at"},

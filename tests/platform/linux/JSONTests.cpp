@@ -15,10 +15,30 @@ constexpr auto kMinimum = std::numeric_limits<std::int64_t>::min();
 TEST(JSONReadingTest, RefusesWhatIsNotJSON) {
   const std::string deep(2000, '[');
   // Whole texts of one value, of finite numbers and sound UTF-8; no comments, no byte order mark.
-  for (const std::string_view text :
-       {"", " ", "[1,]", "{'a':1}", "1 2", "NaN", "01", "\"a", "\"\xff\"", "\"\\ud800\"", "[1]x",
-        "// c\n1", "\xef\xbb\xbf{}", "1e400", "{\"a\"}", "123456789012345678901x",
-        "[12345678901234567890.]", deep.c_str()}) {
+  for (const std::string_view text : {"",
+                                      " ",
+                                      "[1,]",
+                                      "{'a':1}",
+                                      "1 2",
+                                      "NaN",
+                                      "01",
+                                      "\"a",
+                                      "\"\xff\"",
+                                      "\"\\ud800\"",
+                                      "[1]x",
+                                      "// c\n1",
+                                      "\xef\xbb\xbf{}",
+                                      "{\"a\"}",
+                                      "123456789012345678901x",
+                                      "[12345678901234567890.]",
+                                      "[1e400,01]",
+                                      "1e400e1",
+                                      "[1e400,-]",
+                                      "-",
+                                      "[1e400,\"\\",
+                                      "1.e400",
+                                      "1e+",
+                                      deep.c_str()}) {
     EXPECT_FALSE(JSONDocument::parse(text)) << text;
     EXPECT_FALSE(parseJSON(text)) << text;
   }
@@ -39,15 +59,21 @@ TEST(JSONReadingTest, ReadsEveryKindOfValue) {
                   {"b", List{1, List{true, nullptr}, Dictionary{{"x", Dictionary{}}}}},
                   {"b2", -1.5}}},
       {R"({"a":1,"a":2})", Dictionary{{"a", 2}}},
-      // Integers beyond 64 bits are JSON; digits inside strings stay as they are.
-      {R"(["\"123456789012345678901",123456789012345678901,-9223372036854775809,7])",
-       List{"\"123456789012345678901", 123456789012345678901.0, -9223372036854775808.0, 7}},
+      // Numbers of any size are JSON, and cost their neighbours nothing; digits inside strings stay
+      // as they are.
+      {R"(["\\\"123456789012345678901",123456789012345678901,-9223372036854775809,7,1e400,
+           9223372036854775807,{"-1e400":-1e400,"1e999":0.5}])",
+       List{"\\\"123456789012345678901", 123456789012345678901.0, -0x1p63, 7, nullptr, kMaximum,
+            Dictionary{{"-1e400", nullptr}, {"1e999", 0.5}}}},
+      // As a double where that holds it, or where the text may be a double's shortest.
+      {"[9007199254740993.0,9007199254740994.0,1e16,9007199254740993.5,1.2345678901e18]",
+       List{9007199254740993, 9007199254740994.0, 1e16, 9007199254740994.0, 1.2345678901e18}},
   };
   for (const auto& [text, expected] : cases) EXPECT_EQ(parseJSON(text), expected) << text;
 }
 
 TEST(JSONReadingTest, TellsIntegersFromOtherNumbers) {
-  const std::tuple<const char*, std::optional<std::int64_t>, std::optional<double>> cases[] = {
+  const std::tuple<std::string, std::optional<std::int64_t>, std::optional<double>> cases[] = {
       {"7", 7, 7.0},
       {"5.0", 5, 5.0},
       {"1e3", 1000, 1000.0},
@@ -56,6 +82,17 @@ TEST(JSONReadingTest, TellsIntegersFromOtherNumbers) {
       {"9223372036854775808", {}, 0x1p63},
       {"9223372036854775808.0", {}, 0x1p63},
       {"-9223372036854775808.0", kMinimum, -0x1p63},
+      {"-9223372036854775809", {}, -0x1p63},
+      {"-9223372036854775809.0", {}, -0x1p63},
+      {"9007199254740993.0", 9007199254740993, 0x1p53},
+      {"-90071992547409930000E-4", -9007199254740993, -0x1p53},
+      {"9223372036854775807.00", kMaximum, 0x1p63},
+      {"9007199254740993.5", {}, 9007199254740994.0},
+      {std::string(400, '9'), {}, {}},
+      {"1" + std::string(400, '0') + "e-400", 1, 1.0},
+      {"0e99999999999999999999", 0, 0.0},
+      {"1e-99999999999999999999", 0, 0.0},
+      {"1e99999999999999999999", {}, {}},
       {"\"7\"", {}, {}},
   };
   for (const auto& [text, integer, number] : cases) {
@@ -64,6 +101,28 @@ TEST(JSONReadingTest, TellsIntegersFromOtherNumbers) {
     EXPECT_EQ(document->root().integer(), integer) << text;
     EXPECT_EQ(document->root().number(), number) << text;
   }
+}
+
+TEST(JSONReadingTest, ReadsPastWhatIsNestedDeep) {
+  const auto nested = [](std::size_t depth) {
+    return std::string(depth, '[') + "1e400" + std::string(depth, ']');
+  };
+  const auto document = JSONDocument::parse("{\"a\":" + nested(100'000) + ",\"b\":7}");
+  ASSERT_TRUE(document);
+  std::string_view key;
+  JSONValue value;
+  JSONObjectCursor cursor(document->root());
+  ASSERT_TRUE(cursor.next(key, value) && cursor.next(key, value));
+  EXPECT_EQ(value.integer(), 7);
+  // The copy goes down to its limit; the parser's next text is as good as any.
+  const Value copy = document->root().copy();
+  EXPECT_EQ(*find<std::int64_t>(*copy.as<Dictionary>(), "b"), 7);
+  std::size_t depth = 0;
+  const Value* inner = &copy.as<Dictionary>()->at("a");
+  for (; inner->as<List>(); ++depth) inner = &inner->as<List>()->at(0);
+  EXPECT_EQ(depth, 1023u);
+  EXPECT_FALSE(JSONDocument::parse(nested(2000) + "]"));
+  EXPECT_TRUE(JSONDocument::parse(nested(10)));
 }
 
 TEST(JSONReadingTest, WalksMembersInTheOrderOfTheTextPastNestedValues) {
@@ -104,6 +163,8 @@ TEST(JSONWritingTest, WritesTheShortestExactForm) {
       {kMinimum, "-9223372036854775808"},
       {0.1, "0.1"},
       {100.0, "100"},
+      {-0.0, "-0.0"},
+      {std::numeric_limits<std::uint64_t>::max(), "18446744073709551616"},
       {-73.98765432109876, "-73.98765432109876"},
       {1e300, "1e+300"},
       {Dictionary{{"b", List{true, nullptr, List{}}}, {"a", Dictionary{}}},

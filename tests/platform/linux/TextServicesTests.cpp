@@ -2,6 +2,7 @@
 
 #include "platform/UUID.h"
 #include "platform/linux/TextServices.h"
+#include "tests/support/Command.h"
 
 namespace ovinta::platform::linux {
 namespace {
@@ -106,6 +107,13 @@ TEST(UUIDTest, ReadsOneFormAndWritesUpperCase) {
         "E621E1F-8C36C-495A-93FC-0C247A3E6E5F", "E621E1F8-C36C-495A-93FC-0C24-A3E6E5F",
         " 621E1F8-C36C-495A-93FC-0C247A3E6E5F", "E621E1F8+C36C-495A-93FC-0C247A3E6E5F"}) {
     EXPECT_FALSE(UUID::parse(text)) << text;
+  }
+}
+
+TEST(ExitingProcess, ReadsAndWritesValuesToTheVeryEnd) {
+  for (int run = 0; run < 10; ++run) {
+    const auto result = test::runCommand({OVINTA_VALUE_EXIT_HELPER});
+    ASSERT_EQ(result.exitCode, 0) << "run " << run << ": " << result.output;
   }
 }
 
