@@ -2,6 +2,7 @@
 
 #include <unicode/numsys.h>
 #include <unicode/simpletz.h>
+#include <unicode/uchar.h>
 
 #include <array>
 #include <cmath>
@@ -59,6 +60,20 @@ bool hasLatinDigits(const icu::Locale& locale) {
   const std::unique_ptr<icu::NumberingSystem> digits(
       icu::NumberingSystem::createInstance(locale, status));
   return U_SUCCESS(status) && digits && std::string_view(digits->getName()) == "latn";
+}
+
+/// Whether the text is short enough to be a date, and so is each number in it. ICU reads numbers
+/// into 32 bits and computes with them unchecked: it divides by zero for a fraction of 35 digits.
+bool isOfDatesLength(const icu::UnicodeString& text) {
+  constexpr std::int32_t kLongestText = 64;
+  constexpr std::int32_t kLongestNumber = 9;
+  if (text.length() > kLongestText) return false;
+  std::int32_t digits = 0;
+  for (std::int32_t i = 0; i < text.length(); i = text.moveIndex32(i, 1)) {
+    digits = u_isdigit(text.char32At(i)) ? digits + 1 : 0;
+    if (digits > kLongestNumber) return false;
+  }
+  return true;
 }
 
 bool isGregorian(const icu::Calendar& calendar) {
@@ -131,8 +146,10 @@ std::string ICUDateFormatter::icuString(Date date) const {
 
 std::optional<Date> ICUDateFormatter::icuDate(std::string_view text) const {
   constexpr UDate kLimit = 9e15;  // in milliseconds; well within what a `Date` holds
-  if (!icu_) return std::nullopt;
+  constexpr std::size_t kLongestBytes = 256;
+  if (!icu_ || text.size() > kLongestBytes) return std::nullopt;
   const icu::UnicodeString unicodeText = unicode(text);
+  if (!isOfDatesLength(unicodeText)) return std::nullopt;
   icu::ParsePosition position(0);
   UDate instant = 0;
   {

@@ -61,7 +61,10 @@ TEST(DateFormatterTest, WritesInTheZoneAndCalendarOfTheFormat) {
 
 TEST(DateFormatterTest, ReadsWholeMatchingTextsOnly) {
   const Date instant = date(2021, 3, 4, kAfternoon);
-  const std::pair<const char*, std::optional<Date>> cases[] = {
+  const auto fraction = [](std::size_t digits) {
+    return "2021-03-04T15:30:00." + std::string(digits, '1') + "-0500";
+  };
+  const std::pair<std::string, std::optional<Date>> cases[] = {
       {"2021-03-04T15:30:00.000Z", instant},
       {"2021-03-04T10:30:00.000-05:00", instant},
       {"2021-03-04T10:30:00.000-0500", instant},
@@ -74,7 +77,17 @@ TEST(DateFormatterTest, ReadsWholeMatchingTextsOnly) {
       {"2021-03-04T24:00:00.000Z", {}},
       {"2021-03-04T15:30:00.000+25:00", {}},
       {"999999-03-04T15:30:00.000Z", {}},
+      {"999999999-03-04T15:30:00.000Z", {}},
       {"", {}},
+      // A fraction may be finer than a date is; longer than nine digits it is none.
+      {"2021-03-04T15:30:00.250999999Z", instant + milliseconds(250)},
+      {"2021-03-04T15:30:00.2509999999Z", {}},
+      {fraction(33), {}},
+      {fraction(35), {}},
+      {fraction(60), {}},
+      {fraction(100'000), {}},
+      {"2021-03-04T15:30:00.000GMT+00:00" + std::string(1000, ' '), {}},
+      {"0000000002021-03-04T15:30:00.000Z", {}},
   };
   const auto service = make(kService);
   const auto pickup = make(kPickup);
