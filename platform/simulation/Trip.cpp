@@ -6,7 +6,7 @@
 #include <fstream>
 #include <numbers>
 #include <optional>
-#include <sstream>
+#include <string>
 #include <utility>
 
 #include "platform/simulation/XML.h"
@@ -20,7 +20,13 @@ using xml::Range;
 constexpr std::string_view kTripNamespace = "urn:ovinta:trip";
 constexpr Range kLatitude{-90, 90};
 constexpr Range kLongitude{-180, 180};
-constexpr Range kNotNegative{.lowest = 0};
+/// Each way beyond what any trip on Earth has, so that all that is computed of them stays finite.
+constexpr Range kMetres{0, 1e8};
+constexpr Range kMetresPerSecond{0, 1e8};
+constexpr Range kDecibels{0, 100};
+constexpr Range kDilution{0, 1e6};
+constexpr std::chrono::hours kLongestTrip = std::chrono::days(366);
+constexpr std::size_t kLargestFile = std::size_t{64} << 20;
 constexpr Range kUnsigned16{0, 65'535};
 
 constexpr std::array<std::pair<std::string_view, BatteryState>, 4> kBatteryStates{{
@@ -74,6 +80,7 @@ class PointReader {
     if (!trip_.points.empty() && point.offset < trip_.points.back().offset) {
       throw Malformed{"time goes back", node};
     }
+    if (point.offset > kLongestTrip) throw Malformed{"the trip is longer than a year", node};
     trip_.points.push_back(point);
   }
 
@@ -86,18 +93,17 @@ class PointReader {
       });
     }
     if (!speed) return {};
-    return xml::number(speed.child_value(), "speed", kNotNegative, speed);
+    return xml::number(speed.child_value(), "speed", kMetresPerSecond, speed);
   }
 
   static double accuracyOf(pugi::xml_node node) {
     for (const auto inner : xml::child(node, "extensions").children()) {
       if (isTripElement(inner, "accuracy")) {
-        return xml::number(inner.child_value(), "accuracy", kNotNegative, inner);
+        return xml::number(inner.child_value(), "accuracy", kMetres, inner);
       }
     }
     if (const auto dilution = xml::child(node, "hdop")) {
-      return kMetresPerDilution *
-             xml::number(dilution.child_value(), "hdop", kNotNegative, dilution);
+      return kMetresPerDilution * xml::number(dilution.child_value(), "hdop", kDilution, dilution);
     }
     return TripPoint{}.accuracy;
   }
@@ -112,10 +118,9 @@ class PointReader {
   TimeInterval offsetByWay(pugi::xml_node node, Coordinate coordinate) const {
     if (trip_.points.empty()) return {};
     if (speed_ <= 0) throw Malformed{"a point has neither a time nor a speed above zero", node};
-    constexpr std::chrono::duration<double> kLongest = std::chrono::years(10'000);
     const auto& last = trip_.points.back();
     const double way = wayLength(last.coordinate, coordinate) / speed_;
-    if (!(way < (kLongest - last.offset).count())) {
+    if (!(way < std::chrono::duration<double>(kLongestTrip - last.offset).count())) {
       throw Malformed{"a point takes longer to reach than any trip", node};
     }
     return last.offset + seconds(way);
@@ -134,9 +139,9 @@ TripBeacon beaconOf(pugi::xml_node node) {
   beacon.major = static_cast<std::uint16_t>(xml::numberAttribute(node, "major", kUnsigned16));
   beacon.minor = static_cast<std::uint16_t>(xml::numberAttribute(node, "minor", kUnsigned16));
   beacon.coordinate = coordinateOf(node);
-  beacon.range = xml::numberAttribute(node, "range", kNotNegative, beacon.range);
+  beacon.range = xml::numberAttribute(node, "range", kMetres, beacon.range);
   beacon.measuredPower = xml::numberAttribute(node, "power", {-127, 0}, beacon.measuredPower);
-  beacon.noise = xml::numberAttribute(node, "noise", kNotNegative, beacon.noise);
+  beacon.noise = xml::numberAttribute(node, "noise", kDecibels, beacon.noise);
   return beacon;
 }
 
@@ -214,10 +219,15 @@ std::variant<Trip, std::string> Trip::fromGPXText(std::string_view text) {
 
 std::variant<Trip, std::string> Trip::fromGPX(const std::filesystem::path& file) {
   std::ifstream stream(file, std::ios::binary);
-  std::ostringstream content;
-  content << stream.rdbuf();
-  if (!stream || !content) return file.string() + ": the file cannot be read";
-  auto reading = fromGPXText(content.view());
+  std::string content;
+  std::array<char, 65'536> piece;
+  while (stream && content.size() <= kLargestFile) {
+    stream.read(piece.data(), piece.size());
+    content.append(piece.data(), static_cast<std::size_t>(stream.gcount()));
+  }
+  if (content.size() > kLargestFile) return file.string() + ": the file is larger than 64 MiB";
+  if (!stream.eof()) return file.string() + ": the file cannot be read";
+  auto reading = fromGPXText(content);
   if (auto* error = std::get_if<std::string>(&reading)) error->insert(0, file.string() + ": ");
   return reading;
 }

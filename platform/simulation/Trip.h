@@ -88,6 +88,8 @@ struct Trip {
   ///     <extensions>                                    of a point
   ///       <trip:accuracy>8</trip:accuracy>              metres, in place of the one from `hdop`
   ///
+  /// A trip lasts a year at most, a file has 64 MiB at most.
+  ///
   /// Gives the trip, or a sentence that says what is wrong and in which line.
   static std::variant<Trip, std::string> fromGPX(const std::filesystem::path& file);
   /// The same for the text of such a file.

@@ -14,7 +14,8 @@ std::string_view trimmed(std::string_view text) {
   return text.substr(begin, text.find_last_not_of(kBlanks) - begin + 1);
 }
 
-/// Takes parts off the front of a text; remembers whether one was missing.
+/// Takes parts off the front of a text; remembers whether one was missing, and then takes no
+/// digits.
 class Scanner {
  public:
   explicit Scanner(std::string_view text) : rest_(text) {}
@@ -31,7 +32,7 @@ class Scanner {
     do {
       value += digit() * unit;
       unit /= 10;
-    } while (!rest_.empty() && rest_.front() >= '0' && rest_.front() <= '9');
+    } while (fine_ && !rest_.empty() && rest_.front() >= '0' && rest_.front() <= '9');
     return TimeInterval(value);
   }
   bool take(char character) {
@@ -39,7 +40,8 @@ class Scanner {
     rest_.remove_prefix(1);
     return true;
   }
-  void expect(char character) { fine_ = take(character) && fine_; }
+  void expect(char character) { require(take(character)); }
+  void require(bool holds) { fine_ = fine_ && holds; }
   bool isFine() const { return fine_ && rest_.empty(); }
   bool atEnd() const { return rest_.empty(); }
 
@@ -63,7 +65,9 @@ std::chrono::minutes zone(Scanner& scanner) {
   if (!isWest) scanner.expect('+');
   const auto hours = scanner.digits(2);
   scanner.expect(':');
-  const auto ahead = std::chrono::hours(hours) + std::chrono::minutes(scanner.digits(2));
+  const auto minutes = scanner.digits(2);
+  scanner.require(hours < 24 && minutes < 60);
+  const auto ahead = std::chrono::hours(hours) + std::chrono::minutes(minutes);
   return isWest ? -ahead : ahead;
 }
 

@@ -101,6 +101,14 @@ TEST(GPXTest, SaysWhatIsWrongAndWhere) {
       {timed("2026-02-30T15:00:00Z"), "time is no ISO 8601 instant"},
       {timed("2026-03-14T24:00:00Z"), "time is no ISO 8601 instant"},
       {timed("2026-03-14T15:00:00+1:00"), "time is no ISO 8601 instant"},
+      {timed("2026-03-14T15:00:00+24:00"), "time is no ISO 8601 instant"},
+      // Digits that stand where no digit is awaited.
+      {timed("00.5+01:00"), "time is no ISO 8601 instant: \"00.5+01:00\""},
+      {timed("2026-03-14T15:00:0.5"), "time is no ISO 8601 instant"},
+      {timed("2027-03-16T15:00:00Z"), "line 5: the trip is longer than a year"},
+      {extended("<t:beacon uuid='5E1F3C7A-2B64-4D0E-9A5B-0C6D7E8F9A01' major='1' minor='1' lat='1'"
+                " lon='1' noise='1e308'/>"),
+       "noise is out of range"},
       {extended("<t:beacon uuid='x' major='1' minor='1' lat='1' lon='1'/>"), "no UUID"},
       {extended("<t:battery after='1' state='empty'/>"), "no battery state: \"empty\""},
       {extended("<t:permission status='1'/>"), "line 4: after is missing"},
@@ -112,8 +120,15 @@ TEST(GPXTest, SaysWhatIsWrongAndWhere) {
     ASSERT_NE(error, nullptr) << text;
     EXPECT_THAT(*error, HasSubstr(message));
   }
-  const auto missing = Trip::fromGPX("/no/such.gpx");
-  EXPECT_EQ(std::get<std::string>(missing), "/no/such.gpx: the file cannot be read");
+  const std::pair<const char*, const char*> kFiles[] = {
+      {"/no/such.gpx", "/no/such.gpx: the file cannot be read"},
+      {"/", "/: the file cannot be read"},
+      {"/dev/null", "/dev/null: line 1: No document element found"},
+      {"/dev/zero", "/dev/zero: the file is larger than 64 MiB"},
+  };
+  for (const auto& [file, message] : kFiles) {
+    EXPECT_EQ(std::get<std::string>(Trip::fromGPX(file)), message);
+  }
 }
 
 /// A device on a trip whose positions are recorded.
@@ -171,6 +186,27 @@ TEST(TripPlayerTest, MovesEvenlyOnceASecondAndEndsWithTheLastEvent) {
   EXPECT_EQ(journey.locations.size(), 3u) << "the permission is gone";
   EXPECT_NEAR(journey.player.distanceAlong(), 25, 0.01);
   EXPECT_EQ(journey.simulation.time().pendingTaskCount(), 0u);
+}
+
+TEST(TripPlayerTest, TakesTheLastOfTwoPointsOfOneInstant) {
+  const auto point = [](const char* latitude, const char* second) {
+    return std::string("<trkpt lat='") + latitude + "' lon='0'><time>2026-03-14T15:00:" + second +
+           "Z</time><hdop>0</hdop></trkpt>";
+  };
+  Journey journey(read(track(point("1", "00") + point("2", "00") + point("3", "01") +
+                             point("4", "01") + point("5", "02") + point("6", "02"))),
+                  1);
+  journey.simulation.time().advance(2s);
+  std::vector<double> latitudes;
+  for (const auto& fix : journey.locations) latitudes.push_back(fix.coordinate.latitude);
+  EXPECT_THAT(latitudes, ElementsAre(2, 4, 6));
+
+  // Before the first of them, too, the device is somewhere.
+  Trip late;
+  late.points = {{1s, {1, 0}, -1, 0}, {1s, {2, 0}, -1, 0}};
+  Journey waiting(late, 1);
+  waiting.simulation.time().advance(0s);
+  EXPECT_EQ(waiting.player.position(), (Coordinate{1, 0}));
 }
 
 TEST(TripPlayerTest, CrossesTheDateLineTheShortWay) {
