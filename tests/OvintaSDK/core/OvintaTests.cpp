@@ -100,6 +100,8 @@ TEST(DevelopmentPushTest, FindsTheEnvironmentInTheProfile) {
       {profile(key + "<true/><key>b</key>" + development), true},
       {profile(key + "<string>production</string>" + key + development), false},
       {profile(key + "<string>Development</string>"), false},
+      {profile(key + "<string>developments</string>"), false},
+      {profile(key + "<string> development</string>"), false},
       {profile(key + "<string></string>" + development), false},
       {profile(development + key), false},
       {profile(key + "<string>development"), false},
