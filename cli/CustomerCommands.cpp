@@ -85,6 +85,7 @@ ExitCode showCustomer(Client& client, const NoInput& /*input*/) {
 
 ExitCode logOut(Client& client, const NoInput& /*input*/) {
   Ovinta::customer().logout();
+  refuseUnkept();
   client.output().print(done("No customer is kept."));
   return ExitCode::success;
 }

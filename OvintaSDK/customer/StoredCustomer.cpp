@@ -4,6 +4,7 @@
 
 #include "OvintaSDK/core/TextHelpers.h"
 #include "OvintaSDK/core/UserDefaultsKey.h"
+#include "platform/Services.h"
 
 namespace ovinta {
 CustomerPtr loadStoredCustomer() {
@@ -26,11 +27,20 @@ CustomerPtr loadStoredCustomer() {
 }
 
 void storeCustomer(const Customer& customer) {
-  UserDefaultsKey::customerToken.set(customer.token);
-  UserDefaultsKey::customerEmail.set(customer.emailAddress);
-  for (const auto& path : CustomerInfo::defaultsKeyPaths()) path.key.set(path.get(customer.info));
+  platform::SettingsStore::Changes changes;
+  const auto add = [&changes](UserDefaultsKey key, std::optional<std::string> text) {
+    changes.emplace(key.rawValue(), std::move(text));
+  };
+  add(UserDefaultsKey::customerToken, customer.token);
+  add(UserDefaultsKey::customerEmail, customer.emailAddress);
+  for (const auto& path : CustomerInfo::defaultsKeyPaths()) {
+    add(path.key, path.get(customer.info));
+  }
+  platform::services().settings->apply(changes);
 }
 
-void forgetStoredToken() { UserDefaultsKey::customerToken.remove(); }
+void forgetStoredToken() {
+  platform::services().settings->wipe(UserDefaultsKey::customerToken.rawValue());
+}
 
 }  // namespace ovinta

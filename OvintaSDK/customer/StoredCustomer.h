@@ -10,10 +10,12 @@ namespace ovinta {
 /// licence plate and token is missing. May be called from any thread, as the others here.
 CustomerPtr loadStoredCustomer();
 
-/// Keeps the customer; absent fields remove what was stored under their keys.
+/// Keeps the customer, as a whole or not at all; absent fields remove what was stored under their
+/// keys.
 void storeCustomer(const Customer& customer);
 
-/// Forgets the token alone: name and vehicle stay, to prefill a later login.
+/// Forgets the token alone, wherever the store has it: name and vehicle stay, to prefill a later
+/// login.
 void forgetStoredToken();
 
 }  // namespace ovinta

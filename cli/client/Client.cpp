@@ -9,8 +9,7 @@
 
 namespace ovinta::cli {
 
-Client::Client(const ClientOptions& options, bool simulatesLocation)
-    : options_(options), output_(options.json) {
+Client::Client(const ClientOptions& options, bool simulatesLocation) : output_(options.json) {
   platform::Services services = clientServices(options);
   services.operationQueues = counting(services.operationQueues, activity_);
   services.userNotifications = counting(services.userNotifications, activity_);
@@ -24,13 +23,6 @@ Client::Client(const ClientOptions& options, bool simulatesLocation)
   }
   platform::install(std::move(services));
   configureLibrary(options);
-  firstToken_ = UserDefaultsKey::customerToken.stringValue();
-}
-
-void Client::refuseUnkept() const {
-  if (options_.baseURL) cli::refuseUnkept(options_, UserDefaultsKey::apiBase, options_.baseURL);
-  const auto token = UserDefaultsKey::customerToken.stringValue();
-  if (token != firstToken_) cli::refuseUnkept(options_, UserDefaultsKey::customerToken, token);
 }
 
 Outcome Client::await(const std::function<void(Report)>& start) {

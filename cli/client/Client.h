@@ -35,17 +35,14 @@ class Client {
   /// times.
   using Report = std::function<void(std::optional<Result>, ErrorPtr)>;
 
-  /// With a simulated location the device may be followed, but never moves.
+  /// Throws `std::runtime_error` where nothing can be kept. With a simulated location the device
+  /// may be followed, but never moves.
   explicit Client(const ClientOptions& options, bool simulatesLocation = false);
 
   const Output& output() const { return output_; }
 
   /// Has `observer` called after each answer of the service, on the network's thread.
   void onAnswer(std::function<void()> observer) { *answered_ = std::move(observer); }
-
-  /// Throws `std::runtime_error` when customer or address have changed and the next call will not
-  /// find them so.
-  void refuseUnkept() const;
 
   /// Runs an operation to its end, that of all work it has started included.
   Outcome await(const std::function<void(Report)>& start);
@@ -60,9 +57,7 @@ class Client {
   }
 
  private:
-  const ClientOptions options_;
   Output output_;
-  std::optional<std::string> firstToken_;
   std::shared_ptr<Activity> activity_ = std::make_shared<Activity>();
   std::shared_ptr<std::function<void()>> answered_ = std::make_shared<std::function<void()>>();
 };

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "cli/client/Client.h"
+#include "cli/client/ClientServices.h"
 
 namespace ovinta::cli {
 
@@ -37,7 +38,7 @@ class ClientCommands {
       exitCode = static_cast<int>(Output(options->json).guard([&] {
         Client client(*options, simulatesLocation);
         const ExitCode code = run(client, *input);
-        client.refuseUnkept();
+        refuseUnkept();
         return code;
       }));
     });

@@ -48,17 +48,16 @@ platform::Services clientServices(const ClientOptions& options, platform::linux:
   return services;
 }
 
-void refuseUnkept(const ClientOptions& options, UserDefaultsKey key,
-                  const std::optional<std::string>& text) {
-  // The installed store answers from memory.
-  const auto settings = systemServices(options, {}).settings;
-  if (stringForKey(*settings, key) == text) return;
-  throw std::runtime_error("the data directory does not keep the setting \"" +
-                           std::string(key.rawValue()) + "\": the next call will not know it");
+void refuseUnkept() {
+  const auto failure = platform::services().settings->failure();
+  if (failure)
+    throw std::runtime_error("the data directory does not keep the settings. " + *failure);
 }
 
 void configureLibrary(const ClientOptions& options) {
   if (options.baseURL) UserDefaultsKey::apiBase.set(*options.baseURL);
+  // Before anything is asked of the service in vain, or in the name of nobody.
+  refuseUnkept();
   Ovinta::configure({{"token", options.token}});
 }
 

@@ -1,9 +1,5 @@
 #pragma once
 
-#include <optional>
-#include <string>
-
-#include "OvintaSDK/core/UserDefaultsKey.h"
 #include "cli/client/ClientOptions.h"
 #include "platform/Services.h"
 #include "platform/linux/Linux.h"
@@ -21,12 +17,12 @@ platform::Services clientServices(const ClientOptions& options,
 /// For the services that work on values alone.
 platform::Services valueServices();
 
-/// Throws `std::runtime_error` when the data directory does not hold that text under the key, as
-/// another process reads it.
-void refuseUnkept(const ClientOptions& options, UserDefaultsKey key,
-                  const std::optional<std::string>& text);
+/// Throws `std::runtime_error` when settings of the installed services could not be read or
+/// written: the next call would not find what this one leaves.
+void refuseUnkept();
 
-/// Configures the library, on the installed services, as the options ask for it.
+/// Configures the library, on the installed services, as the options ask for it. Throws as
+/// `refuseUnkept` does.
 void configureLibrary(const ClientOptions& options);
 
 }  // namespace ovinta::cli

@@ -14,8 +14,17 @@ std::string systemBusAddressOf(const Options& options) {
 }
 
 std::optional<std::filesystem::path> dataDirectoryOf(const Options& options) {
-  if (options.dataDirectory) return std::filesystem::absolute(*options.dataDirectory);
-  return defaultDataDirectory(applicationIDOf(options));
+  if (!options.dataDirectory) return defaultDataDirectory(applicationIDOf(options));
+  std::error_code error;
+  auto directory = std::filesystem::absolute(*options.dataDirectory, error);
+  return error ? *options.dataDirectory : directory;
+}
+
+std::filesystem::path mainBundleDirectoryOf(const Options& options) {
+  const auto directory = options.mainBundleDirectory.value_or(executablePath().parent_path());
+  std::error_code error;
+  auto absolute = std::filesystem::absolute(directory, error);
+  return error ? std::filesystem::path() : absolute;
 }
 
 }  // namespace ovinta::platform::linux

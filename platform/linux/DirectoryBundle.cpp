@@ -22,6 +22,7 @@ std::optional<std::string> DirectoryBundle::infoText(std::string_view key) const
 
 std::optional<std::string> DirectoryBundle::resource(std::string_view name,
                                                      std::string_view type) const {
+  if (directory_.empty()) return std::nullopt;
   const auto path = directory_ / std::string(name).append(".").append(type);
   std::error_code error;
   if (!std::filesystem::is_regular_file(path, error)) return std::nullopt;

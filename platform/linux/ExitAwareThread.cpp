@@ -4,8 +4,12 @@
 #include <signal.h>
 
 #include <cstdlib>
+#include <string>
+#include <system_error>
 #include <utility>
 #include <vector>
+
+#include "platform/FatalError.h"
 
 namespace ovinta::platform::linux {
 namespace {
@@ -57,7 +61,11 @@ void ExitAwareThread::stop() {
 void ExitAwareThread::startOnce() {
   const std::lock_guard lock(mutex_);
   if (stopping_ || hasEnded_ || thread_.joinable()) return;
-  thread_ = std::thread([this] { run(); });
+  try {
+    thread_ = std::thread([this] { run(); });
+  } catch (const std::system_error&) {
+    fatalError("Could not start the thread " + std::string(name_));
+  }
 }
 
 void ExitAwareThread::run() {

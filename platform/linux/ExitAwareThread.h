@@ -24,7 +24,8 @@ class ExitAwareThread {
   ExitAwareThread(const ExitAwareThread&) = delete;
   ExitAwareThread& operator=(const ExitAwareThread&) = delete;
 
-  /// Starts the thread at the first call, unless it is to stop. May be called from any thread.
+  /// Starts the thread at the first call, unless it is to stop. A fatal error when the system has
+  /// no thread left. May be called from any thread.
   void startOnce();
 
   /// Stops the thread for good and waits for its end. Never on the thread itself.

@@ -9,7 +9,6 @@
 #include "platform/linux/DirectoryBundle.h"
 #include "platform/linux/GLibMainQueue.h"
 #include "platform/linux/LibraryBundle.h"
-#include "platform/linux/PrivateDirectory.h"
 #include "platform/linux/SQLitePersistentContainer.h"
 #include "platform/linux/SQLiteSettingsStore.h"
 #include "platform/linux/StoredUserNotificationCenter.h"
@@ -32,6 +31,12 @@ namespace fs = std::filesystem;
 /// Without a directory what would be in the file stays in memory.
 std::optional<fs::path> fileIn(const std::optional<fs::path>& directory, const char* name) {
   return directory ? std::optional(*directory / name) : std::nullopt;
+}
+
+std::shared_ptr<Bundle> makeMainBundle(const Options& options, Log& log) {
+  auto directory = mainBundleDirectoryOf(options);
+  if (directory.empty()) log.write("The application's resources have no directory that is there");
+  return std::make_shared<DirectoryBundle>(std::move(directory));
 }
 
 /// Of the services it takes what `StoredUserNotificationCenter` uses.
@@ -135,8 +140,7 @@ Services makeServices(const Options& options) {
   services.notificationCenter = standard::makeNotificationCenter();
   services.settings =
       std::make_shared<SQLiteSettingsStore>(fileIn(directory, "Settings.sqlite"), services.log);
-  services.mainBundle = std::make_shared<DirectoryBundle>(
-      fs::absolute(options.mainBundleDirectory.value_or(executablePath().parent_path())));
+  services.mainBundle = makeMainBundle(options, *services.log);
   services.libraryBundle = std::make_shared<LibraryBundle>();
   services.text = makeText();
   services.dateFormatters = makeDateFormatterFactory();

@@ -1,6 +1,7 @@
 #include "platform/linux/PrivateDirectory.h"
 
 #include <pwd.h>
+#include <sys/auxv.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -40,9 +41,13 @@ std::optional<fs::path> homeFromUserDatabase() {
 
 }  // namespace
 
-fs::path executablePath() {
+fs::path executablePath(const fs::path& link) {
   std::error_code error;
-  return fs::read_symlink("/proc/self/exe", error);
+  auto path = fs::read_symlink(link, error);
+  if (!error) return path;
+  const auto* const name = reinterpret_cast<const char*>(getauxval(AT_EXECFN));
+  path = fs::canonical(name ? name : "", error);
+  return error ? fs::path() : path;
 }
 
 std::optional<fs::path> defaultDataDirectory(std::string_view applicationID) {

@@ -7,8 +7,9 @@
 
 namespace ovinta::platform::linux {
 
-/// The running program's own file; empty when the system does not tell.
-std::filesystem::path executablePath();
+/// The running program's own file, which `link` leads to; where there is no such link, as without
+/// `/proc`, the file under the name by which the program was started. Empty when neither tells.
+std::filesystem::path executablePath(const std::filesystem::path& link = "/proc/self/exe");
 
 /// Where this user's data of the application belong: below `$XDG_DATA_HOME`, or `.local/share` in
 /// the home directory that `$HOME` or else the user database names. Absent for a user without a

@@ -3,47 +3,46 @@
 #include <SQLiteCpp/Database.h>
 #include <SQLiteCpp/Exception.h>
 
+#include <array>
 #include <chrono>
 #include <filesystem>
-#include <functional>
+#include <map>
 #include <memory>
-
-#include "platform/Log.h"
+#include <string>
+#include <system_error>
 
 namespace ovinta::platform::linux {
 
+/// What SQLite adds to a database's name for each of the files that may belong to it; the database
+/// itself comes first.
+inline constexpr std::array kSQLiteSuffixes{"", "-wal", "-shm", "-journal"};
+
 /// Opens a database in write-ahead mode, making the file (mode 0600) and its directory (mode 0700)
-/// where they are missing. A statement that meets another writer waits up to `busyTimeout`. The
-/// connection is for one thread at a time. Throws `SQLite::Exception`, or `std::system_error` when
-/// the file system refuses.
+/// where they are missing; the path must be absolute. What is deleted there leaves nothing behind
+/// in the file. A statement that meets another writer waits up to `busyTimeout`. The connection is
+/// for one thread at a time. Throws `SQLite::Exception`, with SQLITE_SCHEMA for a file of a newer
+/// version of the library, which stays as it is, or `std::system_error` when the file system
+/// refuses.
 std::unique_ptr<SQLite::Database> openSQLiteFile(const std::filesystem::path& file,
                                                  std::chrono::milliseconds busyTimeout);
 
-/// Whether the file itself is at fault: damaged, no database, or one of other tables.
-bool isDamage(const SQLite::Exception& error);
+/// Why the file system lets nobody write the database, as on a disk that is mounted for reading;
+/// no error where it does, also where there is no file yet.
+std::error_code refusalToWrite(const std::filesystem::path& file);
 
-/// Renames a damaged database, and what belongs to it, to `<name>.corrupt-<n>` with the first free
-/// number, and returns the new path. Throws `std::system_error`.
-std::filesystem::path setAsideSQLiteFile(const std::filesystem::path& file);
+/// Opens such a database for reading. Throws `SQLite::Exception`, also for one whose write-ahead
+/// log cannot be read without writing.
+std::unique_ptr<SQLite::Database> openSQLiteFileForReading(const std::filesystem::path& file);
 
-/// Calls `open`, which opens the file and throws `SQLite::Exception`. Where the file turns out to
-/// be damaged it is set aside, of which the log tells under the name, `forget` is called, and then
-/// `open` again. Other processes that do the same at the same time do it once.
-void openOrRebuildSQLiteFile(
-    const std::filesystem::path& file, const char* name, Log& log,
-    const std::function<void()>& open, const std::function<void()>& forget = [] {});
+/// The statements that make a database's tables, by the tables' names.
+using SQLiteTables = std::map<std::string, std::string>;
 
-/// Keeps other processes, and other threads, that take the same lock out for as long as it lives.
-/// Works as well as it can: without the directory it locks nothing.
-class DirectoryLock {
- public:
-  explicit DirectoryLock(const std::filesystem::path& directory);
-  ~DirectoryLock();
-  DirectoryLock(const DirectoryLock&) = delete;
-  DirectoryLock& operator=(const DirectoryLock&) = delete;
+/// Makes the tables in an empty database. Throws `SQLite::Exception`, with SQLITE_SCHEMA for a
+/// database that holds other tables, which stays as it is.
+void prepareTables(SQLite::Database& database, const SQLiteTables& expected);
 
- private:
-  int descriptor_;
-};
+/// Moves everything that the write-ahead log holds into the database's file, and leaves an empty
+/// one. Throws `SQLite::Exception`, with SQLITE_BUSY while others use the database.
+void emptyWriteAheadLog(SQLite::Database& database);
 
 }  // namespace ovinta::platform::linux

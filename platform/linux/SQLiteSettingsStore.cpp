@@ -3,29 +3,28 @@
 #include <SQLiteCpp/SQLiteCpp.h>
 
 #include <exception>
+#include <system_error>
 #include <utility>
 
+#include "platform/linux/SQLiteDamage.h"
 #include "platform/linux/SQLiteFile.h"
 
 namespace ovinta::platform::linux {
 namespace {
 
-/// Writes may come from the main thread.
-constexpr std::chrono::milliseconds kBusyTimeout{1000};
+const SQLiteTables kTables{{"setting",
+                            "CREATE TABLE setting(key TEXT PRIMARY KEY NOT NULL, "
+                            "value TEXT NOT NULL) STRICT, WITHOUT ROWID"}};
 
 }  // namespace
 
 /// The open file with its prepared statements.
 class SQLiteSettingsStore::Connection {
  public:
-  explicit Connection(const std::filesystem::path& file)
-      : database_(openSQLiteFile(file, kBusyTimeout)) {
+  explicit Connection(std::unique_ptr<SQLite::Database> database) : database_(std::move(database)) {
     // A commit then costs no disk flush: a crash of the process loses nothing, a power cut at most
     // the last changes.
     database_->exec("PRAGMA synchronous = NORMAL");
-    database_->exec(
-        "CREATE TABLE IF NOT EXISTS setting(key TEXT PRIMARY KEY NOT NULL, value TEXT NOT NULL) "
-        "STRICT, WITHOUT ROWID");
     put_.emplace(*database_,
                  "INSERT INTO setting(key, value) VALUES(?, ?) "
                  "ON CONFLICT(key) DO UPDATE SET value = excluded.value");
@@ -62,36 +61,58 @@ class SQLiteSettingsStore::Connection {
 };
 
 SQLiteSettingsStore::SQLiteSettingsStore(std::optional<std::filesystem::path> file,
-                                         std::shared_ptr<Log> log)
-    : file_(std::move(file)), log_(std::move(log)) {}
+                                         std::shared_ptr<Log> log,
+                                         std::chrono::milliseconds busyTimeout)
+    : file_(std::move(file)), log_(std::move(log)), busyTimeout_(busyTimeout) {}
 
 SQLiteSettingsStore::~SQLiteSettingsStore() = default;
 
 void SQLiteSettingsStore::loadOnce() const {
   std::call_once(loaded_, [this] {
-    if (!file_) {
-      log_->write("Settings are kept in memory only: the user has no home directory");
-      return;
-    }
     const std::lock_guard lock(writing_);
-    std::error_code error;
-    if (!std::filesystem::exists(*file_, error)) return;
-    try {
-      openOrRebuild();
-    } catch (const std::exception& failure) {
-      log_->write(std::string("Could not read the settings: ") + failure.what());
+    if (!file_) {
+      return tell("Settings are kept in memory only: the user has no home directory");
     }
+    std::error_code error;
+    if (!std::filesystem::exists(*file_, error) && !error) return;
+    attempt("Could not open the settings", [this] { openOrRebuild(); });
   });
 }
 
-void SQLiteSettingsStore::open() const {
-  auto connection = std::make_unique<Connection>(*file_);
-  SQLite::Statement all(connection->database(), "SELECT key, value FROM setting");
+void SQLiteSettingsStore::tell(std::string failure) const {
+  const auto [text, isNews] = failures_.insert(std::move(failure));
+  if (isNews) log_->write(*text);
+}
+
+/// False when the step fails, of which it tells.
+bool SQLiteSettingsStore::attempt(const char* what, const std::function<void()>& step) const {
+  try {
+    step();
+    return true;
+  } catch (const std::exception& failure) {
+    tell(std::string(what) + ": " + failure.what());
+    return false;
+  }
+}
+
+void SQLiteSettingsStore::read(SQLite::Database& database) const {
+  prepareTables(database, kTables);
+  throwIfDamaged(database);
+  SQLite::Statement all(database, "SELECT key, value FROM setting");
   while (all.executeStep()) {
     const auto key = all.getColumn(0).getString();
     if (!unwritten_.contains(key)) cache_.set(key, all.getColumn(1).getString());
   }
-  connection_ = std::move(connection);
+}
+
+void SQLiteSettingsStore::open() const {
+  if (const auto refusal = refusalToWrite(*file_)) {
+    read(*openSQLiteFileForReading(*file_));
+    throw std::system_error(refusal, "They can be read, but not written");
+  }
+  auto database = openSQLiteFile(*file_, busyTimeout_);
+  read(*database);
+  connection_ = std::make_unique<Connection>(std::move(database));
 }
 
 void SQLiteSettingsStore::openOrRebuild() const {
@@ -129,14 +150,21 @@ void SQLiteSettingsStore::flushOrRebuild() {
   flush();
 }
 
-void SQLiteSettingsStore::persist(std::string_view key) {
+/// Leaves nothing of earlier texts where the file or what was set aside may hold them.
+void SQLiteSettingsStore::wipeTraces() {
+  const auto error = removeSetAsideFiles(*file_);
+  if (connection_) emptyWriteAheadLog(connection_->database());
+  if (error) throw std::system_error(error, "Cannot remove a damaged file that was set aside");
+}
+
+void SQLiteSettingsStore::persist() {
   if (!file_) return;
-  unwritten_.emplace(key);
-  try {
-    flushOrRebuild();
-  } catch (const std::exception& failure) {
-    log_->write("Could not write the setting \"" + std::string(key) + "\": " + failure.what());
-  }
+  const bool isWritten = attempt("Could not write the settings", [this] { flushOrRebuild(); });
+  // After the writing, which may set another file aside.
+  const bool isWiped = !isWiping_ || attempt("Could not wipe a setting", [this] { wipeTraces(); });
+  if (!isWritten || !isWiped) return;
+  isWiping_ = false;
+  failures_.clear();
 }
 
 std::optional<std::string> SQLiteSettingsStore::string(std::string_view key) const {
@@ -145,17 +173,32 @@ std::optional<std::string> SQLiteSettingsStore::string(std::string_view key) con
 }
 
 void SQLiteSettingsStore::set(std::string_view key, std::string_view value) {
-  loadOnce();
-  const std::lock_guard lock(writing_);
-  cache_.set(key, value);
-  persist(key);
+  apply({{std::string(key), std::string(value)}});
 }
 
-void SQLiteSettingsStore::remove(std::string_view key) {
+void SQLiteSettingsStore::remove(std::string_view key) { apply({{std::string(key), {}}}); }
+
+void SQLiteSettingsStore::apply(const Changes& changes) {
+  loadOnce();
+  const std::lock_guard lock(writing_);
+  cache_.apply(changes);
+  for (const auto& [key, value] : changes) unwritten_.insert(key);
+  persist();
+}
+
+void SQLiteSettingsStore::wipe(std::string_view key) {
   loadOnce();
   const std::lock_guard lock(writing_);
   cache_.remove(key);
-  persist(key);
+  unwritten_.emplace(key);
+  isWiping_ = true;
+  persist();
+}
+
+std::optional<std::string> SQLiteSettingsStore::failure() const {
+  loadOnce();
+  const std::lock_guard lock(writing_);
+  return failures_.empty() ? std::nullopt : std::optional(*failures_.begin());
 }
 
 void SQLiteSettingsStore::registerDefault(std::string_view key, std::string_view value) {

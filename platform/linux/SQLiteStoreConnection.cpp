@@ -86,29 +86,10 @@ SQLiteStoreConnection::SQLiteStoreConnection(const std::filesystem::path& file,
                                              ManagedObjectModel model)
     : model_(std::move(model)), database_(openSQLiteFile(file, kBusyTimeout)) {}
 
-std::map<std::string, std::string> SQLiteStoreConnection::readTables() {
-  SQLite::Statement tables(*database_, "SELECT name, sql FROM sqlite_master WHERE type = 'table'");
-  std::map<std::string, std::string> result;
-  while (tables.executeStep()) {
-    result.emplace(tables.getColumn(0).getString(), tables.getColumn(1).getString());
-  }
-  return result;
-}
-
 void SQLiteStoreConnection::prepareTables() {
-  std::map<std::string, std::string> expected;
+  SQLiteTables expected;
   for (const auto& entity : model_.entities) expected.emplace(entity.name, createStatement(entity));
-  if (readTables() == expected) return;
-  // Once more inside a transaction: another process may be making them right now.
-  begin();
-  const auto found = readTables();
-  if (found.empty()) {
-    for (const auto& [name, statement] : expected) database_->exec(statement);
-  } else if (found != expected) {
-    rollback();
-    throw SQLite::Exception("the store was made for another model", SQLITE_SCHEMA);
-  }
-  commit();
+  linux::prepareTables(*database_, expected);
 }
 
 void SQLiteStoreConnection::begin() { database_->exec("BEGIN IMMEDIATE"); }

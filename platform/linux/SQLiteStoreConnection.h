@@ -41,7 +41,6 @@ class SQLiteStoreConnection {
 
   const EntityDescription& entity(std::string_view name) const;
   Statements& statements(const EntityDescription& entity);
-  std::map<std::string, std::string> readTables();
 
   ManagedObjectModel model_;
   std::unique_ptr<SQLite::Database> database_;

@@ -19,6 +19,10 @@ void InMemorySettingsStore::put(Texts& texts, std::string_view key, std::string_
   }
 }
 
+void InMemorySettingsStore::erase(Texts& texts, std::string_view key) {
+  if (const auto entry = texts.find(key); entry != texts.end()) texts.erase(entry);
+}
+
 std::optional<std::string> InMemorySettingsStore::string(std::string_view key) const {
   const std::lock_guard lock(mutex_);
   auto value = find(values_, key);
@@ -37,7 +41,12 @@ void InMemorySettingsStore::set(std::string_view key, std::string_view value) {
 
 void InMemorySettingsStore::remove(std::string_view key) {
   const std::lock_guard lock(mutex_);
-  if (const auto entry = values_.find(key); entry != values_.end()) values_.erase(entry);
+  erase(values_, key);
+}
+
+void InMemorySettingsStore::apply(const Changes& changes) {
+  const std::lock_guard lock(mutex_);
+  for (const auto& [key, value] : changes) value ? put(values_, key, *value) : erase(values_, key);
 }
 
 void InMemorySettingsStore::registerDefault(std::string_view key, std::string_view value) {

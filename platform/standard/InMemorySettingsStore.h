@@ -16,6 +16,7 @@ class InMemorySettingsStore : public SettingsStore {
   std::optional<std::string> string(std::string_view key) const override;
   void set(std::string_view key, std::string_view value) override;
   void remove(std::string_view key) override;
+  void apply(const Changes& changes) override;
   void registerDefault(std::string_view key, std::string_view value) override;
 
   /// The text stored under the key, registered defaults left aside.
@@ -31,6 +32,7 @@ class InMemorySettingsStore : public SettingsStore {
 
   static std::optional<std::string> find(const Texts& texts, std::string_view key);
   static void put(Texts& texts, std::string_view key, std::string_view value);
+  static void erase(Texts& texts, std::string_view key);
 
   mutable std::mutex mutex_;
   Texts values_;

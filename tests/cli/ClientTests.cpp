@@ -77,6 +77,9 @@ TEST_F(ClientTest, refusesWrongUsageEarly) {
       {"mkdir -p $home/stuck/Settings.sqlite; $ovinta customer create --name Alex --data-dir "
        "$home/stuck --base-url $service",
        1, "does not keep"},
+      {"rm -r $home/stuck/*; head -c 1000 /dev/zero > $home/stuck/VelkModel.sqlite; $ovinta doctor "
+       "--data-dir $home/stuck",
+       1, "VelkModel.sqlite: file is not a database"},
       {"rm -r $home/stuck; $ovinta config --data-dir /dev/null/data", 1, "cannot be written to"},
       {"HOME=/dev/null XDG_DATA_HOME= $ovinta customer show", 1, "cannot be written to"},
       {"ls -A $home | wc -l", 0, "0\n"},
@@ -136,6 +139,9 @@ TEST_F(ClientTest, keepsTheCustomerFromCallToCall) {
       {"ovinta customer login --email a@example.com --password another", 0, "Name        Alex"},
       {"merchant GET customers | field api_token > $home/token; ovinta customer logout", 0, ""},
       {"ovinta customer login-token - < $home/token", 0, "Name        Alex"},
+      {"mkdir $home/data/Settings.sqlite-journal; ovinta customer logout", 1, "Not a regular file"},
+      {"test -z \"$(ovinta customer logout 2>/dev/null)\"", 0, ""},
+      {"rmdir $home/data/Settings.sqlite-journal; ovinta customer show", 0, "Name        Alex"},
       {"echo '$ovinta customer login --email a --password - <&0 & p=$!; until stty -a | grep -q "
        "\" -echo \"; do kill -0 $p || exit; done; kill $p; wait $p; stty -a' > $home/hidden; "
        "export ovinta; "

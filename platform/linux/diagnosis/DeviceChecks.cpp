@@ -1,8 +1,12 @@
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
+#include <optional>
 #include <string>
+#include <vector>
 
+#include "platform/linux/SQLiteDamage.h"
 #include "platform/linux/UPower.h"
 #include "platform/linux/dbus/BusDaemon.h"
 #include "platform/linux/diagnosis/Checks.h"
@@ -39,6 +43,28 @@ fs::path existingPartOf(fs::path path) {
   return path;
 }
 
+/// The first of the directory's databases that cannot be used, by name.
+std::optional<Finding> unusableFileIn(const fs::path& directory) {
+  std::vector<fs::path> files;
+  std::error_code error;
+  fs::directory_iterator entry(directory, error);
+  for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
+    if (entry->path().extension() == ".sqlite") files.push_back(entry->path());
+  }
+  std::ranges::sort(files);
+  for (const fs::path& file : files) {
+    if (const auto problem = problemOfSQLiteFile(file)) {
+      return Finding{.condition = Condition::missing,
+                     .detail = file.filename().string() + ": " + *problem,
+                     .advice =
+                         "Use the app's newest version; should that not help, move the file "
+                         "out of " +
+                         directory.string() + ": what it holds is lost."};
+    }
+  }
+  return std::nullopt;
+}
+
 }  // namespace
 
 void checkSystemBus(const Surroundings& around, Check& check) {
@@ -71,10 +97,17 @@ void checkDataDirectory(const Surroundings& around, Check& check) {
                       .advice = "Set HOME or XDG_DATA_HOME, or name a directory in the options."});
   }
   const fs::path& directory = *around.dataDirectory;
+  if (!directory.is_absolute()) {
+    return check.end({.condition = Condition::missing,
+                      .detail = directory.string() + " is below a working directory that is gone",
+                      .advice = "Name an absolute directory in the options."});
+  }
   const fs::path existing = existingPartOf(directory);
   std::error_code error;
   if (is_directory(existing, error) && access(existing.c_str(), W_OK | X_OK) == 0) {
-    return check.end({.condition = Condition::good, .detail = directory.string()});
+    const auto unusable = unusableFileIn(directory);
+    return check.end(
+        unusable.value_or(Finding{.condition = Condition::good, .detail = directory.string()}));
   }
   check.end({.condition = Condition::missing,
              .detail = directory.string() + " cannot be written to",

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "platform/JSON.h"
+#include "platform/linux/SQLiteDamage.h"
 #include "platform/linux/SQLiteFile.h"
 #include "platform/linux/UserNotificationJSON.h"
 #include "platform/standard/RegionSide.h"
@@ -21,27 +22,16 @@ namespace {
 constexpr std::chrono::milliseconds kBusyTimeout{5000};
 
 /// `claimed` is when a request began to be shown, in seconds since 1970, or 0.
-constexpr const char* kTables =
-    "CREATE TABLE IF NOT EXISTS request("
+constexpr const char* kRequestTable =
+    "CREATE TABLE request("
     "revision INTEGER PRIMARY KEY AUTOINCREMENT, identifier TEXT NOT NULL UNIQUE, "
-    "request TEXT NOT NULL, side INTEGER NOT NULL, claimed INTEGER NOT NULL) STRICT;"
-    "CREATE TABLE IF NOT EXISTS click(number INTEGER PRIMARY KEY, userInfo TEXT NOT NULL) STRICT";
+    "request TEXT NOT NULL, side INTEGER NOT NULL, claimed INTEGER NOT NULL) STRICT";
+constexpr const char* kClickTable =
+    "CREATE TABLE click(number INTEGER PRIMARY KEY, userInfo TEXT NOT NULL) STRICT";
 
 constexpr const char* kPending =
     "SELECT revision, request, side FROM request WHERE claimed < unixepoch() - 60 "
     "ORDER BY revision";
-
-/// What a table of another shape would refuse.
-constexpr const char* kColumns =
-    "SELECT revision, identifier, request, side, claimed FROM request LIMIT 0;"
-    "SELECT number, userInfo FROM click LIMIT 0";
-
-/// Damage behind the first page would show only when somebody reads there.
-void throwIfDamaged(SQLite::Database& database) {
-  database.exec(kColumns);
-  const std::string answer = database.execAndGet("PRAGMA quick_check(1)").getString();
-  if (answer != "ok") throw SQLite::Exception(answer, SQLITE_CORRUPT);
-}
 
 template <class... Values>
 void run(SQLite::Database& database, const char* text, const Values&... values) {
@@ -76,7 +66,7 @@ void NotificationStore::open() {
   auto database = file_ ? openSQLiteFile(*file_, kBusyTimeout)
                         : std::make_unique<SQLite::Database>(
                               ":memory:", SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
-  database->exec(kTables);
+  prepareTables(*database, {{"request", kRequestTable}, {"click", kClickTable}});
   throwIfDamaged(*database);
   database_ = std::move(database);
   openFile_ = fileID();

@@ -5,6 +5,7 @@
 
 #include "OvintaSDK/core/Ovinta.h"
 #include "OvintaSDK/core/UserDefaultsKey.h"
+#include "platform/standard/InMemorySettingsStore.h"
 #include "tests/support/SDKFixture.h"
 
 namespace ovinta::test {
@@ -25,6 +26,22 @@ Texts annWithout(std::initializer_list<const char*> keys) {
   for (const char* key : keys) texts[key].reset();
   return texts;
 }
+
+/// Counts what is asked of the store beside what is read and written, and who is the current
+/// customer meanwhile.
+struct ObservedSettings : platform::standard::InMemorySettingsStore {
+  void apply(const Changes& changes) override {
+    customersAtSaving.push_back(Ovinta::customer().current());
+    InMemorySettingsStore::apply(changes);
+  }
+  void wipe(std::string_view key) override {
+    wiped.emplace_back(key);
+    InMemorySettingsStore::wipe(key);
+  }
+
+  std::vector<CustomerPtr> customersAtSaving;
+  std::vector<std::string> wiped;
+};
 
 class CustomerManagerTest : public SDKFixture {
  protected:
@@ -210,6 +227,33 @@ TEST_F(CustomerManagerTest, RemovesWhatANewCustomerDoesNotHave) {
   Texts expected = annWithout({"Customer Email", "Customer Phone", "Customer Vehicle Type"});
   expected["Customer Token"] = "other";
   EXPECT_EQ(stored(), expected);
+}
+
+TEST_F(CustomerManagerTest, AnEmptyAddressFromTheServiceIsKeptAndRegistersNobody) {
+  answerAll(dataAnswer(with(customerRecord(), {{"email", ""}})));
+  Ovinta::customer().loginWithToken("of old");
+  drain();
+  EXPECT_EQ(Ovinta::customer().current()->emailAddress, "");
+  EXPECT_FALSE(Ovinta::customer().current()->registered());
+  EXPECT_EQ(stored().at("Customer Email"), "");
+  EXPECT_EQ(afterRestart()->emailAddress, std::nullopt);
+}
+
+TEST_F(CustomerManagerTest, SavesACustomerAsAWholeBeforeItIsTheCurrentOneAndWipesTheTokenAtLogout) {
+  const auto settings = std::make_shared<ObservedSettings>();
+  restartWith([&](platform::Services& changed) { changed.settings = settings; });
+  UserDefaultsKey::apiBase.set(std::string(kBaseURL));
+  answerAll(dataAnswer(customerRecord()));
+  for (const CustomerPtr& before : {CustomerPtr(), makeBefore()}) {
+    settings->customersAtSaving.clear();
+    Ovinta::customer().setCurrent(before);
+    Ovinta::customer().loginWithToken("of old");
+    drain();
+    EXPECT_THAT(settings->customersAtSaving, testing::ElementsAre(before));
+    EXPECT_EQ(*Ovinta::customer().current(), customer());
+  }
+  Ovinta::customer().logout();
+  EXPECT_THAT(settings->wiped, testing::ElementsAre("Customer Token"));
 }
 
 TEST_F(CustomerManagerTest, ForgetsTheTokenAloneAtLogout) {

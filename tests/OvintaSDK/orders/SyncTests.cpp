@@ -40,9 +40,9 @@ TEST_F(Sync, RebuildsTheStoreFromEachFetch) {
   signIn();
   fetchOrders({fullOrder(), with(requiredOrder(8), {{"site_id", 5'000'000'000},
                                                     {"state", "gone"},
-                                                    {"customer_state", "completed"}})});
+                                                    {"customer_state", "arrived"}})});
   EXPECT_THAT(stored(), UnorderedElementsAre(Summary(7, "P-7", 42, 1, 1),
-                                             Summary(8, std::nullopt, 5'000'000'000, 5, 5)));
+                                             Summary(8, std::nullopt, 5'000'000'000, 5, 3)));
   fetchOrders({requiredOrder(8)});
   EXPECT_THAT(stored(), UnorderedElementsAre(Summary(8, std::nullopt, 42, 0, 0)));
   EXPECT_EQ(logLines().back(), "Finished syncing orders");

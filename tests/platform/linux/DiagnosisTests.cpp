@@ -184,6 +184,16 @@ const Fault kFaults[] = {
     {"AFileForADirectory",
      [](DeviceDouble&, Surroundings& around) { around.dataDirectory = "/dev/null/data"; },
      {"-data directory: /dev/null/data cannot be written to"}},
+    {"ADirectoryBelowNothing",
+     [](DeviceDouble&, Surroundings& around) { around.dataDirectory = "data"; },
+     {"-data directory: data is below a working directory that is gone"}},
+    {"AFileThatIsNoDatabase",
+     [](DeviceDouble&, Surroundings& around) {
+       around.dataDirectory = around.powerSupplies;
+       test::writeFile(around.powerSupplies / "A.sqlite", "");
+       test::writeFile(around.powerSupplies / "B.sqlite", std::string(1000, 'x'));
+     },
+     {"-data directory: B.sqlite: file is not a database"}},
 };
 
 INSTANTIATE_TEST_SUITE_P(Faults, DiagnosisFaultTest, testing::ValuesIn(kFaults),

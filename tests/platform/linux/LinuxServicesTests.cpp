@@ -1,9 +1,15 @@
 #include <gmock/gmock.h>
+#include <pthread.h>
+#include <sched.h>
+#include <sys/mount.h>
 
+#include <future>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/linux/DirectoryBundle.h"
+#include "platform/linux/ExitAwareThread.h"
 #include "platform/linux/GLibMainQueue.h"
 #include "platform/linux/LibraryBundle.h"
 #include "platform/linux/Linux.h"
@@ -11,6 +17,7 @@
 #include "platform/linux/SystemClock.h"
 #include "platform/linux/SystemLog.h"
 #include "platform/linux/notifications/NotificationStore.h"
+#include "platform/simulation/RecordingLog.h"
 #include "tests/support/DeathTest.h"
 #include "tests/support/Files.h"
 #include "tests/support/ScopedVariable.h"
@@ -18,6 +25,8 @@
 
 namespace ovinta::platform::linux {
 namespace {
+
+using testing::HasSubstr;
 
 TEST(DirectoryBundleTest, ReadsItsFilesAnewAtEveryCall) {
   const test::TemporaryDirectory directory;
@@ -119,6 +128,82 @@ TEST(LinuxServicesTest, AreCompleteAndTouchTheDiskOnlyWhenWrittenTo) {
   changed.text = nullptr;
   EXPECT_EXIT(install(changed), testing::KilledBySignal(SIGABRT),
               "Fatal error: Platform service missing: text");
+}
+
+/// Uses each service that looks for files. Gives what settings and orders have to say.
+std::pair<std::string, std::string> useOnce(const Services& made) {
+  EXPECT_EQ(made.mainBundle->resource("embedded", "mobileprovision"), std::nullopt);
+  EXPECT_EQ(made.settings->string("key"), std::nullopt);
+  made.settings->set("key", "value");
+  EXPECT_EQ(made.settings->string("key"), "value");
+  std::promise<void> asked;
+  made.userNotifications->getPendingNotificationRequests([&](const auto& pending) {
+    EXPECT_TRUE(pending.empty());
+    asked.set_value();
+  });
+  asked.get_future().wait();
+  std::string loaded;
+  const auto container = made.persistentContainers->makeContainer("VelkModel", {});
+  container->loadPersistentStores([&](const auto&, const auto& error) {
+    if (error) loaded = error->localizedDescription;
+  });
+  return {made.settings->failure().value_or(""), loaded};
+}
+
+TEST(LinuxServicesTest, ThrowNothingWithoutAWorkingDirectoryOrProc) {
+  const test::TemporaryDirectory directory;
+  const auto log = std::make_shared<simulation::RecordingLog>();
+  const auto program = executablePath();
+  EXPECT_EQ(executablePath("/nowhere/exe"), program);
+
+  const auto withoutProc = test::forkChild([&] {
+    // Where the system lets nobody do that the rest holds all the same.
+    const int own = geteuid() == 0 ? CLONE_NEWNS : CLONE_NEWUSER | CLONE_NEWNS;
+    if (unshare(own) == 0 && mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0) {
+      mount("none", "/proc", "tmpfs", 0, nullptr);
+    }
+    const test::ScopedVariable dataHome("XDG_DATA_HOME", directory.path().c_str());
+    EXPECT_EQ(useOnce(makeServices({.log = log})), (std::pair<std::string, std::string>()));
+    EXPECT_TRUE(exists(directory.path() / program.filename() / "OvintaSDK/Settings.sqlite"));
+    _exit(testing::Test::HasFailure() ? 1 : 0);
+  });
+  EXPECT_EQ(test::waitFor(withoutProc), 0);
+
+  const auto withoutDirectory = test::forkChild([&] {
+    const auto gone = directory.path() / "gone";
+    create_directory(gone);
+    current_path(gone);
+    remove(gone);
+    const auto made = makeServices({.applicationID = "tests",
+                                    .mainBundleDirectory = "bundle",
+                                    .dataDirectory = "data",
+                                    .log = log});
+    EXPECT_THAT(log->lines(), testing::ElementsAre(HasSubstr("resources")));
+    current_path(directory.path());
+    test::writeFile("embedded.mobileprovision", "of somebody else");
+    const auto [settings, orders] = useOnce(made);
+    EXPECT_THAT(settings, HasSubstr("working directory that is gone"));
+    EXPECT_THAT(orders, HasSubstr("working directory that is gone"));
+    EXPECT_FALSE(std::filesystem::exists("data"));
+    _exit(testing::Test::HasFailure() ? 1 : 0);
+  });
+  EXPECT_EQ(test::waitFor(withoutDirectory), 0);
+}
+
+TEST(LinuxServicesTest, SayWhatIsMissingWhereTheSystemHasNoThreadLeft) {
+  const test::DeathTest inAProcessOfItsOwn;
+  const auto useWithoutThreads = [] {
+    pthread_attr_t attributes;
+    pthread_attr_init(&attributes);
+    // No address space has room for such a stack.
+    pthread_attr_setstacksize(&attributes, std::size_t{1} << 60);
+    pthread_setattr_default_np(&attributes);
+    ExitAwareThread(
+        "ovinta-test", [] {}, [] {})
+        .startOnce();
+  };
+  EXPECT_EXIT(useWithoutThreads(), testing::KilledBySignal(SIGABRT),
+              "Fatal error: Could not start the thread ovinta-test");
 }
 
 TEST(LinuxServicesTest, HandOverWhatWasClickedBeforeTheStart) {

@@ -1,4 +1,7 @@
+#include <SQLiteCpp/Database.h>
 #include <gmock/gmock.h>
+#include <signal.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 
 #include <cstdint>
@@ -194,6 +197,11 @@ TEST_F(PersistentContainerTest, SaysWhyAStoreCannotBeLoadedAndLeavesItAlone) {
          model.entities[0].attributes[1].optional = false;
          EXPECT_EQ(loadError(*make(model)), std::nullopt);
        }},
+      {"SQLite 17",
+       [&] {
+         EXPECT_EQ(loadError(*make()), std::nullopt);
+         SQLite::Database(file_.string(), SQLite::OPEN_READWRITE).exec("PRAGMA user_version = 2");
+       }},
       {"POSIX 22", [&] { create_symlink(target / "none", file_); }},
       {"POSIX 20", [&] { remove(directory_), create_directory_symlink(target, directory_); }},
       {"POSIX 13", [&] { chmod(directory_.c_str(), 0500); }},
@@ -218,6 +226,30 @@ TEST_F(PersistentContainerTest, SaysWhyAStoreCannotBeLoadedAndLeavesItAlone) {
   homeless->loadPersistentStores([](const auto&, const auto& error) {
     EXPECT_THAT(error.value_or(StoreError{}).localizedDescription, HasSubstr("home directory"));
   });
+}
+
+TEST_F(PersistentContainerTest, AFullDiskKeepsTheOldList) {
+  const auto child = test::forkChild([&] {
+    signal(SIGXFSZ, SIG_IGN);
+    const auto container = load();
+    const auto replaceBy = [&](std::int64_t number, std::size_t size) {
+      const auto context = container->newBackgroundContext();
+      EXPECT_EQ(context->executeBatchDelete(kAllItems), std::nullopt);
+      context->insert(item(number, std::string(size, 'x')));
+      return context->save();
+    };
+    EXPECT_EQ(replaceBy(1, 1), std::nullopt);
+    rlimit limit{};
+    getrlimit(RLIMIT_FSIZE, &limit);
+    limit.rlim_cur = 64 * 1024;
+    EXPECT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
+    EXPECT_NE(replaceBy(2, 200 * 1024), std::nullopt);
+    EXPECT_THAT(numbers(*container->newBackgroundContext()), UnorderedElementsAre(1));
+    EXPECT_EQ(replaceBy(3, 1), std::nullopt);
+    EXPECT_THAT(numbers(*load()->newBackgroundContext()), UnorderedElementsAre(3));
+    _exit(HasFailure() ? 1 : 0);
+  });
+  EXPECT_EQ(test::waitFor(child), 0);
 }
 
 TEST_F(PersistentContainerTest, AKilledWriterLeavesTheOldListOrTheNewOne) {
