@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <bit>
 #include <cerrno>
 #include <cstdlib>
 #include <vector>
@@ -45,7 +46,7 @@ fs::path executablePath(const fs::path& link) {
   std::error_code error;
   auto path = fs::read_symlink(link, error);
   if (!error) return path;
-  const auto* const name = reinterpret_cast<const char*>(getauxval(AT_EXECFN));
+  const auto* const name = std::bit_cast<const char*>(getauxval(AT_EXECFN));
   path = fs::canonical(name ? name : "", error);
   return error ? fs::path() : path;
 }
