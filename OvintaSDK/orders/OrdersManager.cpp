@@ -6,6 +6,7 @@
 #include "OvintaSDK/core/PostNotification.h"
 #include "OvintaSDK/core/SDKNotifications.h"
 #include "OvintaSDK/core/UserDefaultsKey.h"
+#include "OvintaSDK/core/WithoutNulls.h"
 #include "OvintaSDK/customer/CustomerManager.h"
 #include "OvintaSDK/orders/OrderLists.h"
 #include "OvintaSDK/orders/SyncOrdersOperation.h"
@@ -14,11 +15,20 @@
 namespace ovinta {
 
 void OrdersManager::setAll(std::optional<OrderList> orders) {
+  orders = withoutNulls(std::move(orders));
   const std::scoped_lock lock(settingAll_);
   all_.set(orders);
   if (!orders) return;
   OvintaState::current().storeQueue().addOperation(std::make_shared<SyncOrdersOperation>(
       *std::move(orders), [](const auto&, const auto&) { logLine("Finished syncing orders"); }));
+}
+
+void OrdersManager::setOpen(std::optional<OrderList> orders) {
+  open_.set(withoutNulls(std::move(orders)));
+}
+
+void OrdersManager::setClosed(std::optional<OrderList> orders) {
+  closed_.set(withoutNulls(std::move(orders)));
 }
 
 void OrdersManager::fetch(OrdersCallback callback) {

@@ -52,17 +52,17 @@ class OVINTA_EXPORT OrdersManager {
 
   /// Every order of the last successful fetch, in the service's order; absent before it.
   std::optional<OrderList> all() const { return all_.get(); }
-  /// Replaces the list. A present one is also written to the order store, in the background; `open`
-  /// and `closed` stay as they are.
+  /// Replaces the list, as each of these setters does without the null entries. A present one is
+  /// also written to the order store, in the background; `open` and `closed` stay as they are.
   void setAll(std::optional<OrderList> orders);
 
   /// The orders of `all` that are open, in its order.
   std::optional<OrderList> open() const { return open_.get(); }
-  void setOpen(std::optional<OrderList> orders) { open_.set(std::move(orders)); }
+  void setOpen(std::optional<OrderList> orders);
 
   /// The orders of `all` that were not open at the last fetch, most recently updated first.
   std::optional<OrderList> closed() const { return closed_.get(); }
-  void setClosed(std::optional<OrderList> orders) { closed_.set(std::move(orders)); }
+  void setClosed(std::optional<OrderList> orders);
 
   /// Absent before the first attempt. An attempt refused as `alreadyFetching` does not count.
   std::optional<LastFetch> lastFetch() const { return lastFetch_.get(); }

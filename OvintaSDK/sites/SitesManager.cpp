@@ -5,6 +5,7 @@
 #include "OvintaSDK/core/LogLine.h"
 #include "OvintaSDK/core/OvintaState.h"
 #include "OvintaSDK/core/UserDefaultsKey.h"
+#include "OvintaSDK/core/WithoutNulls.h"
 
 namespace ovinta {
 namespace {
@@ -16,6 +17,10 @@ ErrorPtr refusal() {
 }
 
 }  // namespace
+
+void SitesManager::setAll(std::optional<SiteList> sites) {
+  all_.set(withoutNulls(std::move(sites)));
+}
 
 void SitesManager::fetch(const std::optional<std::string>& query, std::int64_t page,
                          SitesPageCallback callback) {

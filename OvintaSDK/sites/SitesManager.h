@@ -39,7 +39,8 @@ class OVINTA_EXPORT SitesManager {
   /// The sites gathered so far; absent before the first. Page 1 of any search replaces them, a
   /// later page is appended, whatever it is a page of.
   std::optional<SiteList> all() const { return all_.get(); }
-  void setAll(std::optional<SiteList> sites) { all_.set(std::move(sites)); }
+  /// Null entries are left out.
+  void setAll(std::optional<SiteList> sites);
 
   /// One page, counted from 1, of the sites that match the text; an absent one matches all.
   void fetch(const std::optional<std::string>& query, std::int64_t page,

@@ -118,5 +118,37 @@ log Got an error claiming order with redemption code CODE
 told Error Claiming Order: Not found)");
 }
 
+TEST_F(Claim, AndAllElseLeavesNothingPersonalInTheLog) {
+  const std::string own = "Ann";
+  const CustomerInfo info{own, own, own, own, own};
+  const Answer answers[] = {Answer::json(200, R"({"data":{"id":"Ann","api_token":5}})"),
+                            Answer::json(200, "Ann"), Answer::json(422, R"({"error":"Ann"})"),
+                            Answer::json(401, "Ann"), Answer::failure("Ann")};
+  CustomerManager& customers = Ovinta::customer();
+  for (const bool isSignedIn : {false, true}) {
+    for (const Answer& each : answers) {
+      answerAll(each);
+      customers.setCurrent(
+          isSignedIn ? std::make_shared<const Customer>(Customer{.token = own, .info = info})
+                     : nullptr);
+      Ovinta::setPushToken(own);
+      orders.setOpen(OrderList{decodeOrder(with(requiredOrder(), {{"redemption_code", "CODE"}}))});
+      orders.fetch();
+      orders.create(42, "P", info, std::nullopt);
+      orders.claimWithRedemptionCode("CODE", info);
+      orders.rateOrder(7, 5, own);
+      customers.update(info);
+      customers.login(own, own);
+      customers.loginWithToken(own);
+      customers.signUp(own, own);
+      customers.requestNewPassword(own);
+      customers.setNewPassword(own, own, own);
+      drain();
+    }
+  }
+  EXPECT_THAT(logLines(), testing::Contains("Getting Orders"));
+  EXPECT_THAT(logLines(), testing::Each(testing::Not(testing::HasSubstr(own))));
+}
+
 }  // namespace
 }  // namespace ovinta::test

@@ -5,6 +5,7 @@
 #include "OvintaSDK/orders/OrdersPushTokens.h"
 #include "platform/JSON.h"
 #include "tests/OvintaSDK/orders/OrdersFixture.h"
+#include "tests/support/AtOnce.h"
 
 namespace ovinta::test {
 namespace {
@@ -33,6 +34,21 @@ TEST_F(PushPayload, ChangesTheOrderThatItNames) {
   EXPECT_EQ(order(0)->etaAt(), kStart + std::chrono::milliseconds(600'250));
   EXPECT_EQ(lists(), "all: orders 42 -3; open: orders -3; closed: orders");
   EXPECT_EQ(outcome(), "\nposted orderUpdated order 42") << "and nothing is fetched";
+}
+
+TEST_F(PushPayload, LeavesOpenAsTheLastOfSeveralThreadsFoundAll) {
+  constexpr int kOrders = 100;
+  std::vector<Dictionary> records;
+  for (int id = 0; id < kOrders; ++id) records.push_back(requiredOrder(id));
+  fetchOrders(records);
+  const auto complete = [](int id) {
+    Ovinta::handleRemoteNotification(
+        {{"order_id", std::to_string(id)}, {"order_state", "completed"}});
+  };
+  for (int id = 0; id < kOrders; id += 2) {
+    atOnce([&] { complete(id); }, [&] { complete(id + 1); });
+    ASSERT_EQ(orders.open()->size(), static_cast<std::size_t>(kOrders - id - 2));
+  }
 }
 
 TEST_F(PushPayload, PassesOverWhatItCannotUse) {

@@ -7,6 +7,8 @@
 #include "OvintaSDK/core/OvintaState.h"
 #include "OvintaSDK/model/CoreOrder.h"
 #include "OvintaSDK/orders/SyncOrdersOperation.h"
+#include "platform/linux/SQLitePersistentContainer.h"
+#include "tests/support/AtOnce.h"
 #include "tests/support/BrokenContainer.h"
 #include "tests/support/SDKFixture.h"
 
@@ -52,13 +54,16 @@ TEST_F(Sync, RebuildsTheStoreFromEachFetch) {
 
 TEST_F(Sync, FollowsAListThatTheApplicationSets) {
   OrdersManager& orders = Ovinta::orders();
-  orders.setOpen(OrderList{});
+  orders.setOpen(OrderList{nullptr});
   orders.setAll(OrderList{decodeOrder(requiredOrder(1)), decodeOrder(requiredOrder(2))});
-  orders.setAll(OrderList{decodeOrder(requiredOrder(3))});
+  orders.setAll(OrderList{nullptr, decodeOrder(requiredOrder(3)), nullptr});
   drain();
   EXPECT_THAT(stored(), UnorderedElementsAre(Summary(3, std::nullopt, 42, 0, 0)));
+  EXPECT_EQ(textOf(orders.all()), "orders 3") << "null entries are left out";
   EXPECT_THAT(orders.open().value(), IsEmpty());
   EXPECT_FALSE(orders.closed());
+  orders.setClosed(OrderList{nullptr});
+  EXPECT_THAT(orders.closed().value(), IsEmpty());
 
   orders.setAll(std::nullopt);
   drain();
@@ -70,6 +75,20 @@ TEST_F(Sync, FollowsAListThatTheApplicationSets) {
   EXPECT_THAT(happened(), testing::EndsWith("\ntold orders 1")) << "those that it stored";
   SyncOrdersOperation({}, nullptr).main();
   EXPECT_THAT(stored(), IsEmpty());
+}
+
+TEST_F(Sync, EndsWithTheListThatWasSetLastByWhicheverThread) {
+  restartWith([](platform::Services& changed) {
+    changed.persistentContainers =
+        std::make_shared<platform::linux::SQLitePersistentContainerFactory>(std::nullopt);
+  });
+  OrdersManager& orders = Ovinta::orders();
+  const OrderList one{decodeOrder(requiredOrder(1))}, two{decodeOrder(requiredOrder(2))};
+  for (int round = 0; round < 200; ++round) {
+    atOnce([&] { orders.setAll(one); }, [&] { orders.setAll(two); });
+    drain();
+    ASSERT_EQ(std::get<0>(stored().at(0)), orders.all()->at(0)->id) << round;
+  }
 }
 
 TEST_F(Sync, DisturbsNothingWhenItFails) {

@@ -27,6 +27,9 @@ TEST_F(Sites, GathersThePagesOfAnySearch) {
   sites.fetch(std::nullopt, 2, tell());
   EXPECT_EQ(outcome(), "\nGET m/v1/sites?page=2\ntold sites 4 5, page 2 of 2");
   EXPECT_FALSE(sites.all()) << "a later page starts no list";
+  sites.setAll(SiteList{nullptr});
+  EXPECT_EQ(textOf(sites.all()), "sites") << "null entries are left out";
+  sites.setAll(std::nullopt);
 
   const std::string inRegion = "latitude=40.7&longitude=-74.0&radius=500.0&page=";
   answerPage("page=1", {1, 2, 3}, 1, 2);
@@ -64,6 +67,14 @@ TEST_F(Sites, GetsAllPagesOneAfterAnother) {
     EXPECT_EQ(queues->waitingCount(), 1u) << "the first page alone";
     EXPECT_EQ(outcome(), expected + found);
   }
+}
+
+TEST_F(Sites, GoesOnFromThePageThatTheAnswerNames) {
+  answerPage("page=1", {1}, 2, 4);
+  answerPage("page=3", {3}, 4, 4);
+  sites.fetchAll(std::nullopt, tell());
+  EXPECT_EQ(outcome({"GET", "told"}),
+            "\nGET m/v1/sites?page=1\nGET m/v1/sites?page=3\ntold sites 1 3");
 }
 
 TEST_F(Sites, EndARunWithThePageThatFails) {
