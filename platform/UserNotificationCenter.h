@@ -54,7 +54,7 @@ class UserNotificationCenter {
  public:
   virtual ~UserNotificationCenter() = default;
 
-  /// Hands over the requests that have not fired yet.
+  /// Hands over the requests that have not fired yet, or are just being shown.
   virtual void getPendingNotificationRequests(
       std::function<void(std::vector<UserNotificationRequest>)> completion) = 0;
 

@@ -1,8 +1,14 @@
 #include "OvintaSDK/sites/NotifyManager.h"
 
+#include <deque>
+#include <mutex>
+#include <utility>
+#include <vector>
+
 #include "OvintaSDK/api/NumberText.h"
 #include "OvintaSDK/core/LogLine.h"
 #include "OvintaSDK/core/OvintaState.h"
+#include "OvintaSDK/core/WithoutNulls.h"
 #include "OvintaSDK/model/SiteCoordinate.h"
 #include "platform/Services.h"
 
@@ -11,6 +17,7 @@ namespace {
 
 using platform::services;
 using platform::UserNotificationRequest;
+using Requests = std::vector<UserNotificationRequest>;
 
 bool isOwn(const platform::Dictionary& userInfo) {
   const auto* source = platform::find<std::string>(userInfo, NotifyManager::kSourceName);
@@ -27,7 +34,7 @@ ErrorPtr permissionError() {
   return std::make_shared<const NotifyManagerError>(NotifyManagerErrorType::noLocationPermission);
 }
 
-void removeOwn(const std::vector<UserNotificationRequest>& pending) {
+void removeOwn(const Requests& pending) {
   std::vector<std::string> identifiers;
   for (const UserNotificationRequest& request : pending) {
     if (isOwn(request.content.userInfo)) identifiers.push_back(request.identifier);
@@ -70,7 +77,7 @@ std::string description(const UserNotificationRequest& request) {
          numberText(region.center.latitude) + ", " + numberText(region.center.longitude) + ">";
 }
 
-void add(const UserNotificationRequest& request) {
+void arm(const UserNotificationRequest& request) {
   services().userNotifications->add(request, [text = description(request)](const auto& error) {
     if (!error) return;
     logLine("Failed to add notification request " + text +
@@ -80,10 +87,67 @@ void add(const UserNotificationRequest& request) {
 
 }  // namespace
 
+/// The replacements of what is armed, one at a time in the order of the calls: one that looked for
+/// what to remove before another has added its requests would miss them.
+class NotificationReplacements : public std::enable_shared_from_this<NotificationReplacements> {
+ public:
+  /// Has the requests armed in place of all of the library's own, and `callback` called with null.
+  void add(Requests requests, ErrorCallback callback) {
+    {
+      const std::scoped_lock lock(mutex_);
+      waiting_.push_back({std::move(requests), std::move(callback)});
+      if (waiting_.size() > 1) return;
+    }
+    begin();
+  }
+
+ private:
+  struct Replacement {
+    Requests requests;
+    ErrorCallback callback;
+  };
+
+  void begin() {
+    services().userNotifications->getPendingNotificationRequests(
+        [self = shared_from_this()](const auto& pending) { self->replace(pending); });
+  }
+
+  void replace(const Requests& pending) {
+    removeOwn(pending);
+    // It stays in the queue meanwhile, so that nobody else begins.
+    const Replacement& first = front();
+    for (const UserNotificationRequest& request : first.requests) arm(request);
+    if (first.callback) first.callback(nullptr);
+    if (!endFirst()) begin();
+  }
+
+  const Replacement& front() {
+    const std::scoped_lock lock(mutex_);
+    return waiting_.front();
+  }
+
+  /// Whether that was the last one.
+  bool endFirst() {
+    // What the callback holds goes outside of the lock.
+    Replacement first;
+    const std::scoped_lock lock(mutex_);
+    first = std::move(waiting_.front());
+    waiting_.pop_front();
+    return waiting_.empty();
+  }
+
+  std::mutex mutex_;
+  /// The first is under way. Adding to a deque moves none of its entries.
+  std::deque<Replacement> waiting_;
+};
+
+NotifyManager::NotifyManager() : replacements_(std::make_shared<NotificationReplacements>()) {}
+
 void NotifyManager::createForSites(const SiteList& sites, const NotificationInfo& notification,
                                    ErrorCallback callback) {
+  const SiteList usable = withoutNulls(sites);
   ErrorPtr error = permissionError();
-  if (!error && sites.size() > kMaxNumberOfSites) {
+  if (!error && usable.size() > kMaxNumberOfSites) {
     error = std::make_shared<const NotifyManagerError>(
         NotifyManagerErrorType::reachedTheMaxNumberOfSites);
   }
@@ -91,14 +155,11 @@ void NotifyManager::createForSites(const SiteList& sites, const NotificationInfo
     if (callback) callback(error);
     return;
   }
-  services().userNotifications->getPendingNotificationRequests(
-      [sites, notification, callback = std::move(callback)](const auto& pending) {
-        removeOwn(pending);
-        for (const SitePtr& site : sites) {
-          if (const auto request = makeRequest(*site, notification)) add(*request);
-        }
-        if (callback) callback(nullptr);
-      });
+  Requests requests;
+  for (const SitePtr& site : usable) {
+    if (auto request = makeRequest(*site, notification)) requests.push_back(*std::move(request));
+  }
+  replacements_->add(std::move(requests), std::move(callback));
 }
 
 void NotifyManager::createForSitesInRegion(const platform::CircularRegion& region,
@@ -121,13 +182,7 @@ void NotifyManager::createForSitesInRegion(const platform::CircularRegion& regio
       });
 }
 
-void NotifyManager::clear(ErrorCallback callback) {
-  services().userNotifications->getPendingNotificationRequests(
-      [callback = std::move(callback)](const auto& pending) {
-        removeOwn(pending);
-        if (callback) callback(nullptr);
-      });
-}
+void NotifyManager::clear(ErrorCallback callback) { replacements_->add({}, std::move(callback)); }
 
 bool NotifyManager::isOvintaNotifyUserInfo(const platform::Dictionary& userInfo) const {
   return isOwn(userInfo);

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string_view>
 
@@ -15,12 +16,16 @@
 
 namespace ovinta {
 
+class NotificationReplacements;
+
 /// Arranges local notifications that fire once, when the user enters the geofence of a site;
 /// reached as `Ovinta::notify()`. What is armed is kept by the platform's notification centre, also
 /// across restarts. All methods may be called from any thread and return at once; callbacks run
 /// inside the call when the request is refused at once, otherwise on the thread on which the
 /// notification centre or the network answers.
-/// The object must outlive the requests that it has started.
+/// What is asked while something else is still being armed or disarmed waits for that to end, so
+/// that each call finds all that the calls before it have armed.
+/// The object must outlive the look-ups of `createForSitesInRegion`.
 class OVINTA_EXPORT NotifyManager {
  public:
   /// The key in a notification's user info that marks the library's own, and its value there.
@@ -29,14 +34,14 @@ class OVINTA_EXPORT NotifyManager {
   /// The most sites that one call may arm.
   static constexpr std::size_t kMaxNumberOfSites = 5;
 
-  NotifyManager() = default;
+  NotifyManager();
   NotifyManager(const NotifyManager&) = delete;
   NotifyManager& operator=(const NotifyManager&) = delete;
 
-  /// Arms a notification for each site that has a geofence, in place of all armed before. The
-  /// callback, which may be empty, is called once, with null when the requests were handed over,
-  /// or with the error: `NotifyManagerError` of type `noLocationPermission` or
-  /// `reachedTheMaxNumberOfSites`; what was armed then stays.
+  /// Arms a notification for each site that has a geofence, in place of all armed before; null
+  /// entries are passed over. The callback, which may be empty, is called once, with null when the
+  /// requests were handed over, or with the error: `NotifyManagerError` of type
+  /// `noLocationPermission` or `reachedTheMaxNumberOfSites`; what was armed then stays.
   void createForSites(const SiteList& sites, const NotificationInfo& notification,
                       ErrorCallback callback);
 
@@ -52,6 +57,9 @@ class OVINTA_EXPORT NotifyManager {
 
   /// Whether the user info of a notification shows that it is one of the library's own.
   bool isOvintaNotifyUserInfo(const platform::Dictionary& userInfo) const;
+
+ private:
+  const std::shared_ptr<NotificationReplacements> replacements_;
 };
 
 }  // namespace ovinta

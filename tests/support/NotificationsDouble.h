@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -35,6 +36,21 @@ class NotificationsDouble {
   void setSlow() {
     service_.sync([&] { isSlow_ = true; });
   }
+  /// Leaves what it is to show without an answer until `release`.
+  void hold() {
+    service_.sync([&] { isHeld_ = true; });
+  }
+  /// Shows it, or fails to.
+  void release(std::optional<dbus::Failure> failure = {}) {
+    service_.sync([&] {
+      isHeld_ = false;
+      failure_ = std::move(failure);
+    });
+    service_.answerLate();
+    service_.sync([&] { failure_.reset(); });
+  }
+  /// How many it was to show so far.
+  std::size_t requestCount() { return service_.count("Notify"); }
   void appear() { service_.appear(); }
   void vanish() { service_.vanish(); }
 
@@ -66,6 +82,8 @@ class NotificationsDouble {
     const dbus::Failure late{dbus::kNoReply, "late"};
     if (call.method == "GetCapabilities" && isSlow_) return late;
     if (call.method == "GetCapabilities") return dbus::arguments(capabilities_);
+    if (isHeld_) return ServiceDouble::NoAnswer{};
+    if (failure_) return *failure_;
     const auto text = [&](std::size_t place) {
       return dbus::read<Glib::ustring>(call.arguments, place).value().raw();
     };
@@ -83,6 +101,8 @@ class NotificationsDouble {
 
   Texts capabilities_{"actions", "body", "body-markup"};
   bool isSlow_ = false;
+  bool isHeld_ = false;
+  std::optional<dbus::Failure> failure_;
   std::vector<Shown> shown_;
   ServiceDouble service_;
 };

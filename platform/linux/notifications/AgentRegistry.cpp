@@ -9,6 +9,7 @@
 #include <cerrno>
 #include <fstream>
 #include <iterator>
+#include <string_view>
 #include <system_error>
 
 #include "platform/JSON.h"
@@ -31,14 +32,22 @@ std::string keyOf(const RegisteredApplication& application) {
   return key;
 }
 
+/// All of it: one call may write less than it was given, and say why only at the next one. False
+/// leaves the reason in `errno`.
+bool writeAll(int descriptor, std::string_view text) {
+  while (!text.empty()) {
+    const ssize_t count = write(descriptor, text.data(), text.size());
+    if (count < 0 && errno != EINTR) return false;
+    if (count > 0) text.remove_prefix(static_cast<std::size_t>(count));
+  }
+  return true;
+}
+
 void writePrivateFile(const fs::path& file, const std::string& text) {
   const int descriptor =
       open(file.c_str(), O_CREAT | O_TRUNC | O_WRONLY | O_CLOEXEC | O_NOFOLLOW, S_IRUSR | S_IWUSR);
   // On the disk before the rename, so that no power cut leaves an empty file behind.
-  const bool isWritten =
-      descriptor >= 0 &&
-      write(descriptor, text.data(), text.size()) == static_cast<ssize_t>(text.size()) &&
-      fsync(descriptor) == 0;
+  const bool isWritten = descriptor >= 0 && writeAll(descriptor, text) && fsync(descriptor) == 0;
   const int error = errno;
   if (descriptor >= 0) close(descriptor);
   if (isWritten) return;

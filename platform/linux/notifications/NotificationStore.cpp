@@ -29,7 +29,10 @@ constexpr const char* kRequestTable =
 constexpr const char* kClickTable =
     "CREATE TABLE click(number INTEGER PRIMARY KEY, userInfo TEXT NOT NULL) STRICT";
 
-constexpr const char* kPending =
+constexpr const char* kAll = "SELECT revision, request, side FROM request ORDER BY revision";
+
+/// Those that nobody is just showing.
+constexpr const char* kWaiting =
     "SELECT revision, request, side FROM request WHERE claimed < unixepoch() - 60 "
     "ORDER BY revision";
 
@@ -93,9 +96,10 @@ SQLite::Database* NotificationStore::existing() {
   return &database();
 }
 
-std::vector<NotificationStore::Row> NotificationStore::rows(SQLite::Database& database) {
+std::vector<NotificationStore::Row> NotificationStore::rows(SQLite::Database& database,
+                                                            const char* query) {
   std::vector<Row> rows;
-  SQLite::Statement all(database, kPending);
+  SQLite::Statement all(database, query);
   while (all.executeStep()) {
     for (auto& request : notificationRequests(all.getColumn(1).getString())) {
       rows.push_back({all.getColumn(0).getInt64(), std::move(request),
@@ -109,19 +113,8 @@ std::vector<UserNotificationRequest> NotificationStore::pending() {
   std::vector<UserNotificationRequest> requests;
   auto* const found = existing();
   if (!found) return requests;
-  for (Row& row : rows(*found)) requests.push_back(std::move(row.request));
+  for (Row& row : rows(*found, kAll)) requests.push_back(std::move(row.request));
   return requests;
-}
-
-bool NotificationStore::hasRequests() {
-  auto* const found = existing();
-  if (!found) return false;
-  SQLite::Statement all(*found, "SELECT request FROM request");
-  while (all.executeStep()) {
-    // What cannot be read can never fire.
-    if (!notificationRequests(all.getColumn(0).getString()).empty()) return true;
-  }
-  return false;
 }
 
 void NotificationStore::put(const UserNotificationRequest& request) {
@@ -146,7 +139,7 @@ std::vector<NotificationStore::Move> NotificationStore::moves(SQLite::Database& 
                                                               const Location& fix,
                                                               const Geodesy& geodesy) {
   std::vector<Move> moves;
-  for (Row& row : rows(database)) {
+  for (Row& row : rows(database, kWaiting)) {
     const auto& region = row.request.trigger.region;
     const RegionSide side = standard::sideOf(region, fix, geodesy);
     if (side == RegionSide::unknown || side == row.side) continue;

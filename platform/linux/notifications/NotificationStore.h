@@ -32,12 +32,10 @@ class NotificationStore {
   NotificationStore(std::optional<std::filesystem::path> file, std::shared_ptr<Log> log);
   ~NotificationStore();
 
-  /// In the order in which they were added.
+  /// In the order in which they were added, those that are about to be shown among them: whoever
+  /// shows one may end before that is done, and it can still be removed and replaced. What cannot
+  /// be read is passed over.
   std::vector<UserNotificationRequest> pending();
-
-  /// Whether there is any request that can be read, be it pending or about to be shown: whoever
-  /// shows it may end before that is done.
-  bool hasRequests();
 
   /// Adds a request, in place of one with the same identifier; where the device is is not known
   /// then. Throws `CodingError` for what JSON cannot hold.
@@ -51,12 +49,12 @@ class NotificationStore {
   };
 
   /// Notes where the device is. Returns the requests that this makes fire. No other process and no
-  /// later call gets the same crossing; what does not repeat is not pending any more.
+  /// later call gets the same crossing; what does not repeat fires no more.
   std::vector<Firing> cross(const Location& fix, const Geodesy& geodesy);
 
-  /// Says whether a firing request was shown. One that was not is pending again for the next
-  /// crossing, unless it was removed or replaced meanwhile; so is one of which nobody says anything
-  /// for a minute, because the process has ended.
+  /// Says whether a firing request was shown, which ends it. One that was not fires again at the
+  /// next crossing, unless it was removed or replaced meanwhile; so does one of which nobody says
+  /// anything for a minute, because the process has ended.
   void settle(const Firing& firing, bool isShown);
 
   /// Keeps the user info of a clicked notification for the application, which is not there; nothing
@@ -76,7 +74,7 @@ class NotificationStore {
   SQLite::Database* existing();
   SQLite::Database& database();
   void open();
-  static std::vector<Row> rows(SQLite::Database& database);
+  static std::vector<Row> rows(SQLite::Database& database, const char* query);
   static std::vector<Move> moves(SQLite::Database& database, const Location& fix,
                                  const Geodesy& geodesy);
 

@@ -21,7 +21,7 @@ NotificationTrigger::NotificationTrigger(const Services& services,
 
 void NotificationTrigger::review() {
   const auto isArmed = std::make_shared<bool>(false);
-  store_->enqueue([isArmed](NotificationStore& store) { *isArmed = store.hasRequests(); });
+  store_->enqueue([isArmed](NotificationStore& store) { *isArmed = !store.pending().empty(); });
   // A step of its own, which runs also when the store cannot be read.
   store_->enqueue([isArmed, weak = weak_from_this(), queue = mainQueue_](NotificationStore&) {
     queue->async([weak, isArmed = *isArmed] {
@@ -70,7 +70,7 @@ void NotificationTrigger::judge(const Location& fix) {
   store_->enqueue([fix, weak = weak_from_this(), queue = mainQueue_,
                    geodesy = geodesy_](NotificationStore& store) {
     auto firing = store.cross(fix, *geodesy);
-    const bool isArmed = store.hasRequests();
+    const bool isArmed = !store.pending().empty();
     queue->async([weak, isArmed, firing = std::move(firing)] {
       const auto self = weak.lock();
       if (!self) return;

@@ -87,7 +87,7 @@ TEST_F(Notify, ArmsOneEntryForEachSite) {
   EXPECT_THAT(userNotifications->pending(), ElementsAre(expected));
 
   const SitePtr bare = std::make_shared<const Site>(Site{.id = 9});
-  EXPECT_EQ(arm({bare, site(1, ""), site(2, "40.7 N"), site(3)}), kDone);
+  EXPECT_EQ(arm({bare, site(1, ""), nullptr, site(2, "40.7 N"), nullptr, site(3)}), kDone);
   EXPECT_THAT(pending(), ElementsAre("ovinta.notify 3"));
   EXPECT_EQ(userNotifications->pending()[0].content.userInfo,
             (Dictionary{{"message_source", "ovinta.notify"}}));
@@ -114,6 +114,19 @@ TEST_F(Notify, ReplacesItsOwnRequestsAlone) {
     EXPECT_EQ(outcome(), kDone) << "no permission is needed";
     EXPECT_EQ(pending().size(), 2u);
   }
+}
+
+TEST_F(Notify, EachCallFindsWhatTheCallsBeforeItHaveArmed) {
+  const auto armNext = [this](const auto&) { notify.createForSites({site(6)}, {}, tell()); };
+  notify.createForSites(sites(5), {}, tell());
+  notify.createForSites({site(7), site(8)}, {}, armNext);
+  notify.createForSites({site(9)}, {}, nullptr);
+  EXPECT_EQ(outcome(), std::string(kDone) + kDone);
+  EXPECT_THAT(pending(), ElementsAre("ovinta.notify 6"));
+  notify.createForSites(sites(5), {}, {});
+  notify.clear(tell());
+  EXPECT_EQ(outcome(), kDone);
+  EXPECT_THAT(pending(), ElementsAre());
 }
 
 TEST_F(Notify, NeedsLocationServicesAndPermission) {

@@ -129,6 +129,9 @@ TYPED_TEST(UserNotificationCenterTest, OneThatIsArmedInsideFiresAtTheNextEntry) 
   EXPECT_THAT(this->travel({40, 60}), IsEmpty());
   this->add({request("one")});
   EXPECT_THAT(this->travel({50, 500, 40}), ElementsAre("one"));
+  this->go(500);
+  this->add({request("two")});
+  EXPECT_THAT(this->travel({50}), ElementsAre("two")) << "where it was armed is known";
   EXPECT_THAT(this->travel({9000, 50}), ElementsAre("elsewhere"));
   EXPECT_THAT(this->pending(), IsEmpty());
 }

@@ -34,7 +34,7 @@ class DunstTest : public UserNotificationTest {
 
 TEST_F(DunstTest, ShowsTheNotificationAndTellsOfTheClick) {
   arm({requestFor("one")});
-  EXPECT_THAT(enter(), testing::IsEmpty());
+  enter();
   std::uint32_t displayed = 0;
   waitUntil([&] {
     service_.getProperties(kPath, kDunst, [&](const dbus::Properties& properties) {

@@ -86,6 +86,14 @@ class UserNotificationTest : public test::BusTest {
     return pendingOf(*center_);
   }
 
+  /// Until all that is being shown was shown.
+  void waitForPending(const std::vector<std::string>& identifiers) {
+    for (int look = 0; look < 1000 && pendingOf(*center_) != identifiers; ++look) {
+      passBy(kNotificationsName);
+    }
+    EXPECT_THAT(pendingOf(*center_), testing::ElementsAreArray(identifiers));
+  }
+
   void waitForClick() {
     waitUntil([&] { return !clicked_.empty(); });
     passBy(kNotificationsName);
