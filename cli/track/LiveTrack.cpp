@@ -109,8 +109,14 @@ void LiveTrack::followPermission() {
   } else if (permission != 2) {
     askPermission();
   } else if (!wasGranted_) {
-    fail("No Permission", kRefused);
+    followRefusal();
   }
+}
+
+void LiveTrack::followRefusal() {
+  // One of an earlier run may have been lifted since.
+  if (questions_ == 0) return askPermission();
+  if (std::chrono::steady_clock::now() >= nextQuestion_) fail("No Permission", kRefused);
 }
 
 void LiveTrack::askPermission() {

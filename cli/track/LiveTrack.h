@@ -36,6 +36,7 @@ class LiveTrack {
   /// more to follow.
   void watch();
   void followPermission();
+  void followRefusal();
   /// Asks again from time to time: an answer ends a question, and another one may come later.
   void askPermission();
   void tellPermission();

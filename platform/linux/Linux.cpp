@@ -108,7 +108,7 @@ std::shared_ptr<PositionHub> makePositionHub(PositionSource source,
                                              const Services& services) {
   auto hub = std::make_shared<PositionHub>(
       makePositionProvider(source, applicationID, systemBus, sessionBus, services),
-      services.mainQueue);
+      services.mainQueue, KeptAccess(services.settings, chosenSource(source)));
   const std::lock_guard lock(positionHubs().mutex);
   positionHubs().prune();
   positionHubs().entries.push_back({hub, services.mainQueue});

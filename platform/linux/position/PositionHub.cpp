@@ -92,8 +92,13 @@ class PositionHub::Stream : public PositionStream {
 };
 
 PositionHub::PositionHub(std::shared_ptr<PositionProvider> provider,
-                         std::shared_ptr<MainQueue> mainQueue)
-    : provider_(std::move(provider)), mainQueue_(std::move(mainQueue)) {}
+                         std::shared_ptr<MainQueue> mainQueue, std::optional<KeptAccess> kept)
+    : provider_(std::move(provider)), mainQueue_(std::move(mainQueue)), kept_(std::move(kept)) {
+  const auto last = kept_ ? kept_->load() : std::nullopt;
+  if (!last) return;
+  access_ = *last;
+  isOfOld_ = true;
+}
 
 PositionHub::~PositionHub() = default;
 
@@ -104,11 +109,16 @@ AuthorizationStatus PositionHub::status() const { return read(access_).status; }
 void PositionHub::findService() {
   if (std::exchange(hasLooked_, true)) return;
   watchArrivals();
-  provider_->findService(life_.guard([this](bool isThere) {
-    if (!isThere) return;
-    if (!isAsking_) arrivals_ = nullptr;
-    if (access_ == PositionAccess::absent) note(PositionAccess::undecided);
-  }));
+  provider_->findService(life_.guard([this](bool isThere) { noteService(isThere); }));
+}
+
+void PositionHub::noteService(bool isThere) {
+  if (!isThere) {
+    if (isOfOld_) note(PositionAccess::absent);
+    return;
+  }
+  if (!isAsking_) arrivals_ = nullptr;
+  if (access_ == PositionAccess::absent) note(PositionAccess::undecided);
 }
 
 void PositionHub::watchArrivals() {
@@ -183,8 +193,11 @@ void PositionHub::onStatusChanged(std::weak_ptr<const void> owner, std::function
 }
 
 void PositionHub::note(PositionAccess access) {
+  // A service that has not said yet takes nothing back.
+  if (isOfOld_ && access == PositionAccess::undecided) return;
+  isOfOld_ = false;
   const AuthorizationStatus before = status();
-  access_ = access;
+  if (access_.exchange(access) != access && kept_) kept_->store(access);
   if (status() == before) return;
   std::erase_if(observers_, [](const Observer& observer) { return observer.owner.expired(); });
   // A copy: a handler may make and destroy managers.

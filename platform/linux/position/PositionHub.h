@@ -8,6 +8,7 @@
 
 #include "platform/LocationManager.h"
 #include "platform/MainQueue.h"
+#include "platform/linux/position/KeptAccess.h"
 #include "platform/linux/position/PositionProvider.h"
 #include "platform/standard/Life.h"
 
@@ -17,7 +18,10 @@ namespace ovinta::platform::linux {
 /// Main thread only, save the two queries.
 class PositionHub {
  public:
-  PositionHub(std::shared_ptr<PositionProvider> provider, std::shared_ptr<MainQueue> mainQueue);
+  /// `kept`: where the last answer is kept, which is in force until there is another; absent where
+  /// each process begins without one.
+  PositionHub(std::shared_ptr<PositionProvider> provider, std::shared_ptr<MainQueue> mainQueue,
+              std::optional<KeptAccess> kept = {});
   ~PositionHub();
   PositionHub(const PositionHub&) = delete;
   PositionHub& operator=(const PositionHub&) = delete;
@@ -60,13 +64,17 @@ class PositionHub {
   void forget(const Stream& stream);
   void dismissRefusals();
   void noteAnswers();
+  void noteService(bool isThere);
   void note(PositionAccess access);
 
   const std::shared_ptr<PositionProvider> provider_;
   const std::shared_ptr<MainQueue> mainQueue_;
-  /// The strongest answer of the streams that are open, and the last one when none is. Absent at
-  /// first, when nobody has been asked.
+  const std::optional<KeptAccess> kept_;
+  /// The strongest answer of the streams that are open, and the last one when none is. At first
+  /// that of the process before, or absent, when nobody has been asked.
   std::atomic<PositionAccess> access_ = PositionAccess::absent;
+  /// Whether it is from the process before.
+  bool isOfOld_ = false;
   /// Those that are open.
   std::vector<Stream*> streams_;
   /// Whether the application waits for an answer.

@@ -3,16 +3,18 @@
 
 #include "platform/linux/position/PositionHub.h"
 #include "platform/simulation/VirtualTime.h"
+#include "platform/standard/Standard.h"
 
 namespace ovinta::platform::linux {
 namespace {
 
 using testing::ElementsAre;
+using testing::IsEmpty;
 
 /// Notes who asks.
 class Provider : public PositionProvider {
  public:
-  void findService(std::function<void(bool)> handler) override { handler(true); }
+  void findService(std::function<void(bool)> handler) override { handler(isThere); }
   std::shared_ptr<void> watchArrivals(const std::function<void()>& handler) override {
     onArrival = handler;
     const auto token = std::make_shared<int>();
@@ -24,6 +26,7 @@ class Provider : public PositionProvider {
     return std::make_unique<Stream>();
   }
 
+  bool isThere = true;
   std::vector<PositionHandlers> streams;
   std::function<void()> onArrival;
   /// Expires when nobody waits for the service.
@@ -37,7 +40,11 @@ class Provider : public PositionProvider {
 
 class PositionHubTest : public testing::Test {
  protected:
-  PositionHubTest() {
+  PositionHubTest() { begin(); }
+
+  /// Begins anew as another process does.
+  void begin() {
+    hub_ = std::make_shared<PositionHub>(provider_, time_.mainQueue(), kept_);
     hub_->onStatusChanged(life_.watch(), [this] { told_.push_back(hub_->status()); });
   }
 
@@ -55,7 +62,9 @@ class PositionHubTest : public testing::Test {
 
   simulation::VirtualTime time_{Date{}};
   std::shared_ptr<Provider> provider_ = std::make_shared<Provider>();
-  std::shared_ptr<PositionHub> hub_ = std::make_shared<PositionHub>(provider_, time_.mainQueue());
+  std::shared_ptr<SettingsStore> settings_ = standard::makeInMemorySettingsStore();
+  KeptAccess kept_{settings_, PositionSource::geoclue};
+  std::shared_ptr<PositionHub> hub_;
   standard::Life life_;
   std::vector<AuthorizationStatus> told_;
   int locations_ = 0;
@@ -79,6 +88,32 @@ TEST_F(PositionHubTest, AGrantThatGetsOutOfReachIsAskedForAgainWhenNobodyFollows
     EXPECT_TRUE(provider_->watch.expired()) << "nothing is left to wake for";
     hub_->askAgain();
     EXPECT_EQ(streams(), count) << "answered";
+  }
+}
+
+TEST_F(PositionHubTest, TheAnswerToTheProcessBeforeHoldsUntilThereIsAnother) {
+  for (const auto& [access, status] : {std::pair(PositionAccess::off, 1),
+                                       {PositionAccess::denied, 2},
+                                       {PositionAccess::grantedAlways, 3},
+                                       {PositionAccess::granted, 4}}) {
+    SCOPED_TRACE(status);
+    auto stream = open();
+    EXPECT_THAT(answer(streams() - 1, access), ElementsAre(status));
+    begin();
+    EXPECT_EQ(hub_->status(), status);
+    EXPECT_FALSE(KeptAccess(settings_, PositionSource::portal).load()) << "it was not asked";
+    stream = open();
+    for (const auto same : {PositionAccess::undecided, access}) {
+      EXPECT_THAT(answer(streams() - 1, same), IsEmpty());
+    }
+    begin();
+    provider_->isThere = status % 2 == 0;
+    hub_->findService();
+    stream = open();
+    answer(streams() - 1, PositionAccess::absent);
+    EXPECT_EQ(hub_->status(), 0) << "the service is gone";
+    begin();
+    EXPECT_EQ(hub_->status(), 0);
   }
 }
 

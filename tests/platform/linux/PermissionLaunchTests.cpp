@@ -1,0 +1,106 @@
+// The permission to follow the user as one launch of an application after the other finds it.
+#include <gmock/gmock.h>
+
+#include "OvintaSDK/core/Ovinta.h"
+#include "platform/linux/SystemLocationServices.h"
+#include "platform/linux/position/GeoClueStream.h"
+#include "platform/standard/Standard.h"
+#include "tests/platform/simulation/Sphere.h"
+#include "tests/support/GeoClueDouble.h"
+#include "tests/support/SDKFixture.h"
+
+namespace ovinta::platform::linux {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::EndsWith;
+using Mood = test::GeoClueDouble::Mood;
+
+const std::string kChanged = "\nposted locationAuthorizationChanged";
+const std::string kRefused = "\nposted locationNotAuthorized";
+const std::string kFetched = "\nposted ordersUpdated orders 7";
+
+std::string report(const std::string& permission) {
+  return "\nPOST m/v1/events as customer-token {\"order_id\":7,\"event_type\":"
+         "\"permission_update\",\"location_permission\":\"" +
+         permission + "\"}";
+}
+
+/// An application with an open order, whose settings stay from launch to launch.
+class PermissionLaunchTest : public test::SDKFixture {
+ protected:
+  PermissionLaunchTest() {
+    answer("POST", "m/v1/events", Answer::json(200, ""));
+    answer("GET", "m/v1/orders", ordersAnswer({test::requiredOrder()}));
+  }
+
+  /// Ends the launch before; what happens in the next one until its order is there.
+  std::string launch() {
+    Ovinta::stopLocationUpdates();
+    bus_ = std::make_shared<dbus::Bus>(daemon_.address(), time.mainQueue(), log);
+    hub_ = std::make_shared<PositionHub>(
+        std::make_shared<GeoClueProvider>(bus_, time.mainQueue(),
+                                          GeoClueProvider::Options{.desktopID = "org.example.app"}),
+        time.mainQueue(), KeptAccess(services.settings, PositionSource::geoclue));
+    restartWith([this](Services& changed) {
+      changed.notificationCenter = standard::makeNotificationCenter();
+      changed.location = std::make_shared<SystemLocationServices>(
+          hub_,
+          std::make_shared<BeaconScanner>(bus_, time.mainQueue(), log, BeaconScanner::Settings{}),
+          std::make_shared<simulation::Sphere>());
+    });
+    signIn();
+    Ovinta::configure({});
+    Ovinta::orders().fetch();
+    return outcome({"posted", "POST"});
+  }
+
+  void waitUntil(const std::function<bool()>& condition) {
+    const auto progress = [&] {
+      queues->runAll();
+      http->deliverAll();
+      return condition();
+    };
+    ASSERT_TRUE(time.waitUntil(progress, 30s));
+  }
+
+  /// What happens until GeoClue has been asked to start so many clients, and has answered.
+  std::string answers(std::size_t starts) {
+    waitUntil([&] { return geoclue_.service().count("Start") == starts; });
+    bool isAnswered = false;
+    dbus::Service geoclue(bus_, kGeoClueName);
+    geoclue.getProperties("/", "none", [&](const auto&) { isAnswered = true; });
+    waitUntil([&] { return isAnswered; });
+    return outcome({"posted", "POST"});
+  }
+
+  replay::PrivateBus daemon_;
+  test::GeoClueDouble geoclue_{daemon_};
+  std::shared_ptr<dbus::Bus> bus_;
+  std::shared_ptr<PositionHub> hub_;
+};
+
+TEST_F(PermissionLaunchTest, IsToldWhenItIsAnotherThanAtTheLaunchBefore) {
+  EXPECT_EQ(launch(),
+            kChanged + kRefused + kFetched + "\nposted locationAuthorizationNotDetermined");
+  hub_->askPermission();
+  EXPECT_EQ(answers(1), kChanged + report("authorized_when_in_use"));
+  waitUntil([&] { return geoclue_.service().count("Start") == 3; });
+
+  EXPECT_EQ(launch(), kChanged + kFetched) << "as before";
+  EXPECT_EQ(answers(5), "");
+  geoclue_.setMood(Mood::disallowing);
+  EXPECT_EQ(launch(), kChanged + kFetched);
+  EXPECT_EQ(answers(7), kChanged + kRefused + report("denied")) << "withdrawn meanwhile";
+
+  EXPECT_EQ(launch(), kChanged + kRefused + kFetched + kRefused);
+  hub_->askPermission();
+  EXPECT_EQ(answers(8), "") << "withdrawn as before";
+  geoclue_.setMood(Mood::willing);
+  launch();
+  hub_->askPermission();
+  EXPECT_THAT(answers(9), EndsWith(report("authorized_when_in_use")));
+}
+
+}  // namespace
+}  // namespace ovinta::platform::linux
