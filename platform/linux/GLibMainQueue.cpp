@@ -34,9 +34,11 @@ void rememberMainThread() { mainThread(); }
 /// The waiting tasks and the GLib source that runs them.
 class GLibMainQueue::Source {
  public:
-  /// Attaches a new source; GLib keeps the object until `detach`.
-  static std::shared_ptr<Source> attach() {
-    auto self = std::make_shared<Source>();
+  explicit Source(Now now) : now_(std::move(now)) {}
+
+  /// Attaches a new source; GLib keeps the object until it is detached.
+  static std::shared_ptr<Source> attach(Now now) {
+    auto self = std::make_shared<Source>(now ? std::move(now) : Now(&g_get_monotonic_time));
     static GSourceFuncs functions = [] {
       GSourceFuncs table{};
       table.dispatch = [](GSource*, GSourceFunc callback, gpointer data) { return callback(data); };
@@ -56,47 +58,82 @@ class GLibMainQueue::Source {
     return self;
   }
 
+  void add(TimeInterval delay, Task task, bool isAwaited = false) {
+    const std::lock_guard lock(mutex_);
+    const std::int64_t now = now_();
+    const auto wait =
+        std::clamp<std::int64_t>(delay.count(), 0, std::numeric_limits<std::int64_t>::max() - now);
+    tasks_.emplace(now + wait, Waiting{std::move(task), isAwaited});
+    arm();
+  }
+
+  /// The queue is gone: drops the tasks for which nobody waits, and detaches once there is none.
+  void close() {
+    Tasks dropped;
+    std::unique_lock lock(mutex_);
+    isClosed_ = true;
+    std::swap(dropped, tasks_);
+    for (auto next = dropped.begin(); next != dropped.end();) {
+      const auto entry = next++;
+      if (entry->second.isAwaited) tasks_.insert(dropped.extract(entry));
+    }
+    arm();
+    const bool isOver = tasks_.empty();
+    lock.unlock();
+    if (isOver) detach();
+  }
+
+ private:
+  struct Waiting {
+    Task task;
+    /// Whether a thread stands still until it has run.
+    bool isAwaited;
+  };
+  using Tasks = std::multimap<std::int64_t, Waiting>;
+
+  /// No exception may cross the frames of GLib, which called this: one ends the process here.
+  void runNext() noexcept {
+    Task task;
+    bool isLast = false;
+    {
+      const std::lock_guard lock(mutex_);
+      const auto first = tasks_.begin();
+      if (first == tasks_.end() || first->first > now_()) return arm();
+      task = std::move(first->second.task);
+      tasks_.erase(first);
+      arm();
+      isLast = isClosed_ && tasks_.empty();
+    }
+    task();
+    if (isLast) detach();
+  }
+
   void detach() {
     g_source_destroy(source_);
     g_source_unref(source_);
   }
 
-  void add(TimeInterval delay, Task task) {
-    const std::lock_guard lock(mutex_);
-    const std::int64_t now = g_get_monotonic_time();
-    const auto wait =
-        std::clamp<std::int64_t>(delay.count(), 0, std::numeric_limits<std::int64_t>::max() - now);
-    tasks_.emplace(now + wait, std::move(task));
-    arm();
-  }
-
- private:
-  /// No exception may cross the frames of GLib, which called this: one ends the process here.
-  void runNext() noexcept {
-    Task task;
-    {
-      const std::lock_guard lock(mutex_);
-      const auto first = tasks_.begin();
-      if (first == tasks_.end() || first->first > g_get_monotonic_time()) return arm();
-      task = std::move(first->second);
-      tasks_.erase(first);
-      arm();
-    }
-    task();
-  }
-
   /// Call with the lock held.
-  void arm() { g_source_set_ready_time(source_, tasks_.empty() ? -1 : tasks_.begin()->first); }
+  void arm() {
+    if (tasks_.empty()) return g_source_set_ready_time(source_, -1);
+    // The loop goes by its own clock.
+    const std::int64_t wait = tasks_.begin()->first - now_();
+    const std::int64_t loopNow = g_get_monotonic_time();
+    const std::int64_t most = std::numeric_limits<std::int64_t>::max() - loopNow;
+    g_source_set_ready_time(source_, loopNow + std::clamp<std::int64_t>(wait, 0, most));
+  }
 
+  const Now now_;
   std::mutex mutex_;
-  /// By due time, in microseconds of the monotonic clock; equal ones in the order of submission.
-  std::multimap<std::int64_t, Task> tasks_;
+  /// By due time; equal ones in the order of submission.
+  Tasks tasks_;
+  bool isClosed_ = false;
   GSource* source_ = nullptr;
 };
 
-GLibMainQueue::GLibMainQueue() : source_(Source::attach()) {}
+GLibMainQueue::GLibMainQueue(Now now) : source_(Source::attach(std::move(now))) {}
 
-GLibMainQueue::~GLibMainQueue() { source_->detach(); }
+GLibMainQueue::~GLibMainQueue() { source_->close(); }
 
 bool GLibMainQueue::isMain() const { return ::gettid() == mainThread(); }
 
@@ -108,12 +145,17 @@ void GLibMainQueue::asyncAfter(TimeInterval delay, Task task) {
 
 void GLibMainQueue::sync(Task task) {
   if (isMain()) return task();
+  // The queue may be destroyed meanwhile.
+  const auto source = source_;
   auto ended = std::make_shared<std::promise<void>>();
   const auto end = ended->get_future();
-  async([&task, ended = std::move(ended)] {
-    task();
-    ended->set_value();
-  });
+  source->add(
+      TimeInterval::zero(),
+      [&task, ended = std::move(ended)] {
+        task();
+        ended->set_value();
+      },
+      true);
   end.wait();
 }
 

@@ -12,7 +12,8 @@ constexpr std::uint32_t kExists = 3;
 
 }  // namespace
 
-BusDaemon::BusDaemon(std::shared_ptr<Bus> bus) : service_(std::move(bus), kBusName) {}
+BusDaemon::BusDaemon(std::shared_ptr<Bus> bus, std::string name)
+    : service_(std::move(bus), std::move(name)) {}
 
 void BusDaemon::call(const char* method, const Glib::VariantContainerBase& arguments,
                      Service::Completion completion) {
@@ -20,10 +21,11 @@ void BusDaemon::call(const char* method, const Glib::VariantContainerBase& argum
 }
 
 void BusDaemon::ask(const char* method, const Glib::VariantContainerBase& arguments,
-                    const Service::Completion& completion) {
-  call(method, arguments, [this, method, arguments, completion](const Reply& reply) {
+                    const Service::Completion& completion, int questions) {
+  call(method, arguments, [this, method, arguments, completion, questions](const Reply& reply) {
     const bool isLate = reply.failure && reply.failure->name == kNoReply;
-    isLate ? ask(method, arguments, completion) : completion(reply);
+    if (!isLate || questions == 1) return completion(reply);
+    ask(method, arguments, completion, questions - 1);
   });
 }
 

@@ -11,10 +11,13 @@
 namespace ovinta::platform::linux::dbus {
 
 /// What the bus itself does for its clients. A question about names that it does not answer in time
-/// is asked again. Main thread only; handlers as with `Service`.
+/// is asked again, `kMostQuestions` times in all. Main thread only; handlers as with `Service`.
 class BusDaemon {
  public:
-  explicit BusDaemon(std::shared_ptr<Bus> bus);
+  static constexpr int kMostQuestions = 6;
+
+  /// `name`: whom to ask.
+  explicit BusDaemon(std::shared_ptr<Bus> bus, std::string name = kBusName);
 
   /// Tells why the bus cannot be reached; nothing when it can.
   void reach(std::function<void(const std::optional<Failure>&)> completion);
@@ -22,14 +25,14 @@ class BusDaemon {
   /// Whether a client that asks for a name somebody has is to wait until it is free.
   enum class IfTaken { wait, giveUp };
 
-  /// Tells whether the connection has the name or waits for it.
+  /// Tells whether the connection has the name or waits for it; not when there is no answer.
   void requestName(const std::string& name, IfTaken ifTaken, std::function<void(bool)> completion);
   void releaseName(const std::string& name);
 
   /// Has the bus start the service if it knows how and it does not run.
   void start(const std::string& name);
 
-  /// The names that are on the bus now; none when the bus is gone.
+  /// The names that are on the bus now; none when the bus is gone or does not answer.
   void listNames(std::function<void(const std::set<std::string>&)> completion);
 
   /// Has `handler` told when somebody takes or gives up the name or one that begins with it and a
@@ -43,7 +46,7 @@ class BusDaemon {
   void call(const char* method, const Glib::VariantContainerBase& arguments,
             Service::Completion completion = {});
   void ask(const char* method, const Glib::VariantContainerBase& arguments,
-           const Service::Completion& completion);
+           const Service::Completion& completion, int questions = kMostQuestions);
 
   Service service_;
 };

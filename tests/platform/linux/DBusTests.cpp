@@ -1,6 +1,8 @@
+#include <atomic>
 #include <clocale>
 #include <cstdlib>
 
+#include "platform/linux/dbus/BusDaemon.h"
 #include "platform/linux/dbus/Service.h"
 #include "tests/support/BusFixture.h"
 #include "tests/support/DeathTest.h"
@@ -122,6 +124,28 @@ TEST_F(DBusTest, ABusThatIsGoneIsLookedForEverMoreRarelyWhileSomebodyListens) {
   third.addObject(kPath, kName);
   EXPECT_EQ(call("Echo", arguments("hello")), "hello");
   waitUntil([&] { return arrivals > 0; });
+}
+
+TEST_F(DBusTest, ABusThatDoesNotAnswerIsAskedAgainAFewTimes) {
+  std::atomic<std::size_t> silences = 0;
+  ServiceDouble slow(daemon_, "org.example.Bus", {{"ListNames", ""}, {"RequestName", "su"}},
+                     [&](const auto& call) -> ServiceDouble::Answer {
+                       if (slow.count(call.method) <= silences) return Failure{kNoReply, "late"};
+                       return arguments(std::vector<Glib::ustring>{"org.example.App"});
+                     });
+  slow.addObject(kBusPath, kBusName);
+  BusDaemon names(bus_, "org.example.Bus");
+  silences = BusDaemon::kMostQuestions - 1;
+  std::optional<std::set<std::string>> found;
+  names.listNames([&](const auto& all) { found = all; });
+  waitUntil([&] { return found.has_value(); });
+  EXPECT_THAT(found.value(), ElementsAre("org.example.App"));
+  ++silences;
+  std::optional<bool> isOurs;
+  names.requestName("org.example.App", BusDaemon::IfTaken::wait, [&](bool is) { isOurs = is; });
+  waitUntil([&] { return isOurs.has_value(); });
+  EXPECT_FALSE(isOurs.value());
+  EXPECT_EQ(slow.count("RequestName"), silences);
 }
 
 TEST_F(DBusTest, TheBusMayEndWithCallsUnderWay) {

@@ -3,6 +3,9 @@
 #include <gmock/gmock.h>
 
 #include <chrono>
+#include <cstdint>
+#include <memory>
+#include <semaphore>
 #include <string>
 #include <thread>
 #include <vector>
@@ -26,7 +29,8 @@ class GLibMainQueueTest : public testing::Test {
     };
   }
 
-  GLibMainQueue queue_;
+  std::int64_t now_ = 0;
+  GLibMainQueue queue_{[this] { return now_; }};
   std::vector<std::string> calls_;
 };
 
@@ -37,10 +41,8 @@ TEST_F(GLibMainQueueTest, RunsTasksByDueTimeThenBySubmissionAndNeverInsideTheCal
   queue_.async([this] {
     queue_.async(record("nested"));
     calls_.push_back("second");
-    // Until everything is due: the order must not follow from when the loop came round.
-    const auto due = std::chrono::steady_clock::now() + microseconds(2500);
-    while (std::chrono::steady_clock::now() < due) {
-    }
+    // Everything is due: the order must not follow from when the loop came round.
+    now_ = 2500;
     queue_.async(quitMainLoop);
   });
   queue_.async(record("third"));
@@ -96,14 +98,26 @@ TEST_F(GLibMainQueueTest, QuittingEndsTheLoopAfterTheTaskInProgressOrBeforeTheFi
   EXPECT_THAT(calls_, ElementsAre("next run"));
 }
 
-TEST_F(GLibMainQueueTest, DropsItsTasksWithItself) {
-  auto queue = std::make_unique<GLibMainQueue>();
+TEST_F(GLibMainQueueTest, DropsTheTasksWithItselfForWhichNobodyWaits) {
+  std::counting_semaphore<> asked(0);
+  // A task is timed when it is submitted.
+  auto queue = std::make_unique<GLibMainQueue>([&] {
+    if (!queue_.isMain()) asked.release();
+    return 0;
+  });
   const auto held = std::make_shared<int>();
   queue->async([held] { ADD_FAILURE() << "was dropped"; });
+  std::thread other([&, waiting = queue.get()] {
+    waiting->sync(record("sync"));
+    calls_.push_back("after sync");
+    quitMainLoop();
+  });
+  asked.acquire();
   queue.reset();
   EXPECT_EQ(held.use_count(), 1);
-  queue_.async(quitMainLoop);
   runMainLoop();
+  other.join();
+  EXPECT_THAT(calls_, ElementsAre("sync", "after sync"));
 }
 
 TEST_F(GLibMainQueueTest, TheLoopRefusesAnotherThread) {
