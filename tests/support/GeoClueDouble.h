@@ -60,9 +60,10 @@ class GeoClueDouble {
     });
   }
 
-  /// The user's switch, while clients run.
+  /// The user's switch: clients that run are told, others cannot start while it is off.
   void switchLocation(bool isOn) {
     service_.sync([&] {
+      isOn_ = isOn;
       for (auto& [path, client] : clients_) {
         client.isRunning = isOn;
         service_.change(path, kClient, {{"Active", dbus::write(isOn)}}, client.owner);
@@ -124,7 +125,7 @@ class GeoClueDouble {
       return denied("'DesktopId' property must be set");
     }
     if (mood_ == Mood::disallowing) return denied("'tests' disallowed by configuration for UID 0");
-    if (mood_ == Mood::disabled) return denied("Geolocation disabled for UID 0");
+    if (mood_ == Mood::disabled || !isOn_) return denied("Geolocation disabled for UID 0");
     Client& client = clients_[path];
     client.isRunning = true;
     service_.afterAnswer([this, path, owner = client.owner] {
@@ -134,6 +135,7 @@ class GeoClueDouble {
   }
 
   Mood mood_ = Mood::willing;
+  bool isOn_ = true;
   std::map<std::string, Client> clients_;
   std::string lastClient_;
   int objectCount_ = 0;

@@ -72,6 +72,7 @@ TEST_F(OvintaTest, ConfigureHasTheMainThreadMakeTheUpdater) {
   other.join();
   EXPECT_NE(OvintaState::current().locationUpdater(), nullptr);
   EXPECT_THAT(locationServices->madeOnMain, testing::ElementsAre(true));
+  EXPECT_TRUE(device->isBatteryMonitoringEnabled());
 }
 
 TEST_F(OvintaTest, VersionsAreReadOnce) {

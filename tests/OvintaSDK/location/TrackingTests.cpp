@@ -115,9 +115,9 @@ TEST_F(Tracking, WatchesTheBeaconRegionsOfAllOpenOrders) {
                                             platformRegion({}, {})));
   EXPECT_EQ(location->monitoredRegions().size(), 1u) << "keyed by the one identifier";
 
-  fetchOrders({orderWithRegions(4, {region({{"major", 5}})})});
-  EXPECT_THAT(location->rangedRegions(), testing::ElementsAre(platformRegion(5, {})));
-  EXPECT_THAT(location->monitoredRegions(), testing::ElementsAre(platformRegion(5, {})));
+  fetchOrders({orderWithRegions(4, {region({{"major", 65535}})})});
+  EXPECT_THAT(location->rangedRegions(), testing::ElementsAre(platformRegion(65535, {})));
+  EXPECT_THAT(location->monitoredRegions(), testing::ElementsAre(platformRegion(65535, {})));
 }
 
 TEST(TrackingProfile, FollowsTheTableUpToItsBorders) {
@@ -144,9 +144,14 @@ TEST(TrackingProfile, FollowsTheTableUpToItsBorders) {
 
 TEST_F(Tracking, AdaptsToTheDistanceAndTheBattery) {
   start();
-  const std::pair<double, BatteryState> rows[] = {
-      {5000, BatteryState::unplugged}, {5500, BatteryState::charging}, {400, BatteryState::full}};
-  for (const auto& [metres, battery] : rows) {
+  constexpr auto kFar = ActivityType::automotiveNavigation;
+  const std::tuple<double, BatteryState, TrackingProfile> rows[] = {
+      {5000, BatteryState::unplugged, {LocationAccuracy::best, kFar, 400}},
+      {5500, BatteryState::charging, {LocationAccuracy::best, kFar, 200}},
+      {400,
+       BatteryState::full,
+       {LocationAccuracy::bestForNavigation, ActivityType::otherNavigation, 30}}};
+  for (const auto& [metres, battery, expected] : rows) {
     device->setBatteryState(battery);
     Ovinta::stopLocationUpdates();
     fetchOrders({orderAtZero()});
@@ -154,7 +159,7 @@ TEST_F(Tracking, AdaptsToTheDistanceAndTheBattery) {
     advance(3s);
     EXPECT_EQ((TrackingProfile{location->desiredAccuracy().value(), location->activityType(),
                                location->distanceFilter()}),
-              trackingProfile(metres, battery));
+              expected);
   }
 }
 

@@ -116,6 +116,10 @@ TEST_F(BlueZTest, ResumesWheneverItCan) {
     bluez_.restart();
     for (const auto* adapter : {"hci0", "hci1"}) expectResumes(adapter);
   }
+  // As while somebody else's stop is under way: nothing discovers then.
+  bluez_.fail("StartDiscovery", {"org.bluez.Error.InProgress", "Operation already in progress"});
+  bluez_.restart();
+  for (const auto* adapter : {"hci0", "hci1"}) expectResumes(adapter);
   bluez_.service().setForbidden(true);
   bluez_.removeAdapter("hci1");
   bluez_.addAdapter("hci1");
