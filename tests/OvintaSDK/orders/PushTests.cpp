@@ -37,7 +37,7 @@ TEST_F(PushPayload, ChangesTheOrderThatItNames) {
 }
 
 TEST_F(PushPayload, LeavesOpenAsTheLastOfSeveralThreadsFoundAll) {
-  constexpr int kOrders = 100;
+  constexpr int kOrders = 300;
   std::vector<Dictionary> records;
   for (int id = 0; id < kOrders; ++id) records.push_back(requiredOrder(id));
   fetchOrders(records);

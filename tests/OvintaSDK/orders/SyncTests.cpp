@@ -1,14 +1,15 @@
 // The order store as a mirror of the list of orders.
 #include <gmock/gmock.h>
 
+#include <atomic>
+#include <functional>
+#include <thread>
 #include <tuple>
 
 #include "OvintaSDK/core/Ovinta.h"
 #include "OvintaSDK/core/OvintaState.h"
 #include "OvintaSDK/model/CoreOrder.h"
 #include "OvintaSDK/orders/SyncOrdersOperation.h"
-#include "platform/linux/SQLitePersistentContainer.h"
-#include "tests/support/AtOnce.h"
 #include "tests/support/BrokenContainer.h"
 #include "tests/support/SDKFixture.h"
 
@@ -77,18 +78,54 @@ TEST_F(Sync, FollowsAListThatTheApplicationSets) {
   EXPECT_THAT(stored(), IsEmpty());
 }
 
+/// Queues that call `onAdd` before each operation is added.
+struct ObservedQueues : platform::OperationQueueFactory {
+  struct Queue : platform::OperationQueue {
+    void addOperation(std::shared_ptr<platform::Operation> operation) override {
+      onAdd();
+      inner->addOperation(std::move(operation));
+    }
+    void setMaxConcurrentOperationCount(std::size_t count) override {
+      inner->setMaxConcurrentOperationCount(count);
+    }
+    std::size_t maxConcurrentOperationCount() const override {
+      return inner->maxConcurrentOperationCount();
+    }
+    std::shared_ptr<platform::OperationQueue> inner;
+    std::function<void()> onAdd;
+  };
+
+  std::shared_ptr<platform::OperationQueue> makeQueue() override {
+    const auto queue = std::make_shared<Queue>();
+    queue->inner = inner->makeQueue();
+    queue->onAdd = [this] { onAdd(); };
+    return queue;
+  }
+  std::shared_ptr<platform::OperationQueueFactory> inner;
+  std::function<void()> onAdd = [] {};
+};
+
 TEST_F(Sync, EndsWithTheListThatWasSetLastByWhicheverThread) {
-  restartWith([](platform::Services& changed) {
-    changed.persistentContainers =
-        std::make_shared<platform::linux::SQLitePersistentContainerFactory>(std::nullopt);
-  });
+  const auto observed = std::make_shared<ObservedQueues>();
+  observed->inner = queues;
+  restartWith([&](platform::Services& changed) { changed.operationQueues = observed; });
   OrdersManager& orders = Ovinta::orders();
   const OrderList one{decodeOrder(requiredOrder(1))}, two{decodeOrder(requiredOrder(2))};
-  for (int round = 0; round < 200; ++round) {
-    atOnce([&] { orders.setAll(one); }, [&] { orders.setAll(two); });
-    drain();
-    ASSERT_EQ(std::get<0>(stored().at(0)), orders.all()->at(0)->id) << round;
-  }
+  std::atomic<bool> isAdding = false, hasOvertaken = false;
+  std::thread other([&] {
+    while (!isAdding) std::this_thread::yield();
+    orders.setAll(two);
+    hasOvertaken = true;
+  });
+  observed->onAdd = [&] {
+    if (isAdding.exchange(true)) return;
+    // The other has every chance to overtake.
+    for (int i = 0; i < 200 && !hasOvertaken; ++i) std::this_thread::yield();
+  };
+  orders.setAll(one);
+  other.join();
+  drain();
+  EXPECT_EQ(std::get<0>(stored().at(0)), orders.all()->at(0)->id);
 }
 
 TEST_F(Sync, DisturbsNothingWhenItFails) {
