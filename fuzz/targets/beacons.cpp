@@ -28,7 +28,7 @@ Glib::VariantBase propertiesIn(std::string_view text) {
   GVariant* const value = g_variant_parse(G_VARIANT_TYPE_VARDICT, text.data(),
                                           text.data() + text.size(), nullptr, &error);
   g_clear_error(&error);
-  return Glib::VariantBase(value ? g_variant_ref_sink(value) : nullptr);
+  return Glib::VariantBase(value);
 }
 
 /// Each line: what is told of a device, by the letter that it begins with.
