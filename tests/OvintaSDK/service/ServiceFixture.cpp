@@ -79,7 +79,7 @@ OperationInputs ServiceFixture::makeInputs() {
   const auto order = speaker->createOrder();
   inputs.code = order.text("redemption_code");
   inputs.claimCode = speaker->offerOrder();
-  inputs.event.orderID = *platform::find<std::int64_t>(order.record(), "id");
+  inputs.event = OrderEvent::rating(*platform::find<std::int64_t>(order.record(), "id"), 5, {});
   return inputs;
 }
 
