@@ -6,15 +6,14 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstring>
 #include <span>
+#include <utility>
 
 namespace ovinta::sandbox {
 namespace {
-
-constexpr std::string_view kLineEnd = "\r\n";
-constexpr std::string_view kHeadEnd = "\r\n\r\n";
 
 thread_local Connection* currentConnection = nullptr;
 
@@ -40,17 +39,16 @@ void readAddress(int socket, NameOf nameOf, std::string& ip, int& port) {
   }
 }
 
-std::string_view trimmed(std::string_view text) {
-  constexpr std::string_view kBlanks = " \t";
-  const auto first = text.find_first_not_of(kBlanks);
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
-}
-
 }  // namespace
 
-Connection::Connection(int socket, std::chrono::seconds patience, const WakeSignal& stop)
-    : socket_(socket), patience_(patience), stop_(stop), outer_(currentConnection) {
+Connection::Connection(int socket, std::unique_ptr<IncomingRequest> request,
+                       std::chrono::milliseconds patience, const WakeSignal& stop)
+    : socket_(socket),
+      request_(std::move(request)),
+      patience_(patience),
+      stop_(stop),
+      unread_(request_->text()),
+      outer_(currentConnection) {
   currentConnection = this;
 }
 
@@ -60,20 +58,6 @@ Connection::~Connection() {
 }
 
 Connection& Connection::current() { return *currentConnection; }
-
-Connection::HeaderFields Connection::headers() const {
-  HeaderFields fields;
-  std::string_view rest = std::string_view(head_).substr(0, head_.find(kHeadEnd));
-  // The first line is the request's own.
-  for (auto end = rest.find(kLineEnd); end != std::string_view::npos; end = rest.find(kLineEnd)) {
-    rest.remove_prefix(end + kLineEnd.size());
-    const std::string_view line = rest.substr(0, rest.find(kLineEnd));
-    const auto colon = line.find(':');
-    if (colon == std::string_view::npos) continue;
-    fields.emplace_back(line.substr(0, colon), trimmed(line.substr(colon + 1)));
-  }
-  return fields;
-}
 
 bool Connection::waitForHangUp(const WakeSignal& end,
                                std::optional<std::chrono::milliseconds> limit) const {
@@ -87,38 +71,36 @@ bool Connection::waitForHangUp(const WakeSignal& end,
 void Connection::close() {
   if (socket_ < 0) return;
   ::shutdown(socket_, SHUT_RDWR);
-  ::close(std::exchange(socket_, -1));
+  ::close(release());
 }
 
 void Connection::reset() {
   if (socket_ < 0) return;
   const linger atOnce{.l_onoff = 1, .l_linger = 0};
   ::setsockopt(socket_, SOL_SOCKET, SO_LINGER, &atOnce, sizeof atOnce);
-  ::close(std::exchange(socket_, -1));
+  ::close(release());
 }
 
-int Connection::awaitClient(int events) const {
-  std::array<pollfd, 2> watched = {
-      {{.fd = socket_, .events = static_cast<short>(events), .revents = 0},
-       {.fd = stop_.descriptor(), .events = POLLIN, .revents = 0}}};
-  return socket_ >= 0 && await(watched, patience_) > 0 ? watched[0].revents : 0;
+int Connection::release() { return std::exchange(socket_, -1); }
+
+bool Connection::awaitClient() const {
+  std::array<pollfd, 2> watched = {{{.fd = socket_, .events = POLLOUT | POLLRDHUP, .revents = 0},
+                                    {.fd = stop_.descriptor(), .events = POLLIN, .revents = 0}}};
+  return socket_ >= 0 && await(watched, patience_) > 0 && watched[0].revents == POLLOUT;
 }
 
-bool Connection::is_readable() const { return !unread_.empty() || awaitClient(POLLIN) != 0; }
-
-bool Connection::is_writable() const { return awaitClient(POLLOUT | POLLRDHUP) == POLLOUT; }
-
-bool Connection::fill() {
-  if (awaitClient(POLLIN) == 0) return false;
-  const auto count = ::recv(socket_, buffer_.data(), buffer_.size(), 0);
-  if (count <= 0) return false;
-  unread_ = {buffer_.data(), static_cast<std::size_t>(count)};
-  if (head_.find(kHeadEnd) == std::string::npos) head_ += unread_;
+bool Connection::is_writable() const {
+  if (!awaitClient()) return false;
+  while (!unsent_.empty()) {
+    const auto count = sendSome(socket_, unsent_);
+    if (!count) return false;
+    unsent_.erase(0, *count);
+    if (!awaitClient()) return false;
+  }
   return true;
 }
 
 ssize_t Connection::read(char* bytes, std::size_t size) {
-  if (unread_.empty() && !fill()) return -1;
   const std::size_t count = std::min(size, unread_.size());
   std::memcpy(bytes, unread_.data(), count);
   unread_.remove_prefix(count);
@@ -126,13 +108,9 @@ ssize_t Connection::read(char* bytes, std::size_t size) {
 }
 
 ssize_t Connection::write(const char* bytes, std::size_t size) {
-  std::size_t sent = 0;
-  while (sent < size) {
-    if (awaitClient(POLLOUT) == 0) return -1;
-    const auto count = ::send(socket_, bytes + sent, size - sent, MSG_NOSIGNAL | MSG_DONTWAIT);
-    if (count < 0 && errno != EAGAIN && errno != EINTR) return -1;
-    sent += static_cast<std::size_t>(std::max<ssize_t>(count, 0));
-  }
+  const auto count = unsent_.empty() ? sendSome(socket_, {bytes, size}) : 0;
+  if (!count) return -1;
+  unsent_.append(bytes + *count, size - *count);
   return static_cast<ssize_t>(size);
 }
 
@@ -142,6 +120,22 @@ void Connection::get_remote_ip_and_port(std::string& ip, int& port) const {
 
 void Connection::get_local_ip_and_port(std::string& ip, int& port) const {
   readAddress(socket_, ::getsockname, ip, port);
+}
+
+std::optional<std::size_t> sendSome(int socket, std::string_view text) {
+  std::size_t sent = 0;
+  while (sent < text.size()) {
+    const auto count =
+        ::send(socket, text.data() + sent, text.size() - sent, MSG_NOSIGNAL | MSG_DONTWAIT);
+    if (count >= 0) {
+      sent += static_cast<std::size_t>(count);
+    } else if (errno == EAGAIN) {
+      break;
+    } else if (errno != EINTR) {
+      return std::nullopt;
+    }
+  }
+  return sent;
 }
 
 }  // namespace ovinta::sandbox

@@ -1,8 +1,10 @@
 #include "sandbox/Delivery.h"
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "sandbox/Connection.h"
@@ -49,19 +51,41 @@ void sendNothing(const Answer& answer) {
 void sendSpoilt(const Delivery& delivery, Answer answer, httplib::Response& reply) {
   const std::size_t announced = delivery.announced.value_or(answer.body.size());
   const std::size_t sent = delivery.sent.value_or(answer.body.size());
-  reply.set_content_provider(announced, answer.contentType,
-                             [body = std::move(answer.body), sent, end = delivery.end](
-                                 std::size_t offset, std::size_t, httplib::DataSink& sink) {
-                               if (offset < sent) {
-                                 return sink.write(body.data(),
-                                                   std::min(body.size(), sent - offset));
-                               }
-                               if (end == Delivery::End::reset) Connection::current().reset();
-                               return false;
-                             });
+  reply.set_content_provider(
+      announced, answer.contentType,
+      [body = std::move(answer.body), sent, end = delivery.end, place = std::move(answer.place)](
+          std::size_t offset, std::size_t, httplib::DataSink& sink) {
+        if (!sink.is_writable()) return false;
+        if (offset < sent) {
+          return sink.write(body.data(), std::min(body.size(), sent - offset));
+        }
+        if (end == Delivery::End::reset) Connection::current().reset();
+        return false;
+      });
 }
 
+struct Reason {
+  int status;
+  std::string_view phrase;
+};
+
+constexpr std::array<Reason, 6> kReasons = {{{400, "Bad Request"},
+                                             {403, "Forbidden"},
+                                             {408, "Request Timeout"},
+                                             {413, "Payload Too Large"},
+                                             {414, "URI Too Long"},
+                                             {431, "Request Header Fields Too Large"}}};
+
 }  // namespace
+
+std::string wireText(const Answer& answer, bool withBody) {
+  const auto reason = std::ranges::find(kReasons, answer.status, &Reason::status);
+  std::string text = "HTTP/1.1 " + std::to_string(answer.status) + " ";
+  text.append(reason == kReasons.end() ? "Refused" : reason->phrase).append("\r\n");
+  text.append("Connection: close\r\nContent-Type: ").append(answer.contentType).append("\r\n");
+  text.append("Content-Length: " + std::to_string(answer.body.size()) + "\r\n\r\n");
+  return withBody ? text + answer.body : text;
+}
 
 void deliver(Answer answer, httplib::Response& reply) {
   if (answer.status == 0) return sendNothing(answer);

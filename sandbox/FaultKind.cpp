@@ -150,7 +150,7 @@ constexpr std::array<FaultKind, 15> kKinds = {{
     {"reset_in_body", after, {}, resetInBody},
     {"redirect_same_origin", instead, {}, redirectHere},
     {"redirect_other_origin", instead, {}, redirectElsewhere},
-    {"oversize_body", instead, kLengthSettings, giveTooMuch},
+    {"oversize_body", instead, kLengthSettings, giveTooMuch, true},
     {"upgrade_required", instead, {}, demandUpgrade},
     {"gone", instead, {}, beGone},
 }};

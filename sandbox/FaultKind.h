@@ -30,7 +30,7 @@ struct FaultKind {
   /// Spoils the answer: the endpoint's own where the moment is `after`, else an empty one. Null
   /// where the moment is `before`.
   void (*spoil)(const platform::Dictionary& settings, const Place& place, Answer& answer) = nullptr;
-  /// Whether the request holds a thread while it waits.
+  /// Whether the request holds a thread while it, or its client, waits.
   bool waits = false;
 };
 

@@ -3,26 +3,44 @@
 #include <httplib.h>
 
 #include <chrono>
+#include <functional>
+#include <memory>
+#include <optional>
 
+#include "sandbox/IncomingRequest.h"
+#include "sandbox/Reception.h"
 #include "sandbox/WakeSignal.h"
 
 namespace ovinta::sandbox {
 
-/// The HTTP library's server on connections of our own, each for one request: an idle one would
-/// hold a thread, and hold up stopping.
+/// The HTTP library's routes and answers, for requests that were received before: the library would
+/// have each client that is slow hold one of its threads. Each connection is for one request, since
+/// an idle one would hold up stopping.
 class HTTPServer : public httplib::Server {
  public:
-  /// Ends all waiting and serving; to be called once the server listens. May be called from any
-  /// thread.
-  void stopAll();
+  HTTPServer() = default;
+  ~HTTPServer() override;
+  HTTPServer(const HTTPServer&) = delete;
+  HTTPServer& operator=(const HTTPServer&) = delete;
+
+  /// Serves on that port of 127.0.0.1, 0 for any, until it is stopped; call it once. A head must
+  /// come within `patience`, and for no longer than that a client may leave the end of an answer
+  /// waiting. `onRefused` is told of requests that no handler sees; it must not wait. Answers the
+  /// port, or absent when it is not to be had.
+  std::optional<int> start(int port, std::chrono::milliseconds patience,
+                           std::function<void(const IncomingRequest& request)> onRefused);
+
+  /// Ends all waiting, gives clients `farewell` to take the answers that are left, and returns when
+  /// the last thread has ended. No effect unless it was started.
+  void stopAll(std::chrono::milliseconds farewell);
 
  private:
-  bool process_and_close_socket(socket_t socket) override;
-
-  /// How long a client may leave a request, or the end of an answer, waiting.
-  static constexpr std::chrono::seconds kPatience{10};
+  void answer(int socket, std::unique_ptr<IncomingRequest> request);
 
   WakeSignal stop_;
+  std::chrono::milliseconds patience_{};
+  std::unique_ptr<httplib::ThreadPool> threads_;
+  std::unique_ptr<Reception> reception_;
 };
 
 }  // namespace ovinta::sandbox

@@ -4,20 +4,20 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 #include <variant>
 
 #include "sandbox/Answer.h"
 
 namespace ovinta::sandbox {
 
-/// The request's body, empty when it has none; or the answer to one that is longer than `limit`,
-/// not whole, or in parts. It is read to its end either way: no answer reaches a client that still
-/// sends.
+/// The longest body, in bytes, that is taken with a request for that path.
+std::size_t longestBody(std::string_view path);
+
+/// The request's body, empty when it has none; or the answer to one that is longer than `limit`
+/// once it is unpacked, that cannot be read, or that is in parts.
 std::variant<std::string, Answer> receiveBody(const httplib::Request& request,
                                               const httplib::ContentReader& read,
                                               std::size_t limit);
-
-/// The longest body that is read at all.
-constexpr std::size_t kLongestBody = std::size_t{256} << 20;
 
 }  // namespace ovinta::sandbox

@@ -103,9 +103,12 @@ platform::List headerList(const ReceivedRequest& request) {
 
 void RequestLog::add(const ReceivedRequest& request) {
   platform::Dictionary entry = {
-      {"method", request.method},       {"path", writable(request.target)},
-      {"headers", headerList(request)}, {"body", writable(masked(request.body))},
-      {"status", request.status},       {"answer", writable(request.answerBody)}};
+      {"method", request.method},
+      {"path", writable(request.target)},
+      {"headers", headerList(request)},
+      {"body", writable(masked(std::string_view(request.body).substr(0, kLongestText)))},
+      {"status", request.status},
+      {"answer", writable(request.answerBody)}};
   const std::lock_guard lock(mutex_);
   if (requests_.size() == kMostKept) requests_.pop_front();
   requests_.push_back(std::move(entry));

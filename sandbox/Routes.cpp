@@ -65,6 +65,10 @@ int statusOf(Refusal::Kind kind) {
 
 std::span<const Route> routes() { return kRoutes; }
 
+bool isTesters(std::string_view path) {
+  return path == "/sandbox" || path.starts_with("/sandbox/");
+}
+
 Answer objectAnswer(const platform::Dictionary& object) {
   return {.body = platform::writeJSON(object)};
 }

@@ -50,6 +50,9 @@ struct Route {
 /// All routes of the service.
 std::span<const Route> routes();
 
+/// Whether the path is on the merchant's and tester's side.
+bool isTesters(std::string_view path);
+
 /// An answer that holds the whole object.
 Answer objectAnswer(const platform::Dictionary& object);
 

@@ -24,6 +24,8 @@ struct Options {
   /// the time to pass; the request comes to nothing when the client goes or the service stops
   /// before.
   std::function<void(std::chrono::milliseconds)> pause = {};
+  /// How long a client may take for the head of a request; for the whole of it six times as long.
+  std::chrono::milliseconds patience{10'000};
   /// When given, requests of apps must carry exactly this app token.
   std::optional<std::string> appToken = {};
   /// When given, apps with an older version are told to upgrade.

@@ -1,9 +1,6 @@
 #include "sandbox/Server.h"
 
-#include <sys/socket.h>
-
 #include <chrono>
-#include <regex>
 #include <utility>
 
 #include "sandbox/Connection.h"
@@ -15,23 +12,15 @@
 namespace ovinta::sandbox {
 namespace {
 
-constexpr const char* kHost = "127.0.0.1";
-/// Some are left when all places to wait are taken.
-constexpr std::size_t kThreads = WaitingPlaces::kMost + 16;
-/// How long those that listen for pushes may take to go at the end.
+/// How long those that listen for pushes, and those that take the end of an answer, may take to go
+/// at the end.
 constexpr std::chrono::seconds kFarewell{1};
-constexpr std::size_t kLongestBodyOfApps = 1 << 20;
-
-/// Whether the path is on the merchant's and tester's side.
-bool isTesters(std::string_view path) {
-  return path == "/sandbox" || path.starts_with("/sandbox/");
-}
 
 /// What a request is told that the HTTP library refuses.
 Answer explained(int status) {
   switch (status) {
     case 400:
-      return errorAnswer(status, "request", "is no HTTP or came too slowly");
+      return errorAnswer(status, "request", "is no HTTP");
     case 404:
       return errorAnswer(status, "path", "is unknown");
     default:
@@ -41,9 +30,12 @@ Answer explained(int status) {
 
 /// The text between the quotes of `Token token="..."`; empty for anything else.
 std::string customerToken(const std::string& authorization) {
-  static const std::regex kForm("Token token=\"([^\"]+)\"");
-  std::smatch parts;
-  return std::regex_match(authorization, parts, kForm) ? parts[1].str() : std::string();
+  constexpr std::string_view kStart = "Token token=\"";
+  std::string_view token = authorization;
+  if (!token.starts_with(kStart)) return {};
+  token.remove_prefix(kStart.size());
+  // The quote at the end is the only one.
+  return token.find('"') + 1 == token.size() ? std::string(token.substr(0, token.size() - 1)) : "";
 }
 
 }  // namespace
@@ -51,43 +43,26 @@ std::string customerToken(const std::string& authorization) {
 Sandbox::Server::Server(const Options& options)
     : appToken_(options.appToken),
       pause_(options.pause),
+      patience_(options.patience),
       wantedPort_(options.port),
       service_(options.seed, options.now) {
   service_.setMinimumAppVersion(options.minimumAppVersion.value_or(std::string()));
-  http_.set_tcp_nodelay(true);
-  // The default would let two services share a port unnoticed.
-  http_.set_socket_options([](socket_t socket) {
-    const int on = 1;
-    ::setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
-  });
   for (const Route& route : routes()) addRoute(route);
   addFallbacks();
 }
 
 std::optional<std::string> Sandbox::Server::start() {
-  const bool isBound = wantedPort_ == 0 ? (port_ = http_.bind_to_any_port(kHost)) > 0
-                                        : http_.bind_to_port(kHost, wantedPort_);
-  if (!isBound) {
-    port_ = 0;
-    return "Port " + std::to_string(wantedPort_) + " on " + kHost + " is taken or not allowed";
-  }
-  if (wantedPort_ != 0) port_ = wantedPort_;
-  // The queue is made once the server can be stopped; stopping it earlier would have no effect.
-  http_.new_task_queue = [this] {
-    ready_.set_value();
-    return new httplib::ThreadPool(kThreads);
-  };
-  thread_ = std::thread([this] { http_.listen_after_bind(); });
-  ready_.get_future().wait();
-  return std::nullopt;
+  const auto port = http_.start(wantedPort_, patience_,
+                                [this](const IncomingRequest& request) { logRefused(request); });
+  port_ = port.value_or(0);
+  if (port) return std::nullopt;
+  return "Port " + std::to_string(wantedPort_) + " on 127.0.0.1 is taken or not allowed";
 }
 
 void Sandbox::Server::stop() {
-  if (!thread_.joinable()) return;
   // Once the server stops it breaks off what is still being sent.
   service_.pushes.close(kFarewell);
-  http_.stopAll();
-  thread_.join();
+  http_.stopAll(kFarewell);
 }
 
 void Sandbox::Server::addRoute(const Route& route) {
@@ -112,6 +87,18 @@ void Sandbox::Server::addFallbacks() {
     return Handled;
   };
   http_.set_error_handler(httplib::Server::HandlerWithResponse(explain));
+  http_.set_exception_handler(
+      [](const httplib::Request&, Reply& reply, const std::exception_ptr&) { reply.status = 500; });
+}
+
+void Sandbox::Server::logRefused(const IncomingRequest& request) {
+  const RequestHead& head = request.head();
+  if (head.method.empty() || isTesters(head.target)) return;
+  service_.requests.add({.method = head.method,
+                         .target = head.target,
+                         .headers = head.fields,
+                         .status = request.refusal().status,
+                         .answerBody = request.refusal().body});
 }
 
 void Sandbox::Server::add(std::string_view method, const std::string& pattern,
@@ -121,8 +108,7 @@ void Sandbox::Server::add(std::string_view method, const std::string& pattern,
   };
   const auto reading = [this, handler](const httplib::Request& request, Reply& reply,
                                        const httplib::ContentReader& read) {
-    auto body =
-        receiveBody(request, read, isTesters(request.path) ? kLongestBody : kLongestBodyOfApps);
+    auto body = receiveBody(request, read, longestBody(request.path));
     if (const auto* text = std::get_if<std::string>(&body)) return handler(request, *text, reply);
     finish(request, {}, std::get<Answer>(std::move(body)), reply);
   };
@@ -199,7 +185,7 @@ void Sandbox::Server::finish(const httplib::Request& request, const std::string&
   if (!isTesters(request.path)) {
     service_.requests.add({.method = request.method,
                            .target = request.target,
-                           .headers = Connection::current().headers(),
+                           .headers = Connection::current().head().fields,
                            .body = body,
                            .status = answer.status,
                            .answerBody = answer.body});

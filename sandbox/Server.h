@@ -4,10 +4,8 @@
 
 #include <chrono>
 #include <functional>
-#include <future>
 #include <optional>
 #include <string>
-#include <thread>
 
 #include "sandbox/HTTPServer.h"
 #include "sandbox/Routes.h"
@@ -33,6 +31,8 @@ class Sandbox::Server {
 
   void addRoute(const Route& route);
   void addFallbacks();
+  /// Logs a request that no handler sees.
+  void logRefused(const IncomingRequest& request);
   /// Registers a handler that gets the body, empty when the request has none. A request whose body
   /// cannot be had is answered without it.
   void add(std::string_view method, const std::string& pattern, const Handler& handler);
@@ -50,12 +50,11 @@ class Sandbox::Server {
 
   const std::optional<std::string> appToken_;
   const std::function<void(std::chrono::milliseconds)> pause_;
+  const std::chrono::milliseconds patience_;
   const int wantedPort_;
   int port_ = 0;
   Service service_;
   HTTPServer http_;
-  std::promise<void> ready_;
-  std::thread thread_;
 };
 
 }  // namespace ovinta::sandbox

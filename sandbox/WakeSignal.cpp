@@ -16,4 +16,9 @@ WakeSignal::~WakeSignal() { ::close(descriptor_); }
 
 void WakeSignal::raise() { ::eventfd_write(descriptor_, 1); }
 
+void WakeSignal::lower() {
+  eventfd_t count = 0;
+  ::eventfd_read(descriptor_, &count);
+}
+
 }  // namespace ovinta::sandbox

@@ -2,7 +2,7 @@
 
 namespace ovinta::sandbox {
 
-/// Wakes threads that wait for a socket, for good. May be used from any thread.
+/// Wakes threads that wait for a socket. May be used from any thread.
 class WakeSignal {
  public:
   WakeSignal();
@@ -12,7 +12,10 @@ class WakeSignal {
 
   void raise();
 
-  /// Readable from `raise` on.
+  /// Lets the next one wait again; for the only thread that does, once it was woken.
+  void lower();
+
+  /// Readable from `raise` on, until it is lowered.
   int descriptor() const { return descriptor_; }
 
  private:

@@ -77,7 +77,8 @@ TEST_F(AccessTest, OldAppsAreToldToUpgradeWhileTheSwitchIsOn) {
 }
 
 TEST_F(AccessTest, ListsWhatAppsAskedForAndGotButNoPassword) {
-  app.sendBody("POST", "/m/v1/\xff", "\xfe");
+  app.sendBody("GET", "/m/v1/\xff", "");
+  app.sendBody("POST", "/m/v1/customer", "\xfe");
   EXPECT_THAT(app.send("GET", "/sandbox/requests").body,
               testing::AllOf(testing::HasSubstr("/m/v1/%FF"), testing::HasSubstr(R"("body":"?")")));
   app.send("DELETE", "/sandbox/requests");

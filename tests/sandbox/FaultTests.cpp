@@ -1,13 +1,7 @@
-#include <netinet/in.h>
-#include <sys/socket.h>
-#include <unistd.h>
-
-#include <array>
-#include <cerrno>
-#include <cstdint>
 #include <future>
 #include <vector>
 
+#include "tests/sandbox/RawClient.h"
 #include "tests/sandbox/SandboxFixture.h"
 
 namespace ovinta::sandbox {
@@ -15,30 +9,9 @@ namespace {
 
 using std::chrono::milliseconds;
 
-int connectedSocket(int port) {
-  const int socket = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-  sockaddr_in address{};
-  address.sin_family = AF_INET;
-  address.sin_port = htons(static_cast<std::uint16_t>(port));
-  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  ::connect(socket, reinterpret_cast<const sockaddr*>(&address), sizeof address);
-  return socket;
-}
-
-/// What comes back for a request over a bare socket, with a mark when the connection was reset.
+/// What comes back for a request for the configuration, with a mark when the connection was reset.
 std::string askForConfiguration(int port) {
-  const int socket = connectedSocket(port);
-  const std::string_view request = "GET /m/v1/app HTTP/1.1\r\nApp-Version: 1\r\n\r\n";
-  ::send(socket, request.data(), request.size(), MSG_NOSIGNAL);
-  std::string bytes;
-  std::array<char, 4096> buffer{};
-  ssize_t count = 0;
-  while ((count = ::recv(socket, buffer.data(), buffer.size(), 0)) > 0) {
-    bytes.append(buffer.data(), static_cast<std::size_t>(count));
-  }
-  if (count < 0 && errno == ECONNRESET) bytes += "(reset)";
-  ::close(socket);
-  return bytes;
+  return RawClient(port).ask("GET /m/v1/app HTTP/1.1\r\nApp-Version: 1\r\n\r\n");
 }
 
 class FaultTest : public CustomerTest {
@@ -171,13 +144,12 @@ TEST_F(WaitingTest, EndsWithTheFaultOrTheService) {
 }
 
 TEST_F(WaitingTest, ForAClientThatPausesDoesNotHoldUpTheEnd) {
-  const int socket = connectedSocket(sandbox.port());
+  const RawClient silent(sandbox.port());
   // Whoever came before is served by now.
   app.send("GET", "/sandbox/faults");
   const auto start = std::chrono::steady_clock::now();
   sandbox.stop();
   EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
-  ::close(socket);
 }
 
 }  // namespace

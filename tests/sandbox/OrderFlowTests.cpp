@@ -76,6 +76,78 @@ TEST_F(OrderFlowTest, EventsMoveTheOrder) {
   EXPECT_THAT(merchants, testing::HasSubstr(R"("location_permission":"authorized_always")"));
 }
 
+TEST_F(OrderFlowTest, WhatIsOverTakesNewsButNoNewState) {
+  const std::string location = R"("event_type":"location_update","longitude":-74,"latitude":40.5)";
+  const std::string permission =
+      R"("event_type":"permission_update","location_permission":"authorized_always")";
+  const std::string rating = R"("event_type":"customer_rating","customer_rating_value":5)";
+  const auto state = [](const std::string& fields) {
+    return R"("event_type":"state_change",)" + fields;
+  };
+  const struct {
+    std::string end;
+    /// Event and status.
+    std::vector<std::pair<std::string, int>> events;
+  } kCases[] = {{R"("state":"completed")",
+                 {{location, 200},
+                  {permission, 200},
+                  {rating, 200},
+                  {state(R"("state":"completed")"), 200},
+                  {state(R"("customer_state":"arrived")"), 200},
+                  {state(R"("state":"ready")"), 422},
+                  {state(R"("state":"gone")"), 422}}},
+                {R"("customer_state":"completed")",
+                 {{location, 200},
+                  {rating, 200},
+                  {state(R"("customer_state":"arrived")"), 422},
+                  {state(R"("state":"ready")"), 200}}},
+                {R"("state":"cancelled")", {{rating, 200}, {state(R"("state":"completed")"), 422}}},
+                {R"("state":"gone")",
+                 {{location, 410},
+                  {permission, 410},
+                  {rating, 410},
+                  {state(R"("state":"gone")"), 410},
+                  {state(R"("state":"jump")"), 410}}}};
+  std::string id = "1000";
+  for (const auto& [end, events] : kCases) {
+    ++id.back();
+    app.createOrder();
+    const auto report = [&](const std::string& event) {
+      return app.send("POST", "/m/v1/events", R"({"order_id":)" + id + "," + event + "}");
+    };
+    const Reply ended = report(state(end));
+    EXPECT_EQ(ended.record().contains("completed_at"), end.find("completed") != end.npos) << end;
+    advance(std::chrono::seconds(1));
+    for (const auto& [event, status] : events) {
+      const std::string before = app.send("GET", "/sandbox/orders").body;
+      const Reply reply = report(event);
+      EXPECT_EQ(reply.status, status) << end << " " << event;
+      if (status != 200) {
+        EXPECT_EQ(app.send("GET", "/sandbox/orders").body, before) << end << " " << event;
+      } else if (ended.record().contains("completed_at")) {
+        EXPECT_EQ(reply.text("completed_at"), ended.text("completed_at")) << end << " " << event;
+      }
+    }
+  }
+  take({{"POST", "/sandbox/orders/1004/gone", "", 409, "State is final"}});
+}
+
+TEST_F(OrderFlowTest, TheDeviceKeepsTheBeaconsThatItHeardLast) {
+  app.createOrder();
+  const std::string beacon = R"({"uuid":"5e1f3c7a-2b64-4d0e-9a5b-0c6d7e8f9a01","major":42,)"
+                             R"("minor":7,"rssi":-61.5,"distance":2})";
+  const std::pair<std::string, std::string> kCases[] = {
+      {R"(,"beacons":[)" + beacon + "," + beacon + "]", R"("minor":7)"},
+      {"", R"("minor":7)"},
+      {R"(,"beacons":[])", R"("beacons":[])"}};
+  for (const auto& [beacons, expected] : kCases) {
+    app.send("POST", "/m/v1/events",
+             R"({"order_id":1001,"event_type":"location_update","longitude":-74,"latitude":40.5)" +
+                 beacons + "}");
+    EXPECT_THAT(app.send("GET", "/sandbox/orders").body, testing::HasSubstr(expected)) << beacons;
+  }
+}
+
 TEST_F(OrderFlowTest, TheCodeFindsTheMerchantsOrderAndMakesItTheCustomers) {
   const std::string code = app.offerOrder(R"(,"customer_car_color":"red")");
   const std::string path = "/m/v1/orders/" + code;
