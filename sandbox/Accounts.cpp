@@ -66,34 +66,64 @@ constexpr std::array<FieldRule, 3> kNewPasswordRules = {{{"reset_password_token"
                                                          {"password", checkPassword, true},
                                                          {"confirmation", checkText, true}}};
 
-bool isSameAddress(std::string_view one, std::string_view other) {
-  return std::ranges::equal(one, other, [](unsigned char left, unsigned char right) {
-    return std::tolower(left) == std::tolower(right);
-  });
+std::string inLowerCase(std::string_view text) {
+  std::string lower(text);
+  std::ranges::transform(lower, lower.begin(),
+                         [](unsigned char byte) { return static_cast<char>(std::tolower(byte)); });
+  return lower;
 }
 
-bool isSame(std::string_view one, std::string_view other) { return one == other; }
-
-const Dictionary* find(const World& world, std::string_view key, std::string_view text,
-                       bool (*matches)(std::string_view, std::string_view) = isSame) {
-  const auto found = std::ranges::find_if(world.customers, [&](const Dictionary& customer) {
-    const auto* value = platform::find<std::string>(customer, key);
-    return value && matches(*value, text);
-  });
-  return found == world.customers.end() ? nullptr : &*found;
+const Dictionary* find(const World& world, const Index<std::size_t>& index, std::string_view text) {
+  const auto found = index.find(text);
+  return found == index.end() ? nullptr : &world.customers[found->second];
 }
 
 const Dictionary* findByAddress(const World& world, std::string_view email) {
-  return find(world, "email", email, isSameAddress);
-}
-
-/// The customer to change, who belongs to the same world.
-Dictionary& changeable(World& world, const Dictionary& customer) {
-  return world.customers[static_cast<std::size_t>(&customer - world.customers.data())];
+  return find(world, world.customersByAddress, inLowerCase(email));
 }
 
 const std::string& text(const Dictionary& record, std::string_view key) {
   return *platform::find<std::string>(record, key);
+}
+
+/// What the customers are found by.
+struct IndexedKey {
+  std::string_view key;
+  Index<std::size_t> World::*index;
+  bool ignoresCase = false;
+};
+
+constexpr std::array<IndexedKey, 3> kIndexedKeys = {
+    {{"api_token", &World::customersByToken},
+     {"reset_password_token", &World::customersByResetToken},
+     {"email", &World::customersByAddress, true}}};
+
+/// What the customer is found by under that key; absent without such a field.
+std::optional<std::string> indexText(const Dictionary& customer, const IndexedKey& key) {
+  const auto* text = platform::find<std::string>(customer, key.key);
+  if (!text) return std::nullopt;
+  return key.ignoresCase ? inLowerCase(*text) : *text;
+}
+
+/// Changes the customer, and what they are found by.
+template <class Change>
+Dictionary& change(World& world, const Dictionary& customer, Change make) {
+  const auto place = static_cast<std::size_t>(&customer - world.customers.data());
+  Dictionary& changed = world.customers[place];
+  for (const IndexedKey& key : kIndexedKeys) {
+    if (const auto text = indexText(changed, key)) (world.*key.index).erase(*text);
+  }
+  make(changed);
+  for (const IndexedKey& key : kIndexedKeys) {
+    if (auto text = indexText(changed, key)) (world.*key.index).emplace(*std::move(text), place);
+  }
+  return changed;
+}
+
+const Dictionary& add(World& world, Dictionary customer) {
+  world.customers.emplace_back();
+  return change(world, world.customers.back(),
+                [&](Dictionary& added) { added = std::move(customer); });
 }
 
 std::string newToken(World& world) { return world.generator.text(kTokenLength, kTokenAlphabet); }
@@ -113,7 +143,7 @@ Dictionary passwordErrors(const Dictionary& info, std::span<const FieldRule> rul
 }  // namespace
 
 const Dictionary* findCustomer(const World& world, std::string_view token) {
-  return find(world, "api_token", token);
+  return find(world, world.customersByToken, token);
 }
 
 Dictionary shownCustomer(Dictionary customer) {
@@ -138,24 +168,25 @@ Outcome createCustomer(World& world, const Dictionary& info) {
   Dictionary customer;
   copyFields(info, kDetailRules, customer);
   customer.emplace("api_token", newToken(world));
-  return shownCustomer(world.customers.emplace_back(std::move(customer)));
+  return shownCustomer(add(world, std::move(customer)));
 }
 
 Outcome updateCustomer(World& world, std::string_view token, const Dictionary& info) {
   if (auto refused = invalid(fieldErrors(info, kDetailRules))) return *std::move(refused);
-  Dictionary& customer = changeable(world, *findCustomer(world, token));
-  copyFields(info, kDetailRules, customer);
-  return shownCustomer(customer);
+  return shownCustomer(change(world, *findCustomer(world, token), [&](Dictionary& customer) {
+    copyFields(info, kDetailRules, customer);
+  }));
 }
 
 Outcome signUp(World& world, std::string_view token, const Dictionary& info) {
   if (auto refused = invalid(passwordErrors(info, kSignUpRules, "password_confirmation")))
     return *std::move(refused);
-  Dictionary& customer = changeable(world, *findCustomer(world, token));
-  if (customer.contains("email")) return invalid("email", "of this customer is set already");
+  const Dictionary& found = *findCustomer(world, token);
+  if (found.contains("email")) return invalid("email", "of this customer is set already");
   if (findByAddress(world, text(info, "email"))) return invalid("email", "is taken");
-  copyFields(info, std::span(kSignUpRules).first<2>(), customer);
-  return shownCustomer(customer);
+  return shownCustomer(change(world, found, [&](Dictionary& customer) {
+    copyFields(info, std::span(kSignUpRules).first<2>(), customer);
+  }));
 }
 
 Outcome signIn(const World& world, const Dictionary& info) {
@@ -171,7 +202,9 @@ Outcome signIn(const World& world, const Dictionary& info) {
 Outcome requestPasswordReset(World& world, const Dictionary& info) {
   if (auto refused = invalid(fieldErrors(info, kResetRequestRules))) return *std::move(refused);
   if (const Dictionary* customer = findByAddress(world, text(info, "email"))) {
-    changeable(world, *customer).insert_or_assign("reset_password_token", newToken(world));
+    change(world, *customer, [token = newToken(world)](Dictionary& changed) {
+      changed.insert_or_assign("reset_password_token", token);
+    });
   }
   return Dictionary{};
 }
@@ -179,12 +212,13 @@ Outcome requestPasswordReset(World& world, const Dictionary& info) {
 Outcome setNewPassword(World& world, const Dictionary& info) {
   if (auto refused = invalid(passwordErrors(info, kNewPasswordRules, "confirmation")))
     return *std::move(refused);
-  const Dictionary* found = find(world, "reset_password_token", text(info, "reset_password_token"));
+  const Dictionary* found =
+      find(world, world.customersByResetToken, text(info, "reset_password_token"));
   if (!found) return invalid("reset_password_token", "is unknown or used");
-  Dictionary& customer = changeable(world, *found);
-  customer.erase("reset_password_token");
-  customer.insert_or_assign("password", text(info, "password"));
-  return shownCustomer(customer);
+  return shownCustomer(change(world, *found, [&](Dictionary& customer) {
+    customer.erase("reset_password_token");
+    customer.insert_or_assign("password", text(info, "password"));
+  }));
 }
 
 std::span<const FieldRule> customerRules() { return kCustomerRules; }
@@ -193,16 +227,12 @@ std::optional<Refusal> restoreCustomer(World& world, Dictionary customer) {
   if (customer.contains("email") != customer.contains("password")) {
     return invalid("email", "and password belong together");
   }
-  if (customer.contains("email") && findByAddress(world, text(customer, "email"))) {
-    return invalid("email", "is taken");
-  }
   if (!customer.contains("api_token")) customer.emplace("api_token", newToken(world));
-  for (const std::string_view key : {"api_token", "reset_password_token"}) {
-    if (customer.contains(key) && find(world, key, text(customer, key))) {
-      return invalid(key, "is taken");
-    }
+  for (const IndexedKey& key : kIndexedKeys) {
+    const auto text = indexText(customer, key);
+    if (text && (world.*key.index).contains(*text)) return invalid(key.key, "is taken");
   }
-  world.customers.push_back(std::move(customer));
+  add(world, std::move(customer));
   return std::nullopt;
 }
 

@@ -54,16 +54,10 @@ constexpr std::array<FieldRule, 24> kOrderRules = {{
     {"device", checkDevice},
 }};
 
-bool isCodeTaken(const World& world, std::string_view code) {
-  return std::ranges::any_of(world.orders, [&](const auto& entry) {
-    return *platform::find<std::string>(entry.second, "redemption_code") == code;
-  });
-}
-
 std::string newCode(World& world) {
   while (true) {
     std::string code = world.generator.text(kCodeLength, kCodeAlphabet);
-    if (!isCodeTaken(world, code)) return code;
+    if (!world.ordersByCode.contains(code)) return code;
   }
 }
 
@@ -84,7 +78,7 @@ std::optional<Refusal> conflict(const World& world, const Dictionary& order) {
   // A snapshot with a larger one could not be put back.
   if (!id && newID(world) > kLargestID) return invalid("id", "of a new order would be too large");
   const auto* code = platform::find<std::string>(order, "redemption_code");
-  if (code && isCodeTaken(world, *code)) return invalid("redemption_code", "is taken");
+  if (code && world.ordersByCode.contains(*code)) return invalid("redemption_code", "is taken");
   return std::nullopt;
 }
 
@@ -104,6 +98,7 @@ std::optional<Refusal> restoreOrder(World& world, Dictionary order, platform::Da
                 "Order " + *platform::find<std::string>(order, "partner_identifier"));
   if (!order.contains("redemption_code")) order.emplace("redemption_code", newCode(world));
   const std::int64_t id = *platform::find<std::int64_t>(order, "id");
+  world.ordersByCode.emplace(*platform::find<std::string>(order, "redemption_code"), id);
   world.orders.emplace(id, std::move(order));
   return std::nullopt;
 }

@@ -52,9 +52,12 @@ Dictionary recordErrors(const Part& part, const platform::Value& item, World& wo
   return refused ? refused->errors : Dictionary();
 }
 
+/// As many as people read.
+constexpr std::size_t kMostErrors = 100;
+
 void restorePart(const Part& part, const List& items, World& world, platform::Date now,
                  Dictionary& errors) {
-  for (std::size_t index = 0; index < items.size(); ++index) {
+  for (std::size_t index = 0; index < items.size() && errors.size() < kMostErrors; ++index) {
     for (auto& [key, messages] : recordErrors(part, items[index], world, now)) {
       std::string path(part.key);
       path.append(".").append(std::to_string(index)).append(".").append(key);

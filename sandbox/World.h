@@ -1,7 +1,10 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <map>
+#include <string>
 #include <vector>
 
 #include "platform/Value.h"
@@ -9,6 +12,10 @@
 #include "sandbox/Sites.h"
 
 namespace ovinta::sandbox {
+
+/// Where a record is found by a text.
+template <class Place>
+using Index = std::map<std::string, Place, std::less<>>;
 
 /// All that the service knows; a plain value. Customers and orders are kept in the form that
 /// snapshots have: with the password and the reset token, with the owner and the device, and
@@ -19,6 +26,13 @@ struct World {
   /// In the order in which they came.
   std::vector<platform::Dictionary> customers = {};
   std::map<std::int64_t, platform::Dictionary> orders = {};
+
+  // A list of the records' texts, kept by the rules of accounts and of orders.
+  Index<std::size_t> customersByToken = {};
+  Index<std::size_t> customersByResetToken = {};
+  /// In lower case.
+  Index<std::size_t> customersByAddress = {};
+  Index<std::int64_t> ordersByCode = {};
 };
 
 }  // namespace ovinta::sandbox

@@ -38,6 +38,14 @@ TEST_F(SnapshotTest, RestoringBringsBackEverythingAndWhatIsMadeNext) {
   EXPECT_EQ(app.createOrder().body, next.body);
 }
 
+TEST_F(SnapshotTest, TellsNoMoreFaultsThanPeopleRead) {
+  std::string records = "0";
+  for (int index = 1; index < 1000; ++index) records += ",0";
+  const Reply refused = app.send("PUT", "/sandbox/snapshot", R"({"orders":[)" + records + "]}");
+  EXPECT_EQ(refused.status, 422);
+  EXPECT_EQ(refused.errors.size(), 100u);
+}
+
 class SeedFileTest : public SandboxTest {
  protected:
   Options options() const { return {.seedFile = path_.string()}; }
