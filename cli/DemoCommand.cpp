@@ -52,6 +52,8 @@ void addDemoCommand(CLI::App& app, int& exitCode) {
   CLI::App* command =
       app.add_subcommand("demo", "Take one customer's order from the account to the rating");
   addTripOptions(*command, options->trip);
+  command->get_option("--trip")->description(
+      "GPX file of a trip to site 42, in place of the drive that is built in");
   addDeviceOption(*command, *options);
   addServiceOptions(*command, options->service);
   command->get_option("--base-url")

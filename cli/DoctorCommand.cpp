@@ -14,7 +14,6 @@
 #include "cli/client/Output.h"
 #include "cli/client/Table.h"
 #include "platform/linux/Diagnosis.h"
-#include "platform/simulation/RecordingLog.h"
 
 namespace ovinta::cli {
 namespace {
@@ -33,13 +32,10 @@ struct DoctorInput {
 constexpr std::array<const char*, 4> kConditions{"good", "limited", "missing", "unknown"};
 
 platform::linux::Options optionsFor(const DoctorInput& input) {
-  platform::linux::Options options{.applicationID = input.applicationID,
-                                   .dataDirectory = input.client.dataDirectory,
-                                   .positionSource = input.positionSource};
-  if (!input.client.verbose) {
-    options.log = std::make_shared<platform::simulation::RecordingLog>();
-  }
-  return options;
+  return {.applicationID = input.applicationID,
+          .dataDirectory = input.client.dataDirectory,
+          .log = logFor(input.client),
+          .positionSource = input.positionSource};
 }
 
 Dictionary fieldsOf(const Finding& finding) {

@@ -59,6 +59,8 @@ void addReplayCommand(CLI::App& app, int& exitCode) {
       "Run a command on a system whose GeoClue follows a trip, which begins when it is "
       "first asked for the position");
   addPlainTripOptions(*command, input->trip);
+  command->get_option("--trip")->description(
+      "GPX file of the trip, in place of a drive to 40.7411, -73.9897, site 42 of the sandbox");
   command->add_option("command", input->command,
                       "The command and its arguments, after --; without it the address of the bus "
                       "is printed, and the trip goes on until it is interrupted");

@@ -9,6 +9,7 @@
 #include "cli/Commands.h"
 #include "cli/client/ExitCode.h"
 #include "cli/client/NumberOptions.h"
+#include "cli/client/Output.h"
 #include "sandbox/Sandbox.h"
 #include "sandbox/SnapshotFile.h"
 #include "sandbox/WireForms.h"
@@ -22,7 +23,7 @@ struct SandboxArguments {
 };
 
 ExitCode fail(const std::string& error) {
-  std::cerr << "ovinta sandbox: " << error << "\n";
+  complain("ovinta sandbox: " + error);
   return ExitCode::failure;
 }
 

@@ -18,6 +18,7 @@ struct TrackInput : TrackOptions {
 ExitCode track(const TrackInput& input) {
   Interruption interruption;
   if (input.isLive) return LiveTrack(input.client, input.positionSource, interruption).run();
+  if (!input.trip.file) return Track(input, std::nullopt, interruption).run();
   auto trip = loadTrip(input.trip);
   if (const auto* error = std::get_if<std::string>(&trip)) {
     Output(input.client.json).printFailure("No Trip", *error);
@@ -30,8 +31,10 @@ ExitCode track(const TrackInput& input) {
 
 void addTrackCommand(CLI::App& app, int& exitCode) {
   auto input = std::make_shared<TrackInput>();
-  CLI::App* command = app.add_subcommand(
-      "track", "Follow the open orders on a simulated trip, and tell the service for real");
+  CLI::App* command = app.add_subcommand("track",
+                                         "Follow the open orders on a simulated trip, to the site "
+                                         "of the first unless a file of another "
+                                         "trip is given, and tell the service for real");
   addTripOptions(*command, input->trip);
   CLI::Option* const live =
       command->add_flag("--live", input->isLive, "Follow this device's own position instead")

@@ -1,12 +1,17 @@
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <exception>
 #include <iostream>
 #include <span>
+#include <sstream>
 #include <string>
+#include <vector>
 
 #include "OvintaSDK/OvintaSDK.h"
 #include "cli/Commands.h"
 #include "cli/client/ExitCode.h"
+#include "cli/client/HumanText.h"
+#include "cli/client/Output.h"
 #include "cli/device/Interruption.h"
 #include "platform/JSON.h"
 
@@ -51,13 +56,48 @@ void refuseOtherThanUTF8(std::span<char*> arguments) {
   }
 }
 
+bool isOption(const std::string& argument) {
+  return argument.size() > 1 && argument.starts_with('-');
+}
+
+/// Whether words stand where a command has to be named.
+bool lacksCommand(const CLI::App& app) {
+  const auto commands = app.get_subcommands();
+  return commands.empty() ? app.get_require_subcommand_min() > 0 : lacksCommand(*commands.back());
+}
+
+/// The arguments that nobody takes, without what may be a secret: the values of options, and all
+/// words but the one that stands for a command.
+std::vector<std::string> showable(std::vector<std::string> unknown, bool isCommandMissing) {
+  for (std::string& argument : unknown) {
+    if (argument.starts_with("--")) {
+      argument.resize(std::min(argument.find('='), argument.size()));
+    } else if (isOption(argument)) {
+      argument.resize(2);
+    } else if (!isCommandMissing || &argument != &unknown.front()) {
+      argument = "(not shown)";
+    }
+  }
+  // They are told from the last to the first.
+  std::ranges::reverse(unknown);
+  return unknown;
+}
+
 /// Prints what is wrong with the usage, or what was asked for instead of a command.
 ExitCode explain(const CLI::App& app, const CLI::ParseError& error) {
-  // A word that nobody knows is the cause of what is missing.
   const auto unknown = app.remaining(true);
-  const bool isMissing = error.get_exit_code() == static_cast<int>(CLI::ExitCodes::RequiredError);
+  const auto code = static_cast<CLI::ExitCodes>(error.get_exit_code());
+  const bool isMissing = code == CLI::ExitCodes::RequiredError;
+  // A word that nobody knows is the cause of what is missing, and what follows an option that
+  // nobody knows was meant to be its value, wherever it is found to be wrong.
+  const bool isCause =
+      code != CLI::ExitCodes::Success && !unknown.empty() &&
+      (isMissing || code == CLI::ExitCodes::ExtrasError || std::ranges::any_of(unknown, isOption));
+  std::ostringstream complaint;
   const bool isHelp =
-      app.exit(isMissing && !unknown.empty() ? CLI::ExtrasError(unknown) : error) == 0;
+      app.exit(isCause ? CLI::ExtrasError(showable(unknown, lacksCommand(app))) : error, std::cout,
+               complaint) == 0;
+  std::cerr << visibleText(complaint.str(), true);
   return isHelp ? ExitCode::success : ExitCode::wrongUsage;
 }
 
@@ -72,6 +112,9 @@ int run(int argc, char** argv) {
     return static_cast<int>(explain(app, error));
   } catch (const Interrupted& interruption) {
     return kSignalBase + interruption.signalNumber;
+  } catch (const std::exception& error) {
+    complain(std::string("ovinta: ") + error.what());
+    return static_cast<int>(ExitCode::failure);
   }
   return exitCode;
 }
@@ -85,9 +128,9 @@ int main(int argc, char** argv) {
     const int exitCode = ovinta::cli::run(argc, argv);
     std::cout.flush();
     if (std::cout || exitCode != 0) return exitCode;
-    std::cerr << "ovinta: the output could not be written\n";
-  } catch (const std::exception& error) {
-    std::cerr << "ovinta: " << error.what() << "\n";
+    ovinta::cli::complain("ovinta: the output could not be written");
+  } catch (const std::exception&) {
+    std::cerr << "ovinta: what went wrong cannot be said\n";
   }
   return static_cast<int>(ExitCode::failure);
 }

@@ -126,6 +126,11 @@ void Activity::end() {
   changed_.notify_all();
 }
 
+bool Activity::isIdle() const {
+  const std::scoped_lock lock(mutex_);
+  return underWay_ == 0;
+}
+
 void Activity::waitUntilIdle() {
   std::unique_lock lock(mutex_);
   changed_.wait(lock, [this] { return underWay_ == 0; });

@@ -17,11 +17,12 @@ class Activity {
  public:
   void begin();
   void end();
+  bool isIdle() const;
   /// Returns once nothing is under way.
   void waitUntilIdle();
 
  private:
-  std::mutex mutex_;
+  mutable std::mutex mutex_;
   std::condition_variable changed_;
   std::size_t underWay_ = 0;
 };

@@ -3,10 +3,12 @@
 #include <unistd.h>
 
 #include <filesystem>
+#include <iostream>
 #include <stdexcept>
 #include <utility>
 
 #include "OvintaSDK/OvintaSDK.h"
+#include "cli/client/HumanText.h"
 #include "cli/device/StoredOrders.h"
 #include "platform/simulation/RecordingLog.h"
 #include "platform/simulation/SimulatedBundle.h"
@@ -25,10 +27,17 @@ void refuseUnwritable(const std::filesystem::path& directory) {
   throw std::runtime_error("the data directory " + directory.string() + " cannot be written to");
 }
 
+/// Writes to standard error, for people.
+class VisibleLog : public platform::Log {
+ public:
+  /// All at once, so that lines of several threads do not mix.
+  void write(std::string_view line) override { std::cerr << visibleText(line) + "\n"; }
+};
+
 platform::Services systemServices(const ClientOptions& options, platform::linux::Options system) {
   system.applicationID = kApplicationID;
   system.dataDirectory = options.dataDirectory;
-  if (!options.verbose) system.log = std::make_shared<platform::simulation::RecordingLog>();
+  system.log = logFor(options);
   // What the command arms is for its own trips.
   system.usesNotifyAgent = false;
   return platform::linux::makeServices(system);
@@ -36,8 +45,15 @@ platform::Services systemServices(const ClientOptions& options, platform::linux:
 
 }  // namespace
 
+std::shared_ptr<platform::Log> logFor(const ClientOptions& options) {
+  if (options.verbose) return std::make_shared<VisibleLog>();
+  return std::make_shared<platform::simulation::RecordingLog>();
+}
+
 platform::Services valueServices() {
-  return platform::linux::makeServices({.applicationID = kApplicationID, .usesNotifyAgent = false});
+  return platform::linux::makeServices({.applicationID = kApplicationID,
+                                        .log = std::make_shared<VisibleLog>(),
+                                        .usesNotifyAgent = false});
 }
 
 platform::Services clientServices(const ClientOptions& options, platform::linux::Options system) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <memory>
+
 #include "cli/client/ClientOptions.h"
 #include "platform/Services.h"
 #include "platform/linux/Linux.h"
@@ -13,6 +15,10 @@ inline constexpr const char* kApplicationID = "ovinta";
 /// does. Throws `std::runtime_error` for a data directory that cannot be written to.
 platform::Services clientServices(const ClientOptions& options,
                                   platform::linux::Options system = {});
+
+/// The log that the options ask for: standard error, with nothing that a terminal would act on, or
+/// nowhere.
+std::shared_ptr<platform::Log> logFor(const ClientOptions& options);
 
 /// For the services that work on values alone.
 platform::Services valueServices();

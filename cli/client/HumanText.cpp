@@ -2,6 +2,7 @@
 
 #include <locale.h>
 
+#include <algorithm>
 #include <array>
 #include <chrono>
 #include <cstddef>
@@ -43,22 +44,55 @@ void append(std::string& text, const Value& value, const std::string& indent) {
   }
 }
 
+struct CodeRange {
+  char32_t first;
+  char32_t last;
+};
+
+/// Control characters, marks of direction, separators of lines, and what takes no room.
+constexpr auto kTreacherous = std::to_array<CodeRange>({{0x0000, 0x001F},
+                                                        {0x007F, 0x009F},
+                                                        {0x00AD, 0x00AD},
+                                                        {0x034F, 0x034F},
+                                                        {0x061C, 0x061C},
+                                                        {0x115F, 0x1160},
+                                                        {0x17B4, 0x17B5},
+                                                        {0x180B, 0x180F},
+                                                        {0x200B, 0x200F},
+                                                        {0x2028, 0x202E},
+                                                        {0x2060, 0x206F},
+                                                        {0x3164, 0x3164},
+                                                        {0xFEFF, 0xFEFF},
+                                                        {0xFFF0, 0xFFFB},
+                                                        {0xE0000, 0xE0FFF}});
+
+bool isTreacherous(char32_t code) {
+  return std::ranges::any_of(kTreacherous, [code](const CodeRange& range) {
+    return range.first <= code && code <= range.last;
+  });
+}
+
+/// As strings of many languages are written: two, four or eight digits.
+std::string escaped(char32_t code) {
+  constexpr std::string_view kDigits = "0123456789abcdef";
+  const bool isShort = code < 0x100;
+  const unsigned width = isShort ? 2 : code < 0x10000 ? 4 : 8;
+  std::string text = isShort ? "\\x" : width == 4 ? "\\u" : "\\U";
+  for (unsigned digit = width; digit-- > 0;) text += kDigits[(code >> (4 * digit)) & 0xFU];
+  return text;
+}
+
 }  // namespace
 
 std::string visibleText(std::string_view text, bool keepsLines) {
-  constexpr std::string_view kDigits = "0123456789abcdef";
   std::string visible;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    auto byte = static_cast<unsigned char>(text[i]);
-    // U+0080 to U+009F are control characters of two bytes.
-    const bool isLong =
-        byte == 0xC2 && i + 1 < text.size() && static_cast<unsigned char>(text[i + 1]) < 0xA0;
-    if (isLong) byte = static_cast<unsigned char>(text[++i]);
-    const bool isKept = keepsLines && byte == '\n';
-    if (isLong || byte == 0x7F || (byte < 0x20 && !isKept)) {
-      visible += std::string("\\x") + kDigits[byte / 16U] + kDigits[byte % 16U];
+  for (Glyph glyph; !text.empty(); text.remove_prefix(glyph.bytes)) {
+    glyph = firstGlyph(text);
+    const bool isKept = keepsLines && glyph.code == U'\n';
+    if (isKept || (glyph.code && !isTreacherous(*glyph.code))) {
+      visible += text.substr(0, glyph.bytes);
     } else {
-      visible += text[i];
+      visible += escaped(glyph.code.value_or(static_cast<unsigned char>(text.front())));
     }
   }
   return visible;
@@ -73,8 +107,11 @@ Glyph firstGlyph(std::string_view text) {
   const bool isOne = bytes > 0 && bytes <= text.size();
   const int columns = isOne ? ::wcwidth(character) : -1;
   if (before) ::uselocale(before);
+  // A NUL counts as none.
+  const bool isNul = bytes == 0;
   return {.bytes = isOne ? bytes : 1,
-          .columns = columns < 0 ? 1 : static_cast<std::size_t>(columns)};
+          .columns = columns < 0 ? 1 : static_cast<std::size_t>(columns),
+          .code = isOne || isNul ? std::optional(static_cast<char32_t>(character)) : std::nullopt};
 }
 
 std::string utcText(platform::Date date, const char* format) {

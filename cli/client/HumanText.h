@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -12,14 +13,17 @@ namespace ovinta::cli {
 /// The value as lines of text: an entry per line, lists as paragraphs, what is inside indented.
 std::string humanText(const platform::Value& value);
 
-/// The text with its control characters, which could move the cursor or worse, escaped as in
-/// "\x1b"; line feeds stay when `keepsLines`.
+/// The text as people may get to see it: what could move the cursor, turn the direction of writing
+/// or hide escaped, as in "\x1b" and "\u202e", and so are bytes that are not UTF-8; line feeds stay
+/// when `keepsLines`. Everything that is written for people goes through this, once or more often.
 std::string visibleText(std::string_view text, bool keepsLines = false);
 
-/// The bytes of the text's first character, and the columns that it takes on a terminal.
+/// The bytes of the text's first character, the columns that it takes on a terminal, and its code.
 struct Glyph {
   std::size_t bytes = 0;
   std::size_t columns = 0;
+  /// Absent for a byte that is not UTF-8.
+  std::optional<char32_t> code = {};
 };
 /// `text` must not be empty. A byte that is not UTF-8 is a character of one column.
 Glyph firstGlyph(std::string_view text);

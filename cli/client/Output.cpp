@@ -39,8 +39,11 @@ Dictionary details(const OvintaError& error) {
 
 Result::Result(platform::Value json) : value(std::move(json)), text(humanText(value)) {}
 
+void complain(std::string_view sentence) { std::cerr << visibleText(sentence, true) << "\n"; }
+
 void Output::print(const Result& result) const {
-  std::cout << (json_ ? platform::writeJSON(result.value) + "\n" : result.text) << std::flush;
+  std::cout << (json_ ? platform::writeJSON(result.value) + "\n" : visibleText(result.text, true))
+            << std::flush;
 }
 
 void Output::print(const OvintaError& error) const {

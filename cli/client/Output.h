@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <string>
+#include <string_view>
 
 #include "OvintaSDK/OvintaSDK.h"
 #include "cli/client/ExitCode.h"
@@ -23,6 +24,9 @@ struct Result {
 inline Result done(const std::string& sentence) {
   return {platform::Dictionary{{"done", sentence}}, sentence + "\n"};
 }
+
+/// A line on standard error that says why the whole command comes to nothing.
+void complain(std::string_view sentence);
 
 /// Prints in the form asked for: results to standard output, errors to standard error.
 class Output {

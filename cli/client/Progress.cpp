@@ -4,6 +4,8 @@
 
 #include <iostream>
 
+#include "cli/client/HumanText.h"
+
 namespace ovinta::cli {
 namespace {
 
@@ -17,7 +19,7 @@ Progress::Progress() : isOnTerminal_(::isatty(STDERR_FILENO) == 1) {}
 void Progress::show(const std::string& text) {
   if (!isOnTerminal_) return;
   const std::scoped_lock lock(mutex_);
-  std::cerr << kErase << text << std::flush;
+  std::cerr << kErase << visibleText(text) << std::flush;
   isShown_ = true;
 }
 

@@ -56,8 +56,12 @@ void ObservedURLSession::startDataTask(platform::URLRequest request, Completion 
                         [observed = observed_, exchange = std::move(exchange),
                          completion = std::move(completion)](auto data, auto response, auto error) {
                           Exchange finished = exchange;
-                          if (response) finished.status = response->statusCode;
-                          if (error) finished.failure = error->localizedDescription;
+                          // A head without the rest is no answer.
+                          if (error) {
+                            finished.failure = error->localizedDescription;
+                          } else if (response) {
+                            finished.status = response->statusCode;
+                          }
                           {
                             const std::scoped_lock lock(observed->mutex);
                             if (observed->observer) observed->observer(finished);

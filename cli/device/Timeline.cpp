@@ -19,7 +19,7 @@ void Timeline::setSituation(Situation situation) {
 void Timeline::begin(std::string_view title) {
   const std::scoped_lock lock(mutex_);
   if (json_) return printObject("step", title, {});
-  print("\n" + std::string(title));
+  print("\n" + visibleText(title));
 }
 
 void Timeline::add(std::string_view kind, std::string_view text, platform::Dictionary details) {
@@ -78,7 +78,7 @@ void Timeline::summarize(std::string_view text, platform::Dictionary details) {
     details.emplace("kind", "summary");
     std::cout << platform::writeJSON(details) << std::endl;
   } else {
-    std::cout << "\n" << text << std::flush;
+    std::cout << "\n" << visibleText(text, true) << std::flush;
   }
 }
 

@@ -23,7 +23,9 @@ void addPlainTripOptions(CLI::App& command, TripOptions& options) {
       ->check(CLI::Range(0.0, 86400.0))
       ->default_str("20")
       ->group(kGroup);
-  command.add_option("--trip", options.file, "GPX file of the trip to the site")
+  command
+      .add_option("--trip", options.file,
+                  "GPX file of the trip, in place of the drive that is built in")
       ->type_name("FILE")
       ->group(kGroup);
 }

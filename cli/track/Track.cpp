@@ -8,6 +8,7 @@
 #include "OvintaSDK/core/Guarded.h"
 #include "cli/client/ClientServices.h"
 #include "cli/client/PendingNotifications.h"
+#include "cli/track/SiteTrip.h"
 
 namespace ovinta::cli {
 namespace {
@@ -21,7 +22,7 @@ std::string metres(double distance) { return std::to_string(std::lround(distance
 
 }  // namespace
 
-Track::Track(const TrackOptions& options, platform::simulation::Trip trip,
+Track::Track(const TrackOptions& options, std::optional<platform::simulation::Trip> trip,
              Interruption& interruption)
     : options_(options),
       interruption_(interruption),
@@ -29,12 +30,13 @@ Track::Track(const TrackOptions& options, platform::simulation::Trip trip,
       base_(clientServices(options.client)),
       device_(base_, std::chrono::floor<std::chrono::seconds>(base_.clock->now()),
               [this](const Exchange& exchange) { report_.add(exchange); }),
-      player_(device_.simulation(), std::move(trip), options.trip.seed) {
+      trip_(std::move(trip)) {
   configureLibrary(options.client);
 }
 
 ExitCode Track::run() {
   if (const auto outcome = fetchOrders()) return *outcome;
+  if (const auto outcome = planTrip()) return *outcome;
   takeArmedNotifications();
   drive();
   const ExitCode code = report_.summarize();
@@ -64,6 +66,31 @@ std::optional<ExitCode> Track::fetchOrders() {
   return ExitCode::failure;
 }
 
+std::optional<ExitCode> Track::planTrip() {
+  if (!trip_) {
+    destination_ = openOrders().front();
+    trip_ = tripToSite(*destination_);
+  }
+  if (!trip_) {
+    Output(options_.client.json)
+        .printFailure("No Way to the Site",
+                      "Order " + std::to_string(destination_->id) +
+                          " does not say where its site is: give a trip with --trip.");
+    return ExitCode::failure;
+  }
+  player_.emplace(device_.simulation(), *trip_, options_.trip.seed);
+  return std::nullopt;
+}
+
+std::string Track::destinationText() const {
+  if (!destination_) {
+    const auto rest = nearestSiteDistance({.coordinate = trip_->points.back().coordinate});
+    return rest ? "ends " + metres(*rest) + " from the nearest site" : "knows of no site";
+  }
+  return "to site " + std::to_string(destination_->siteID) + " of order " +
+         std::to_string(destination_->id) + ": " + destination_->siteName.value_or("no name");
+}
+
 void Track::takeArmedNotifications() {
   auto& device = device_.simulation().notifications();
   for (const auto& request : pendingNotifications(*base_.userNotifications)) {
@@ -78,11 +105,12 @@ void Track::takeArmedNotifications() {
 
 void Track::drive() {
   report_.begin();
-  player_.start();
+  report_.add("trip", destinationText());
+  player_->start();
   int secondsAfter = 0;
   while (!openOrders().empty() && !interruption_.happened() && secondsAfter < kSecondsAfter) {
     passSecond();
-    if (player_.isFinished()) ++secondsAfter;
+    if (player_->isFinished()) ++secondsAfter;
   }
   // Answered once the removals before are done.
   pendingNotifications(*base_.userNotifications);
@@ -92,15 +120,15 @@ void Track::passSecond() {
   device_.time().advance(1s, [this] { return interruption_.happened(); });
   updateSituation();
   interruption_.happened(options_.trip.pace /
-                         std::chrono::duration<double>(player_.duration()).count());
+                         std::chrono::duration<double>(player_->duration()).count());
 }
 
 void Track::updateSituation() {
-  const auto position = player_.position();
+  const auto position = player_->position();
   const auto distance =
       position ? nearestSiteDistance({.coordinate = *position}) : std::optional<double>();
   report_.setSituation(distance, device_.location().observed());
-  report_.showProgress(metres(player_.distanceAlong()) + " driven, " +
+  report_.showProgress(metres(player_->distanceAlong()) + " driven, " +
                        metres(distance.value_or(0)) + " to the site");
 }
 

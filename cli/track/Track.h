@@ -21,8 +21,10 @@ struct TrackOptions {
 /// while the library follows the open orders. Used on one thread, which plays the main one.
 class Track {
  public:
-  /// The trip must hold at least one point. `options` and `interruption` must outlive the object.
-  Track(const TrackOptions& options, platform::simulation::Trip trip, Interruption& interruption);
+  /// The trip must hold at least one point; absent for a drive to the site of the first open order.
+  /// `options` and `interruption` must outlive the object.
+  Track(const TrackOptions& options, std::optional<platform::simulation::Trip> trip,
+        Interruption& interruption);
   Track(const Track&) = delete;
   Track& operator=(const Track&) = delete;
 
@@ -33,6 +35,10 @@ class Track {
  private:
   /// The outcome of fetching the orders; absent when orders are open.
   std::optional<ExitCode> fetchOrders();
+  /// Decides on the trip; absent for success.
+  std::optional<ExitCode> planTrip();
+  /// Where the trip leads, in words.
+  std::string destinationText() const;
   /// Arms on the device what the data directory holds; what fires goes from there.
   void takeArmedNotifications();
   void drive();
@@ -47,7 +53,10 @@ class Track {
   /// good.
   const platform::Services base_;
   TripDevice device_;
-  platform::simulation::TripPlayer player_;
+  std::optional<platform::simulation::Trip> trip_;
+  /// The order to whose site the trip leads that nobody has given; null when one was.
+  OrderPtr destination_;
+  std::optional<platform::simulation::TripPlayer> player_;
 };
 
 }  // namespace ovinta::cli

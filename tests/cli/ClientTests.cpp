@@ -68,6 +68,17 @@ TEST_F(ClientTest, refusesWrongUsageEarly) {
       {"ovinta orders create --site 42 --partner-id P --pickup-in 1 --pickup-for -20", 2, "range"},
       {"ovinta notify arm 42 --simulate --data k", 2, "\"k\" is no KEY=VALUE"},
       {"ovinta customer create --name $'\\xff'", 2, "not UTF-8"},
+      {"ovinta customer login --email a@b.c --passwrod hunter2", 2,
+       "not expected: --passwrod (not"},
+      {"for line in 'customer login --email a@b.c --passwrod=hunter2' 'orders rate --passwrd "
+       "hunter2'"
+       " 'customer login hunter2' 'orders fetch -p hunter2' 'orders fetch -phunter2'; do "
+       "ovinta $line 2>&1; done | grep -c hunter2",
+       1, "0"},
+      {"ovinta ordres hunter2 2>&1", 2, "not expected: ordres (not shown)"},
+      {"ovinta orders ftch", 2, "not expected: ftch"},
+      {"ovinta config --base-url $'\\xe2\\x80\\xae'", 2, "\"\\u202e\" is no http"},
+      {"ovinta track --trip $'\\xe2\\x80\\xae'", 1, "\\u202e"},
       {"$ovinta --version", 0, "ovinta 0."},
       {"ovinta track --trip $home/none", 1, "none"},
       {"ovinta track --live --trip " OVINTA_TRIPS "/drive.gpx", 2, "excludes"},
@@ -266,7 +277,8 @@ TEST_F(ClientTest, appliesPushes) {
 
 TEST_F(ClientTest, followsOpenOrdersOnASimulatedTrip) {
   expect({
-      {"ovinta orders create --site 42 --partner-id P --name Alex", 0, "Order           1001"},
+      {"ovinta orders create --site 43 --partner-id P --name $'A\\xe2\\x80\\xae\\x7f'", 0,
+       "Customer        A\\u202e\\x7f"},
       {kNoBus +
            "$ovinta track --live --data-dir $home/data > $home/live & process=$!"
            "; for line in Waiting Following; do until grep -q $line $home/live; do :; done; done"
@@ -276,6 +288,7 @@ TEST_F(ClientTest, followsOpenOrdersOnASimulatedTrip) {
       {"ovinta track --trip $ovinta --json", 1, "\"title\":\"No Trip\""},
       {"ovinta track --pace 0 --json > $home/track 2> $home/errors", 0, ""},
       {"head -2 $home/track | tail -1", 0, "Following 1 open order(s)"},
+      {"grep '\"kind\":\"trip\"' $home/track", 0, "to site 43 of order 1001: "},
       {"grep -c '\"kind\":\"beacons\"' $home/track", 0, "1"},
       {"grep '\"kind\":\"position\"' $home/track | tail -1", 0,
        "\"accuracy\":\"best for navigation, 3 m\""},
@@ -283,6 +296,8 @@ TEST_F(ClientTest, followsOpenOrdersOnASimulatedTrip) {
       {"tail -1 $home/track", 0, "\"failed\":0"},
       // Standard error is no terminal here.
       {"test ! -s $home/errors", 0, ""},
+      {"ovinta track --pace 0 --trip " OVINTA_TRIPS "/drive.gpx | grep 'trip  *ends 3[0-9]* m'", 0,
+       " m from the nearest site"},
       {"$ovinta track --pace 3600 --data-dir $home/data > $home/track & process=$!"
        "; until grep -q Following $home/track; do :; done; kill -INT $process; wait $process",
        130, ""},
