@@ -97,7 +97,9 @@ TEST(Activity, goesOnUntilASlowCenterHasDoneWhatItWasAskedFor) {
   const auto activity = std::make_shared<Activity>();
   const auto counted = counting(center, activity);
   counted->removePendingNotificationRequests({"a"});
-  counted->add({.identifier = "b"}, nullptr);
+  UserNotificationRequest request;
+  request.identifier = "b";
+  counted->add(request, nullptr);
   // A removal has no answer of its own: it is done when a question after it is answered.
   EXPECT_THAT(center->calls, testing::ElementsAre(testing::Key("remove a"), testing::Key("list"),
                                                   testing::Key("add b")));
