@@ -6,9 +6,6 @@ set(CMAKE_CXX_VISIBILITY_PRESET hidden)
 set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 
-# A compiler newer than ours may warn of more: `cmake --compile-no-warning-as-error` lets it pass.
-set(CMAKE_COMPILE_WARNING_AS_ERROR ON)
-
 set(OVINTA_SANITIZERS "" CACHE STRING "Sanitizers to build with, as for -fsanitize=")
 
 find_program(CCACHE_PROGRAM ccache)
@@ -23,13 +20,14 @@ target_compile_options(
 # Where it optimises, g++ 12 warns of uninitialised values in an empty std::optional, which are never
 # read, and of std::string copying over itself (its bugs 80635 and 105651). clang and the sanitizers
 # look for both.
-set(isOptimised $<NOT:$<CONFIG:Debug>>)
 target_compile_options(
   ovinta_options
-  INTERFACE "$<$<AND:$<COMPILE_LANG_AND_ID:CXX,GNU>,${isOptimised}>:-Wno-maybe-uninitialized;-Wno-restrict>")
+  INTERFACE
+    "$<$<AND:$<COMPILE_LANG_AND_ID:CXX,GNU>,$<NOT:$<CONFIG:Debug>>>:-Wno-maybe-uninitialized;-Wno-restrict>"
+)
 # A product and a sum are rounded each, also where the processor could do both at once (arm64 always
 # can): the same samples give the service the same figures from every device.
-target_compile_options(ovinta_options INTERFACE $<${isOptimised}:-ffp-contract=off>)
+target_compile_options(ovinta_options INTERFACE -ffp-contract=off)
 if(OVINTA_SANITIZERS)
   # A program holds one compiler's sanitizers: the one that links it, which is the C++ compiler.
   add_compile_options(
