@@ -58,6 +58,7 @@ std::optional<int> HTTPServer::start(int port, std::chrono::milliseconds patienc
   };
   reception_ = std::make_unique<Reception>(
       listener, patience, Reception::Hooks{.admit = admit, .refused = std::move(onRefused)});
+  reception_->open();
   return bound;
 }
 

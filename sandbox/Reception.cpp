@@ -45,13 +45,16 @@ Reception::Reception(int listener, std::chrono::milliseconds patience, Hooks hoo
       patience_(patience),
       hooks_(std::move(hooks)),
       most_(mostConnections()),
-      buffer_(kPiece),
-      thread_([this] { run(); }) {}
+      buffer_(kPiece) {}
 
 Reception::~Reception() {
   finish(std::chrono::milliseconds(0));
   for (Visit& visit : visits_) close(visit);
   ::close(listener_);
+}
+
+void Reception::open() {
+  thread_ = std::thread([this] { run(); });
 }
 
 void Reception::dismiss(int socket, std::string unsent) {

@@ -32,19 +32,23 @@ class Reception {
     std::function<void(const IncomingRequest& request)> refused;
   };
 
-  /// Takes the listening socket over. A head must come within `patience`, a whole request within
-  /// six times that.
+  /// Takes the listening socket over; nobody is received before `open`. A head must come within
+  /// `patience`, a whole request within six times that.
   Reception(int listener, std::chrono::milliseconds patience, Hooks hooks);
   /// Closes all connections at once.
   ~Reception();
   Reception(const Reception&) = delete;
   Reception& operator=(const Reception&) = delete;
 
+  /// Begins to receive; call it once, when what the hooks use is there.
+  void open();
+
   /// Takes a connection back, -1 for one that is closed, with what is still to be sent. May be
   /// called from any thread.
   void dismiss(int socket, std::string unsent);
 
-  /// From here on no request is admitted, and those that are not whole are forgotten.
+  /// From here on no request is admitted, and those that are not whole are forgotten. Call it after
+  /// `open`.
   void shut();
   /// Gives clients that long to take what is left for them, and ends; call it once, after `shut`
   /// and when all that was admitted is dismissed.

@@ -23,33 +23,20 @@ class SteppedClock {
   /// How far it has been moved.
   std::chrono::milliseconds elapsed() const { return std::chrono::milliseconds(elapsed_); }
 
-  /// How often it has been looked at.
-  int looks() const { return looks_; }
-  void waitForMoreLooksThan(int looks) const {
-    if (!released_) looks_.wait(looks);
-  }
-
-  /// Ends all waiting.
-  void release() {
-    released_ = true;
-    now();
-  }
-
   /// Moves it, and returns when its user, told by `tell` to look at it, has done so often enough to
   /// have acted on it.
   void pass(std::chrono::milliseconds by, const std::function<void()>& tell) {
     constexpr int kEnough = 8;
-    const int end = looks() + kEnough;
+    const int end = looks_ + kEnough;
     advance(by);
-    for (int before = looks(); before < end; before = looks()) {
+    for (int before = looks_; before < end; before = looks_) {
       tell();
-      waitForMoreLooksThan(before);
+      looks_.wait(before);
     }
   }
 
  private:
   std::atomic<int> looks_ = 0;
-  std::atomic<bool> released_ = false;
   std::atomic<std::int64_t> elapsed_ = 0;
 };
 

@@ -30,22 +30,14 @@ std::string repeated(const std::string& text, int times) {
 
 class CurlURLSessionLimit : public CurlURLSessionFixture {
  protected:
-  /// Lets a while pass before each part.
+  /// Lets a while pass before each part, and the session see each before the next.
   void drip(ServerConnection& connection, std::chrono::seconds interval,
             const std::vector<std::string>& parts) {
     for (const auto& part : parts) {
-      const int looks = clock_->looks();
-      clock_->advance(interval);
+      pass(interval);
       connection.send(part);
-      clock_->waitForMoreLooksThan(looks);
+      pass(0s);
     }
-  }
-
-  /// The outcome of a request to a server that may still wait for the session to look at the time.
-  Outcome fetchDripped(URLRequest request) {
-    auto outcome = fetch(std::move(request));
-    clock_->release();
-    return outcome;
   }
 };
 
@@ -86,7 +78,7 @@ TEST_F(CurlURLSessionLimit, AnswersThatComeInPutTheTimeoutOff) {
     drip(connection, 6s,
          {"HTTP/1.1 200 OK\r\n", "A: b\r\n", "Content-Length: 4\r\n", "\r\n", "d", "a", "t", "a"});
   });
-  EXPECT_EQ(fetchDripped({.url = {server.url()}, .timeout = 10s}).data, "data");
+  EXPECT_EQ(fetch({.url = {server.url()}, .timeout = 10s}).data, "data");
 }
 
 TEST_F(CurlURLSessionLimit, RequestsThatGoOutPutTheTimeoutOff) {
@@ -124,7 +116,7 @@ TEST_F(CurlURLSessionLimit, NothingPutsTheEndOff) {
       connection.send(before);
       drip(connection, 9s, std::vector(8, more));
     });
-    const auto outcome = fetchDripped({.url = {server.url()}, .timeout = 10s});
+    const auto outcome = fetch({.url = {server.url()}, .timeout = 10s});
     EXPECT_EQ(outcome.sentence(), kTimedOut);
     EXPECT_GE(clock_->elapsed(), 60s);
     EXPECT_EQ(outcome.data, std::nullopt);
