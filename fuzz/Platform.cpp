@@ -133,8 +133,11 @@ void Platform::reset() {
   Ovinta::sites().setAll(std::nullopt);
   Ovinta::setPushToken(std::nullopt);
   Ovinta::notify().clear([](const auto&) {});
+  UserDefaultsKey::lastKnownAuthStatus.remove();
   queues->runAll();
   time.runUntilIdle();
+  // Positions, beacons and the time of the last send lose their meaning.
+  time.advance(std::chrono::minutes(1));
   requests->startAnew();
 }
 

@@ -30,7 +30,8 @@ class Requests : public platform::URLSession {
 };
 
 /// What the library runs on in a fuzzer: nothing leaves the memory, nothing happens by itself.
-/// Settings, order store and log keep nothing. The device stands 5 hours west of Greenwich.
+/// Order store and log keep nothing, the settings until the process ends. The device stands 5 hours
+/// west of Greenwich.
 class Platform {
  public:
   /// The one of the process; installed, and the library configured, when it is first asked for.

@@ -33,6 +33,7 @@ int main(int count, char** arguments) {
     replay(**target, path);
     return 0;
   }
+  ovinta::fuzz::require(!std::filesystem::is_empty(path), "the directory holds inputs");
   for (const auto& entry : std::filesystem::directory_iterator(path))
     replay(**target, entry.path());
   return 0;

@@ -7,10 +7,12 @@
 #include <utility>
 #include <variant>
 
+#include "platform/Export.h"
+
 namespace ovinta::platform {
 
 /// Why a JSON text could not be read as, or written from, a record. Never thrown at an application.
-class CodingError : public std::exception {
+class OVINTA_EXPORT CodingError : public std::exception {
  public:
   enum class Kind { keyNotFound, typeMismatch, valueNotFound, dataCorrupted, invalidValue };
 

@@ -16,6 +16,7 @@ namespace ovinta {
 class ConfigurationManager;
 class CustomerManager;
 class LocationUpdater;
+class NotificationReplacements;
 class NotifyManager;
 class OrdersManager;
 class SitesManager;
@@ -60,6 +61,8 @@ class OvintaState {
   SitesManager& sites();
   ConfigurationManager& config();
   NotifyManager& notify();
+  /// Where the replacements of armed notifications wait for their turn, whichever manager asks.
+  Lazy<NotificationReplacements> notificationReplacements;
 
   /// The shared updater, or null before `makeLocationUpdater`.
   LocationUpdater* locationUpdater() const { return updater_.load(); }

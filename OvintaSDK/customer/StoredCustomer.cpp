@@ -7,6 +7,7 @@
 #include "platform/Services.h"
 
 namespace ovinta {
+
 CustomerPtr loadStoredCustomer() {
   Customer customer;
   for (const auto& path : CustomerInfo::defaultsKeyPaths()) {

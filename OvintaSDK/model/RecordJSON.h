@@ -26,7 +26,8 @@
 
 namespace ovinta {
 
-/// Records by their types.
+/// Records by their types. A new one goes to the end of its list: applications that were built with
+/// an earlier header tell records by their places.
 template <class... Records>
 struct RecordList {
   template <class Record>

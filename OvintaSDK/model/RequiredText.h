@@ -1,5 +1,7 @@
 #pragma once
 
+#include <concepts>
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -14,7 +16,9 @@ class RequiredText {
  public:
   RequiredText(std::string text) : text_(std::move(text)) {}
   RequiredText(std::string_view text) : text_(text) {}
+  /// `text` must not be null.
   RequiredText(const char* text) : text_(text) {}
+  RequiredText(std::nullptr_t) = delete;
 
   const std::optional<std::string>& get() const { return text_; }
   operator const std::optional<std::string>&() const { return text_; }
@@ -32,6 +36,11 @@ class RequiredText {
   friend bool operator==(const RequiredText&, const RequiredText&) = default;
   friend bool operator==(const RequiredText& text, const std::optional<std::string>& other) {
     return text.text_ == other;
+  }
+  template <class Text>
+  requires std::convertible_to<const Text&, std::string_view>
+  friend bool operator==(const RequiredText& text, const Text& other) {
+    return text.text_ == std::string_view(other);
   }
 
  private:

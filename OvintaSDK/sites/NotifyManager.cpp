@@ -141,7 +141,11 @@ class NotificationReplacements : public std::enable_shared_from_this<Notificatio
   std::deque<Replacement> waiting_;
 };
 
-NotifyManager::NotifyManager() : replacements_(std::make_shared<NotificationReplacements>()) {}
+NotifyManager::NotifyManager()
+    : replacements_(OvintaState::current()
+                        .notificationReplacements
+                        .get([] { return std::make_shared<NotificationReplacements>(); })
+                        .shared_from_this()) {}
 
 void NotifyManager::createForSites(const SiteList& sites, const NotificationInfo& notification,
                                    ErrorCallback callback) {

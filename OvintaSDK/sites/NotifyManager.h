@@ -22,7 +22,8 @@ class NotificationReplacements;
 /// reached as `Ovinta::notify()`. What is armed is kept by the platform's notification centre, also
 /// across restarts. All methods may be called from any thread and return at once; callbacks run
 /// inside the call when the request is refused at once, otherwise on the thread on which the
-/// notification centre or the network answers.
+/// notification centre or the network answers. They must not throw, nor wait for what a later call
+/// does.
 /// What is asked while something else is still being armed or disarmed waits for that to end, so
 /// that each call finds all that the calls before it have armed.
 /// The object must outlive the look-ups of `createForSitesInRegion`.

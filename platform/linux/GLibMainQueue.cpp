@@ -32,31 +32,9 @@ std::atomic<bool> quitRequested{false};
 void rememberMainThread() { mainThread(); }
 
 /// The waiting tasks and the GLib source that runs them.
-class GLibMainQueue::Source {
+class GLibMainQueue::Source : public std::enable_shared_from_this<Source> {
  public:
-  explicit Source(Now now) : now_(std::move(now)) {}
-
-  /// Attaches a new source; GLib keeps the object until it is detached.
-  static std::shared_ptr<Source> attach(Now now) {
-    auto self = std::make_shared<Source>(now ? std::move(now) : Now(&g_get_monotonic_time));
-    static GSourceFuncs functions = [] {
-      GSourceFuncs table{};
-      table.dispatch = [](GSource*, GSourceFunc callback, gpointer data) { return callback(data); };
-      return table;
-    }();
-    self->source_ = g_source_new(&functions, sizeof(GSource));
-    g_source_set_callback(
-        self->source_,
-        [](gpointer data) -> gboolean {
-          static_cast<std::shared_ptr<Source>*>(data)->get()->runNext();
-          return G_SOURCE_CONTINUE;
-        },
-        new std::shared_ptr<Source>(self),
-        [](gpointer data) { delete static_cast<std::shared_ptr<Source>*>(data); });
-    g_source_set_priority(self->source_, G_PRIORITY_DEFAULT);
-    g_source_attach(self->source_, nullptr);
-    return self;
-  }
+  explicit Source(Now now) : now_(now ? std::move(now) : Now(&g_get_monotonic_time)) {}
 
   void add(TimeInterval delay, Task task, bool isAwaited = false) {
     const std::lock_guard lock(mutex_);
@@ -64,23 +42,24 @@ class GLibMainQueue::Source {
     const auto wait =
         std::clamp<std::int64_t>(delay.count(), 0, std::numeric_limits<std::int64_t>::max() - now);
     tasks_.emplace(now + wait, Waiting{std::move(task), isAwaited});
+    if (!source_) attach();
     arm();
   }
 
   /// The queue is gone: drops the tasks for which nobody waits, and detaches once there is none.
   void close() {
     Tasks dropped;
-    std::unique_lock lock(mutex_);
-    isClosed_ = true;
-    std::swap(dropped, tasks_);
-    for (auto next = dropped.begin(); next != dropped.end();) {
-      const auto entry = next++;
-      if (entry->second.isAwaited) tasks_.insert(dropped.extract(entry));
+    {
+      const std::lock_guard lock(mutex_);
+      isClosed_ = true;
+      std::swap(dropped, tasks_);
+      for (auto next = dropped.begin(); next != dropped.end();) {
+        const auto entry = next++;
+        if (entry->second.isAwaited) tasks_.insert(dropped.extract(entry));
+      }
+      arm();
     }
-    arm();
-    const bool isOver = tasks_.empty();
-    lock.unlock();
-    if (isOver) detach();
+    detachWhenOver();
   }
 
  private:
@@ -94,7 +73,6 @@ class GLibMainQueue::Source {
   /// No exception may cross the frames of GLib, which called this: one ends the process here.
   void runNext() noexcept {
     Task task;
-    bool isLast = false;
     {
       const std::lock_guard lock(mutex_);
       const auto first = tasks_.begin();
@@ -102,19 +80,47 @@ class GLibMainQueue::Source {
       task = std::move(first->second.task);
       tasks_.erase(first);
       arm();
-      isLast = isClosed_ && tasks_.empty();
     }
     task();
-    if (isLast) detach();
+    detachWhenOver();
   }
 
-  void detach() {
-    g_source_destroy(source_);
-    g_source_unref(source_);
+  /// Attaches a new source; GLib keeps this object until it is detached. Call with the lock held.
+  void attach() {
+    static GSourceFuncs functions = [] {
+      GSourceFuncs table{};
+      table.dispatch = [](GSource*, GSourceFunc callback, gpointer data) { return callback(data); };
+      return table;
+    }();
+    source_ = g_source_new(&functions, sizeof(GSource));
+    g_source_set_callback(
+        source_,
+        [](gpointer data) -> gboolean {
+          static_cast<std::shared_ptr<Source>*>(data)->get()->runNext();
+          return G_SOURCE_CONTINUE;
+        },
+        new std::shared_ptr<Source>(shared_from_this()),
+        [](gpointer data) { delete static_cast<std::shared_ptr<Source>*>(data); });
+    g_source_set_priority(source_, G_PRIORITY_DEFAULT);
+    g_source_attach(source_, nullptr);
+  }
+
+  /// A thread that comes to wait later attaches anew.
+  void detachWhenOver() {
+    GSource* over = nullptr;
+    {
+      const std::lock_guard lock(mutex_);
+      if (isClosed_ && tasks_.empty()) over = std::exchange(source_, nullptr);
+    }
+    if (!over) return;
+    // It may let go of this object.
+    g_source_destroy(over);
+    g_source_unref(over);
   }
 
   /// Call with the lock held.
   void arm() {
+    if (!source_) return;
     if (tasks_.empty()) return g_source_set_ready_time(source_, -1);
     // The loop goes by its own clock.
     const std::int64_t wait = tasks_.begin()->first - now_();
@@ -128,10 +134,11 @@ class GLibMainQueue::Source {
   /// By due time; equal ones in the order of submission.
   Tasks tasks_;
   bool isClosed_ = false;
+  /// Null while it is not attached.
   GSource* source_ = nullptr;
 };
 
-GLibMainQueue::GLibMainQueue(Now now) : source_(Source::attach(std::move(now))) {}
+GLibMainQueue::GLibMainQueue(Now now) : source_(std::make_shared<Source>(std::move(now))) {}
 
 GLibMainQueue::~GLibMainQueue() { source_->close(); }
 

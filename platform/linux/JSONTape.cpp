@@ -12,8 +12,8 @@ namespace ovinta::platform::linux {
 
 namespace {
 
-/// From here on a double stands for more than one integer.
-constexpr double kFirstInexact = 0x1p53;
+/// Whether it is an integer; that of the text may be another one, or none.
+bool isWhole(double value) { return std::trunc(value) == value; }
 
 /// Whether the parser takes the number; of those that JSON knows it refuses the large ones.
 bool isHeldByParser(const JSONNumber& number) {
@@ -84,27 +84,24 @@ void JSONTape::forEachNumber(Visit visit) const {
   }
 }
 
-const JSONTape::LargeDouble& JSONTape::largeDoubleAt(std::size_t position) const {
-  std::call_once(largeDoublesAreKnown_, [this] {
+const JSONTape::WholeDouble& JSONTape::wholeDoubleAt(std::size_t position) const {
+  std::call_once(wholeDoublesAreKnown_, [this] {
     forEachNumber([this](std::size_t at, char type, std::string_view token) {
-      if (type != 'd' || std::abs(doubleAt(at)) < kFirstInexact) return;
+      if (type != 'd' || !isWhole(doubleAt(at))) return;
       const auto number = JSONNumber::read(token);
-      largeDoubles_.push_back(
+      wholeDoubles_.push_back(
           {at, number ? number->integer() : std::nullopt, number && number->hasExponent()});
     });
   });
-  return *std::ranges::lower_bound(largeDoubles_, position, {}, &LargeDouble::position);
+  return *std::ranges::lower_bound(wholeDoubles_, position, {}, &WholeDouble::position);
 }
 
 std::optional<std::int64_t> JSONTape::integerAt(std::size_t position) const {
-  const double value = doubleAt(position);
-  if (std::abs(value) >= kFirstInexact) return largeDoubleAt(position).integer;
-  if (std::trunc(value) != value) return std::nullopt;
-  return static_cast<std::int64_t>(value);
+  return isWhole(doubleAt(position)) ? wholeDoubleAt(position).integer : std::nullopt;
 }
 
 std::optional<std::int64_t> JSONTape::plainIntegerAt(std::size_t position) const {
-  const LargeDouble& number = largeDoubleAt(position);
+  const WholeDouble& number = wholeDoubleAt(position);
   return number.hasExponent ? std::nullopt : number.integer;
 }
 

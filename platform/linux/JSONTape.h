@@ -29,8 +29,8 @@ class JSONTape : public simdjson::dom::document {
   /// The integer that the text has for it; absent when it has none or one beyond 64 bits.
   std::optional<std::int64_t> integerAt(std::size_t position) const;
 
-  /// The same for a double from 2^53 on; absent too when the text writes it with an exponent, as
-  /// writers do with the shortest text that gives the double back.
+  /// The same for a double that is an integer; absent too when the text writes it with an exponent,
+  /// as writers do with the shortest text that gives the double back.
   std::optional<std::int64_t> plainIntegerAt(std::size_t position) const;
 
  private:
@@ -40,19 +40,18 @@ class JSONTape : public simdjson::dom::document {
   template <class Visit>
   void forEachNumber(Visit visit) const;
 
-  struct LargeDouble {
+  struct WholeDouble {
     std::size_t position;
     std::optional<std::int64_t> integer;
     bool hasExponent;
   };
-  const LargeDouble& largeDoubleAt(std::size_t position) const;
+  const WholeDouble& wholeDoubleAt(std::size_t position) const;
 
   const std::unique_ptr<char[]> text_;
   const std::size_t size_;
-  /// Those that stand for more than one integer, in the order of their positions. Found when first
-  /// asked for.
-  mutable std::vector<LargeDouble> largeDoubles_;
-  mutable std::once_flag largeDoublesAreKnown_;
+  /// Those that are integers, in the order of their positions. Found when first asked for.
+  mutable std::vector<WholeDouble> wholeDoubles_;
+  mutable std::once_flag wholeDoublesAreKnown_;
 };
 
 }  // namespace ovinta::platform::linux

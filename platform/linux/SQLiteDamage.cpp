@@ -117,15 +117,21 @@ void openOrRebuildSQLiteFile(const fs::path& file, const char* name, Log& log,
   openWhenUnlocked();
 }
 
-std::optional<std::string> problemOfSQLiteFile(const fs::path& file) {
+std::optional<SQLiteProblem> problemOfSQLiteFile(const fs::path& file) {
   std::error_code error;
   if (!fs::exists(fs::symlink_status(file, error))) return std::nullopt;
   try {
     throwIfDamaged(*openSQLiteFile(file, kLookTimeout));
   } catch (const SQLite::Exception& failure) {
-    return isDamage(failure) ? textOf(failure) : failure.what();
+    if (isDamage(failure)) {
+      return SQLiteProblem{textOf(failure), "Move the file out of " + file.parent_path().string() +
+                                                ": what it holds is lost."};
+    }
+    return SQLiteProblem{failure.what(), failure.getErrorCode() == SQLITE_SCHEMA
+                                             ? "Use the app's newest version."
+                                             : "End what else uses the file."};
   } catch (const std::exception& failure) {
-    return failure.what();
+    return SQLiteProblem{failure.what(), "Give the app's user the file to read and write."};
   }
   return std::nullopt;
 }

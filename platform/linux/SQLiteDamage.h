@@ -35,8 +35,14 @@ void openOrRebuildSQLiteFile(
     const std::filesystem::path& file, const char* name, Log& log,
     const std::function<void()>& open, const std::function<void()>& forget = [] {});
 
-/// Why the library cannot use the database, in words; absent when it can, also where there is none
-/// yet. Changes nothing that the file holds.
-std::optional<std::string> problemOfSQLiteFile(const std::filesystem::path& file);
+/// Why the library cannot use a database, and what helps.
+struct SQLiteProblem {
+  std::string text;
+  std::string advice;
+};
+
+/// Absent when the library can use the database, also where there is none yet. Opens it as the
+/// library does, and changes nothing that its tables hold.
+std::optional<SQLiteProblem> problemOfSQLiteFile(const std::filesystem::path& file);
 
 }  // namespace ovinta::platform::linux

@@ -79,15 +79,18 @@ void checkExistingFile(const fs::path& file) {
 }
 
 /// While another process makes the same change SQLite refuses at once, without the wait that other
-/// statements have; so wait for the other's transaction and try again.
-void switchToWriteAheadLog(SQLite::Database& database) {
+/// statements have; so wait for the other's transaction and try again. One that only reads is
+/// waited for by SQLite itself, and no longer than that.
+void switchToWriteAheadLog(SQLite::Database& database, std::chrono::milliseconds busyTimeout) {
   constexpr int kAttempts = 20;
+  const auto end = std::chrono::steady_clock::now() + busyTimeout;
   for (int attempt = 1;; ++attempt) {
     try {
       database.exec("PRAGMA journal_mode = WAL");
       return;
     } catch (const SQLite::Exception& error) {
-      if (error.getErrorCode() != SQLITE_BUSY || attempt == kAttempts) throw;
+      const bool isLast = attempt == kAttempts || std::chrono::steady_clock::now() >= end;
+      if (error.getErrorCode() != SQLITE_BUSY || isLast) throw;
     }
     database.exec("BEGIN IMMEDIATE; ROLLBACK");
   }
@@ -149,7 +152,7 @@ std::unique_ptr<SQLite::Database> openSQLiteFile(const fs::path& file,
       SQLite::OPEN_READWRITE | SQLite::OPEN_NOMUTEX | SQLite::OPEN_NOFOLLOW,
       static_cast<int>(busyTimeout.count()));
   refuseNewerFile(*database);
-  switchToWriteAheadLog(*database);
+  switchToWriteAheadLog(*database, busyTimeout);
   database->exec("PRAGMA secure_delete = ON");
   return database;
 }

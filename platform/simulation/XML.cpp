@@ -71,6 +71,8 @@ std::chrono::minutes zone(Scanner& scanner) {
   return isWest ? -ahead : ahead;
 }
 
+constexpr int kMostAttributes = 100;
+
 std::string shortText(double value) {
   std::string text(32, '\0');
   text.resize(static_cast<std::size_t>(
@@ -89,10 +91,14 @@ std::string_view localName(pugi::xml_node node) {
 std::string_view namespaceName(pugi::xml_node node) {
   const std::string_view name = node.name();
   const auto colon = name.find(':');
-  const auto declaration =
+  const std::string declaration =
       colon == std::string_view::npos ? "xmlns" : "xmlns:" + std::string(name.substr(0, colon));
   for (auto scope = node; scope; scope = scope.parent()) {
-    if (const auto attribute = scope.attribute(declaration.c_str())) return attribute.value();
+    int count = 0;
+    for (const auto attribute : scope.attributes()) {
+      if (declaration == attribute.name()) return attribute.value();
+      if (++count > kMostAttributes) throw Malformed{"too many attributes", scope};
+    }
   }
   return {};
 }

@@ -23,7 +23,9 @@ struct Malformed {
 /// The name without its prefix.
 std::string_view localName(pugi::xml_node node);
 
-/// The namespace that the node's prefix stands for; empty for none.
+/// The namespace that the node's prefix stands for; empty for none. An element with more attributes
+/// than any file needs is an error: each look-up goes through those of all elements around the
+/// node.
 std::string_view namespaceName(pugi::xml_node node);
 
 /// The children that are elements of that local name.

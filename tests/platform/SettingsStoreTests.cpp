@@ -53,6 +53,17 @@ TEST_P(SettingsStoreTest, StoredTextsHideDefaultsUntilTheyAreRemoved) {
   EXPECT_EQ(store_->string("other"), "x");
 }
 
+TEST_P(SettingsStoreTest, ChangesSeveralTextsAndWipesOne) {
+  store_->set("gone", "x");
+  store_->registerDefault("gone", "default");
+  store_->apply({{"gone", std::nullopt}, {"new", "text"}});
+  EXPECT_EQ(store_->string("gone"), "default");
+  EXPECT_EQ(store_->string("new"), "text");
+  store_->wipe("new");
+  EXPECT_EQ(store_->string("new"), std::nullopt);
+  EXPECT_EQ(store_->failure(), std::nullopt);
+}
+
 TEST_P(SettingsStoreTest, ThreadsSeeEachOthersWritesAtOnce) {
   std::vector<std::thread> threads;
   for (int number = 0; number < 4; ++number) {

@@ -40,8 +40,13 @@ std::string textOf(NSData* bytes) {
 }
 
 /// As the service writes its instants, e.g. "2021-03-04T20:30:00.000Z".
-std::string dateText(NSDate* date) {
+/// Absent outside the years that the text can hold.
+std::optional<std::string> dateText(NSDate* date) {
   using namespace std::chrono;
+  constexpr double kYear0 = -62167219200;
+  constexpr double kYear10000 = 253402300800;
+  const double since1970 = [date timeIntervalSince1970];
+  if (!(since1970 >= kYear0 && since1970 < kYear10000)) return std::nullopt;
   const auto instant = floor<milliseconds>(twins::date(date));
   const auto day = floor<days>(instant);
   const year_month_day calendar(day);
@@ -61,7 +66,10 @@ std::optional<platform::Value> value(id object) {
     NSData* const bytes = bytesOf(object);
     return bytes ? std::optional<platform::Value>(textOf(bytes)) : std::nullopt;
   }
-  if ([object isKindOfClass:[NSDate class]]) return dateText(object);
+  if ([object isKindOfClass:[NSDate class]]) {
+    auto date = dateText(object);
+    return date ? std::optional<platform::Value>(*std::move(date)) : std::nullopt;
+  }
   if ([object isKindOfClass:[NSData class]]) {
     return text([object base64EncodedStringWithOptions:0]);
   }

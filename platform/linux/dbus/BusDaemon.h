@@ -25,7 +25,7 @@ class BusDaemon {
   /// Whether a client that asks for a name somebody has is to wait until it is free.
   enum class IfTaken { wait, giveUp };
 
-  /// Tells whether the connection has the name or waits for it; not when there is no answer.
+  /// Tells whether the connection has the name or waits for it; false when there is no answer.
   void requestName(const std::string& name, IfTaken ifTaken, std::function<void(bool)> completion);
   void releaseName(const std::string& name);
 

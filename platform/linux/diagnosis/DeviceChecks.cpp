@@ -55,11 +55,8 @@ std::optional<Finding> unusableFileIn(const fs::path& directory) {
   for (const fs::path& file : files) {
     if (const auto problem = problemOfSQLiteFile(file)) {
       return Finding{.condition = Condition::missing,
-                     .detail = file.filename().string() + ": " + *problem,
-                     .advice =
-                         "Use the app's newest version; should that not help, move the file "
-                         "out of " +
-                         directory.string() + ": what it holds is lost."};
+                     .detail = file.filename().string() + ": " + problem->text,
+                     .advice = problem->advice};
     }
   }
   return std::nullopt;

@@ -93,18 +93,23 @@ class PositionHub::Stream : public PositionStream {
 
 PositionHub::PositionHub(std::shared_ptr<PositionProvider> provider,
                          std::shared_ptr<MainQueue> mainQueue, std::optional<KeptAccess> kept)
-    : provider_(std::move(provider)), mainQueue_(std::move(mainQueue)), kept_(std::move(kept)) {
-  const auto last = kept_ ? kept_->load() : std::nullopt;
-  if (!last) return;
-  access_ = *last;
-  isOfOld_ = true;
-}
+    : provider_(std::move(provider)), mainQueue_(std::move(mainQueue)), kept_(std::move(kept)) {}
 
 PositionHub::~PositionHub() = default;
 
-bool PositionHub::isEnabled() const { return read(access_).isEnabled; }
+std::atomic<PositionAccess>& PositionHub::access() const {
+  std::call_once(isLoaded_, [this] {
+    const auto last = kept_ ? kept_->load() : std::nullopt;
+    if (!last) return;
+    access_ = *last;
+    isOfOld_ = true;
+  });
+  return access_;
+}
 
-AuthorizationStatus PositionHub::status() const { return read(access_).status; }
+bool PositionHub::isEnabled() const { return read(access()).isEnabled; }
+
+AuthorizationStatus PositionHub::status() const { return read(access()).status; }
 
 void PositionHub::findService() {
   if (std::exchange(hasLooked_, true)) return;
@@ -113,12 +118,13 @@ void PositionHub::findService() {
 }
 
 void PositionHub::noteService(bool isThere) {
+  const PositionAccess before = access();
   if (!isThere) {
     if (isOfOld_) note(PositionAccess::absent);
     return;
   }
   if (!isAsking_) arrivals_ = nullptr;
-  if (access_ == PositionAccess::absent) note(PositionAccess::undecided);
+  if (before == PositionAccess::absent) note(PositionAccess::undecided);
 }
 
 void PositionHub::watchArrivals() {
@@ -130,7 +136,7 @@ void PositionHub::watchArrivals() {
       return stream->answer() == PositionAccess::denied;
     };
     if (std::ranges::all_of(streams_, isRefused)) askAgain();
-    if (access_ == PositionAccess::absent) note(PositionAccess::undecided);
+    if (access() == PositionAccess::absent) note(PositionAccess::undecided);
   });
 }
 
@@ -193,10 +199,10 @@ void PositionHub::onStatusChanged(std::weak_ptr<const void> owner, std::function
 }
 
 void PositionHub::note(PositionAccess access) {
+  const AuthorizationStatus before = status();
   // A service that has not said yet takes nothing back.
   if (isOfOld_ && access == PositionAccess::undecided) return;
   isOfOld_ = false;
-  const AuthorizationStatus before = status();
   if (access_.exchange(access) != access && kept_) kept_->store(access);
   if (status() == before) return;
   std::erase_if(observers_, [](const Observer& observer) { return observer.owner.expired(); });

@@ -3,6 +3,7 @@
 #include <atomic>
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <vector>
 
@@ -66,15 +67,18 @@ class PositionHub {
   void noteAnswers();
   void noteService(bool isThere);
   void note(PositionAccess access);
+  /// The answer in force; looks for the one that was kept when it is first asked for.
+  std::atomic<PositionAccess>& access() const;
 
   const std::shared_ptr<PositionProvider> provider_;
   const std::shared_ptr<MainQueue> mainQueue_;
   const std::optional<KeptAccess> kept_;
   /// The strongest answer of the streams that are open, and the last one when none is. At first
   /// that of the process before, or absent, when nobody has been asked.
-  std::atomic<PositionAccess> access_ = PositionAccess::absent;
+  mutable std::atomic<PositionAccess> access_ = PositionAccess::absent;
   /// Whether it is from the process before.
-  bool isOfOld_ = false;
+  mutable std::atomic<bool> isOfOld_ = false;
+  mutable std::once_flag isLoaded_;
   /// Those that are open.
   std::vector<Stream*> streams_;
   /// Whether the application waits for an answer.

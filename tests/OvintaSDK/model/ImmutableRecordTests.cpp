@@ -7,6 +7,7 @@
 #include "OvintaSDK/model/CreateOrderInfo.h"
 #include "OvintaSDK/model/LocationUpdateEvent.h"
 #include "OvintaSDK/model/Order.h"
+#include "OvintaSDK/model/RecordJSON.h"
 #include "OvintaSDK/model/UpdateOrderInfo.h"
 #include "tests/support/CannedRecords.h"
 
@@ -49,6 +50,25 @@ static_assert(!BuiltOfNothing<ClaimOrderInfo> && !BuiltOfNothing<UpdateOrderInfo
 static_assert(BuiltOfToken<ClaimOrderInfo, std::string> && BuiltOfToken<UpdateOrderInfo, char*>);
 static_assert(!BuiltOfToken<ClaimOrderInfo, std::optional<std::string>>);
 static_assert(!BuiltOfToken<UpdateOrderInfo, std::nullopt_t>);
+static_assert(!BuiltOfToken<UpdateOrderInfo, std::nullptr_t>);
+
+// Applications that are built already know records by these places.
+static_assert(ReadableRecords::positionOf<Order>() == 0);
+static_assert(ReadableRecords::positionOf<Site>() == 3);
+static_assert(ReadableRecords::positionOf<Customer>() == 5);
+static_assert(ReadableRecords::positionOf<SetNewPassword>() == 11);
+static_assert(ReadableRecords::positionOf<BeaconIdentifiers>() == 16);
+static_assert(WritableRecords::positionOf<Order>() == 0);
+static_assert(WritableRecords::positionOf<CustomerInfo>() == 4);
+static_assert(WritableRecords::positionOf<SetNewPassword>() == 9);
+static_assert(WritableRecords::positionOf<BeaconIdentifiers>() == 15);
+
+TEST(ImmutableRecordTest, ARequiredTextComparesAsAText) {
+  const UpdateOrderInfo info{.pushToken = "token"};
+  EXPECT_TRUE(info.pushToken == "token" && info.pushToken != std::string("other"));
+  EXPECT_TRUE("token" == info.pushToken && info.pushToken == std::optional<std::string>("token"));
+  EXPECT_TRUE(info == UpdateOrderInfo{.pushToken = std::string_view("token")});
+}
 
 TEST(ImmutableRecordTest, AnEventIsMovedWithItsViews) {
   OrderEvent event = locationUpdateEvent(7, {}, std::vector(3, Beacon{}), 90);

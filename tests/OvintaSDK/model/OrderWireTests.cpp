@@ -172,9 +172,13 @@ TEST_F(OrderWireTest, ReadsUnusualButValidTexts) {
       {R"("id":1,"id":2,)", 2},
       // Unknown keys are skipped, whatever they hold; keys are compared to the letter.
       {R"("Id":1,"ID":{"id":[2]},"id":3,"":4,"iid":5,)", 3},
+      {R"("size":1e400,"count":-99999999999999999999,"id":3,)", 3},
       {"\"\\u0069d\": 4 ,\n\t", 4},
   };
   for (const auto& [text, id] : ids) EXPECT_EQ(decodeOrder('{' + (text + rest))->id, id) << text;
+  const std::string deep =
+      "\"deep\":" + std::string(1100, '[') + std::string(1100, ']') + ",\"id\":6,";
+  EXPECT_EQ(decodeOrder('{' + (deep + rest))->id, 6);
 
   const std::string twice = R"({"push_token":"a","push_token":null,"id":1,)";
   EXPECT_EQ(decodeOrder(twice + rest)->pushToken(), std::nullopt);

@@ -124,6 +124,10 @@ TEST_F(Notify, EachCallFindsWhatTheCallsBeforeItHaveArmed) {
   EXPECT_EQ(outcome(), std::string(kDone) + kDone);
   EXPECT_THAT(pending(), ElementsAre("ovinta.notify 6"));
   notify.createForSites(sites(5), {}, {});
+  NotifyManager().createForSites({site(6)}, {}, tell());
+  EXPECT_EQ(outcome(), kDone);
+  EXPECT_THAT(pending(), ElementsAre("ovinta.notify 6")) << "whichever manager it was";
+  notify.createForSites(sites(5), {}, {});
   notify.clear(tell());
   EXPECT_EQ(outcome(), kDone);
   EXPECT_THAT(pending(), ElementsAre());

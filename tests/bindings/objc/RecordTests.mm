@@ -73,6 +73,7 @@ TEST_F(RecordTest, DictionariesKeepWhatJSONCanHold) {
     @"data" : [NSData dataWithBytes:"\xff\x00" length:2],
     @"list" : @[ @1, [[[NSObject alloc] init] autorelease], broken, @2 ],
     @"broken" : broken,
+    @"late" : [NSDate dateWithTimeIntervalSince1970:2e12],
     @3 : @"no text"
   };
   const platform::Dictionary expected{{"date", "2021-03-04T20:30:00.123Z"},

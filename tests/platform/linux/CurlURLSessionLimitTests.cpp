@@ -177,6 +177,16 @@ TEST_F(CurlURLSessionLimit, CountsEveryByteUpToTheLast) {
   restart({.sizeLimit = static_cast<std::size_t>(-1)});
   EXPECT_EQ(get(server.url()).data, "body");
 
+  constexpr std::size_t kLimitUnlessSet = 4 << 20;
+  for (const std::size_t surplus : {0, 1}) {
+    LocalServer large(LocalServer::answering([&](const auto&) {
+      const std::string head = kHead + "\r\n";
+      return head + std::string(kLimitUnlessSet - head.size() + surplus, 'x');
+    }));
+    restart({});
+    EXPECT_EQ(get(large.url()).sentence(), surplus == 0 ? "" : kTooLarge);
+  }
+
   LocalServer lengthOnly(LocalServer::answering(
       [](const auto&) { return kHead + "Content-Length: 99999999999\r\n\r\n"; }));
   EXPECT_EQ(fetch({.url = {lengthOnly.url()}, .method = "HEAD"}).data, "") << "nothing comes";

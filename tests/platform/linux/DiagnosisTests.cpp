@@ -1,3 +1,5 @@
+#include "platform/linux/SQLiteDamage.h"
+#include "platform/linux/SQLiteFile.h"
 #include "platform/linux/UPower.h"
 #include "platform/linux/diagnosis/DiagnosisRun.h"
 #include "platform/linux/notifications/AgentRegistry.h"
@@ -198,6 +200,20 @@ const Fault kFaults[] = {
 
 INSTANTIATE_TEST_SUITE_P(Faults, DiagnosisFaultTest, testing::ValuesIn(kFaults),
                          [](const auto& tested) { return tested.param.name; });
+
+TEST_F(DiagnosisTest, OnlyWhatIsDamagedIsGivenUp) {
+  const auto adviceFor = [this](const char* name) {
+    const auto problem = problemOfSQLiteFile(folder_.path() / name);
+    return problem ? problem->advice : "none";
+  };
+  test::writeFile(folder_.path() / "damaged", std::string(1000, 'x'));
+  openSQLiteFile(folder_.path() / "newer", {})->exec("PRAGMA user_version = 99");
+  openSQLiteFile(folder_.path() / "sound", {});
+  EXPECT_THAT(adviceFor("damaged"), HasSubstr("what it holds is lost"));
+  EXPECT_EQ(adviceFor("newer"), "Use the app's newest version.");
+  EXPECT_EQ(adviceFor("sound"), "none");
+  EXPECT_EQ(adviceFor("absent"), "none");
+}
 
 TEST_F(DiagnosisTest, EndsInTimeWhenNobodyIsThereToAskTheUser) {
   DeviceDouble device(daemon_);

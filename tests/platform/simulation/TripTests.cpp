@@ -83,6 +83,8 @@ TEST(GPXTest, SaysWhatIsWrongAndWhere) {
   const auto extended = [&](const std::string& element) {
     return gpx("<rte><rtept lat=\"1\" lon=\"1\"/></rte>\n<extensions>" + element + "</extensions>");
   };
+  std::string manyAttributes;
+  for (int i = 0; i <= 100; ++i) manyAttributes += " a" + std::to_string(i) + "=''";
   const std::pair<std::string, std::string> kCases[] = {
       {"", "No document element found"},
       {"<gpx>\n<trk></gpx>", "line 2: Start-end tags mismatch"},
@@ -112,6 +114,7 @@ TEST(GPXTest, SaysWhatIsWrongAndWhere) {
       {extended("<t:beacon uuid='x' major='1' minor='1' lat='1' lon='1'/>"), "no UUID"},
       {extended("<t:battery after='1' state='empty'/>"), "no battery state: \"empty\""},
       {extended("<t:permission status='1'/>"), "line 4: after is missing"},
+      {extended("<t:battery" + manyAttributes + "/>"), "line 4: too many attributes"},
       {extended("<t:permision after='1' status='1'/>"), "unknown element t:permision"},
   };
   for (const auto& [text, message] : kCases) {

@@ -3,10 +3,10 @@
 NS_ASSUME_NONNULL_BEGIN
 
 /// The root of the records, which are immutable where their classes do not say otherwise and may be
-/// used from any thread. `Order`, `Site` and `Customer` stand for one object of the library each,
-/// as long as anyone holds them: the same object, wherever it is met. All others are equal when
-/// their values are. Records are made by their own initialisers, never by `init`, unless they say
-/// so.
+/// used from any thread. `Order`, `CoreOrder`, `Site` and `Customer` stand for one object of the
+/// library each, as long as anyone holds them: the same object, wherever it is met. All others are
+/// equal when their values are. Records are made by their own initialisers, never by `init`, unless
+/// they say so.
 @interface OvintaRecord : NSObject {
  @private
   void* held_;
