@@ -180,8 +180,9 @@ TEST_F(CurlURLSessionLimit, CountsEveryByteUpToTheLast) {
   constexpr std::size_t kLimitUnlessSet = 4 << 20;
   for (const std::size_t surplus : {0, 1}) {
     LocalServer large(LocalServer::answering([&](const auto&) {
-      const std::string head = kHead + "\r\n";
-      return head + std::string(kLimitUnlessSet - head.size() + surplus, 'x');
+      const std::string head = kHead + "Content-Length: ";
+      const std::size_t size = kLimitUnlessSet - head.size() - 11 + surplus;
+      return head + std::to_string(size) + "\r\n\r\n" + std::string(size, 'x');
     }));
     restart({});
     EXPECT_EQ(get(large.url()).sentence(), surplus == 0 ? "" : kTooLarge);
