@@ -55,12 +55,14 @@ void sendSpoilt(const Delivery& delivery, Answer answer, httplib::Response& repl
       announced, answer.contentType,
       [body = std::move(answer.body), sent, end = delivery.end, place = std::move(answer.place)](
           std::size_t offset, std::size_t, httplib::DataSink& sink) {
+        const std::size_t count = std::min(body.size(), sent - offset);
+        if (count > 0 && !sink.write(body.data(), count)) return false;
+        const bool isLast = offset + count >= sent;
+        // What comes after an orderly end is not this thread's to wait for.
+        if (isLast && end == Delivery::End::orderly) return false;
         if (!sink.is_writable()) return false;
-        if (offset < sent) {
-          return sink.write(body.data(), std::min(body.size(), sent - offset));
-        }
-        if (end == Delivery::End::reset) Connection::current().reset();
-        return false;
+        if (isLast) Connection::current().reset();
+        return !isLast;
       });
 }
 
@@ -69,12 +71,13 @@ struct Reason {
   std::string_view phrase;
 };
 
-constexpr std::array<Reason, 6> kReasons = {{{400, "Bad Request"},
+constexpr std::array<Reason, 7> kReasons = {{{400, "Bad Request"},
                                              {403, "Forbidden"},
                                              {408, "Request Timeout"},
                                              {413, "Payload Too Large"},
                                              {414, "URI Too Long"},
-                                             {431, "Request Header Fields Too Large"}}};
+                                             {431, "Request Header Fields Too Large"},
+                                             {503, "Service Unavailable"}}};
 
 }  // namespace
 

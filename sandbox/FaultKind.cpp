@@ -17,8 +17,8 @@ using platform::Value;
 using Place = FaultKind::Place;
 using enum FaultKind::Moment;
 
-/// Just more than the library takes.
-constexpr std::size_t kOversize = (std::size_t{64} << 20) + 1;
+/// Just more than the library takes, unless its application says otherwise.
+constexpr std::size_t kOversize = (std::size_t{4} << 20) + 1;
 
 Complaint checkStatus(const Value& value) {
   const auto* status = value.as<std::int64_t>();
@@ -147,7 +147,7 @@ constexpr std::array<FaultKind, 15> kKinds = {{
     {"delay", before, kDelaySettings, nullptr, true},
     {"never_answers", instead, {}, stayAway, true},
     {"reset", instead, {}, reset},
-    {"reset_in_body", after, {}, resetInBody},
+    {"reset_in_body", after, {}, resetInBody, true},
     {"redirect_same_origin", instead, {}, redirectHere},
     {"redirect_other_origin", instead, {}, redirectElsewhere},
     {"oversize_body", instead, kLengthSettings, giveTooMuch, true},

@@ -39,7 +39,7 @@ std::optional<int> listenOn(int socket, int port) {
 
 HTTPServer::~HTTPServer() { stopAll({}); }
 
-std::optional<int> HTTPServer::start(int port, std::chrono::milliseconds patience,
+std::optional<int> HTTPServer::start(int port, Reception::Limits limits,
                                      std::function<void(const IncomingRequest&)> onRefused) {
   const int listener = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
   const auto bound = listenOn(listener, port);
@@ -47,7 +47,7 @@ std::optional<int> HTTPServer::start(int port, std::chrono::milliseconds patienc
     ::close(listener);
     return std::nullopt;
   }
-  patience_ = patience;
+  patience_ = limits.patience;
   // What the library knows a server that runs by.
   svr_sock_ = listener;
   threads_ = std::make_unique<httplib::ThreadPool>(kThreads);
@@ -57,7 +57,7 @@ std::optional<int> HTTPServer::start(int port, std::chrono::milliseconds patienc
     threads_->enqueue([this, socket, held] { answer(socket, std::move(*held)); });
   };
   reception_ = std::make_unique<Reception>(
-      listener, patience, Reception::Hooks{.admit = admit, .refused = std::move(onRefused)});
+      listener, limits, Reception::Hooks{.admit = admit, .refused = std::move(onRefused)});
   reception_->open();
   return bound;
 }

@@ -23,11 +23,10 @@ class HTTPServer : public httplib::Server {
   HTTPServer(const HTTPServer&) = delete;
   HTTPServer& operator=(const HTTPServer&) = delete;
 
-  /// Serves on that port of 127.0.0.1, 0 for any, until it is stopped; call it once. A head must
-  /// come within `patience`, and for no longer than that a client may leave the end of an answer
-  /// waiting. `onRefused` is told of requests that no handler sees; it must not wait. Answers the
-  /// port, or absent when it is not to be had.
-  std::optional<int> start(int port, std::chrono::milliseconds patience,
+  /// Serves on that port of 127.0.0.1, 0 for any, until it is stopped; call it once. `onRefused` is
+  /// told of requests that no handler sees; it must not wait. Answers the port, or absent when it
+  /// is not to be had.
+  std::optional<int> start(int port, Reception::Limits limits,
                            std::function<void(const IncomingRequest& request)> onRefused);
 
   /// Ends all waiting, gives clients `farewell` to take the answers that are left, and returns when

@@ -19,9 +19,9 @@ constexpr std::size_t kLongestHead = std::size_t{32} << 10;
 /// Of a chunk, its extensions included.
 constexpr std::size_t kLongestSizeLine = 256;
 
-/// The body is received before it is looked at, and an answer is given as a whole: a list of
-/// overlapping ranges would make it as large as one likes.
-constexpr std::array<std::string_view, 2> kDropped = {"Expect", "Range"};
+/// The body is received before it is looked at, without its chunks, and an answer is given as a
+/// whole: a list of overlapping ranges would make it as large as one likes.
+constexpr std::array<std::string_view, 3> kDropped = {"Expect", "Range", "Transfer-Encoding"};
 
 Answer noBody(std::string_view complaint) { return errorAnswer(400, "body", complaint); }
 
@@ -53,6 +53,15 @@ std::string forwardedHead(const RequestHead& head) {
   return text.append(kLineEnd);
 }
 
+/// Whether one of the lines, from there on, ends with a line feed alone.
+bool hasBareFeed(std::string_view text, std::size_t from) {
+  std::size_t feed = text.find('\n', from);
+  while (feed != std::string_view::npos && feed > 0 && text[feed - 1] == '\r') {
+    feed = text.find('\n', feed + 1);
+  }
+  return feed != std::string_view::npos;
+}
+
 }  // namespace
 
 IncomingRequest::State IncomingRequest::take(std::string_view bytes) {
@@ -63,6 +72,8 @@ IncomingRequest::State IncomingRequest::take(std::string_view bytes) {
     const std::size_t end = text_.find(kHeadEnd, from);
     if (std::min(end, text_.size()) > kLongestHead) {
       refuse(headTooLong());
+    } else if (hasBareFeed(std::string_view(text_).substr(0, end), from)) {
+      refuse(errorAnswer(400, "request", "has a line that does not end with CR and LF"));
     } else if (end != std::string::npos) {
       takeHead(end);
     } else if (text_.front() < 'A' || text_.front() > 'z') {
@@ -89,7 +100,8 @@ void IncomingRequest::takeHead(std::size_t end) {
   if (auto refused = refusePath(head_)) return refuse(*std::move(refused));
   const std::string head = forwardedHead(head_);
   text_.replace(0, end + kHeadEnd.size(), head);
-  next_ = head.size();
+  body_ = head.size();
+  next_ = body_;
   state_ = State::body;
   readFraming();
 }
@@ -117,11 +129,15 @@ void IncomingRequest::readFraming() {
 
 void IncomingRequest::takeBody() {
   if (framing_ == Framing::length) {
-    if (text_.size() - next_ >= content_) end(next_ + content_);
-  } else {
-    while (state_ == State::body && followChunk()) {
-    }
+    if (text_.size() - body_ >= content_) end();
+    return;
   }
+  while (state_ == State::body && followChunk()) {
+  }
+  if (state_ != State::body) return;
+  const std::size_t kept = body_ + content_;
+  text_.erase(kept, next_ - kept);
+  next_ = kept;
 }
 
 bool IncomingRequest::followChunk() {
@@ -148,14 +164,21 @@ bool IncomingRequest::followChunk() {
     refuse(noBody(*size == 0 ? "must end without trailers" : "is not in chunks"));
     return false;
   }
+  // What frames the contents may be many times as long as they are.
+  const auto contents = rest.substr(length - *size, *size);
+  std::copy(contents.begin(), contents.end(), text_.data() + body_ + content_);
   content_ += *size;
   next_ += length + kLineEnd.size();
-  if (*size == 0) end(next_);
+  if (*size == 0) end();
   return *size != 0;
 }
 
-void IncomingRequest::end(std::size_t at) {
-  text_.resize(at);
+void IncomingRequest::end() {
+  text_.resize(body_ + content_);
+  if (framing_ == Framing::chunks) {
+    std::string length = "Content-Length: " + std::to_string(content_);
+    text_.insert(body_ - kLineEnd.size(), length.append(kLineEnd));
+  }
   state_ = State::whole;
 }
 

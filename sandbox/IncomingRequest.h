@@ -28,8 +28,9 @@ class IncomingRequest {
   const Answer& refusal() const { return refusal_; }
   /// Whether the client wants to be told that it shall send the body; once.
   bool takeWishToContinue();
-  /// What was kept so far; of a whole request all, without the fields that only the way of the
-  /// request or a part of the answer is asked for with.
+  /// What was kept so far, of chunks their contents only; of a whole request all, with the length
+  /// of its body, and without the fields that only the way of the request or a part of the answer
+  /// is asked for with.
   const std::string& text() const { return text_; }
 
  private:
@@ -41,7 +42,7 @@ class IncomingRequest {
   void takeBody();
   /// Follows one more chunk, or the end; false when more is needed first.
   bool followChunk();
-  void end(std::size_t at);
+  void end();
 
   State state_ = State::head;
   RequestHead head_;
@@ -51,10 +52,12 @@ class IncomingRequest {
   Framing framing_ = Framing::length;
   /// The longest body, without what frames it.
   std::size_t limit_ = 0;
-  /// Where the part begins that was not looked at yet.
-  std::size_t next_ = 0;
-  /// What the body holds, as announced or as seen.
+  /// Where the body begins.
+  std::size_t body_ = 0;
+  /// What the body holds, as announced or as seen in chunks.
   std::size_t content_ = 0;
+  /// Where the chunks begin that were not followed yet.
+  std::size_t next_ = 0;
 };
 
 }  // namespace ovinta::sandbox

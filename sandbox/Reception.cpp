@@ -19,7 +19,6 @@ namespace ovinta::sandbox {
 namespace {
 
 constexpr std::size_t kMostConnections = 2048;
-constexpr std::size_t kMostHeld = std::size_t{256} << 20;
 /// At a time, so that those who have come are looked at before more are let in.
 constexpr int kMostAccepted = 64;
 constexpr std::size_t kPiece = std::size_t{64} << 10;
@@ -40,9 +39,9 @@ bool isForLater() { return errno == EAGAIN || errno == EINTR; }
 
 }  // namespace
 
-Reception::Reception(int listener, std::chrono::milliseconds patience, Hooks hooks)
+Reception::Reception(int listener, Limits limits, Hooks hooks)
     : listener_(listener),
-      patience_(patience),
+      limits_(limits),
       hooks_(std::move(hooks)),
       most_(mostConnections()),
       buffer_(kPiece) {}
@@ -58,15 +57,10 @@ void Reception::open() {
 }
 
 void Reception::dismiss(int socket, std::string unsent) {
-  const bool isDone = unsent.empty();
-  if (isDone && socket >= 0) {
-    ::shutdown(socket, SHUT_RDWR);
-    ::close(socket);
-  }
   const std::lock_guard lock(mutex_);
   const bool wasFull = admitted_-- >= most_;
-  if (!isDone && socket >= 0) dismissed_.push_back({.socket = socket, .unsent = std::move(unsent)});
-  if (wasFull || !dismissed_.empty()) wake_.raise();
+  if (socket >= 0) dismissed_.push_back({.socket = socket, .unsent = std::move(unsent)});
+  if (wasFull || socket >= 0) wake_.raise();
 }
 
 void Reception::shut() {
@@ -130,7 +124,18 @@ void Reception::forgetClosed() {
 void Reception::limitMemory() {
   std::size_t held = 0;
   for (const Visit& visit : visits_) held += visit.size();
-  for (; held > kMostHeld; dropOldest()) held -= visits_.front().size();
+  while (held > limits_.memory) {
+    // Where many are as large, the first that came.
+    Visit& largest = *std::ranges::max_element(visits_, {}, &Visit::size);
+    held -= largest.size();
+    if (!largest.request) {
+      close(largest);
+    } else {
+      largest.request->refuse(errorAnswer(503, "request", "takes the memory that others need"));
+      refuse(largest);
+    }
+    forgetClosed();
+  }
 }
 
 const std::vector<pollfd>& Reception::awaitEvents() {
@@ -192,7 +197,7 @@ void Reception::receiveFrom(int socket) {
   const int on = 1;
   ::setsockopt(socket, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
   visits_.push_back({.socket = socket,
-                     .deadline = Clock::now() + patience_,
+                     .deadline = Clock::now() + limits_.patience,
                      .request = std::make_unique<IncomingRequest>()});
   const std::lock_guard lock(mutex_);
   if (visits_.size() + admitted_ > most_) dropOldest();
@@ -226,7 +231,7 @@ void Reception::receive(Visit& visit) {
     }
     return hooks_.admit(std::exchange(visit.socket, -1), std::move(visit.request));
   }
-  if (before == head && state == body) visit.deadline += patience_ * (kRequestTime - 1);
+  if (before == head && state == body) visit.deadline += limits_.patience * (kRequestTime - 1);
   if (request.takeWishToContinue()) sendSome(visit.socket, "HTTP/1.1 100 Continue\r\n\r\n");
 }
 
@@ -245,7 +250,7 @@ void Reception::expire(Visit& visit) {
 void Reception::leave(Visit& visit, std::string unsent) {
   visit.request = nullptr;
   visit.unsent = std::move(unsent);
-  visit.deadline = Clock::now() + patience_;
+  visit.deadline = Clock::now() + limits_.patience;
   send(visit);
 }
 
@@ -253,7 +258,7 @@ void Reception::send(Visit& visit) {
   if (!visit.isAllSent) {
     const auto count = sendSome(visit.socket, std::string_view(visit.unsent).substr(visit.sent));
     if (!count) return close(visit);
-    if (*count > 0) visit.deadline = Clock::now() + patience_;
+    if (*count > 0) visit.deadline = Clock::now() + limits_.patience;
     visit.sent += *count;
     if (visit.sent < visit.unsent.size()) return;
     visit.unsent = {};

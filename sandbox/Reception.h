@@ -20,7 +20,8 @@ namespace ovinta::sandbox {
 
 /// Accepts connections, receives their requests and sends what is left of their answers, all on one
 /// thread, so that a client that is slow, or falls silent, keeps nobody waiting. When there are too
-/// many of them, or they take too much memory, the first that came must go.
+/// many of them, the first that came must go; when they take too much memory, the one that takes
+/// most.
 class Reception {
  public:
   /// Both are called on the reception's thread and must not wait.
@@ -32,9 +33,16 @@ class Reception {
     std::function<void(const IncomingRequest& request)> refused;
   };
 
-  /// Takes the listening socket over; nobody is received before `open`. A head must come within
-  /// `patience`, a whole request within six times that.
-  Reception(int listener, std::chrono::milliseconds patience, Hooks hooks);
+  struct Limits {
+    /// A head must come within it, a whole request within six times that; and for no longer a
+    /// client may take nothing of its answer.
+    std::chrono::milliseconds patience;
+    /// The bytes that requests which are not whole, and answers which are not taken, may hold.
+    std::size_t memory;
+  };
+
+  /// Takes the listening socket over; nobody is received before `open`.
+  Reception(int listener, Limits limits, Hooks hooks);
   /// Closes all connections at once.
   ~Reception();
   Reception(const Reception&) = delete;
@@ -43,8 +51,8 @@ class Reception {
   /// Begins to receive; call it once, when what the hooks use is there.
   void open();
 
-  /// Takes a connection back, -1 for one that is closed, with what is still to be sent. May be
-  /// called from any thread.
+  /// Takes a connection back, -1 for one that is closed, with what is still to be sent. It is
+  /// closed when its client has closed it, or does not for too long. May be called from any thread.
   void dismiss(int socket, std::string unsent);
 
   /// From here on no request is admitted, and those that are not whole are forgotten. Call it after
@@ -74,7 +82,7 @@ class Reception {
   void run();
   /// Takes what was dismissed; answers whether it is time to go on.
   bool takeBack();
-  /// Drops the oldest while they hold too much.
+  /// Refuses, or drops, the largest while they hold too much.
   void limitMemory();
   /// The wake signal, the listener and the visits, in that order, with what has come of each.
   const std::vector<pollfd>& awaitEvents();
@@ -94,7 +102,7 @@ class Reception {
   static void close(Visit& visit);
 
   const int listener_;
-  const std::chrono::milliseconds patience_;
+  const Limits limits_;
   const Hooks hooks_;
   /// How many connections there may be, those whose requests are being answered included.
   const std::size_t most_;

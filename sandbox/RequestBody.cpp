@@ -24,12 +24,8 @@ std::size_t longestBody(std::string_view path) {
 std::variant<std::string, Answer> receiveBody(const httplib::Request& request,
                                               const httplib::ContentReader& read,
                                               std::size_t limit) {
-  std::string body;
-  // The server would wait for a body even where none is announced.
-  if (!request.has_header("Content-Length") && !request.has_header("Transfer-Encoding")) {
-    return body;
-  }
   if (request.is_multipart_form_data()) return refuseParts(read);
+  std::string body;
   std::size_t size = 0;
   const bool isWhole = read([&](const char* data, std::size_t length) {
     size += length;

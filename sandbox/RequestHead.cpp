@@ -18,6 +18,9 @@ constexpr std::size_t kLongestPath = 2048;
 
 bool isControl(unsigned char byte) { return byte < 0x20 || byte == 0x7F; }
 
+/// The HTTP library would see other lines in it, or end it sooner.
+bool isNoFieldText(unsigned char byte) { return isControl(byte) && byte != '\t'; }
+
 /// Whether the text is a word of the characters that names of methods and fields are made of.
 bool isToken(std::string_view text) {
   return !text.empty() && std::ranges::all_of(text, [](unsigned char byte) {
@@ -69,10 +72,11 @@ bool isReadable(std::string_view encoded) {
 }
 
 std::optional<Answer> readFirstLine(std::string_view line, RequestHead& head) {
+  const bool isText = std::ranges::none_of(line, isControl);
   head.method = cut(line, " ");
   head.target = cut(line, " ");
   head.version = line;
-  const bool isHTTP = isToken(head.method) && !head.target.empty() &&
+  const bool isHTTP = isText && isToken(head.method) && !head.target.empty() &&
                       (head.version == "HTTP/1.0" || head.version == "HTTP/1.1");
   return isHTTP ? std::nullopt : std::optional(errorAnswer(400, "request", "is no HTTP"));
 }
@@ -81,6 +85,9 @@ std::optional<Answer> readField(std::string_view line, RequestHead& head) {
   if (line.size() > kLongestLine || head.fields.size() == kMostFields) return headTooLong();
   if (line.find(':') == std::string_view::npos || !isToken(line.substr(0, line.find(':')))) {
     return errorAnswer(400, "request", "has a line that is no header field");
+  }
+  if (std::ranges::any_of(line, isNoFieldText)) {
+    return errorAnswer(400, "request", "has a header field with control characters");
   }
   const std::string_view name = cut(line, ":");
   head.fields.emplace_back(name, trimmed(line));

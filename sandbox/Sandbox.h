@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -26,6 +27,9 @@ struct Options {
   std::function<void(std::chrono::milliseconds)> pause = {};
   /// How long a client may take for the head of a request; for the whole of it six times as long.
   std::chrono::milliseconds patience{10'000};
+  /// How many bytes of requests that are not whole, and of answers that are not taken, there may
+  /// be.
+  std::size_t memory = std::size_t{256} << 20;
   /// When given, requests of apps must carry exactly this app token.
   std::optional<std::string> appToken = {};
   /// When given, apps with an older version are told to upgrade.

@@ -43,7 +43,7 @@ std::string customerToken(const std::string& authorization) {
 Sandbox::Server::Server(const Options& options)
     : appToken_(options.appToken),
       pause_(options.pause),
-      patience_(options.patience),
+      limits_{.patience = options.patience, .memory = options.memory},
       wantedPort_(options.port),
       service_(options.seed, options.now) {
   service_.setMinimumAppVersion(options.minimumAppVersion.value_or(std::string()));
@@ -52,7 +52,7 @@ Sandbox::Server::Server(const Options& options)
 }
 
 std::optional<std::string> Sandbox::Server::start() {
-  const auto port = http_.start(wantedPort_, patience_,
+  const auto port = http_.start(wantedPort_, limits_,
                                 [this](const IncomingRequest& request) { logRefused(request); });
   port_ = port.value_or(0);
   if (port) return std::nullopt;

@@ -8,6 +8,7 @@
 #include <string>
 
 #include "sandbox/HTTPServer.h"
+#include "sandbox/Reception.h"
 #include "sandbox/Routes.h"
 #include "sandbox/Sandbox.h"
 #include "sandbox/Service.h"
@@ -50,7 +51,7 @@ class Sandbox::Server {
 
   const std::optional<std::string> appToken_;
   const std::function<void(std::chrono::milliseconds)> pause_;
-  const std::chrono::milliseconds patience_;
+  const Reception::Limits limits_;
   const int wantedPort_;
   int port_ = 0;
   Service service_;

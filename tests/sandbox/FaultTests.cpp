@@ -102,6 +102,8 @@ TEST_F(FaultTest, LeavesTheTesterThreads) {
   // The one that made the customer is listed as well.
   for (int i = 0; i < 9999 && app.send("GET", "/sandbox/requests").list().size() < 41; ++i) {
   }
+  app.send("PUT", "/sandbox/faults/GET/m/v1/orders", R"({"fault":"reset_in_body"})");
+  EXPECT_EQ(app.send("GET", "/m/v1/orders").status, 503);
   sandbox.stop();
   EXPECT_EQ(std::ranges::count_if(answers, [](auto& answer) { return answer.get() == 503; }), 16);
 }

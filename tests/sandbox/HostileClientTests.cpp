@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "sandbox/IncomingRequest.h"
 #include "tests/sandbox/RawClient.h"
 #include "tests/sandbox/SandboxFixture.h"
 
@@ -31,14 +32,18 @@ rlim_t setMostFiles(rlim_t count) {
   return before;
 }
 
+/// Whoever is waited for here is waited for beyond all patience of the test's.
 class HostileClientTest : public SandboxTest {
  protected:
+  HostileClientTest()
+      : SandboxTest({.patience = std::chrono::hours(1), .memory = std::size_t{1} << 30}) {}
+
   std::string ask(const std::string& request) const {
     return RawClient(sandbox.port()).ask(request);
   }
 
   /// Whether an app is served.
-  bool serves() { return app.send("GET", "/m/v1/app").status == 200; }
+  bool serves() const { return ask("GET /m/v1/app HTTP/1.1\r\n\r\n").starts_with("HTTP/1.1 200"); }
 };
 
 TEST_F(HostileClientTest, PagesOfOtherSitesAreRefused) {
@@ -111,6 +116,12 @@ TEST_F(HostileClientTest, WhatIsNoSoundRequestIsRefusedAtOnceAndInWords) {
       {"GET /m/v1/orders/a%2Fb/edit HTTP/1.1\r\n\r\n", "404", "Path is unknown"},
       {"GET /m/v1/app HTTP/3.0\r\n\r\n", "400", "Request is no HTTP"},
       {"GET  /m/v1/app HTTP/1.1\r\n\r\n", "400", "Request is no HTTP"},
+      {"GET /m/v1/app?\x01 HTTP/1.1\r\n\r\n", "400", "Request is no HTTP"},
+      {"GET /m/v1/app HTTP/1.1\nHost: localhost\n\n", "400", "does not end with CR and LF"},
+      {get + "A: b\nHost: evil.example\r\n\r\n", "400", "does not end with CR and LF"},
+      {get + "A: b\rHost: evil.example\r\n\r\n", "400", "with control characters"},
+      {get + std::string("A: b\0\r\n\r\n", 9), "400", "with control characters"},
+      {get + "A:\tb\tc\r\n\r\n", "200", "sandbox"},
       {"\x16\x03\x01\x02", "400", "Request is no HTTP"},
       {"BREW /m/v1/app HTTP/1.1\r\n\r\n", "400", "Request is no HTTP"},
       // Of the longest that are looked at, each byte counts for the stack.
@@ -170,20 +181,65 @@ TEST_F(HostileClientTest, FiveHundredAtOnceAreAnsweredBesideThoseThatNeverEnd) {
 }
 
 TEST_F(HostileClientTest, ClientsThatDoNotReadKeepNobodyWaiting) {
+  // More than the kernel takes for a client with such a buffer.
+  const std::string body(std::size_t{7} << 19, 'x');
+  app.sendBody("PUT", "/sandbox/snapshot",
+               R"({"data":{"sites":[{"id":1,"name":")" + body + "\"}]}}");
+  for (const std::string& fault : {R"("status","status":200,"body":")" + body + "\"",
+                                   std::string(R"("wrong_content_length","length":99999999)"),
+                                   std::string(R"("oversize_body","length":99999999)")}) {
+    app.send("PUT", "/sandbox/faults/GET/m/v1/sites", R"({"fault":)" + fault + "}");
+    std::vector<RawClient> clients;
+    for (int index = 0; index < 42; ++index) {
+      clients.emplace_back(sandbox.port(), 4096).send("GET /m/v1/sites HTTP/1.1\r\n\r\n");
+    }
+    EXPECT_TRUE(serves()) << fault.substr(0, 20);
+    if (fault.ends_with("x\"")) {
+      EXPECT_GT(clients.front().answer().size(), body.size());
+    }
+  }
+}
+
+TEST_F(HostileClientTest, AnAnswerArrivesWholeWhateverElseIsSent) {
   app.send("PUT", "/sandbox/faults/GET/m/v1/orders",
            R"({"fault":"status","status":200,"body":")" + text(1 << 20, "x") + "\"}");
-  std::vector<RawClient> clients;
-  for (int index = 0; index < 60; ++index) {
-    clients.emplace_back(sandbox.port(), 4096).send("GET /m/v1/orders HTTP/1.1\r\n\r\n");
+  const std::string request = "GET /m/v1/orders HTTP/1.1\r\n\r\n";
+  for (const std::string& more : {std::string("\r\n"), request}) {
+    const RawClient client(sandbox.port(), 4096);
+    client.send(request);
+    ASSERT_TRUE(client.isAnswered(std::chrono::seconds(30)));
+    EXPECT_THAT(client.ask(more), testing::EndsWith(text(1 << 20, "x"))) << more;
   }
-  EXPECT_TRUE(serves());
-  EXPECT_GT(clients.front().answer().size(), std::size_t{1} << 20);
-  app.send("PUT", "/sandbox/faults/GET/m/v1/orders", R"({"fault":"oversize_body"})");
-  clients.clear();
-  for (int index = 0; index < 60; ++index) {
-    clients.emplace_back(sandbox.port(), 4096).send("GET /m/v1/orders HTTP/1.1\r\n\r\n");
+}
+
+TEST(IncomingRequestTest, KeepsOfChunksTheirContentsOnly) {
+  IncomingRequest request;
+  std::string contents;
+  request.take("PUT /sandbox/snapshot HTTP/1.1\r\nTransfer-Encoding: chunked\r\nA: b\r\n\r\n");
+  const std::string chunks = "1;" + text(250, "x") + "\r\na\r\n2\r\nbc\r\n";
+  for (int index = 0; index < 1000; ++index) {
+    // In pieces that end anywhere.
+    const std::size_t size = 1 + static_cast<std::size_t>(index) % (chunks.size() - 1);
+    request.take(std::string_view(chunks).substr(0, size));
+    request.take(std::string_view(chunks).substr(size));
+    contents += "abc";
+    ASSERT_LT(request.text().size(), 100 + contents.size());
   }
-  EXPECT_TRUE(serves());
+  EXPECT_EQ(request.take("0\r\n\r\nGET"), IncomingRequest::State::whole);
+  EXPECT_EQ(request.text(),
+            "PUT /sandbox/snapshot HTTP/1.1\r\nA: b\r\nContent-Length: 3000\r\n\r\n" + contents);
+}
+
+TEST(HostileClientLimitTest, TheLargestGoesWhenTheyTakeTooMuchMemory) {
+  Sandbox sandbox({.patience = std::chrono::hours(1), .memory = std::size_t{1} << 20});
+  ASSERT_EQ(sandbox.start(), std::nullopt);
+  const RawClient small(sandbox.port());
+  small.send(kBeginnings[3]);
+  const RawClient large(sandbox.port());
+  EXPECT_THAT(large.ask("PUT /sandbox/snapshot HTTP/1.1\r\nContent-Length: 9000000\r\n\r\n" +
+                        text(4 << 20, "x")),
+              AllOf(StartsWith("HTTP/1.1 503"), HasSubstr("memory that others need")));
+  EXPECT_THAT(small.ask("}}"), HasSubstr("Body is not JSON"));
 }
 
 TEST(HostileClientLimitTest, TheOldestGoWhenThereAreTooMany) {
@@ -203,6 +259,25 @@ TEST(HostileClientLimitTest, ARequestThatTakesTooLongIsToldSo) {
   for (const std::string_view beginning : kBeginnings) {
     const RawClient client(sandbox.port());
     EXPECT_THAT(client.ask(beginning), AllOf(StartsWith("HTTP/1.1 408"), HasSubstr("too slowly")));
+  }
+}
+
+TEST(HostileClientLimitTest, ARequestThatKeepsComingTakesNoLongerForIt) {
+  Sandbox sandbox({.patience = std::chrono::milliseconds(20)});
+  ASSERT_EQ(sandbox.start(), std::nullopt);
+  const std::string post = "POST /m/v1/customer HTTP/1.1\r\n";
+  for (const std::string& beginning :
+       {std::string("GET /m/v1/app HTTP/1.1\r\nA: "), post + "Content-Length: 99999\r\n\r\n",
+        post + "Transfer-Encoding: chunked\r\n\r\nfffff\r\n"}) {
+    const RawClient client(sandbox.port());
+    client.send(beginning);
+    constexpr int kMostPieces = 5000;
+    int pieces = 0;
+    for (; pieces < kMostPieces && !client.isAnswered(std::chrono::milliseconds(1)); ++pieces) {
+      client.send("x");
+    }
+    EXPECT_LT(pieces, kMostPieces) << beginning;
+    EXPECT_THAT(client.answer(), StartsWith("HTTP/1.1 408")) << beginning;
   }
 }
 

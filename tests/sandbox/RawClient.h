@@ -1,12 +1,14 @@
 #pragma once
 
 #include <netinet/in.h>
+#include <poll.h>
 #include <sys/socket.h>
 #include <sys/time.h>
 #include <unistd.h>
 
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -40,6 +42,12 @@ class RawClient {
 
   void send(std::string_view text) const {
     ::send(socket_, text.data(), text.size(), MSG_NOSIGNAL);
+  }
+
+  /// Whether something of an answer, or its end, comes within that time.
+  bool isAnswered(std::chrono::milliseconds limit) const {
+    pollfd watched{.fd = socket_, .events = POLLIN, .revents = 0};
+    return ::poll(&watched, 1, static_cast<int>(limit.count())) > 0;
   }
 
   /// All that comes until the end, with a mark when the connection was reset.
