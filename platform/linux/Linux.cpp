@@ -115,6 +115,13 @@ std::shared_ptr<PositionHub> makePositionHub(PositionSource source,
   return hub;
 }
 
+/// Null without services.
+std::shared_ptr<PositionHub> lastHub() {
+  const std::lock_guard lock(positionHubs().mutex);
+  positionHubs().prune();
+  return positionHubs().entries.empty() ? nullptr : positionHubs().entries.back().hub.lock();
+}
+
 void onLastHub(void (PositionHub::*step)()) {
   const std::lock_guard lock(positionHubs().mutex);
   positionHubs().prune();
@@ -164,6 +171,11 @@ Services makeServices(const Options& options) {
 }
 
 void requestLocationAuthorization() { onLastHub(&PositionHub::askPermission); }
+
+bool isLocationAuthorizationKept() {
+  const auto hub = lastHub();
+  return hub && hub->isOfOld();
+}
 
 void applicationDidBecomeActive() {
   onLastHub(&PositionHub::askAgain);

@@ -98,6 +98,12 @@ OVINTA_EXPORT void quitMainLoop();
 /// `makeServices`, any number of times.
 OVINTA_EXPORT void requestLocationAuthorization();
 
+/// Whether the permission that `LocationServices` tell is still that of the launch before, because
+/// nobody has answered this process. A refusal may have been lifted, or a grant taken back, since:
+/// it takes a question to know. False without services. Of several services that live it means
+/// those made last. Main thread only.
+OVINTA_EXPORT bool isLocationAuthorizationKept();
+
 /// To be called by the application whenever it comes to the foreground: Linux has no event of its
 /// own for that. Posts `kApplicationDidBecomeActive` on the calling thread, which may be any, and
 /// asks again, of the services made last, for a permission that was asked for in vain or that was

@@ -111,6 +111,11 @@ bool PositionHub::isEnabled() const { return read(access()).isEnabled; }
 
 AuthorizationStatus PositionHub::status() const { return read(access()).status; }
 
+bool PositionHub::isOfOld() const {
+  access();
+  return isOfOld_;
+}
+
 void PositionHub::findService() {
   if (std::exchange(hasLooked_, true)) return;
   watchArrivals();

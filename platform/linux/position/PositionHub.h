@@ -16,7 +16,7 @@
 namespace ovinta::platform::linux {
 
 /// What all that follow the position share: the provider, and what it has said of the permission.
-/// Main thread only, save the two queries.
+/// Main thread only, save the three queries.
 class PositionHub {
  public:
   /// `kept`: where the last answer is kept, which is in force until there is another; absent where
@@ -30,6 +30,8 @@ class PositionHub {
   /// May be called from any thread.
   bool isEnabled() const;
   AuthorizationStatus status() const;
+  /// Whether that is still the last answer to the process before.
+  bool isOfOld() const;
 
   /// Finds out at the first call whether there is a service, and notices one that comes later.
   void findService();
