@@ -6,6 +6,7 @@
 
 #include "cli/Commands.h"
 #include "cli/client/ClientOptions.h"
+#include "cli/client/ClientServices.h"
 #include "cli/client/Output.h"
 #include "cli/demo/Demo.h"
 
@@ -22,7 +23,9 @@ ExitCode runDemo(const DemoOptions& options) {
     return ExitCode::failure;
   }
   Demo demo(options, std::get<Trip>(std::move(trip)), interruption);
-  return demo.run() ? ExitCode::success : ExitCode::failure;
+  const ExitCode code = demo.run() ? ExitCode::success : ExitCode::failure;
+  refuseUnkept();
+  return code;
 }
 
 /// By the wall clock; slow enough for each step to be seen.

@@ -57,6 +57,11 @@ ExitCode createOrder(Client& client, const Creation& creation) {
       client, [&](OrderCallback callback) { Ovinta::orders().create(info, std::move(callback)); });
 }
 
+/// Absent as in the claims that the library makes itself, which no text stands for.
+RequiredText pushTokenOf(const Claim& claim) {
+  return claim.pushToken ? *claim.pushToken : readRecord<ClaimOrderInfo>("{}")->pushToken;
+}
+
 ExitCode claimOrder(Client& client, const Claim& claim) {
   if (claim.pushToken) Ovinta::updatePushToken(*claim.pushToken);
   return performOrder(client, [&](const OrderCallback& callback) {
@@ -64,8 +69,8 @@ ExitCode claimOrder(Client& client, const Claim& claim) {
       return Ovinta::orders().claimWithRedemptionCode(claim.code, claim.customer, claim.pickupType,
                                                       callback);
     }
-    auto info = ClaimOrderInfo::withCustomerInfo(claim.customer, claim.pushToken.value_or(""),
-                                                 claim.pickupType);
+    auto info =
+        ClaimOrderInfo::withCustomerInfo(claim.customer, pushTokenOf(claim), claim.pickupType);
     info.customerName = presentName(claim.customer);
     Ovinta::orders().claimWithRedemptionCode(
         claim.code, info, claim.consents ? std::optional(claim.consent) : std::nullopt, callback);

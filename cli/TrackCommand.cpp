@@ -2,6 +2,7 @@
 #include <memory>
 
 #include "cli/Commands.h"
+#include "cli/client/ClientServices.h"
 #include "cli/track/LiveTrack.h"
 #include "cli/track/Track.h"
 
@@ -15,16 +16,23 @@ struct TrackInput : TrackOptions {
   platform::linux::PositionSource positionSource = platform::linux::PositionSource::automatic;
 };
 
-ExitCode track(const TrackInput& input) {
+ExitCode run(const TrackInput& input, std::optional<Trip> trip) {
   Interruption interruption;
-  if (input.isLive) return LiveTrack(input.client, input.positionSource, interruption).run();
-  if (!input.trip.file) return Track(input, std::nullopt, interruption).run();
+  const ExitCode code = input.isLive
+                            ? LiveTrack(input.client, input.positionSource, interruption).run()
+                            : Track(input, std::move(trip), interruption).run();
+  refuseUnkept();
+  return code;
+}
+
+ExitCode track(const TrackInput& input) {
+  if (!input.trip.file) return run(input, std::nullopt);
   auto trip = loadTrip(input.trip);
   if (const auto* error = std::get_if<std::string>(&trip)) {
     Output(input.client.json).printFailure("No Trip", *error);
     return ExitCode::failure;
   }
-  return Track(input, std::get<Trip>(std::move(trip)), interruption).run();
+  return run(input, std::get<Trip>(std::move(trip)));
 }
 
 }  // namespace

@@ -66,15 +66,23 @@ bool lacksCommand(const CLI::App& app) {
   return commands.empty() ? app.get_require_subcommand_min() > 0 : lacksCommand(*commands.back());
 }
 
-/// The arguments that nobody takes, without what may be a secret: the values of options, and all
-/// words but the one that stands for a command.
+/// The name of an option without the value that may be part of it.
+std::string optionName(const std::string& argument) {
+  return argument.substr(0, argument.starts_with("--") ? argument.find('=') : 2);
+}
+
+/// The arguments that nobody takes, without what may be a secret: the values of options, whatever
+/// they look like, and all words but the one that stands for a command.
 std::vector<std::string> showable(std::vector<std::string> unknown, bool isCommandMissing) {
+  bool isValue = false;
   for (std::string& argument : unknown) {
-    if (argument.starts_with("--")) {
-      argument.resize(std::min(argument.find('='), argument.size()));
-    } else if (isOption(argument)) {
-      argument.resize(2);
-    } else if (!isCommandMissing || &argument != &unknown.front()) {
+    const bool isCommand = isCommandMissing && &argument == &unknown.front();
+    // The mark `--` makes words of all that follow.
+    if (!isValue && isOption(argument)) {
+      isValue = argument.find('=') == std::string::npos;
+      argument = optionName(argument);
+    } else if (!isCommand || isOption(argument)) {
+      isValue = argument == "--";
       argument = "(not shown)";
     }
   }

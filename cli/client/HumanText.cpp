@@ -63,7 +63,9 @@ constexpr auto kTreacherous = std::to_array<CodeRange>({{0x0000, 0x001F},
                                                         {0x2060, 0x206F},
                                                         {0x3164, 0x3164},
                                                         {0xFEFF, 0xFEFF},
+                                                        {0xFFA0, 0xFFA0},
                                                         {0xFFF0, 0xFFFB},
+                                                        {0x1D173, 0x1D17A},
                                                         {0xE0000, 0xE0FFF}});
 
 bool isTreacherous(char32_t code) {
@@ -72,14 +74,23 @@ bool isTreacherous(char32_t code) {
   });
 }
 
+std::string escaped(std::string mark, char32_t code, unsigned digits) {
+  constexpr std::string_view kDigits = "0123456789abcdef";
+  while (digits-- > 0) mark += kDigits[(code >> (4 * digits)) & 0xFU];
+  return mark;
+}
+
 /// As strings of many languages are written: two, four or eight digits.
 std::string escaped(char32_t code) {
-  constexpr std::string_view kDigits = "0123456789abcdef";
-  const bool isShort = code < 0x100;
-  const unsigned width = isShort ? 2 : code < 0x10000 ? 4 : 8;
-  std::string text = isShort ? "\\x" : width == 4 ? "\\u" : "\\U";
-  for (unsigned digit = width; digit-- > 0;) text += kDigits[(code >> (4 * digit)) & 0xFU];
-  return text;
+  if (code < 0x100) return escaped("\\x", code, 2);
+  return code < 0x10000 ? escaped("\\u", code, 4) : escaped("\\U", code, 8);
+}
+
+/// As JSON writes it: four digits, and a pair of surrogates where they do not suffice.
+std::string escapedInJSON(char32_t code) {
+  if (code < 0x10000) return escaped("\\u", code, 4);
+  const char32_t rest = code - 0x10000;
+  return escaped("\\u", 0xD800 + (rest >> 10), 4) + escaped("\\u", 0xDC00 + (rest & 0x3FF), 4);
 }
 
 }  // namespace
@@ -94,6 +105,19 @@ std::string visibleText(std::string_view text, bool keepsLines) {
     } else {
       visible += escaped(glyph.code.value_or(static_cast<unsigned char>(text.front())));
     }
+  }
+  return visible;
+}
+
+std::string visibleJSON(const Value& value) {
+  const std::string written = platform::writeJSON(value);
+  std::string visible;
+  // Such characters are in its texts only, and those that JSON forbids are escaped already.
+  std::string_view text = written;
+  for (Glyph glyph; !text.empty(); text.remove_prefix(glyph.bytes)) {
+    glyph = firstGlyph(text);
+    const bool isKept = !glyph.code || !isTreacherous(*glyph.code);
+    visible += isKept ? std::string(text.substr(0, glyph.bytes)) : escapedInJSON(*glyph.code);
   }
   return visible;
 }
@@ -125,7 +149,7 @@ std::string utcText(platform::Date date, const char* format) {
 
 std::string scalarText(const Value& value) {
   if (const auto* text = value.as<std::string>()) return visibleText(*text);
-  return platform::writeJSON(value);
+  return visibleJSON(value);
 }
 
 std::string humanText(const Value& value) {

@@ -18,6 +18,9 @@ std::string humanText(const platform::Value& value);
 /// when `keepsLines`. Everything that is written for people goes through this, once or more often.
 std::string visibleText(std::string_view text, bool keepsLines = false);
 
+/// The value as JSON in which such characters are escaped too: what reads it loses nothing.
+std::string visibleJSON(const platform::Value& value);
+
 /// The bytes of the text's first character, the columns that it takes on a terminal, and its code.
 struct Glyph {
   std::size_t bytes = 0;

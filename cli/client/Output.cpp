@@ -5,7 +5,6 @@
 #include <string_view>
 
 #include "cli/client/HumanText.h"
-#include "platform/JSON.h"
 
 namespace ovinta::cli {
 namespace {
@@ -42,7 +41,7 @@ Result::Result(platform::Value json) : value(std::move(json)), text(humanText(va
 void complain(std::string_view sentence) { std::cerr << visibleText(sentence, true) << "\n"; }
 
 void Output::print(const Result& result) const {
-  std::cout << (json_ ? platform::writeJSON(result.value) + "\n" : visibleText(result.text, true))
+  std::cout << (json_ ? visibleJSON(result.value) + "\n" : visibleText(result.text, true))
             << std::flush;
 }
 
@@ -68,7 +67,7 @@ void Output::printError(Dictionary details, const std::string& title,
   if (json_) {
     details.emplace("title", title);
     details.emplace("description", description);
-    std::cerr << platform::writeJSON(Dictionary{{"error", std::move(details)}}) << "\n";
+    std::cerr << visibleJSON(Dictionary{{"error", std::move(details)}}) << "\n";
   } else {
     std::cerr << visibleText(title + ": " + description, true) << "\n" << humanText(details);
   }

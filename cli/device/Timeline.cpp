@@ -7,7 +7,6 @@
 
 #include "cli/client/HumanText.h"
 #include "cli/device/ExchangeLog.h"
-#include "platform/JSON.h"
 
 namespace ovinta::cli {
 
@@ -68,7 +67,7 @@ void Timeline::printObject(std::string_view kind, std::string_view text,
   details.emplace("text", text);
   if (situation_.distance) details.emplace("distance", std::lround(*situation_.distance));
   if (!situation_.accuracy.empty()) details.emplace("accuracy", situation_.accuracy);
-  print(platform::writeJSON(details));
+  print(visibleJSON(details));
 }
 
 void Timeline::summarize(std::string_view text, platform::Dictionary details) {
@@ -76,7 +75,7 @@ void Timeline::summarize(std::string_view text, platform::Dictionary details) {
   block_.show({});
   if (json_) {
     details.emplace("kind", "summary");
-    std::cout << platform::writeJSON(details) << std::endl;
+    std::cout << visibleJSON(details) << std::endl;
   } else {
     std::cout << "\n" << visibleText(text, true) << std::flush;
   }

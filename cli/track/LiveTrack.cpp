@@ -101,22 +101,25 @@ void LiveTrack::watch() {
 }
 
 void LiveTrack::followPermission() {
-  const platform::AuthorizationStatus permission = services().location->authorizationStatus();
-  if (std::exchange(permission_, permission) != permission) tellPermission();
-  if (platform::isAuthorized(permission)) {
+  const platform::AuthorizationStatus now = permission();
+  if (std::exchange(permission_, now) != now) tellPermission();
+  if (platform::linux::isLocationAuthorizationKept()) {
+    askPermission();
+  } else if (platform::isAuthorized(now)) {
     wasGranted_ = true;
     questions_ = 0;
-  } else if (permission != 2) {
+  } else if (now != 2) {
     askPermission();
   } else if (!wasGranted_) {
-    followRefusal();
+    fail("No Permission", kRefused);
   }
 }
 
-void LiveTrack::followRefusal() {
-  // One of an earlier run may have been lifted since.
-  if (questions_ == 0) return askPermission();
-  if (std::chrono::steady_clock::now() >= nextQuestion_) fail("No Permission", kRefused);
+platform::AuthorizationStatus LiveTrack::permission() const {
+  const platform::AuthorizationStatus status = location_->authorizationStatus();
+  return platform::isAuthorized(status) || !platform::linux::isLocationAuthorizationKept()
+             ? status
+             : platform::kAuthorizationNotDetermined;
 }
 
 void LiveTrack::askPermission() {
@@ -147,7 +150,7 @@ LiveState LiveTrack::state() const {
   const ObservedLocation& location = location_->observed();
   return {.now = services().clock->now(),
           .isEnabled = location_->locationServicesEnabled(),
-          .permission = location_->authorizationStatus(),
+          .permission = permission(),
           .location = location,
           .distance = location.location ? nearestSiteDistance(*location.location) : std::nullopt,
           .battery = services().device->batteryState(),

@@ -23,8 +23,8 @@ class LiveTrack {
   LiveTrack& operator=(const LiveTrack&) = delete;
 
   /// Fetches the orders, asks for the permission and follows the orders until none is open any
-  /// more. It waits for the permission as long as that can still come: a refusal at first is the
-  /// end. Throws `Interrupted`.
+  /// more. It waits for the permission as long as that can still come: a refusal that comes before
+  /// any grant is the end, whatever an earlier run was answered. Throws `Interrupted`.
   ExitCode run();
 
  private:
@@ -36,7 +36,8 @@ class LiveTrack {
   /// more to follow.
   void watch();
   void followPermission();
-  void followRefusal();
+  /// What is in force; what an earlier run did not get may be had since.
+  platform::AuthorizationStatus permission() const;
   /// Asks again from time to time: an answer ends a question, and another one may come later.
   void askPermission();
   void tellPermission();
@@ -50,6 +51,7 @@ class LiveTrack {
   std::shared_ptr<ObservedLocationServices> location_;
   /// As last told.
   std::optional<platform::AuthorizationStatus> permission_;
+  /// By an answer to this run.
   bool wasGranted_ = false;
   /// How many times the permission was asked for since it was there last.
   int questions_ = 0;

@@ -71,7 +71,8 @@ TEST_F(ClientTest, refusesWrongUsageEarly) {
       {"ovinta customer login --email a@b.c --passwrod hunter2", 2,
        "not expected: --passwrod (not"},
       {"for line in 'customer login --email a@b.c --passwrod=hunter2' 'orders rate --passwrd "
-       "hunter2'"
+       "hunter2' 'orders rate --passwrd --hunter2' 'orders rate --passwrd -- --hunter2' 'orders "
+       "fetch -p --hunter2 --json'"
        " 'customer login hunter2' 'orders fetch -p hunter2' 'orders fetch -phunter2'; do "
        "ovinta $line 2>&1; done | grep -c hunter2",
        1, "0"},
@@ -243,6 +244,8 @@ TEST_F(ClientTest, findsAndClaimsWhatTheMerchantOffers) {
       {"ovinta orders claim $(cat $home/a) --name Alex --consent --no-age", 1, "Could not load"},
       {"ovinta orders claim NONE --name Alex --consent", 1, "Error Claiming Order"},
       {"ovinta orders claim $(cat $home/a) --name Alex --push-token device --json", 0, "device"},
+      {"ovinta orders claim $(cat $home/a) --name Alex", 0, "Order           1001"},
+      {"merchant GET requests | grep -o 'push_token[^,]*'", 0, "null"},
       {"ovinta orders claim $(cat $home/b) --as-current --name Kim --pickup-type in_store", 0,
        "Customer        Kim"},
       {"ovinta orders fetch | wc -l", 0, "3"},
@@ -279,10 +282,11 @@ TEST_F(ClientTest, followsOpenOrdersOnASimulatedTrip) {
   expect({
       {"ovinta orders create --site 43 --partner-id P --name $'A\\xe2\\x80\\xae\\x7f'", 0,
        "Customer        A\\u202e\\x7f"},
-      {kNoBus +
-           "$ovinta track --live --data-dir $home/data > $home/live & process=$!"
-           "; for line in Waiting Following; do until grep -q $line $home/live; do :; done; done"
-           "; kill -INT $process; wait $process",
+      {kNoBus + "$ovinta track --live --data-dir $home/data > $home/live & process=$!"
+                "; for line in Waiting Following; do until grep -q $line $home/live; do kill -0 "
+                "$process "
+                "|| exit; done; done"
+                "; kill -INT $process; wait $process",
        130, ""},
       {"tail -1 $home/live", 0, "Requests that failed: 0"},
       {"ovinta track --trip $ovinta --json", 1, "\"title\":\"No Trip\""},
@@ -299,14 +303,44 @@ TEST_F(ClientTest, followsOpenOrdersOnASimulatedTrip) {
       {"ovinta track --pace 0 --trip " OVINTA_TRIPS "/drive.gpx | grep 'trip  *ends 3[0-9]* m'", 0,
        " m from the nearest site"},
       {"$ovinta track --pace 3600 --data-dir $home/data > $home/track & process=$!"
-       "; until grep -q Following $home/track; do :; done; kill -INT $process; wait $process",
+       "; until grep -q Following $home/track; do kill -0 $process || exit; done"
+       "; kill -INT $process; wait $process",
        130, ""},
       {"merchant PUT faults/POST/m/v1/events '{\"data\": {\"fault\": \"never_answers\"}}'", 0,
        "200"},
       {"$ovinta track --pace 0 --data-dir $home/data > $home/track & process=$!"
-       "; until grep -q accuracy $home/track; do :; done; kill -INT $process"
+       "; until grep -q accuracy $home/track; do kill -0 $process || exit; done; kill -INT $process"
        "; SECONDS=0; wait $process; (exit $(($? + ($SECONDS > 4))))",
        130, ""},
+  });
+}
+
+TEST_F(ClientTest, tellsOfAWayThatIsNotToBeHad) {
+  expect({
+      {"merchant PUT snapshot '{\"data\": {\"sites\": [{\"id\": 1, \"name\": \"A\"}, {\"id\": 2, "
+       "\"name\": \"B\", \"latitude\": \"40\", \"longitude\": \"-73\"}]}}'",
+       0, "200"},
+      {"ovinta orders create --site 2 --partner-id P --name Alex", 0, "Order           1001"},
+      {"ovinta track --pace 0 | grep -o 'location_update -> 200' | head -1", 0, "200"},
+      {"merchant POST orders/1001/gone; ovinta orders create --site 1 --partner-id P", 0, "1002"},
+      {"ovinta track --pace 0", 1,
+       "No Way to the Site: Order 1002 does not say where its site is: give a trip with --trip."},
+  });
+}
+
+TEST_F(ClientTest, tellsOfSettingsThatAreNotKeptInTheEnd) {
+  expect({
+      {"merchant PUT faults/POST/m/v1/customer '{\"data\": {\"fault\": \"delay\", \"seconds\": "
+       "3600}}'",
+       0, "200"},
+      {"export TMPDIR=$home/tmp; mkdir $TMPDIR; touch $home/demo"
+       "; $ovinta demo --pace 0 --base-url $service > $home/demo 2>&1 & process=$!"
+       "; until grep -q 'Create the customer' $home/demo; do kill -0 $process || exit; done"
+       "; spoil $(echo $TMPDIR/*); merchant DELETE faults; wait $process",
+       1, ""},
+      {"tail -2 $home/demo", 0,
+       "Every expected step was seen.\nCommand Failed: the data directory does not keep the "
+       "settings"},
   });
 }
 

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/JSON.h"
+
 namespace ovinta::cli {
 namespace {
 
@@ -16,7 +18,8 @@ TEST(HumanText, showsWhatATerminalWouldActOn) {
       {"\u200e\u200f\u061c", "\\u200e\\u200f\\u061c"},
       {"\u200b\u200d\u2060\ufeff\u00ad", "\\u200b\\u200d\\u2060\\ufeff\\xad"},
       {"\u2027\u2028\u2029\u2030", "\u2027\\u2028\\u2029\u2030"},
-      {"\U000e0041", "\\U000e0041"},
+      {"\U000e0041\U0001d173", "\\U000e0041\\U0001d173"},
+      {"\u3164\uffa0\uff9f", "\\u3164\\uffa0\uff9f"},
       {"\xff \xe2\x80", "\\xff \\xe2\\x80"},
   };
   for (const auto& [text, visible] : cases) {
@@ -24,6 +27,16 @@ TEST(HumanText, showsWhatATerminalWouldActOn) {
     EXPECT_EQ(visibleText(visible), visible);
   }
   EXPECT_EQ(visibleText("a\nb\r\u2028", true), "a\nb\\x0d\\u2028");
+}
+
+TEST(HumanText, losesNothingInJSON) {
+  const platform::Value value = platform::Dictionary{
+      {"\u202ekey", "Zoë \U0001F600 \\ \" \x1b \x7f \u0085\U000e0041\U0001d17a"}};
+  const std::string text = visibleJSON(value);
+  EXPECT_EQ(text,
+            "{\"\\u202ekey\":\"Zoë \U0001F600 \\\\ \\\" \\u001b \\u007f "
+            "\\u0085\\udb40\\udc41\\ud834\\udd7a\"}");
+  EXPECT_EQ(platform::parseJSON(text), value);
 }
 
 }  // namespace

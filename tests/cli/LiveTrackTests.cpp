@@ -64,9 +64,35 @@ class LiveTrackTest : public testing::Test {
 };
 
 TEST_F(LiveTrackTest, endsWithARefusalAtFirst) {
+  geoclue_.setMood(Mood::withoutAgent);
+  start();
+  expectSays(kWaiting);
+  // The answer would be kept.
+  test::shell("spoil " + directory_.path().string());
+  geoclue_.setMood(Mood::disallowing);
+  expectSays("refused");
+  expectSays(std::string("No Permission: ") + kRefused);
+  expectSays("does not keep the settings");
+  EXPECT_EQ(exitCode(), 1);
+}
+
+TEST_F(LiveTrackTest, goesByTheAnswersOfItsOwnRun) {
   geoclue_.setMood(Mood::disallowing);
   start();
-  expectSays("refused");
+  EXPECT_EQ(exitCode(), 1);
+
+  geoclue_.setMood(Mood::withoutAgent);
+  start();
+  const pid_t process = std::stoi(nextLine());
+  expectSays(kWaiting);
+  geoclue_.setMood(Mood::willing);
+  expectSays(kGranted);
+  kill(process, SIGINT);
+  EXPECT_EQ(exitCode(), 130);
+
+  geoclue_.setMood(Mood::disallowing);
+  start();
+  expectSays(kGranted);
   expectSays(std::string("No Permission: ") + kRefused);
   EXPECT_EQ(exitCode(), 1);
 }

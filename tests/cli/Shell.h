@@ -4,9 +4,15 @@
 
 namespace ovinta::test {
 
-/// Runs a script in bash, with the command under test as `$ovinta`.
+/// Runs a script in bash, with the command under test as `$ovinta`, and `spoil DIRECTORY`, which
+/// has nothing more kept of the settings there.
 inline CommandResult shell(const std::string& script) {
-  return runCommand({"/bin/bash", "-c", "ovinta=" OVINTA_COMMAND "\n" + script});
+  return runCommand({"/bin/bash", "-c", "ovinta=" OVINTA_COMMAND R"bash(
+spoil() {
+  for file in $1/Settings.sqlite*; do head -c 9000 /dev/zero > $file; done
+  mkdir $1/Settings.sqlite-journal
+}
+)bash" + script});
 }
 
 }  // namespace ovinta::test
