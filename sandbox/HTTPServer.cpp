@@ -58,9 +58,10 @@ std::optional<int> HTTPServer::start(int port, Reception::Limits limits,
   };
   reception_ = std::make_unique<Reception>(
       listener, limits, Reception::Hooks{.admit = admit, .refused = std::move(onRefused)});
-  reception_->open();
   return bound;
 }
+
+void HTTPServer::open() { reception_->open(); }
 
 void HTTPServer::stopAll(std::chrono::milliseconds farewell) {
   if (!reception_) return;

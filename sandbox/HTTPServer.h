@@ -23,14 +23,18 @@ class HTTPServer : public httplib::Server {
   HTTPServer(const HTTPServer&) = delete;
   HTTPServer& operator=(const HTTPServer&) = delete;
 
-  /// Serves on that port of 127.0.0.1, 0 for any, until it is stopped; call it once. `onRefused` is
-  /// told of requests that no handler sees; it must not wait. Answers the port, or absent when it
+  /// Takes that port of 127.0.0.1, 0 for any; call it once. Clients wait until `open`. `onRefused`
+  /// is told of requests that no handler sees; it must not wait. Answers the port, or absent when it
   /// is not to be had.
   std::optional<int> start(int port, Reception::Limits limits,
                            std::function<void(const IncomingRequest& request)> onRefused);
 
+  /// Serves from now on until it is stopped; call it once, after `start`, when all that the handlers
+  /// use is there.
+  void open();
+
   /// Ends all waiting, gives clients `farewell` to take the answers that are left, and returns when
-  /// the last thread has ended. No effect unless it was started.
+  /// the last thread has ended. No effect unless it was opened.
   void stopAll(std::chrono::milliseconds farewell);
 
  private:

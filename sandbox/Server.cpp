@@ -54,9 +54,12 @@ Sandbox::Server::Server(const Options& options)
 std::optional<std::string> Sandbox::Server::start() {
   const auto port = http_.start(wantedPort_, limits_,
                                 [this](const IncomingRequest& request) { logRefused(request); });
-  port_ = port.value_or(0);
-  if (port) return std::nullopt;
-  return "Port " + std::to_string(wantedPort_) + " on 127.0.0.1 is taken or not allowed";
+  if (!port) {
+    return "Port " + std::to_string(wantedPort_) + " on 127.0.0.1 is taken or not allowed";
+  }
+  port_ = *port;
+  http_.open();
+  return std::nullopt;
 }
 
 void Sandbox::Server::stop() {
