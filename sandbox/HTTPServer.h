@@ -24,13 +24,13 @@ class HTTPServer : public httplib::Server {
   HTTPServer& operator=(const HTTPServer&) = delete;
 
   /// Takes that port of 127.0.0.1, 0 for any; call it once. Clients wait until `open`. `onRefused`
-  /// is told of requests that no handler sees; it must not wait. Answers the port, or absent when it
-  /// is not to be had.
+  /// is told of requests that no handler sees; it must not wait. Answers the port, or absent when
+  /// it is not to be had.
   std::optional<int> start(int port, Reception::Limits limits,
                            std::function<void(const IncomingRequest& request)> onRefused);
 
-  /// Serves from now on until it is stopped; call it once, after `start`, when all that the handlers
-  /// use is there.
+  /// Serves from now on until it is stopped; call it once, after `start`, when all that the
+  /// handlers use is there.
   void open();
 
   /// Ends all waiting, gives clients `farewell` to take the answers that are left, and returns when
