@@ -103,13 +103,12 @@ void LiveTrack::watch() {
 void LiveTrack::followPermission() {
   const platform::AuthorizationStatus now = permission();
   if (std::exchange(permission_, now) != now) tellPermission();
-  if (platform::linux::isLocationAuthorizationKept()) {
+  const bool isGranted = platform::isAuthorized(now);
+  if (platform::linux::isLocationAuthorizationKept() || (!isGranted && now != 2)) {
     askPermission();
-  } else if (platform::isAuthorized(now)) {
+  } else if (isGranted) {
     wasGranted_ = true;
     questions_ = 0;
-  } else if (now != 2) {
-    askPermission();
   } else if (!wasGranted_) {
     fail("No Permission", kRefused);
   }

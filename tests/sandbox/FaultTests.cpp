@@ -93,6 +93,7 @@ TEST_F(FaultTest, ARedirectionToTheSameUrlKeepsItsOrigin) {
 TEST_F(FaultTest, LeavesTheTesterThreads) {
   app.send("PUT", "/sandbox/faults/GET/m/v1/app", R"({"fault":"never_answers"})");
   std::vector<std::future<int>> answers;
+  answers.reserve(40);
   for (int i = 0; i < 40; ++i) {
     answers.push_back(std::async(std::launch::async, [port = sandbox.port()] {
       const auto result = httplib::Client("127.0.0.1", port).Get("/m/v1/app");

@@ -169,6 +169,7 @@ TEST_F(HostileClientTest, FiveHundredAtOnceAreAnsweredBesideThoseThatNeverEnd) {
     halfOpen.emplace_back(sandbox.port()).send(kBeginnings[index % std::size(kBeginnings)]);
   }
   std::vector<RawClient> clients;
+  clients.reserve(500);
   for (int index = 0; index < 500; ++index) clients.emplace_back(sandbox.port());
   for (const RawClient& client : clients) client.send("GET /m/v1/app HTTP/1.1\r\n\r\n");
   for (const RawClient& client : clients) {

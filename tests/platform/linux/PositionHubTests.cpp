@@ -104,8 +104,10 @@ TEST_F(PositionHubTest, TheAnswerToTheProcessBeforeHoldsUntilThereIsAnother) {
     EXPECT_FALSE(KeptAccess(settings_, PositionSource::portal).load()) << "it was not asked";
     stream = open();
     for (const auto same : {PositionAccess::undecided, access}) {
+      EXPECT_TRUE(hub_->isOfOld());
       EXPECT_THAT(answer(streams() - 1, same), IsEmpty());
     }
+    EXPECT_FALSE(hub_->isOfOld());
     begin();
     provider_->isThere = status % 2 == 0;
     hub_->findService();
