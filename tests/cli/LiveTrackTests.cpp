@@ -48,11 +48,13 @@ class LiveTrackTest : public testing::Test {
     EXPECT_THAT(line, testing::HasSubstr(text));
   }
 
-  /// When it has ended, which nobody keeps it from by reading no more.
+  /// As a shell tells it, when the command has ended, which nobody keeps it from by reading no
+  /// more.
   int exitCode() {
     while (!nextLine().empty()) {
     }
-    return WEXITSTATUS(pclose(output_));
+    const int status = pclose(output_);
+    return WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status);
   }
 
   replay::PrivateBus bus_;
