@@ -24,6 +24,8 @@ void readFrame(std::string_view input) {
 
 /// The properties that a text in GLib's own form stands for; null for none.
 Glib::VariantBase propertiesIn(std::string_view text) {
+  // GLib takes no other text, as no bus passes one on.
+  if (!g_utf8_validate(text.data(), static_cast<gssize>(text.size()), nullptr)) return {};
   GError* error = nullptr;
   GVariant* const value = g_variant_parse(G_VARIANT_TYPE_VARDICT, text.data(),
                                           text.data() + text.size(), nullptr, &error);
