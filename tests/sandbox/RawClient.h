@@ -17,7 +17,7 @@
 namespace ovinta::sandbox {
 
 /// A connection to 127.0.0.1 over which anything can be sent, in pieces of any size. An answer is
-/// waited for half a minute at most.
+/// waited for a minute and a half at most.
 class RawClient {
  public:
   /// With a receive buffer of that size; 0 for the system's own.
@@ -26,7 +26,7 @@ class RawClient {
     if (receiveBuffer > 0) {
       ::setsockopt(socket_, SOL_SOCKET, SO_RCVBUF, &receiveBuffer, sizeof receiveBuffer);
     }
-    const timeval limit{.tv_sec = 30, .tv_usec = 0};
+    const timeval limit{.tv_sec = 90, .tv_usec = 0};
     ::setsockopt(socket_, SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof limit);
     sockaddr_in address{};
     address.sin_family = AF_INET;
