@@ -115,19 +115,18 @@ std::shared_ptr<PositionHub> makePositionHub(PositionSource source,
   return hub;
 }
 
-/// Null without services.
-std::shared_ptr<PositionHub> lastHub() {
+/// That of the services made last; absent without services.
+std::optional<PositionHubs::Entry> lastEntry() {
   const std::lock_guard lock(positionHubs().mutex);
   positionHubs().prune();
-  return positionHubs().entries.empty() ? nullptr : positionHubs().entries.back().hub.lock();
+  if (positionHubs().entries.empty()) return std::nullopt;
+  return positionHubs().entries.back();
 }
 
 void onLastHub(void (PositionHub::*step)()) {
-  const std::lock_guard lock(positionHubs().mutex);
-  positionHubs().prune();
-  if (positionHubs().entries.empty()) return;
-  const auto& last = positionHubs().entries.back();
-  last.mainQueue->async([step, weak = last.hub] {
+  const auto last = lastEntry();
+  if (!last) return;
+  last->mainQueue->async([step, weak = last->hub] {
     if (const auto hub = weak.lock()) (*hub.*step)();
   });
 }
@@ -173,7 +172,8 @@ Services makeServices(const Options& options) {
 void requestLocationAuthorization() { onLastHub(&PositionHub::askPermission); }
 
 bool isLocationAuthorizationKept() {
-  const auto hub = lastHub();
+  const auto last = lastEntry();
+  const auto hub = last ? last->hub.lock() : nullptr;
   return hub && hub->isOfOld();
 }
 

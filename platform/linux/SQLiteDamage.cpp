@@ -127,9 +127,11 @@ std::optional<SQLiteProblem> problemOfSQLiteFile(const fs::path& file) {
       return SQLiteProblem{textOf(failure), "Move the file out of " + file.parent_path().string() +
                                                 ": what it holds is lost."};
     }
-    return SQLiteProblem{failure.what(), failure.getErrorCode() == SQLITE_SCHEMA
-                                             ? "Use the app's newest version."
-                                             : "End what else uses the file."};
+    const int code = failure.getErrorCode();
+    if (code == SQLITE_SCHEMA)
+      return SQLiteProblem{failure.what(), "Use the app's newest version."};
+    if (code == SQLITE_BUSY) return SQLiteProblem{failure.what(), "End what else uses the file."};
+    return SQLiteProblem{failure.what(), "See to the disk that holds the file."};
   } catch (const std::exception& failure) {
     return SQLiteProblem{failure.what(), "Give the app's user the file to read and write."};
   }
