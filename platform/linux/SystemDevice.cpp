@@ -25,6 +25,7 @@ struct SystemDevice::Reading {
   bool isUnderWay = false;
   /// None before the first answer.
   std::optional<BatteryState> state;
+  /// When it was asked for: what changed later may not be in it.
   Date time;
 
   bool isWithin(TimeInterval age, Date now) const {
@@ -36,11 +37,11 @@ struct SystemDevice::Reading {
     return isMonitored && !isWithin(kFreshness, now) && !std::exchange(isUnderWay, true);
   }
 
-  void end(BatteryState newState, Date now) {
+  void end(BatteryState newState, Date asked) {
     const std::lock_guard lock(mutex);
     isUnderWay = false;
     state = newState;
-    time = now;
+    time = asked;
   }
 };
 
@@ -73,14 +74,13 @@ BatteryState SystemDevice::batteryState() const {
 
 void SystemDevice::read() const {
   bus_->call(dbus::propertiesCall(kUPowerName, kUPowerDisplayDevice, kUPowerDevice),
-             [clock = clock_, files = powerSupplies_,
+             [asked = clock_->now(), files = powerSupplies_,
               weak = std::weak_ptr(reading_)](const dbus::Reply& reply) {
                const auto reading = weak.lock();
                if (!reading) return;
                const auto device = dbus::read<dbus::Properties>(reply.values, 0);
                const bool isAnswer = device && device->contains("State");
-               reading->end(isAnswer ? readUPower(*device) : readPowerSupplies(files),
-                            clock->now());
+               reading->end(isAnswer ? readUPower(*device) : readPowerSupplies(files), asked);
              });
 }
 

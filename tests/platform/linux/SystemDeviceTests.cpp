@@ -86,6 +86,16 @@ TEST_F(SystemDeviceTest, AsksUPowerAtQuestionsWhileMonitoringIsOn) {
   EXPECT_EQ(device_.batteryState(), BatteryState::full) << "the files, for want of anything newer";
 }
 
+TEST_F(SystemDeviceTest, AnAnswerIsAsOldAsItsQuestion) {
+  upower_.sync([&] {
+    device_.setBatteryMonitoringEnabled(true);
+    time_.advance(11s);
+  });
+  passBy(kUPowerName);
+  upower_.addObject(kUPowerDisplayDevice, kUPowerDevice, state(1, true));
+  waitUntil([&] { return device_.batteryState() == BatteryState::charging; });
+}
+
 TEST_F(SystemDeviceTest, ReadsTheKernelsFilesWheneverUPowerDoesNotAnswer) {
   supplies_.addBattery("Full");
   device_.setBatteryMonitoringEnabled(true);
