@@ -2,14 +2,14 @@
 
 #include <cstdlib>
 
-#include "platform/linux/ICUDateFormatter.h"
+#include "platform/linux/text/ICUDateFormatter.h"
 
 namespace ovinta::bench {
 namespace {
 
 using namespace platform;
-using linux::ICUDateFormatter;
-using linux::Shortcut;
+using linuxos::ICUDateFormatter;
+using linuxos::Shortcut;
 
 const DateFormat kService{"yyyy-MM-dd'T'HH:mm:ss.SSSZZZZZ", "iso8601", 0, "en_US_POSIX"};
 const DateFormat kPickup{"yyyy-MM-dd'T'HH:mm:ss.SSSZ", {}, {}, "en_US"};

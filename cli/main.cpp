@@ -8,10 +8,10 @@
 #include <vector>
 
 #include "OvintaSDK/OvintaSDK.h"
-#include "cli/Commands.h"
 #include "cli/client/ExitCode.h"
 #include "cli/client/HumanText.h"
 #include "cli/client/Output.h"
+#include "cli/commands/Commands.h"
 #include "cli/device/Interruption.h"
 #include "platform/JSON.h"
 

@@ -1,8 +1,12 @@
 include(OvintaFindDependencies)
 find_package(pugixml REQUIRED)
 
+# What the library needs on every platform, and on Linux.
+add_library(ovinta_portable_dependencies INTERFACE)
+target_link_libraries(ovinta_portable_dependencies INTERFACE Threads::Threads Boost::headers
+                                                             simdjson::simdjson)
 add_library(ovinta_dependencies INTERFACE)
 target_link_libraries(
   ovinta_dependencies
-  INTERFACE Threads::Threads CURL::libcurl ICU::uc ICU::i18n Boost::url simdjson::simdjson
-            SQLiteCpp PkgConfig::GLIBMM PkgConfig::GEOGRAPHICLIB PkgConfig::GPS)
+  INTERFACE ovinta_portable_dependencies CURL::libcurl ICU::uc ICU::i18n Boost::url SQLiteCpp
+            PkgConfig::GLIBMM PkgConfig::GEOGRAPHICLIB PkgConfig::GPS)

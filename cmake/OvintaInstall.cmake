@@ -5,7 +5,7 @@ set(packageDirectory ${CMAKE_INSTALL_LIBDIR}/cmake/OvintaSDK)
 
 install(TARGETS OvintaSDK EXPORT OvintaSDKTargets FILE_SET HEADERS DESTINATION ${includeDirectory})
 if(NOT BUILD_SHARED_LIBS)
-  install(TARGETS ovinta_dependencies EXPORT OvintaSDKTargets)
+  install(TARGETS ovinta_portable_dependencies ovinta_dependencies EXPORT OvintaSDKTargets)
   install(FILES cmake/OvintaFindDependencies.cmake DESTINATION ${packageDirectory})
 endif()
 install(TARGETS ovinta_simulation EXPORT OvintaSDKSimulationTargets

@@ -1,21 +1,21 @@
 #include "fuzz/Platform.h"
 
-#include "OvintaSDK/core/Ovinta.h"
 #include "OvintaSDK/core/UserDefaultsKey.h"
+#include "OvintaSDK/core/facade/Ovinta.h"
 #include "platform/Services.h"
-#include "platform/linux/LibraryBundle.h"
-#include "platform/linux/TextServices.h"
+#include "platform/linux/text/TextServices.h"
+#include "platform/portable/LibraryBundle.h"
+#include "platform/portable/Portable.h"
 #include "platform/simulation/SimulatedBundle.h"
 #include "platform/simulation/SimulatedDevice.h"
-#include "platform/standard/Standard.h"
 #include "tests/support/ZonedDateFormatters.h"
 
 namespace ovinta::fuzz {
 namespace {
 
-namespace linux = platform::linux;
+namespace linuxos = platform::linuxos;
 namespace simulation = platform::simulation;
-namespace standard = platform::standard;
+namespace portable = platform::portable;
 
 /// A store, its own factory and context, that keeps nothing.
 class Nowhere : public platform::PersistentContainer, public platform::PersistentContainerFactory {
@@ -84,25 +84,25 @@ void Requests::startAnew() {
 Platform::Platform()
     : time(platform::Date(std::chrono::seconds(1614889800))),
       queues(std::make_shared<simulation::DrivenOperationQueueFactory>()),
-      location(
-          std::make_shared<simulation::SimulatedLocation>(time.mainQueue(), linux::makeGeodesy())),
+      location(std::make_shared<simulation::SimulatedLocation>(time.mainQueue(),
+                                                               linuxos::makeGeodesy())),
       notifications(std::make_shared<simulation::SimulatedUserNotificationCenter>(
-          time.mainQueue(), linux::makeGeodesy())) {
+          time.mainQueue(), linuxos::makeGeodesy())) {
   platform::install({.clock = time.clock(),
                      .log = std::make_shared<NoLog>(),
                      .mainQueue = time.mainQueue(),
                      .operationQueues = queues,
-                     .notificationCenter = standard::makeNotificationCenter(),
-                     .settings = standard::makeInMemorySettingsStore(),
+                     .notificationCenter = portable::makeNotificationCenter(),
+                     .settings = portable::makeInMemorySettingsStore(),
                      .mainBundle = std::make_shared<simulation::SimulatedBundle>(),
-                     .libraryBundle = std::make_shared<linux::LibraryBundle>(),
-                     .text = linux::makeText(),
+                     .libraryBundle = std::make_shared<portable::LibraryBundle>(),
+                     .text = linuxos::makeText(),
                      .dateFormatters = std::make_shared<test::ZonedDateFormatters>(
-                         linux::makeDateFormatterFactory()),
-                     .urls = linux::makeURLFormat(),
+                         linuxos::makeDateFormatterFactory()),
+                     .urls = linuxos::makeURLFormat(),
                      .urlSession = requests,
                      .persistentContainers = std::make_shared<Nowhere>(),
-                     .geodesy = linux::makeGeodesy(),
+                     .geodesy = linuxos::makeGeodesy(),
                      .location = location,
                      .userNotifications = notifications,
                      .device = std::make_shared<simulation::SimulatedDevice>()});

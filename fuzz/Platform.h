@@ -3,11 +3,11 @@
 #include <functional>
 #include <memory>
 
-#include "platform/simulation/DrivenOperationQueueFactory.h"
-#include "platform/simulation/HoldingURLSession.h"
-#include "platform/simulation/SimulatedLocation.h"
-#include "platform/simulation/SimulatedUserNotificationCenter.h"
-#include "platform/simulation/VirtualTime.h"
+#include "platform/simulation/http/HoldingURLSession.h"
+#include "platform/simulation/location/SimulatedLocation.h"
+#include "platform/simulation/location/SimulatedUserNotificationCenter.h"
+#include "platform/simulation/time/DrivenOperationQueueFactory.h"
+#include "platform/simulation/time/VirtualTime.h"
 
 namespace ovinta::fuzz {
 

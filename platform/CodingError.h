@@ -7,7 +7,7 @@
 #include <utility>
 #include <variant>
 
-#include "platform/Export.h"
+#include "Export.h"
 
 namespace ovinta::platform {
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/Date.h"
+#include "Date.h"
 
 namespace ovinta::platform {
 

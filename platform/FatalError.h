@@ -2,11 +2,11 @@
 
 #include <string_view>
 
-#include "platform/Export.h"
+#include "Export.h"
 
 namespace ovinta::platform {
 
-/// Where a fatal error is said to have arisen.
+/// The place in the sources that a fatal error names.
 struct SourceLocation {
   std::string_view file;
   int line = 0;

@@ -4,9 +4,9 @@
 #include <string>
 #include <string_view>
 
-#include "platform/CodingError.h"
-#include "platform/Export.h"
-#include "platform/Value.h"
+#include "CodingError.h"
+#include "Export.h"
+#include "Value.h"
 
 namespace ovinta::platform {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Date.h"
+#include "Date.h"
 
 namespace ovinta::platform {
 

@@ -4,7 +4,7 @@
 #include <memory>
 #include <vector>
 
-#include "platform/Region.h"
+#include "Region.h"
 
 namespace ovinta::platform {
 
@@ -14,19 +14,25 @@ enum class LocationAccuracy { bestForNavigation, best };
 /// What the user is doing, which tells the service how positions may be filtered.
 enum class ActivityType { other = 1, automotiveNavigation = 2, fitness = 3, otherNavigation = 4 };
 
-/// The application's permission to follow the user, as the platform numbers it: 0 not determined,
-/// 1 restricted, 2 denied, 3 always, 4 when in use. A platform may know further numbers.
+/// The application's permission to follow the user: one of the constants below. A platform may know
+/// further numbers, which permit nothing.
 using AuthorizationStatus = int;
 
 inline constexpr AuthorizationStatus kAuthorizationNotDetermined = 0;
+inline constexpr AuthorizationStatus kAuthorizationRestricted = 1;
+inline constexpr AuthorizationStatus kAuthorizationDenied = 2;
+inline constexpr AuthorizationStatus kAuthorizedAlways = 3;
+inline constexpr AuthorizationStatus kAuthorizedWhenInUse = 4;
 
 /// Whether the application may follow the user: always, or when in use.
-constexpr bool isAuthorized(AuthorizationStatus status) { return status == 3 || status == 4; }
+constexpr bool isAuthorized(AuthorizationStatus status) {
+  return status == kAuthorizedAlways || status == kAuthorizedWhenInUse;
+}
 
 /// A beacon as heard in one ranging interval.
 struct RangedBeacon {
   UUID proximityUUID;
-  /// Of these two only the low 16 bits are sent by a beacon.
+  /// A beacon sends only the low 16 bits of the major and of the minor number.
   std::int64_t major = 0;
   std::int64_t minor = 0;
   /// Received signal strength in dBm; 0 when unknown.

@@ -2,7 +2,7 @@
 
 #include <functional>
 
-#include "platform/Date.h"
+#include "Date.h"
 
 namespace ovinta::platform {
 

@@ -18,7 +18,7 @@ class Operation {
 /// Runs operations on background threads, started in the order in which they were added.
 class OperationQueue {
  public:
-  /// As many operations at once as the implementation finds fit for the machine.
+  /// Stands for as many operations at once as the implementation finds fit for the machine.
   static constexpr std::size_t kDefaultMaxConcurrentOperationCount = 0;
 
   virtual ~OperationQueue() = default;

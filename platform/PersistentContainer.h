@@ -10,7 +10,7 @@
 #include <variant>
 #include <vector>
 
-#include "platform/Export.h"
+#include "Export.h"
 
 namespace ovinta::platform {
 
@@ -98,7 +98,7 @@ class ManagedObjectContext {
   virtual std::vector<ManagedObject> fetch(const FetchRequest& request, StoreError* error) = 0;
 };
 
-/// Where a store lies.
+/// Describes a store that was loaded.
 struct PersistentStoreDescription {
   std::string location;
 };

@@ -5,8 +5,8 @@
 #include <string>
 #include <variant>
 
-#include "platform/Location.h"
-#include "platform/UUID.h"
+#include "Location.h"
+#include "UUID.h"
 
 namespace ovinta::platform {
 

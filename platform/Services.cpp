@@ -5,8 +5,8 @@
 #include <string>
 #include <utility>
 
+#include "platform/DefaultServices.h"
 #include "platform/FatalError.h"
-#include "platform/linux/Linux.h"
 
 namespace ovinta::platform {
 namespace {
@@ -58,7 +58,7 @@ const Services& services() {
   if (const auto* installed = current.load(std::memory_order_acquire)) return installed->services;
   static std::once_flag once;
   std::call_once(once, [] {
-    auto* made = new Installed{linux::makeServices()};
+    auto* made = new Installed{makeDefaultServices()};
     const Installed* none = nullptr;
     if (!current.compare_exchange_strong(none, made)) delete made;
   });

@@ -29,7 +29,13 @@ class SettingsStore {
   /// Makes all these changes as one: a process that dies meanwhile leaves all of them or none. A
   /// store without such a means makes them one after the other.
   virtual void apply(const Changes& changes) {
-    for (const auto& [key, value] : changes) value ? set(key, *value) : remove(key);
+    for (const auto& [key, value] : changes) {
+      if (value) {
+        set(key, *value);
+      } else {
+        remove(key);
+      }
+    }
   }
 
   /// Removes the stored text of a secret as `remove` does, and with it whatever else of that text

@@ -7,8 +7,8 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/Export.h"
-#include "platform/URL.h"
+#include "Export.h"
+#include "URL.h"
 
 namespace ovinta::platform {
 
@@ -36,7 +36,7 @@ struct URLRequest {
 
 struct OVINTA_EXPORT HTTPResponse {
   int statusCode = 0;
-  /// In the order received, names as received.
+  /// The fields in the order in which they were received, with their names as received.
   std::vector<HeaderField> headers{};
 
   /// The value of the first field of that name, compared without regard to case; else absent.

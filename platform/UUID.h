@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/Export.h"
+#include "Export.h"
 
 namespace ovinta::platform {
 

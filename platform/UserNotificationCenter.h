@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/Region.h"
-#include "platform/Value.h"
+#include "Region.h"
+#include "Value.h"
 
 namespace ovinta::platform {
 

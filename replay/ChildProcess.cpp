@@ -136,7 +136,7 @@ std::optional<int> ChildProcess::collect(int waitOptions) {
     ended = waitpid(process_, &status, waitOptions);
   } while (ended < 0 && errno == EINTR);
   if (ended == 0) return std::nullopt;
-  // Where nobody waits for children, how they ended is lost.
+  // In a process that ignores its children nobody can tell how they ended.
   if (ended < 0)
     exitStatus_ = kNotKnown;
   else

@@ -28,7 +28,7 @@ class LineServer {
     return listener_.has_value();
   }
 
-  /// Without a listener the lines are lost; one that has not read for long is dropped.
+  /// Lines that nobody listens to are lost; a listener that has not read for long is dropped.
   void say(const std::string& lines) {
     if (!hasListener()) return;
     boost::system::error_code error;

@@ -5,7 +5,7 @@
 #include <cmath>
 #include <cstdio>
 
-#include "platform/simulation/Trip.h"
+#include "platform/simulation/trip/Trip.h"
 
 namespace ovinta::replay {
 namespace {

@@ -4,7 +4,7 @@
 #include <optional>
 
 #include "platform/Location.h"
-#include "platform/simulation/TripPath.h"
+#include "platform/simulation/trip/TripPath.h"
 
 namespace ovinta::replay {
 

@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "sandbox/Server.h"
-#include "sandbox/SnapshotFile.h"
+#include "sandbox/domain/SnapshotFile.h"
 
 namespace ovinta::sandbox {
 namespace {

@@ -3,11 +3,11 @@
 #include <chrono>
 #include <utility>
 
-#include "sandbox/Connection.h"
-#include "sandbox/Delivery.h"
-#include "sandbox/Envelope.h"
-#include "sandbox/RequestBody.h"
-#include "sandbox/Validation.h"
+#include "sandbox/domain/Envelope.h"
+#include "sandbox/domain/Validation.h"
+#include "sandbox/http/Connection.h"
+#include "sandbox/http/Delivery.h"
+#include "sandbox/http/RequestBody.h"
 
 namespace ovinta::sandbox {
 namespace {

@@ -7,11 +7,11 @@
 #include <optional>
 #include <string>
 
-#include "sandbox/HTTPServer.h"
-#include "sandbox/Reception.h"
-#include "sandbox/Routes.h"
 #include "sandbox/Sandbox.h"
-#include "sandbox/Service.h"
+#include "sandbox/http/HTTPServer.h"
+#include "sandbox/http/Reception.h"
+#include "sandbox/routes/Routes.h"
+#include "sandbox/routes/Service.h"
 
 namespace ovinta::sandbox {
 

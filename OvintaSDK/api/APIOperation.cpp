@@ -3,15 +3,13 @@
 #include <cstdio>
 
 #include "OvintaSDK/api/OvintaAPIError.h"
-#include "OvintaSDK/api/RequestBuilder.h"
 #include "platform/JSON.h"
-#include "platform/Services.h"
 
 namespace ovinta {
 
 void APIOperation::main() {
   const Endpoint endpoint = this->endpoint();
-  auto request = makeRequest(apiURL_, endpoint.path, endpoint.token, endpoint.queryItems);
+  auto request = api_.makeRequest(endpoint.path, endpoint.token, endpoint.queryItems);
   if (!request) {
     if (hasCallback()) fail(std::make_shared<OvintaErrorInvalidURL>(*this));
     return;
@@ -23,20 +21,20 @@ void APIOperation::main() {
     // The request goes out without a body; whoever debugs the application sees why.
     std::printf("%s\n", error.what());
   }
-  platform::services().urlSession->startDataTask(
-      *std::move(request),
-      [self = shared_from_this()](const auto& data, const auto& response, const auto& error) {
-        if (self->hasCallback()) self->complete(data, response, error);
+  context().services().urlSession->startDataTask(
+      *std::move(request), [self = shared_from_this(), success = endpoint.success](
+                               const auto& data, const auto& response, const auto& error) {
+        if (self->hasCallback()) self->complete(success, data, response, error);
       });
 }
 
-void APIOperation::complete(const std::optional<std::string>& data,
+void APIOperation::complete(HTTPStatusCode success, const std::optional<std::string>& data,
                             const std::optional<platform::HTTPResponse>& response,
                             const std::optional<platform::TransportError>& error) {
   if (!response || error) {
     fail(std::make_shared<OvintaError>(
         error ? std::optional(error->localizedDescription) : std::nullopt, *this));
-  } else if (response->statusCode != static_cast<int>(endpoint().success)) {
+  } else if (response->statusCode != static_cast<int>(success)) {
     refuse(response, data);
   } else if (data) {
     succeed(*data);

@@ -6,10 +6,12 @@
 #include <string_view>
 #include <vector>
 
-#include "OvintaSDK/api/APIPath.h"
+#include "OvintaSDK/api/APIClient.h"
 #include "OvintaSDK/api/ErrorContext.h"
 #include "OvintaSDK/api/HTTPStatusCode.h"
 #include "OvintaSDK/api/OvintaError.h"
+#include "OvintaSDK/model/wire/RecordCoding.h"
+#include "platform/JSON.h"
 #include "platform/OperationQueue.h"
 #include "platform/URLSession.h"
 
@@ -39,8 +41,21 @@ class APIOperation : public platform::Operation,
   void main() final;
 
  protected:
-  /// `apiURL` is the service's base URL.
-  explicit APIOperation(std::string apiURL) : apiURL_(std::move(apiURL)) {}
+  explicit APIOperation(APIClient api) : api_(std::move(api)) {}
+
+  Context& context() const { return api_.context(); }
+  const Dates& dates() const { return context().dates(); }
+
+  /// The body that carries a record: {"data": record}. Throws `platform::CodingError`.
+  template <class Record>
+  std::string encodeBody(const Record& record) const {
+    platform::JSONWriter writer;
+    writer.beginObject();
+    writer.key("data");
+    wire::encode(writer, record, dates());
+    writer.endObject();
+    return writer.take();
+  }
 
   virtual Endpoint endpoint() const = 0;
   /// The JSON text to send; absent for none. Throws `platform::CodingError`.
@@ -56,11 +71,11 @@ class APIOperation : public platform::Operation,
                       const std::optional<std::string>& data);
 
  private:
-  void complete(const std::optional<std::string>& data,
+  void complete(HTTPStatusCode success, const std::optional<std::string>& data,
                 const std::optional<platform::HTTPResponse>& response,
                 const std::optional<platform::TransportError>& error);
 
-  std::string apiURL_;
+  const APIClient api_;
 };
 
 }  // namespace ovinta

@@ -1,17 +1,18 @@
 #pragma once
 
-#include "OvintaSDK/api/OrderOperation.h"
+#include "OvintaSDK/api/DecodingOperation.h"
 #include "OvintaSDK/model/Customer.h"
 #include "OvintaSDK/model/wire/OrderRequestWire.h"
+#include "OvintaSDK/model/wire/OrderWire.h"
 
 namespace ovinta {
 
 /// Makes the order of a redemption code a customer's own.
-class ClaimOrderWithCodeOperation final : public OrderOperation {
+class ClaimOrderWithCodeOperation final : public RecordOperation<OrderResponse> {
  public:
-  ClaimOrderWithCodeOperation(std::string apiURL, CustomerPtr customer, std::string redemptionCode,
+  ClaimOrderWithCodeOperation(APIClient api, CustomerPtr customer, std::string redemptionCode,
                               ClaimOrderInfo orderInfo, Callback callback)
-      : OrderOperation(std::move(apiURL), std::move(callback)),
+      : RecordOperation(std::move(api), std::move(callback)),
         customer_(std::move(customer)),
         redemptionCode_(std::move(redemptionCode)),
         orderInfo_(std::move(orderInfo)) {}

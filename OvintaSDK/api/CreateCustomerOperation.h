@@ -1,14 +1,15 @@
 #pragma once
 
-#include "OvintaSDK/api/CustomerOperation.h"
+#include "OvintaSDK/api/DecodingOperation.h"
+#include "OvintaSDK/model/wire/CustomerWire.h"
 
 namespace ovinta {
 
 /// Creates an anonymous customer.
-class CreateCustomerOperation final : public CustomerOperation {
+class CreateCustomerOperation final : public RecordOperation<wire::CustomerResponse> {
  public:
-  CreateCustomerOperation(std::string apiURL, CreateCustomerInfo info, Callback callback)
-      : CustomerOperation(std::move(apiURL), std::move(callback)), info_(std::move(info)) {}
+  CreateCustomerOperation(APIClient api, CreateCustomerInfo info, Callback callback)
+      : RecordOperation(std::move(api), std::move(callback)), info_(std::move(info)) {}
 
   std::string_view errorContext() const override { return "creating profile"; }
 

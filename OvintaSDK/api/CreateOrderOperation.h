@@ -1,17 +1,18 @@
 #pragma once
 
-#include "OvintaSDK/api/OrderOperation.h"
+#include "OvintaSDK/api/DecodingOperation.h"
 #include "OvintaSDK/model/Customer.h"
 #include "OvintaSDK/model/wire/OrderRequestWire.h"
+#include "OvintaSDK/model/wire/OrderWire.h"
 
 namespace ovinta {
 
 /// Creates an order for a customer.
-class CreateOrderOperation final : public OrderOperation {
+class CreateOrderOperation final : public RecordOperation<OrderResponse> {
  public:
-  CreateOrderOperation(std::string apiURL, CustomerPtr customer, CreateOrderInfo orderInfo,
+  CreateOrderOperation(APIClient api, CustomerPtr customer, CreateOrderInfo orderInfo,
                        Callback callback)
-      : OrderOperation(std::move(apiURL), std::move(callback)),
+      : RecordOperation(std::move(api), std::move(callback)),
         customer_(std::move(customer)),
         orderInfo_(std::move(orderInfo)) {}
 

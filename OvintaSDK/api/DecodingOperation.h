@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "OvintaSDK/api/ResultOperation.h"
-#include "OvintaSDK/core/LogLine.h"
 #include "OvintaSDK/model/wire/RecordCoding.h"
 #include "platform/JSON.h"
 
@@ -30,13 +29,24 @@ class DecodingOperation : public ResultOperation<Result> {
       result = decode(document.root());
     } catch (const platform::CodingError& error) {
       if (const std::string_view line = decodingFailureLogLine(); !line.empty()) {
-        logLine(std::string(line) + error.what() + ".");
+        this->context().log(std::string(line) + error.what() + ".");
       }
       failure = std::make_shared<OvintaErrorInvalidResponse>(*this);
     }
     // The callback runs outside of the handler.
     if (failure) return this->fail(failure);
     this->report(std::move(result));
+  }
+};
+
+/// An operation whose result is what the service answers under "data".
+template <class Response>
+class RecordOperation : public DecodingOperation<decltype(Response::data)> {
+ protected:
+  using DecodingOperation<decltype(Response::data)>::DecodingOperation;
+
+  decltype(Response::data) decode(const platform::JSONValue& answer) const final {
+    return wire::decode<Response>(answer, this->dates()).data;
   }
 };
 

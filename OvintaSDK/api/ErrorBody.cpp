@@ -1,41 +1,56 @@
 #include "OvintaSDK/api/ErrorBody.h"
 
-#include "OvintaSDK/model/wire/RecordCoding.h"
+#include "platform/JSON.h"
 
 namespace ovinta {
-namespace wire {
+namespace {
 
-template <>
-struct WireForm<std::map<std::string, std::vector<std::string>>> {
-  static std::map<std::string, std::vector<std::string>> decode(const platform::JSONValue& value) {
-    if (value.kind() != platform::JSONValue::Kind::object) throwMismatch(value, "an object");
-    std::map<std::string, std::vector<std::string>> fields;
-    platform::JSONObjectCursor cursor(value);
-    std::string_view name;
-    platform::JSONValue messages;
-    while (cursor.next(name, messages)) {
-      fields.insert_or_assign(std::string(name),
-                              WireForm<std::vector<std::string>>::decode(messages));
-    }
-    return fields;
+using platform::JSONValue;
+
+/// Absent when the value is no list of texts.
+std::optional<std::vector<std::string>> textsOf(const JSONValue& value) {
+  if (value.kind() != JSONValue::Kind::array) return std::nullopt;
+  std::vector<std::string> texts;
+  platform::JSONArrayCursor cursor(value);
+  JSONValue element;
+  while (cursor.next(element)) {
+    const auto text = element.string();
+    if (!text) return std::nullopt;
+    texts.emplace_back(*text);
   }
-};
+  return texts;
+}
 
-template <>
-struct WireTable<ErrorBody> {
-  static constexpr auto kFields = table(field("errors", &ErrorBody::errors));
-};
+/// Of a key given twice the last counts, here as everywhere.
+std::optional<JSONValue> valueUnder(std::string_view key, const JSONValue& object) {
+  std::optional<JSONValue> found;
+  if (object.kind() != JSONValue::Kind::object) return found;
+  platform::JSONObjectCursor cursor(object);
+  std::string_view name;
+  JSONValue value;
+  while (cursor.next(name, value)) {
+    if (name == key) found = value;
+  }
+  return found;
+}
 
-}  // namespace wire
+}  // namespace
 
 std::optional<ErrorBody> ErrorBody::parse(std::string_view text) {
   const auto document = platform::JSONDocument::parse(text);
   if (!document) return std::nullopt;
-  try {
-    return wire::WireForm<ErrorBody>::decode(document->root());
-  } catch (const platform::CodingError&) {
-    return std::nullopt;
+  const auto errors = valueUnder("errors", document->root());
+  if (!errors || errors->kind() != JSONValue::Kind::object) return std::nullopt;
+  ErrorBody body;
+  platform::JSONObjectCursor cursor(*errors);
+  std::string_view field;
+  JSONValue messages;
+  while (cursor.next(field, messages)) {
+    auto texts = textsOf(messages);
+    if (!texts) return std::nullopt;
+    body.errors.insert_or_assign(std::string(field), *std::move(texts));
   }
+  return body;
 }
 
 std::string ErrorBody::message() const {

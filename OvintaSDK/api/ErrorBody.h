@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/Export.h"
+#include "../../platform/Export.h"
 
 namespace ovinta {
 

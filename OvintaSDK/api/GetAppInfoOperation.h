@@ -9,8 +9,8 @@ namespace ovinta {
 /// that holds none. A bare value is no answer.
 class GetAppInfoOperation final : public DecodingOperation<std::optional<platform::Dictionary>> {
  public:
-  GetAppInfoOperation(std::string apiURL, Callback callback)
-      : DecodingOperation(std::move(apiURL), std::move(callback)) {}
+  GetAppInfoOperation(APIClient api, Callback callback)
+      : DecodingOperation(std::move(api), std::move(callback)) {}
 
   std::string_view errorContext() const override { return "getting configuration"; }
 

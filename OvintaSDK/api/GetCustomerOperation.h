@@ -1,14 +1,15 @@
 #pragma once
 
-#include "OvintaSDK/api/CustomerOperation.h"
+#include "OvintaSDK/api/DecodingOperation.h"
+#include "OvintaSDK/model/wire/CustomerWire.h"
 
 namespace ovinta {
 
 /// Gets the customer of a token.
-class GetCustomerOperation final : public CustomerOperation {
+class GetCustomerOperation final : public RecordOperation<wire::CustomerResponse> {
  public:
-  GetCustomerOperation(std::string apiURL, std::string apiToken, Callback callback)
-      : CustomerOperation(std::move(apiURL), std::move(callback)), apiToken_(std::move(apiToken)) {}
+  GetCustomerOperation(APIClient api, std::string apiToken, Callback callback)
+      : RecordOperation(std::move(api), std::move(callback)), apiToken_(std::move(apiToken)) {}
 
   std::string_view errorContext() const override { return "getting customer"; }
 

@@ -1,14 +1,15 @@
 #pragma once
 
-#include "OvintaSDK/api/OrderOperation.h"
+#include "OvintaSDK/api/DecodingOperation.h"
+#include "OvintaSDK/model/wire/OrderWire.h"
 
 namespace ovinta {
 
 /// Gets the order of a redemption code.
-class GetOrderWithCodeOperation final : public OrderOperation {
+class GetOrderWithCodeOperation final : public RecordOperation<OrderResponse> {
  public:
-  GetOrderWithCodeOperation(std::string apiURL, std::string redemptionCode, Callback callback)
-      : OrderOperation(std::move(apiURL), std::move(callback)),
+  GetOrderWithCodeOperation(APIClient api, std::string redemptionCode, Callback callback)
+      : RecordOperation(std::move(api), std::move(callback)),
         redemptionCode_(std::move(redemptionCode)) {}
 
   std::string_view errorContext() const override { return "finding redeem code"; }

@@ -9,8 +9,8 @@ namespace ovinta {
 /// Gets all orders of a customer.
 class GetOrdersOperation final : public DecodingOperation<std::optional<OrderList>> {
  public:
-  GetOrdersOperation(std::string apiURL, CustomerPtr customer, Callback callback)
-      : DecodingOperation(std::move(apiURL), std::move(callback)), customer_(std::move(customer)) {}
+  GetOrdersOperation(APIClient api, CustomerPtr customer, Callback callback)
+      : DecodingOperation(std::move(api), std::move(callback)), customer_(std::move(customer)) {}
 
   std::string_view errorContext() const override { return "getting orders"; }
 
@@ -19,7 +19,7 @@ class GetOrdersOperation final : public DecodingOperation<std::optional<OrderLis
     return {.path = APIPath::orders(), .token = customer_->token};
   }
   std::optional<OrderList> decode(const platform::JSONValue& answer) const override {
-    return wire::WireForm<OrdersResponse>::decode(answer).data;
+    return wire::decode<OrdersResponse>(answer, dates()).data;
   }
   std::string_view decodingFailureLogLine() const override {
     return "Unexpected error Getting Orders: ";

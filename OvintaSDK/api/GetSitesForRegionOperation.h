@@ -10,10 +10,10 @@ namespace ovinta {
 class GetSitesForRegionOperation final : public SitesOperation {
  public:
   /// `radius` in metres; `per` is the page size.
-  GetSitesForRegionOperation(std::string apiURL, platform::Coordinate center, double radius,
+  GetSitesForRegionOperation(APIClient api, platform::Coordinate center, double radius,
                              std::optional<std::int64_t> page, std::optional<std::int64_t> per,
                              Callback callback)
-      : SitesOperation(std::move(apiURL), std::move(callback)),
+      : SitesOperation(std::move(api), std::move(callback)),
         center_(center),
         radius_(radius),
         page_(page),

@@ -7,9 +7,9 @@ namespace ovinta {
 /// Gets a page of the sites that match a text.
 class GetSitesOperation final : public SitesOperation {
  public:
-  GetSitesOperation(std::string apiURL, std::optional<std::string> query,
+  GetSitesOperation(APIClient api, std::optional<std::string> query,
                     std::optional<std::int64_t> page, Callback callback)
-      : SitesOperation(std::move(apiURL), std::move(callback)),
+      : SitesOperation(std::move(api), std::move(callback)),
         query_(std::move(query)),
         page_(page) {}
 

@@ -3,7 +3,7 @@
 #include <optional>
 #include <string>
 
-#include "platform/Export.h"
+#include "../../platform/Export.h"
 
 namespace ovinta {
 

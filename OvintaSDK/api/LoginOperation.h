@@ -1,15 +1,15 @@
 #pragma once
 
-#include "OvintaSDK/api/CustomerOperation.h"
+#include "OvintaSDK/api/DecodingOperation.h"
+#include "OvintaSDK/model/wire/CustomerWire.h"
 
 namespace ovinta {
 
 /// Logs a customer in by e-mail address and password.
-class LoginOperation final : public CustomerOperation {
+class LoginOperation final : public RecordOperation<wire::CustomerResponse> {
  public:
-  LoginOperation(std::string apiURL, std::string emailAddress, std::string password,
-                 Callback callback)
-      : CustomerOperation(std::move(apiURL), std::move(callback)),
+  LoginOperation(APIClient api, std::string emailAddress, std::string password, Callback callback)
+      : RecordOperation(std::move(api), std::move(callback)),
         loginInfo_{.emailAddress = std::move(emailAddress), .password = std::move(password)} {}
 
   std::string_view errorContext() const override { return "signing in"; }

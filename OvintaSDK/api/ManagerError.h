@@ -3,9 +3,9 @@
 #include <string>
 #include <string_view>
 
+#include "../../platform/Export.h"
+#include "../../platform/FatalError.h"
 #include "OvintaSDK/api/OvintaError.h"
-#include "platform/Export.h"
-#include "platform/FatalError.h"
 
 namespace ovinta {
 

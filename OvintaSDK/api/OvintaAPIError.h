@@ -5,11 +5,11 @@
 #include <string>
 #include <vector>
 
+#include "../../platform/Export.h"
+#include "../../platform/URLSession.h"
 #include "OvintaSDK/api/ErrorBody.h"
 #include "OvintaSDK/api/HTTPStatusCode.h"
 #include "OvintaSDK/api/OvintaError.h"
-#include "platform/Export.h"
-#include "platform/URLSession.h"
 
 namespace ovinta {
 

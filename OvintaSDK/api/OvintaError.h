@@ -4,8 +4,8 @@
 #include <optional>
 #include <string>
 
+#include "../../platform/Export.h"
 #include "OvintaSDK/api/ErrorContext.h"
-#include "platform/Export.h"
 
 namespace ovinta {
 

@@ -11,8 +11,8 @@ namespace ovinta {
 /// not read.
 class RequestPasswordResetOperation final : public ResultOperation<std::monostate> {
  public:
-  RequestPasswordResetOperation(std::string apiURL, std::string emailAddress, Callback callback)
-      : ResultOperation(std::move(apiURL), std::move(callback)),
+  RequestPasswordResetOperation(APIClient api, std::string emailAddress, Callback callback)
+      : ResultOperation(std::move(api), std::move(callback)),
         reset_{.email = std::move(emailAddress)} {}
 
   std::string_view errorContext() const override { return "request new password"; }

@@ -1,14 +1,15 @@
 #pragma once
 
-#include "OvintaSDK/api/CustomerOperation.h"
+#include "OvintaSDK/api/DecodingOperation.h"
+#include "OvintaSDK/model/wire/CustomerWire.h"
 
 namespace ovinta {
 
 /// Sets a new password with the token of a reset message, which also logs the customer in.
-class SetNewPasswordOperation final : public CustomerOperation {
+class SetNewPasswordOperation final : public RecordOperation<wire::CustomerResponse> {
  public:
-  SetNewPasswordOperation(std::string apiURL, SetNewPassword newPassword, Callback callback)
-      : CustomerOperation(std::move(apiURL), std::move(callback)),
+  SetNewPasswordOperation(APIClient api, SetNewPassword newPassword, Callback callback)
+      : RecordOperation(std::move(api), std::move(callback)),
         newPassword_(std::move(newPassword)) {}
 
   std::string_view errorContext() const override { return "signing in"; }

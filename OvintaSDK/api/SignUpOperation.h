@@ -1,15 +1,15 @@
 #pragma once
 
-#include "OvintaSDK/api/CustomerOperation.h"
+#include "OvintaSDK/api/DecodingOperation.h"
+#include "OvintaSDK/model/wire/CustomerWire.h"
 
 namespace ovinta {
 
 /// Gives an anonymous account an e-mail address and a password.
-class SignUpOperation final : public CustomerOperation {
+class SignUpOperation final : public RecordOperation<wire::CustomerResponse> {
  public:
-  SignUpOperation(std::string apiURL, CustomerPtr customer, SignUpInfo signUpInfo,
-                  Callback callback)
-      : CustomerOperation(std::move(apiURL), std::move(callback)),
+  SignUpOperation(APIClient api, CustomerPtr customer, SignUpInfo signUpInfo, Callback callback)
+      : RecordOperation(std::move(api), std::move(callback)),
         customer_(std::move(customer)),
         signUpInfo_(std::move(signUpInfo)) {}
 

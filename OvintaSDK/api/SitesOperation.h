@@ -18,7 +18,7 @@ class SitesOperation : public DecodingOperation<std::optional<SitesPage>> {
   using DecodingOperation::DecodingOperation;
 
   std::optional<SitesPage> decode(const platform::JSONValue& answer) const final {
-    auto response = wire::WireForm<SitesResponse>::decode(answer);
+    auto response = wire::decode<SitesResponse>(answer, dates());
     return SitesPage{
         .sites = std::move(response.data),
         .pagination = {.currentPage = response.pages.current, .totalPages = response.pages.count}};

@@ -1,15 +1,16 @@
 #pragma once
 
-#include "OvintaSDK/api/CustomerOperation.h"
+#include "OvintaSDK/api/DecodingOperation.h"
+#include "OvintaSDK/model/wire/CustomerWire.h"
 
 namespace ovinta {
 
 /// Changes a customer's details.
-class UpdateCustomerOperation final : public CustomerOperation {
+class UpdateCustomerOperation final : public RecordOperation<wire::CustomerResponse> {
  public:
-  UpdateCustomerOperation(std::string apiURL, CustomerPtr customer, CustomerInfo customerInfo,
+  UpdateCustomerOperation(APIClient api, CustomerPtr customer, CustomerInfo customerInfo,
                           Callback callback)
-      : CustomerOperation(std::move(apiURL), std::move(callback)),
+      : RecordOperation(std::move(api), std::move(callback)),
         customer_(std::move(customer)),
         customerInfo_(std::move(customerInfo)) {}
 

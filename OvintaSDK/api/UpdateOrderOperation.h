@@ -1,16 +1,17 @@
 #pragma once
 
-#include "OvintaSDK/api/OrderOperation.h"
+#include "OvintaSDK/api/DecodingOperation.h"
 #include "OvintaSDK/model/wire/OrderRequestWire.h"
+#include "OvintaSDK/model/wire/OrderWire.h"
 
 namespace ovinta {
 
 /// Puts a push token on an order.
-class UpdateOrderOperation final : public OrderOperation {
+class UpdateOrderOperation final : public RecordOperation<OrderResponse> {
  public:
-  UpdateOrderOperation(std::string apiURL, std::string customerToken, std::string redemptionCode,
+  UpdateOrderOperation(APIClient api, std::string customerToken, std::string redemptionCode,
                        std::string pushToken, Callback callback)
-      : OrderOperation(std::move(apiURL), std::move(callback)),
+      : RecordOperation(std::move(api), std::move(callback)),
         customerToken_(std::move(customerToken)),
         redemptionCode_(std::move(redemptionCode)),
         orderInfo_{.pushToken = std::move(pushToken)} {}

@@ -2,8 +2,6 @@
 
 #include <algorithm>
 
-#include "platform/Services.h"
-
 namespace ovinta {
 namespace {
 
@@ -17,8 +15,8 @@ bool skipTo(std::string_view& text, std::string_view mark) {
 
 }  // namespace
 
-bool isDevelopmentPushEnvironment() {
-  const auto profile = platform::services().mainBundle->resource("embedded", "mobileprovision");
+bool isDevelopmentPushEnvironment(const platform::Bundle& application) {
+  const auto profile = application.resource("embedded", "mobileprovision");
   return profile && namesDevelopmentEnvironment(*profile);
 }
 

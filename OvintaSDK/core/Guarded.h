@@ -23,6 +23,20 @@ class Guarded {
     std::swap(value_, value);
   }
 
+  /// Replaces the value and gives the old one.
+  T exchange(T value) {
+    const std::scoped_lock lock(mutex_);
+    std::swap(value_, value);
+    return value;
+  }
+
+  /// Has `change` change the value in one step. It must not call foreign code, nor this.
+  template <class Change>
+  void change(Change&& change) {
+    const std::scoped_lock lock(mutex_);
+    std::forward<Change>(change)(value_);
+  }
+
   /// Copies one field of the value.
   template <class Field>
   Field get(Field T::*field) const {

@@ -14,8 +14,14 @@ class Lazy {
   /// must not ask for the same value.
   template <class Make>
   T& get(Make&& make) {
+    return *shared(std::forward<Make>(make));
+  }
+
+  /// The same, to be kept.
+  template <class Make>
+  const std::shared_ptr<T>& shared(Make&& make) {
     std::call_once(once_, [&] { value_ = std::forward<Make>(make)(); });
-    return *value_;
+    return value_;
   }
 
  private:

@@ -2,14 +2,10 @@
 
 #include <string>
 
-#include "OvintaSDK/core/LogLine.h"
 #include "platform/FatalError.h"
-#include "platform/Services.h"
 
 namespace ovinta {
 namespace {
-
-constexpr std::string_view kModelName = "VelkModel";
 
 std::string description(const std::map<std::string, std::string>& details) {
   std::string text;
@@ -21,15 +17,13 @@ std::string description(const std::map<std::string, std::string>& details) {
 
 }  // namespace
 
-std::shared_ptr<platform::PersistentContainer> makeOrderStoreContainer() {
-  const platform::Services& services = platform::services();
-  const auto compiled = services.libraryBundle->resource(kModelName, "momd");
-  if (!compiled) platform::fatalError();
-  auto model = platform::ManagedObjectModel::parse(*compiled);
+std::shared_ptr<platform::PersistentContainer> makeOrderStoreContainer(
+    const platform::Services& services) {
+  auto model = orderStoreModel(services);
   if (!model) platform::fatalError();
 
-  auto container = services.persistentContainers->makeContainer(kModelName, *std::move(model));
-  container->loadPersistentStores([&container](const auto&, const auto& error) {
+  auto container = services.persistentContainers->makeContainer(kOrderStoreName, *std::move(model));
+  container->loadPersistentStores([&](const auto&, const auto& error) {
     if (error) {
       platform::fatalError(
           "Unresolved error " + error->localizedDescription + ", " + description(error->userInfo),
@@ -37,7 +31,7 @@ std::shared_ptr<platform::PersistentContainer> makeOrderStoreContainer() {
     }
     const auto stores = container->persistentStoreDescriptions();
     if (stores.empty()) platform::fatalError();
-    logLine("Container location is " + stores.front().location);
+    services.log->write("Container location is " + stores.front().location);
   });
   return container;
 }

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/Export.h"
+#include "../../platform/Export.h"
 
 namespace ovinta {
 

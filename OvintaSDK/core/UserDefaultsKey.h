@@ -7,8 +7,8 @@
 #include <string>
 #include <string_view>
 
-#include "platform/Export.h"
-#include "platform/SettingsStore.h"
+#include "../../platform/Export.h"
+#include "../../platform/SettingsStore.h"
 
 namespace ovinta {
 

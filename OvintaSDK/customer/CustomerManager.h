@@ -4,15 +4,16 @@
 #include <memory>
 #include <string>
 
+#include "../../platform/Export.h"
 #include "OvintaSDK/api/OvintaError.h"
-#include "OvintaSDK/core/Guarded.h"
 #include "OvintaSDK/customer/CustomerManagerError.h"
 #include "OvintaSDK/model/Customer.h"
 #include "OvintaSDK/model/CustomerConsent.h"
 #include "OvintaSDK/model/CustomerInfo.h"
-#include "platform/Export.h"
 
 namespace ovinta {
+
+class Customers;
 
 /// Receives the customer or the error, exactly one of them not null.
 using CustomerCallback = std::function<void(CustomerPtr, ErrorPtr)>;
@@ -27,18 +28,21 @@ using ErrorCallback = std::function<void(ErrorPtr)>;
 /// none, inside the call when the request was refused before. It is left out only where the
 /// application's own `platform::URLSession` completes a success without data; that of Linux gives
 /// every complete answer its data, even if empty.
-/// The object must outlive the requests that it has started.
+/// It may be destroyed while its requests are under way: they end as they would have.
 class OVINTA_EXPORT CustomerManager {
  public:
   /// Loads `current` from the settings store.
   CustomerManager();
+  /// For the library's own use.
+  explicit CustomerManager(std::shared_ptr<Customers> customers);
+  ~CustomerManager();
   CustomerManager(const CustomerManager&) = delete;
   CustomerManager& operator=(const CustomerManager&) = delete;
 
   /// The signed-in customer, or null.
-  CustomerPtr current() const { return current_.get(); }
+  CustomerPtr current() const;
   /// Changes the copy in memory only.
-  void setCurrent(CustomerPtr customer) { current_.set(std::move(customer)); }
+  void setCurrent(CustomerPtr customer);
 
   /// Creates an anonymous customer, which becomes `current` and is kept in the settings store. On
   /// failure nothing changes. Errors: `CustomerManagerError` of type `loadingApiUrl`; those of the
@@ -76,10 +80,7 @@ class OVINTA_EXPORT CustomerManager {
   void signOut();
 
  private:
-  /// Keeps a customer that came from the service, then reports.
-  CustomerCallback keeping(CustomerCallback callback);
-
-  Guarded<CustomerPtr> current_;
+  const std::shared_ptr<Customers> customers_;
 };
 
 }  // namespace ovinta

@@ -4,14 +4,13 @@
 
 #include "OvintaSDK/core/TextHelpers.h"
 #include "OvintaSDK/core/UserDefaultsKey.h"
-#include "platform/Services.h"
 
 namespace ovinta {
 
-CustomerPtr loadStoredCustomer() {
+CustomerPtr loadStoredCustomer(const platform::SettingsStore& settings) {
   Customer customer;
   for (const auto& path : CustomerInfo::defaultsKeyPaths()) {
-    auto text = path.key.stringValue();
+    auto text = stringForKey(settings, path.key);
     if (path.key == UserDefaultsKey::customerPhone) {
       customer.info.phone = presence(std::move(text));
     } else if (text) {
@@ -20,14 +19,14 @@ CustomerPtr loadStoredCustomer() {
       return nullptr;
     }
   }
-  auto token = UserDefaultsKey::customerToken.stringValue();
+  auto token = stringForKey(settings, UserDefaultsKey::customerToken);
   if (!token) return nullptr;
   customer.token = *std::move(token);
-  customer.emailAddress = presence(UserDefaultsKey::customerEmail.stringValue());
+  customer.emailAddress = presence(stringForKey(settings, UserDefaultsKey::customerEmail));
   return std::make_shared<const Customer>(std::move(customer));
 }
 
-void storeCustomer(const Customer& customer) {
+void storeCustomer(const Customer& customer, platform::SettingsStore& settings) {
   platform::SettingsStore::Changes changes;
   const auto add = [&changes](UserDefaultsKey key, std::optional<std::string> text) {
     changes.emplace(key.rawValue(), std::move(text));
@@ -37,11 +36,11 @@ void storeCustomer(const Customer& customer) {
   for (const auto& path : CustomerInfo::defaultsKeyPaths()) {
     add(path.key, path.get(customer.info));
   }
-  platform::services().settings->apply(changes);
+  settings.apply(changes);
 }
 
-void forgetStoredToken() {
-  platform::services().settings->wipe(UserDefaultsKey::customerToken.rawValue());
+void forgetStoredToken(platform::SettingsStore& settings) {
+  settings.wipe(UserDefaultsKey::customerToken.rawValue());
 }
 
 }  // namespace ovinta

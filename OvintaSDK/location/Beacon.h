@@ -1,8 +1,8 @@
 #pragma once
 
+#include "../../platform/Date.h"
 #include "OvintaSDK/location/Averager.h"
 #include "OvintaSDK/location/BeaconIdentifiers.h"
-#include "platform/Date.h"
 
 namespace ovinta {
 

@@ -5,8 +5,8 @@
 #include <cstdint>
 #include <functional>
 
-#include "platform/Export.h"
-#include "platform/UUID.h"
+#include "../../platform/Export.h"
+#include "../../platform/UUID.h"
 
 namespace ovinta {
 

@@ -1,7 +1,5 @@
 #include "OvintaSDK/location/BeaconList.h"
 
-#include "platform/Services.h"
-
 namespace ovinta {
 namespace {
 
@@ -23,7 +21,7 @@ void BeaconList::update(const std::vector<platform::RangedBeacon>& beacons) {
 }
 
 void BeaconList::add(const BeaconIdentifiers& identifiers, std::int64_t rssi, float distance) {
-  const platform::Date now = platform::services().clock->now();
+  const platform::Date now = clock_->now();
   Beacon& beacon =
       beacons_.try_emplace(identifiers, Beacon{.identifiers = identifiers}).first->second;
   if (isStale(beacon.scannedAt, now)) {
@@ -36,7 +34,7 @@ void BeaconList::add(const BeaconIdentifiers& identifiers, std::int64_t rssi, fl
 }
 
 void BeaconList::prune() {
-  const platform::Date now = platform::services().clock->now();
+  const platform::Date now = clock_->now();
   std::erase_if(beacons_,
                 [now](const auto& entry) { return isStale(entry.second.scannedAt, now); });
 }

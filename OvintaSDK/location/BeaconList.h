@@ -2,9 +2,12 @@
 
 #include <cstdint>
 #include <map>
+#include <memory>
+#include <utility>
 #include <vector>
 
 #include "OvintaSDK/location/Beacon.h"
+#include "platform/Clock.h"
 #include "platform/LocationManager.h"
 
 namespace ovinta {
@@ -12,6 +15,8 @@ namespace ovinta {
 /// The beacons heard recently, each with smoothed measures. Main thread only.
 class BeaconList {
  public:
+  explicit BeaconList(std::shared_ptr<platform::Clock> clock) : clock_(std::move(clock)) {}
+
   /// Takes in what one ranging callback delivered; beacons of unknown distance are skipped.
   void update(const std::vector<platform::RangedBeacon>& beacons);
 
@@ -27,6 +32,7 @@ class BeaconList {
   bool empty() const { return beacons_.empty(); }
 
  private:
+  const std::shared_ptr<platform::Clock> clock_;
   std::map<BeaconIdentifiers, Beacon> beacons_;
 };
 

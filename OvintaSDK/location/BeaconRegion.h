@@ -6,9 +6,9 @@
 #include <functional>
 #include <optional>
 
-#include "platform/Export.h"
-#include "platform/Region.h"
-#include "platform/UUID.h"
+#include "../../platform/Export.h"
+#include "../../platform/Region.h"
+#include "../../platform/UUID.h"
 
 namespace ovinta {
 

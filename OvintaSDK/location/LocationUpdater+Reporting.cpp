@@ -1,23 +1,15 @@
 #include <chrono>
 #include <string>
 
-#include "OvintaSDK/api/CreateOrderEventOperation.h"
-#include "OvintaSDK/core/LogLine.h"
-#include "OvintaSDK/core/OvintaState.h"
-#include "OvintaSDK/core/PostNotification.h"
 #include "OvintaSDK/core/SDKNotifications.h"
-#include "OvintaSDK/core/UserDefaultsKey.h"
-#include "OvintaSDK/customer/CustomerManager.h"
 #include "OvintaSDK/location/LocationUpdater.h"
 #include "OvintaSDK/model/LocationUpdateEvent.h"
-#include "OvintaSDK/orders/OrdersManager.h"
-#include "platform/Services.h"
+#include "OvintaSDK/orders/Orders.h"
 
 namespace ovinta {
 namespace {
 
 using namespace std::chrono_literals;
-using platform::services;
 
 /// The shortest time between two sends, and the delay after which a new position is looked at.
 constexpr auto kSendInterval = 2s;
@@ -25,19 +17,6 @@ constexpr auto kSendInterval = 2s;
 constexpr auto kBeaconSendInterval = 5s;
 /// A position of this age or older is never sent.
 constexpr auto kLocationLifetime = 30s;
-
-platform::Date now() { return services().clock->now(); }
-
-/// Sends the event without anybody waiting for the outcome; without a base URL or a customer it is
-/// dropped.
-void queueEvent(OrderEvent event) {
-  const auto apiURL = UserDefaultsKey::apiBase.stringValue();
-  if (!apiURL) return;
-  const CustomerPtr customer = OvintaState::current().customer().current();
-  if (!customer) return;
-  OvintaState::current().apiQueue().addOperation(std::make_shared<CreateOrderEventOperation>(
-      *apiURL, customer, std::move(event), [](const auto&, const auto&) {}));
-}
 
 }  // namespace
 
@@ -49,8 +28,8 @@ void LocationUpdater::didUpdateLocations(const std::vector<platform::Location>& 
 
 void LocationUpdater::checkLocationUpdate() {
   if (locationSentAt_ >= now() - kSendInterval) return;
-  postNotification(SDKNotification::locationUpdate,
-                   lastLocation_ ? std::any(*lastLocation_) : std::any());
+  context_->post(SDKNotification::locationUpdate,
+                 lastLocation_ ? std::any(*lastLocation_) : std::any());
   sendLocationUpdate();
   adjustAccuracy();
 }
@@ -66,11 +45,11 @@ void LocationUpdater::sendLocationUpdate() {
   locationSentAt_ = now();
   beaconList_.prune();
   const std::vector<Beacon> beacons = beaconList_.list();
-  const auto orders = OvintaState::current().orders().open();
+  const auto orders = orders_->open();
   if (!orders || !lastLocation_ || lastLocation_->timestamp <= now() - kLocationLifetime) return;
-  logLine("sending location update");
+  context_->log("sending location update");
   for (const OrderPtr& order : *orders) {
-    queueEvent(locationUpdateEvent(order->id, *lastLocation_, beacons, std::nullopt));
+    orders_->queueEvent(locationUpdateEvent(order->id, *lastLocation_, beacons, std::nullopt));
   }
 }
 
@@ -79,7 +58,7 @@ void LocationUpdater::didChangeAuthorizationStatus(platform::AuthorizationStatus
 }
 
 void LocationUpdater::handleAuthorizationChange(platform::AuthorizationStatus status) {
-  postNotification(SDKNotification::locationAuthorizationChanged);
+  context_->post(SDKNotification::locationAuthorizationChanged);
   authorized_ = platform::isAuthorized(status);
   if (!platform::isAuthorized(status)) {
     refuseTracking();
@@ -87,17 +66,17 @@ void LocationUpdater::handleAuthorizationChange(platform::AuthorizationStatus st
     startUpdates();
   }
   const std::string text = std::to_string(status);
-  if (UserDefaultsKey::lastKnownAuthStatus.stringValue() == text) return;
-  UserDefaultsKey::lastKnownAuthStatus.set(text);
+  if (context_->setting(UserDefaultsKey::lastKnownAuthStatus) == text) return;
+  services().settings->set(UserDefaultsKey::lastKnownAuthStatus.rawValue(), text);
   reportPermission(status);
 }
 
 void LocationUpdater::reportPermission(platform::AuthorizationStatus status) {
   const auto known = stateFromRawValue<LocationAuthStatus>(status);
-  const auto orders = OvintaState::current().orders().open();
+  const auto orders = orders_->open();
   if (!known || !orders) return;
   for (const OrderPtr& order : *orders) {
-    OvintaState::current().orders().sendEvent(OrderEvent::permissionUpdate(order->id, *known), {});
+    orders_->event(OrderEvent::permissionUpdate(order->id, *known));
   }
 }
 

@@ -2,18 +2,12 @@
 
 #include <cmath>
 
-#include "OvintaSDK/core/LogLine.h"
-#include "OvintaSDK/core/OvintaState.h"
-#include "OvintaSDK/core/PostNotification.h"
 #include "OvintaSDK/core/SDKNotifications.h"
 #include "OvintaSDK/location/TrackingProfile.h"
-#include "OvintaSDK/orders/OrdersManager.h"
-#include "platform/Services.h"
+#include "OvintaSDK/orders/Orders.h"
 
 namespace ovinta {
 namespace {
-
-using platform::services;
 
 /// Metres; until the first position tells how far the site is.
 constexpr double kInitialDistanceFilter = 3;
@@ -28,13 +22,13 @@ std::set<BeaconRegion> beaconRegions(const OrderList& orders) {
   return regions;
 }
 
-OrderList currentOpenOrders() {
-  return OvintaState::current().orders().open().value_or(OrderList{});
-}
-
 }  // namespace
 
-LocationUpdater::LocationUpdater() : manager_(services().location->makeLocationManager()) {
+LocationUpdater::LocationUpdater(ContextPtr context, std::shared_ptr<Orders> orders)
+    : context_(std::move(context)),
+      orders_(std::move(orders)),
+      manager_(services().location->makeLocationManager()),
+      beaconList_(services().clock) {
   manager_->setDelegate(this);
   manager_->setAllowsBackgroundLocationUpdates(true);
   manager_->setDistanceFilter(kInitialDistanceFilter);
@@ -50,6 +44,8 @@ LocationUpdater::LocationUpdater() : manager_(services().location->makeLocationM
 
 LocationUpdater::~LocationUpdater() = default;
 
+OrderList LocationUpdater::openOrders() const { return orders_->open().value_or(OrderList{}); }
+
 void LocationUpdater::ordersUpdated(const platform::Notification& /*notification*/) {
   services().mainQueue->async([this] { evaluateOrders(); });
 }
@@ -57,7 +53,7 @@ void LocationUpdater::ordersUpdated(const platform::Notification& /*notification
 void LocationUpdater::appForegrounded(const platform::Notification& /*notification*/) {}
 
 void LocationUpdater::evaluateOrders() {
-  if (currentOpenOrders().empty()) {
+  if (openOrders().empty()) {
     if (tracking_) stopTracking();
   } else if (tracking_) {
     if (lastLocation_) {
@@ -77,7 +73,7 @@ void LocationUpdater::startTracking() {
     authorized_ = true;
     if (tracking_) startUpdates();
   } else if (status == platform::kAuthorizationNotDetermined) {
-    postNotification(SDKNotification::locationAuthorizationNotDetermined);
+    context_->post(SDKNotification::locationAuthorizationNotDetermined);
   } else {
     refuseTracking();
   }
@@ -88,12 +84,12 @@ void LocationUpdater::startUpdates() {
   manager_->setDesiredAccuracy(platform::LocationAccuracy::best);
   manager_->startUpdatingLocation();
   manager_->startMonitoringSignificantLocationChanges();
-  logLine("Starting LocationUpdater");
+  context_->log("Starting LocationUpdater");
 }
 
 void LocationUpdater::refuseTracking() {
-  postNotification(SDKNotification::locationNotAuthorized);
-  logLine("Inadequate location authorization to continue");
+  context_->post(SDKNotification::locationNotAuthorized);
+  context_->log("Inadequate location authorization to continue");
 }
 
 void LocationUpdater::stopTracking() {
@@ -117,7 +113,7 @@ void LocationUpdater::stopBeaconRegions() {
 
 void LocationUpdater::refreshBeaconRegions() {
   stopBeaconRegions();
-  for (const BeaconRegion& region : beaconRegions(currentOpenOrders())) {
+  for (const BeaconRegion& region : beaconRegions(openOrders())) {
     manager_->startRangingBeacons(region.region());
     manager_->startMonitoring(region.region());
   }
@@ -135,7 +131,7 @@ void LocationUpdater::adjustAccuracy() {
 std::optional<double> LocationUpdater::nearestSiteDistance(
     const platform::Location& location) const {
   std::optional<double> nearest;
-  for (const OrderPtr& order : currentOpenOrders()) {
+  for (const OrderPtr& order : openOrders()) {
     const auto distance = order->siteDistance(location);
     // Coordinates out of range have no distance to speak of.
     if (!distance || std::isnan(*distance)) continue;

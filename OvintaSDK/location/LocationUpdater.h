@@ -5,20 +5,24 @@
 #include <set>
 #include <vector>
 
+#include "OvintaSDK/core/Context.h"
 #include "OvintaSDK/location/BeaconList.h"
 #include "OvintaSDK/location/BeaconRegion.h"
+#include "OvintaSDK/model/Order.h"
 #include "OvintaSDK/model/OrderEvent.h"
 #include "platform/LocationManager.h"
 #include "platform/NotificationCenter.h"
 
 namespace ovinta {
 
+class Orders;
+
 /// Follows the user while orders are open and reports positions, beacons and changes of permission
-/// to the service. Keeps no orders of its own: it asks the orders manager each time. Made and used
-/// on the main thread only; lives as long as the process.
+/// to the service. Keeps no orders of its own: it looks at those of the orders manager each time.
+/// Made and used on the main thread only; lives as long as the process.
 class LocationUpdater final : public platform::LocationManagerDelegate {
  public:
-  LocationUpdater();
+  LocationUpdater(ContextPtr context, std::shared_ptr<Orders> orders);
   ~LocationUpdater() override;
   LocationUpdater(const LocationUpdater&) = delete;
   LocationUpdater& operator=(const LocationUpdater&) = delete;
@@ -47,10 +51,15 @@ class LocationUpdater final : public platform::LocationManagerDelegate {
   void sendLocationUpdate();
   void adjustAccuracy();
   std::optional<double> nearestSiteDistance(const platform::Location& location) const;
+  OrderList openOrders() const;
+  const platform::Services& services() const { return context_->services(); }
+  platform::Date now() const { return services().clock->now(); }
   void handleAuthorizationChange(platform::AuthorizationStatus status);
   void reportPermission(platform::AuthorizationStatus status);
 
-  std::unique_ptr<platform::LocationManager> manager_;
+  const ContextPtr context_;
+  const std::shared_ptr<Orders> orders_;
+  const std::unique_ptr<platform::LocationManager> manager_;
   /// Whether the permission sufficed when it was last looked at; recorded only.
   bool authorized_ = false;
   bool tracking_ = false;

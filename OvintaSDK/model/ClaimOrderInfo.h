@@ -3,9 +3,9 @@
 #include <optional>
 #include <string>
 
+#include "../../platform/Export.h"
 #include "OvintaSDK/model/CustomerInfo.h"
 #include "OvintaSDK/model/RequiredText.h"
-#include "platform/Export.h"
 
 namespace ovinta {
 

@@ -5,8 +5,8 @@
 #include <optional>
 #include <string>
 
+#include "../../platform/PersistentContainer.h"
 #include "OvintaSDK/model/Order.h"
-#include "platform/PersistentContainer.h"
 
 namespace ovinta {
 

@@ -4,10 +4,10 @@
 #include <optional>
 #include <string>
 
+#include "../../platform/Export.h"
 #include "OvintaSDK/model/CustomerInfo.h"
 #include "OvintaSDK/model/OrderState.h"
 #include "OvintaSDK/model/PickupWindow.h"
-#include "platform/Export.h"
 
 namespace ovinta {
 

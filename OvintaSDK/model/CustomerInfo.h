@@ -5,8 +5,8 @@
 #include <string>
 #include <variant>
 
+#include "../../platform/Export.h"
 #include "OvintaSDK/core/UserDefaultsKey.h"
-#include "platform/Export.h"
 
 namespace ovinta {
 

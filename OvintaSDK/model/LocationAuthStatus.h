@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <string_view>
 
+#include "../../platform/LocationManager.h"
 #include "OvintaSDK/model/StateTable.h"
 
 namespace ovinta {
@@ -11,11 +12,11 @@ namespace ovinta {
 /// The location permission that the customer has granted to the application. The raw values are the
 /// platform's (`platform::AuthorizationStatus`): `stateFromRawValue` maps one to the other.
 enum class LocationAuthStatus : std::int64_t {
-  notDetermined = 0,
-  restricted = 1,
-  denied = 2,
-  authorizedAlways = 3,
-  authorizedWhenInUse = 4
+  notDetermined = platform::kAuthorizationNotDetermined,
+  restricted = platform::kAuthorizationRestricted,
+  denied = platform::kAuthorizationDenied,
+  authorizedAlways = platform::kAuthorizedAlways,
+  authorizedWhenInUse = platform::kAuthorizedWhenInUse
 };
 
 template <>

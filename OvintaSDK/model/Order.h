@@ -6,11 +6,11 @@
 #include <utility>
 #include <vector>
 
+#include "../../platform/Export.h"
+#include "../../platform/Location.h"
 #include "OvintaSDK/core/Guarded.h"
 #include "OvintaSDK/model/OrderDetails.h"
 #include "OvintaSDK/model/OrderProgress.h"
-#include "platform/Export.h"
-#include "platform/Location.h"
 
 namespace ovinta {
 

@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
+#include "../../platform/Date.h"
 #include "OvintaSDK/location/BeaconRegion.h"
 #include "OvintaSDK/model/PickupWindow.h"
-#include "platform/Date.h"
 
 namespace ovinta {
 

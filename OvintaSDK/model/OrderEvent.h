@@ -7,12 +7,12 @@
 #include <utility>
 #include <vector>
 
+#include "../../platform/Export.h"
 #include "OvintaSDK/location/Beacon.h"
 #include "OvintaSDK/model/CustomerState.h"
 #include "OvintaSDK/model/EtaSeconds.h"
 #include "OvintaSDK/model/LocationAuthStatus.h"
 #include "OvintaSDK/model/OrderState.h"
-#include "platform/Export.h"
 
 namespace ovinta {
 

@@ -3,9 +3,9 @@
 #include <optional>
 #include <string>
 
+#include "../../platform/Date.h"
 #include "OvintaSDK/model/CustomerState.h"
 #include "OvintaSDK/model/OrderState.h"
-#include "platform/Date.h"
 
 namespace ovinta {
 

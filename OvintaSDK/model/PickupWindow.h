@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "platform/Date.h"
+#include "../../platform/Date.h"
 
 namespace ovinta {
 

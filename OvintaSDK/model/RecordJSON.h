@@ -7,6 +7,8 @@
 #include <string_view>
 #include <type_traits>
 
+#include "../../platform/CodingError.h"
+#include "../../platform/Export.h"
 #include "OvintaSDK/location/Beacon.h"
 #include "OvintaSDK/location/BeaconRegion.h"
 #include "OvintaSDK/model/ClaimOrderInfo.h"
@@ -21,8 +23,6 @@
 #include "OvintaSDK/model/SignUpInfo.h"
 #include "OvintaSDK/model/Site.h"
 #include "OvintaSDK/model/UpdateOrderInfo.h"
-#include "platform/CodingError.h"
-#include "platform/Export.h"
 
 namespace ovinta {
 

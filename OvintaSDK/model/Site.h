@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
+#include "../../platform/Export.h"
+#include "../../platform/Location.h"
 #include "OvintaSDK/model/Geofence.h"
-#include "platform/Export.h"
-#include "platform/Location.h"
 
 namespace ovinta {
 

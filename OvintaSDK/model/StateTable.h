@@ -4,7 +4,7 @@
 #include <optional>
 #include <string_view>
 
-#include "platform/FatalError.h"
+#include "../../platform/FatalError.h"
 
 namespace ovinta {
 

@@ -1,102 +1,112 @@
 #include "OvintaSDK/orders/OrdersManager.h"
 
-#include "OvintaSDK/api/GetOrdersOperation.h"
-#include "OvintaSDK/core/LogLine.h"
-#include "OvintaSDK/core/OvintaState.h"
-#include "OvintaSDK/core/PostNotification.h"
-#include "OvintaSDK/core/SDKNotifications.h"
-#include "OvintaSDK/core/UserDefaultsKey.h"
-#include "OvintaSDK/core/WithoutNulls.h"
-#include "OvintaSDK/customer/CustomerManager.h"
-#include "OvintaSDK/orders/OrderLists.h"
-#include "OvintaSDK/orders/SyncOrdersOperation.h"
-#include "platform/Services.h"
+#include <utility>
+
+#include "OvintaSDK/orders/Orders.h"
 
 namespace ovinta {
 
-void OrdersManager::setAll(std::optional<OrderList> orders) {
-  orders = withoutNulls(std::move(orders));
-  const std::scoped_lock lock(settingAll_);
-  all_.set(orders);
-  if (!orders) return;
-  OvintaState::current().storeQueue().addOperation(std::make_shared<SyncOrdersOperation>(
-      *std::move(orders), [](const auto&, const auto&) { logLine("Finished syncing orders"); }));
-}
+template class ManagerError<OrdersManagerErrorType>;
+
+OrdersManager::OrdersManager(std::shared_ptr<Orders> orders) : orders_(std::move(orders)) {}
+
+OrdersManager::~OrdersManager() = default;
+
+std::optional<OrderList> OrdersManager::all() const { return orders_->all(); }
+
+void OrdersManager::setAll(std::optional<OrderList> orders) { orders_->setAll(std::move(orders)); }
+
+std::optional<OrderList> OrdersManager::open() const { return orders_->open(); }
 
 void OrdersManager::setOpen(std::optional<OrderList> orders) {
-  open_.set(withoutNulls(std::move(orders)));
+  orders_->setOpen(std::move(orders));
 }
+
+std::optional<OrderList> OrdersManager::closed() const { return orders_->closed(); }
 
 void OrdersManager::setClosed(std::optional<OrderList> orders) {
-  closed_.set(withoutNulls(std::move(orders)));
+  orders_->setClosed(std::move(orders));
 }
 
-void OrdersManager::fetch(OrdersCallback callback) {
-  const auto refuse = [this, &callback](OrdersManagerErrorType type) {
-    const ErrorPtr error = recordRefusal(type);
-    if (callback) callback(std::nullopt, error);
-    postNotification(SDKNotification::ordersError, error);
-  };
-  const CustomerPtr customer = OvintaState::current().customer().current();
-  if (!customer) return refuse(OrdersManagerErrorType::loadingCustomer);
-  const auto apiURL = UserDefaultsKey::apiBase.stringValue();
-  if (!apiURL) return refuse(OrdersManagerErrorType::loadingApiUrl);
-  if (fetchingOrders_.exchange(true)) {
-    // The fetch that is running keeps its state and its listeners undisturbed.
-    const ErrorPtr error = logRefusal(OrdersManagerErrorType::alreadyFetching);
-    if (callback) callback(std::nullopt, error);
-    return;
-  }
-  logLine("Getting Orders");
-  OvintaState::current().apiQueue().addOperation(std::make_shared<GetOrdersOperation>(
-      *apiURL, customer,
-      [this, callback = std::move(callback)](const auto& orders, const ErrorPtr& error) {
-        finishFetch(orders, error, callback);
-      }));
+std::optional<LastFetch> OrdersManager::lastFetch() const { return orders_->lastFetch(); }
+
+void OrdersManager::setLastFetch(std::optional<LastFetch> fetch) {
+  orders_->setLastFetch(std::move(fetch));
 }
 
-void OrdersManager::finishFetch(const std::optional<OrderList>& orders, const ErrorPtr& error,
-                                const OrdersCallback& callback) {
-  setLastFetch(LastFetch{.date = platform::services().clock->now(), .error = error});
-  if (orders) {
-    adopt(*orders);
-  } else {
-    logLine("Got an error getting orders");
-  }
-  if (callback) callback(orders, error);
-  if (orders) {
-    postNotification(SDKNotification::ordersUpdated, *orders);
-    updateOrdersWithNoPushToken();
-  } else {
-    postNotification(SDKNotification::ordersError, error);
-  }
-  fetchingOrders_ = false;
+void OrdersManager::fetch(OrdersCallback callback) { orders_->fetch(std::move(callback)); }
+
+void OrdersManager::create(const CreateOrderInfo& info, OrderCallback callback) {
+  orders_->create(info, std::move(callback));
 }
 
-void OrdersManager::adopt(const OrderList& orders) {
-  setAll(orders);
-  rebuildOpen();
-  setClosed(closedOrders(orders));
+void OrdersManager::create(std::int64_t siteID, std::string partnerIdentifier,
+                           const CustomerInfo& customerInfo,
+                           std::optional<PickupWindow> pickupWindow, OrderState state,
+                           OrderCallback callback) {
+  orders_->create(siteID, std::move(partnerIdentifier), customerInfo, pickupWindow, state,
+                  std::move(callback));
 }
 
-void OrdersManager::rebuildOpen() {
-  const std::scoped_lock lock(rebuildingOpen_);
-  if (const auto orders = all()) setOpen(openOrders(*orders));
+void OrdersManager::create(std::int64_t siteID, std::string partnerIdentifier,
+                           const CustomerInfo& customerInfo,
+                           std::optional<PickupWindow> pickupWindow, OrderCallback callback) {
+  orders_->create(siteID, std::move(partnerIdentifier), customerInfo, pickupWindow, std::nullopt,
+                  std::move(callback));
 }
 
-OrderPtr OrdersManager::findOrder(std::int64_t id) const { return ovinta::findOrder(all(), id); }
-
-ErrorPtr OrdersManager::logRefusal(OrdersManagerErrorType type) const {
-  auto error = std::make_shared<const OrdersManagerError>(type);
-  logLine(error->localizedDescription());
-  return error;
+void OrdersManager::fetchWithRedemptionCode(const std::string& redemptionCode,
+                                            OrderCallback callback) {
+  orders_->fetchWithRedemptionCode(redemptionCode, std::move(callback));
 }
 
-ErrorPtr OrdersManager::recordRefusal(OrdersManagerErrorType type) {
-  ErrorPtr error = std::make_shared<const OrdersManagerError>(type);
-  setLastFetch(LastFetch{.date = platform::services().clock->now(), .error = error});
-  logLine(error->localizedDescription());
-  return error;
+void OrdersManager::claimWithRedemptionCode(const std::string& redemptionCode,
+                                            const CustomerInfo& customerInfo,
+                                            std::optional<std::string> pickupType,
+                                            const OrderCallback& callback) {
+  orders_->claim(redemptionCode, customerInfo, std::move(pickupType), callback);
+}
+
+void OrdersManager::claimWithRedemptionCode(const std::string& redemptionCode,
+                                            const CustomerInfo& customerInfo,
+                                            const OrderCallback& callback) {
+  orders_->claim(redemptionCode, customerInfo, std::nullopt, callback);
+}
+
+void OrdersManager::claimWithRedemptionCode(const std::string& redemptionCode,
+                                            const ClaimOrderInfo& claimOrderInfo,
+                                            const std::optional<CustomerConsent>& customerConsent,
+                                            const OrderCallback& callback) {
+  orders_->claim(redemptionCode, claimOrderInfo, customerConsent, callback);
+}
+
+void OrdersManager::event(const Order& order, CustomerState customerState, OrderCallback callback) {
+  event(order.id, customerState, std::move(callback));
+}
+
+void OrdersManager::event(std::int64_t orderID, CustomerState customerState,
+                          OrderCallback callback) {
+  orders_->event(OrderEvent::customerStateChange(orderID, customerState, std::nullopt),
+                 std::move(callback));
+}
+
+void OrdersManager::event(std::int64_t orderID, OrderState state, OrderCallback callback) {
+  orders_->event(OrderEvent::stateChange(orderID, state), std::move(callback));
+}
+
+void OrdersManager::rateOrder(std::int64_t orderID, std::int64_t rating,
+                              std::optional<std::string> comments, OrderCallback callback) {
+  orders_->event(OrderEvent::rating(orderID, rating, std::move(comments)), std::move(callback));
+}
+
+void OrdersManager::updateOrderFromNotification(const platform::Dictionary& userInfo) {
+  orders_->applyPayload(userInfo);
+}
+
+void OrdersManager::updateOrdersWithNoPushToken() { orders_->updateOrdersWithNoPushToken(); }
+
+void OrdersManager::updatePushTokensWithNewPushToken(const std::string& pushToken) {
+  orders_->updatePushTokens(pushToken);
 }
 
 }  // namespace ovinta

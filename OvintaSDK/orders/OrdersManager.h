@@ -1,14 +1,15 @@
 #pragma once
 
-#include <atomic>
 #include <cstdint>
 #include <functional>
-#include <mutex>
+#include <memory>
 #include <optional>
 #include <string>
 
+#include "../../platform/Date.h"
+#include "../../platform/Export.h"
+#include "../../platform/Value.h"
 #include "OvintaSDK/api/OvintaError.h"
-#include "OvintaSDK/core/Guarded.h"
 #include "OvintaSDK/model/ClaimOrderInfo.h"
 #include "OvintaSDK/model/CreateOrderInfo.h"
 #include "OvintaSDK/model/Customer.h"
@@ -16,11 +17,10 @@
 #include "OvintaSDK/model/Order.h"
 #include "OvintaSDK/model/OrderEvent.h"
 #include "OvintaSDK/orders/OrdersManagerError.h"
-#include "platform/Date.h"
-#include "platform/Export.h"
-#include "platform/Value.h"
 
 namespace ovinta {
+
+class Orders;
 
 /// Receives the order and the error, either of which may be null; see each operation.
 using OrderCallback = std::function<void(OrderPtr, ErrorPtr)>;
@@ -43,30 +43,33 @@ struct LastFetch {
 /// which that of Linux never does, it is left out, and a fetch stays under way. Each field is safe
 /// by itself; nothing is promised across fields: while a fetch completes, `all` may be new and
 /// `open` still the old list.
-/// The object must outlive the requests that it has started.
+/// It may be destroyed while its requests are under way: they end as they would have.
 class OVINTA_EXPORT OrdersManager {
  public:
-  OrdersManager() = default;
+  OrdersManager();
+  /// For the library's own use.
+  explicit OrdersManager(std::shared_ptr<Orders> orders);
+  ~OrdersManager();
   OrdersManager(const OrdersManager&) = delete;
   OrdersManager& operator=(const OrdersManager&) = delete;
 
   /// Every order of the last successful fetch, in the service's order; absent before it.
-  std::optional<OrderList> all() const { return all_.get(); }
+  std::optional<OrderList> all() const;
   /// Replaces the list, as each of these setters does without the null entries. A present one is
   /// also written to the order store, in the background; `open` and `closed` stay as they are.
   void setAll(std::optional<OrderList> orders);
 
   /// The orders of `all` that are open, in its order.
-  std::optional<OrderList> open() const { return open_.get(); }
+  std::optional<OrderList> open() const;
   void setOpen(std::optional<OrderList> orders);
 
   /// The orders of `all` that were not open at the last fetch, most recently updated first.
-  std::optional<OrderList> closed() const { return closed_.get(); }
+  std::optional<OrderList> closed() const;
   void setClosed(std::optional<OrderList> orders);
 
   /// Absent before the first attempt. An attempt refused as `alreadyFetching` does not count.
-  std::optional<LastFetch> lastFetch() const { return lastFetch_.get(); }
-  void setLastFetch(std::optional<LastFetch> fetch) { lastFetch_.set(std::move(fetch)); }
+  std::optional<LastFetch> lastFetch() const;
+  void setLastFetch(std::optional<LastFetch> fetch);
 
   /// Refreshes the orders, splits them and has them written to the order store. Posts
   /// `SDKNotification::ordersUpdated` after the callback of a success, `ordersError` after that of
@@ -128,53 +131,15 @@ class OVINTA_EXPORT OrdersManager {
   /// order that is not in `all`, all orders are fetched instead.
   void updateOrderFromNotification(const platform::Dictionary& userInfo);
 
- private:
-  friend class CreateOrderEventOperation;
-  friend class LocationUpdater;
-  friend class OrdersPushTokens;
-
-  // Fetching.
-  void finishFetch(const std::optional<OrderList>& orders, const ErrorPtr& error,
-                   const OrdersCallback& callback);
-  void adopt(const OrderList& orders);
-  void rebuildOpen();
-  OrderPtr findOrder(std::int64_t id) const;
-  ErrorPtr logRefusal(OrdersManagerErrorType type) const;
-  ErrorPtr recordRefusal(OrdersManagerErrorType type);
-
-  // Creating.
-  void createCustomer(const std::string& apiURL, const CreateOrderInfo& info,
-                      const OrderCallback& callback);
-  void createOrder(const std::string& apiURL, const CustomerPtr& customer,
-                   const CreateOrderInfo& info, OrderCallback callback);
-  void reportPermission(const Order& order);
+  /// Gives the open orders that have a redemption code and no push token the device's, here and at
+  /// the service; the requests' outcome is not reported.
   void updateOrdersWithNoPushToken();
+  /// Gives the open orders that have a redemption code and another push token this one, likewise.
+  /// It does not become the device's.
   void updatePushTokensWithNewPushToken(const std::string& pushToken);
-  void putPushToken(const std::string& pushToken,
-                    const std::function<bool(const Order&)>& isWanted);
 
-  // Claiming.
-  void claim(const std::string& apiURL, const std::string& redemptionCode,
-             const CustomerPtr& customer, const ClaimOrderInfo& info,
-             const OrderCallback& callback);
-
-  // Events.
-  void sendEvent(const OrderEvent& event, OrderCallback callback);
-  void finishEvent(const OrderEvent& event, bool accepted, const ErrorPtr& error,
-                   const OrderCallback& callback);
-  void markOrderGone(const OrderEvent& event);
-  void announce(const OrderPtr& order);
-
-  /// Whether a fetch is in flight.
-  std::atomic<bool> fetchingOrders_ = false;
-  /// Has the store written in the order in which `all` was set.
-  std::mutex settingAll_;
-  /// Has whoever rebuilds `open` last do so from the latest `all`.
-  std::mutex rebuildingOpen_;
-  Guarded<std::optional<OrderList>> all_;
-  Guarded<std::optional<OrderList>> open_;
-  Guarded<std::optional<OrderList>> closed_;
-  Guarded<std::optional<LastFetch>> lastFetch_;
+ private:
+  const std::shared_ptr<Orders> orders_;
 };
 
 }  // namespace ovinta

@@ -4,25 +4,27 @@
 #include <optional>
 
 #include "OvintaSDK/api/OvintaError.h"
+#include "OvintaSDK/core/Context.h"
 #include "OvintaSDK/model/Order.h"
 #include "platform/OperationQueue.h"
 
 namespace ovinta {
 
 /// Replaces what the order store holds by the summaries of a list of orders, in one transaction.
-/// The callback, if any, is called once at the end, on the store queue's thread, with the orders or
-/// with the error. Nothing is retried.
+/// `orders` is asked for the list when the operation runs. The callback, if any, is called once at
+/// the end, on the store queue's thread, with the orders or with the error. Nothing is retried.
 class SyncOrdersOperation final : public platform::Operation {
  public:
   using Callback = std::function<void(std::optional<OrderList>, ErrorPtr)>;
 
-  SyncOrdersOperation(OrderList orders, Callback callback)
-      : orders_(std::move(orders)), callback_(std::move(callback)) {}
+  SyncOrdersOperation(ContextPtr context, std::function<OrderList()> orders, Callback callback)
+      : context_(std::move(context)), orders_(std::move(orders)), callback_(std::move(callback)) {}
 
   void main() override;
 
  private:
-  OrderList orders_;
+  ContextPtr context_;
+  std::function<OrderList()> orders_;
   Callback callback_;
 };
 

@@ -6,17 +6,17 @@
 #include <optional>
 #include <string_view>
 
+#include "../../platform/Export.h"
+#include "../../platform/Region.h"
+#include "../../platform/Value.h"
 #include "OvintaSDK/customer/CustomerManager.h"
 #include "OvintaSDK/sites/NotificationInfo.h"
 #include "OvintaSDK/sites/NotifyManagerError.h"
 #include "OvintaSDK/sites/SitesManager.h"
-#include "platform/Export.h"
-#include "platform/Region.h"
-#include "platform/Value.h"
 
 namespace ovinta {
 
-class NotificationReplacements;
+class SiteNotifications;
 
 /// Arranges local notifications that fire once, when the user enters the geofence of a site;
 /// reached as `Ovinta::notify()`. What is armed is kept by the platform's notification centre, also
@@ -26,7 +26,7 @@ class NotificationReplacements;
 /// does.
 /// What is asked while something else is still being armed or disarmed waits for that to end, so
 /// that each call finds all that the calls before it have armed.
-/// The object must outlive the look-ups of `createForSitesInRegion`.
+/// It may be destroyed while its requests are under way: they end as they would have.
 class OVINTA_EXPORT NotifyManager {
  public:
   /// The key in a notification's user info that marks the library's own, and its value there.
@@ -36,6 +36,9 @@ class OVINTA_EXPORT NotifyManager {
   static constexpr std::size_t kMaxNumberOfSites = 5;
 
   NotifyManager();
+  /// For the library's own use.
+  explicit NotifyManager(std::shared_ptr<SiteNotifications> notifications);
+  ~NotifyManager();
   NotifyManager(const NotifyManager&) = delete;
   NotifyManager& operator=(const NotifyManager&) = delete;
 
@@ -60,7 +63,7 @@ class OVINTA_EXPORT NotifyManager {
   bool isOvintaNotifyUserInfo(const platform::Dictionary& userInfo) const;
 
  private:
-  const std::shared_ptr<NotificationReplacements> replacements_;
+  const std::shared_ptr<SiteNotifications> notifications_;
 };
 
 }  // namespace ovinta

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "../../platform/Export.h"
 #include "OvintaSDK/api/ManagerError.h"
-#include "platform/Export.h"
 
 namespace ovinta {
 

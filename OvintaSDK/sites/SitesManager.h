@@ -2,18 +2,20 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 
+#include "../../platform/Export.h"
+#include "../../platform/Region.h"
 #include "OvintaSDK/api/OvintaError.h"
-#include "OvintaSDK/core/Guarded.h"
 #include "OvintaSDK/model/Pagination.h"
 #include "OvintaSDK/model/Site.h"
 #include "OvintaSDK/sites/SitesManagerError.h"
-#include "platform/Export.h"
-#include "platform/Region.h"
 
 namespace ovinta {
+
+class Sites;
 
 /// Receives the sites or the error.
 using SitesCallback = std::function<void(std::optional<SiteList>, ErrorPtr)>;
@@ -29,16 +31,19 @@ using SitesPageCallback =
 /// It is left out only where the application's own `platform::URLSession` completes a success
 /// without data; that of Linux gives every complete answer its data, even if empty.
 /// Errors: `SitesManagerError` of type `loadingApiUrl`; those of the service.
-/// The object must outlive the requests that it has started.
+/// It may be destroyed while its requests are under way: they end as they would have.
 class OVINTA_EXPORT SitesManager {
  public:
-  SitesManager() = default;
+  SitesManager();
+  /// For the library's own use.
+  explicit SitesManager(std::shared_ptr<Sites> sites);
+  ~SitesManager();
   SitesManager(const SitesManager&) = delete;
   SitesManager& operator=(const SitesManager&) = delete;
 
   /// The sites gathered so far; absent before the first. Page 1 of any search replaces them, a
   /// later page is appended, whatever it is a page of.
-  std::optional<SiteList> all() const { return all_.get(); }
+  std::optional<SiteList> all() const;
   /// Null entries are left out.
   void setAll(std::optional<SiteList> sites);
 
@@ -58,13 +63,7 @@ class OVINTA_EXPORT SitesManager {
              SitesCallback callback = {});
 
  private:
-  void fetchRegion(const platform::CircularRegion& region, std::int64_t page,
-                   std::optional<std::int64_t> per, SitesCallback callback);
-  void fetchFrom(const std::optional<std::string>& query, std::int64_t page,
-                 SitesCallback callback);
-  void adopt(const std::optional<SiteList>& sites, std::int64_t page);
-
-  Guarded<std::optional<SiteList>> all_;
+  const std::shared_ptr<Sites> sites_;
 };
 
 }  // namespace ovinta

@@ -4,8 +4,8 @@
 #include <utility>
 
 #include "cli/client/ClientServices.h"
-#include "cli/device/ObservedURLSession.h"
-#include "platform/simulation/SimulatedLocation.h"
+#include "cli/client/ObservedURLSession.h"
+#include "platform/simulation/location/SimulatedLocation.h"
 
 namespace ovinta::cli {
 

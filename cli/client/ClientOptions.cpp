@@ -48,11 +48,11 @@ void addDataDirectoryOption(CLI::App& command, ClientOptions& options) {
       ->group(kGroup);
 }
 
-CLI::Option* addPositionSourceOption(CLI::App& command, platform::linux::PositionSource& source) {
-  const auto& names = platform::linux::kPositionSourceNames;
+CLI::Option* addPositionSourceOption(CLI::App& command, platform::linuxos::PositionSource& source) {
+  const auto& names = platform::linuxos::kPositionSourceNames;
   const auto choose = [&](const std::string& name) {
-    source = static_cast<platform::linux::PositionSource>(std::ranges::find(names, name) -
-                                                          names.begin());
+    source = static_cast<platform::linuxos::PositionSource>(std::ranges::find(names, name) -
+                                                            names.begin());
   };
   return command
       .add_option_function<std::string>("--position-source", choose,

@@ -36,7 +36,7 @@ void addOutputOptions(CLI::App& command, ClientOptions& options);
 void addDataDirectoryOption(CLI::App& command, ClientOptions& options);
 
 /// Adds the choice of where positions come from; `source` must outlive the parsing.
-CLI::Option* addPositionSourceOption(CLI::App& command, platform::linux::PositionSource& source);
+CLI::Option* addPositionSourceOption(CLI::App& command, platform::linuxos::PositionSource& source);
 
 /// Adds all options; `options` must outlive the parsing.
 void addClientOptions(CLI::App& command, ClientOptions& options);

@@ -9,7 +9,7 @@
 
 #include "OvintaSDK/OvintaSDK.h"
 #include "cli/client/HumanText.h"
-#include "cli/device/StoredOrders.h"
+#include "cli/client/StoredOrders.h"
 #include "platform/simulation/RecordingLog.h"
 #include "platform/simulation/SimulatedBundle.h"
 
@@ -34,13 +34,13 @@ class VisibleLog : public platform::Log {
   void write(std::string_view line) override { std::cerr << visibleText(line) + "\n"; }
 };
 
-platform::Services systemServices(const ClientOptions& options, platform::linux::Options system) {
+platform::Services systemServices(const ClientOptions& options, platform::linuxos::Options system) {
   system.applicationID = kApplicationID;
   system.dataDirectory = options.dataDirectory;
   system.log = logFor(options);
   // What the command arms is for its own trips.
   system.usesNotifyAgent = false;
-  return platform::linux::makeServices(system);
+  return platform::linuxos::makeServices(system);
 }
 
 }  // namespace
@@ -51,12 +51,12 @@ std::shared_ptr<platform::Log> logFor(const ClientOptions& options) {
 }
 
 platform::Services valueServices() {
-  return platform::linux::makeServices({.applicationID = kApplicationID,
-                                        .log = std::make_shared<VisibleLog>(),
-                                        .usesNotifyAgent = false});
+  return platform::linuxos::makeServices({.applicationID = kApplicationID,
+                                          .log = std::make_shared<VisibleLog>(),
+                                          .usesNotifyAgent = false});
 }
 
-platform::Services clientServices(const ClientOptions& options, platform::linux::Options system) {
+platform::Services clientServices(const ClientOptions& options, platform::linuxos::Options system) {
   platform::Services services = systemServices(options, std::move(system));
   refuseUnwritable(orderStoreFile(services).parent_path());
   services.mainBundle = std::make_shared<SimulatedBundle>(

@@ -14,13 +14,13 @@ inline constexpr const char* kApplicationID = "ovinta";
 /// The services of this system as the options ask for them; where those say nothing, as `system`
 /// does. Throws `std::runtime_error` for a data directory that cannot be written to.
 platform::Services clientServices(const ClientOptions& options,
-                                  platform::linux::Options system = {});
+                                  platform::linuxos::Options system = {});
 
 /// The log that the options ask for: standard error, with nothing that a terminal would act on, or
 /// nowhere.
 std::shared_ptr<platform::Log> logFor(const ClientOptions& options);
 
-/// For the services that work on values alone.
+/// Makes the services that work on values alone.
 platform::Services valueServices();
 
 /// Throws `std::runtime_error` when settings of the installed services could not be read or

@@ -80,13 +80,14 @@ std::string escaped(std::string mark, char32_t code, unsigned digits) {
   return mark;
 }
 
-/// As strings of many languages are written: two, four or eight digits.
+/// The escape that strings of many languages have for the character: two, four or eight digits.
 std::string escaped(char32_t code) {
   if (code < 0x100) return escaped("\\x", code, 2);
   return code < 0x10000 ? escaped("\\u", code, 4) : escaped("\\U", code, 8);
 }
 
-/// As JSON writes it: four digits, and a pair of surrogates where they do not suffice.
+/// The escape that JSON has for the character: four digits, and a pair of surrogates where they do
+/// not suffice.
 std::string escapedInJSON(char32_t code) {
   if (code < 0x10000) return escaped("\\u", code, 4);
   const char32_t rest = code - 0x10000;

@@ -13,7 +13,7 @@ namespace ovinta::cli {
 /// A result to print: for programs and for people.
 struct Result {
   Result(platform::Value json, std::string text) : value(std::move(json)), text(std::move(text)) {}
-  /// With an entry per line for people.
+  /// People get an entry per line.
   explicit Result(platform::Value json);
 
   platform::Value value;

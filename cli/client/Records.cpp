@@ -11,7 +11,7 @@ using platform::Dictionary;
 using platform::List;
 using platform::Value;
 
-/// By way of the record's own wire form, so that its keys are listed once.
+/// The record as a dictionary, by way of its own wire form, so that its keys are listed once.
 template <class Record>
 Value fromWire(const Record& record) {
   const auto text = jsonText(record);

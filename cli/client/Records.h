@@ -4,7 +4,7 @@
 
 #include "OvintaSDK/OvintaSDK.h"
 #include "cli/client/Output.h"
-#include "cli/device/StoredOrders.h"
+#include "cli/client/StoredOrders.h"
 #include "platform/UserNotificationCenter.h"
 
 namespace ovinta::cli {

@@ -29,7 +29,7 @@ std::string cellText(const Value& row, const Column& column) {
   return scalarText(*field) + (column.unit.empty() ? "" : " " + column.unit);
 }
 
-/// In columns of a terminal.
+/// The width of a text in columns of a terminal.
 std::size_t width(std::string_view text) {
   std::size_t columns = 0;
   while (!text.empty()) {

@@ -3,9 +3,9 @@
 #include <cstdint>
 
 #include "OvintaSDK/core/Guarded.h"
+#include "cli/client/StoredOrders.h"
 #include "cli/demo/Demo.h"
 #include "cli/demo/SeededToken.h"
-#include "cli/device/StoredOrders.h"
 #include "platform/Services.h"
 
 namespace ovinta::cli {

@@ -85,7 +85,7 @@ class Demo {
   std::unique_ptr<sandbox::Sandbox> sandbox_;
   std::unique_ptr<Merchant> merchant_;
   OrderPtr order_;
-  /// As last shown.
+  /// The accuracy that was last shown.
   std::string accuracy_;
 };
 

@@ -7,12 +7,12 @@
 #include <memory>
 #include <optional>
 
+#include "cli/client/ObservedURLSession.h"
 #include "cli/demo/DemoOptions.h"
 #include "cli/device/Interruption.h"
 #include "cli/device/ObservedLocationServices.h"
-#include "cli/device/ObservedURLSession.h"
 #include "platform/Date.h"
-#include "platform/simulation/Trip.h"
+#include "platform/simulation/trip/Trip.h"
 
 namespace ovinta::cli {
 

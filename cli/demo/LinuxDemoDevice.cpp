@@ -19,8 +19,8 @@ constexpr auto kFixInterval = 500ms;
 constexpr platform::TimeInterval kLookInterval = 10ms;
 
 platform::Services servicesOn(const replay::Rig& rig, const ClientOptions& options) {
-  platform::linux::Options system;
-  system.positionSource = platform::linux::PositionSource::geoclue;
+  platform::linuxos::Options system;
+  system.positionSource = platform::linuxos::PositionSource::geoclue;
   system.systemBusAddress = rig.busAddress();
   return clientServices(options, std::move(system));
 }
@@ -36,7 +36,7 @@ LinuxDemoDevice::LinuxDemoDevice(DemoDeviceSetup setup)
   platform::Services system = base_;
   session_ = std::make_shared<ObservedURLSession>(system.urlSession, std::move(setup.observer));
   system.urlSession = session_;
-  location_ = std::make_shared<ObservedLocationServices>(system.location);
+  location_ = std::make_shared<ObservedLocationServices>(system.location, system.clock);
   system.location = location_;
   platform::install(std::move(system));
   tellPosition();
@@ -47,7 +47,7 @@ LinuxDemoDevice::~LinuxDemoDevice() {
   location_->onChanged(nullptr);
 }
 
-void LinuxDemoDevice::askPermission() { platform::linux::requestLocationAuthorization(); }
+void LinuxDemoDevice::askPermission() { platform::linuxos::requestLocationAuthorization(); }
 
 void LinuxDemoDevice::passSecond() {
   if (isOnTrip_) passed_ += 1s;
@@ -64,11 +64,11 @@ bool LinuxDemoDevice::serve(const std::function<bool()>& condition, WallClock::t
   const std::function<void()> look = [&] {
     holds = condition();
     const auto rest = std::chrono::ceil<platform::TimeInterval>(limit - WallClock::now());
-    if (holds || rest <= 0s || interruption_.happened()) return platform::linux::quitMainLoop();
+    if (holds || rest <= 0s || interruption_.happened()) return platform::linuxos::quitMainLoop();
     services().mainQueue->asyncAfter(std::min(rest, kLookInterval), look);
   };
   services().mainQueue->async(look);
-  platform::linux::runMainLoop();
+  platform::linuxos::runMainLoop();
   return holds;
 }
 
@@ -76,7 +76,7 @@ void LinuxDemoDevice::tellPosition() {
   const platform::simulation::TripPath::State state = path_.at(passed_);
   rig_->send(
       {.coordinate = state.coordinate, .horizontalAccuracy = state.accuracy, .speed = state.speed});
-  services().mainQueue->asyncAfter(kFixInterval, life_.guard([this] { tellPosition(); }));
+  services().mainQueue->asyncAfter(kFixInterval, lifetime_.guard([this] { tellPosition(); }));
 }
 
 std::optional<platform::Coordinate> LinuxDemoDevice::position() const {

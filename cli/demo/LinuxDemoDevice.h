@@ -5,8 +5,8 @@
 
 #include "cli/demo/DemoDevice.h"
 #include "platform/Services.h"
-#include "platform/simulation/TripPath.h"
-#include "platform/standard/Life.h"
+#include "platform/portable/Lifetime.h"
+#include "platform/simulation/trip/TripPath.h"
 #include "replay/Rig.h"
 
 namespace ovinta::cli {
@@ -43,12 +43,12 @@ class LinuxDemoDevice : public DemoDevice {
   std::shared_ptr<ObservedURLSession> session_;
   std::shared_ptr<ObservedLocationServices> location_;
   const platform::simulation::TripPath path_;
-  /// By the wall clock.
+  /// How long a second of the trip lasts by the wall clock.
   const std::chrono::duration<double> second_;
   bool isOnTrip_ = false;
-  /// Of the trip.
+  /// How much of the trip has passed.
   platform::TimeInterval passed_{};
-  const platform::standard::Life life_;
+  const platform::portable::Lifetime lifetime_;
 };
 
 }  // namespace ovinta::cli

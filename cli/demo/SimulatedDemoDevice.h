@@ -4,7 +4,7 @@
 
 #include "cli/demo/DemoDevice.h"
 #include "cli/device/TripDevice.h"
-#include "platform/simulation/TripPlayer.h"
+#include "platform/simulation/trip/TripPlayer.h"
 
 namespace ovinta::cli {
 
@@ -27,7 +27,7 @@ class SimulatedDemoDevice : public DemoDevice {
   Interruption& interruption_;
   TripDevice device_;
   platform::simulation::TripPlayer player_;
-  /// By the wall clock.
+  /// How long a second of the trip lasts by the wall clock.
   const std::chrono::duration<double> second_;
 };
 

@@ -9,7 +9,7 @@
 #include <string_view>
 #include <vector>
 
-#include "cli/device/ObservedURLSession.h"
+#include "cli/client/ObservedURLSession.h"
 
 namespace ovinta::cli {
 

@@ -28,7 +28,7 @@ struct ObservedLocation {
 
   /// Absent until the library has heard.
   std::optional<platform::Location> location = {};
-  /// Those heard of late, smoothed as the library does it for what it sends.
+  /// The beacons heard of late, smoothed as the library smooths those that it sends.
   std::vector<Beacon> beacons = {};
 };
 
@@ -42,8 +42,10 @@ std::string placeText(const platform::Location& location);
 /// `LocationServices` opens to any thread. The managers may outlive it.
 class ObservedLocationServices : public platform::LocationServices {
  public:
-  explicit ObservedLocationServices(std::shared_ptr<platform::LocationServices> inner)
-      : inner_(std::move(inner)), record_(std::make_shared<Record>()) {}
+  ObservedLocationServices(std::shared_ptr<platform::LocationServices> inner,
+                           std::shared_ptr<platform::Clock> clock)
+      : inner_(std::move(inner)),
+        record_(std::make_shared<Record>(Record{.beacons = BeaconList(std::move(clock))})) {}
 
   bool locationServicesEnabled() const override { return inner_->locationServicesEnabled(); }
   platform::AuthorizationStatus authorizationStatus() const override {
@@ -61,9 +63,9 @@ class ObservedLocationServices : public platform::LocationServices {
 
  private:
   struct Record {
-    ObservedLocation observed;
+    ObservedLocation observed = {};
     BeaconList beacons;
-    std::function<void()> observer;
+    std::function<void()> observer = {};
 
     void tell() const {
       if (observer) observer();

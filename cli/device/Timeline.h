@@ -7,8 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include "cli/client/ObservedURLSession.h"
 #include "cli/client/TerminalBlock.h"
-#include "cli/device/ObservedURLSession.h"
 #include "platform/Date.h"
 #include "platform/Value.h"
 

@@ -19,7 +19,7 @@ TripDevice::TripDevice(platform::Services base, platform::Date start,
   // Outside of what holds time, so that the observer, too, runs in turn with the main thread.
   session_ = std::make_shared<ObservedURLSession>(services.urlSession, std::move(observer));
   services.urlSession = session_;
-  location_ = std::make_shared<ObservedLocationServices>(services.location);
+  location_ = std::make_shared<ObservedLocationServices>(services.location, services.clock);
   services.location = location_;
   platform::install(services);
 }

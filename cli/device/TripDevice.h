@@ -3,8 +3,8 @@
 #include <chrono>
 #include <memory>
 
+#include "cli/client/ObservedURLSession.h"
 #include "cli/device/ObservedLocationServices.h"
-#include "cli/device/ObservedURLSession.h"
 #include "platform/simulation/Simulation.h"
 
 namespace ovinta::cli {

@@ -7,7 +7,7 @@
 #include <string>
 #include <variant>
 
-#include "platform/simulation/Trip.h"
+#include "platform/simulation/trip/Trip.h"
 
 namespace CLI {
 class App;

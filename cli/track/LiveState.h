@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "cli/client/ObservedURLSession.h"
 #include "cli/device/ObservedLocationServices.h"
-#include "cli/device/ObservedURLSession.h"
 #include "platform/Date.h"
 #include "platform/Device.h"
 

@@ -37,7 +37,7 @@ std::string permissionSentence(platform::AuthorizationStatus permission) {
 
 }  // namespace
 
-LiveTrack::LiveTrack(const ClientOptions& options, platform::linux::PositionSource source,
+LiveTrack::LiveTrack(const ClientOptions& options, platform::linuxos::PositionSource source,
                      Interruption& interruption)
     : options_(options),
       interruption_(interruption),
@@ -46,7 +46,8 @@ LiveTrack::LiveTrack(const ClientOptions& options, platform::linux::PositionSour
   session_ = std::make_shared<ObservedURLSession>(
       linuxServices.urlSession, [this](const Exchange& exchange) { report_.add(exchange); });
   linuxServices.urlSession = session_;
-  location_ = std::make_shared<ObservedLocationServices>(linuxServices.location);
+  location_ =
+      std::make_shared<ObservedLocationServices>(linuxServices.location, linuxServices.clock);
   linuxServices.location = location_;
   platform::install(std::move(linuxServices));
 }
@@ -55,7 +56,7 @@ ExitCode LiveTrack::run() {
   configureLibrary(options_);
   fetchOrders();
   watch();
-  platform::linux::runMainLoop();
+  platform::linuxos::runMainLoop();
   const ExitCode code = isFollowing_ ? report_.summarize() : ExitCode::success;
   interruption_.check();
   return end_.value_or(code);
@@ -96,7 +97,7 @@ void LiveTrack::watch() {
     show();
     followPermission();
   }
-  if (end_ || isOver || interruption_.happened()) return platform::linux::quitMainLoop();
+  if (end_ || isOver || interruption_.happened()) return platform::linuxos::quitMainLoop();
   services().mainQueue->asyncAfter(kWatchInterval, [this] { watch(); });
 }
 
@@ -104,7 +105,7 @@ void LiveTrack::followPermission() {
   const platform::AuthorizationStatus now = permission();
   if (std::exchange(permission_, now) != now) tellPermission();
   const bool isGranted = platform::isAuthorized(now);
-  if (platform::linux::isLocationAuthorizationKept() || (!isGranted && now != 2)) {
+  if (platform::linuxos::isLocationAuthorizationKept() || (!isGranted && now != 2)) {
     askPermission();
   } else if (isGranted) {
     wasGranted_ = true;
@@ -116,7 +117,7 @@ void LiveTrack::followPermission() {
 
 platform::AuthorizationStatus LiveTrack::permission() const {
   const platform::AuthorizationStatus status = location_->authorizationStatus();
-  return platform::isAuthorized(status) || !platform::linux::isLocationAuthorizationKept()
+  return platform::isAuthorized(status) || !platform::linuxos::isLocationAuthorizationKept()
              ? status
              : platform::kAuthorizationNotDetermined;
 }
@@ -125,7 +126,7 @@ void LiveTrack::askPermission() {
   const auto now = std::chrono::steady_clock::now();
   if (now < nextQuestion_) return;
   nextQuestion_ = now + kQuestionInterval;
-  platform::linux::requestLocationAuthorization();
+  platform::linuxos::requestLocationAuthorization();
   if (++questions_ == kPatientQuestions && permission_ == platform::kAuthorizationNotDetermined) {
     report_.add("access", "No answer has come yet: \"ovinta doctor\" says what is missing.");
   }

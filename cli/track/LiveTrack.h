@@ -16,7 +16,7 @@ namespace ovinta::cli {
 class LiveTrack {
  public:
   /// `options` and `interruption` must outlive the object.
-  LiveTrack(const ClientOptions& options, platform::linux::PositionSource source,
+  LiveTrack(const ClientOptions& options, platform::linuxos::PositionSource source,
             Interruption& interruption);
   ~LiveTrack() { session_->disconnect(); }
   LiveTrack(const LiveTrack&) = delete;
@@ -49,9 +49,9 @@ class LiveTrack {
   TrackReport report_;
   std::shared_ptr<ObservedURLSession> session_;
   std::shared_ptr<ObservedLocationServices> location_;
-  /// As last told.
+  /// The permission that was last told to the user; absent before the first line.
   std::optional<platform::AuthorizationStatus> permission_;
-  /// By an answer to this run.
+  /// Whether the permission was granted by an answer to this run.
   bool wasGranted_ = false;
   /// How many times the permission was asked for since it was there last.
   int questions_ = 0;

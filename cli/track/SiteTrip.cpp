@@ -14,7 +14,8 @@ using platform::simulation::Trip;
 using platform::simulation::TripBeacon;
 using platform::simulation::TripPoint;
 
-/// Beyond it a degree of longitude is too short for the ways to stay similar.
+/// The highest latitude of a site to which the built-in trip is moved: beyond it a degree of
+/// longitude is too short for the ways to stay similar.
 constexpr double kHighestLatitude = 85;
 
 double cosine(double degrees) { return std::cos(degrees * std::numbers::pi / 180); }

@@ -3,7 +3,7 @@
 #include <optional>
 
 #include "OvintaSDK/OvintaSDK.h"
-#include "platform/simulation/Trip.h"
+#include "platform/simulation/trip/Trip.h"
 
 namespace ovinta::cli {
 

@@ -8,7 +8,7 @@
 #include "cli/device/TripDevice.h"
 #include "cli/device/TripOptions.h"
 #include "cli/track/TrackReport.h"
-#include "platform/simulation/TripPlayer.h"
+#include "platform/simulation/trip/TripPlayer.h"
 
 namespace ovinta::cli {
 
@@ -37,7 +37,7 @@ class Track {
   std::optional<ExitCode> fetchOrders();
   /// Decides on the trip; absent for success.
   std::optional<ExitCode> planTrip();
-  /// Where the trip leads, in words.
+  /// Says in words where the trip leads.
   std::string destinationText() const;
   /// Arms on the device what the data directory holds; what fires goes from there.
   void takeArmedNotifications();

@@ -54,7 +54,7 @@ class TrackReport {
   ExchangeLog exchanges_;
   std::optional<NotificationLines> notificationLines_;
   std::unique_ptr<platform::NotificationObserver> positions_;
-  /// As last shown.
+  /// The accuracy that was last shown.
   std::string accuracy_;
   std::size_t rangedRegions_ = 0;
 };

@@ -4,8 +4,8 @@
 #include "OvintaSDK/model/wire/BeaconWire.h"
 #include "fuzz/Platform.h"
 #include "fuzz/Target.h"
-#include "platform/linux/bluez/BeaconCollector.h"
-#include "platform/linux/bluez/BlueZDevices.h"
+#include "platform/linux/location/beacons/BeaconCollector.h"
+#include "platform/linux/location/beacons/BlueZDevices.h"
 #include "tests/support/BeaconFrames.h"
 #include "tests/support/WireText.h"
 
@@ -16,7 +16,7 @@ using namespace platform;
 
 void readFrame(std::string_view input) {
   const std::vector<std::uint8_t> bytes(input.begin(), input.end());
-  const auto beacon = linux::readIBeacon(bytes);
+  const auto beacon = linuxos::readIBeacon(bytes);
   if (!beacon) return;
   const auto frame = test::beaconFrame(*beacon);
   require(input.starts_with(std::string(frame.begin(), frame.end())), "a beacon is what it sent");
@@ -37,18 +37,18 @@ Glib::VariantBase propertiesIn(std::string_view text) {
 void run(std::string_view input) {
   readFrame(input);
   Platform::shared();
-  linux::BlueZDevices devices;
-  linux::BeaconCollector collector;
+  linuxos::BlueZDevices devices;
+  linuxos::BeaconCollector collector;
   while (!input.empty()) {
     const std::string_view line = takeLine(input);
     const auto text = line.substr(std::min<std::size_t>(1, line.size()));
-    const auto properties = linux::dbus::read<linux::dbus::Properties>(propertiesIn(text));
+    const auto properties = linuxos::dbus::read<linuxos::dbus::Properties>(propertiesIn(text));
     if (!properties) continue;
     const auto sighting = devices.note(std::string(line.substr(0, 1)), *properties);
     if (sighting) collector.add(*sighting);
     require(!sighting || !sighting->rssi || *sighting->rssi < 0, "a strength is below zero");
   }
-  BeaconList heard;
+  BeaconList heard(Platform::shared().time.clock());
   const auto ranged = collector.take(2);
   for (const auto& beacon : ranged) {
     require(beacon.rssi <= 0 && std::isfinite(beacon.accuracy), "a distance is finite");

@@ -4,18 +4,18 @@
 #include <list>
 
 #include "fuzz/Target.h"
-#include "platform/linux/ICUDateFormatter.h"
+#include "platform/linux/text/ICUDateFormatter.h"
 
 namespace ovinta::fuzz {
 namespace {
 
 using namespace platform;
-using linux::ICUDateFormatter;
+using linuxos::ICUDateFormatter;
 
 /// The formatter that takes the fast path where it can, and the one that never does.
 struct Pair {
   explicit Pair(const DateFormat& format)
-      : quick(format), general(format, linux::Shortcut::never) {}
+      : quick(format), general(format, linuxos::Shortcut::never) {}
 
   ICUDateFormatter quick;
   ICUDateFormatter general;

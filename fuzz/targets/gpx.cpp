@@ -1,8 +1,8 @@
 #include <cmath>
 
 #include "fuzz/Target.h"
-#include "platform/linux/TextServices.h"
-#include "platform/simulation/TripPath.h"
+#include "platform/linux/text/TextServices.h"
+#include "platform/simulation/trip/TripPath.h"
 
 namespace ovinta::fuzz {
 namespace {
@@ -15,7 +15,7 @@ bool isOnEarth(Coordinate place) {
 }
 
 void follow(const Trip& trip) {
-  static const auto geodesy = linux::makeGeodesy();
+  static const auto geodesy = linuxos::makeGeodesy();
   const simulation::TripPath path(trip.points, *geodesy);
   double last = 0;
   for (int step = -1; step <= 5; ++step) {

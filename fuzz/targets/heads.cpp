@@ -5,7 +5,7 @@
 #include <cstddef>
 
 #include "fuzz/Target.h"
-#include "platform/linux/CurlTransfer.h"
+#include "platform/linux/http/CurlTransfer.h"
 
 namespace ovinta::fuzz {
 namespace {
@@ -51,7 +51,7 @@ class Server {
 CURLcode perform(CURL* handle, std::string_view input) {
   static auto& server = *new Server;
   curl_easy_setopt(handle, CURLOPT_ABSTRACT_UNIX_SOCKET, server.name().c_str());
-  const linux::CurlMulti multi(curl_multi_init());
+  const linuxos::CurlMulti multi(curl_multi_init());
   curl_multi_add_handle(multi.get(), handle);
   bool isSaid = false;
   for (int running = 1; running > 0;) {
@@ -74,7 +74,7 @@ CURLcode perform(CURL* handle, std::string_view input) {
 void run(std::string_view input) {
   input = input.substr(0, kLargestAnswer);
   int completions = 0;
-  linux::CurlTransfer transfer(
+  linuxos::CurlTransfer transfer(
       {.url = {"http://127.0.0.1/a"}, .method = "GET", .headers = {{"Accept", "a"}}},
       [&](const auto& data, const auto& response, const auto& error) {
         ++completions;
@@ -90,7 +90,7 @@ void run(std::string_view input) {
                   "a field's value has no line ends");
         }
       });
-  const linux::CurlTransfer::Setting setting{
+  const linuxos::CurlTransfer::Setting setting{
       .caFile = {}, .timeLimit = std::chrono::minutes(1), .sizeLimit = kLargest};
   CURLcode code = CURLE_OK;
   int ways = 0;

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "fuzz/Target.h"
-#include "platform/linux/UserNotificationJSON.h"
+#include "platform/linux/notifications/UserNotificationJSON.h"
 
 namespace ovinta::fuzz {
 namespace {
@@ -45,7 +45,7 @@ void run(std::string_view input) {
             "a value does not change its neighbours");
   }
   compare(document->root(), *value);
-  require(parseJSON(linux::typedJSON(*value)) == value, "a typed text reads back as it was");
+  require(parseJSON(linuxos::typedJSON(*value)) == value, "a typed text reads back as it was");
   const std::string text = writeJSON(*value);
   const auto again = parseJSON(text);
   require(again.has_value(), "what is written is JSON");

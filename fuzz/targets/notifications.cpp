@@ -1,5 +1,5 @@
 #include "fuzz/Target.h"
-#include "platform/linux/UserNotificationJSON.h"
+#include "platform/linux/notifications/UserNotificationJSON.h"
 
 namespace ovinta::fuzz {
 namespace {
@@ -7,9 +7,10 @@ namespace {
 using namespace platform;
 
 void run(std::string_view input) {
-  const auto requests = linux::notificationRequests(input);
-  const std::string text = linux::notificationRequestsText(requests);
-  require(linux::notificationRequests(text) == requests, "kept notifications read back as written");
+  const auto requests = linuxos::notificationRequests(input);
+  const std::string text = linuxos::notificationRequestsText(requests);
+  require(linuxos::notificationRequests(text) == requests,
+          "kept notifications read back as written");
 }
 
 const Target kTarget("notifications", run);

@@ -1,8 +1,7 @@
 #include <charconv>
 #include <deque>
 
-#include "OvintaSDK/core/Ovinta.h"
-#include "OvintaSDK/orders/OrdersPushTokens.h"
+#include "OvintaSDK/core/facade/Ovinta.h"
 #include "fuzz/Platform.h"
 #include "fuzz/Target.h"
 #include "platform/Services.h"
@@ -83,7 +82,7 @@ void callOrders(char step, Calls& calls) {
     case 'l':
       return orders.claimWithRedemptionCode("CODE7", bob, counted(calls));
     case 'm':
-      return OrdersPushTokens(orders).updateWithNewPushToken("push-token");
+      return orders.updatePushTokensWithNewPushToken("push-token");
     case 's':
       return Ovinta::handleRemoteNotification({{"order_id", "7"}, {"order_state", "ready"}});
     default:

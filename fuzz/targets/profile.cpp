@@ -5,7 +5,7 @@
 #include "OvintaSDK/core/DevelopmentPush.h"
 #include "fuzz/Target.h"
 #include "platform/JSON.h"
-#include "platform/linux/DirectoryBundle.h"
+#include "platform/linux/main/DirectoryBundle.h"
 
 namespace ovinta::fuzz {
 namespace {
@@ -26,7 +26,7 @@ class Directory {
 void run(std::string_view input) {
   static const Directory directory;
   std::ofstream(directory.path / "Info.json", std::ios::binary) << input;
-  const platform::linux::DirectoryBundle bundle(directory.path);
+  const platform::linuxos::DirectoryBundle bundle(directory.path);
   require(bundle.resource("Info", "json") == input, "a resource is the whole file");
 
   const auto value = platform::parseJSON(input);

@@ -1,5 +1,5 @@
-#include "OvintaSDK/core/Ovinta.h"
 #include "OvintaSDK/core/SDKNotifications.h"
+#include "OvintaSDK/core/facade/Ovinta.h"
 #include "OvintaSDK/model/wire/OrderWire.h"
 #include "fuzz/Platform.h"
 #include "fuzz/Target.h"

@@ -14,7 +14,7 @@ template <class Record>
 void check(const platform::JSONValue& value) {
   std::string text;
   try {
-    const Record record = wire::WireForm<Record>::decode(value);
+    const Record record = wire::decode<Record>(value, Library::process().context()->dates());
     text = test::encoded(record);
   } catch (const platform::CodingError& error) {
     require(error.kind() != platform::CodingError::Kind::invalidValue,

@@ -5,8 +5,8 @@
 #include <boost/url/parse.hpp>
 
 #include "fuzz/Target.h"
-#include "platform/linux/BoostURLFormat.h"
-#include "platform/linux/HTTPRedirect.h"
+#include "platform/linux/http/HTTPRedirect.h"
+#include "platform/linux/text/BoostURLFormat.h"
 
 namespace ovinta::fuzz {
 namespace {
@@ -34,7 +34,7 @@ std::optional<std::string> originOf(const std::string& text) {
 }
 
 void build(const URL& url, std::string_view name, std::string_view value) {
-  const linux::BoostURLFormat format;
+  const linuxos::BoostURLFormat format;
   // Where nobody is named, a path may become a host.
   if (const auto origin = originOf(url.text)) {
     const auto longer = format.appendingPathComponent(url, value);
@@ -59,9 +59,9 @@ void build(const URL& url, std::string_view name, std::string_view value) {
 void redirect(const URL& from, std::string_view to) {
   const URLRequest request{.url = from, .method = "POST", .headers = {{"Authorization", "secret"}}};
   for (const int status : {200, 301, 303, 308}) {
-    const auto next = linux::redirected(request, status, std::string(to));
+    const auto next = linuxos::redirected(request, status, std::string(to));
     if (!next) continue;
-    require(linux::isWebURL(next->url.text) || !linux::isWebURL(from.text),
+    require(linuxos::isWebURL(next->url.text) || !linuxos::isWebURL(from.text),
             "a redirect stays on the web");
     const auto before = originOf(from.text);
     const auto after = originOf(next->url.text);
@@ -74,7 +74,7 @@ void redirect(const URL& from, std::string_view to) {
 void run(std::string_view input) {
   const auto text = takeLine(input);
   const auto target = takeLine(input);
-  const auto url = linux::BoostURLFormat().parse(text);
+  const auto url = linuxos::BoostURLFormat().parse(text);
   if (!url) return;
   require(url->text == text, "a URL keeps its text");
   build(*url, target, input);

@@ -2,14 +2,14 @@
 
 #include <utility>
 
-#include "platform/linux/ApplicationOptions.h"
-#include "platform/linux/GLibMainQueue.h"
-#include "platform/linux/SystemLog.h"
-#include "platform/linux/TextServices.h"
 #include "platform/linux/diagnosis/DiagnosisRun.h"
-#include "platform/linux/position/PositionProviders.h"
+#include "platform/linux/location/PositionProviders.h"
+#include "platform/linux/main/ApplicationOptions.h"
+#include "platform/linux/main/GLibMainQueue.h"
+#include "platform/linux/main/SystemLog.h"
+#include "platform/linux/text/TextServices.h"
 
-namespace ovinta::platform::linux {
+namespace ovinta::platform::linuxos {
 namespace {
 
 Surroundings surroundingsOf(const Options& options, const Services& services) {
@@ -43,4 +43,4 @@ void diagnose(const Options& options, std::function<void(const std::vector<Findi
                                             std::move(completion))] { run->begin(); });
 }
 
-}  // namespace ovinta::platform::linux
+}  // namespace ovinta::platform::linuxos

@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "platform/linux/Linux.h"
+#include "Linux.h"
 
-namespace ovinta::platform::linux {
+namespace ovinta::platform::linuxos {
 
 /// How a part of the device stands.
 enum class Condition {
@@ -25,7 +25,7 @@ struct Finding {
   /// The part, e.g. "position" or "Bluetooth adapter hci0".
   std::string subject = {};
   Condition condition = Condition::unknown;
-  /// Of the service that stands behind it; empty when that does not tell.
+  /// The version of the service that was looked at; empty when the service does not tell it.
   std::string version = {};
   /// How it stands, in a few words.
   std::string detail = {};
@@ -47,4 +47,4 @@ OVINTA_EXPORT void diagnose(const Options& options,
                             std::function<void(const std::vector<Finding>&)> completion,
                             std::shared_ptr<MainQueue> mainQueue = nullptr);
 
-}  // namespace ovinta::platform::linux
+}  // namespace ovinta::platform::linuxos

@@ -4,31 +4,32 @@
 #include <string>
 #include <vector>
 
-#include "platform/linux/ApplicationOptions.h"
-#include "platform/linux/CurlURLSession.h"
-#include "platform/linux/DirectoryBundle.h"
-#include "platform/linux/GLibMainQueue.h"
-#include "platform/linux/LibraryBundle.h"
-#include "platform/linux/SQLitePersistentContainer.h"
-#include "platform/linux/SQLiteSettingsStore.h"
-#include "platform/linux/StoredUserNotificationCenter.h"
-#include "platform/linux/SystemClock.h"
-#include "platform/linux/SystemDevice.h"
-#include "platform/linux/SystemLocationServices.h"
-#include "platform/linux/SystemLog.h"
-#include "platform/linux/TextServices.h"
-#include "platform/linux/bluez/BeaconScanner.h"
+#include "platform/DefaultServices.h"
 #include "platform/linux/dbus/Bus.h"
-#include "platform/linux/position/PositionHub.h"
-#include "platform/linux/position/PositionProviders.h"
-#include "platform/standard/Standard.h"
+#include "platform/linux/device/SystemDevice.h"
+#include "platform/linux/http/CurlURLSession.h"
+#include "platform/linux/location/PositionHub.h"
+#include "platform/linux/location/PositionProviders.h"
+#include "platform/linux/location/SystemLocationServices.h"
+#include "platform/linux/location/beacons/BeaconScanner.h"
+#include "platform/linux/main/ApplicationOptions.h"
+#include "platform/linux/main/DirectoryBundle.h"
+#include "platform/linux/main/GLibMainQueue.h"
+#include "platform/linux/main/SystemClock.h"
+#include "platform/linux/main/SystemLog.h"
+#include "platform/linux/notifications/StoredUserNotificationCenter.h"
+#include "platform/linux/storage/SQLitePersistentContainer.h"
+#include "platform/linux/storage/SQLiteSettingsStore.h"
+#include "platform/linux/text/TextServices.h"
+#include "platform/portable/Portable.h"
 
-namespace ovinta::platform::linux {
+namespace ovinta::platform::linuxos {
 namespace {
 
 namespace fs = std::filesystem;
 
-/// Without a directory what would be in the file stays in memory.
+/// The file in the data directory; absent where the application has none, so that its content stays
+/// in memory.
 std::optional<fs::path> fileIn(const std::optional<fs::path>& directory, const char* name) {
   return directory ? std::optional(*directory / name) : std::nullopt;
 }
@@ -39,7 +40,7 @@ std::shared_ptr<Bundle> makeMainBundle(const Options& options, Log& log) {
   return std::make_shared<DirectoryBundle>(std::move(directory));
 }
 
-/// Of the services it takes what `StoredUserNotificationCenter` uses.
+/// The centre keeps those of the services that `StoredUserNotificationCenter` says it uses.
 std::shared_ptr<UserNotificationCenter> makeUserNotifications(
     const Options& options, const std::string& applicationID,
     const std::optional<fs::path>& directory, std::shared_ptr<dbus::Bus> sessionBus,
@@ -56,7 +57,7 @@ std::shared_ptr<UserNotificationCenter> makeUserNotifications(
 }
 
 BeaconScanner::Settings beaconSettings(const Options& options, Log& log) {
-  const double exponent = options.beaconPathLossExponent.value_or(standard::kFreeSpaceExponent);
+  const double exponent = options.beaconPathLossExponent.value_or(portable::kFreeSpaceExponent);
   if (exponent >= 1 && exponent <= 10) return {.pathLossExponent = exponent};
   log.write("The path-loss exponent for beacons is not between 1 and 10: " +
             std::to_string(exponent));
@@ -81,7 +82,8 @@ CurlURLSession::Options httpOptions(const Options& options, Log& log) {
   return http;
 }
 
-/// Of all services that live, oldest first, for functions that are given none.
+/// The position hubs of all services that live, oldest first, for the functions of this header that
+/// are given no services.
 struct PositionHubs {
   struct Entry {
     std::weak_ptr<PositionHub> hub;
@@ -142,12 +144,12 @@ Services makeServices(const Options& options) {
   services.clock = std::make_shared<SystemClock>();
   services.log = options.log ? options.log : std::make_shared<SystemLog>(applicationID);
   services.mainQueue = std::make_shared<GLibMainQueue>();
-  services.operationQueues = standard::makeOperationQueueFactory();
-  services.notificationCenter = standard::makeNotificationCenter();
+  services.operationQueues = portable::makeOperationQueueFactory();
+  services.notificationCenter = portable::makeNotificationCenter();
   services.settings =
       std::make_shared<SQLiteSettingsStore>(fileIn(directory, "Settings.sqlite"), services.log);
   services.mainBundle = makeMainBundle(options, *services.log);
-  services.libraryBundle = std::make_shared<LibraryBundle>();
+  services.libraryBundle = portable::makeLibraryBundle();
   services.text = makeText();
   services.dateFormatters = makeDateFormatterFactory();
   services.urls = makeURLFormat();
@@ -182,4 +184,8 @@ void applicationDidBecomeActive() {
   services().notificationCenter->post({kApplicationDidBecomeActive, {}});
 }
 
-}  // namespace ovinta::platform::linux
+}  // namespace ovinta::platform::linuxos
+
+ovinta::platform::Services ovinta::platform::makeDefaultServices() {
+  return linuxos::makeServices();
+}

@@ -9,12 +9,9 @@
 #include <string>
 #include <string_view>
 
-#include "platform/Services.h"
+#include "../Services.h"
 
-// The GNU dialects of C++ define `linux` as a macro, which would break the namespace's name.
-#undef linux
-
-namespace ovinta::platform::linux {
+namespace ovinta::platform::linuxos {
 
 /// Which of the system's services knows the position.
 enum class PositionSource {
@@ -110,4 +107,4 @@ OVINTA_EXPORT bool isLocationAuthorizationKept();
 /// granted and has gone out of reach.
 OVINTA_EXPORT void applicationDidBecomeActive();
 
-}  // namespace ovinta::platform::linux
+}  // namespace ovinta::platform::linuxos

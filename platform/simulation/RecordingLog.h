@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/Log.h"
+#include "../Log.h"
 
 namespace ovinta::platform::simulation {
 

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <utility>
 
-#include "platform/Bundle.h"
+#include "../Bundle.h"
 
 namespace ovinta::platform::simulation {
 

@@ -2,7 +2,7 @@
 
 #include <atomic>
 
-#include "platform/Device.h"
+#include "../Device.h"
 
 namespace ovinta::platform::simulation {
 

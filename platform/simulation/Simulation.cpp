@@ -2,8 +2,8 @@
 
 #include <utility>
 
-#include "platform/simulation/TimeHoldingOperationQueueFactory.h"
-#include "platform/simulation/TimeHoldingURLSession.h"
+#include "platform/simulation/time/TimeHoldingOperationQueueFactory.h"
+#include "platform/simulation/time/TimeHoldingURLSession.h"
 
 namespace ovinta::platform::simulation {
 namespace {

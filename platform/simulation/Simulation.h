@@ -2,11 +2,11 @@
 
 #include <memory>
 
-#include "platform/Services.h"
-#include "platform/simulation/SimulatedDevice.h"
-#include "platform/simulation/SimulatedLocation.h"
-#include "platform/simulation/SimulatedUserNotificationCenter.h"
-#include "platform/simulation/VirtualTime.h"
+#include "../Services.h"
+#include "SimulatedDevice.h"
+#include "location/SimulatedLocation.h"
+#include "location/SimulatedUserNotificationCenter.h"
+#include "time/VirtualTime.h"
 
 namespace ovinta::platform::simulation {
 

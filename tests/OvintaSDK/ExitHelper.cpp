@@ -43,7 +43,8 @@ void exitOnceRefusedBy(const char* baseURL) {
 int main(int count, char** arguments) {
   if (count != 4) return 1;
   setenv("no_proxy", "*", 1);
-  ovinta::platform::install(ovinta::platform::linux::makeServices({.dataDirectory = arguments[2]}));
+  ovinta::platform::install(
+      ovinta::platform::linuxos::makeServices({.dataDirectory = arguments[2]}));
   Ovinta::configure({{"token", "app"}});
   UserDefaultsKey::apiBase.set(arguments[1]);
   Ovinta::customer().setCurrent(

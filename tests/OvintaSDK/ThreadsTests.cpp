@@ -13,14 +13,14 @@
 #include <vector>
 
 #include "OvintaSDK/OvintaSDK.h"
-#include "OvintaSDK/core/OvintaState.h"
+#include "OvintaSDK/core/facade/Library.h"
 #include "OvintaSDK/model/CoreOrder.h"
 #include "platform/FatalError.h"
 #include "platform/JSON.h"
 #include "platform/linux/Linux.h"
 #include "platform/simulation/RecordingLog.h"
-#include "platform/simulation/SimulatedLocation.h"
-#include "platform/simulation/VirtualTime.h"
+#include "platform/simulation/location/SimulatedLocation.h"
+#include "platform/simulation/time/VirtualTime.h"
 #include "tests/support/CannedRecords.h"
 #include "tests/support/Command.h"
 #include "tests/support/LocalServer.h"
@@ -72,13 +72,13 @@ class Threads : public ::testing::Test {
   Threads() {
     setenv("no_proxy", "*", 1);
     platform::Services services =
-        platform::linux::makeServices({.dataDirectory = directory.path()});
+        platform::linuxos::makeServices({.dataDirectory = directory.path()});
     services.log = log;
     services.mainQueue = time.mainQueue();
     location = std::make_shared<SimulatedLocation>(services.mainQueue, services.geodesy);
     services.location = location;
     platform::install(services);
-    OvintaState::replace();
+    Library::replaceProcess();
     UserDefaultsKey::apiBase.set(server.url());
     observer = services.notificationCenter->addObserver(
         SDKNotification::ordersUpdated, [updates = updates](const auto&) { ++*updates; });
@@ -131,7 +131,7 @@ class Threads : public ::testing::Test {
     EXPECT_EQ(Ovinta::orders().open()->size(), kOrders - kOrders / 3);
     EXPECT_EQ(Ovinta::orders().closed()->size(), kOrders / 3);
     platform::StoreError error;
-    const auto context = OvintaState::current().persistentContainer().newBackgroundContext();
+    const auto context = Library::process().context()->persistentContainer().newBackgroundContext();
     EXPECT_EQ(context->fetch(CoreOrder::fetchRequest(), &error).size(), kOrders)
         << error.localizedDescription;
   }
@@ -149,15 +149,15 @@ TEST_F(Threads, MakeEachManagerOnce) {
   std::vector<std::array<const void*, 4>> touched(kThreads);
   run(
       [&touched](int number) {
-        OvintaState& state = OvintaState::current();
+        Library& state = Library::process();
         touched[static_cast<std::size_t>(number)] = {&Ovinta::orders(), &Ovinta::customer(),
-                                                     &state.apiQueue(),
-                                                     &state.persistentContainer()};
+                                                     &state.context()->apiQueue(),
+                                                     &state.context()->persistentContainer()};
         Ovinta::configure({{"token", std::to_string(number)}});
       },
       [] { return true; });
   EXPECT_EQ(std::set(touched.begin(), touched.end()).size(), 1u);
-  EXPECT_NE(OvintaState::current().locationUpdater(), nullptr);
+  EXPECT_NE(Library::process().locationUpdater(), nullptr);
 }
 
 TEST_F(Threads, UseTheLibraryAtOnce) {

@@ -4,9 +4,8 @@
 #include <gtest/gtest.h>
 
 #include "cli/client/TerminalBlock.h"
-#include "platform/Services.h"
-#include "platform/simulation/SimulatedLocation.h"
-#include "platform/simulation/VirtualTime.h"
+#include "platform/simulation/location/SimulatedLocation.h"
+#include "platform/simulation/time/VirtualTime.h"
 #include "tests/platform/simulation/Sphere.h"
 #include "tests/support/RecordingDelegate.h"
 
@@ -67,12 +66,9 @@ TEST(LiveState, isShownByLines) {
 
 TEST(ObservedLocationServices, recordWhatPasses) {
   platform::simulation::VirtualTime time(kNow);
-  platform::Services timed = platform::services();
-  timed.clock = time.clock();
-  platform::install(timed);
   const auto inner = std::make_shared<platform::simulation::SimulatedLocation>(
       time.mainQueue(), std::make_shared<platform::simulation::Sphere>());
-  ObservedLocationServices services(inner);
+  ObservedLocationServices services(inner, time.clock());
   test::RecordingDelegate library;
   const auto manager = services.makeLocationManager();
   manager->setDelegate(&library);

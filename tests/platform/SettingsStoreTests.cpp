@@ -5,9 +5,9 @@
 #include <thread>
 #include <vector>
 
-#include "platform/linux/SQLiteSettingsStore.h"
+#include "platform/linux/storage/SQLiteSettingsStore.h"
+#include "platform/portable/Portable.h"
 #include "platform/simulation/RecordingLog.h"
-#include "platform/standard/Standard.h"
 #include "tests/support/TemporaryDirectory.h"
 
 namespace ovinta::platform {
@@ -16,15 +16,15 @@ namespace {
 using Make = std::shared_ptr<SettingsStore> (*)(const std::filesystem::path& directory);
 
 std::shared_ptr<SettingsStore> inMemory(const std::filesystem::path& /*directory*/) {
-  return standard::makeInMemorySettingsStore();
+  return portable::makeInMemorySettingsStore();
 }
 std::shared_ptr<SettingsStore> inAFile(const std::filesystem::path& directory) {
-  return std::make_shared<linux::SQLiteSettingsStore>(directory / "Settings.sqlite",
-                                                      std::make_shared<simulation::RecordingLog>());
+  return std::make_shared<linuxos::SQLiteSettingsStore>(
+      directory / "Settings.sqlite", std::make_shared<simulation::RecordingLog>());
 }
 std::shared_ptr<SettingsStore> withoutAFile(const std::filesystem::path& /*directory*/) {
-  return std::make_shared<linux::SQLiteSettingsStore>(std::nullopt,
-                                                      std::make_shared<simulation::RecordingLog>());
+  return std::make_shared<linuxos::SQLiteSettingsStore>(
+      std::nullopt, std::make_shared<simulation::RecordingLog>());
 }
 
 /// What every settings store promises.

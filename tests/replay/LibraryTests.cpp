@@ -1,7 +1,7 @@
 // The whole library on this system's own services: it follows the real GeoClue on a trip, and tells
 // a real service over HTTP.
 #include "OvintaSDK/OvintaSDK.h"
-#include "OvintaSDK/core/OvintaState.h"
+#include "OvintaSDK/core/facade/Library.h"
 #include "platform/linux/Linux.h"
 #include "platform/simulation/RecordingLog.h"
 #include "platform/simulation/SimulatedBundle.h"
@@ -27,7 +27,7 @@ class LibraryTest : public testing::Test {
 
   void startLibrary(const std::string& systemBus) {
     setenv("DBUS_SYSTEM_BUS_ADDRESS", systemBus.c_str(), 1);
-    platform::Services services = platform::linux::makeServices(
+    platform::Services services = platform::linuxos::makeServices(
         {.applicationID = "tests",
          .dataDirectory = directory_.path(),
          .log = std::make_shared<platform::simulation::RecordingLog>(),
@@ -35,7 +35,7 @@ class LibraryTest : public testing::Test {
     services.mainBundle = std::make_shared<platform::simulation::SimulatedBundle>(
         platform::simulation::SimulatedBundle::Texts{{"CFBundleShortVersionString", "1.0"}});
     platform::install(std::move(services));
-    OvintaState::replace();
+    Library::replaceProcess();
     UserDefaultsKey::apiBase.set(service_.baseURL());
     Ovinta::configure({{"token", "T"}});
   }
@@ -46,11 +46,11 @@ class LibraryTest : public testing::Test {
     bool holds = false;
     const std::function<void()> look = [&] {
       holds = condition();
-      if (holds || steady_clock::now() > limit) return platform::linux::quitMainLoop();
+      if (holds || steady_clock::now() > limit) return platform::linuxos::quitMainLoop();
       platform::services().mainQueue->asyncAfter(50ms, look);
     };
     look();
-    platform::linux::runMainLoop();
+    platform::linuxos::runMainLoop();
     return holds;
   }
 
@@ -84,7 +84,7 @@ TEST_F(LibraryTest, TellsTheServiceOfATripThatTheSystemFollows) {
   if (const auto* reason = std::get_if<std::string>(&started)) GTEST_SKIP() << *reason;
   const auto rig = std::get<std::unique_ptr<replay::Rig>>(std::move(started));
   startLibrary(rig->busAddress());
-  platform::linux::requestLocationAuthorization();
+  platform::linuxos::requestLocationAuthorization();
   Ovinta::orders().create(kSiteID, "A-1", {.name = "Ann"}, {},
                           [](const OrderPtr& order, const auto&) {
                             EXPECT_TRUE(order);

@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include "sandbox/IncomingRequest.h"
+#include "sandbox/http/IncomingRequest.h"
 #include "tests/sandbox/RawClient.h"
 #include "tests/sandbox/SandboxFixture.h"
 

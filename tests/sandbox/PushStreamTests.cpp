@@ -2,7 +2,7 @@
 #include <future>
 #include <memory>
 
-#include "sandbox/PushMailbox.h"
+#include "sandbox/domain/PushMailbox.h"
 #include "tests/sandbox/SandboxFixture.h"
 
 namespace ovinta::sandbox {

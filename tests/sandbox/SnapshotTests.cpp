@@ -1,6 +1,6 @@
 #include <filesystem>
 
-#include "sandbox/SnapshotFile.h"
+#include "sandbox/domain/SnapshotFile.h"
 #include "tests/sandbox/SandboxFixture.h"
 #include "tests/support/Files.h"
 #include "tests/support/TemporaryDirectory.h"

@@ -5,7 +5,7 @@
 #include <iterator>
 #include <vector>
 
-#include "platform/linux/bluez/IBeacon.h"
+#include "platform/linux/location/beacons/IBeacon.h"
 
 namespace ovinta::test {
 
@@ -15,7 +15,7 @@ inline constexpr platform::UUID kBeaconUUID{
     {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16}};
 
 /// What a beacon sends in the name of its company.
-inline Bytes beaconFrame(const platform::linux::IBeacon& beacon) {
+inline Bytes beaconFrame(const platform::linuxos::IBeacon& beacon) {
   Bytes bytes{2, 21};
   std::ranges::copy(beacon.proximityUUID.bytes, std::back_inserter(bytes));
   for (const int number : {beacon.major >> 8, beacon.major & 255, beacon.minor >> 8,

@@ -3,7 +3,7 @@
 namespace ovinta::test {
 namespace {
 
-using namespace platform::linux::dbus;
+using namespace platform::linuxos::dbus;
 using Interfaces = std::map<Glib::ustring, Properties>;
 
 constexpr const char* kAdapter = "org.bluez.Adapter1";

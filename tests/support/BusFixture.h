@@ -7,7 +7,7 @@
 
 #include "platform/linux/dbus/Service.h"
 #include "platform/simulation/RecordingLog.h"
-#include "platform/simulation/VirtualTime.h"
+#include "platform/simulation/time/VirtualTime.h"
 #include "replay/PrivateBus.h"
 #include "tests/support/TemporaryDirectory.h"
 
@@ -16,8 +16,9 @@ namespace ovinta::test {
 /// A bus of the test's own, and the connection of those that are tested.
 class BusTest : public testing::Test {
  protected:
-  std::shared_ptr<platform::linux::dbus::Bus> makeBus() {
-    return std::make_shared<platform::linux::dbus::Bus>(daemon_.address(), time_.mainQueue(), log_);
+  std::shared_ptr<platform::linuxos::dbus::Bus> makeBus() {
+    return std::make_shared<platform::linuxos::dbus::Bus>(daemon_.address(), time_.mainQueue(),
+                                                          log_);
   }
 
   template <class Condition>
@@ -28,7 +29,7 @@ class BusTest : public testing::Test {
   /// Has all arrive that a service has sent on `bus_` so far.
   void passBy(const std::string& service) {
     bool isAnswered = false;
-    platform::linux::dbus::Service asked(bus_, service);
+    platform::linuxos::dbus::Service asked(bus_, service);
     asked.getProperties("/", "none", [&](const auto&) { isAnswered = true; });
     waitUntil([&] { return isAnswered; });
   }
@@ -38,7 +39,7 @@ class BusTest : public testing::Test {
   platform::simulation::VirtualTime time_{platform::Date{}};
   std::shared_ptr<platform::simulation::RecordingLog> log_ =
       std::make_shared<platform::simulation::RecordingLog>();
-  std::shared_ptr<platform::linux::dbus::Bus> bus_ = makeBus();
+  std::shared_ptr<platform::linuxos::dbus::Bus> bus_ = makeBus();
 };
 
 }  // namespace ovinta::test

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "OvintaSDK/core/facade/Library.h"
 #include "OvintaSDK/model/wire/OrderWire.h"
 #include "platform/JSON.h"
 
@@ -74,7 +75,7 @@ std::string sitesText(platform::List records, int current, int count) {
 
 OrderPtr decodeOrder(std::string_view text) {
   const auto document = platform::JSONDocument::parse(text);
-  return wire::WireForm<OrderPtr>::decode(document->root());
+  return wire::decode<OrderPtr>(document->root(), Library::process().context()->dates());
 }
 
 OrderPtr decodeOrder(const Dictionary& record) { return decodeOrder(platform::writeJSON(record)); }

@@ -6,8 +6,8 @@
 #include <string>
 #include <utility>
 
-#include "platform/linux/position/GeoClueProvider.h"
-#include "platform/linux/position/PositionHub.h"
+#include "platform/linux/location/PositionHub.h"
+#include "platform/linux/location/geoclue/GeoClueProvider.h"
 #include "tests/platform/simulation/Sphere.h"
 #include "tests/support/ServiceDouble.h"
 
@@ -143,11 +143,11 @@ class GeoClueDouble {
 };
 
 /// A hub on the GeoClue of the bus.
-inline std::shared_ptr<platform::linux::PositionHub> makeGeoClueHub(
+inline std::shared_ptr<platform::linuxos::PositionHub> makeGeoClueHub(
     std::shared_ptr<dbus::Bus> bus, const std::shared_ptr<platform::MainQueue>& mainQueue,
     const std::filesystem::path& configuration = "none") {
-  using Provider = platform::linux::GeoClueProvider;
-  return std::make_shared<platform::linux::PositionHub>(
+  using Provider = platform::linuxos::GeoClueProvider;
+  return std::make_shared<platform::linuxos::PositionHub>(
       std::make_shared<Provider>(
           std::move(bus), mainQueue,
           Provider::Options{.desktopID = "org.example.app", .configuration = configuration}),

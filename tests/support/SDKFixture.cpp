@@ -5,21 +5,21 @@
 #include <iterator>
 
 #include "OvintaSDK/api/NumberText.h"
-#include "OvintaSDK/core/Ovinta.h"
-#include "OvintaSDK/core/OvintaState.h"
 #include "OvintaSDK/core/SDKNotifications.h"
 #include "OvintaSDK/core/UserDefaultsKey.h"
+#include "OvintaSDK/core/facade/Library.h"
+#include "OvintaSDK/core/facade/Ovinta.h"
 #include "platform/JSON.h"
-#include "platform/linux/LibraryBundle.h"
-#include "platform/linux/SQLitePersistentContainer.h"
-#include "platform/linux/TextServices.h"
-#include "platform/standard/Standard.h"
+#include "platform/linux/storage/SQLitePersistentContainer.h"
+#include "platform/linux/text/TextServices.h"
+#include "platform/portable/LibraryBundle.h"
+#include "platform/portable/Portable.h"
 
 namespace ovinta::test {
 
-namespace linux = platform::linux;
+namespace linuxos = platform::linuxos;
 namespace simulation = platform::simulation;
-namespace standard = platform::standard;
+namespace portable = platform::portable;
 
 namespace {
 
@@ -92,19 +92,19 @@ SDKFixture::SDKFixture()
           simulation::SimulatedBundle::Texts{{kVersionKey, "9.4.8"}})) {
   services = makeServices();
   platform::install(services);
-  OvintaState::replace();
+  Library::replaceProcess();
   UserDefaultsKey::apiBase.set(std::string(kBaseURL));
   observeNotifications();
 }
 
 platform::Services SDKFixture::makeServices() {
-  const auto geodesy = linux::makeGeodesy();
+  const auto geodesy = linuxos::makeGeodesy();
   location = std::make_shared<simulation::SimulatedLocation>(time.mainQueue(), geodesy);
-  dateFormatters = std::make_shared<ZonedDateFormatters>(linux::makeDateFormatterFactory());
+  dateFormatters = std::make_shared<ZonedDateFormatters>(linuxos::makeDateFormatterFactory());
   device = std::make_shared<simulation::SimulatedDevice>();
   userNotifications =
       std::make_shared<simulation::SimulatedUserNotificationCenter>(time.mainQueue(), geodesy);
-  if (const auto model = linux::LibraryBundle().resource("VelkModel", "momd")) {
+  if (const auto model = portable::LibraryBundle().resource("VelkModel", "momd")) {
     libraryBundle->setResource("VelkModel", "momd", *model);
   }
   return {
@@ -112,16 +112,16 @@ platform::Services SDKFixture::makeServices() {
       .log = log,
       .mainQueue = time.mainQueue(),
       .operationQueues = queues,
-      .notificationCenter = standard::makeNotificationCenter(),
-      .settings = standard::makeInMemorySettingsStore(),
+      .notificationCenter = portable::makeNotificationCenter(),
+      .settings = portable::makeInMemorySettingsStore(),
       .mainBundle = mainBundle,
       .libraryBundle = libraryBundle,
-      .text = linux::makeText(),
+      .text = linuxos::makeText(),
       .dateFormatters = dateFormatters,
-      .urls = linux::makeURLFormat(),
+      .urls = linuxos::makeURLFormat(),
       .urlSession = http,
       .persistentContainers =
-          std::make_shared<linux::SQLitePersistentContainerFactory>(directory.path() / "data"),
+          std::make_shared<linuxos::SQLitePersistentContainerFactory>(directory.path() / "data"),
       .geodesy = geodesy,
       .location = location,
       .userNotifications = userNotifications,
@@ -137,7 +137,7 @@ SDKFixture::~SDKFixture() {
 void SDKFixture::restartWith(const std::function<void(platform::Services&)>& change) {
   change(services);
   platform::install(services);
-  OvintaState::replace();
+  Library::replaceProcess();
   observeNotifications();
 }
 

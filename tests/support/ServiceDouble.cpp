@@ -5,7 +5,7 @@
 
 namespace ovinta::test {
 
-using namespace platform::linux::dbus;
+using namespace platform::linuxos::dbus;
 
 namespace {
 

@@ -16,7 +16,7 @@
 
 namespace ovinta::test {
 
-namespace dbus = platform::linux::dbus;
+namespace dbus = platform::linuxos::dbus;
 
 /// Stands for a service of the system on a private bus. It keeps objects with properties, which
 /// clients may read and write; its methods are the test's. May be used from any thread, also by the
@@ -29,7 +29,8 @@ class ServiceDouble {
   };
   /// The caller waits, for ever unless `answerLate` is called.
   struct NoAnswer {};
-  using Answer = std::variant<Glib::VariantContainerBase, platform::linux::dbus::Failure, NoAnswer>;
+  using Answer =
+      std::variant<Glib::VariantContainerBase, platform::linuxos::dbus::Failure, NoAnswer>;
 
   /// Owns the name at once. `methods`: the signature of each one's arguments. `handler` answers the
   /// calls, one at a time on a thread of its own; what it uses is declared before the double.
@@ -52,18 +53,20 @@ class ServiceDouble {
   void setForbidden(bool isForbidden);
 
   void addObject(const std::string& path, const std::string& interface,
-                 platform::linux::dbus::Properties properties = {});
+                 platform::linuxos::dbus::Properties properties = {});
   void removeObject(const std::string& path);
 
   /// Changes properties and tells everybody, or one connection, in one signal.
   void change(const std::string& path, const std::string& interface,
-              const platform::linux::dbus::Properties& changed,
+              const platform::linuxos::dbus::Properties& changed,
               const std::string& destination = {});
   /// The property of any type as it was set last, by whomever.
   template <class T>
   std::optional<T> property(const std::string& path, const std::string& interface,
                             const char* name) {
-    return sync([&] { return platform::linux::dbus::read<T>(objects_[{path, interface}], name); });
+    return sync([&] {
+      return platform::linuxos::dbus::read<T>(objects_[{path, interface}], name);
+    });
   }
 
   void emit(const std::string& path, const std::string& interface, const std::string& member,
@@ -97,7 +100,7 @@ class ServiceDouble {
   const std::function<Answer(const Call&)> handler_;
   GDBusConnection* connection_ = nullptr;
   bool isForbidden_ = false;
-  std::map<std::pair<std::string, std::string>, platform::linux::dbus::Properties> objects_;
+  std::map<std::pair<std::string, std::string>, platform::linuxos::dbus::Properties> objects_;
   std::vector<std::string> calls_;
   /// The calls that wait.
   std::vector<GDBusMessage*> waiting_;

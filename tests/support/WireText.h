@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "OvintaSDK/core/facade/Library.h"
 #include "OvintaSDK/model/wire/RecordCoding.h"
 #include "platform/JSON.h"
 
@@ -16,7 +17,7 @@ template <class T>
 T decoded(std::string_view json) {
   const auto document = platform::JSONDocument::parse(json);
   if (!document) throw platform::CodingError(platform::CodingError::Kind::dataCorrupted, "no JSON");
-  return wire::WireForm<T>::decode(document->root());
+  return wire::decode<T>(document->root(), Library::process().context()->dates());
 }
 
 /// Many members as one list.
@@ -29,7 +30,7 @@ std::vector<std::optional<std::string>> textsOf(const Texts&... texts) {
 template <class T>
 std::string encoded(const T& value) {
   platform::JSONWriter writer;
-  wire::WireForm<T>::encode(writer, value);
+  wire::encode(writer, value, Library::process().context()->dates());
   return writer.take();
 }
 

@@ -22,8 +22,8 @@ OrderDetails takeDetails(const Slots<Order>& slots, std::index_sequence<I...>) {
 
 }  // namespace
 
-OrderPtr WireForm<OrderPtr>::decode(const platform::JSONValue& value) {
-  const Slots<Order> slots(value);
+OrderPtr WireForm<OrderPtr>::decode(const platform::JSONValue& value, const Dates& dates) {
+  const Slots<Order> slots(value, dates);
   try {
     OrderDetails details = takeDetails(slots, std::make_index_sequence<detailPositions().second>{});
     return std::make_shared<Order>(std::move(details), slots.assemble<OrderProgress>());
@@ -34,13 +34,14 @@ OrderPtr WireForm<OrderPtr>::decode(const platform::JSONValue& value) {
   }
 }
 
-void WireForm<OrderPtr>::encode(platform::JSONWriter& writer, const OrderPtr& order) {
-  WireForm<Order>::encode(writer, *order);
+void WireForm<OrderPtr>::encode(platform::JSONWriter& writer, const OrderPtr& order,
+                                const Dates& dates) {
+  WireForm<Order>::encode(writer, *order, dates);
 }
 
-void WireForm<Order>::encode(platform::JSONWriter& writer, const Order& order) {
+void WireForm<Order>::encode(platform::JSONWriter& writer, const Order& order, const Dates& dates) {
   const OrderDetails& details = order;
-  encodeRecord<Order>(writer, details, order.progress());
+  encodeRecord<Order>(writer, dates, details, order.progress());
 }
 
 }  // namespace ovinta::wire

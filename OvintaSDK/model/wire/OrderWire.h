@@ -59,14 +59,14 @@ struct WireTable<Order> {
 /// one go from its fields in wire order.
 template <>
 struct WireForm<OrderPtr> {
-  static OrderPtr decode(const platform::JSONValue& value);
-  static void encode(platform::JSONWriter& writer, const OrderPtr& order);
+  static OrderPtr decode(const platform::JSONValue& value, const Dates& dates);
+  static void encode(platform::JSONWriter& writer, const OrderPtr& order, const Dates& dates);
 };
 
 /// Written only.
 template <>
 struct WireForm<Order> {
-  static void encode(platform::JSONWriter& writer, const Order& order);
+  static void encode(platform::JSONWriter& writer, const Order& order, const Dates& dates);
 };
 
 template <>

@@ -36,7 +36,7 @@ class Slots {
  public:
   /// Finds the values in one walk over the object's members; of a key given twice the last counts,
   /// unknown keys are ignored.
-  explicit Slots(const platform::JSONValue& object) {
+  Slots(const platform::JSONValue& object, const Dates& dates) : dates_(dates) {
     if (object.kind() != platform::JSONValue::Kind::object) throwMismatch(object, "an object");
     platform::JSONObjectCursor cursor(object);
     std::string_view key;
@@ -53,10 +53,9 @@ class Slots {
     try {
       if constexpr (kIsOptional<Value>) {
         const bool isPresent = values_[I] && values_[I]->kind() != platform::JSONValue::Kind::null;
-        return isPresent ? Value(WireForm<typename Value::value_type>::decode(*values_[I]))
-                         : Value();
+        return isPresent ? Value(decode<typename Value::value_type>(*values_[I], dates_)) : Value();
       } else {
-        return WireForm<Value>::decode(required(I));
+        return decode<Value>(required(I), dates_);
       }
     } catch (platform::CodingError& error) {
       if (values_[I]) error.prependKey(kKeys[I]);
@@ -97,12 +96,14 @@ class Slots {
       [](const auto&... field) { return std::array{field.key...}; }, WireTable<Record>::kFields);
   static constexpr KeyIndex<kFieldCount<Record>> kIndex{kKeys};
 
+  const Dates& dates_;
   std::array<std::optional<platform::JSONValue>, kFieldCount<Record>> values_;
 };
 
 /// Writes a field's value under its key; an absent one is left out or, if the table says so, null.
 template <class Members, class Owner>
-void encodeField(platform::JSONWriter& writer, const Members& field, const Owner& owner) {
+void encodeField(platform::JSONWriter& writer, const Members& field, const Owner& owner,
+                 const Dates& dates) {
   const auto& value = field.in(owner);
   using T = std::remove_cvref_t<decltype(value)>;
   try {
@@ -110,10 +111,10 @@ void encodeField(platform::JSONWriter& writer, const Members& field, const Owner
       if (!value && !field.writesNull) return;
       writer.key(field.key);
       if (!value) return writer.null();
-      WireForm<typename T::value_type>::encode(writer, *value);
+      encode(writer, *value, dates);
     } else {
       writer.key(field.key);
-      WireForm<T>::encode(writer, value);
+      encode(writer, value, dates);
     }
   } catch (platform::CodingError& error) {
     error.prependKey(field.key);
@@ -124,13 +125,13 @@ void encodeField(platform::JSONWriter& writer, const Members& field, const Owner
 /// Writes a record as an object. `parts` are the structures that the paths of its table start from:
 /// mostly the record itself.
 template <class Record, class... Parts>
-void encodeRecord(platform::JSONWriter& writer, const Parts&... parts) {
+void encodeRecord(platform::JSONWriter& writer, const Dates& dates, const Parts&... parts) {
   const std::tuple<const Parts&...> owners(parts...);
   writer.beginObject();
   forEachField<Record>([&](auto position) {
     using Owner = typename FieldAt<Record, position()>::Owner;
     encodeField(writer, std::get<position()>(WireTable<Record>::kFields),
-                std::get<const Owner&>(owners));
+                std::get<const Owner&>(owners), dates);
   });
   writer.endObject();
 }
@@ -138,22 +139,24 @@ void encodeRecord(platform::JSONWriter& writer, const Parts&... parts) {
 /// Records with a table and plain members.
 template <HasWireTable Record>
 struct WireForm<Record> {
-  static Record decode(const platform::JSONValue& value) {
-    return Slots<Record>(value).template assemble<Record>();
+  static Record decode(const platform::JSONValue& value, const Dates& dates) {
+    return Slots<Record>(value, dates).template assemble<Record>();
   }
-  static void encode(platform::JSONWriter& writer, const Record& record) {
-    encodeRecord<Record>(writer, record);
+  static void encode(platform::JSONWriter& writer, const Record& record, const Dates& dates) {
+    encodeRecord<Record>(writer, dates, record);
   }
 };
 
 /// Records that are handed out by shared pointer.
 template <HasWireTable Record>
 struct WireForm<std::shared_ptr<const Record>> {
-  static std::shared_ptr<const Record> decode(const platform::JSONValue& value) {
-    return std::make_shared<const Record>(WireForm<Record>::decode(value));
+  static std::shared_ptr<const Record> decode(const platform::JSONValue& value,
+                                              const Dates& dates) {
+    return std::make_shared<const Record>(WireForm<Record>::decode(value, dates));
   }
-  static void encode(platform::JSONWriter& writer, const std::shared_ptr<const Record>& record) {
-    WireForm<Record>::encode(writer, *record);
+  static void encode(platform::JSONWriter& writer, const std::shared_ptr<const Record>& record,
+                     const Dates& dates) {
+    WireForm<Record>::encode(writer, *record, dates);
   }
 };
 

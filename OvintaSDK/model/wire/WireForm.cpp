@@ -2,7 +2,6 @@
 
 #include <cmath>
 
-#include "OvintaSDK/core/OvintaState.h"
 #include "OvintaSDK/model/PickupWindow.h"
 
 namespace ovinta::wire {
@@ -77,28 +76,29 @@ void WireForm<platform::UUID>::encode(JSONWriter& writer, const platform::UUID& 
   writer.string(uuid.text());
 }
 
-Date WireForm<Date>::decode(const JSONValue& value) {
+Date WireForm<Date>::decode(const JSONValue& value, const Dates& dates) {
   const std::string_view text = expect(value.string(), value, "a string");
-  const auto date = OvintaState::current().serviceDateFormatter().date(text);
+  const auto date = dates.service().date(text);
   if (!date) throwCorrupted("Date string does not match format expected by formatter.");
   return *date;
 }
 
-void WireForm<Date>::encode(JSONWriter& writer, Date date) {
-  writer.string(OvintaState::current().serviceDateFormatter().string(date));
+void WireForm<Date>::encode(JSONWriter& writer, Date date, const Dates& dates) {
+  writer.string(dates.service().string(date));
 }
 
-PickupWindow WireForm<PickupWindow>::decode(const JSONValue& value) {
+PickupWindow WireForm<PickupWindow>::decode(const JSONValue& value, const Dates& dates) {
   const auto pieces = splitAtSlashes(expect(value.string(), value, "a string"));
-  const platform::DateFormatter& formatter = OvintaState::current().pickupWindowFormatter();
+  const platform::DateFormatter& formatter = dates.pickupWindow();
   const auto start = pieces.size() == 2 ? formatter.date(pieces[0]) : std::nullopt;
   const auto end = start ? formatter.date(pieces[1]) : std::nullopt;
   if (!end) throwCorrupted("Invalid date range format");
   return {*start, *end};
 }
 
-void WireForm<PickupWindow>::encode(JSONWriter& writer, const PickupWindow& window) {
-  const platform::DateFormatter& formatter = OvintaState::current().pickupWindowFormatter();
+void WireForm<PickupWindow>::encode(JSONWriter& writer, const PickupWindow& window,
+                                    const Dates& dates) {
+  const platform::DateFormatter& formatter = dates.pickupWindow();
   writer.string(formatter.string(window.start) + "/" + formatter.string(window.end));
 }
 

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "OvintaSDK/core/Dates.h"
 #include "OvintaSDK/model/StateTable.h"
 #include "platform/Date.h"
 #include "platform/JSON.h"
@@ -18,9 +19,28 @@ struct PickupWindow;
 namespace ovinta::wire {
 
 /// How a type is read from and written to JSON: `decode(JSONValue)` and `encode(JSONWriter&,
-/// value)`. Both throw `platform::CodingError`.
+/// value)`, each with the `Dates` as a last argument where the type holds dates. Both throw
+/// `platform::CodingError`.
 template <class T>
 struct WireForm;
+
+template <class T>
+T decode(const platform::JSONValue& value, const Dates& dates) {
+  if constexpr (requires { WireForm<T>::decode(value, dates); }) {
+    return WireForm<T>::decode(value, dates);
+  } else {
+    return WireForm<T>::decode(value);
+  }
+}
+
+template <class T>
+void encode(platform::JSONWriter& writer, const T& value, const Dates& dates) {
+  if constexpr (requires { WireForm<T>::encode(writer, value, dates); }) {
+    WireForm<T>::encode(writer, value, dates);
+  } else {
+    WireForm<T>::encode(writer, value);
+  }
+}
 
 /// The document of a JSON text. Throws `platform::CodingError`.
 platform::JSONDocument parseDocument(std::string_view text);
@@ -94,15 +114,15 @@ struct WireForm<platform::UUID> {
 /// Instants of the service, e.g. "2021-03-04T20:30:00.000Z".
 template <>
 struct WireForm<platform::Date> {
-  static platform::Date decode(const platform::JSONValue& value);
-  static void encode(platform::JSONWriter& writer, platform::Date date);
+  static platform::Date decode(const platform::JSONValue& value, const Dates& dates);
+  static void encode(platform::JSONWriter& writer, platform::Date date, const Dates& dates);
 };
 
 /// Two instants in the device's zone joined by "/".
 template <>
 struct WireForm<PickupWindow> {
-  static PickupWindow decode(const platform::JSONValue& value);
-  static void encode(platform::JSONWriter& writer, const PickupWindow& window);
+  static PickupWindow decode(const platform::JSONValue& value, const Dates& dates);
+  static void encode(platform::JSONWriter& writer, const PickupWindow& window, const Dates& dates);
 };
 
 template <class State>
@@ -124,7 +144,7 @@ struct WireForm<State> {
 
 template <class T>
 struct WireForm<std::vector<T>> {
-  static std::vector<T> decode(const platform::JSONValue& value) {
+  static std::vector<T> decode(const platform::JSONValue& value, const Dates& dates) {
     if (value.kind() != platform::JSONValue::Kind::array) throwMismatch(value, "an array");
     platform::JSONArrayCursor cursor(value);
     std::vector<T> elements;
@@ -132,7 +152,7 @@ struct WireForm<std::vector<T>> {
     platform::JSONValue element;
     while (cursor.next(element)) {
       try {
-        elements.push_back(WireForm<T>::decode(element));
+        elements.push_back(wire::decode<T>(element, dates));
       } catch (platform::CodingError& error) {
         error.prependIndex(elements.size());
         throw;
@@ -140,11 +160,12 @@ struct WireForm<std::vector<T>> {
     }
     return elements;
   }
-  static void encode(platform::JSONWriter& writer, const std::vector<T>& elements) {
+  static void encode(platform::JSONWriter& writer, const std::vector<T>& elements,
+                     const Dates& dates) {
     writer.beginArray();
     for (std::size_t index = 0; index < elements.size(); ++index) {
       try {
-        WireForm<T>::encode(writer, elements[index]);
+        wire::encode(writer, elements[index], dates);
       } catch (platform::CodingError& error) {
         error.prependIndex(index);
         throw;

@@ -9,7 +9,7 @@ using Cpp = ovinta::Averager;
 }
 
 - (instancetype)init {
-  return [self initWithHeld:twins::hold(Cpp{})];
+  return [self initWithNative:twins::wrap(Cpp{})];
 }
 
 OVINTA_GETTER(int64_t, maxCount)

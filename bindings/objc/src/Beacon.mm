@@ -9,8 +9,8 @@ using Cpp = ovinta::Beacon;
                            distance:(Averager*)distance
                           scannedAt:(NSDate*)scannedAt {
   return [self
-      initWithHeld:twins::initialising(self, [&] {
-        return twins::hold(Cpp{.identifiers = twins::object<ovinta::BeaconIdentifiers>(identifiers),
+      initWithNative:twins::initialising(self, [&] {
+        return twins::wrap(Cpp{.identifiers = twins::object<ovinta::BeaconIdentifiers>(identifiers),
                                .rssi = twins::object<ovinta::Averager>(rssi),
                                .distance = twins::object<ovinta::Averager>(distance),
                                .scannedAt = twins::date(scannedAt)});

@@ -5,8 +5,8 @@ using Cpp = ovinta::BeaconIdentifiers;
 @implementation BeaconIdentifiers
 
 - (instancetype)initWithUuid:(NSUUID*)uuid major:(uint16_t)major minor:(uint16_t)minor {
-  return [self initWithHeld:twins::initialising(self, [&] {
-                 return twins::hold(Cpp{.uuid = twins::uuid(uuid), .major = major, .minor = minor});
+  return [self initWithNative:twins::initialising(self, [&] {
+                 return twins::wrap(Cpp{.uuid = twins::uuid(uuid), .major = major, .minor = minor});
                })];
 }
 

@@ -5,8 +5,8 @@ using Cpp = ovinta::BeaconRegion;
 @implementation BeaconRegion
 
 - (instancetype)initWithUuid:(NSUUID*)uuid major:(NSNumber*)major minor:(NSNumber*)minor {
-  return [self initWithHeld:twins::initialising(self, [&] {
-                 return twins::hold(Cpp{.uuid = twins::uuid(uuid),
+  return [self initWithNative:twins::initialising(self, [&] {
+                 return twins::wrap(Cpp{.uuid = twins::uuid(uuid),
                                         .major = twins::optionalNumber<uint16_t>(major),
                                         .minor = twins::optionalNumber<uint16_t>(minor)});
                })];

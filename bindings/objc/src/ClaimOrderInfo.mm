@@ -13,8 +13,8 @@ using Cpp = ovinta::ClaimOrderInfo;
                             customerName:(NSString*)customerName
                            customerPhone:(NSString*)customerPhone
                                pushToken:(NSString*)pushToken {
-  return [self initWithHeld:twins::initialising(self, [&] {
-                 return twins::hold(Cpp{.customerCarColor = optionalText(customerCarColor),
+  return [self initWithNative:twins::initialising(self, [&] {
+                 return twins::wrap(Cpp{.customerCarColor = optionalText(customerCarColor),
                                         .customerCarType = optionalText(customerCarType),
                                         .customerLicensePlate = optionalText(customerLicensePlate),
                                         .customerName = optionalText(customerName),
@@ -27,8 +27,8 @@ using Cpp = ovinta::ClaimOrderInfo;
                            pushToken:(NSString*)pushToken
                           pickupType:(NSString*)pickupType {
   return [self
-      initWithHeld:twins::initialising(self, [&] {
-        return twins::hold(Cpp::withCustomerInfo(twins::object<ovinta::CustomerInfo>(customerInfo),
+      initWithNative:twins::initialising(self, [&] {
+        return twins::wrap(Cpp::withCustomerInfo(twins::object<ovinta::CustomerInfo>(customerInfo),
                                                  text(pushToken), optionalText(pickupType)));
       })];
 }

@@ -11,7 +11,7 @@
 #include <vector>
 
 #import "bindings/objc/src/IdentityMap.h"
-#import "bindings/objc/src/OvintaRecord+Held.h"
+#import "bindings/objc/src/OvintaRecord+Native.h"
 #import "bindings/objc/src/TwinClasses.h"
 #import "bindings/objc/src/Values.h"
 
@@ -30,7 +30,7 @@ requires std::is_enum_v<T> NSInteger toObjC(T value) { return static_cast<NSInte
 
 template <HasTwin T>
 auto* toObjC(const T& value) {
-  return [[TwinClass<T>::alloc() initWithHeld:hold(value)] autorelease];
+  return [[TwinClass<T>::alloc() initWithNative:wrap(value)] autorelease];
 }
 
 /// One twin for each object, as long as anyone holds it.
@@ -41,7 +41,7 @@ auto* toObjC(const std::shared_ptr<T>& object) {
   using Instance = typename Twin::Instance;
   if (!object) return static_cast<Instance*>(nil);
   return static_cast<Instance*>(IdentityMap::shared().twin(
-      object.get(), [&object]() -> id { return [Twin::alloc() initWithHeld:hold(object)]; }));
+      object.get(), [&object]() -> id { return [Twin::alloc() initWithNative:wrap(object)]; }));
 }
 
 template <class T>
@@ -88,8 +88,8 @@ NSDictionary* toObjC(const std::map<std::string, T>& map) {
 template <HasTwin T>
 auto& object(OvintaRecord* twin) {
   using HandleType = typename Handle<T>::Type;
-  Held& held = [requireClass(twin, TwinClass<T>::get()) held];
-  auto& value = static_cast<Holding<HandleType>&>(held).value;
+  Native& native = [requireClass(twin, TwinClass<T>::get()) native];
+  auto& value = static_cast<NativeOf<HandleType>&>(native).value;
   if constexpr (kIsShared<HandleType>) {
     return *value;
   } else {
@@ -100,8 +100,8 @@ auto& object(OvintaRecord* twin) {
 /// The pointer by which the library knows the twin's object.
 template <HasTwin T>
 const auto& handle(OvintaRecord* twin) {
-  Held& held = [requireClass(twin, TwinClass<T>::get()) held];
-  return static_cast<Holding<typename Handle<T>::Type>&>(held).value;
+  Native& native = [requireClass(twin, TwinClass<T>::get()) native];
+  return static_cast<NativeOf<typename Handle<T>::Type>&>(native).value;
 }
 
 /// Absent for nil, here and in all that follow.

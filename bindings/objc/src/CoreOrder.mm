@@ -14,10 +14,10 @@ using Cpp = ovinta::CoreOrder;
 - (instancetype)initWithEntity:(OvintaEntityDescription*)entity
     insertIntoManagedObjectContext:(OvintaManagedObjectContext*)context {
   return
-      [self initWithHeld:twins::initialising(self, [&] {
+      [self initWithNative:twins::initialising(self, [&] {
               const auto* const store =
                   context ? static_cast<const twins::OpenStore*>(context->store_) : nullptr;
-              return twins::hold(twins::callLibrary([&] {
+              return twins::wrap(twins::callLibrary([&] {
                 return Cpp::withEntity(twins::object<ovinta::platform::EntityDescription>(entity),
                                        store ? store->context.get() : nullptr);
               }));

@@ -41,8 +41,8 @@ using Cpp = ovinta::CreateOrderInfo;
                  customerPhone:(NSString*)customerPhone
                      pushToken:(NSString*)pushToken
                   pickupWindow:(PickupWindow*)pickupWindow {
-  return [self initWithHeld:twins::initialising(self, [&] {
-                 return twins::hold(Cpp{
+  return [self initWithNative:twins::initialising(self, [&] {
+                 return twins::wrap(Cpp{
                      .siteID = siteID,
                      .partnerIdentifier = text(partnerIdentifier),
                      .customerCarColor = optionalText(customerCarColor),
@@ -76,8 +76,8 @@ using Cpp = ovinta::CreateOrderInfo;
                   customerInfo:(CustomerInfo*)customerInfo
                      pushToken:(NSString*)pushToken
                   pickupWindow:(PickupWindow*)pickupWindow {
-  return [self initWithHeld:twins::initialising(self, [&] {
-                 return twins::hold(Cpp::withCustomerInfo(
+  return [self initWithNative:twins::initialising(self, [&] {
+                 return twins::wrap(Cpp::withCustomerInfo(
                      siteID, text(partnerIdentifier), object<ovinta::CustomerInfo>(customerInfo),
                      optionalText(pushToken), std::nullopt,
                      twins::optionalObject<ovinta::PickupWindow>(pickupWindow)));

@@ -5,8 +5,8 @@ using Cpp = ovinta::CustomerConsent;
 @implementation CustomerConsent
 
 - (instancetype)initWithTermsOfService:(BOOL)termsOfService ageVerification:(BOOL)ageVerification {
-  return [self initWithHeld:twins::hold(Cpp{.termsOfService = termsOfService != NO,
-                                            .ageVerification = ageVerification != NO})];
+  return [self initWithNative:twins::wrap(Cpp{.termsOfService = termsOfService != NO,
+                                              .ageVerification = ageVerification != NO})];
 }
 
 OVINTA_GETTER(BOOL, termsOfService)

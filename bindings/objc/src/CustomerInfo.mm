@@ -9,8 +9,8 @@ using Cpp = ovinta::CustomerInfo;
                     carColor:(NSString*)carColor
                 licensePlate:(NSString*)licensePlate
                        phone:(NSString*)phone {
-  return [self initWithHeld:twins::initialising(self, [&] {
-                 return twins::hold(Cpp{.name = twins::text(name),
+  return [self initWithNative:twins::initialising(self, [&] {
+                 return twins::wrap(Cpp{.name = twins::text(name),
                                         .carType = twins::optionalText(carType),
                                         .carColor = twins::optionalText(carColor),
                                         .licensePlate = twins::optionalText(licensePlate),

@@ -5,8 +5,8 @@ using Cpp = ovinta::LoginInfo;
 @implementation LoginInfo
 
 - (instancetype)initWithEmailAddress:(NSString*)emailAddress password:(NSString*)password {
-  return [self initWithHeld:twins::initialising(self, [&] {
-                 return twins::hold(Cpp{.emailAddress = twins::text(emailAddress),
+  return [self initWithNative:twins::initialising(self, [&] {
+                 return twins::wrap(Cpp{.emailAddress = twins::text(emailAddress),
                                         .password = twins::text(password)});
                })];
 }

@@ -5,10 +5,10 @@ using Cpp = ovinta::NotificationInfo;
 @implementation NotificationInfo
 
 - (instancetype)initWithTitle:(NSString*)title content:(NSString*)content data:(NSDictionary*)data {
-  self = [self initWithHeld:twins::initialising(self, [&] {
+  self = [self initWithNative:twins::initialising(self, [&] {
                  Cpp info{.title = twins::text(title), .content = twins::text(content)};
                  if (data) info.data = twins::dictionary(data);
-                 return twins::hold(std::move(info));
+                 return twins::wrap(std::move(info));
                })];
   if (self) given_ = [data copy];
   return self;

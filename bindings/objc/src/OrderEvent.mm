@@ -1,6 +1,6 @@
 #import "bindings/objc/src/Conversion.h"
 
-using twins::hold;
+using twins::wrap;
 
 using Cpp = ovinta::OrderEvent;
 
@@ -39,22 +39,22 @@ OVINTA_EVENT_TYPE(customerRating)
                   customerState:(CustomerState)customerState
                      etaSeconds:(NSNumber*)etaSeconds {
   return [self
-      initWithHeld:twins::initialising(self, [&] {
-        return hold(Cpp::customerStateChange(
+      initWithNative:twins::initialising(self, [&] {
+        return wrap(Cpp::customerStateChange(
             orderID, twins::state<ovinta::CustomerState>(customerState), estimate(etaSeconds)));
       })];
 }
 
 - (instancetype)initWithOrderID:(int64_t)orderID state:(OrderState)state {
-  return [self initWithHeld:twins::initialising(self, [&] {
-                 return hold(Cpp::stateChange(orderID, twins::state<ovinta::OrderState>(state)));
+  return [self initWithNative:twins::initialising(self, [&] {
+                 return wrap(Cpp::stateChange(orderID, twins::state<ovinta::OrderState>(state)));
                })];
 }
 
 - (instancetype)initWithOrderID:(int64_t)orderID
              locationAuthStatus:(LocationAuthStatus)locationAuthStatus {
-  return [self initWithHeld:twins::initialising(self, [&] {
-                 return hold(Cpp::permissionUpdate(
+  return [self initWithNative:twins::initialising(self, [&] {
+                 return wrap(Cpp::permissionUpdate(
                      orderID, twins::state<ovinta::LocationAuthStatus>(locationAuthStatus)));
                })];
 }
@@ -63,8 +63,8 @@ OVINTA_EVENT_TYPE(customerRating)
                  customerRating:(int64_t)customerRating
                customerComments:(NSString*)customerComments {
   return [self
-      initWithHeld:twins::initialising(self, [&] {
-        return hold(Cpp::rating(orderID, customerRating, twins::optionalText(customerComments)));
+      initWithNative:twins::initialising(self, [&] {
+        return wrap(Cpp::rating(orderID, customerRating, twins::optionalText(customerComments)));
       })];
 }
 

@@ -1,7 +1,5 @@
 #import "bindings/objc/src/Blocks.h"
 
-#include "OvintaSDK/orders/OrdersPushTokens.h"
-
 using twins::callLibrary;
 using twins::object;
 using twins::optionalText;
@@ -97,11 +95,11 @@ OVINTA_ORDER_LIST(closed, setClosed)
 }
 
 - (void)updatePushTokensWithNewPushToken:(NSString*)pushToken {
-  callLibrary([&] { ovinta::OrdersPushTokens(manager()).updateWithNewPushToken(text(pushToken)); });
+  callLibrary([&] { manager().updatePushTokensWithNewPushToken(text(pushToken)); });
 }
 
 - (void)updateOrdersWithNoPushToken {
-  callLibrary([] { ovinta::OrdersPushTokens(manager()).updateOrdersWithNoPushToken(); });
+  callLibrary([] { manager().updateOrdersWithNoPushToken(); });
 }
 
 - (void)eventWithOrder:(Order*)order

@@ -10,16 +10,17 @@ namespace platform = ovinta::platform;
 
 + (void)installWithApplicationID:(NSString*)applicationID {
   twins::callLibrary([&] {
-    platform::install(platform::linux::makeServices({.applicationID = twins::text(applicationID)}));
+    platform::install(
+        platform::linuxos::makeServices({.applicationID = twins::text(applicationID)}));
   });
 }
 
 + (void)runMainLoop {
-  twins::callLibrary([] { platform::linux::runMainLoop(); });
+  twins::callLibrary([] { platform::linuxos::runMainLoop(); });
 }
 
 + (void)quitMainLoop {
-  twins::callLibrary([] { platform::linux::quitMainLoop(); });
+  twins::callLibrary([] { platform::linuxos::quitMainLoop(); });
 }
 
 @end

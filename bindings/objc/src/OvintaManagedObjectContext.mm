@@ -4,6 +4,8 @@
 #import "bindings/objc/src/Conversion.h"
 #import "bindings/objc/src/ObjectStore.h"
 
+#include "OvintaSDK/core/OrderStoreContainer.h"
+
 namespace platform = ovinta::platform;
 using twins::OpenStore;
 using StoreFailure = std::optional<platform::StoreError>;
@@ -20,12 +22,11 @@ bool succeeded(const StoreFailure& failure, NSError** error) {
 }
 
 StoreFailure open(OpenStore& store) {
-  constexpr std::string_view kModelName = "VelkModel";
   const platform::Services& services = platform::services();
-  const auto compiled = services.libraryBundle->resource(kModelName, "momd");
-  const auto model = platform::ManagedObjectModel::parse(compiled.value_or(""));
+  auto model = ovinta::orderStoreModel(services);
   if (!model) return platform::StoreError{.localizedDescription = "The model is missing"};
-  store.container = services.persistentContainers->makeContainer(kModelName, *model);
+  store.container =
+      services.persistentContainers->makeContainer(ovinta::kOrderStoreName, *std::move(model));
   StoreFailure failure;
   store.container->loadPersistentStores(
       [&failure](const auto&, const auto& error) { failure = error; });
@@ -38,8 +39,8 @@ StoreFailure open(OpenStore& store) {
 @implementation OvintaEntityDescription
 
 - (instancetype)initWithName:(NSString*)name {
-  return [self initWithHeld:twins::initialising(self, [&] {
-                 return twins::hold(
+  return [self initWithNative:twins::initialising(self, [&] {
+                 return twins::wrap(
                      platform::EntityDescription{.name = twins::text(name), .attributes = {}});
                })];
 }

@@ -1,5 +1,5 @@
 #import "bindings/objc/src/IdentityMap.h"
-#import "bindings/objc/src/OvintaRecord+Held.h"
+#import "bindings/objc/src/OvintaRecord+Native.h"
 
 @implementation OvintaRecord
 
@@ -9,34 +9,34 @@
   return nil;
 }
 
-- (instancetype)initWithHeld:(std::unique_ptr<twins::Held>)held {
-  if ((self = [super init])) held_ = held.release();
+- (instancetype)initWithNative:(std::unique_ptr<twins::Native>)native {
+  if ((self = [super init])) native_ = native.release();
   return self;
 }
 
 - (void)dealloc {
-  delete static_cast<twins::Held*>(held_);
+  delete static_cast<twins::Native*>(native_);
   [super dealloc];
 }
 
-- (twins::Held&)held {
-  return *static_cast<twins::Held*>(held_);
+- (twins::Native&)native {
+  return *static_cast<twins::Native*>(native_);
 }
 
 - (oneway void)release {
-  const void* const object = held_ ? static_cast<twins::Held*>(held_)->identity() : nullptr;
+  const void* const object = native_ ? static_cast<twins::Native*>(native_)->identity() : nullptr;
   std::unique_lock<std::mutex> lock;
   if (object) lock = twins::IdentityMap::shared().beginRelease(self, object);
   [super release];
 }
 
 - (BOOL)isEqual:(id)other {
-  return other == self ||
-         ([other isMemberOfClass:[self class]] && [self held].equals([(OvintaRecord*)other held]));
+  return other == self || ([other isMemberOfClass:[self class]] &&
+                           [self native].equals([(OvintaRecord*)other native]));
 }
 
 - (NSUInteger)hash {
-  return [self held].hash();
+  return [self native].hash();
 }
 
 @end

@@ -5,14 +5,14 @@ using Cpp = ovinta::PickupWindow;
 @implementation PickupWindow
 
 - (instancetype)initWithStart:(NSDate*)start end:(NSDate*)end {
-  return [self initWithHeld:twins::initialising(self, [&] {
-                 return twins::hold(Cpp(twins::date(start), twins::date(end)));
+  return [self initWithNative:twins::initialising(self, [&] {
+                 return twins::wrap(Cpp(twins::date(start), twins::date(end)));
                })];
 }
 
 - (instancetype)init:(NSDate*)date {
-  return [self
-      initWithHeld:twins::initialising(self, [&] { return twins::hold(Cpp(twins::date(date))); })];
+  return [self initWithNative:twins::initialising(
+                                  self, [&] { return twins::wrap(Cpp(twins::date(date))); })];
 }
 
 OVINTA_GETTER(NSDate*, start)

@@ -19,8 +19,8 @@ namespace platform = ovinta::platform;
               horizontalAccuracy:(double)horizontalAccuracy
                            speed:(double)speed
                        timestamp:(NSDate*)timestamp {
-  return [self initWithHeld:twins::initialising(self, [&] {
-                 return twins::hold(platform::Location{
+  return [self initWithNative:twins::initialising(self, [&] {
+                 return twins::wrap(platform::Location{
                      .coordinate = {.latitude = latitude, .longitude = longitude},
                      .horizontalAccuracy = horizontalAccuracy,
                      .speed = speed,
@@ -58,8 +58,8 @@ namespace platform = ovinta::platform;
                        longitude:(double)longitude
                           radius:(double)radius
                       identifier:(NSString*)identifier {
-  return [self initWithHeld:twins::initialising(self, [&] {
-                 return twins::hold(platform::CircularRegion{
+  return [self initWithNative:twins::initialising(self, [&] {
+                 return twins::wrap(platform::CircularRegion{
                      .center = {.latitude = latitude, .longitude = longitude},
                      .radius = radius,
                      .identifier = twins::text(identifier)});

@@ -5,8 +5,8 @@ using Cpp = ovinta::RequestPasswordReset;
 @implementation RequestPasswordReset
 
 - (instancetype)initWithEmail:(NSString*)email {
-  return [self initWithHeld:twins::initialising(self, [&] {
-                 return twins::hold(Cpp{.email = twins::text(email)});
+  return [self initWithNative:twins::initialising(self, [&] {
+                 return twins::wrap(Cpp{.email = twins::text(email)});
                })];
 }
 

@@ -7,8 +7,8 @@ using Cpp = ovinta::SetNewPassword;
 - (instancetype)initWithResetPasswordToken:(NSString*)resetPasswordToken
                                   password:(NSString*)password
                               confirmation:(NSString*)confirmation {
-  return [self initWithHeld:twins::initialising(self, [&] {
-                 return twins::hold(Cpp{.resetPasswordToken = twins::text(resetPasswordToken),
+  return [self initWithNative:twins::initialising(self, [&] {
+                 return twins::wrap(Cpp{.resetPasswordToken = twins::text(resetPasswordToken),
                                         .password = twins::text(password),
                                         .confirmation = twins::text(confirmation)});
                })];

@@ -7,8 +7,8 @@ using Cpp = ovinta::SignUpInfo;
 - (instancetype)initWithEmailAddress:(NSString*)emailAddress
                             password:(NSString*)password
                 passwordConfirmation:(NSString*)passwordConfirmation {
-  return [self initWithHeld:twins::initialising(self, [&] {
-                 return twins::hold(Cpp{.emailAddress = twins::text(emailAddress),
+  return [self initWithNative:twins::initialising(self, [&] {
+                 return twins::wrap(Cpp{.emailAddress = twins::text(emailAddress),
                                         .password = twins::text(password),
                                         .passwordConfirmation = twins::text(passwordConfirmation)});
                })];

@@ -5,8 +5,8 @@ using Cpp = ovinta::UpdateOrderInfo;
 @implementation UpdateOrderInfo
 
 - (instancetype)initWithPushToken:(NSString*)pushToken {
-  return [self initWithHeld:twins::initialising(self, [&] {
-                 return twins::hold(Cpp{.pushToken = twins::text(pushToken)});
+  return [self initWithNative:twins::initialising(self, [&] {
+                 return twins::wrap(Cpp{.pushToken = twins::text(pushToken)});
                })];
 }
 

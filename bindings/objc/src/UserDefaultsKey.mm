@@ -22,7 +22,7 @@ OVINTA_KEY(lastKnownAuthStatus)
 
 - (instancetype)initWithRawValue:(NSString*)rawValue {
   if (const auto key = Cpp::fromRawValue(twins::text(rawValue))) {
-    return [self initWithHeld:twins::hold(*key)];
+    return [self initWithNative:twins::wrap(*key)];
   }
   [self release];
   return nil;

@@ -3,7 +3,7 @@
 #include <cstdlib>
 #include <utility>
 
-namespace ovinta::platform::linux::dbus {
+namespace ovinta::platform::linuxos::dbus {
 namespace {
 
 std::string fromEnvironment(const char* name, const std::string& otherwise) {
@@ -40,11 +40,11 @@ Bus::Bus(std::string address, std::shared_ptr<MainQueue> mainQueue, std::shared_
       link_(std::move(address), std::move(log),
             [this](TimeInterval delay) {
               mainQueue_->asyncAfter(
-                  delay, life_.guard([this] { thread_.post([this] { link_.retry(); }); }));
+                  delay, lifetime_.guard([this] { thread_.post([this] { link_.retry(); }); }));
             }),
       thread_("ovinta-dbus", [this] { link_.drop(); }) {
   static std::once_flag once;
-  std::call_once(once, &ExitAwareThread::stopAllAtExit);
+  std::call_once(once, &portable::ExitAwareThread::stopAllAtExit);
 }
 
 Bus::~Bus() = default;
@@ -52,7 +52,7 @@ Bus::~Bus() = default;
 void Bus::call(MethodCall call, std::function<void(Reply)> completion) {
   // Moved from hand to hand, so that what the completion holds is let go on the main thread.
   auto answer = [queue = mainQueue_,
-                 completion = life_.guard(std::move(completion))](Reply reply) mutable {
+                 completion = lifetime_.guard(std::move(completion))](Reply reply) mutable {
     queue->async(
         [completion = std::move(completion), reply = std::move(reply)] { completion(reply); });
   };
@@ -86,4 +86,4 @@ Bus::Registration::~Registration() {
   bus_.thread_.post([&link = bus_.link_, key = handler_.get()] { link.remove(key); });
 }
 
-}  // namespace ovinta::platform::linux::dbus
+}  // namespace ovinta::platform::linuxos::dbus

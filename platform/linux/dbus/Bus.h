@@ -9,13 +9,13 @@
 #include "platform/linux/dbus/BusLink.h"
 #include "platform/linux/dbus/ContextThread.h"
 #include "platform/linux/dbus/Message.h"
-#include "platform/standard/Life.h"
+#include "platform/portable/Lifetime.h"
 
-namespace ovinta::platform::linux::dbus {
+namespace ovinta::platform::linuxos::dbus {
 
-/// Where the system's bus is to be found, as the environment says or else where it usually lies.
+/// The address of the system's bus, as the environment says or else the usual one.
 std::string systemBusAddress();
-/// The same of the bus of the user's session.
+/// The address of the bus of the user's session, as the environment says or else the usual one.
 std::string sessionBusAddress();
 
 /// One bus of the machine. Connects when it is first used, on a thread of its own, so that nothing
@@ -54,8 +54,8 @@ class Bus {
 
  private:
   const std::shared_ptr<MainQueue> mainQueue_;
-  const standard::Life life_;
-  /// Used on the thread alone.
+  const portable::Lifetime lifetime_;
+  /// The link is used on the bus's thread alone.
   BusLink link_;
   ContextThread thread_;
 };
@@ -69,8 +69,9 @@ class Bus::Registration {
 
  private:
   Bus& bus_;
-  /// The function; what waits in the main queue holds it weakly. Its address is the key.
+  /// The handler's function. What waits in the main queue holds it weakly, and its address is the
+  /// key of the link's registration.
   const std::shared_ptr<void> handler_;
 };
 
-}  // namespace ovinta::platform::linux::dbus
+}  // namespace ovinta::platform::linuxos::dbus

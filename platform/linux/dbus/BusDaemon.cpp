@@ -3,10 +3,10 @@
 #include <cstdint>
 #include <utility>
 
-namespace ovinta::platform::linux::dbus {
+namespace ovinta::platform::linuxos::dbus {
 namespace {
 
-/// As the bus numbers them.
+/// Flags and answers of the bus's RequestName, as its specification numbers them.
 constexpr std::uint32_t kNoFlags = 0, kDoNotQueue = 4;
 constexpr std::uint32_t kExists = 3;
 
@@ -73,4 +73,4 @@ void BusDaemon::onLost(std::function<void()> handler) {
   });
 }
 
-}  // namespace ovinta::platform::linux::dbus
+}  // namespace ovinta::platform::linuxos::dbus

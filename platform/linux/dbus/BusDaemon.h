@@ -8,7 +8,7 @@
 
 #include "platform/linux/dbus/Service.h"
 
-namespace ovinta::platform::linux::dbus {
+namespace ovinta::platform::linuxos::dbus {
 
 /// What the bus itself does for its clients. A question about names that it does not answer in time
 /// is asked again, `kMostQuestions` times in all. Main thread only; handlers as with `Service`.
@@ -51,4 +51,4 @@ class BusDaemon {
   Service service_;
 };
 
-}  // namespace ovinta::platform::linux::dbus
+}  // namespace ovinta::platform::linuxos::dbus

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-namespace ovinta::platform::linux::dbus {
+namespace ovinta::platform::linuxos::dbus {
 namespace {
 
 constexpr TimeInterval kShortestRetryDelay = std::chrono::seconds(1);
@@ -279,4 +279,4 @@ void BusLink::log(const std::string& subject, const std::string& line) {
   if (logged_.insert(subject).second) log_->write(line);
 }
 
-}  // namespace ovinta::platform::linux::dbus
+}  // namespace ovinta::platform::linuxos::dbus

@@ -14,7 +14,7 @@
 #include "platform/Log.h"
 #include "platform/linux/dbus/Message.h"
 
-namespace ovinta::platform::linux::dbus {
+namespace ovinta::platform::linuxos::dbus {
 
 /// The connection to one bus, made when it is first needed. One that is lost, or cannot be made, is
 /// made anew when it is needed again and, while somebody waits for a service or a signal, tried
@@ -92,4 +92,4 @@ class BusLink {
   std::set<std::string> logged_;
 };
 
-}  // namespace ovinta::platform::linux::dbus
+}  // namespace ovinta::platform::linuxos::dbus

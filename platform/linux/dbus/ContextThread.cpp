@@ -2,7 +2,7 @@
 
 #include <utility>
 
-namespace ovinta::platform::linux::dbus {
+namespace ovinta::platform::linuxos::dbus {
 
 ContextThread::ContextThread(const char* name, Task end)
     : context_(g_main_context_new(), &g_main_context_unref),
@@ -41,4 +41,4 @@ void ContextThread::runTasks() {
   for (const Task& task : tasks) task();
 }
 
-}  // namespace ovinta::platform::linux::dbus
+}  // namespace ovinta::platform::linuxos::dbus

@@ -7,9 +7,9 @@
 #include <mutex>
 #include <vector>
 
-#include "platform/linux/ExitAwareThread.h"
+#include "platform/portable/ExitAwareThread.h"
 
-namespace ovinta::platform::linux::dbus {
+namespace ovinta::platform::linuxos::dbus {
 
 /// A thread with a GLib context of its own, where tasks and the context's sources run. It starts
 /// with the first task and sleeps while there is nothing to do.
@@ -39,7 +39,7 @@ class ContextThread {
   const Task end_;
   std::mutex mutex_;
   std::vector<Task> tasks_;
-  ExitAwareThread thread_;
+  portable::ExitAwareThread thread_;
 };
 
-}  // namespace ovinta::platform::linux::dbus
+}  // namespace ovinta::platform::linuxos::dbus

@@ -7,7 +7,7 @@
 
 #include "platform/linux/dbus/Values.h"
 
-namespace ovinta::platform::linux::dbus {
+namespace ovinta::platform::linuxos::dbus {
 
 /// Errors that any call can end with, besides those of the service.
 inline constexpr const char* kAccessDenied = "org.freedesktop.DBus.Error.AccessDenied";
@@ -78,4 +78,4 @@ struct NameMatch {
   bool isAwaited = true;
 };
 
-}  // namespace ovinta::platform::linux::dbus
+}  // namespace ovinta::platform::linuxos::dbus

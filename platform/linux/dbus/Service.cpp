@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-namespace ovinta::platform::linux::dbus {
+namespace ovinta::platform::linuxos::dbus {
 namespace {
 
 constexpr const char* kProperties = "org.freedesktop.DBus.Properties";
@@ -83,7 +83,7 @@ void Service::tell(std::string object, std::string interface, std::string method
 }
 
 Service::Completion Service::whileAlive(Completion completion) const {
-  return life_.guard([completion = std::move(completion)](const Reply& reply) {
+  return lifetime_.guard([completion = std::move(completion)](const Reply& reply) {
     if (completion) completion(reply);
   });
 }
@@ -123,4 +123,4 @@ void Service::setProperty(std::string object, const std::string& interface, cons
        std::move(completion));
 }
 
-}  // namespace ovinta::platform::linux::dbus
+}  // namespace ovinta::platform::linuxos::dbus

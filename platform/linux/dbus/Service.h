@@ -6,9 +6,9 @@
 #include <vector>
 
 #include "platform/linux/dbus/Bus.h"
-#include "platform/standard/Life.h"
+#include "platform/portable/Lifetime.h"
 
-namespace ovinta::platform::linux::dbus {
+namespace ovinta::platform::linuxos::dbus {
 
 /// Reads all properties of an interface, for those who call from other threads than a `Service`
 /// may.
@@ -73,7 +73,7 @@ class Service {
   const std::shared_ptr<Bus> bus_;
   const std::string name_;
   std::vector<std::unique_ptr<Bus::Registration>> registrations_;
-  const standard::Life life_;
+  const portable::Lifetime lifetime_;
 };
 
-}  // namespace ovinta::platform::linux::dbus
+}  // namespace ovinta::platform::linuxos::dbus

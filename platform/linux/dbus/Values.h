@@ -10,9 +10,7 @@
 #include <utility>
 #include <vector>
 
-#undef linux
-
-namespace ovinta::platform::linux::dbus {
+namespace ovinta::platform::linuxos::dbus {
 
 /// What travels over the bus, as the type `a{sv}`, the one of all property lists.
 using Properties = std::map<Glib::ustring, Glib::VariantBase>;
@@ -62,4 +60,4 @@ Glib::VariantContainerBase arguments(const T&... values) {
   return Glib::VariantContainerBase::create_tuple(std::vector<Glib::VariantBase>{write(values)...});
 }
 
-}  // namespace ovinta::platform::linux::dbus
+}  // namespace ovinta::platform::linuxos::dbus

@@ -3,16 +3,16 @@
 #include <string>
 #include <vector>
 
-#include "platform/linux/bluez/BlueZObjects.h"
 #include "platform/linux/dbus/BusDaemon.h"
 #include "platform/linux/diagnosis/Checks.h"
+#include "platform/linux/location/beacons/BlueZObjects.h"
 
-namespace ovinta::platform::linux {
+namespace ovinta::platform::linuxos {
 namespace {
 
 using Adapters = std::map<std::string, dbus::Properties>;
 
-/// By the ends of their paths, such as hci0.
+/// The adapters of the device, by the last part of their paths, such as hci0.
 Adapters adaptersIn(const BlueZObjects& objects) {
   Adapters adapters;
   for (const auto& [path, interfaces] : objects) {
@@ -106,7 +106,8 @@ class BluetoothProbe {
     check_.end();
   }
 
-  /// Without the kernel's part nothing else would help.
+  /// What is missing; where the kernel has no Bluetooth, that is told instead, since nothing else
+  /// would help.
   Finding absent(const char* detail, const char* advice) const {
     std::error_code error;
     const bool isInKernel = exists(around_.bluetoothClass, error);
@@ -129,4 +130,4 @@ void checkBluetooth(const Surroundings& around, Check& check) {
   check.keep(std::make_shared<BluetoothProbe>(around, check)).begin();
 }
 
-}  // namespace ovinta::platform::linux
+}  // namespace ovinta::platform::linuxos

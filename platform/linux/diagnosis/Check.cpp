@@ -2,7 +2,7 @@
 
 #include "platform/linux/dbus/BusDaemon.h"
 
-namespace ovinta::platform::linux {
+namespace ovinta::platform::linuxos {
 
 Check::Check(std::string subject, std::function<void()> onEnd)
     : subject_(std::move(subject)), onEnd_(std::move(onEnd)) {}
@@ -48,4 +48,4 @@ void Check::seekService(const std::shared_ptr<dbus::Bus>& bus, std::string name,
   });
 }
 
-}  // namespace ovinta::platform::linux
+}  // namespace ovinta::platform::linuxos

@@ -9,7 +9,7 @@
 #include "platform/linux/Diagnosis.h"
 #include "platform/linux/dbus/Service.h"
 
-namespace ovinta::platform::linux {
+namespace ovinta::platform::linuxos {
 
 /// A part of a diagnosis: what it has found, and what it works with. Main thread only. Handlers of
 /// what it keeps may refer to it.
@@ -56,4 +56,4 @@ class Check {
   std::vector<std::shared_ptr<void>> kept_;
 };
 
-}  // namespace ovinta::platform::linux
+}  // namespace ovinta::platform::linuxos

@@ -3,7 +3,7 @@
 #include "platform/linux/diagnosis/Check.h"
 #include "platform/linux/diagnosis/Surroundings.h"
 
-namespace ovinta::platform::linux {
+namespace ovinta::platform::linuxos {
 
 // Each function begins a check, which is ended later or inside the call. The surroundings outlive
 // the check.
@@ -17,4 +17,4 @@ void checkNotifyAgent(const Surroundings& around, Check& check);
 void checkBattery(const Surroundings& around, Check& check);
 void checkDataDirectory(const Surroundings& around, Check& check);
 
-}  // namespace ovinta::platform::linux
+}  // namespace ovinta::platform::linuxos

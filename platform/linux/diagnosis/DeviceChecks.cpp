@@ -6,12 +6,12 @@
 #include <string>
 #include <vector>
 
-#include "platform/linux/SQLiteDamage.h"
-#include "platform/linux/UPower.h"
 #include "platform/linux/dbus/BusDaemon.h"
+#include "platform/linux/device/UPower.h"
 #include "platform/linux/diagnosis/Checks.h"
+#include "platform/linux/storage/SQLiteDamage.h"
 
-namespace ovinta::platform::linux {
+namespace ovinta::platform::linuxos {
 namespace {
 
 namespace fs = std::filesystem;
@@ -24,7 +24,7 @@ void checkBus(const std::shared_ptr<dbus::Bus>& bus, const char* advice, Check& 
       });
 }
 
-/// By the number of the state.
+/// What each `BatteryState` is called for people, by its number.
 constexpr std::array<const char*, 4> kBatteryTexts{"no battery that tells its state",
                                                    "running on battery", "charging", "full"};
 
@@ -112,4 +112,4 @@ void checkDataDirectory(const Surroundings& around, Check& check) {
                        " to write to, or name another directory in the options."});
 }
 
-}  // namespace ovinta::platform::linux
+}  // namespace ovinta::platform::linuxos

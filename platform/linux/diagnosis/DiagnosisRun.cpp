@@ -5,10 +5,10 @@
 
 #include "platform/linux/diagnosis/Checks.h"
 
-namespace ovinta::platform::linux {
+namespace ovinta::platform::linuxos {
 namespace {
 
-/// In the order of the findings.
+/// All checks, in the order in which their findings are told.
 constexpr struct {
   const char* subject;
   void (*begin)(const Surroundings&, Check&);
@@ -56,4 +56,4 @@ void DiagnosisRun::finish() {
   completion(findings);
 }
 
-}  // namespace ovinta::platform::linux
+}  // namespace ovinta::platform::linuxos

@@ -10,7 +10,7 @@
 #include "platform/linux/diagnosis/Check.h"
 #include "platform/linux/diagnosis/Surroundings.h"
 
-namespace ovinta::platform::linux {
+namespace ovinta::platform::linuxos {
 
 /// Less than what any single call may take, so that the end of the time is told in one way.
 inline constexpr std::chrono::seconds kDiagnosisLimit{4};
@@ -35,4 +35,4 @@ class DiagnosisRun : public std::enable_shared_from_this<DiagnosisRun> {
   std::list<Check> checks_;
 };
 
-}  // namespace ovinta::platform::linux
+}  // namespace ovinta::platform::linuxos

@@ -5,7 +5,7 @@
 #include "platform/linux/notifications/AgentRegistry.h"
 #include "platform/linux/notifications/NotificationPresenter.h"
 
-namespace ovinta::platform::linux {
+namespace ovinta::platform::linuxos {
 namespace {
 
 Finding absent(const std::string& detail) {
@@ -14,7 +14,7 @@ Finding absent(const std::string& detail) {
           .advice = "Start a desktop, or a notification service such as dunst."};
 }
 
-/// As the service says: name, vendor, version.
+/// The finding made of what the service tells of itself: name, vendor, version.
 Finding findingOf(const Glib::VariantContainerBase& information) {
   const auto text = [&](std::size_t place) {
     return dbus::read<Glib::ustring>(information, place).value_or("").raw();
@@ -67,4 +67,4 @@ void checkNotifyAgent(const Surroundings& around, Check& check) {
       });
 }
 
-}  // namespace ovinta::platform::linux
+}  // namespace ovinta::platform::linuxos

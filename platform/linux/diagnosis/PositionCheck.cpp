@@ -5,12 +5,12 @@
 #include <utility>
 
 #include "platform/linux/diagnosis/Checks.h"
-#include "platform/linux/position/GeoClueProvider.h"
-#include "platform/linux/position/GeoClueStream.h"
-#include "platform/linux/position/PortalProvider.h"
-#include "platform/standard/Life.h"
+#include "platform/linux/location/geoclue/GeoClueProvider.h"
+#include "platform/linux/location/geoclue/GeoClueStream.h"
+#include "platform/linux/location/portal/PortalProvider.h"
+#include "platform/portable/Lifetime.h"
 
-namespace ovinta::platform::linux {
+namespace ovinta::platform::linuxos {
 namespace {
 
 constexpr const char* kPermission = "position permission";
@@ -25,7 +25,7 @@ struct SourceTexts {
   /// When it does not say whether the application may follow the position, and what to do then.
   const char* silence;
   const char* wake;
-  /// Where the user, or who sets the device up, lets applications in.
+  /// Says where the user, or whoever sets the device up, lets applications have the position.
   std::string permissions;
 };
 
@@ -76,7 +76,7 @@ class PositionProbe {
 
  private:
   void look() {
-    around_.positionProvider->findService(life_.guard(
+    around_.positionProvider->findService(lifetime_.guard(
         [this](bool isThere) { isThere ? ask() : endAbsent("is not there", texts_.install); }));
   }
 
@@ -128,7 +128,7 @@ class PositionProbe {
   std::unique_ptr<PositionStream> stream_;
   /// Asked for what the source tells of itself.
   std::optional<dbus::Service> service_;
-  const standard::Life life_;
+  const portable::Lifetime lifetime_;
 };
 
 void PositionProbe::note(PositionAccess access) {
@@ -185,4 +185,4 @@ void checkPosition(const Surroundings& around, Check& check) {
   check.keep(std::make_shared<PositionProbe>(around, check)).begin();
 }
 
-}  // namespace ovinta::platform::linux
+}  // namespace ovinta::platform::linuxos

@@ -7,11 +7,11 @@
 
 #include "platform/MainQueue.h"
 #include "platform/linux/Linux.h"
-#include "platform/linux/PowerSupplies.h"
 #include "platform/linux/dbus/Bus.h"
-#include "platform/linux/position/PositionProvider.h"
+#include "platform/linux/device/PowerSupplies.h"
+#include "platform/linux/location/PositionProvider.h"
 
-namespace ovinta::platform::linux {
+namespace ovinta::platform::linuxos {
 
 /// What a diagnosis looks at.
 struct Surroundings {
@@ -29,4 +29,4 @@ struct Surroundings {
   std::filesystem::path bluetoothClass = "/sys/class/bluetooth";
 };
 
-}  // namespace ovinta::platform::linux
+}  // namespace ovinta::platform::linuxos

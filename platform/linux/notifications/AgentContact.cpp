@@ -2,7 +2,7 @@
 
 #include <utility>
 
-namespace ovinta::platform::linux {
+namespace ovinta::platform::linuxos {
 namespace {
 
 /// An agent may just be ending when something becomes pending. One that fails again and again is
@@ -49,4 +49,4 @@ void AgentContact::restartAgent() {
               " keeps ending; it may have another $XDG_DATA_HOME than this application");
 }
 
-}  // namespace ovinta::platform::linux
+}  // namespace ovinta::platform::linuxos

@@ -7,7 +7,7 @@
 #include "platform/linux/dbus/BusDaemon.h"
 #include "platform/linux/notifications/AgentRegistry.h"
 
-namespace ovinta::platform::linux {
+namespace ovinta::platform::linuxos {
 
 /// Lets the agent know that the application runs and has something pending, and sees to it that the
 /// agent is there by then, in case the application ends and wants it. Main thread only.
@@ -36,4 +36,4 @@ class AgentContact {
   std::optional<dbus::Service> agent_;
 };
 
-}  // namespace ovinta::platform::linux
+}  // namespace ovinta::platform::linuxos

@@ -13,9 +13,9 @@
 #include <system_error>
 
 #include "platform/JSON.h"
-#include "platform/linux/PrivateDirectory.h"
+#include "platform/linux/storage/PrivateDirectory.h"
 
-namespace ovinta::platform::linux {
+namespace ovinta::platform::linuxos {
 namespace {
 
 namespace fs = std::filesystem;
@@ -129,4 +129,4 @@ std::vector<RegisteredApplication> AgentRegistry::applications() const {
   return found;
 }
 
-}  // namespace ovinta::platform::linux
+}  // namespace ovinta::platform::linuxos

@@ -7,7 +7,7 @@
 
 #include "platform/linux/Linux.h"
 
-namespace ovinta::platform::linux {
+namespace ovinta::platform::linuxos {
 
 /// The name that the agent has on the session's bus; the one that starts it.
 inline constexpr const char* kAgentBusName = "org.ovinta.NotifyAgent";
@@ -17,7 +17,7 @@ struct RegisteredApplication {
   std::string applicationID;
   /// The file of its `NotificationStore`; tells applications apart.
   std::filesystem::path store;
-  /// Where it has its position from.
+  /// The source from which the application has its position.
   PositionSource positionSource = PositionSource::automatic;
 
   /// The name that the application has on the session's bus as long as it runs and has something
@@ -51,4 +51,4 @@ class AgentRegistry {
   std::filesystem::path directory_;
 };
 
-}  // namespace ovinta::platform::linux
+}  // namespace ovinta::platform::linuxos

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <utility>
 
-namespace ovinta::platform::linux {
+namespace ovinta::platform::linuxos {
 namespace {
 
 /// It reads the body as markup. Nearly all services do and can act, so one too slow to say is
@@ -79,7 +79,7 @@ void NotificationPresenter::restUnlessNeeded() {
 bool NotificationPresenter::accepted(const dbus::Reply& reply) {
   if (!reply.failure || reply.failure->name == dbus::kNoReply) return true;
   const std::string& failure = reply.failure->name;
-  // Of an absence the bus has told.
+  // That the notification service is absent is known from the bus, and not worth a line.
   if (failure == dbus::kServiceUnknown || failure == dbus::kDisconnected) return false;
   if (!std::exchange(hasLoggedFailure_, true)) {
     log_->write("Notifications cannot be shown: " + failure);
@@ -133,4 +133,4 @@ void NotificationPresenter::notify(const UserNotificationContent& content,
                 });
 }
 
-}  // namespace ovinta::platform::linux
+}  // namespace ovinta::platform::linuxos

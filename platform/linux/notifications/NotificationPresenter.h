@@ -12,7 +12,7 @@
 #include "platform/UserNotificationCenter.h"
 #include "platform/linux/dbus/Service.h"
 
-namespace ovinta::platform::linux {
+namespace ovinta::platform::linuxos {
 
 inline constexpr const char* kNotificationsName = "org.freedesktop.Notifications";
 inline constexpr const char* kNotificationsPath = "/org/freedesktop/Notifications";
@@ -61,7 +61,7 @@ class NotificationPresenter {
   const std::shared_ptr<Log> log_;
   const std::string applicationID_;
   const Handlers handlers_;
-  /// By the number that the service gave.
+  /// The user info of each notification that is shown, by the number that the service gave it.
   std::map<std::uint32_t, Dictionary> open_;
   std::size_t underWay_ = 0;
   /// Whether the listener was told if the service is there, and what is to be done then.
@@ -73,4 +73,4 @@ class NotificationPresenter {
   std::unique_ptr<dbus::Service> listener_;
 };
 
-}  // namespace ovinta::platform::linux
+}  // namespace ovinta::platform::linuxos

@@ -7,14 +7,14 @@
 #include <utility>
 
 #include "platform/JSON.h"
-#include "platform/linux/SQLiteDamage.h"
-#include "platform/linux/SQLiteFile.h"
-#include "platform/linux/UserNotificationJSON.h"
-#include "platform/standard/RegionSide.h"
+#include "platform/linux/notifications/UserNotificationJSON.h"
+#include "platform/linux/storage/SQLiteDamage.h"
+#include "platform/linux/storage/SQLiteFile.h"
+#include "platform/portable/RegionSide.h"
 
-namespace ovinta::platform::linux {
+namespace ovinta::platform::linuxos {
 
-using standard::RegionSide;
+using portable::RegionSide;
 
 namespace {
 
@@ -31,7 +31,7 @@ constexpr const char* kClickTable =
 
 constexpr const char* kAll = "SELECT revision, request, side FROM request ORDER BY revision";
 
-/// Those that nobody is just showing.
+/// Selects the requests that no process is just showing.
 constexpr const char* kWaiting =
     "SELECT revision, request, side FROM request WHERE claimed < unixepoch() - 60 "
     "ORDER BY revision";
@@ -52,7 +52,7 @@ struct NotificationStore::Row {
   RegionSide side;
 };
 
-/// Where a row's side becomes another one.
+/// A change of the side of its region's border on which a request was last judged to be.
 struct NotificationStore::Move {
   Row row;
   RegionSide side;
@@ -141,7 +141,7 @@ std::vector<NotificationStore::Move> NotificationStore::moves(SQLite::Database& 
   std::vector<Move> moves;
   for (Row& row : rows(database, kWaiting)) {
     const auto& region = row.request.trigger.region;
-    const RegionSide side = standard::sideOf(region, fix, geodesy);
+    const RegionSide side = portable::sideOf(region, fix, geodesy);
     if (side == RegionSide::unknown || side == row.side) continue;
     const bool fires = eventBetween(row.side, side, region).has_value();
     moves.push_back({std::move(row), side, fires});
@@ -197,4 +197,4 @@ std::vector<Dictionary> NotificationStore::takeClicks() {
   return clicks;
 }
 
-}  // namespace ovinta::platform::linux
+}  // namespace ovinta::platform::linuxos

@@ -16,9 +16,7 @@ namespace SQLite {
 class Database;
 }
 
-#undef linux
-
-namespace ovinta::platform::linux {
+namespace ovinta::platform::linuxos {
 
 /// The requests that one application has pending, each with the side of its region's border on
 /// which the device was seen last, in a SQLite file that several processes may use at once. For one
@@ -81,8 +79,8 @@ class NotificationStore {
   const std::optional<std::filesystem::path> file_;
   const std::shared_ptr<Log> log_;
   std::unique_ptr<SQLite::Database> database_;
-  /// Of the database.
+  /// Which file the connection has open, to notice one that was put in its place.
   std::optional<FileID> openFile_;
 };
 
-}  // namespace ovinta::platform::linux
+}  // namespace ovinta::platform::linuxos

@@ -4,7 +4,7 @@
 #include <string>
 #include <utility>
 
-namespace ovinta::platform::linux {
+namespace ovinta::platform::linuxos {
 namespace {
 
 class StepOperation : public Operation {
@@ -42,4 +42,4 @@ void NotificationStoreQueue::enqueue(Step step) {
   queue_->addOperation(std::make_shared<StepOperation>(store_, log_, std::move(step)));
 }
 
-}  // namespace ovinta::platform::linux
+}  // namespace ovinta::platform::linuxos

@@ -9,7 +9,7 @@
 #include "platform/OperationQueue.h"
 #include "platform/linux/notifications/NotificationStore.h"
 
-namespace ovinta::platform::linux {
+namespace ovinta::platform::linuxos {
 
 /// A store and the background queue on which alone it is used. May be used from any thread.
 class NotificationStoreQueue {
@@ -28,4 +28,4 @@ class NotificationStoreQueue {
   const std::shared_ptr<OperationQueue> queue_;
 };
 
-}  // namespace ovinta::platform::linux
+}  // namespace ovinta::platform::linuxos

@@ -2,9 +2,9 @@
 
 #include <utility>
 
-#include "platform/standard/RegionSide.h"
+#include "platform/portable/RegionSide.h"
 
-namespace ovinta::platform::linux {
+namespace ovinta::platform::linuxos {
 
 NotificationTrigger::NotificationTrigger(const Services& services,
                                          std::shared_ptr<dbus::Bus> sessionBus,
@@ -35,7 +35,7 @@ void NotificationTrigger::noteArmed(bool isArmed) {
   followAsNeeded();
   // A request that is new would otherwise wait for the next move to learn where the device is.
   if (lastFix_) judge(*lastFix_);
-  if (handlers_.onReviewed) handlers_.onReviewed();
+  if (handlers_.onReviewed) handlers_.onReviewed(isArmed_);
 }
 
 void NotificationTrigger::setFollowing(bool follows) {
@@ -52,7 +52,7 @@ void NotificationTrigger::followAsNeeded() {
   manager_->setDelegate(this);
   manager_->setAllowsBackgroundLocationUpdates(true);
   manager_->setDesiredAccuracy(LocationAccuracy::best);
-  manager_->setDistanceFilter(standard::kRegionFilterMetres);
+  manager_->setDistanceFilter(portable::kRegionFilterMetres);
   manager_->startUpdatingLocation();
 }
 
@@ -62,7 +62,7 @@ void NotificationTrigger::didUpdateLocations(const std::vector<Location>& locati
 }
 
 void NotificationTrigger::didChangeAuthorizationStatus(AuthorizationStatus status) {
-  // Where the device goes from here nobody sees.
+  // Without the permission nobody sees where the device goes, so that the last fix means nothing.
   if (!isAuthorized(status)) lastFix_.reset();
 }
 
@@ -96,4 +96,4 @@ void NotificationTrigger::show(const std::vector<NotificationStore::Firing>& fir
   }
 }
 
-}  // namespace ovinta::platform::linux
+}  // namespace ovinta::platform::linuxos

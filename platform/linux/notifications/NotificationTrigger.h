@@ -11,7 +11,7 @@
 #include "platform/linux/notifications/NotificationPresenter.h"
 #include "platform/linux/notifications/NotificationStoreQueue.h"
 
-namespace ovinta::platform::linux {
+namespace ovinta::platform::linuxos {
 
 /// Shows the requests of one store when the device crosses the border of their region. Follows the
 /// position just while something is pending. Main thread only, save its making and `review`.
@@ -19,16 +19,17 @@ class NotificationTrigger : public LocationManagerDelegate,
                             public std::enable_shared_from_this<NotificationTrigger> {
  public:
   struct Handlers {
-    /// The user info of a notification that the user has clicked.
+    /// Told of the user info of a notification that the user has clicked.
     std::function<void(const Dictionary&)> onClick = {};
-    /// A review has ended. There is one by itself after something was to be shown, when somebody
-    /// else has shown or removed the last request, and when nothing that was shown can be clicked
-    /// any more, after what `onClick` has given the store to do.
-    std::function<void()> onReviewed = {};
+    /// Told whether something is pending when a review has ended. There is one by itself after
+    /// something was to be shown, when somebody else has shown or removed the last request, and
+    /// when nothing that was shown can be clicked any more, after what `onClick` has given the
+    /// store to do.
+    std::function<void(bool isArmed)> onReviewed = {};
   };
 
-  /// Of the services it uses main queue, location, geodesy and log. Handlers may not destroy the
-  /// trigger.
+  /// The trigger uses main queue, location, geodesy and log of the services. Handlers may not
+  /// destroy it.
   NotificationTrigger(const Services& services, std::shared_ptr<dbus::Bus> sessionBus,
                       std::string applicationID, std::shared_ptr<NotificationStoreQueue> store,
                       Handlers handlers);
@@ -65,10 +66,10 @@ class NotificationTrigger : public LocationManagerDelegate,
   bool isArmed_ = false;
   bool mayFollow_ = false;
   std::size_t showing_ = 0;
-  /// Where the device is as far as the manager has said.
+  /// The last position that the location manager has told; absent before the first.
   std::optional<Location> lastFix_;
   NotificationPresenter presenter_;
   std::unique_ptr<LocationManager> manager_;
 };
 
-}  // namespace ovinta::platform::linux
+}  // namespace ovinta::platform::linuxos

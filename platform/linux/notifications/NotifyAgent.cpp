@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-namespace ovinta::platform::linux {
+namespace ovinta::platform::linuxos {
 
 NotifyAgent::NotifyAgent(const Services& services, Location location,
                          std::shared_ptr<dbus::Bus> sessionBus, AgentRegistry registry,
@@ -65,7 +65,7 @@ void NotifyAgent::addClient(const std::string& busName, const RegisteredApplicat
       services, bus_, application.applicationID, client.store,
       NotificationTrigger::Handlers{
           [this, &client](const Dictionary& userInfo) { passOn(userInfo, client); },
-          [this, &client] {
+          [this, &client](bool /*isArmed*/) {
             client.isReviewed = true;
             endWhenIdle();
           }});
@@ -87,7 +87,7 @@ void NotifyAgent::activate(Client& client) {
     --client.clicks;
     endWhenIdle();
   };
-  // Where no such application can be started, the click waits until somebody does.
+  // An application that the bus cannot start gets its click when somebody else starts it.
   const std::string& applicationID = client.registration.applicationID;
   if (!g_dbus_is_name(applicationID.c_str())) return done({});
   std::string path = "/" + applicationID;
@@ -110,4 +110,4 @@ void NotifyAgent::end() {
   if (const auto onEnd = std::exchange(onEnd_, nullptr)) onEnd();
 }
 
-}  // namespace ovinta::platform::linux
+}  // namespace ovinta::platform::linuxos

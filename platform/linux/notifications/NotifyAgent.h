@@ -12,7 +12,7 @@
 #include "platform/linux/notifications/AgentRegistry.h"
 #include "platform/linux/notifications/NotificationTrigger.h"
 
-namespace ovinta::platform::linux {
+namespace ovinta::platform::linuxos {
 
 /// Fires the pending notifications of all registered applications that do not run. Only one agent
 /// is at work in a session. Main thread only.
@@ -38,7 +38,7 @@ class NotifyAgent {
     RegisteredApplication registration;
     /// Whether it was looked at since the last call of `review`.
     bool isReviewed = false;
-    /// Those that are being passed on.
+    /// How many clicks are being passed on to the application.
     std::size_t clicks = 0;
 
     /// Whether something is shown, may still be clicked or is being passed on.
@@ -59,11 +59,11 @@ class NotifyAgent {
   const std::shared_ptr<dbus::Bus> bus_;
   const AgentRegistry registry_;
   std::function<void()> onEnd_;
-  /// By the application's name on the bus.
+  /// The applications that are served, by their names on the bus.
   std::map<std::string, Client> clients_;
-  /// Those whose registration has gone or changed, there while they are busy.
+  /// Applications whose registration has gone or changed: each stays until it is idle.
   std::multimap<std::string, Client> dismissed_;
   dbus::BusDaemon daemon_;
 };
 
-}  // namespace ovinta::platform::linux
+}  // namespace ovinta::platform::linuxos

@@ -18,6 +18,7 @@
 #include "OvintaSDK/api/SignUpOperation.h"
 #include "OvintaSDK/api/UpdateCustomerOperation.h"
 #include "OvintaSDK/api/UpdateOrderOperation.h"
+#include "OvintaSDK/core/facade/Library.h"
 #include "tests/support/CannedRecords.h"
 
 namespace ovinta::test {
@@ -39,7 +40,8 @@ auto maker(Inputs... inputs) {
         }
       };
     }
-    return std::make_shared<Operation>(std::move(apiURL), inputs..., std::move(callback));
+    return std::make_shared<Operation>(APIClient(Library::process().context(), std::move(apiURL)),
+                                       inputs..., std::move(callback));
   };
 }
 
@@ -71,7 +73,8 @@ std::vector<OperationCase> orderCases(const OperationInputs& inputs) {
        200, kUnreadable, "Unexpected error Getting Orders: "},
       {"CreateOrder", maker<CreateOrderOperation>(customer, inputs.newOrder),
        "Error Creating Order", answer},
-      {"CreateOrderEvent", maker<CreateOrderEventOperation>(customer, inputs.event),
+      {"CreateOrderEvent",
+       maker<CreateOrderEventOperation>(customer, inputs.event, [](const OrderEvent&) {}),
        "Error Creating Order Event", "anything", 200, kReadsNoBody},
       {"GetOrderWithCode", maker<GetOrderWithCodeOperation>(inputs.claimCode),
        "Error Finding Redeem Code", answer},

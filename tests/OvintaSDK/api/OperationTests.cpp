@@ -8,7 +8,7 @@
 #include "OvintaSDK/api/CreateOrderEventOperation.h"
 #include "OvintaSDK/api/NumberText.h"
 #include "OvintaSDK/api/OvintaAPIError.h"
-#include "OvintaSDK/core/Ovinta.h"
+#include "OvintaSDK/core/facade/Library.h"
 #include "OvintaSDK/model/LocationUpdateEvent.h"
 #include "tests/OvintaSDK/api/OperationCases.h"
 #include "tests/support/SDKFixture.h"
@@ -104,8 +104,8 @@ TEST_F(SingleOperationTest, ABodyThatCannotBeWrittenIsLeftOut) {
   ::testing::internal::CaptureStdout();
   int calls = 0;
   std::make_shared<CreateOrderEventOperation>(
-      std::string(kBaseURL), signIn(),
-      locationUpdateEvent(7, {.coordinate = {std::nan(""), 0}}, {}, {}),
+      APIClient(Library::process().context(), std::string(kBaseURL)), signIn(),
+      locationUpdateEvent(7, {.coordinate = {std::nan(""), 0}}, {}, {}), [](const auto&) {},
       [&calls](const auto& sent, const auto&) { calls += sent ? 1 : 0; })
       ->main();
   std::fflush(stdout);

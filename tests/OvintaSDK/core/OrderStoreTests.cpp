@@ -1,6 +1,6 @@
 #include <gmock/gmock.h>
 
-#include "OvintaSDK/core/OvintaState.h"
+#include "OvintaSDK/core/facade/Library.h"
 #include "tests/support/BrokenContainer.h"
 #include "tests/support/DeathTest.h"
 #include "tests/support/SDKFixture.h"
@@ -11,13 +11,13 @@ namespace {
 using OrderStoreTest = SDKFixture;
 
 TEST_F(OrderStoreTest, IsWrittenOneOperationAtATime) {
-  OvintaState& state = OvintaState::current();
-  EXPECT_EQ(state.storeQueue().maxConcurrentOperationCount(), 1U);
+  Context& context = *Library::process().context();
+  EXPECT_EQ(context.storeQueue().maxConcurrentOperationCount(), 1U);
   // Whoever makes the container wants the limit, whatever was set meanwhile.
-  state.storeQueue().setMaxConcurrentOperationCount(4);
-  EXPECT_EQ(&state.persistentContainer(), &state.persistentContainer());
+  context.storeQueue().setMaxConcurrentOperationCount(4);
+  EXPECT_EQ(&context.persistentContainer(), &context.persistentContainer());
   EXPECT_THAT(logLines(), testing::ElementsAre(testing::StartsWith("Container location is ")));
-  EXPECT_EQ(state.storeQueue().maxConcurrentOperationCount(), 1U);
+  EXPECT_EQ(context.storeQueue().maxConcurrentOperationCount(), 1U);
 }
 
 class OrderStoreDeathTest : public SDKFixture {
@@ -39,23 +39,23 @@ TEST_F(OrderStoreDeathTest, AMissingOrMalformedModelEndsTheProcessWithoutAWord) 
     const auto bundle = std::make_shared<platform::simulation::SimulatedBundle>();
     if (model) bundle->setResource("VelkModel", "momd", *model);
     restartWith([&bundle](platform::Services& changed) { changed.libraryBundle = bundle; });
-    EXPECT_EXIT(OvintaState::current().persistentContainer(), ::testing::KilledBySignal(SIGABRT),
-                "^$")
+    EXPECT_EXIT(Library::process().context()->persistentContainer(),
+                ::testing::KilledBySignal(SIGABRT), "^$")
         << model.value_or("(none)");
   }
 }
 
 TEST_F(OrderStoreDeathTest, AStoreThatCannotBeLoadedEndsTheProcess) {
   useContainer(platform::StoreError{"disk full", {{"path", "/x"}, {"code", "13"}}});
-  EXPECT_DEATH(OvintaState::current().persistentContainer(),
+  EXPECT_DEATH(Library::process().context()->persistentContainer(),
                "Fatal error: Unresolved error disk full, .code: 13, path: /x.: "
                "file OvintaSDK/Ovinta, line 155");
   useContainer(platform::StoreError{"disk full", {}});
-  EXPECT_DEATH(OvintaState::current().persistentContainer(), "disk full, .:.: file");
+  EXPECT_DEATH(Library::process().context()->persistentContainer(), "disk full, .:.: file");
   // A container that loads and has no stores.
   useContainer(std::nullopt);
-  EXPECT_EXIT(OvintaState::current().persistentContainer(), ::testing::KilledBySignal(SIGABRT),
-              "^$");
+  EXPECT_EXIT(Library::process().context()->persistentContainer(),
+              ::testing::KilledBySignal(SIGABRT), "^$");
 }
 
 }  // namespace

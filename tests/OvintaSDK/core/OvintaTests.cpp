@@ -1,4 +1,4 @@
-#include "OvintaSDK/core/Ovinta.h"
+#include "OvintaSDK/core/facade/Ovinta.h"
 
 #include <gmock/gmock.h>
 
@@ -6,10 +6,10 @@
 #include <set>
 #include <thread>
 
-#include "OvintaSDK/core/ConfigurationManager.h"
 #include "OvintaSDK/core/DevelopmentPush.h"
-#include "OvintaSDK/core/OvintaState.h"
 #include "OvintaSDK/core/UserDefaultsKey.h"
+#include "OvintaSDK/core/facade/ConfigurationManager.h"
+#include "OvintaSDK/core/facade/Library.h"
 #include "tests/support/SDKFixture.h"
 
 namespace ovinta::test {
@@ -48,7 +48,7 @@ TEST_F(OvintaTest, ConfigureTakesOnlyATextAsToken) {
   };
   for (const auto& [options, token] : cases) {
     Ovinta::configure(options);
-    EXPECT_EQ(OvintaState::current().appToken.get(), token);
+    EXPECT_EQ(Library::process().context()->appToken.get(), token);
   }
   EXPECT_THAT(locationServices->madeOnMain, testing::ElementsAre(true));
   EXPECT_TRUE(device->isBatteryMonitoringEnabled());
@@ -62,7 +62,7 @@ TEST_F(OvintaTest, ConfigureRegistersADefaultBaseURL) {
 }
 
 TEST_F(OvintaTest, ConfigureHasTheMainThreadMakeTheUpdater) {
-  EXPECT_EQ(OvintaState::current().locationUpdater(), nullptr);
+  EXPECT_EQ(Library::process().locationUpdater(), nullptr);
   std::atomic<bool> returned = false;
   std::thread other([&returned] {
     Ovinta::configure({{"token", "t"}});
@@ -70,7 +70,7 @@ TEST_F(OvintaTest, ConfigureHasTheMainThreadMakeTheUpdater) {
   });
   EXPECT_TRUE(time.waitUntil([&returned] { return returned.load(); }, std::chrono::minutes(1)));
   other.join();
-  EXPECT_NE(OvintaState::current().locationUpdater(), nullptr);
+  EXPECT_NE(Library::process().locationUpdater(), nullptr);
   EXPECT_THAT(locationServices->madeOnMain, testing::ElementsAre(true));
   EXPECT_TRUE(device->isBatteryMonitoringEnabled());
 }
@@ -84,7 +84,7 @@ TEST_F(OvintaTest, VersionsAreReadOnce) {
         std::make_shared<platform::simulation::SimulatedBundle>();
   });
   EXPECT_EQ(Ovinta::sdkVersion(), "");
-  EXPECT_EQ(OvintaState::current().appVersion(), "");
+  EXPECT_EQ(Library::process().context()->appVersion(), "");
 }
 
 std::string profile(const std::string& entries) {

@@ -1,6 +1,6 @@
 #include "OvintaSDK/core/UserDefaultsKey.h"
 
-#include "platform/standard/Standard.h"
+#include "platform/portable/Portable.h"
 #include "tests/support/SDKFixture.h"
 
 namespace ovinta::test {
@@ -26,7 +26,7 @@ TEST_F(UserDefaultsKeyTest, TextsComeAndGo) {
   key.set(std::nullopt);
   EXPECT_EQ(key.stringValue(), "default");
 
-  const auto store = platform::standard::makeInMemorySettingsStore();
+  const auto store = platform::portable::makeInMemorySettingsStore();
   EXPECT_EQ(stringForKey(*store, key), std::nullopt);
   store->set(key.rawValue(), "of another store");
   EXPECT_EQ(stringForKey(*store, key), "of another store");

@@ -3,9 +3,9 @@
 
 #include <gmock/gmock.h>
 
-#include "OvintaSDK/core/Ovinta.h"
 #include "OvintaSDK/core/UserDefaultsKey.h"
-#include "platform/standard/InMemorySettingsStore.h"
+#include "OvintaSDK/core/facade/Ovinta.h"
+#include "platform/portable/InMemorySettingsStore.h"
 #include "tests/support/SDKFixture.h"
 
 namespace ovinta::test {
@@ -29,7 +29,7 @@ Texts annWithout(std::initializer_list<const char*> keys) {
 
 /// Counts what is asked of the store beside what is read and written, and who is the current
 /// customer meanwhile.
-struct ObservedSettings : platform::standard::InMemorySettingsStore {
+struct ObservedSettings : platform::portable::InMemorySettingsStore {
   void apply(const Changes& changes) override {
     customersAtSaving.push_back(Ovinta::customer().current());
     InMemorySettingsStore::apply(changes);

@@ -17,7 +17,7 @@ class BeaconListTest : public LocationFixture {
     return all.at(0);
   }
 
-  BeaconList list;
+  BeaconList list{time.clock()};
 };
 
 TEST_F(BeaconListTest, FoldsSightingsOfOneBeaconTogether) {

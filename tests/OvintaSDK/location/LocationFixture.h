@@ -6,9 +6,9 @@
 #include <utility>
 #include <vector>
 
-#include "OvintaSDK/core/Ovinta.h"
-#include "OvintaSDK/core/OvintaState.h"
 #include "OvintaSDK/core/SDKNotifications.h"
+#include "OvintaSDK/core/facade/Library.h"
+#include "OvintaSDK/core/facade/Ovinta.h"
 #include "tests/support/SDKFixture.h"
 
 namespace ovinta::test {
@@ -41,7 +41,7 @@ class LocationFixture : public SDKFixture {
 
   /// Makes the updater and lets it hear of the permission.
   void start() {
-    OvintaState::current().makeLocationUpdater();
+    Library::process().makeLocationUpdater();
     outcome();
   }
 

@@ -54,7 +54,7 @@ log Inadequate location authorization to continue)");
 }
 
 TEST_F(Permission, IsStoredEvenWhenThereIsNoOrderToReportItFor) {
-  OvintaState::current().makeLocationUpdater();
+  Library::process().makeLocationUpdater();
   EXPECT_EQ(lastKnown(), std::nullopt);
   EXPECT_EQ(outcome({"posted"}), "\nposted locationAuthorizationChanged");
   EXPECT_EQ(lastKnown(), "3");

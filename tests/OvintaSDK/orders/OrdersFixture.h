@@ -3,9 +3,9 @@
 #include <string>
 #include <vector>
 
-#include "OvintaSDK/core/Ovinta.h"
 #include "OvintaSDK/core/SDKNotifications.h"
 #include "OvintaSDK/core/UserDefaultsKey.h"
+#include "OvintaSDK/core/facade/Ovinta.h"
 #include "tests/support/SDKFixture.h"
 
 namespace ovinta::test {

@@ -2,7 +2,6 @@
 // are put on open orders: the device's on those that lack one, a new one on all.
 #include <gmock/gmock.h>
 
-#include "OvintaSDK/orders/OrdersPushTokens.h"
 #include "platform/JSON.h"
 #include "tests/OvintaSDK/orders/OrdersFixture.h"
 #include "tests/support/AtOnce.h"
@@ -115,7 +114,7 @@ class PushTokenRefresh : public OrdersFixture {
 
   /// Which orders' tokens are updated to a new one.
   std::string renew(const std::string& token) {
-    OrdersPushTokens(orders).updateWithNewPushToken(token);
+    orders.updatePushTokensWithNewPushToken(token);
     return outcome();
   }
 };

@@ -6,8 +6,8 @@
 #include <thread>
 #include <tuple>
 
-#include "OvintaSDK/core/Ovinta.h"
-#include "OvintaSDK/core/OvintaState.h"
+#include "OvintaSDK/core/facade/Library.h"
+#include "OvintaSDK/core/facade/Ovinta.h"
 #include "OvintaSDK/model/CoreOrder.h"
 #include "OvintaSDK/orders/SyncOrdersOperation.h"
 #include "tests/support/BrokenContainer.h"
@@ -25,10 +25,16 @@ using Summary =
 
 class Sync : public SDKFixture {
  protected:
+  static void sync(const OrderList& orders, SyncOrdersOperation::Callback callback) {
+    SyncOrdersOperation(
+        Library::process().context(), [&] { return orders; }, std::move(callback))
+        .main();
+  }
+
   static std::vector<Summary> stored() {
     platform::StoreError error;
     std::vector<Summary> summaries;
-    const auto context = OvintaState::current().persistentContainer().newBackgroundContext();
+    const auto context = Library::process().context()->persistentContainer().newBackgroundContext();
     for (auto& object : context->fetch(CoreOrder::fetchRequest(), &error)) {
       const CoreOrder order(std::move(object));
       summaries.emplace_back(order.id(), order.partnerIdentifier(), order.siteId(), order.state(),
@@ -72,9 +78,9 @@ TEST_F(Sync, FollowsAListThatTheApplicationSets) {
   EXPECT_EQ(stored().size(), 1u) << "an absent list leaves the store alone";
   EXPECT_EQ(std::ranges::count(logLines(), "Finished syncing orders"), 2);
 
-  SyncOrdersOperation(OrderList{decodeOrder(requiredOrder(1))}, tell()).main();
+  sync(OrderList{decodeOrder(requiredOrder(1))}, tell());
   EXPECT_THAT(happened(), testing::EndsWith("\ntold orders 1")) << "those that it stored";
-  SyncOrdersOperation({}, nullptr).main();
+  sync({}, nullptr);
   EXPECT_THAT(stored(), IsEmpty());
 }
 
@@ -142,7 +148,7 @@ TEST_F(Sync, DisturbsNothingWhenItFails) {
     EXPECT_EQ(happened({"posted"}), "\nposted ordersUpdated orders 1");
     EXPECT_EQ(logLines().back(), "Finished syncing orders");
 
-    SyncOrdersOperation(*Ovinta::orders().all(), tell()).main();
+    sync(*Ovinta::orders().all(), tell());
     EXPECT_THAT(happened(), testing::EndsWith(deletes ? ": cannot save" : ": cannot delete"));
   }
 }

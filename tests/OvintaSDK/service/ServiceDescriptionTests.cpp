@@ -5,7 +5,7 @@
 #include <regex>
 #include <set>
 
-#include "sandbox/Routes.h"
+#include "sandbox/routes/Routes.h"
 #include "tests/OvintaSDK/service/ServiceFixture.h"
 #include "tests/support/Command.h"
 #include "tests/support/Files.h"

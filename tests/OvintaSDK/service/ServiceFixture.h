@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/linux/CurlURLSession.h"
+#include "platform/linux/http/CurlURLSession.h"
 #include "tests/OvintaSDK/api/OperationCases.h"
 #include "tests/sandbox/SandboxFixture.h"
 #include "tests/support/SDKFixture.h"
@@ -38,7 +38,7 @@ class ObservedURLSession : public platform::URLSession {
   std::counting_semaphore<> ended_{0};
   platform::List exchanges_;
   SteppedClock clock_;
-  platform::linux::CurlURLSession session_;
+  platform::linuxos::CurlURLSession session_;
 };
 
 /// The library over real HTTP against a sandbox of its own.

@@ -1,7 +1,7 @@
 // Notifications about sites nearby: what is armed, in place of what, and what is refused.
 #include <gmock/gmock.h>
 
-#include "OvintaSDK/core/Ovinta.h"
+#include "OvintaSDK/core/facade/Ovinta.h"
 #include "tests/support/SDKFixture.h"
 
 namespace ovinta::test {

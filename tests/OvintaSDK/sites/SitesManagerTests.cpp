@@ -1,8 +1,8 @@
 // Looking sites up: what is asked, what is gathered, and what is reported.
 #include <gmock/gmock.h>
 
-#include "OvintaSDK/core/Ovinta.h"
 #include "OvintaSDK/core/UserDefaultsKey.h"
+#include "OvintaSDK/core/facade/Ovinta.h"
 #include "tests/support/SDKFixture.h"
 
 namespace ovinta::test {

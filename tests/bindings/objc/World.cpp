@@ -18,7 +18,7 @@ constexpr std::chrono::seconds kPatience{30};
 
 platform::Services realServices(const std::filesystem::path& directory) {
   platform::Services services =
-      platform::linux::makeServices({.applicationID = "objc-tests", .dataDirectory = directory});
+      platform::linuxos::makeServices({.applicationID = "objc-tests", .dataDirectory = directory});
   services.mainBundle = std::make_shared<platform::simulation::SimulatedBundle>(
       platform::simulation::SimulatedBundle::Texts{{"CFBundleShortVersionString", "1.0"}});
   return services;

@@ -6,7 +6,7 @@
 // An application's own test: the library, on a simulated device.
 int main() {
   namespace platform = ovinta::platform;
-  platform::simulation::Simulation device(platform::linux::makeServices(), {});
+  platform::simulation::Simulation device(platform::linuxos::makeServices(), {});
   platform::install(device.services());
   ovinta::Ovinta::updatePushToken("token");
 

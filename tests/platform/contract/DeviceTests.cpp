@@ -1,8 +1,8 @@
 // What every device promises.
 #include <gtest/gtest.h>
 
-#include "platform/linux/SystemDevice.h"
-#include "platform/linux/UPower.h"
+#include "platform/linux/device/SystemDevice.h"
+#include "platform/linux/device/UPower.h"
 #include "platform/simulation/SimulatedDevice.h"
 #include "tests/support/BusFixture.h"
 #include "tests/support/ServiceDouble.h"
@@ -22,7 +22,7 @@ class LinuxDeviceRig : public test::BusTest {
  protected:
   void setBattery(BatteryState state) {
     constexpr std::array kNumbers{0U, 2U, 1U, 4U};
-    upower_.change(linux::kUPowerDisplayDevice, linux::kUPowerDevice,
+    upower_.change(linuxos::kUPowerDisplayDevice, linuxos::kUPowerDevice,
                    {{"State", test::dbus::write(kNumbers.at(static_cast<std::size_t>(state)))},
                     {"IsPresent", test::dbus::write(true)}});
   }
@@ -33,8 +33,8 @@ class LinuxDeviceRig : public test::BusTest {
     BusTest::waitUntil(condition);
   }
 
-  test::ServiceDouble upower_{daemon_, linux::kUPowerName};
-  linux::SystemDevice device_{bus_, time_.clock(), folder_.path()};
+  test::ServiceDouble upower_{daemon_, linuxos::kUPowerName};
+  linuxos::SystemDevice device_{bus_, time_.clock(), folder_.path()};
 };
 
 template <class Rig>

@@ -5,10 +5,10 @@
 #include <string>
 #include <vector>
 
-#include "platform/linux/SystemLocationServices.h"
-#include "platform/linux/bluez/BlueZObjects.h"
-#include "platform/linux/position/GeoClueStream.h"
-#include "platform/simulation/SimulatedLocation.h"
+#include "platform/linux/location/SystemLocationServices.h"
+#include "platform/linux/location/beacons/BlueZObjects.h"
+#include "platform/linux/location/geoclue/GeoClueStream.h"
+#include "platform/simulation/location/SimulatedLocation.h"
 #include "tests/support/BeaconFrames.h"
 #include "tests/support/BlueZDouble.h"
 #include "tests/support/BusFixture.h"
@@ -56,7 +56,7 @@ class LinuxLocationRig : public test::BusTest {
   void settle() {
     // What the library does in turn with the services takes a few steps.
     for (int step = 0; step < 10; ++step) {
-      for (const char* name : {linux::kGeoClueName, linux::kBlueZName}) passBy(name);
+      for (const char* name : {linuxos::kGeoClueName, linuxos::kBlueZName}) passBy(name);
     }
   }
   void allow(bool isAllowed) {
@@ -83,11 +83,11 @@ class LinuxLocationRig : public test::BusTest {
 
   test::GeoClueDouble geoclue_{daemon_};
   test::BlueZDouble bluez_{daemon_};
-  std::shared_ptr<linux::PositionHub> hub_ = test::makeGeoClueHub(bus_, time_.mainQueue());
-  linux::SystemLocationServices services_{
+  std::shared_ptr<linuxos::PositionHub> hub_ = test::makeGeoClueHub(bus_, time_.mainQueue());
+  linuxos::SystemLocationServices services_{
       hub_,
-      std::make_shared<linux::BeaconScanner>(bus_, time_.mainQueue(), log_,
-                                             linux::BeaconScanner::Settings{}),
+      std::make_shared<linuxos::BeaconScanner>(bus_, time_.mainQueue(), log_,
+                                               linuxos::BeaconScanner::Settings{}),
       std::make_shared<simulation::Sphere>()};
 };
 

@@ -31,16 +31,18 @@ class SimulatedNotificationRig : public testing::Test {
 };
 
 /// The one of this system, with the desktop played by a double.
-class LinuxNotificationRig : public linux::UserNotificationTest {
+class LinuxNotificationRig : public linuxos::UserNotificationTest {
  protected:
-  LinuxNotificationRig() { center_ = makeCenter({}, linux::PositionSource::automatic, true, bus_); }
+  LinuxNotificationRig() {
+    center_ = makeCenter({}, linuxos::PositionSource::automatic, true, bus_);
+  }
 
   void settle() {
     // What is shown takes a few steps of the store, the main queue and the desktop, which answers
     // over the centre's own bus in the order of the questions.
     for (int step = 0; step < 6; ++step) {
       pendingOf(*center_);
-      passBy(linux::kNotificationsName);
+      passBy(linuxos::kNotificationsName);
     }
   }
   std::vector<std::string> shown() {

@@ -2,11 +2,11 @@
 
 #include <map>
 
-#include "platform/linux/bluez/BeaconCollector.h"
-#include "platform/linux/bluez/BlueZDevices.h"
+#include "platform/linux/location/beacons/BeaconCollector.h"
+#include "platform/linux/location/beacons/BlueZDevices.h"
 #include "tests/support/BeaconFrames.h"
 
-namespace ovinta::platform::linux {
+namespace ovinta::platform::linuxos {
 namespace {
 
 using test::beaconFrame;
@@ -94,4 +94,4 @@ TEST(BeaconCollectorTest, TakesTheMeanAndEstimatesTheDistance) {
 }
 
 }  // namespace
-}  // namespace ovinta::platform::linux
+}  // namespace ovinta::platform::linuxos

@@ -1,11 +1,11 @@
-#include "platform/linux/SystemLocationServices.h"
 #include "platform/linux/dbus/Service.h"
+#include "platform/linux/location/SystemLocationServices.h"
 #include "tests/support/BeaconFrames.h"
 #include "tests/support/BlueZDouble.h"
 #include "tests/support/BusFixture.h"
 #include "tests/support/RecordingDelegate.h"
 
-namespace ovinta::platform::linux {
+namespace ovinta::platform::linuxos {
 namespace {
 
 using namespace std::chrono_literals;
@@ -217,4 +217,4 @@ TEST_F(BlueZTest, CountsSecondsOnlyInsideOfMonitoredRegions) {
 }
 
 }  // namespace
-}  // namespace ovinta::platform::linux
+}  // namespace ovinta::platform::linuxos

@@ -12,7 +12,7 @@
 #include <thread>
 #include <utility>
 
-#include "platform/linux/CurlURLSession.h"
+#include "platform/linux/http/CurlURLSession.h"
 #include "tests/support/SteppedClock.h"
 
 namespace ovinta::platform {
@@ -23,7 +23,7 @@ inline void PrintTo(const HeaderField& field, std::ostream* out) {
 
 }  // namespace ovinta::platform
 
-namespace ovinta::platform::linux {
+namespace ovinta::platform::linuxos {
 
 /// What a completion received, and where.
 struct Outcome {
@@ -75,4 +75,4 @@ class CurlURLSessionFixture : public testing::Test {
   std::unique_ptr<CurlURLSession> session_ = std::make_unique<CurlURLSession>();
 };
 
-}  // namespace ovinta::platform::linux
+}  // namespace ovinta::platform::linuxos

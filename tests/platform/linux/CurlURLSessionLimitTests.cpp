@@ -8,7 +8,7 @@
 #include "tests/platform/linux/CurlURLSessionFixture.h"
 #include "tests/support/LocalServer.h"
 
-namespace ovinta::platform::linux {
+namespace ovinta::platform::linuxos {
 namespace {
 
 using test::httpAnswer;
@@ -242,4 +242,4 @@ TEST_F(CurlURLSessionLimit, IsTheApplicationsToChoose) {
 }
 
 }  // namespace
-}  // namespace ovinta::platform::linux
+}  // namespace ovinta::platform::linuxos

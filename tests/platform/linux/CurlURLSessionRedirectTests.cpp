@@ -5,7 +5,7 @@
 #include "tests/platform/linux/CurlURLSessionFixture.h"
 #include "tests/support/LocalServer.h"
 
-namespace ovinta::platform::linux {
+namespace ovinta::platform::linuxos {
 namespace {
 
 using test::httpAnswer;
@@ -73,4 +73,4 @@ TEST_F(CurlURLSessionRedirect, IsOnlyWhatTheStatusSays) {
 }
 
 }  // namespace
-}  // namespace ovinta::platform::linux
+}  // namespace ovinta::platform::linuxos

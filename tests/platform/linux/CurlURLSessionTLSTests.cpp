@@ -9,7 +9,7 @@
 #include "tests/support/Certificate.h"
 #include "tests/support/TemporaryDirectory.h"
 
-namespace ovinta::platform::linux {
+namespace ovinta::platform::linuxos {
 namespace {
 
 /// A server with such a certificate.
@@ -55,4 +55,4 @@ TEST_F(CurlURLSessionTLS, BelievesCertificatesOfTheRightHostByATrustedAuthorityO
 }
 
 }  // namespace
-}  // namespace ovinta::platform::linux
+}  // namespace ovinta::platform::linuxos

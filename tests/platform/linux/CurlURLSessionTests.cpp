@@ -6,7 +6,7 @@
 #include "tests/platform/linux/CurlURLSessionFixture.h"
 #include "tests/support/LocalServer.h"
 
-namespace ovinta::platform::linux {
+namespace ovinta::platform::linuxos {
 namespace {
 
 using test::httpAnswer;
@@ -169,4 +169,4 @@ TEST_F(CurlURLSessionTest, SendsNothingUnlessAllItReliesOnIsSet) {
 }
 
 }  // namespace
-}  // namespace ovinta::platform::linux
+}  // namespace ovinta::platform::linuxos

@@ -9,7 +9,7 @@
 #include "tests/platform/linux/CurlURLSessionFixture.h"
 #include "tests/support/LocalServer.h"
 
-namespace ovinta::platform::linux {
+namespace ovinta::platform::linuxos {
 namespace {
 
 using test::httpAnswer;
@@ -140,4 +140,4 @@ TEST_F(ExitingProcess, EndsCleanly) {
 }
 
 }  // namespace
-}  // namespace ovinta::platform::linux
+}  // namespace ovinta::platform::linuxos

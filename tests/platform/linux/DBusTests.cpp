@@ -8,7 +8,7 @@
 #include "tests/support/DeathTest.h"
 #include "tests/support/ServiceDouble.h"
 
-namespace ovinta::platform::linux::dbus {
+namespace ovinta::platform::linuxos::dbus {
 namespace {
 
 using namespace std::chrono_literals;
@@ -175,4 +175,4 @@ TEST_F(DBusTest, TheProcessMayExitWithCallsUnderWay) {
 }
 
 }  // namespace
-}  // namespace ovinta::platform::linux::dbus
+}  // namespace ovinta::platform::linuxos::dbus

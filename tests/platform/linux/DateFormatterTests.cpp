@@ -4,10 +4,10 @@
 #include <random>
 #include <thread>
 
-#include "platform/linux/ICUDateFormatter.h"
-#include "platform/linux/TextServices.h"
+#include "platform/linux/text/ICUDateFormatter.h"
+#include "platform/linux/text/TextServices.h"
 
-namespace ovinta::platform::linux {
+namespace ovinta::platform::linuxos {
 namespace {
 
 using std::chrono::microseconds;
@@ -196,4 +196,4 @@ TEST(DateFormatterTest, ServesThreadsAtTheSameTime) {
 }
 
 }  // namespace
-}  // namespace ovinta::platform::linux
+}  // namespace ovinta::platform::linuxos

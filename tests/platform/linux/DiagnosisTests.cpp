@@ -1,11 +1,11 @@
-#include "platform/linux/SQLiteDamage.h"
-#include "platform/linux/SQLiteFile.h"
-#include "platform/linux/UPower.h"
+#include "platform/linux/device/UPower.h"
 #include "platform/linux/diagnosis/DiagnosisRun.h"
+#include "platform/linux/location/geoclue/GeoClueProvider.h"
+#include "platform/linux/location/geoclue/GeoClueStream.h"
+#include "platform/linux/location/gpsd/GpsdProvider.h"
 #include "platform/linux/notifications/AgentRegistry.h"
-#include "platform/linux/position/GeoClueProvider.h"
-#include "platform/linux/position/GeoClueStream.h"
-#include "platform/linux/position/GpsdProvider.h"
+#include "platform/linux/storage/SQLiteDamage.h"
+#include "platform/linux/storage/SQLiteFile.h"
 #include "replay/LineServer.h"
 #include "tests/platform/simulation/Sphere.h"
 #include "tests/support/BlueZDouble.h"
@@ -14,7 +14,7 @@
 #include "tests/support/GeoClueDouble.h"
 #include "tests/support/NotificationsDouble.h"
 
-namespace ovinta::platform::linux {
+namespace ovinta::platform::linuxos {
 namespace {
 
 using test::ServiceDouble;
@@ -242,4 +242,4 @@ TEST_F(DiagnosisTest, GpsdTellsItsVersion) {
 }
 
 }  // namespace
-}  // namespace ovinta::platform::linux
+}  // namespace ovinta::platform::linuxos

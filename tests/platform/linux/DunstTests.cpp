@@ -1,7 +1,7 @@
 #include "replay/ChildProcess.h"
 #include "tests/platform/linux/UserNotificationFixture.h"
 
-namespace ovinta::platform::linux {
+namespace ovinta::platform::linuxos {
 namespace {
 
 constexpr const char* kPath = "/org/freedesktop/Notifications";
@@ -48,4 +48,4 @@ TEST_F(DunstTest, ShowsTheNotificationAndTellsOfTheClick) {
 }
 
 }  // namespace
-}  // namespace ovinta::platform::linux
+}  // namespace ovinta::platform::linuxos

@@ -1,4 +1,4 @@
-#include "platform/linux/GLibMainQueue.h"
+#include "platform/linux/main/GLibMainQueue.h"
 
 #include <gmock/gmock.h>
 
@@ -12,7 +12,7 @@
 
 #include "platform/linux/Linux.h"
 
-namespace ovinta::platform::linux {
+namespace ovinta::platform::linuxos {
 namespace {
 
 using std::chrono::microseconds;
@@ -127,4 +127,4 @@ TEST_F(GLibMainQueueTest, TheLoopRefusesAnotherThread) {
 }
 
 }  // namespace
-}  // namespace ovinta::platform::linux
+}  // namespace ovinta::platform::linuxos

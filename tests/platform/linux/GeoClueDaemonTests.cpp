@@ -1,9 +1,9 @@
 // The real GeoClue, with a receiver played by the test.
-#include "platform/linux/position/GeoClueProvider.h"
+#include "platform/linux/location/geoclue/GeoClueProvider.h"
 #include "replay/Rig.h"
 #include "tests/platform/linux/PositionFixture.h"
 
-namespace ovinta::platform::linux {
+namespace ovinta::platform::linuxos {
 namespace {
 
 using namespace std::chrono_literals;
@@ -73,4 +73,4 @@ TEST_F(GeoClueDaemonTest, SaysNothingUntilThereIsAnAgent) {
 }
 
 }  // namespace
-}  // namespace ovinta::platform::linux
+}  // namespace ovinta::platform::linuxos

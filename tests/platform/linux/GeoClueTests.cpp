@@ -1,11 +1,11 @@
-#include "platform/linux/SystemLocationServices.h"
-#include "platform/linux/position/GeoClueStream.h"
+#include "platform/linux/location/SystemLocationServices.h"
+#include "platform/linux/location/geoclue/GeoClueStream.h"
 #include "tests/support/BusFixture.h"
 #include "tests/support/Files.h"
 #include "tests/support/GeoClueDouble.h"
 #include "tests/support/RecordingDelegate.h"
 
-namespace ovinta::platform::linux {
+namespace ovinta::platform::linuxos {
 namespace {
 
 using namespace std::chrono_literals;
@@ -223,4 +223,4 @@ TEST_F(GeoClueTest, AServiceThatRestartsIsFollowedOnAndSoIsTheBus) {
 }
 
 }  // namespace
-}  // namespace ovinta::platform::linux
+}  // namespace ovinta::platform::linuxos

@@ -1,12 +1,12 @@
 // The real gpsd, with a receiver played by the test.
 #include <unistd.h>
 
-#include "platform/linux/position/GpsdProvider.h"
+#include "platform/linux/location/gpsd/GpsdProvider.h"
 #include "replay/LineServer.h"
 #include "replay/NMEA.h"
 #include "tests/platform/linux/PositionFixture.h"
 
-namespace ovinta::platform::linux {
+namespace ovinta::platform::linuxos {
 namespace {
 
 using namespace std::chrono_literals;
@@ -53,4 +53,4 @@ TEST_F(GpsdDaemonTest, ItsFixesAreThoseOfTheReceiver) {
 }
 
 }  // namespace
-}  // namespace ovinta::platform::linux
+}  // namespace ovinta::platform::linuxos

@@ -1,20 +1,20 @@
 // The whole library on the services of this system: whatever nobody needs is let go.
 #include <gmock/gmock.h>
 
-#include "OvintaSDK/core/Ovinta.h"
-#include "OvintaSDK/core/OvintaState.h"
-#include "platform/linux/StoredUserNotificationCenter.h"
-#include "platform/linux/SystemDevice.h"
-#include "platform/linux/SystemLocationServices.h"
-#include "platform/linux/UPower.h"
-#include "platform/linux/position/GeoClueStream.h"
+#include "OvintaSDK/core/facade/Library.h"
+#include "OvintaSDK/core/facade/Ovinta.h"
+#include "platform/linux/device/SystemDevice.h"
+#include "platform/linux/device/UPower.h"
+#include "platform/linux/location/SystemLocationServices.h"
+#include "platform/linux/location/geoclue/GeoClueStream.h"
+#include "platform/linux/notifications/StoredUserNotificationCenter.h"
 #include "tests/platform/simulation/Sphere.h"
 #include "tests/support/BlueZDouble.h"
 #include "tests/support/GeoClueDouble.h"
 #include "tests/support/NotificationsDouble.h"
 #include "tests/support/SDKFixture.h"
 
-namespace ovinta::platform::linux {
+namespace ovinta::platform::linuxos {
 namespace {
 
 using namespace std::chrono_literals;
@@ -152,4 +152,4 @@ TEST_F(IdleTest, RestsAgainWhenNothingIsArmed) {
 }
 
 }  // namespace
-}  // namespace ovinta::platform::linux
+}  // namespace ovinta::platform::linuxos

@@ -8,22 +8,22 @@
 #include <utility>
 #include <vector>
 
-#include "platform/linux/DirectoryBundle.h"
-#include "platform/linux/ExitAwareThread.h"
-#include "platform/linux/GLibMainQueue.h"
-#include "platform/linux/LibraryBundle.h"
 #include "platform/linux/Linux.h"
-#include "platform/linux/PrivateDirectory.h"
-#include "platform/linux/SystemClock.h"
-#include "platform/linux/SystemLog.h"
+#include "platform/linux/main/DirectoryBundle.h"
+#include "platform/linux/main/GLibMainQueue.h"
+#include "platform/linux/main/SystemClock.h"
+#include "platform/linux/main/SystemLog.h"
 #include "platform/linux/notifications/NotificationStore.h"
+#include "platform/linux/storage/PrivateDirectory.h"
+#include "platform/portable/ExitAwareThread.h"
+#include "platform/portable/LibraryBundle.h"
 #include "platform/simulation/RecordingLog.h"
 #include "tests/support/DeathTest.h"
 #include "tests/support/Files.h"
 #include "tests/support/ScopedVariable.h"
 #include "tests/support/TemporaryDirectory.h"
 
-namespace ovinta::platform::linux {
+namespace ovinta::platform::linuxos {
 namespace {
 
 using testing::HasSubstr;
@@ -52,7 +52,7 @@ TEST(DirectoryBundleTest, ReadsItsFilesAnewAtEveryCall) {
 }
 
 TEST(LibraryBundleTest, HoldsTheVersionAndTheDataModel) {
-  const LibraryBundle bundle;
+  const portable::LibraryBundle bundle;
   EXPECT_EQ(bundle.infoText("CFBundleShortVersionString"), OVINTA_PROJECT_VERSION);
   EXPECT_EQ(bundle.infoText("other"), std::nullopt);
   EXPECT_EQ(bundle.resource("VelkModel", "other"), std::nullopt);
@@ -198,7 +198,7 @@ TEST(LinuxServicesTest, SayWhatIsMissingWhereTheSystemHasNoThreadLeft) {
     // No address space has room for such a stack.
     pthread_attr_setstacksize(&attributes, std::size_t{1} << 60);
     pthread_setattr_default_np(&attributes);
-    ExitAwareThread(
+    portable::ExitAwareThread(
         "ovinta-test", [] {}, [] {})
         .startOnce();
   };
@@ -226,4 +226,4 @@ TEST(LinuxServicesTest, HandOverWhatWasClickedBeforeTheStart) {
 }
 
 }  // namespace
-}  // namespace ovinta::platform::linux
+}  // namespace ovinta::platform::linuxos

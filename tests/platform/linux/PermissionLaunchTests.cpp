@@ -1,15 +1,15 @@
 // The permission to follow the user as one launch of an application after the other finds it.
 #include <gmock/gmock.h>
 
-#include "OvintaSDK/core/Ovinta.h"
-#include "platform/linux/SystemLocationServices.h"
-#include "platform/linux/position/GeoClueStream.h"
-#include "platform/standard/Standard.h"
+#include "OvintaSDK/core/facade/Ovinta.h"
+#include "platform/linux/location/SystemLocationServices.h"
+#include "platform/linux/location/geoclue/GeoClueStream.h"
+#include "platform/portable/Portable.h"
 #include "tests/platform/simulation/Sphere.h"
 #include "tests/support/GeoClueDouble.h"
 #include "tests/support/SDKFixture.h"
 
-namespace ovinta::platform::linux {
+namespace ovinta::platform::linuxos {
 namespace {
 
 using namespace std::chrono_literals;
@@ -43,7 +43,7 @@ class PermissionLaunchTest : public test::SDKFixture {
                                           GeoClueProvider::Options{.desktopID = "org.example.app"}),
         time.mainQueue(), KeptAccess(services.settings, PositionSource::geoclue));
     restartWith([this](Services& changed) {
-      changed.notificationCenter = standard::makeNotificationCenter();
+      changed.notificationCenter = portable::makeNotificationCenter();
       changed.location = std::make_shared<SystemLocationServices>(
           hub_,
           std::make_shared<BeaconScanner>(bus_, time.mainQueue(), log, BeaconScanner::Settings{}),
@@ -103,4 +103,4 @@ TEST_F(PermissionLaunchTest, IsToldWhenItIsAnotherThanAtTheLaunchBefore) {
 }
 
 }  // namespace
-}  // namespace ovinta::platform::linux
+}  // namespace ovinta::platform::linuxos

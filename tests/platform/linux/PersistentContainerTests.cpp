@@ -10,11 +10,11 @@
 #include <thread>
 #include <vector>
 
-#include "platform/linux/SQLitePersistentContainer.h"
+#include "platform/linux/storage/SQLitePersistentContainer.h"
 #include "tests/support/Files.h"
 #include "tests/support/TemporaryDirectory.h"
 
-namespace ovinta::platform::linux {
+namespace ovinta::platform::linuxos {
 namespace {
 
 using testing::HasSubstr;
@@ -292,4 +292,4 @@ TEST_F(PersistentContainerTest, AKilledWriterLeavesTheOldListOrTheNewOne) {
 }
 
 }  // namespace
-}  // namespace ovinta::platform::linux
+}  // namespace ovinta::platform::linuxos

@@ -1,13 +1,13 @@
 // The real portal over the real GeoClue, with a desktop played by the test that asks the user.
 #include <unistd.h>
 
-#include "platform/linux/position/PortalProvider.h"
+#include "platform/linux/location/portal/PortalProvider.h"
 #include "replay/Rig.h"
 #include "tests/platform/linux/PositionFixture.h"
 #include "tests/support/Files.h"
 #include "tests/support/ServiceDouble.h"
 
-namespace ovinta::platform::linux {
+namespace ovinta::platform::linuxos {
 namespace {
 
 using test::ServiceDouble;
@@ -103,4 +103,4 @@ TEST_F(PortalDaemonTest, InASandboxTheUserIsAskedAndTheAnswerCounts) {
 }
 
 }  // namespace
-}  // namespace ovinta::platform::linux
+}  // namespace ovinta::platform::linuxos

@@ -3,11 +3,11 @@
 #include <optional>
 #include <vector>
 
-#include "platform/linux/position/PositionProviders.h"
+#include "platform/linux/location/PositionProviders.h"
 #include "tests/platform/simulation/Sphere.h"
 #include "tests/support/BusFixture.h"
 
-namespace ovinta::platform::linux {
+namespace ovinta::platform::linuxos {
 
 /// Opens streams of a provider and notes what they tell.
 class PositionTest : public test::BusTest {
@@ -49,4 +49,4 @@ class PositionTest : public test::BusTest {
   std::optional<PositionAccess> access_;
 };
 
-}  // namespace ovinta::platform::linux
+}  // namespace ovinta::platform::linuxos

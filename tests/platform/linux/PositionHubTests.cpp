@@ -1,11 +1,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "platform/linux/position/PositionHub.h"
-#include "platform/simulation/VirtualTime.h"
-#include "platform/standard/Standard.h"
+#include "platform/linux/location/PositionHub.h"
+#include "platform/portable/Portable.h"
+#include "platform/simulation/time/VirtualTime.h"
 
-namespace ovinta::platform::linux {
+namespace ovinta::platform::linuxos {
 namespace {
 
 using testing::ElementsAre;
@@ -45,7 +45,7 @@ class PositionHubTest : public testing::Test {
   /// Begins anew as another process does.
   void begin() {
     hub_ = std::make_shared<PositionHub>(provider_, time_.mainQueue(), kept_);
-    hub_->onStatusChanged(life_.watch(), [this] { told_.push_back(hub_->status()); });
+    hub_->onStatusChanged(lifetime_.watch(), [this] { told_.push_back(hub_->status()); });
   }
 
   std::unique_ptr<PositionStream> open() {
@@ -62,10 +62,10 @@ class PositionHubTest : public testing::Test {
 
   simulation::VirtualTime time_{Date{}};
   std::shared_ptr<Provider> provider_ = std::make_shared<Provider>();
-  std::shared_ptr<SettingsStore> settings_ = standard::makeInMemorySettingsStore();
+  std::shared_ptr<SettingsStore> settings_ = portable::makeInMemorySettingsStore();
   KeptAccess kept_{settings_, PositionSource::geoclue};
   std::shared_ptr<PositionHub> hub_;
-  standard::Life life_;
+  portable::Lifetime lifetime_;
   std::vector<AuthorizationStatus> told_;
   int locations_ = 0;
 };
@@ -154,4 +154,4 @@ TEST_F(PositionHubTest, AQuestionWaitsForItsOwnAnswer) {
 }
 
 }  // namespace
-}  // namespace ovinta::platform::linux
+}  // namespace ovinta::platform::linuxos

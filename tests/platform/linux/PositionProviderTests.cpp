@@ -1,11 +1,11 @@
 #include "platform/linux/diagnosis/DiagnosisRun.h"
-#include "platform/linux/position/GpsdProvider.h"
-#include "platform/linux/position/PortalProvider.h"
+#include "platform/linux/location/gpsd/GpsdProvider.h"
+#include "platform/linux/location/portal/PortalProvider.h"
 #include "replay/LineServer.h"
 #include "tests/platform/linux/PositionFixture.h"
 #include "tests/support/ServiceDouble.h"
 
-namespace ovinta::platform::linux {
+namespace ovinta::platform::linuxos {
 namespace {
 
 using namespace std::chrono_literals;
@@ -245,4 +245,4 @@ TEST_F(PositionTest, GpsdTellsItsFixesAndIsConnectedToAgain) {
 }
 
 }  // namespace
-}  // namespace ovinta::platform::linux
+}  // namespace ovinta::platform::linuxos

@@ -1,4 +1,4 @@
-#include "platform/linux/SQLiteSettingsStore.h"
+#include "platform/linux/storage/SQLiteSettingsStore.h"
 
 #include <SQLiteCpp/Database.h>
 #include <gmock/gmock.h>
@@ -12,13 +12,13 @@
 #include <iterator>
 #include <string>
 
-#include "platform/linux/SQLiteDamage.h"
-#include "platform/linux/SQLiteFile.h"
+#include "platform/linux/storage/SQLiteDamage.h"
+#include "platform/linux/storage/SQLiteFile.h"
 #include "platform/simulation/RecordingLog.h"
 #include "tests/support/Files.h"
 #include "tests/support/TemporaryDirectory.h"
 
-namespace ovinta::platform::linux {
+namespace ovinta::platform::linuxos {
 namespace {
 
 using testing::AllOf;
@@ -408,4 +408,4 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& tested) { return tested.param.name; });
 
 }  // namespace
-}  // namespace ovinta::platform::linux
+}  // namespace ovinta::platform::linuxos

@@ -1,12 +1,12 @@
-#include "platform/linux/SystemDevice.h"
+#include "platform/linux/device/SystemDevice.h"
 
-#include "platform/linux/PowerSupplies.h"
-#include "platform/linux/UPower.h"
+#include "platform/linux/device/PowerSupplies.h"
+#include "platform/linux/device/UPower.h"
 #include "tests/support/BusFixture.h"
 #include "tests/support/Files.h"
 #include "tests/support/ServiceDouble.h"
 
-namespace ovinta::platform::linux {
+namespace ovinta::platform::linuxos {
 namespace {
 
 using namespace std::chrono_literals;
@@ -113,4 +113,4 @@ TEST_F(SystemDeviceTest, ReadsTheKernelsFilesWheneverUPowerDoesNotAnswer) {
 }
 
 }  // namespace
-}  // namespace ovinta::platform::linux
+}  // namespace ovinta::platform::linuxos

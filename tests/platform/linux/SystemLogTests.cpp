@@ -1,4 +1,4 @@
-#include "platform/linux/SystemLog.h"
+#include "platform/linux/main/SystemLog.h"
 
 #include <fcntl.h>
 #include <gmock/gmock.h>
@@ -15,7 +15,7 @@
 
 #include "tests/support/TemporaryDirectory.h"
 
-namespace ovinta::platform::linux {
+namespace ovinta::platform::linuxos {
 namespace {
 
 class SystemLogTest : public testing::Test {
@@ -93,4 +93,4 @@ TEST_F(SystemLogTest, WithoutStandardErrorTheJournalServes) {
 }
 
 }  // namespace
-}  // namespace ovinta::platform::linux
+}  // namespace ovinta::platform::linuxos

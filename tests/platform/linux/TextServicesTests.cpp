@@ -1,10 +1,10 @@
 #include <gtest/gtest.h>
 
 #include "platform/UUID.h"
-#include "platform/linux/TextServices.h"
+#include "platform/linux/text/TextServices.h"
 #include "tests/support/Command.h"
 
-namespace ovinta::platform::linux {
+namespace ovinta::platform::linuxos {
 namespace {
 
 TEST(TextTest, KnowsUppercaseAndTitlecaseLetters) {
@@ -126,4 +126,4 @@ TEST(GeodesyTest, MeasuresOnTheEllipsoid) {
 }
 
 }  // namespace
-}  // namespace ovinta::platform::linux
+}  // namespace ovinta::platform::linuxos

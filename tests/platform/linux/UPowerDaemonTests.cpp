@@ -1,12 +1,12 @@
 // The real UPower on a bus of its own, with a battery that umockdev plays to it.
 #include <unistd.h>
 
-#include "platform/linux/SystemDevice.h"
+#include "platform/linux/device/SystemDevice.h"
 #include "replay/ChildProcess.h"
 #include "tests/support/BusFixture.h"
 #include "tests/support/Files.h"
 
-namespace ovinta::platform::linux {
+namespace ovinta::platform::linuxos {
 namespace {
 
 constexpr const char* kDaemon = "/usr/libexec/upowerd";
@@ -45,4 +45,4 @@ TEST_F(UPowerDaemonTest, ItsBatteryIsRead) {
 }
 
 }  // namespace
-}  // namespace ovinta::platform::linux
+}  // namespace ovinta::platform::linuxos

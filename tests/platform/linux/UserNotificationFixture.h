@@ -8,14 +8,14 @@
 #include <string>
 #include <vector>
 
-#include "platform/linux/StoredUserNotificationCenter.h"
-#include "platform/simulation/SimulatedLocation.h"
-#include "platform/standard/Standard.h"
+#include "platform/linux/notifications/StoredUserNotificationCenter.h"
+#include "platform/portable/Portable.h"
+#include "platform/simulation/location/SimulatedLocation.h"
 #include "tests/platform/simulation/Sphere.h"
 #include "tests/support/BusFixture.h"
 #include "tests/support/NotificationsDouble.h"
 
-namespace ovinta::platform::linux {
+namespace ovinta::platform::linuxos {
 
 /// For the entry into a circle of 100 m, with the identifier also as user info.
 inline UserNotificationRequest requestFor(const char* identifier) {
@@ -35,8 +35,8 @@ class UserNotificationTest : public test::BusTest {
   UserNotificationTest() {
     services_.log = log_;
     services_.mainQueue = time_.mainQueue();
-    services_.operationQueues = standard::makeOperationQueueFactory();
-    services_.notificationCenter = standard::makeNotificationCenter();
+    services_.operationQueues = portable::makeOperationQueueFactory();
+    services_.notificationCenter = portable::makeNotificationCenter();
     services_.geodesy = std::make_shared<simulation::Sphere>();
     services_.location = location_;
     center_ = makeCenter();
@@ -118,4 +118,4 @@ class UserNotificationTest : public test::BusTest {
   std::unique_ptr<Center> center_;
 };
 
-}  // namespace ovinta::platform::linux
+}  // namespace ovinta::platform::linuxos

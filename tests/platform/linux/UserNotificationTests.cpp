@@ -11,7 +11,7 @@
 #include "tests/support/Files.h"
 #include "tests/support/GeoClueDouble.h"
 
-namespace ovinta::platform::linux {
+namespace ovinta::platform::linuxos {
 namespace {
 
 using simulation::kSite;
@@ -449,4 +449,4 @@ TEST_F(NotifyAgentTest, TheBusStartsTheProgramWhichTakesOverOnceTheApplicationIs
 }
 
 }  // namespace
-}  // namespace ovinta::platform::linux
+}  // namespace ovinta::platform::linuxos

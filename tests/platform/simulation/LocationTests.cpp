@@ -2,8 +2,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "platform/simulation/SimulatedLocation.h"
-#include "platform/simulation/VirtualTime.h"
+#include "platform/simulation/location/SimulatedLocation.h"
+#include "platform/simulation/time/VirtualTime.h"
 #include "tests/support/RecordingDelegate.h"
 
 namespace ovinta::platform::simulation {

@@ -5,10 +5,10 @@
 #include <thread>
 #include <vector>
 
-#include "platform/simulation/HoldingURLSession.h"
-#include "platform/simulation/TimeHoldingOperationQueueFactory.h"
-#include "platform/simulation/TimeHoldingURLSession.h"
-#include "platform/standard/Standard.h"
+#include "platform/portable/Portable.h"
+#include "platform/simulation/http/HoldingURLSession.h"
+#include "platform/simulation/time/TimeHoldingOperationQueueFactory.h"
+#include "platform/simulation/time/TimeHoldingURLSession.h"
 #include "tests/support/FunctionOperation.h"
 
 namespace ovinta::platform::simulation {
@@ -52,7 +52,7 @@ class ThreadedURLSession : public URLSession {
   }
 
  private:
-  std::shared_ptr<OperationQueue> answers_ = standard::makeOperationQueueFactory()->makeQueue();
+  std::shared_ptr<OperationQueue> answers_ = portable::makeOperationQueueFactory()->makeQueue();
 };
 
 // Operations and completions on threads of their own: every run gives the same sequence. `log` has
@@ -64,7 +64,7 @@ TEST(TimeHoldingTest, TheSameWorkComesInTheSameOrderEveryTime) {
     const auto queue = time.mainQueue();
     std::vector<std::string> log;
     TimeHoldingURLSession session(std::make_shared<ThreadedURLSession>(), time);
-    TimeHoldingOperationQueueFactory factory(standard::makeOperationQueueFactory(), time);
+    TimeHoldingOperationQueueFactory factory(portable::makeOperationQueueFactory(), time);
     const auto operations = factory.makeQueue();
     EXPECT_EQ(operations->maxConcurrentOperationCount(), 0u);
 

@@ -5,7 +5,7 @@
 #include <tuple>
 #include <vector>
 
-#include "platform/simulation/TripPlayer.h"
+#include "platform/simulation/trip/TripPlayer.h"
 #include "tests/platform/simulation/Sphere.h"
 
 namespace ovinta::platform::simulation {

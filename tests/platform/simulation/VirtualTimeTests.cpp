@@ -1,4 +1,4 @@
-#include "platform/simulation/VirtualTime.h"
+#include "platform/simulation/time/VirtualTime.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -9,7 +9,7 @@ NS_ASSUME_NONNULL_BEGIN
 /// they say so.
 @interface OvintaRecord : NSObject {
  @private
-  void* held_;
+  void* native_;
 }
 - (instancetype)init NS_UNAVAILABLE;
 @end

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <memory>
+
+#include "OvintaSDK/core/Lazy.h"
+#include "platform/DateFormatter.h"
+
+namespace ovinta {
+
+/// The two forms in which the library and the service write dates. Each formatter is made on first
+/// use. May be used from any thread.
+class Dates {
+ public:
+  explicit Dates(std::shared_ptr<platform::DateFormatterFactory> formatters)
+      : formatters_(std::move(formatters)) {}
+
+  /// Pickup windows: device locale, zone and calendar, offset without a colon.
+  const platform::DateFormatter& pickupWindow() const;
+  /// The service's instants: UTC, offset with a colon or "Z".
+  const platform::DateFormatter& service() const;
+
+ private:
+  const std::shared_ptr<platform::DateFormatterFactory> formatters_;
+  mutable Lazy<const platform::DateFormatter> pickupWindow_;
+  mutable Lazy<const platform::DateFormatter> service_;
+};
+
+}  // namespace ovinta

@@ -1,0 +1,111 @@
+#include "OvintaSDK/orders/Orders.h"
+
+#include <utility>
+
+#include "OvintaSDK/api/GetOrdersOperation.h"
+#include "OvintaSDK/api/Refusal.h"
+#include "OvintaSDK/core/SDKNotifications.h"
+#include "OvintaSDK/core/WithoutNulls.h"
+#include "OvintaSDK/customer/Customers.h"
+#include "OvintaSDK/orders/OrderLists.h"
+#include "OvintaSDK/orders/SyncOrdersOperation.h"
+
+namespace ovinta {
+
+void Orders::setAll(std::optional<OrderList> orders) {
+  orders = withoutNulls(std::move(orders));
+  const bool isSynced = orders.has_value();
+  {
+    // The old list, whose orders may end with it, outlives the lock.
+    const std::scoped_lock lock(settingAll_);
+    if (orders) unsynced_.push_back(*orders);
+    orders = all_.exchange(std::move(orders));
+  }
+  if (!isSynced) return;
+  // The store's operations run one at a time: each writes the list that was set after the last.
+  context_->storeQueue().addOperation(std::make_shared<SyncOrdersOperation>(
+      context_, [self = shared_from_this()] { return self->takeUnsynced(); },
+      [self = shared_from_this()](const auto&, const auto&) {
+        self->context_->log("Finished syncing orders");
+      }));
+}
+
+OrderList Orders::takeUnsynced() {
+  const std::scoped_lock lock(settingAll_);
+  OrderList orders = std::move(unsynced_.front());
+  unsynced_.pop_front();
+  return orders;
+}
+
+void Orders::setOpen(std::optional<OrderList> orders) {
+  open_.set(withoutNulls(std::move(orders)));
+}
+
+void Orders::setClosed(std::optional<OrderList> orders) {
+  closed_.set(withoutNulls(std::move(orders)));
+}
+
+CustomerPtr Orders::currentCustomer() const { return customers_()->current(); }
+
+void Orders::fetch(OrdersCallback callback) {
+  const auto refuse = [this, &callback](OrdersManagerErrorType type) {
+    const ErrorPtr error = recordRefusal(type);
+    tellError(callback, error);
+    context_->post(SDKNotification::ordersError, objectOf(error));
+  };
+  const CustomerPtr customer = currentCustomer();
+  if (!customer) return refuse(OrdersManagerErrorType::loadingCustomer);
+  const auto api = APIClient::of(context_);
+  if (!api) return refuse(OrdersManagerErrorType::loadingApiUrl);
+  if (isFetching_.exchange(true)) {
+    // The fetch that is running keeps its state and its listeners undisturbed.
+    return tellError(callback, logRefusal(*context_, OrdersManagerErrorType::alreadyFetching));
+  }
+  context_->log("Getting Orders");
+  api->send<GetOrdersOperation>(
+      customer, [self = shared_from_this(), callback = std::move(callback)](const auto& orders,
+                                                                            const ErrorPtr& error) {
+        self->finishFetch(orders, error, callback);
+      });
+}
+
+void Orders::finishFetch(const std::optional<OrderList>& orders, const ErrorPtr& error,
+                         const OrdersCallback& callback) {
+  setLastFetch(LastFetch{.date = context_->services().clock->now(), .error = error});
+  if (orders) {
+    adopt(*orders);
+  } else {
+    context_->log("Got an error getting orders");
+  }
+  if (callback) callback(orders, error);
+  if (orders) {
+    context_->post(SDKNotification::ordersUpdated, *orders);
+    updateOrdersWithNoPushToken();
+  } else {
+    context_->post(SDKNotification::ordersError, objectOf(error));
+  }
+  isFetching_ = false;
+}
+
+void Orders::adopt(const OrderList& orders) {
+  setAll(orders);
+  rebuildOpen();
+  setClosed(closedOrders(orders));
+}
+
+void Orders::rebuildOpen() {
+  std::optional<OrderList> old;
+  const std::scoped_lock lock(rebuildingOpen_);
+  if (const auto orders = all()) old = open_.exchange(openOrders(*orders));
+}
+
+OrderPtr Orders::find(std::int64_t id) const { return findOrder(all(), id); }
+
+ErrorPtr Orders::recordRefusal(OrdersManagerErrorType type) {
+  ErrorPtr error = std::make_shared<const OrdersManagerError>(type);
+  setLastFetch(LastFetch{.date = context_->services().clock->now(), .error = error});
+  context_->log(error->localizedDescription());
+  return error;
+}
+
+}  // namespace ovinta

@@ -1,0 +1,71 @@
+#include <CLI/CLI.hpp>
+#include <chrono>
+#include <memory>
+#include <string>
+#include <variant>
+
+#include "cli/client/ClientOptions.h"
+#include "cli/client/ClientServices.h"
+#include "cli/client/Output.h"
+#include "cli/commands/Commands.h"
+#include "cli/demo/Demo.h"
+
+namespace ovinta::cli {
+namespace {
+
+using platform::simulation::Trip;
+
+ExitCode runDemo(const DemoOptions& options) {
+  Interruption interruption;
+  auto trip = loadTrip(options.trip);
+  if (const auto* error = std::get_if<std::string>(&trip)) {
+    Output(options.service.json).printFailure("No Trip", *error);
+    return ExitCode::failure;
+  }
+  Demo demo(options, std::get<Trip>(std::move(trip)), interruption);
+  const ExitCode code = demo.run() ? ExitCode::success : ExitCode::failure;
+  refuseUnkept();
+  return code;
+}
+
+/// The pace on a real device, by the wall clock: slow enough for each step to be seen.
+constexpr std::chrono::seconds kRealPace{60};
+
+/// A pace that was given stays.
+void addDeviceOption(CLI::App& command, DemoOptions& options) {
+  command
+      .add_option_function<std::string>(
+          "--device",
+          [&command, &options](const std::string& name) {
+            if (name != "linux") return;
+            options.device = DemoDeviceKind::linux;
+            if (command.count("--pace") == 0) options.trip.pace = kRealPace;
+          },
+          "What goes on the trip: a simulated device, or this machine, with the position by the "
+          "real GeoClue and a pace of 60 where none is given")
+      ->check(CLI::IsMember({"simulated", "linux"}))
+      ->default_str("simulated")
+      ->type_name("DEVICE");
+}
+
+}  // namespace
+
+void addDemoCommand(CLI::App& app, int& exitCode) {
+  auto options = std::make_shared<DemoOptions>();
+  CLI::App* command =
+      app.add_subcommand("demo", "Take one customer's order from the account to the rating");
+  addTripOptions(*command, options->trip);
+  command->get_option("--trip")->description(
+      "GPX file of a trip to site 42, in place of the drive that is built in");
+  addDeviceOption(*command, *options);
+  addServiceOptions(*command, options->service);
+  command->get_option("--base-url")
+      ->description("Use the service that runs there, not a sandbox of its own")
+      ->group("Options");
+  command->callback([options, &exitCode] {
+    exitCode =
+        static_cast<int>(Output(options->service.json).guard([&] { return runDemo(*options); }));
+  });
+}
+
+}  // namespace ovinta::cli

@@ -1,0 +1,102 @@
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <array>
+#include <memory>
+#include <optional>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "cli/client/ClientOptions.h"
+#include "cli/client/ClientServices.h"
+#include "cli/client/HumanText.h"
+#include "cli/client/Output.h"
+#include "cli/client/Table.h"
+#include "cli/commands/Commands.h"
+#include "platform/linux/Diagnosis.h"
+
+namespace ovinta::cli {
+namespace {
+
+using platform::Dictionary;
+using platform::linuxos::Condition;
+using platform::linuxos::Finding;
+
+struct DoctorInput {
+  ClientOptions client;
+  std::string applicationID{kApplicationID};
+  platform::linuxos::PositionSource positionSource = platform::linuxos::PositionSource::automatic;
+};
+
+/// What each condition is called, in the order of their values.
+constexpr std::array<const char*, 4> kConditions{"good", "limited", "missing", "unknown"};
+
+platform::linuxos::Options optionsFor(const DoctorInput& input) {
+  return {.applicationID = input.applicationID,
+          .dataDirectory = input.client.dataDirectory,
+          .log = logFor(input.client),
+          .positionSource = input.positionSource};
+}
+
+Dictionary fieldsOf(const Finding& finding) {
+  Dictionary fields{
+      {"subject", finding.subject},
+      {"condition", std::string(kConditions.at(static_cast<std::size_t>(finding.condition)))},
+      {"detail", finding.detail}};
+  if (!finding.version.empty()) fields.emplace("version", finding.version);
+  if (!finding.advice.empty()) fields.emplace("advice", finding.advice);
+  return fields;
+}
+
+/// A table with what to do beneath each row.
+Result resultOf(const std::vector<Finding>& findings) {
+  platform::List rows;
+  for (const Finding& finding : findings) rows.emplace_back(fieldsOf(finding));
+  std::istringstream table(tableText(
+      {{"STATE", "condition"}, {"PART", "subject"}, {"VERSION", "version"}, {"FOUND", "detail"}},
+      rows));
+  std::string text, line;
+  std::getline(table, line);
+  text = line + "\n";
+  for (const Finding& finding : findings) {
+    std::getline(table, line);
+    text += line + "\n";
+    if (!finding.advice.empty()) text += "         " + visibleText(finding.advice) + "\n";
+  }
+  return {std::move(rows), std::move(text)};
+}
+
+ExitCode examine(const DoctorInput& input) {
+  std::vector<Finding> findings;
+  platform::linuxos::diagnose(optionsFor(input), [&findings](const std::vector<Finding>& found) {
+    findings = found;
+    platform::linuxos::quitMainLoop();
+  });
+  platform::linuxos::runMainLoop();
+  Output(input.client.json).print(resultOf(findings));
+  const bool isFit = std::ranges::all_of(findings, [](const Finding& finding) {
+    return finding.condition == Condition::good || finding.condition == Condition::limited;
+  });
+  return isFit ? ExitCode::success : ExitCode::failure;
+}
+
+}  // namespace
+
+void addDoctorCommand(CLI::App& app, int& exitCode) {
+  auto input = std::make_shared<DoctorInput>();
+  CLI::App* command = app.add_subcommand(
+      "doctor", "Check what the library uses on this device, and say what to do about the rest");
+  command
+      ->add_option("--application-id", input->applicationID,
+                   "Check as this app, which the services know by its desktop file")
+      ->type_name("ID")
+      ->capture_default_str();
+  addPositionSourceOption(*command, input->positionSource);
+  addDataDirectoryOption(*command, input->client);
+  addOutputOptions(*command, input->client);
+  command->callback([input, &exitCode] {
+    exitCode = static_cast<int>(Output(input->client.json).guard([&] { return examine(*input); }));
+  });
+}
+
+}  // namespace ovinta::cli

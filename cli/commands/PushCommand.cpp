@@ -1,0 +1,85 @@
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <iterator>
+#include <stdexcept>
+
+#include "cli/client/ClientCommands.h"
+#include "cli/client/Records.h"
+#include "cli/commands/Commands.h"
+#include "platform/JSON.h"
+
+namespace ovinta::cli {
+namespace {
+
+constexpr std::string_view kSilence = "the orders could not be fetched for lack of an answer.";
+
+std::string readAll(const std::string& file) {
+  if (file == "-") return {std::istreambuf_iterator<char>(std::cin), {}};
+  std::ifstream stream(file, std::ios::binary);
+  if (!stream || std::filesystem::is_directory(file)) {
+    throw std::runtime_error("cannot read " + file);
+  }
+  return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+/// Throws `std::runtime_error` for what is no payload.
+platform::Dictionary readPayload(const std::string& file) {
+  const auto value = platform::parseJSON(readAll(file));
+  if (!value) throw std::runtime_error("the payload is not JSON");
+  const auto* payload = value->as<platform::Dictionary>();
+  if (!payload) throw std::runtime_error("the payload is no JSON object");
+  return *payload;
+}
+
+/// Reports what the library tells its observers of, since a push has no callback of its own.
+auto observeOrders(const Client::Report& report) {
+  const auto observe = [](platform::NotificationName name, auto tell) {
+    return platform::services().notificationCenter->addObserver(name, tell);
+  };
+  const auto reportOrders = [report](const platform::Notification& /*notification*/) {
+    report(optionalResult(Ovinta::orders().all()), nullptr);
+  };
+  std::vector<std::unique_ptr<platform::NotificationObserver>> observers;
+  observers.push_back(observe(SDKNotification::orderUpdated, reportOrders));
+  observers.push_back(observe(SDKNotification::ordersUpdated, reportOrders));
+  observers.push_back(
+      observe(SDKNotification::ordersError, [report](const platform::Notification& notification) {
+        const auto* error = notification.objectAs<ErrorPtr>();
+        report(std::nullopt, error ? *error : nullptr);
+      }));
+  return observers;
+}
+
+ExitCode push(Client& client, const std::string& file) {
+  const platform::Dictionary payload = readPayload(file);
+  // A running app has its orders; this process has to get them first.
+  const Outcome fetched = client.await([](const Client::Report& report) {
+    Ovinta::orders().fetch(
+        [report](const auto& /*orders*/, const ErrorPtr& error) { report(std::nullopt, error); });
+  });
+  if (!fetched.reported || fetched.error) return client.report(fetched, kSilence);
+  decltype(observeOrders({})) observers;
+  return client.perform(
+      [&](const Client::Report& report) {
+        observers = observeOrders(report);
+        Ovinta::handleRemoteNotification(payload);
+      },
+      kSilence);
+}
+
+}  // namespace
+
+void addPushCommand(CLI::App& app, int& exitCode) {
+  ClientCommands(app, exitCode)
+      .add<std::string>(
+          "push", "Apply the payload of a push, and show the orders as they then are",
+          [](CLI::App& command, std::string& file) {
+            command.add_option("payload", file, "JSON file of the payload; \"-\": standard input")
+                ->required()
+                ->type_name("FILE");
+          },
+          push);
+}
+
+}  // namespace ovinta::cli

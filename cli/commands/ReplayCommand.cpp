@@ -1,0 +1,76 @@
+#include <CLI/CLI.hpp>
+#include <chrono>
+#include <iostream>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "cli/client/ClientServices.h"
+#include "cli/client/Output.h"
+#include "cli/client/ValueOf.h"
+#include "cli/commands/Commands.h"
+#include "cli/device/Interruption.h"
+#include "cli/device/TripOptions.h"
+#include "platform/linux/Linux.h"
+#include "replay/Rig.h"
+#include "replay/TripReplay.h"
+
+namespace ovinta::cli {
+namespace {
+
+/// How long it takes to notice that somebody follows or that the command has ended.
+constexpr std::chrono::milliseconds kWatchInterval{50};
+
+struct ReplayInput {
+  TripOptions trip = {};
+  std::vector<std::string> command = {};
+};
+
+replay::TripReplay tripReplay(const TripOptions& options) {
+  return {valueOf(loadTrip(options)), options.pace, *valueServices().geodesy};
+}
+
+/// Returns the exit status of the command; without one it goes on until it is interrupted.
+int replayTrip(const ReplayInput& input) {
+  Interruption interruption;
+  auto trip = tripReplay(input.trip);
+  const auto rig = valueOf(replay::Rig::start());
+  std::optional<replay::ChildProcess> command;
+  if (input.command.empty()) {
+    std::cout << "export " << rig->variable() << std::endl;
+  } else {
+    command.emplace(input.command, std::vector{rig->variable()}, replay::ChildOutput::shared);
+  }
+  for (bool isUnderWay = false;; interruption.check(kWatchInterval)) {
+    if (command && command->exitStatus()) return command->wait();
+    isUnderWay = isUnderWay || rig->isFollowed();
+    if (!isUnderWay) continue;
+    if (const auto location = trip.next(std::chrono::steady_clock::now())) rig->send(*location);
+  }
+}
+
+}  // namespace
+
+void addReplayCommand(CLI::App& app, int& exitCode) {
+  auto input = std::make_shared<ReplayInput>();
+  CLI::App* command = app.add_subcommand(
+      "replay",
+      "Run a command on a system whose GeoClue follows a trip, which begins when it is "
+      "first asked for the position");
+  addPlainTripOptions(*command, input->trip);
+  command->get_option("--trip")->description(
+      "GPX file of the trip, in place of a drive to 40.7411, -73.9897, site 42 of the sandbox");
+  command->add_option("command", input->command,
+                      "The command and its arguments, after --; without it the address of the bus "
+                      "is printed, and the trip goes on until it is interrupted");
+  command->callback([input, &exitCode] {
+    const ExitCode failure = Output(false).guard([&] {
+      exitCode = replayTrip(*input);
+      return ExitCode::success;
+    });
+    if (failure != ExitCode::success) exitCode = static_cast<int>(failure);
+  });
+}
+
+}  // namespace ovinta::cli

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <filesystem>
+#include <memory>
+
+#include "platform/Clock.h"
+#include "platform/Device.h"
+#include "platform/linux/dbus/Bus.h"
+#include "platform/linux/device/PowerSupplies.h"
+
+namespace ovinta::platform::linuxos {
+
+/// The battery as UPower knows it, or as the kernel's files say while UPower does not answer. It is
+/// read when monitoring is switched on and, behind the answer, at each question for the state that
+/// finds the last reading older than ten seconds; when that is older than a minute the files
+/// answer. Otherwise it does nothing at all: UPower, which tells of every change of the charge, is
+/// not followed. Destroyed on the main thread.
+class SystemDevice : public Device {
+ public:
+  SystemDevice(std::shared_ptr<dbus::Bus> systemBus, std::shared_ptr<Clock> clock,
+               std::filesystem::path powerSupplies = kPowerSupplies);
+
+  void setBatteryMonitoringEnabled(bool enabled) override;
+  BatteryState batteryState() const override;
+
+ private:
+  struct Reading;
+
+  void read() const;
+
+  const std::shared_ptr<dbus::Bus> bus_;
+  const std::shared_ptr<Clock> clock_;
+  const std::filesystem::path powerSupplies_;
+  const std::shared_ptr<Reading> reading_;
+};
+
+}  // namespace ovinta::platform::linuxos

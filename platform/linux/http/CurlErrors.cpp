@@ -1,0 +1,56 @@
+#include "platform/linux/http/CurlErrors.h"
+
+#include <algorithm>
+
+namespace ovinta::platform::linuxos {
+namespace {
+
+struct Sentence {
+  CURLcode code;
+  const char* text;
+};
+
+constexpr const char* kHostNotFound = "The server could not be found.";
+constexpr const char* kNoConnection = "Could not connect to the server.";
+constexpr const char* kConnectionLost = "The network connection was lost.";
+constexpr const char* kNotSecure = "A secure connection to the server could not be made.";
+constexpr const char* kUnsupportedURL = "The URL is not supported.";
+constexpr const char* kBadAnswer = "The server gave a bad answer.";
+
+constexpr Sentence kSentences[] = {
+    {CURLE_COULDNT_RESOLVE_HOST, kHostNotFound},
+    {CURLE_COULDNT_RESOLVE_PROXY, "The proxy could not be found."},
+    {CURLE_COULDNT_CONNECT, kNoConnection},
+    {CURLE_INTERFACE_FAILED, kNoConnection},
+    {CURLE_PROXY, "Could not connect through the proxy."},
+    {CURLE_OPERATION_TIMEDOUT, "The request timed out."},
+    {CURLE_GOT_NOTHING, kConnectionLost},
+    {CURLE_SEND_ERROR, kConnectionLost},
+    {CURLE_RECV_ERROR, kConnectionLost},
+    {CURLE_PARTIAL_FILE, kConnectionLost},
+    {CURLE_HTTP2, kConnectionLost},
+    {CURLE_HTTP2_STREAM, kConnectionLost},
+    {CURLE_SSL_CONNECT_ERROR, kNotSecure},
+    {CURLE_PEER_FAILED_VERIFICATION, kNotSecure},
+    {CURLE_SSL_CACERT_BADFILE, kNotSecure},
+    {CURLE_SSL_CERTPROBLEM, kNotSecure},
+    {CURLE_SSL_CIPHER, kNotSecure},
+    {CURLE_SSL_ISSUER_ERROR, kNotSecure},
+    {CURLE_SSL_INVALIDCERTSTATUS, kNotSecure},
+    {CURLE_SSL_CLIENTCERT, kNotSecure},
+    {CURLE_UNSUPPORTED_PROTOCOL, kUnsupportedURL},
+    {CURLE_URL_MALFORMAT, kUnsupportedURL},
+    {CURLE_TOO_MANY_REDIRECTS, "The server redirected the request too many times."},
+    {CURLE_FILESIZE_EXCEEDED, "The answer of the server is too large."},
+    {CURLE_WEIRD_SERVER_REPLY, kBadAnswer},
+    {CURLE_BAD_FUNCTION_ARGUMENT, "The request is not well-formed."},
+};
+
+}  // namespace
+
+TransportError transportError(CURLcode code) {
+  const auto* found = std::ranges::find(kSentences, code, &Sentence::code);
+  return {found == std::end(kSentences) ? "The request failed." : found->text};
+}
+
+}  // namespace ovinta::platform::linuxos

@@ -1,0 +1,232 @@
+#include "platform/linux/http/CurlTransfer.h"
+
+#include <algorithm>
+#include <limits>
+#include <string_view>
+#include <utility>
+
+#include "platform/linux/http/CurlErrors.h"
+#include "platform/linux/http/CurlHeaders.h"
+#include "platform/linux/http/HTTPRedirect.h"
+
+namespace ovinta::platform::linuxos {
+namespace {
+
+constexpr int kMaximumRedirects = 10;
+
+// Of the heads and trailers of one answer: several times what servers send, and little enough for
+// fields of a few bytes each, which take many times their size.
+constexpr std::size_t kMaximumHeadSize = std::size_t{64} << 10;
+
+// What a callback returns to have libcurl end the transfer: not the length that it was given.
+constexpr std::size_t kStop = CURL_WRITEFUNC_ERROR;
+
+// Keeps sums with an instant, and libcurl's counts of milliseconds, from overflowing.
+constexpr std::chrono::milliseconds kLongestTimeout = std::chrono::hours(24);
+
+long statusCodeOf(CURL* handle) {
+  long statusCode = 0;
+  curl_easy_getinfo(handle, CURLINFO_RESPONSE_CODE, &statusCode);
+  return statusCode;
+}
+
+}  // namespace
+
+CurlTransfer::CurlTransfer(URLRequest request, URLSession::Completion completion)
+    : request_(std::move(request)),
+      completion_(std::move(completion)),
+      timeout_(std::clamp(request_.timeout, std::chrono::milliseconds(1), kLongestTimeout)) {}
+
+CURLcode CurlTransfer::begin(const Setting& setting, Instant now) {
+  lastProgress_ = now;
+  if (!end_) end_ = now + std::min(setting.timeLimit, kLongestTimeout);
+  sizeLimit_ = setting.sizeLimit;
+  body_.clear();
+  receivedHeaders_.clear();
+  headSize_ = 0;
+  sent_ = 0;
+  progressed_ = connected_ = headComplete_ = false;
+  if (!isWebURL(request_.url.text)) return CURLE_URL_MALFORMAT;
+  if (!isSendable(request_)) return CURLE_BAD_FUNCTION_ARGUMENT;
+  if (handle_) {
+    curl_easy_reset(handle_.get());
+  } else {
+    handle_.reset(curl_easy_init());
+  }
+  if (!handle_) return CURLE_OUT_OF_MEMORY;
+  CurlOptions options(handle_.get());
+  setUpConnection(options, setting);
+  setUpLimits(options);
+  setUpRequest(options);
+  setUpCallbacks(options);
+  return options.refusal();
+}
+
+void CurlTransfer::setUpConnection(CurlOptions& options, const Setting& setting) const {
+  options.set(CURLOPT_NOSIGNAL, 1L);
+  // A look-up of a name that takes long must not hold up the session's thread when it is given up.
+  options.set(CURLOPT_QUICK_EXIT, 1L);
+  options.set(CURLOPT_PROTOCOLS_STR, "http,https");
+  options.set(CURLOPT_HTTP_VERSION, long{CURL_HTTP_VERSION_2TLS});
+  options.set(CURLOPT_TCP_KEEPALIVE, 1L);
+  // With a limit of its own for connecting, libcurl tries a host's next address before the whole
+  // time is spent on the first one.
+  options.set(CURLOPT_CONNECTTIMEOUT_MS, static_cast<long>(timeout_.count()));
+  options.set(CURLOPT_SSLVERSION, long{CURL_SSLVERSION_TLSv1_2});
+  options.set(CURLOPT_SSL_VERIFYPEER, 1L);
+  options.set(CURLOPT_SSL_VERIFYHOST, 2L);
+  if (!setting.caFile.empty()) {
+    options.set(CURLOPT_CAINFO, setting.caFile.c_str());
+    options.set(CURLOPT_CAPATH, nullptr);
+  }
+  options.set(CURLOPT_SHARE, setting.share);
+}
+
+void CurlTransfer::setUpLimits(CurlOptions& options) const {
+  // The redirects that are followed are ours, and so is their number.
+  options.set(CURLOPT_FOLLOWLOCATION, 0L);
+  // Anything at all would be an answer.
+  options.set(CURLOPT_HTTP09_ALLOWED, 0L);
+  options.set(CURLOPT_NETRC, long{CURL_NETRC_IGNORED});
+  // Goes by the length that the head announces; `receiveBody` and `seeBytes` see the rest. That of
+  // a HEAD is the length of what does not come.
+  if (request_.method != "HEAD") {
+    constexpr std::size_t kLargest = std::numeric_limits<curl_off_t>::max();
+    options.set(CURLOPT_MAXFILESIZE_LARGE, static_cast<curl_off_t>(std::min(sizeLimit_, kLargest)));
+  }
+}
+
+void CurlTransfer::setUpRequest(CurlOptions& options) {
+  options.set(CURLOPT_URL, request_.url.text.c_str());
+  options.set(CURLOPT_PATH_AS_IS, 1L);
+  if (const auto body = bodyToSend(request_)) {
+    options.set(CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(body->size()));
+    options.set(CURLOPT_POSTFIELDS, body->data());
+  } else if (request_.method == "HEAD") {
+    options.set(CURLOPT_NOBODY, 1L);
+  }
+  options.set(CURLOPT_CUSTOMREQUEST, request_.method.c_str());
+  sentHeaders_ = headerList(request_);
+  options.set(CURLOPT_HTTPHEADER, sentHeaders_.get());
+  options.set(CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
+}
+
+void CurlTransfer::setUpCallbacks(CurlOptions& options) {
+  options.set(CURLOPT_HEADERFUNCTION, &receiveHeaderLine);
+  options.set(CURLOPT_HEADERDATA, this);
+  options.set(CURLOPT_WRITEFUNCTION, &receiveBody);
+  options.set(CURLOPT_WRITEDATA, this);
+  options.set(CURLOPT_NOPROGRESS, 0L);
+  options.set(CURLOPT_XFERINFOFUNCTION, &seeCounters);
+  options.set(CURLOPT_XFERINFODATA, this);
+  options.set(CURLOPT_PREREQFUNCTION, &seeConnection);
+  options.set(CURLOPT_PREREQDATA, this);
+  // The one view that libcurl gives of the bytes between the parts of a body.
+  options.set(CURLOPT_DEBUGFUNCTION, &seeBytes);
+  options.set(CURLOPT_DEBUGDATA, this);
+  options.set(CURLOPT_VERBOSE, 1L);
+}
+
+void CurlTransfer::noteProgress(Instant now) {
+  if (std::exchange(progressed_, false)) lastProgress_ = now;
+}
+
+void CurlTransfer::giveUpConnection() {
+  // Where the option cannot be set, the next request finds out for itself that the connection is
+  // dead.
+  CurlOptions(handle_.get()).set(CURLOPT_FORBID_REUSE, 1L);
+}
+
+bool CurlTransfer::followsRedirect(CURLcode code) {
+  const char* target = nullptr;
+  if (judged(code) != CURLE_OK) return false;
+  curl_easy_getinfo(handle_.get(), CURLINFO_REDIRECT_URL, &target);
+  if (!target) return false;
+  auto next = redirected(request_, static_cast<int>(statusCodeOf(handle_.get())), target);
+  if (!next) return false;
+  tooManyRedirects_ = redirects_ == kMaximumRedirects;
+  if (tooManyRedirects_) return false;
+  ++redirects_;
+  request_ = *std::move(next);
+  return true;
+}
+
+void CurlTransfer::complete(CURLcode code) {
+  const CURLcode result = judged(code);
+  std::optional<HTTPResponse> answer;
+  if (headComplete_) {
+    answer =
+        HTTPResponse{static_cast<int>(statusCodeOf(handle_.get())), std::move(receivedHeaders_)};
+  }
+  const auto completion = std::exchange(completion_, nullptr);
+  if (!completion) return;
+  if (result == CURLE_OK) {
+    completion(std::move(body_), std::move(answer), std::nullopt);
+  } else {
+    completion(std::nullopt, std::move(answer), transportError(result));
+  }
+}
+
+// libcurl uses some codes for several causes.
+CURLcode CurlTransfer::judged(CURLcode code) const {
+  if (tooLarge_) return CURLE_FILESIZE_EXCEEDED;
+  if (tooManyRedirects_) return CURLE_TOO_MANY_REDIRECTS;
+  const bool ambiguous = code == CURLE_UNSUPPORTED_PROTOCOL || code == CURLE_BAD_FUNCTION_ARGUMENT;
+  if (ambiguous && connected_) return CURLE_WEIRD_SERVER_REPLY;
+  if (code == CURLE_OK && !headComplete_) return CURLE_GOT_NOTHING;
+  return code;
+}
+
+int CurlTransfer::seeBytes(CURL*, curl_infotype type, char*, std::size_t size, void* transfer) {
+  auto& self = *static_cast<CurlTransfer*>(transfer);
+  if (type != CURLINFO_HEADER_IN && type != CURLINFO_DATA_IN) return 0;
+  self.progressed_ = true;
+  self.receivedSize_ += size;
+  self.tooLarge_ |= self.receivedSize_ > self.sizeLimit_;
+  return 0;
+}
+
+std::size_t CurlTransfer::receiveHeaderLine(char* data, std::size_t size, std::size_t count,
+                                            void* transfer) {
+  auto& self = *static_cast<CurlTransfer*>(transfer);
+  const std::string_view line(data, size * count);
+  self.headSize_ += line.size();
+  self.tooLarge_ |= self.headSize_ > kMaximumHeadSize;
+  if (self.tooLarge_) return kStop;
+  // What follows the body is no part of the head; heads of interim answers (1xx) do not count.
+  if (self.headComplete_) return line.size();
+  if (line.starts_with("HTTP/")) {
+    self.receivedHeaders_.clear();
+  } else if (line == "\r\n" || line == "\n") {
+    self.headComplete_ = statusCodeOf(self.handle_.get()) >= 200;
+  } else {
+    addHeaderLine(self.receivedHeaders_, line);
+  }
+  return line.size();
+}
+
+std::size_t CurlTransfer::receiveBody(char* data, std::size_t size, std::size_t count,
+                                      void* transfer) {
+  auto& self = *static_cast<CurlTransfer*>(transfer);
+  const std::size_t length = size * count;
+  // A transfer coding may have made it larger than what came.
+  self.tooLarge_ |= length > self.sizeLimit_ - self.body_.size();
+  if (self.tooLarge_) return kStop;
+  self.body_.append(data, length);
+  return length;
+}
+
+int CurlTransfer::seeCounters(void* transfer, curl_off_t, curl_off_t, curl_off_t, curl_off_t up) {
+  auto& self = *static_cast<CurlTransfer*>(transfer);
+  self.progressed_ |= std::exchange(self.sent_, up) != up;
+  // Anything but 0 stops.
+  return self.tooLarge_ ? 1 : 0;
+}
+
+int CurlTransfer::seeConnection(void* transfer, char*, char*, int, int) {
+  auto& self = *static_cast<CurlTransfer*>(transfer);
+  self.progressed_ = self.connected_ = true;
+  return CURL_PREREQFUNC_OK;
+}
+
+}  // namespace ovinta::platform::linuxos

@@ -1,0 +1,96 @@
+#pragma once
+
+#include <algorithm>
+#include <chrono>
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/URLSession.h"
+#include "platform/linux/http/CurlHandles.h"
+#include "platform/linux/http/CurlOptions.h"
+
+namespace ovinta::platform::linuxos {
+
+/// One request on its way, through its redirects, to its one completion. Used by one thread at a
+/// time; it stays at its address once begun.
+class CurlTransfer {
+ public:
+  using Instant = std::chrono::steady_clock::time_point;
+
+  /// What all the transfers of a session have in common.
+  struct Setting {
+    std::string caFile;  ///< Empty: the system's certificates.
+    std::chrono::milliseconds timeLimit{};
+    std::size_t sizeLimit = 0;
+    CURLSH* share = nullptr;
+  };
+
+  CurlTransfer(URLRequest request, URLSession::Completion completion);
+
+  /// Readies `handle()` for the request's next way. When the request cannot be sent at all: why.
+  CURLcode begin(const Setting& setting, Instant now);
+
+  /// Null until begun.
+  CURL* handle() const { return handle_.get(); }
+
+  /// Takes the time of the last progress, if there was any since the last call, to be `now`.
+  void noteProgress(Instant now);
+
+  /// When the request's time is up unless there is progress until then, and in any case at the end
+  /// of the whole time that it has.
+  Instant deadline() const { return std::min(lastProgress_ + timeout_, end_.value_or(kNever)); }
+
+  /// Keeps the connection from being used again; it has shown itself to be dead.
+  void giveUpConnection();
+
+  /// Judges an ended way. True: the answer was a redirect to follow; begin anew.
+  bool followsRedirect(CURLcode code);
+
+  /// Calls the completion. `code`: how the last way ended.
+  void complete(CURLcode code);
+
+ private:
+  static constexpr Instant kNever = Instant::max();
+
+  void setUpConnection(CurlOptions& options, const Setting& setting) const;
+  void setUpLimits(CurlOptions& options) const;
+  void setUpRequest(CurlOptions& options);
+  void setUpCallbacks(CurlOptions& options);
+  CURLcode judged(CURLcode code) const;
+
+  static int seeBytes(CURL* handle, curl_infotype type, char* data, std::size_t size,
+                      void* transfer);
+  static std::size_t receiveHeaderLine(char* data, std::size_t size, std::size_t count,
+                                       void* transfer);
+  static std::size_t receiveBody(char* data, std::size_t size, std::size_t count, void* transfer);
+  static int seeCounters(void* transfer, curl_off_t downTotal, curl_off_t down, curl_off_t upTotal,
+                         curl_off_t up);
+  static int seeConnection(void* transfer, char* remoteIP, char* localIP, int remotePort,
+                           int localPort);
+
+  URLRequest request_;
+  URLSession::Completion completion_;
+  std::chrono::milliseconds timeout_;
+  std::size_t sizeLimit_ = 0;
+  std::optional<Instant> end_;
+  CurlEasy handle_;
+  CurlList sentHeaders_;
+  std::vector<HeaderField> receivedHeaders_;
+  std::string body_;
+  /// The bytes of the heads and trailers received since the last redirect.
+  std::size_t headSize_ = 0;
+  /// All bytes of all ways, as they came.
+  std::size_t receivedSize_ = 0;
+  Instant lastProgress_;
+  curl_off_t sent_ = 0;
+  int redirects_ = 0;
+  bool progressed_ = false;
+  bool connected_ = false;
+  bool headComplete_ = false;
+  bool tooLarge_ = false;
+  bool tooManyRedirects_ = false;
+};
+
+}  // namespace ovinta::platform::linuxos

@@ -1,0 +1,83 @@
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <unordered_map>
+#include <vector>
+
+#include "platform/URLSession.h"
+#include "platform/linux/http/CurlHandles.h"
+#include "platform/linux/http/CurlTransfer.h"
+#include "platform/portable/ExitAwareThread.h"
+
+namespace ovinta::platform::linuxos {
+
+/// Sends requests through libcurl, all on one thread, which starts with the first of them and
+/// sleeps while there are none. Nothing is kept between requests but open connections and TLS
+/// sessions: no cookies, no cache, no passwords. Proxies are taken from the environment.
+class CurlURLSession final : public URLSession {
+ public:
+  struct Options {
+    /// The certificates to trust instead of the system's.
+    std::optional<std::filesystem::path> caFile{};
+    /// The longest that one request takes in all, its redirects included, whatever its own timeout.
+    std::chrono::milliseconds timeLimit = std::chrono::minutes(1);
+    /// The most bytes that one request may receive: heads, bodies (also as they are decoded), their
+    /// framing and the answers that redirect. What goes beyond is not read, and is a failure.
+    std::size_t sizeLimit = std::size_t{4} << 20;
+    /// The time that the limits are measured by. Called on the session's thread.
+    std::function<CurlTransfer::Instant()> now = &std::chrono::steady_clock::now;
+  };
+
+  CurlURLSession();
+  explicit CurlURLSession(Options options);
+
+  /// Drops the requests under way without calling their completions and waits for a completion in
+  /// progress. Never from a completion.
+  ~CurlURLSession() override;
+
+  /// Redirects are followed within their origin, ten of them at most; one that leads to another
+  /// origin is the answer. After the process's exit began nothing is sent any more.
+  void startDataTask(URLRequest request, Completion completion) override;
+
+  /// Has the session look what time it is; for a time that does not pass by itself. May be called
+  /// from any thread.
+  void lookAtTime() { curl_multi_wakeup(multi_.get()); }
+
+ private:
+  using Transfers = std::vector<std::unique_ptr<CurlTransfer>>;
+
+  void run();
+  void beginIncoming();
+  void begin(std::unique_ptr<CurlTransfer> transfer);
+  void noteProgress();
+  void collectEnded();
+  void collectOverdue(CurlTransfer::Instant now);
+  std::unique_ptr<CurlTransfer> detach(CURL* handle);
+  bool completeCollected();
+  void waitForWork();
+
+  struct Ended {
+    std::unique_ptr<CurlTransfer> transfer;
+    CURLcode code;
+  };
+
+  const std::function<CurlTransfer::Instant()> now_;
+  CurlShare share_;
+  CurlMulti multi_;
+  CurlTransfer::Setting setting_;
+  std::mutex mutex_;
+  Transfers incoming_;
+  // The members from here on belong to the thread. They are not local to it: when the process exits
+  // they are left as they are, and have to stay within reach.
+  std::unordered_map<CURL*, std::unique_ptr<CurlTransfer>> active_;
+  std::vector<Ended> ended_;
+  portable::ExitAwareThread thread_;
+};
+
+}  // namespace ovinta::platform::linuxos

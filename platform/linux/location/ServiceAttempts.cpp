@@ -1,0 +1,50 @@
+#include "platform/linux/location/ServiceAttempts.h"
+
+#include <utility>
+
+namespace ovinta::platform::linuxos {
+
+ServiceAttempts::ServiceAttempts(std::shared_ptr<dbus::Bus> bus,
+                                 std::shared_ptr<MainQueue> mainQueue, Settings settings,
+                                 Steps steps)
+    : mainQueue_(std::move(mainQueue)),
+      retryInterval_(settings.retryInterval),
+      steps_(std::move(steps)),
+      service_(std::move(bus), std::move(settings.service)) {
+  service_.onPresence(true, [this](bool isPresent) { notePresence(isPresent); });
+}
+
+void ServiceAttempts::begin() {
+  step_ = Step::underWay;
+  ++count_;
+  steps_.begin();
+}
+
+void ServiceAttempts::failed(Reason reason) {
+  step_ = Step::waiting;
+  wasAbsent_ = wasAbsent_ || reason == Reason::absence;
+  // One that was absent may have come meanwhile, of which there is no further word then.
+  if (reason == Reason::lasting || (reason == Reason::absence && !isPresent_)) return;
+  mainQueue_->asyncAfter(retryInterval_, lifetime_.guard([this, failed = count_] {
+    if (failed == count_) begin();
+  }));
+}
+
+void ServiceAttempts::notePresence(bool isPresent) {
+  const bool wasPresent = std::exchange(isPresent_, isPresent);
+  if (isPresent) {
+    if (wasAbsent_ && step_ == Step::waiting) begin();
+    return;
+  }
+  wasAbsent_ = true;
+  if (step_ == Step::served) {
+    steps_.forget();
+    begin();
+  } else if (step_ == Step::underWay && wasPresent) {
+    // A copy: it may destroy this.
+    const auto fail = steps_.fail;
+    fail();
+  }
+}
+
+}  // namespace ovinta::platform::linuxos

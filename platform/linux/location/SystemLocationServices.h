@@ -1,0 +1,31 @@
+#pragma once
+
+#include <memory>
+
+#include "platform/LocationManager.h"
+#include "platform/linux/location/PositionHub.h"
+#include "platform/linux/location/beacons/BeaconScanner.h"
+
+namespace ovinta::platform::linuxos {
+
+/// The location services of this system, whatever provider stands behind them, and BlueZ's beacons.
+/// Nothing is asked before the first manager is made, and the user's permission is not known before
+/// something was started for the first time; until then it is that of the process before where the
+/// hub keeps it, otherwise services read as off and the permission as not determined. Destroyed on
+/// the main thread.
+class SystemLocationServices : public LocationServices {
+ public:
+  SystemLocationServices(std::shared_ptr<PositionHub> hub, std::shared_ptr<BeaconScanner> scanner,
+                         std::shared_ptr<Geodesy> geodesy);
+
+  bool locationServicesEnabled() const override;
+  AuthorizationStatus authorizationStatus() const override;
+  std::unique_ptr<LocationManager> makeLocationManager() override;
+
+ private:
+  const std::shared_ptr<PositionHub> hub_;
+  const std::shared_ptr<BeaconScanner> scanner_;
+  const std::shared_ptr<Geodesy> geodesy_;
+};
+
+}  // namespace ovinta::platform::linuxos

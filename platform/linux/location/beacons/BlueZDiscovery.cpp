@@ -1,0 +1,119 @@
+#include "platform/linux/location/beacons/BlueZDiscovery.h"
+
+#include <string_view>
+#include <utility>
+
+#include "platform/linux/location/beacons/BlueZObjects.h"
+
+namespace ovinta::platform::linuxos {
+namespace {
+
+constexpr std::string_view kNotReady = "org.bluez.Error.NotReady";
+constexpr std::string_view kInProgress = "org.bluez.Error.InProgress";
+
+/// Without a filter BlueZ tells of a strength only when it has changed a lot. One by services, on
+/// the other hand, would drop beacons, which offer none.
+dbus::Properties filter() {
+  return {{"Transport", dbus::write("le")}, {"DuplicateData", dbus::write(true)}};
+}
+
+void tellToStop(std::shared_ptr<dbus::Bus> bus, const std::string& adapter) {
+  dbus::Service(std::move(bus), kBlueZName).tell(adapter, kBlueZAdapter, "StopDiscovery");
+}
+
+}  // namespace
+
+BlueZDiscovery::BlueZDiscovery(std::shared_ptr<dbus::Bus> systemBus,
+                               std::shared_ptr<MainQueue> mainQueue, Settings settings)
+    : bus_(std::move(systemBus)),
+      mainQueue_(std::move(mainQueue)),
+      settings_(std::move(settings)),
+      service_(bus_, kBlueZName) {
+  service_.onPropertiesChanged(
+      settings_.adapter, kBlueZAdapter,
+      [this](const std::string&, const dbus::Properties& changed) { note(changed); });
+  ask();
+}
+
+void BlueZDiscovery::ask() {
+  service_.getProperties(
+      settings_.adapter, kBlueZAdapter, [this](const dbus::Properties& all) { note(all); },
+      [this](const dbus::Failure& failure) {
+        settings_.onRefusal(failure);
+        later(&BlueZDiscovery::ask);
+      });
+}
+
+void BlueZDiscovery::stop() {
+  // What seems to have failed may run all the same, when the answer was late.
+  if (std::exchange(step_, Step::idle) == Step::idle) return;
+  tellToStop(bus_, settings_.adapter);
+}
+
+void BlueZDiscovery::note(const dbus::Properties& changed) {
+  const bool wasDiscovering = isDiscovering_;
+  isPowered_ = dbus::read<bool>(changed, "Powered").value_or(isPowered_);
+  isDiscovering_ = dbus::read<bool>(changed, "Discovering").value_or(isDiscovering_);
+  // An attempt under way is judged by its answer.
+  if (step_ == Step::starting) return;
+  if (!isPowered_) {
+    step_ = Step::idle;
+  } else if (step_ == Step::idle) {
+    start();
+  } else if (step_ == Step::running && wasDiscovering && !isDiscovering_) {
+    retryLater();
+  }
+}
+
+void BlueZDiscovery::start() {
+  step_ = Step::starting;
+  service_.call(
+      settings_.adapter, kBlueZAdapter, "SetDiscoveryFilter", dbus::arguments(filter()),
+      [this](const dbus::Reply& reply) { reply.failure ? noteStarted(reply) : startFiltered(); });
+}
+
+void BlueZDiscovery::startFiltered() {
+  bus_->call({.service = kBlueZName,
+              .object = settings_.adapter,
+              .interface = kBlueZAdapter,
+              .method = "StartDiscovery"},
+             [this, life = lifetime_.watch(), bus = std::weak_ptr(bus_),
+              adapter = settings_.adapter](const dbus::Reply& reply) {
+               if (!life.expired()) return noteStarted(reply);
+               // While it had not answered, BlueZ refused to stop.
+               if (const auto found = bus.lock()) tellToStop(found, adapter);
+             });
+}
+
+void BlueZDiscovery::noteStarted(const dbus::Reply& reply) {
+  const std::string error = reply.failure ? reply.failure->name : "";
+  step_ = Step::idle;
+  if (isPowered_) {
+    // An application has one discovery, which an answer that came too late may have started.
+    const bool runs = error.empty() || (error == kInProgress && isDiscovering_);
+    if (runs) {
+      step_ = Step::running;
+    } else {
+      retryLater();
+    }
+  }
+  if (!error.empty() && error != kInProgress && error != kNotReady) {
+    settings_.onRefusal(*reply.failure);
+  }
+}
+
+void BlueZDiscovery::retryLater() {
+  step_ = Step::waiting;
+  later(&BlueZDiscovery::retry);
+}
+
+void BlueZDiscovery::retry() {
+  if (step_ == Step::waiting) start();
+}
+
+void BlueZDiscovery::later(void (BlueZDiscovery::*step)()) {
+  mainQueue_->asyncAfter(settings_.retryInterval,
+                         lifetime_.guard([this, step] { (this->*step)(); }));
+}
+
+}  // namespace ovinta::platform::linuxos

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <map>
+
+#include "platform/linux/dbus/Message.h"
+
+namespace ovinta::platform::linuxos {
+
+inline constexpr const char* kBlueZName = "org.bluez";
+inline constexpr const char* kBlueZAdapter = "org.bluez.Adapter1";
+inline constexpr const char* kBlueZDevice = "org.bluez.Device1";
+
+/// BlueZ's objects are all told by one of them.
+inline constexpr const char* kBlueZRoot = "/";
+inline constexpr const char* kObjectManager = "org.freedesktop.DBus.ObjectManager";
+inline constexpr const char* kGetObjects = "GetManagedObjects";
+
+/// An object's properties by interface.
+using BlueZInterfaces = std::map<Glib::ustring, dbus::Properties>;
+using BlueZObjects = std::map<dbus::ObjectPath, BlueZInterfaces>;
+
+/// The answer to `kGetObjects`; none after a failure.
+inline BlueZObjects readBlueZObjects(const dbus::Reply& reply) {
+  return dbus::read<BlueZObjects>(reply.values, 0).value_or(BlueZObjects());
+}
+
+}  // namespace ovinta::platform::linuxos

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "platform/Location.h"
+
+namespace ovinta::platform::linuxos {
+
+/// One connection to gpsd. Lives on one thread and uses its default GLib context; handlers are
+/// called there, and may not destroy the object.
+class GpsdConnection {
+ public:
+  struct Handlers {
+    std::function<void(const Location&)> onLocation;
+    /// gpsd's greeting.
+    std::function<void(const std::string& version)> onVersion;
+    /// The connection has ended, or could not be made.
+    std::function<void()> onEnd;
+  };
+
+  explicit GpsdConnection(Handlers handlers);
+  ~GpsdConnection();
+  GpsdConnection(const GpsdConnection&) = delete;
+  GpsdConnection& operator=(const GpsdConnection&) = delete;
+
+  /// Whether gpsd answers; without it, `onEnd` is not called.
+  bool open(const std::string& host, const std::string& port);
+  void close();
+
+ private:
+  struct Session;
+
+  void readAll();
+
+  const Handlers handlers_;
+  std::unique_ptr<Session> session_;
+};
+
+}  // namespace ovinta::platform::linuxos

@@ -1,0 +1,77 @@
+#include "platform/linux/text/BoostURLFormat.h"
+
+#include <boost/url/encode.hpp>
+#include <boost/url/parse.hpp>
+#include <boost/url/rfc/pchars.hpp>
+#include <boost/url/rfc/unreserved_chars.hpp>
+#include <charconv>
+
+#include "platform/linux/text/TextServices.h"
+
+namespace ovinta::platform::linuxos {
+
+namespace {
+
+bool isPort(std::string_view text) {
+  if (text.empty()) return true;
+  std::uint16_t number = 0;
+  const char* const end = text.data() + text.size();
+  const auto [rest, error] = std::from_chars(text.data(), end, number);
+  return error == std::errc() && rest == end;
+}
+
+template <class Characters>
+std::string encoded(std::string_view text, const Characters& unencoded) {
+  return boost::urls::encode({text.data(), text.size()}, unencoded);
+}
+
+/// Where the path of an accepted URL ends: no part before it can hold one of these characters.
+std::size_t endOfPath(std::string_view url) {
+  return std::min(url.find_first_of("?#"), url.size());
+}
+
+/// The path of an accepted URL; the slashes before an empty host are no part of it.
+std::string_view pathOf(std::string_view url) {
+  const auto view = boost::urls::parse_uri_reference({url.data(), url.size()});
+  return view ? std::string_view(view->encoded_path()) : std::string_view();
+}
+
+}  // namespace
+
+std::optional<URL> BoostURLFormat::parse(std::string_view text) const {
+  if (text.empty()) return std::nullopt;
+  const auto view = boost::urls::parse_uri_reference({text.data(), text.size()});
+  if (view.has_error()) return std::nullopt;
+  if (view->has_port() && !isPort({view->port().data(), view->port().size()})) return std::nullopt;
+  // The parser ends a host or port at the first wrong character and takes the rest for the path.
+  const auto path = view->encoded_path();
+  if (view->has_authority() && !path.empty() && path.front() != '/') return std::nullopt;
+  return URL{std::string(text)};
+}
+
+URL BoostURLFormat::withQueryItems(const URL& url, const std::vector<URLQueryItem>& items) const {
+  std::string text = url.text.substr(0, endOfPath(url.text));
+  char separator = '?';
+  for (const auto& [name, value] : items) {
+    text += separator;
+    text += encoded(name, boost::urls::unreserved_chars);
+    text += '=';
+    text += encoded(value, boost::urls::unreserved_chars);
+    separator = '&';
+  }
+  if (items.empty()) text += separator;
+  text += std::string_view(url.text).substr(std::min(url.text.find('#'), url.text.size()));
+  return URL{std::move(text)};
+}
+
+URL BoostURLFormat::appendingPathComponent(const URL& url, std::string_view component) const {
+  std::string text = url.text;
+  std::string addition = encoded(component, boost::urls::pchars + '/');
+  if (!pathOf(text).ends_with('/') && !component.starts_with('/')) addition.insert(0, 1, '/');
+  text.insert(endOfPath(text), addition);
+  return URL{std::move(text)};
+}
+
+std::shared_ptr<URLFormat> makeURLFormat() { return std::make_shared<BoostURLFormat>(); }
+
+}  // namespace ovinta::platform::linuxos

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <atomic>
+#include <chrono>
+#include <condition_variable>
+#include <functional>
+#include <mutex>
+#include <thread>
+
+namespace ovinta::platform::portable {
+
+/// A thread that comes to rest before the process's exit handlers take away what it stands on.
+class ExitAwareThread {
+ public:
+  /// `body` runs on the thread; it returns soon once `stopping()`. `wake` is called from any thread
+  /// to have it look. `name`: at most 15 characters, for debuggers.
+  ExitAwareThread(const char* name, std::function<void()> body, std::function<void()> wake);
+
+  /// Stops as `stop` does.
+  ~ExitAwareThread();
+
+  ExitAwareThread(const ExitAwareThread&) = delete;
+  ExitAwareThread& operator=(const ExitAwareThread&) = delete;
+
+  /// Starts the thread at the first call, unless it is to stop. A fatal error when the system has
+  /// no thread left. May be called from any thread.
+  void startOnce();
+
+  /// Stops the thread for good and waits for its end. Never on the thread itself.
+  void stop();
+
+  /// May be called from any thread.
+  bool stopping() const { return stopping_; }
+
+  /// Adds an exit handler that stops all threads of this class and waits for them, though not
+  /// longer than two seconds and not for the one that calls `exit`. Handlers run in the reverse
+  /// order: call this after every library whose own handler must find the threads at rest has been
+  /// initialised.
+  static void stopAllAtExit();
+
+ private:
+  void run();
+  void requestStop();
+  void joinBefore(std::chrono::steady_clock::time_point deadline);
+  static void stopAll();
+
+  const char* const name_;
+  const std::function<void()> body_;
+  const std::function<void()> wake_;
+  std::atomic<bool> stopping_ = false;
+  std::mutex mutex_;
+  std::condition_variable ended_;
+  bool hasEnded_ = false;
+  std::thread thread_;
+};
+
+}  // namespace ovinta::platform::portable

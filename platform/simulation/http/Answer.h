@@ -1,0 +1,34 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <utility>
+
+#include "../../URLSession.h"
+
+namespace ovinta::platform::simulation {
+
+/// What a scripted service answers to a request.
+struct Answer {
+  std::optional<std::string> data;
+  std::optional<HTTPResponse> response;
+  std::optional<TransportError> error;
+
+  /// A complete answer with a JSON text, which may be empty.
+  static Answer json(int statusCode, std::string text) {
+    return {std::move(text), HTTPResponse{statusCode, {{"Content-Type", "application/json"}}}, {}};
+  }
+
+  /// No answer: the connection failed.
+  static Answer failure(std::string localizedDescription) {
+    return {{}, {}, TransportError{std::move(localizedDescription)}};
+  }
+
+  /// The same answer with one more header field; for answers that have a response.
+  Answer withHeader(std::string name, std::string value) && {
+    if (response) response->headers.push_back({std::move(name), std::move(value)});
+    return std::move(*this);
+  }
+};
+
+}  // namespace ovinta::platform::simulation

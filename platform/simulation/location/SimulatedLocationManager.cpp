@@ -1,0 +1,189 @@
+#include "platform/simulation/location/SimulatedLocationManager.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <limits>
+#include <utility>
+
+#include "platform/portable/BeaconRules.h"
+
+namespace ovinta::platform::simulation {
+namespace {
+
+constexpr double kSignificantChangeMetres = 500;
+constexpr TimeInterval kSecond = std::chrono::seconds(1);
+
+}  // namespace
+
+SimulatedLocationManager::SimulatedLocationManager(std::shared_ptr<SimulatedLocationState> state)
+    : state_(std::move(state)) {
+  state_->managers.push_back(this);
+}
+
+SimulatedLocationManager::~SimulatedLocationManager() { std::erase(state_->managers, this); }
+
+void SimulatedLocationManager::later(TimeInterval delay, std::function<void()> step) {
+  state_->mainQueue->asyncAfter(delay, lifetime_.guard(std::move(step)));
+}
+
+void SimulatedLocationManager::setDelegate(LocationManagerDelegate* delegate) {
+  delegate_ = delegate;
+  told_.reset();
+  announceStatus(state_->status);
+}
+
+void SimulatedLocationManager::announceStatus(AuthorizationStatus status) {
+  later(TimeInterval::zero(), [this, status] {
+    if (!delegate_ || std::exchange(told_, status) == status) return;
+    delegate_->didChangeAuthorizationStatus(status);
+  });
+}
+
+template <class T>
+void SimulatedLocationManager::change(T Settings::*field, T value) {
+  if (std::exchange(settings_.*field, value) != value) state_->notifySettingsChanged();
+}
+
+void SimulatedLocationManager::setAllowsBackgroundLocationUpdates(bool allows) {
+  change(&Settings::allowsBackgroundUpdates, allows);
+}
+
+void SimulatedLocationManager::setDistanceFilter(double metres) {
+  if (metres != settings_.distanceFilter) ++state_->distanceFilterChanges;
+  change(&Settings::distanceFilter, metres);
+}
+
+void SimulatedLocationManager::setDesiredAccuracy(LocationAccuracy accuracy) {
+  change(&Settings::desiredAccuracy, std::optional(accuracy));
+}
+
+void SimulatedLocationManager::setActivityType(ActivityType type) {
+  change(&Settings::activityType, type);
+}
+
+void SimulatedLocationManager::startUpdatingLocation() {
+  if (!settings_.isUpdating) lastReported_.reset();
+  change(&Settings::isUpdating, true);
+}
+
+void SimulatedLocationManager::stopUpdatingLocation() { change(&Settings::isUpdating, false); }
+
+void SimulatedLocationManager::startMonitoringSignificantLocationChanges() {
+  change(&Settings::isMonitoringSignificantChanges, true);
+}
+
+void SimulatedLocationManager::stopMonitoringSignificantLocationChanges() {
+  change(&Settings::isMonitoringSignificantChanges, false);
+}
+
+bool SimulatedLocationManager::isFarEnough(const Location& location) const {
+  auto filter = std::numeric_limits<double>::infinity();
+  if (settings_.isUpdating) filter = settings_.distanceFilter;
+  if (settings_.isMonitoringSignificantChanges) filter = std::min(filter, kSignificantChangeMetres);
+  if (!settings_.isUpdating && !settings_.isMonitoringSignificantChanges) return false;
+  return !lastReported_ ||
+         state_->geodesy->distance(lastReported_->coordinate, location.coordinate) >= filter;
+}
+
+void SimulatedLocationManager::receive(const Location& location) {
+  const auto life = lifetime_.watch();
+  if (delegate_ && isFarEnough(location)) {
+    lastReported_ = location;
+    delegate_->didUpdateLocations({location});
+  }
+  if (!life.expired()) reportCircleCrossings(location);
+}
+
+void SimulatedLocationManager::reportCircleCrossings(const Location& location) {
+  const auto life = lifetime_.watch();
+  for (const auto& [circle, event] : circles_.judge(location, *state_->geodesy)) {
+    // A delegate may destroy the manager, or stop what it monitors.
+    if (life.expired() || !delegate_) return;
+    const Region region(circle);
+    if (std::ranges::find(monitored_, region) == monitored_.end()) continue;
+    event == portable::RegionEvent::entered ? delegate_->didEnterRegion(region)
+                                            : delegate_->didExitRegion(region);
+  }
+}
+
+void SimulatedLocationManager::startRangingBeacons(const BeaconRegion& region) {
+  if (std::ranges::find(ranged_, region) == ranged_.end()) ranged_.push_back(region);
+  startSeconds();
+}
+
+void SimulatedLocationManager::stopRangingBeacons(const BeaconRegion& region) {
+  std::erase(ranged_, region);
+}
+
+void SimulatedLocationManager::startSeconds() {
+  if (std::exchange(isSecondScheduled_, true)) return;
+  later(kSecond, [this] { passSecond(); });
+}
+
+void SimulatedLocationManager::passSecond() {
+  isSecondScheduled_ = false;
+  if (ranged_.empty() && monitor_.isEmpty()) return;
+  startSeconds();
+  if (!delegate_ || !state_->isOpen()) return;
+  const auto life = lifetime_.watch();
+  reportRanging();
+  if (!life.expired()) reportBeaconCrossings();
+}
+
+void SimulatedLocationManager::reportRanging() {
+  // A copy is walked, because the delegate may change what is ranged, and may destroy the manager.
+  const auto regions = ranged_;
+  const auto life = lifetime_.watch();
+  for (const auto& region : regions) {
+    if (std::ranges::find(ranged_, region) == ranged_.end()) continue;
+    std::vector<RangedBeacon> heard;
+    std::ranges::copy_if(
+        state_->beacons, std::back_inserter(heard),
+        [&](const RangedBeacon& beacon) { return portable::covers(region, beacon); });
+    delegate_->didRangeBeacons(heard, region);
+    if (life.expired() || !delegate_) return;
+  }
+}
+
+void SimulatedLocationManager::reportBeaconCrossings() {
+  std::vector<BeaconRegion> entered;
+  for (const RangedBeacon& beacon : state_->beacons) {
+    std::ranges::copy(monitor_.hear(beacon), std::back_inserter(entered));
+  }
+  const auto left = monitor_.passSecond();
+  const auto life = lifetime_.watch();
+  const auto tell = [&](const std::vector<BeaconRegion>& regions, auto method) {
+    for (const BeaconRegion& region : regions) {
+      // The delegate may have stopped this region since.
+      if (life.expired() || !delegate_ || !monitor_.contains(region)) continue;
+      (delegate_->*method)(region);
+    }
+  };
+  tell(entered, &LocationManagerDelegate::didEnterRegion);
+  tell(left, &LocationManagerDelegate::didExitRegion);
+}
+
+std::vector<Region> SimulatedLocationManager::rangedRegions() const {
+  return {ranged_.begin(), ranged_.end()};
+}
+
+void SimulatedLocationManager::startMonitoring(const Region& region) {
+  if (std::ranges::find(monitored_, region) != monitored_.end()) return;
+  stopMonitoring(region);
+  monitored_.push_back(region);
+  if (const auto* beacons = std::get_if<BeaconRegion>(&region)) {
+    monitor_.start(*beacons);
+    startSeconds();
+  } else {
+    circles_.start(std::get<CircularRegion>(region));
+  }
+}
+
+void SimulatedLocationManager::stopMonitoring(const Region& region) {
+  std::erase_if(monitored_,
+                [&](const Region& other) { return identifier(other) == identifier(region); });
+  monitor_.stop(identifier(region));
+  circles_.stop(identifier(region));
+}
+
+}  // namespace ovinta::platform::simulation

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <mutex>
+#include <optional>
+#include <string_view>
+#include <utility>
+
+#include "platform/Date.h"
+#include "platform/Value.h"
+#include "sandbox/domain/Refusal.h"
+#include "sandbox/domain/World.h"
+
+namespace ovinta::sandbox {
+
+/// What the service knows, for use from any thread; nothing of HTTP. Tokens and codes follow from
+/// the seed and the order of the actions.
+class SandboxState {
+ public:
+  /// `now` is called from the threads that call the other functions.
+  SandboxState(std::uint64_t seed, std::function<platform::Date()> now);
+
+  /// Runs `action(World&, platform::Date now)` while no other action runs, and answers its result.
+  template <class Action>
+  auto act(Action action) {
+    const platform::Date now = now_();
+    const std::lock_guard lock(mutex_);
+    return action(world_, now);
+  }
+
+  bool hasCustomer(std::string_view token) const;
+
+  /// Puts what the snapshot holds in place of all that is known; answers why not, having changed
+  /// nothing, when it is not valid.
+  std::optional<Refusal> restore(const platform::Dictionary& snapshot);
+
+  /// From now on `reset` leads to what is known at present.
+  void keepAsStart();
+  void reset();
+
+ private:
+  const std::uint64_t seed_;
+  const std::function<platform::Date()> now_;
+  mutable std::mutex mutex_;
+  World world_;
+  World start_;
+};
+
+}  // namespace ovinta::sandbox

@@ -1,0 +1,20 @@
+#include "sandbox/domain/SeededGenerator.h"
+
+namespace ovinta::sandbox {
+
+std::string SeededGenerator::text(std::size_t length, std::string_view alphabet) {
+  std::string text;
+  while (text.size() < length) text += alphabet[next() % alphabet.size()];
+  return text;
+}
+
+// SplitMix64: a counter, well mixed; small, and free of the standard library's freedom to differ.
+std::uint64_t SeededGenerator::next() {
+  state_ += 0x9E3779B97F4A7C15u;
+  std::uint64_t mixed = state_;
+  mixed = (mixed ^ (mixed >> 30)) * 0xBF58476D1CE4E5B9u;
+  mixed = (mixed ^ (mixed >> 27)) * 0x94D049BB133111EBu;
+  return mixed ^ (mixed >> 31);
+}
+
+}  // namespace ovinta::sandbox

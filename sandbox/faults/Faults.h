@@ -1,0 +1,58 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "platform/Value.h"
+#include "sandbox/faults/FaultKind.h"
+#include "sandbox/http/WakeSignal.h"
+
+namespace ovinta::sandbox {
+
+struct Route;
+
+/// A fault that strikes a request.
+struct Fault {
+  const FaultKind* kind;
+  platform::Dictionary settings;
+  /// Raised when the endpoint is told to behave, or to misbehave otherwise.
+  std::shared_ptr<const WakeSignal> end;
+};
+
+/// Which endpoints misbehave, how, and how often yet. May be used from any thread.
+class Faults {
+ public:
+  /// Has the endpoint misbehave in place of what it did before. `record` must be free of
+  /// `faultErrors` and is listed as it is.
+  void set(const Route& endpoint, platform::Dictionary record);
+
+  /// Has all endpoints, or the one, behave again, and wakes the requests that a fault holds.
+  void clear();
+  void clear(const Route& endpoint);
+
+  /// The records of the faults in force, in the order of the routes, each with the count that is
+  /// left.
+  platform::List list() const;
+
+  /// The fault for one request to the endpoint, which counts as one.
+  std::optional<Fault> take(const Route& endpoint);
+
+ private:
+  /// Wakes those whom a fault of the endpoint has struck, and who may outlast its record.
+  void wake(const Route& endpoint);
+
+  mutable std::mutex mutex_;
+  std::map<const Route*, platform::Dictionary> records_;
+  std::map<const Route*, std::shared_ptr<WakeSignal>> ends_;
+};
+
+/// The complaints about a fault's record by field name, empty when it is sound: "fault" must name a
+/// kind, "count" is optional, and nothing else is allowed but the settings of the kind.
+platform::Dictionary faultErrors(const platform::Dictionary& record);
+
+}  // namespace ovinta::sandbox

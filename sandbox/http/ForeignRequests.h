@@ -1,0 +1,16 @@
+#pragma once
+
+#include <optional>
+
+#include "sandbox/http/Answer.h"
+#include "sandbox/http/RequestHead.h"
+
+namespace ovinta::sandbox {
+
+/// What a request is answered that a page of another site has a browser send: one that names
+/// another host than this machine, as after a name was pointed here, or that comes from another
+/// origin than the sandbox's own. Absent for all others, those of apps among them, which name no
+/// origin.
+std::optional<Answer> refuseForeign(const RequestHead& head);
+
+}  // namespace ovinta::sandbox

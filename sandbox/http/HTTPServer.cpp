@@ -1,0 +1,90 @@
+#include "sandbox/http/HTTPServer.h"
+
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <cstdint>
+#include <exception>
+#include <utility>
+
+#include "sandbox/http/Connection.h"
+#include "sandbox/http/WaitingPlaces.h"
+
+namespace ovinta::sandbox {
+namespace {
+
+/// Some are left when all places to wait are taken.
+constexpr std::size_t kThreads = WaitingPlaces::kMost + 16;
+
+/// Listens on that port of 127.0.0.1; answers the port, absent when it is not to be had.
+std::optional<int> listenOn(int socket, int port) {
+  const int on = 1;
+  // Two services must not share a port unnoticed, but one may follow another at once.
+  ::setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
+  sockaddr_in address{};
+  address.sin_family = AF_INET;
+  address.sin_port = htons(static_cast<std::uint16_t>(port));
+  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  auto* const name = reinterpret_cast<sockaddr*>(&address);
+  socklen_t size = sizeof address;
+  if (::bind(socket, name, size) != 0 || ::listen(socket, SOMAXCONN) != 0 ||
+      ::getsockname(socket, name, &size) != 0) {
+    return std::nullopt;
+  }
+  return ntohs(address.sin_port);
+}
+
+}  // namespace
+
+HTTPServer::~HTTPServer() { stopAll({}); }
+
+std::optional<int> HTTPServer::start(int port, Reception::Limits limits,
+                                     std::function<void(const IncomingRequest&)> onRefused) {
+  const int listener = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
+  const auto bound = listenOn(listener, port);
+  if (!bound) {
+    ::close(listener);
+    return std::nullopt;
+  }
+  patience_ = limits.patience;
+  // What the library knows a server that runs by.
+  svr_sock_ = listener;
+  threads_ = std::make_unique<httplib::ThreadPool>(kThreads);
+  const auto admit = [this](int socket, std::unique_ptr<IncomingRequest> request) {
+    // Tasks can be copied, and what they hold.
+    const auto held = std::make_shared<std::unique_ptr<IncomingRequest>>(std::move(request));
+    threads_->enqueue([this, socket, held] { answer(socket, std::move(*held)); });
+  };
+  reception_ = std::make_unique<Reception>(
+      listener, limits, Reception::Hooks{.admit = admit, .refused = std::move(onRefused)});
+  return bound;
+}
+
+void HTTPServer::open() { reception_->open(); }
+
+void HTTPServer::stopAll(std::chrono::milliseconds farewell) {
+  if (!reception_) return;
+  reception_->shut();
+  stop_.raise();
+  svr_sock_ = INVALID_SOCKET;
+  threads_->shutdown();
+  reception_->finish(farewell);
+  reception_.reset();
+}
+
+void HTTPServer::answer(int socket, std::unique_ptr<IncomingRequest> request) {
+  Connection connection(socket, std::move(request), patience_, stop_);
+  try {
+    bool isClosed = false;
+    process_request(connection, /*close_connection=*/true, isClosed, nullptr);
+  } catch (const std::exception&) {
+    // A handler that fails, for want of memory say, leaves its client without an answer; the others
+    // are served.
+    connection.close();
+  }
+  const int left = connection.release();
+  reception_->dismiss(left, std::move(connection.unsent()));
+}
+
+}  // namespace ovinta::sandbox

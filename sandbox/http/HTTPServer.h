@@ -1,0 +1,49 @@
+#pragma once
+
+#include <httplib.h>
+
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <optional>
+
+#include "sandbox/http/IncomingRequest.h"
+#include "sandbox/http/Reception.h"
+#include "sandbox/http/WakeSignal.h"
+
+namespace ovinta::sandbox {
+
+/// The HTTP library's routes and answers, for requests that were received before: the library would
+/// have each client that is slow hold one of its threads. Each connection is for one request, since
+/// an idle one would hold up stopping.
+class HTTPServer : public httplib::Server {
+ public:
+  HTTPServer() = default;
+  ~HTTPServer() override;
+  HTTPServer(const HTTPServer&) = delete;
+  HTTPServer& operator=(const HTTPServer&) = delete;
+
+  /// Takes that port of 127.0.0.1, 0 for any; call it once. Clients wait until `open`. `onRefused`
+  /// is told of requests that no handler sees; it must not wait. Answers the port, or absent when
+  /// it is not to be had.
+  std::optional<int> start(int port, Reception::Limits limits,
+                           std::function<void(const IncomingRequest& request)> onRefused);
+
+  /// Serves from now on until it is stopped; call it once, after `start`, when all that the
+  /// handlers use is there.
+  void open();
+
+  /// Ends all waiting, gives clients `farewell` to take the answers that are left, and returns when
+  /// the last thread has ended. No effect unless it was opened.
+  void stopAll(std::chrono::milliseconds farewell);
+
+ private:
+  void answer(int socket, std::unique_ptr<IncomingRequest> request);
+
+  WakeSignal stop_;
+  std::chrono::milliseconds patience_{};
+  std::unique_ptr<httplib::ThreadPool> threads_;
+  std::unique_ptr<Reception> reception_;
+};
+
+}  // namespace ovinta::sandbox

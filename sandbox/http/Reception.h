@@ -1,0 +1,132 @@
+#pragma once
+
+#include <poll.h>
+
+#include <chrono>
+#include <condition_variable>
+#include <cstddef>
+#include <functional>
+#include <list>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "sandbox/http/IncomingRequest.h"
+#include "sandbox/http/WakeSignal.h"
+
+namespace ovinta::sandbox {
+
+/// Accepts connections, receives their requests and sends what is left of their answers, all on one
+/// thread, so that a client that is slow, or falls silent, keeps nobody waiting. When there are too
+/// many of them, the first that came must go; when they take too much memory, the one that takes
+/// most.
+class Reception {
+ public:
+  /// Both are called on the reception's thread and must not wait.
+  struct Hooks {
+    /// Takes a whole request over, and its socket, which does not block. Must lead to one call of
+    /// `dismiss`.
+    std::function<void(int socket, std::unique_ptr<IncomingRequest> request)> admit;
+    /// Is told of a request that is refused.
+    std::function<void(const IncomingRequest& request)> refused;
+  };
+
+  struct Limits {
+    /// A head must come within it, a whole request within six times that; and for no longer a
+    /// client may take nothing of its answer.
+    std::chrono::milliseconds patience;
+    /// The bytes that requests which are not whole, and answers which are not taken, may hold.
+    std::size_t memory;
+  };
+
+  /// Takes the listening socket over; nobody is received before `open`.
+  Reception(int listener, Limits limits, Hooks hooks);
+  /// Closes all connections at once.
+  ~Reception();
+  Reception(const Reception&) = delete;
+  Reception& operator=(const Reception&) = delete;
+
+  /// Begins to receive; call it once, when what the hooks use is there.
+  void open();
+
+  /// Takes a connection back, -1 for one that is closed, with what is still to be sent. It is
+  /// closed when its client has closed it, or does not for too long. May be called from any thread.
+  void dismiss(int socket, std::string unsent);
+
+  /// From here on no request is admitted, and those that are not whole are forgotten. Call it after
+  /// `open`.
+  void shut();
+  /// Gives clients that long to take what is left for them, and ends; call it once, after `shut`
+  /// and when all that was admitted is dismissed.
+  void finish(std::chrono::milliseconds patience);
+
+ private:
+  using Clock = std::chrono::steady_clock;
+
+  /// A connection that is not with whoever answers its request.
+  struct Visit {
+    int socket = -1;
+    Clock::time_point deadline = {};
+    /// Null once there is an answer.
+    std::unique_ptr<IncomingRequest> request = nullptr;
+    std::string unsent = {};
+    std::size_t sent = 0;
+    bool isAllSent = false;
+
+    std::size_t size() const { return request ? request->text().size() : unsent.size(); }
+  };
+  using Visits = std::list<Visit>;
+
+  void run();
+  /// Takes what was dismissed; answers whether it is time to go on.
+  bool takeBack();
+  /// Refuses, or drops, the largest while they hold too much.
+  void limitMemory();
+  /// The wake signal, the listener and the visits, in that order, with what has come of each.
+  const std::vector<pollfd>& awaitEvents();
+  Clock::time_point nextDeadline() const;
+  void accept();
+  void receiveFrom(int socket);
+  /// Whether there are as many as there may be, all with those who answer.
+  bool isFull();
+  void dropOldest();
+  void forgetClosed();
+  void serve(Visit& visit);
+  void receive(Visit& visit);
+  void leave(Visit& visit, std::string unsent);
+  void send(Visit& visit);
+  void refuse(Visit& visit);
+  void expire(Visit& visit);
+  static void close(Visit& visit);
+
+  const int listener_;
+  const Limits limits_;
+  const Hooks hooks_;
+  /// How many connections there may be, those whose requests are being answered included.
+  const std::size_t most_;
+  WakeSignal wake_;
+
+  std::mutex mutex_;
+  std::condition_variable shut_;
+  Visits dismissed_;
+  /// How many are with those who answer.
+  std::size_t admitted_ = 0;
+  bool mustShut_ = false;
+  bool isShut_ = false;
+  Clock::time_point end_ = Clock::time_point::max();
+
+  // What follows is the thread's own.
+  bool isOpen_ = true;
+  Clock::time_point until_ = Clock::time_point::max();
+  /// The connections that are received or sent to, in the order in which they came.
+  Visits visits_;
+  std::vector<pollfd> watched_;
+  std::vector<char> buffer_;
+  /// No connection is accepted before.
+  Clock::time_point nextAccept_ = Clock::time_point::min();
+  std::thread thread_;
+};
+
+}  // namespace ovinta::sandbox

@@ -1,0 +1,66 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "platform/Date.h"
+#include "sandbox/domain/PushMailbox.h"
+#include "sandbox/domain/SandboxState.h"
+#include "sandbox/domain/WireForms.h"
+#include "sandbox/faults/Faults.h"
+#include "sandbox/http/WaitingPlaces.h"
+#include "sandbox/routes/RequestLog.h"
+
+namespace ovinta::sandbox {
+
+/// The service behind the routes. May be used from any thread.
+class Service {
+ public:
+  Service(std::uint64_t seed, std::function<platform::Date()> now) : state(seed, std::move(now)) {}
+
+  SandboxState state;
+  PushMailbox pushes;
+  RequestLog requests;
+  Faults faults;
+  WaitingPlaces waiting;
+
+  /// Apps older than this version are told to upgrade; an empty text admits all.
+  void setMinimumAppVersion(std::string version) {
+    const std::lock_guard lock(mutex_);
+    minimumAppVersion_ = std::move(version);
+  }
+
+  /// From now on `reset` leads to what holds at present.
+  void keepAsStart() {
+    state.keepAsStart();
+    const std::lock_guard lock(mutex_);
+    startMinimumAppVersion_ = minimumAppVersion_;
+  }
+
+  /// Brings back the start, and forgets faults, pushes that wait and requests that came.
+  void reset() {
+    state.reset();
+    pushes.clear();
+    requests.clear();
+    faults.clear();
+    const std::lock_guard lock(mutex_);
+    minimumAppVersion_ = startMinimumAppVersion_;
+  }
+
+  bool admitsAppVersion(std::string_view version) const {
+    const std::lock_guard lock(mutex_);
+    return !isOlderVersion(version, minimumAppVersion_);
+  }
+
+ private:
+  mutable std::mutex mutex_;
+  std::string minimumAppVersion_;
+  std::string startMinimumAppVersion_;
+};
+
+}  // namespace ovinta::sandbox
