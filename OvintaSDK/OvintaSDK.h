@@ -1,6 +1,9 @@
 #pragma once
 
-// The whole public interface of the library.
+// The whole public interface of the library. What holds throughout: texts are UTF-8, instants are
+// `platform::Date`, an absent value is an empty `std::optional` or a null pointer. "A plain value"
+// is a record that follows the rule of the standard containers: any number of threads may read it
+// as long as none changes it. Nothing is thrown at the application.
 
 #include "../platform/JSONText.h"
 #include "../platform/Services.h"

@@ -12,8 +12,8 @@ class Bundle {
  public:
   virtual ~Bundle() = default;
 
-  /// The entry of the info dictionary; absent when there is no dictionary, no such entry, or the
-  /// entry is not text.
+  /// The text under the key of the info dictionary; absent when there is no dictionary, no such
+  /// entry, or the entry is not text.
   virtual std::optional<std::string> infoText(std::string_view key) const = 0;
 
   /// The whole content, as bytes, of the resource `name` with the extension `type`; absent when

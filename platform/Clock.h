@@ -4,12 +4,12 @@
 
 namespace ovinta::platform {
 
-/// Tells the time of day.
+/// Tells the time of day. May be used from any thread.
 class Clock {
  public:
   virtual ~Clock() = default;
 
-  /// The current instant. May be called from any thread; may go back when the user sets the time.
+  /// The current instant; may go back when the user sets the time.
   virtual Date now() const = 0;
 };
 

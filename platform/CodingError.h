@@ -12,15 +12,22 @@
 namespace ovinta::platform {
 
 /// Why a JSON text could not be read as, or written from, a record. Never thrown at an application.
+/// A plain value.
 class OVINTA_EXPORT CodingError : public std::exception {
  public:
+  /// What was wrong: a required key is missing; a value is of another type; a value is null or
+  /// names no known case; a value, or the text as a whole, is malformed; a value cannot be written.
   enum class Kind { keyNotFound, typeMismatch, valueNotFound, dataCorrupted, invalidValue };
 
+  /// An error at the top of the record, its path empty. The description is a sentence in English.
   CodingError(Kind kind, std::string debugDescription);
 
+  /// What was wrong.
   Kind kind() const { return kind_; }
-  /// From the outermost key inwards, joined with ".", array positions as "[2]"; empty at the top.
+  /// Where: the keys from the outermost key inwards, joined with ".", array positions as "[2]";
+  /// empty at the top.
   const std::string& codingPath() const { return codingPath_; }
+  /// What was wrong, as a sentence in English for developers.
   const std::string& debugDescription() const { return debugDescription_; }
   /// Puts an outer key, or array position, before the path; for use while the error passes
   /// outwards.
@@ -39,10 +46,11 @@ class OVINTA_EXPORT CodingError : public std::exception {
   std::string text_;
 };
 
-/// What came of reading or writing: a value, or the error that stands in its place.
+/// What came of reading or writing: a value, or the error that stands in its place. A plain value.
 template <class T>
 class [[nodiscard]] Coded {
  public:
+  /// Values and errors convert to it.
   Coded(T value) : result_(std::in_place_index<0>, std::move(value)) {}
   Coded(CodingError error) : result_(std::in_place_index<1>, std::move(error)) {}
 

@@ -2,6 +2,8 @@
 
 namespace ovinta::platform {
 
+/// How the battery stands: not known, or not monitored; running down; being charged; full while
+/// plugged in.
 enum class BatteryState { unknown = 0, unplugged = 1, charging = 2, full = 3 };
 
 /// The device that the application runs on. May be used from any thread.
@@ -9,9 +11,10 @@ class Device {
  public:
   virtual ~Device() = default;
 
-  /// Monitoring is off at first; while it is off the state reads as unknown.
+  /// Monitoring is off at first; while it is off the state reads as unknown. Returns at once.
   virtual void setBatteryMonitoringEnabled(bool enabled) = 0;
 
+  /// The state last known, without waiting for a newer one.
   virtual BatteryState batteryState() const = 0;
 };
 

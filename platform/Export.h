@@ -1,4 +1,5 @@
 #pragma once
 
-/// Marks what a shared build of the library exports; everything else stays hidden.
+/// Marks the types and functions that a shared build of the library exports; all others stay
+/// hidden.
 #define OVINTA_EXPORT [[gnu::visibility("default")]]

@@ -6,8 +6,9 @@
 
 namespace ovinta::platform {
 
-/// The place in the sources that a fatal error names.
+/// The place in the sources that a fatal error names. A plain value.
 struct SourceLocation {
+  /// The file, empty for no place at all, and the line, counted from 1.
   std::string_view file;
   int line = 0;
 };

@@ -8,7 +8,7 @@
 
 namespace ovinta::platform {
 
-/// How precise positions should be, best first; better costs more power.
+/// How precise positions should be, best first; a better one costs more power.
 enum class LocationAccuracy { bestForNavigation, best };
 
 /// What the user is doing, which tells the service how positions may be filtered.
@@ -18,6 +18,7 @@ enum class ActivityType { other = 1, automotiveNavigation = 2, fitness = 3, othe
 /// further numbers, which permit nothing.
 using AuthorizationStatus = int;
 
+/// Nobody has asked the user yet, or the user has not answered.
 inline constexpr AuthorizationStatus kAuthorizationNotDetermined = 0;
 inline constexpr AuthorizationStatus kAuthorizationRestricted = 1;
 inline constexpr AuthorizationStatus kAuthorizationDenied = 2;
@@ -29,8 +30,9 @@ constexpr bool isAuthorized(AuthorizationStatus status) {
   return status == kAuthorizedAlways || status == kAuthorizedWhenInUse;
 }
 
-/// A beacon as heard in one ranging interval.
+/// A beacon as heard in one ranging interval. A plain value.
 struct RangedBeacon {
+  /// The UUID that the beacons of one owner share.
   UUID proximityUUID;
   /// A beacon sends only the low 16 bits of the major and of the minor number.
   std::int64_t major = 0;
@@ -77,29 +79,38 @@ class LocationManager {
   /// Not owned; must outlive the manager. Null for none.
   virtual void setDelegate(LocationManagerDelegate* delegate) = 0;
 
+  /// Whether updates go on while the application is in the background, on a platform that would
+  /// otherwise stop them.
   virtual void setAllowsBackgroundLocationUpdates(bool allows) = 0;
 
   /// Metres that the user must move before the next position is reported. Settings changed while
-  /// updates run take effect at once.
+  /// updates run take effect at once, here and in the next two.
   virtual void setDistanceFilter(double metres) = 0;
+  /// How precise positions should be: a wish, which the platform need not fulfil.
   virtual void setDesiredAccuracy(LocationAccuracy accuracy) = 0;
+  /// What the platform may take into account when it filters positions.
   virtual void setActivityType(ActivityType type) = 0;
 
+  /// Has the delegate told of positions, the first one as soon as it is known.
   virtual void startUpdatingLocation() = 0;
   virtual void stopUpdatingLocation() = 0;
 
-  /// Reports moves of some 500 m and more at little cost in power.
+  /// Has the delegate told of moves of some 500 m and more, at little cost in power.
   virtual void startMonitoringSignificantLocationChanges() = 0;
   virtual void stopMonitoringSignificantLocationChanges() = 0;
 
-  /// Ranging is keyed by the region's whole value.
+  /// Has the delegate told every second which beacons of the region are heard. Ranging is keyed by
+  /// the region's whole value.
   virtual void startRangingBeacons(const BeaconRegion& region) = 0;
   virtual void stopRangingBeacons(const BeaconRegion& region) = 0;
+  /// The regions that are ranged now.
   virtual std::vector<Region> rangedRegions() const = 0;
 
-  /// Monitoring is keyed by the identifier: a region replaces an earlier one of the same.
+  /// Has the delegate told when the device comes into the region or leaves it. Monitoring is keyed
+  /// by the identifier: a region replaces an earlier one of the same.
   virtual void startMonitoring(const Region& region) = 0;
   virtual void stopMonitoring(const Region& region) = 0;
+  /// The regions that are monitored now.
   virtual std::vector<Region> monitoredRegions() const = 0;
 };
 
@@ -114,7 +125,7 @@ class LocationServices {
   /// The application's current permission. May be called from any thread.
   virtual AuthorizationStatus authorizationStatus() const = 0;
 
-  /// A new manager. Main thread only.
+  /// A new manager, never null, without a delegate. Main thread only.
   virtual std::unique_ptr<LocationManager> makeLocationManager() = 0;
 };
 

@@ -4,14 +4,13 @@
 
 namespace ovinta::platform {
 
-/// The line-oriented log of the system. There are no levels.
+/// The line-oriented log of the system. There are no levels. May be used from any thread.
 class Log {
  public:
   virtual ~Log() = default;
 
-  /// Writes one line; `line` carries no newline of its own. May be called from any thread; lines of
-  /// several threads do not mix. Returns after the line was handed over; a failure to write is
-  /// dropped.
+  /// Writes one line; `line` carries no newline of its own. Lines of several threads do not mix.
+  /// Returns after the line was handed over; a failure to write is dropped.
   virtual void write(std::string_view line) = 0;
 };
 

@@ -12,6 +12,7 @@ namespace ovinta::platform {
 /// not throw. All methods may be called from any thread.
 class MainQueue {
  public:
+  /// What runs on the main thread; never empty.
   using Task = std::function<void()>;
 
   virtual ~MainQueue() = default;

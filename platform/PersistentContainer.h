@@ -14,33 +14,42 @@
 
 namespace ovinta::platform {
 
+/// The type of an attribute's value; see `AttributeValue`.
 enum class AttributeType { integer64, string };
 
+/// An attribute that the records of an entity have. A plain value.
 struct AttributeDescription {
+  /// Tells the attributes of an entity apart; not empty.
   std::string name;
+  /// The only type of value that it takes.
   AttributeType type = AttributeType::string;
+  /// Whether a record may do without a value.
   bool optional = false;
 
   friend bool operator==(const AttributeDescription&, const AttributeDescription&) = default;
 };
 
+/// One kind of records. A plain value.
 struct EntityDescription {
+  /// Unique within the model, not empty.
   std::string name;
+  /// At least one.
   std::vector<AttributeDescription> attributes;
 
   friend bool operator==(const EntityDescription&, const EntityDescription&) = default;
 };
 
-/// The entities that an object store can hold.
+/// The entities that an object store can hold. A plain value.
 struct OVINTA_EXPORT ManagedObjectModel {
+  /// In the order of the compiled form.
   std::vector<EntityDescription> entities;
 
   /// Reads the compiled form of a model; absent when it is malformed. The form is a JSON text:
   /// {"entities": [{"name": text, "attributes": [{"name": text, "type": "integer64" or "string",
-  /// "optional": boolean}]}]}.
+  /// "optional": boolean}]}]}. May be called from any thread.
   static std::optional<ManagedObjectModel> parse(std::string_view compiled);
 
-  /// The entity of that name, or null.
+  /// The entity of that name, valid as long as the model is unchanged, or null.
   const EntityDescription* entity(std::string_view name) const;
 };
 
@@ -51,10 +60,14 @@ using AttributeValue = std::variant<std::monostate, std::int64_t, std::string>;
 /// value of one thread at a time.
 class OVINTA_EXPORT ManagedObject {
  public:
+  /// A record without values.
   explicit ManagedObject(std::string entityName) : entityName_(std::move(entityName)) {}
   virtual ~ManagedObject() = default;
 
+  /// The name of an entity of the store's model; not checked here.
   const std::string& entityName() const { return entityName_; }
+  /// Gives the attribute a value, in place of an earlier one; an absent value removes it. Not
+  /// checked against the model.
   void setValue(std::string_view attribute, AttributeValue value);
   /// The value set; absent when none was.
   AttributeValue value(std::string_view attribute) const;
@@ -64,15 +77,17 @@ class OVINTA_EXPORT ManagedObject {
   std::map<std::string, AttributeValue, std::less<>> values_;
 };
 
-/// Asks for all records of an entity, in no particular order.
+/// Asks for all records of an entity, in no particular order. A plain value.
 struct FetchRequest {
+  /// The name of an entity of the store's model.
   std::string entityName;
 };
 
-/// What went wrong in an object store.
+/// What went wrong in an object store. A plain value.
 struct StoreError {
+  /// A sentence in English.
   std::string localizedDescription;
-  /// Details by name.
+  /// Details by name; may be empty.
   std::map<std::string, std::string> userInfo;
 };
 
@@ -98,8 +113,9 @@ class ManagedObjectContext {
   virtual std::vector<ManagedObject> fetch(const FetchRequest& request, StoreError* error) = 0;
 };
 
-/// Describes a store that was loaded.
+/// Describes a store that was loaded. A plain value.
 struct PersistentStoreDescription {
+  /// Where the store lies, such as the path of a file.
   std::string location;
 };
 
@@ -114,6 +130,7 @@ class PersistentContainer {
       const std::function<void(const PersistentStoreDescription&, std::optional<StoreError>)>&
           completion) = 0;
 
+  /// The stores of the container; one at least once they are loaded.
   virtual std::vector<PersistentStoreDescription> persistentStoreDescriptions() const = 0;
 
   /// A new transaction, independent of all others; `loadPersistentStores` must have succeeded. The
@@ -121,13 +138,12 @@ class PersistentContainer {
   virtual std::unique_ptr<ManagedObjectContext> newBackgroundContext() = 0;
 };
 
-/// Makes persistent containers.
+/// Makes persistent containers. May be used from any thread.
 class PersistentContainerFactory {
  public:
   virtual ~PersistentContainerFactory() = default;
 
-  /// A container with its stores not yet loaded; its store is named `name`. May be called from any
-  /// thread.
+  /// A container with its stores not yet loaded, never null; its store is named `name`.
   virtual std::shared_ptr<PersistentContainer> makeContainer(std::string_view name,
                                                              ManagedObjectModel model) = 0;
 };

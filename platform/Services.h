@@ -22,18 +22,23 @@
 
 namespace ovinta::platform {
 
-/// Everything that the library needs of the platform. None may be null when installed.
+// "A plain value", in the headers of the platform too, is a record that follows the rule of the
+// standard containers: any number of threads may read it as long as none changes it.
+
+/// Everything that the library needs of the platform; each is described at its type. None may be
+/// null when installed. A plain value; the services themselves may be called as their types say.
 struct Services {
+  /// Described at their types, as the others without words of their own.
   std::shared_ptr<Clock> clock;
   std::shared_ptr<Log> log;
   std::shared_ptr<MainQueue> mainQueue;
   std::shared_ptr<OperationQueueFactory> operationQueues;
-  /// The process's default notification centre.
+  /// The one on which the library posts (`SDKNotification`) and observes.
   std::shared_ptr<NotificationCenter> notificationCenter;
   std::shared_ptr<SettingsStore> settings;
-  /// The host application's bundle.
+  /// The host application's bundle: its version and its provisioning profile.
   std::shared_ptr<Bundle> mainBundle;
-  /// The library's own bundle.
+  /// The library's own bundle: its version and the model of the order store.
   std::shared_ptr<Bundle> libraryBundle;
   std::shared_ptr<Text> text;
   std::shared_ptr<DateFormatterFactory> dateFormatters;
@@ -47,11 +52,12 @@ struct Services {
 };
 
 /// Sets the services that the library uses from now on. Call it once, before any other use of the
-/// library; without it the services of this system serve. Kept until the process ends. A null
-/// service is a fatal error. May be called from any thread.
+/// library; without it those of the platform library that is linked serve. Kept until the process
+/// ends. A null service is a fatal error, which names it. May be called from any thread.
 OVINTA_EXPORT void install(Services services);
 
-/// The services in force. May be called from any thread; the reference stays valid for ever.
+/// The services in force, made on first use where none were installed. May be called from any
+/// thread; the reference stays valid for ever.
 OVINTA_EXPORT const Services& services();
 
 }  // namespace ovinta::platform

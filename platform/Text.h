@@ -15,7 +15,8 @@ class Text {
   /// Whether the scalar is an upper-case or title-case letter (general categories Lu and Lt).
   virtual bool isUppercaseLetter(char32_t scalar) const = 0;
 
-  /// The text with the first letter of each word in upper case and the rest in lower case.
+  /// The text with the first letter of each word in upper case and the rest in lower case; white
+  /// space parts the words.
   virtual std::string capitalized(std::string_view text) const = 0;
 
   /// The number that the whole text stands for: sign, digits, point, exponent. Absent for anything

@@ -7,15 +7,17 @@
 
 namespace ovinta::platform {
 
-/// The text of a URL that a `URLFormat` has accepted.
+/// The text of a URL that a `URLFormat` has accepted. A plain value.
 struct URL {
+  /// In the form of RFC 3986, so all of it ASCII.
   std::string text;
 
   friend bool operator==(const URL&, const URL&) = default;
 };
 
-/// One name and value of a URL's query, not percent-encoded.
+/// One name and value of a URL's query. A plain value.
 struct URLQueryItem {
+  /// UTF-8, not percent-encoded.
   std::string name;
   std::string value;
 

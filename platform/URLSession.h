@@ -12,44 +12,52 @@
 
 namespace ovinta::platform {
 
+/// One field of an HTTP head. A plain value.
 struct HeaderField {
+  /// As they are sent, or as they were received.
   std::string name;
   std::string value;
 
   friend bool operator==(const HeaderField&, const HeaderField&) = default;
 };
 
-/// Whether an answer kept by a cache may serve a request.
+/// Whether an answer kept by a cache may serve a request: as the protocol's rules say, or never.
 enum class CachePolicy { useProtocolCachePolicy, reloadIgnoringLocalAndRemoteCacheData };
 
+/// An HTTP request. A plain value.
 struct URLRequest {
+  /// Where to send it, and the method in upper case.
   URL url;
   std::string method = "GET";
   /// Sent in this order, after the ones that the protocol itself demands.
   std::vector<HeaderField> headers{};
   /// Absent: no body at all.
   std::optional<std::string> body{};
+  /// How caches may be used.
   CachePolicy cachePolicy = CachePolicy::useProtocolCachePolicy;
   /// The longest time without any progress, connecting included.
   std::chrono::milliseconds timeout{60'000};
 };
 
+/// The head of an HTTP answer. A plain value.
 struct OVINTA_EXPORT HTTPResponse {
+  /// The status, e.g. 200.
   int statusCode = 0;
   /// The fields in the order in which they were received, with their names as received.
   std::vector<HeaderField> headers{};
 
-  /// The value of the first field of that name, compared without regard to case; else absent.
+  /// The value of the first field of that name, compared without regard to the case of ASCII
+  /// letters; absent when there is none. May be called from any thread.
   std::optional<std::string> header(std::string_view name) const;
 };
 
-/// Why a request ended without a complete answer.
+/// Why a request ended without a complete answer. A plain value.
 struct TransportError {
   /// A sentence for people; free of the request's URL, headers and body.
   std::string localizedDescription;
 };
 
-/// Sends requests over HTTP.
+/// Sends requests over HTTP. May be used from any thread.
 class URLSession {
  public:
   /// Receives (data, response, error). A complete answer: data, possibly empty but never absent,
@@ -63,8 +71,7 @@ class URLSession {
 
   /// Starts the request and returns at once. The completion is called exactly once, never inside
   /// this call, on the session's one callback thread, which is never the main thread; it may start
-  /// further requests. When the process exits first it is not called. May be called from any
-  /// thread.
+  /// further requests and must not throw. When the process exits first it is not called.
   virtual void startDataTask(URLRequest request, Completion completion) = 0;
 };
 

@@ -11,8 +11,10 @@
 
 namespace ovinta::platform {
 
-/// A universally unique identifier (RFC 4122), its bytes in the order of the text form.
+/// A universally unique identifier (RFC 4122). A plain value; the functions may be called from any
+/// thread.
 struct OVINTA_EXPORT UUID {
+  /// In the order of the text form.
   std::array<std::uint8_t, 16> bytes{};
 
   /// The identifier that the text stands for: exactly hexadecimal digits, either case, in groups of

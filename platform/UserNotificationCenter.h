@@ -10,21 +10,27 @@
 
 namespace ovinta::platform {
 
+/// What is heard when a notification is shown: nothing, or the sound of the system.
 enum class NotificationSound { none, defaultSound };
 
-/// What a local notification shows and carries.
+/// What a local notification shows and carries. A plain value.
 struct UserNotificationContent {
+  /// Heading and text, in words for people.
   std::string title;
   std::string body;
+  /// What is heard with it.
   NotificationSound sound = NotificationSound::none;
+  /// What the application gets back when the user clicks the notification.
   Dictionary userInfo;
 
   friend bool operator==(const UserNotificationContent&, const UserNotificationContent&) = default;
 };
 
 /// Fires when the user crosses the border of the region in a direction that the region asks for.
-/// The first position known after the request was added, inside or outside, crosses nothing.
+/// The first position known after the request was added, inside or outside, crosses nothing. A
+/// plain value.
 struct LocationNotificationTrigger {
+  /// The region and, in it, the directions.
   CircularRegion region;
   /// False: the request leaves the pending list when it fires.
   bool repeats = false;
@@ -33,16 +39,20 @@ struct LocationNotificationTrigger {
                          const LocationNotificationTrigger&) = default;
 };
 
+/// A notification and when it is to be shown. A plain value.
 struct UserNotificationRequest {
+  /// Unique among the pending requests.
   std::string identifier;
+  /// What is shown, and when.
   UserNotificationContent content;
   LocationNotificationTrigger trigger;
 
   friend bool operator==(const UserNotificationRequest&, const UserNotificationRequest&) = default;
 };
 
-/// Why a request was not accepted.
+/// Why a request was not accepted. A plain value.
 struct UserNotificationError {
+  /// A sentence in English.
   std::string localizedDescription;
 };
 

@@ -13,21 +13,26 @@
 namespace ovinta::platform {
 
 struct Value;
+/// Values in their order, and values by text keys, which are UTF-8.
 using List = std::vector<Value>;
 using Dictionary = std::map<std::string, Value, std::less<>>;
 
-/// Any value that a JSON text, a push payload or an options dictionary can hold.
+/// Any value that a JSON text, a push payload or an options dictionary can hold; null at first. A
+/// plain value.
 struct Value {
+  /// The types of which a value holds one.
   using Storage =
       std::variant<std::nullptr_t, bool, std::int64_t, double, std::string, List, Dictionary>;
 
   Value() = default;
+  /// What it can hold converts to it. A `const char*` must not be null.
   Value(std::nullptr_t) {}
   Value(const char* text) : storage(std::string(text)) {}
   Value(std::string_view text) : storage(std::string(text)) {}
   Value(std::string text) : storage(std::move(text)) {}
   Value(List list) : storage(std::move(list)) {}
   Value(Dictionary dictionary) : storage(std::move(dictionary)) {}
+  /// A truth value, a whole number or another number: the type decides.
   template <class T>
   requires std::is_arithmetic_v<T> Value(T number) {
     if constexpr (std::is_same_v<T, bool>) {
@@ -52,10 +57,12 @@ struct Value {
 
   friend bool operator==(const Value&, const Value&) = default;
 
+  /// The value itself.
   Storage storage;
 };
 
-/// The entry under the key when there is one and it is a `T`, otherwise null.
+/// The entry under the key when there is one and it is a `T`, valid as long as the dictionary is
+/// unchanged; otherwise null. May be called from any thread.
 template <class T>
 const T* find(const Dictionary& dictionary, std::string_view key) {
   const auto entry = dictionary.find(key);

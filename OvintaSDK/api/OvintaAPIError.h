@@ -13,17 +13,20 @@
 
 namespace ovinta {
 
-/// The service refused a request. Its description is made of the answer's messages, else of the
-/// status.
+/// The service answered a request with another status than the one for success. The description is
+/// `ErrorBody::message` of the answer's body, else `defaultMessage` of the status, else "Unknown
+/// Error". Immutable; may be used from any thread.
 class OVINTA_EXPORT OvintaAPIError : public OvintaError {
  public:
-  /// Whatever of the answer cannot be read leaves the matching property absent.
+  /// The error for an answer, `data` being its body. Whatever of the answer cannot be read leaves
+  /// the matching property absent.
   OvintaAPIError(const std::optional<platform::HTTPResponse>& response,
                  const std::optional<std::string>& data, const ErrorSubject& subject);
   ~OvintaAPIError() override;
 
   /// Absent for a status that the service does not use.
   std::optional<HTTPStatusCode> statusCode() const { return statusCode_; }
+  /// Absent when the answer's body is none that `ErrorBody::parse` can read.
   const std::optional<ErrorBody>& body() const { return body_; }
   /// Messages by the name of the field that they are about; absent without a readable body.
   std::optional<std::map<std::string, std::vector<std::string>>> errors() const;

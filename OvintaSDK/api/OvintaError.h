@@ -9,9 +9,15 @@
 
 namespace ovinta {
 
-/// The root of all errors that reach the application. Immutable; may be used from any thread.
+/// The root of all errors that reach the application, and the type of those that no derived class
+/// tells apart. Immutable; may be used from any thread.
+///
+/// "The errors of a request", for every call to the service: `OvintaErrorInvalidURL`; an
+/// `OvintaError` with the `localizedDescription` of a `platform::TransportError`, when no complete
+/// answer came; `OvintaAPIError`; `OvintaErrorInvalidResponse`. Their titles name the action.
 class OVINTA_EXPORT OvintaError {
  public:
+  /// An error with that description; without one it is "Unknown Error".
   explicit OvintaError(std::optional<std::string> message = {}, const ErrorSubject& subject = {});
   virtual ~OvintaError();
 
@@ -19,7 +25,7 @@ class OVINTA_EXPORT OvintaError {
   const std::string& errorDescription() const { return errorDescription_; }
   /// The same text, under the name that platform errors have it.
   const std::string& localizedDescription() const { return errorDescription_; }
-  /// A short heading for an alert.
+  /// A short English heading for an alert: "Error", and what it is about.
   const std::string& title() const { return title_; }
 
  private:
@@ -27,19 +33,21 @@ class OVINTA_EXPORT OvintaError {
   std::string title_;
 };
 
-/// Null: no error.
+/// How errors are handed out; null: no error.
 using ErrorPtr = std::shared_ptr<const OvintaError>;
 
-/// The request's URL could not be formed.
+/// A request was not sent, because the stored base URL is no URL (see `UserDefaultsKey::apiBase`).
 class OVINTA_EXPORT OvintaErrorInvalidURL : public OvintaError {
  public:
+  /// The description is "invalid URL".
   explicit OvintaErrorInvalidURL(const ErrorSubject& subject);
   ~OvintaErrorInvalidURL() override;
 };
 
-/// A success answer could not be read.
+/// The service answered with success, but with a body that is not what the endpoint's answer is.
 class OVINTA_EXPORT OvintaErrorInvalidResponse : public OvintaError {
  public:
+  /// The description is "invalid response".
   explicit OvintaErrorInvalidResponse(const ErrorSubject& subject);
   ~OvintaErrorInvalidResponse() override;
 };

@@ -5,20 +5,25 @@
 
 namespace ovinta {
 
-/// A value that several threads may read and replace. Nothing is promised across two of them.
+/// A value that several threads may read and replace, each step under a lock of its own. Nothing is
+/// promised across two steps, nor across two such values.
 template <class T>
 class Guarded {
  public:
   Guarded() = default;
+  /// Takes the value to begin with; without one it is `T()`.
   explicit Guarded(T value) : value_(std::move(value)) {}
 
+  /// A copy of the value; `set` replaces it.
   T get() const {
     const std::scoped_lock lock(mutex_);
     return value_;
   }
 
+  /// Replaces the value; the old one is destroyed outside of the lock.
   void set(T value) {
-    // Swapped, so that the old value, whose destructor may run foreign code, outlives the lock.
+    // The argument, which holds the old value after the swap, outlives the lock: the destructor may
+    // run foreign code.
     const std::scoped_lock lock(mutex_);
     std::swap(value_, value);
   }
@@ -30,14 +35,15 @@ class Guarded {
     return value;
   }
 
-  /// Has `change` change the value in one step. It must not call foreign code, nor this.
+  /// Has `change`, which receives the value, change it in one step, inside the call and under the
+  /// lock: it must not call foreign code, nor anything of this object.
   template <class Change>
   void change(Change&& change) {
     const std::scoped_lock lock(mutex_);
     std::forward<Change>(change)(value_);
   }
 
-  /// Copies one field of the value.
+  /// A copy of one field of the value.
   template <class Field>
   Field get(Field T::*field) const {
     const std::scoped_lock lock(mutex_);

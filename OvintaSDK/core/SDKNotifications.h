@@ -6,16 +6,20 @@ namespace ovinta {
 
 /// The notifications that the library posts on the default notification centre
 /// (`platform::services().notificationCenter`). They are delivered synchronously, on the thread
-/// that posts: the orders ones usually on the thread of the network callback, the location ones on
-/// the main thread. What there is to know travels as the notification's object.
+/// that posts: those about orders on the thread on which the callback of the call that caused them
+/// runs, or inside the call that handed a push over; those about location on the main thread. What
+/// there is to know travels as the notification's object, whose type stands with each name. The
+/// names are constants; may be used from any thread.
 struct SDKNotification {
   /// After each successful fetch. Object: `OrderList`, all orders; possibly empty.
   static constexpr platform::NotificationName ordersUpdated{"ordersUpdated"};
-  /// When a fetch fails. Object: `ErrorPtr`, or none.
+  /// When a fetch fails or is refused, save while another is under way, and when the look-up of a
+  /// redemption code is refused. Object: `ErrorPtr`, or none.
   static constexpr platform::NotificationName ordersError{"ordersError"};
-  /// When one local order changed. Object: `std::shared_ptr<Order>`.
+  /// When one local order changed through an event or a push. Object: `OrderPtr`.
   static constexpr platform::NotificationName orderUpdated{"orderUpdated"};
-  /// When the service refuses an order event. Object: `ErrorPtr`, or none.
+  /// When an order event, other than a position, could not be delivered or the service refused it.
+  /// Object: `ErrorPtr`, or none.
   static constexpr platform::NotificationName orderEventError{"orderEventError"};
   /// Before a location is sent. Object: `platform::Location`.
   static constexpr platform::NotificationName locationUpdate{"locationUpdate"};

@@ -17,6 +17,8 @@ namespace ovinta {
 /// thread.
 class OVINTA_EXPORT UserDefaultsKey {
  public:
+  /// What is kept of the signed-in customer: the token, a secret; then the fields of the customer
+  /// as they came from the service. A logout removes the token alone.
   static const UserDefaultsKey customerToken;
   static const UserDefaultsKey customerName;
   static const UserDefaultsKey customerEmail;
@@ -26,10 +28,11 @@ class OVINTA_EXPORT UserDefaultsKey {
   static const UserDefaultsKey customerPhone;
   /// The base URL of the service; an application may store its own to point the library elsewhere.
   static const UserDefaultsKey apiBase;
-  /// The location permission last reported to the service, as a decimal number.
+  /// The location permission last reported to the service: the decimal number of a
+  /// `platform::AuthorizationStatus`. For the library's own use.
   static const UserDefaultsKey lastKnownAuthStatus;
 
-  /// The key whose text is `rawValue`; absent when none of the nine is.
+  /// The key whose text is `rawValue`, compared exactly; absent when none of the nine is.
   static std::optional<UserDefaultsKey> fromRawValue(std::string_view rawValue);
 
   /// The key in the settings store.
@@ -44,6 +47,7 @@ class OVINTA_EXPORT UserDefaultsKey {
   void set(const std::optional<std::string>& value) const;
   /// Stores "YES" or "NO".
   void setBool(bool value) const;
+  /// Removes the stored text; a registered default shows again.
   void remove() const;
 
   friend constexpr bool operator==(UserDefaultsKey, UserDefaultsKey) = default;
@@ -55,7 +59,8 @@ class OVINTA_EXPORT UserDefaultsKey {
   std::string_view rawValue_;
 };
 
-/// The text stored under the key in a store of the caller's choice, or absent.
+/// The text stored under the key in a store of the caller's choice, or its registered default, or
+/// absent. May be called from any thread.
 OVINTA_EXPORT std::optional<std::string> stringForKey(const platform::SettingsStore& store,
                                                       UserDefaultsKey key);
 

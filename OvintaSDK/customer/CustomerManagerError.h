@@ -5,6 +5,8 @@
 
 namespace ovinta {
 
+/// Why a request is refused: no base URL is stored; there is no current customer to update or sign
+/// up; a claim that would have to create the customer comes without consent.
 enum class OVINTA_EXPORT CustomerManagerErrorType {
   loadingApiUrl,
   loadingCustomer,
@@ -21,7 +23,8 @@ struct ManagerErrorTable<CustomerManagerErrorType> {
   };
 };
 
-/// The customer manager, or the orders manager on its behalf, refused a request.
+/// The customer manager, or the orders manager on its behalf, refused a request: "Could not load
+/// API url", "Could not load customer" or "Missing customer consent".
 using CustomerManagerError = ManagerError<CustomerManagerErrorType>;
 
 extern template class ManagerError<CustomerManagerErrorType>;

@@ -6,14 +6,15 @@
 
 namespace ovinta {
 
-/// What is known of one beacon.
+/// What is known of one beacon that was heard. A plain value.
 struct Beacon {
+  /// Which beacon it is.
   BeaconIdentifiers identifiers;
-  /// Received signal strength in dBm.
+  /// Received signal strength in dBm, smoothed.
   Averager rssi = {};
-  /// Estimated distance in metres.
+  /// Estimated distance in metres, smoothed.
   Averager distance = {};
-  /// When it was last heard.
+  /// When it was last heard; `platform::kDistantPast` before the first time. Not sent.
   platform::Date scannedAt = platform::kDistantPast;
 
   friend bool operator==(const Beacon&, const Beacon&) = default;

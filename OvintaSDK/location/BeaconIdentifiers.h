@@ -10,8 +10,9 @@
 
 namespace ovinta {
 
-/// The identity of one physical beacon.
+/// The identity of one physical beacon, as it sends it itself. A plain value.
 struct BeaconIdentifiers {
+  /// The proximity UUID, which beacons of one owner share; the numbers tell them apart.
   platform::UUID uuid;
   std::uint16_t major = 0;
   std::uint16_t minor = 0;

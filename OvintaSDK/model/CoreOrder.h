@@ -11,7 +11,7 @@
 namespace ovinta {
 
 /// The summary of an order that the order store keeps, an object of the entity "Order". States are
-/// kept as raw values. One thread at a time.
+/// kept as raw values (see `rawValue`). One thread at a time.
 class OVINTA_EXPORT CoreOrder : public platform::ManagedObject {
  public:
   /// A request for all stored summaries, unsorted.
@@ -26,15 +26,19 @@ class OVINTA_EXPORT CoreOrder : public platform::ManagedObject {
   static std::shared_ptr<CoreOrder> withEntity(const platform::EntityDescription& entity,
                                                platform::ManagedObjectContext* context);
 
+  /// An empty summary, which no context holds.
   CoreOrder();
   /// A summary read back from the store.
   explicit CoreOrder(const platform::ManagedObject& object);
 
-  /// 0 where nothing was set, as the other numbers.
+  /// `Order::id`; 0 where nothing was set, as the other numbers. Each setter changes this object
+  /// only.
   std::int64_t id() const;
   void setId(std::int64_t id);
+  /// `Order::partnerIdentifier`; to set an absent one removes it.
   std::optional<std::string> partnerIdentifier() const;
   void setPartnerIdentifier(const std::optional<std::string>& identifier);
+  /// `Order::siteID`.
   std::int64_t siteId() const;
   void setSiteId(std::int64_t siteId);
   /// The raw value of an `OrderState`.

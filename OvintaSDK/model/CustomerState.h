@@ -8,7 +8,7 @@
 
 namespace ovinta {
 
-/// Where the customer stands on the way to the pickup.
+/// Where the customer stands on the way to the pickup. The functions may be called from any thread.
 enum class CustomerState : std::int64_t {
   created = 0,
   enRoute = 1,
@@ -30,10 +30,11 @@ struct StateTable<CustomerState> {
   }};
 };
 
-/// Whether the customer's journey still goes on.
+/// Whether the customer's journey still goes on: in every state but `completed`. A value that is
+/// none of the cases ends the process, here and in `description`.
 inline bool isOpen(CustomerState state) { return stateRow(state).isOpen; }
 
-/// A title for people, e.g. "En Route".
+/// An English title for people, e.g. "En Route".
 inline std::string_view description(CustomerState state) { return stateRow(state).title; }
 
 }  // namespace ovinta

@@ -4,11 +4,12 @@
 
 namespace ovinta {
 
-/// A circle round a site.
+/// A circle round a site. A plain value.
 struct Geofence {
-  /// Degrees as decimal text, as `longitude`.
+  /// The centre, in degrees as decimal text; not checked.
   std::string latitude;
   std::string longitude;
+  /// Metres.
   double radiusMeters = 0;
 
   friend bool operator==(const Geofence&, const Geofence&) = default;

@@ -10,7 +10,8 @@
 namespace ovinta {
 
 /// The location permission that the customer has granted to the application. The raw values are the
-/// platform's (`platform::AuthorizationStatus`): `stateFromRawValue` maps one to the other.
+/// platform's (`platform::AuthorizationStatus`): `stateFromRawValue` maps one to the other. The
+/// functions may be called from any thread.
 enum class LocationAuthStatus : std::int64_t {
   notDetermined = platform::kAuthorizationNotDetermined,
   restricted = platform::kAuthorizationRestricted,
@@ -30,7 +31,8 @@ struct StateTable<LocationAuthStatus> {
   }};
 };
 
-/// The wire string.
+/// The text that stands for the status in JSON, e.g. "authorized_always". A value that is none of
+/// the cases ends the process.
 inline std::string_view description(LocationAuthStatus status) {
   return stateRow(status).wireString;
 }

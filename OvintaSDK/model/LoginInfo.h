@@ -4,8 +4,9 @@
 
 namespace ovinta {
 
-/// What a customer logs in with.
+/// What a customer logs in with; the service checks it. A plain value.
 struct LoginInfo {
+  /// Both always sent. Never log the password.
   std::string emailAddress;
   std::string password;
 

@@ -16,13 +16,16 @@ namespace ovinta {
 
 /// One pickup order as the service sent it. The orders manager changes the same object in place
 /// when an event or a push moves the order on. May be used from any thread: each field is safe by
-/// itself, nothing is promised across fields.
+/// itself, nothing is promised across fields. What the fields hold stands in `OrderDetails` and
+/// `OrderProgress`.
 class OVINTA_EXPORT Order : public OrderDetails {
  public:
-  /// Orders come from the service; this is for an application's own tests.
+  /// Orders come from the service; this one is for an application's own tests. The orders manager
+  /// does not know it.
   Order(OrderDetails details, OrderProgress progress)
       : OrderDetails(std::move(details)), progress_(std::move(progress)) {}
 
+  /// The changing fields, each a copy; what they hold stands in `OrderProgress`.
   OrderState state() const { return progress_.get(&OrderProgress::state); }
   CustomerState customerState() const { return progress_.get(&OrderProgress::customerState); }
   std::optional<std::string> pickupType() const {
@@ -46,7 +49,8 @@ class OVINTA_EXPORT Order : public OrderDetails {
   }
   std::optional<std::string> pushToken() const { return progress_.get(&OrderProgress::pushToken); }
 
-  // The setters only store the value: nothing is sent, nothing is written to the order store.
+  /// Each setter only stores the value: nothing is sent, nothing is written to the order store, no
+  /// notification is posted and `OrdersManager::open` stays as it is.
   void setState(OrderState state) { progress_.set(&OrderProgress::state, state); }
   void setCustomerState(CustomerState state) {
     progress_.set(&OrderProgress::customerState, state);
@@ -93,7 +97,9 @@ class OVINTA_EXPORT Order : public OrderDetails {
   Guarded<OrderProgress> progress_;
 };
 
+/// How orders are handed out: everybody holds the same object, which changes for all.
 using OrderPtr = std::shared_ptr<Order>;
+/// Several orders; those of the library hold no null.
 using OrderList = std::vector<OrderPtr>;
 
 }  // namespace ovinta

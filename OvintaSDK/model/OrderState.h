@@ -7,7 +7,8 @@
 
 namespace ovinta {
 
-/// The state of an order as the store sees it.
+/// The state of an order as the store sees it; it is `gone` when the service has answered an event
+/// that it does not have the order. The function may be called from any thread.
 enum class OrderState : std::int64_t {
   created = 0,
   ready = 1,
@@ -29,7 +30,8 @@ struct StateTable<OrderState> {
   }};
 };
 
-/// Whether the store still works towards the pickup.
+/// Whether the store still works towards the pickup: `created`, `ready` and `delayed`. A value that
+/// is none of the cases ends the process.
 inline bool isOpen(OrderState state) { return stateRow(state).isOpen; }
 
 }  // namespace ovinta

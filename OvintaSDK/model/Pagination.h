@@ -4,9 +4,9 @@
 
 namespace ovinta {
 
-/// Which page of a list an answer holds.
+/// Which page of a list an answer holds. A plain value.
 struct Pagination {
-  /// Counted from 1.
+  /// The page, counted from 1, and how many there are, as the service tells.
   std::int64_t currentPage = 0;
   std::int64_t totalPages = 0;
 

@@ -26,14 +26,15 @@
 
 namespace ovinta {
 
-/// Records by their types. A new one goes to the end of its list: applications that were built with
-/// an earlier header tell records by their places.
+/// A list of record types, known when compiling. A new one goes to the end of its list:
+/// applications that were built with an earlier header tell records by their places.
 template <class... Records>
 struct RecordList {
+  /// Whether the record is in the list.
   template <class Record>
   static constexpr bool kHas = (std::is_same_v<Record, Records> || ...);
 
-  /// The record's place in the list.
+  /// The record's place in the list, counted from 0.
   template <class Record>
   static constexpr std::size_t positionOf() {
     std::size_t position = 0;
@@ -48,7 +49,7 @@ using ReadableRecords =
                CustomerConsent, SignUpInfo, LoginInfo, RequestPasswordReset, SetNewPassword,
                CreateOrderInfo, ClaimOrderInfo, UpdateOrderInfo, BeaconRegion, BeaconIdentifiers>;
 
-/// What can be written as one.
+/// What can be written as a JSON text.
 using WritableRecords =
     RecordList<Order, OrderEvent, Site, Geofence, CustomerInfo, CustomerConsent, SignUpInfo,
                LoginInfo, RequestPasswordReset, SetNewPassword, CreateOrderInfo, ClaimOrderInfo,
@@ -57,6 +58,7 @@ using WritableRecords =
 /// What a record is handed out as: itself, or the pointer by which the library knows it.
 template <class Record>
 struct RecordHandle {
+  /// What `readRecord` gives.
   using Type = Record;
 };
 template <>
@@ -72,12 +74,14 @@ struct RecordHandle<Customer> {
   using Type = CustomerPtr;
 };
 
-/// What stands behind `readRecord` and `writeRecord`: the record is told by its place in its list.
+/// What stands behind `readRecord` and `writeRecord`, which are to be called in its place: here the
+/// record is told by its place in its list, unchecked. May be used from any thread.
 struct RecordJSON {
-  /// `handle` is a `std::optional` of the record's handle, which takes the record.
+  /// Reads a record into `handle`, a `std::optional` of the record's handle; absent on success.
   OVINTA_EXPORT static std::optional<platform::CodingError> read(std::size_t position,
                                                                  std::string_view text,
                                                                  void* handle);
+  /// Writes the record, which is of the type that `position` tells.
   OVINTA_EXPORT static platform::Coded<std::string> write(std::size_t position, const void* record);
 };
 
@@ -102,7 +106,7 @@ requires WritableRecords::kHas<Record> platform::Coded<std::string> writeRecord(
   return RecordJSON::write(WritableRecords::positionOf<Record>(), std::addressof(record));
 }
 
-/// The text that `writeRecord` gives; absent in place of an error.
+/// The text that `writeRecord` gives; absent in place of an error. May be called from any thread.
 template <class Record>
 requires WritableRecords::kHas<Record> std::optional<std::string> jsonText(const Record& record) {
   auto text = writeRecord(record);

@@ -12,10 +12,14 @@
 
 namespace ovinta {
 
-/// A pickup site as the service lists it.
+/// A pickup site as the service lists it. What the service left out is absent; texts are as it sent
+/// them. A plain value.
 struct OVINTA_EXPORT Site {
+  /// The service's number for the site.
   std::int64_t id = 0;
+  /// The retailer's own identifier of the site.
   std::optional<std::string> partnerIdentifier = {};
+  /// Name, phone number and address, in words for people.
   std::optional<std::string> name = {};
   std::optional<std::string> phone = {};
   std::optional<std::string> streetAddress = {};
@@ -27,12 +31,15 @@ struct OVINTA_EXPORT Site {
   /// Degrees as decimal text, as `latitude`; see `location`.
   std::optional<std::string> longitude = {};
   std::optional<std::string> latitude = {};
+  /// What the customer is to do there, what the site is, and where its picture is.
   std::optional<std::string> instructions = {};
   std::optional<std::string> descriptionText = {};
   std::optional<std::string> coverPhotoURL = {};
+  /// Colours and logo with which the application may show the site's project.
   std::optional<std::string> projectAccentColor = {};
   std::optional<std::string> projectAccentTextColor = {};
   std::optional<std::string> projectLogoURL = {};
+  /// The circle that `NotifyManager` watches; a site without one is never notified of.
   std::optional<Geofence> geofence = {};
 
   /// Where the site is; absent when a coordinate is, or is not a decimal number. The range of the
@@ -44,7 +51,9 @@ struct OVINTA_EXPORT Site {
   std::optional<double> distance(const platform::Location& from) const;
 };
 
+/// How sites are handed out; nobody changes them, so that any thread may read one.
 using SitePtr = std::shared_ptr<const Site>;
+/// Several sites; those of the library hold no null.
 using SiteList = std::vector<SitePtr>;
 
 }  // namespace ovinta

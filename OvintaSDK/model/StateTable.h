@@ -8,23 +8,26 @@
 
 namespace ovinta {
 
-/// What is known of one case of a state enumeration.
+/// What is known of one case of a state enumeration. A constant; may be read from any thread, as
+/// all functions here may be called.
 template <class State>
 struct StateRow {
+  /// The case itself.
   State state;
   /// The text that stands for the case in JSON.
   std::string_view wireString;
-  /// Where the enumeration knows open states.
+  /// Whether it is an open state; true throughout where the enumeration does not tell them apart.
   bool isOpen = true;
-  /// A title for people, where the enumeration has any.
+  /// An English title for people; empty where the enumeration has none.
   std::string_view title = {};
 };
 
-/// The rows of a state enumeration, in the order of their raw values, as `kRows`.
+/// The table of a state enumeration: its rows as `kRows`, in the order of their raw values.
 template <class State>
 struct StateTable;
 
-/// The integer that stands for the state in the order store.
+/// The integer that stands for the state in the order store and in Objective-C. JSON has the wire
+/// string in its place.
 template <class State>
 requires requires { StateTable<State>::kRows; }
 constexpr std::int64_t rawValue(State state) { return static_cast<std::int64_t>(state); }

@@ -22,14 +22,17 @@ namespace ovinta {
 
 class Orders;
 
-/// Receives the order and the error, either of which may be null; see each operation.
+/// Receives the order, or null and the error. After an event both may be null, or neither; see
+/// `OrdersManager::event`.
 using OrderCallback = std::function<void(OrderPtr, ErrorPtr)>;
 
-/// Receives the orders or the error.
+/// Receives the orders, none of them null, or the error.
 using OrdersCallback = std::function<void(std::optional<OrderList>, ErrorPtr)>;
 
-/// How the last attempt to fetch the orders ended.
+/// How the last attempt to fetch the orders ended. Other requests leave their refusals here too
+/// where they say so. A plain value.
 struct LastFetch {
+  /// When it ended, by the clock of the platform.
   platform::Date date;
   /// Null: it succeeded.
   ErrorPtr error;
@@ -37,15 +40,19 @@ struct LastFetch {
 
 /// Holds the customer's orders; reached as `Ovinta::orders()`. All methods may be called from any
 /// thread and return at once. A callback, which may be empty and must not throw, is called at most
-/// once, with no lock held: on the network's callback thread when the service was asked, on a
-/// thread of the API queue when the base URL is none, inside the call when the request was refused
-/// before. Where the application's own `platform::URLSession` completes a success without data,
-/// which that of Linux never does, it is left out, and a fetch stays under way. Each field is safe
-/// by itself; nothing is promised across fields: while a fetch completes, `all` may be new and
-/// `open` still the old list.
-/// It may be destroyed while its requests are under way: they end as they would have.
+/// once, with no lock held: on the callback thread of the URL session when the service was asked,
+/// on a thread of the API queue when the stored base URL is no URL, inside the call when the
+/// request was refused before. Where the application's own `platform::URLSession` completes a
+/// success without data, which that of Linux never does, it is left out, and a fetch stays under
+/// way. "The service's errors" are those of a request (see `OvintaError`). Each field is safe by
+/// itself; nothing is promised across fields: while a fetch completes, `all` may be new and `open`
+/// still the old list. The lists hold no null. It may be destroyed while its requests are under
+/// way: they end as they would have.
 class OVINTA_EXPORT OrdersManager {
  public:
+  /// One of the application's own: it has lists of its own and the customer of
+  /// `Ovinta::customer()`. The user's location is followed for the orders of `Ovinta::orders()`
+  /// alone.
   OrdersManager();
   /// For the library's own use.
   explicit OrdersManager(std::shared_ptr<Orders> orders);
@@ -53,53 +60,60 @@ class OVINTA_EXPORT OrdersManager {
   OrdersManager(const OrdersManager&) = delete;
   OrdersManager& operator=(const OrdersManager&) = delete;
 
-  /// Every order of the last successful fetch, in the service's order; absent before it.
+  /// Every order of the last successful fetch, in the service's order; absent before it, also after
+  /// a restart.
   std::optional<OrderList> all() const;
-  /// Replaces the list, as each of these setters does without the null entries. A present one is
-  /// also written to the order store, in the background; `open` and `closed` stay as they are.
+  /// Replaces the list; null entries are left out, here and in the next two. A present list is also
+  /// written to the order store, in the background; `open` and `closed` stay as they are.
   void setAll(std::optional<OrderList> orders);
 
-  /// The orders of `all` that are open, in its order.
+  /// The orders of `all` that are open (`Order::isOpen`), in its order; absent before the first
+  /// fetch. Up to date after each fetch, event and push.
   std::optional<OrderList> open() const;
+  /// Replaces the list, in memory only, until the next fetch, event or push.
   void setOpen(std::optional<OrderList> orders);
 
-  /// The orders of `all` that were not open at the last fetch, most recently updated first.
+  /// The orders of `all` that were not open at the last fetch, most recently updated first, those
+  /// without `Order::updatedAt` last; absent before it.
   std::optional<OrderList> closed() const;
+  /// Replaces the list, in memory only, until the next fetch.
   void setClosed(std::optional<OrderList> orders);
 
   /// Absent before the first attempt. An attempt refused as `alreadyFetching` does not count.
   std::optional<LastFetch> lastFetch() const;
+  /// Replaces the record until the next attempt.
   void setLastFetch(std::optional<LastFetch> fetch);
 
   /// Refreshes the orders, splits them and has them written to the order store. Posts
   /// `SDKNotification::ordersUpdated` after the callback of a success, `ordersError` after that of
   /// a failure; open orders without a push token then get the device's. Errors:
   /// `OrdersManagerError` of type `loadingCustomer`, `loadingApiUrl` or, with no notification,
-  /// `alreadyFetching`; those of the service. The fetch lasts until the
-  /// last callback and observer has returned: one that is started from there is refused.
+  /// `alreadyFetching`; the service's. On failure the lists stay as they are. The fetch lasts until
+  /// the last callback and observer has returned: one that is started from there is refused.
   void fetch(OrdersCallback callback = {});
 
   /// Creates an order for the current customer; with none, first creates the customer from the
   /// order's customer fields, which counts as consent to both terms and age verification. Reports
   /// the location permission for the new order. The lists change with the next fetch. Errors:
   /// `OrdersManagerError` of type `loadingApiUrl` or `loadingCustomer` (no customer and no name, or
-  /// the customer could not be created), also kept in `lastFetch`; those of the service.
+  /// the customer could not be created), also kept in `lastFetch`; the service's.
   void create(const CreateOrderInfo& info, OrderCallback callback = {});
+  /// The same, from its parts and the device's push token; without a state the service chooses.
   void create(std::int64_t siteID, std::string partnerIdentifier, const CustomerInfo& customerInfo,
               std::optional<PickupWindow> pickupWindow, OrderState state,
               OrderCallback callback = {});
   void create(std::int64_t siteID, std::string partnerIdentifier, const CustomerInfo& customerInfo,
               std::optional<PickupWindow> pickupWindow, OrderCallback callback = {});
 
-  /// Looks an order up by its redemption code. Errors: `OrdersManagerError` of type
-  /// `loadingApiUrl`, also kept in `lastFetch` and posted as `SDKNotification::ordersError`; those
-  /// of the service.
+  /// Looks an order up by its redemption code, for which no customer is needed. The lists stay as
+  /// they are. Errors: `OrdersManagerError` of type `loadingApiUrl`, also kept in `lastFetch` and
+  /// posted as `SDKNotification::ordersError`; the service's.
   void fetchWithRedemptionCode(const std::string& redemptionCode, OrderCallback callback = {});
 
   /// Claims the order of a redemption code for the current customer, with the device's push token.
   /// Reports the location permission for it. The lists change with the next fetch. Errors:
   /// `OrdersManagerError` of type `loadingApiUrl`, also kept in `lastFetch`, or `loadingCustomer`;
-  /// those of the service.
+  /// the service's.
   void claimWithRedemptionCode(const std::string& redemptionCode, const CustomerInfo& customerInfo,
                                std::optional<std::string> pickupType,
                                const OrderCallback& callback = {});
@@ -114,25 +128,29 @@ class OVINTA_EXPORT OrdersManager {
                                const OrderCallback& callback = {});
 
   /// Reports a step of the customer's journey. When the service accepts it, the order in `all`
-  /// changes and `SDKNotification::orderUpdated` is posted; when it refuses, `orderEventError`. The
-  /// callback receives the order found in `all`, or null, and the error, or null; without a
-  /// customer or base URL, and for an order that the service says is gone, it is never called.
+  /// changes and, if that made a difference, `SDKNotification::orderUpdated` is posted; when it
+  /// fails, `orderEventError`. The callback receives the order found in `all`, or null, and the
+  /// error, one of the service's, or null. Without a customer or base URL nothing is sent, and for
+  /// an order that the service says is gone, which then becomes `OrderState::gone`, the event has
+  /// done its work: in neither case is the callback called. `closed` changes with the next fetch.
   void event(const Order& order, CustomerState customerState, OrderCallback callback = {});
   void event(std::int64_t orderID, CustomerState customerState, OrderCallback callback = {});
-  /// Reports a state of the order; otherwise the same.
+  /// Reports a step of the order; otherwise the same.
   void event(std::int64_t orderID, OrderState state, OrderCallback callback = {});
-  /// Rates the order; otherwise the same.
+  /// Rates the order, on the service's scale; otherwise the same.
   void rateOrder(std::int64_t orderID, std::int64_t rating, std::optional<std::string> comments,
                  OrderCallback callback = {});
 
   /// Applies the payload of a push: "order_id" (a decimal text), and any of "order_state",
-  /// "customer_state" (wire strings) and "eta_at" (e.g. "2021-03-04T15:30:00.000-0500"). Posts
-  /// `SDKNotification::orderUpdated`. Unknown values are ignored; without an identifier, or for an
-  /// order that is not in `all`, all orders are fetched instead.
+  /// "customer_state" (wire strings, see `StateRow`) and "eta_at" (e.g.
+  /// "2021-03-04T15:30:00.000-0500"). Posts `SDKNotification::orderUpdated` inside the call.
+  /// Unknown values are ignored; without an identifier, or for an order that is not in `all`, all
+  /// orders are fetched instead (see `fetch`).
   void updateOrderFromNotification(const platform::Dictionary& userInfo);
 
   /// Gives the open orders that have a redemption code and no push token the device's, here and at
-  /// the service; the requests' outcome is not reported.
+  /// the service. How the requests end is not reported; without a device's token, a customer or a
+  /// base URL nothing happens.
   void updateOrdersWithNoPushToken();
   /// Gives the open orders that have a redemption code and another push token this one, likewise.
   /// It does not become the device's.

@@ -5,6 +5,8 @@
 
 namespace ovinta {
 
+/// Why a request is refused: there is no current customer, and none could be made; no base URL is
+/// stored; another fetch is under way.
 enum class OVINTA_EXPORT OrdersManagerErrorType { loadingCustomer, loadingApiUrl, alreadyFetching };
 
 template <>
@@ -17,7 +19,8 @@ struct ManagerErrorTable<OrdersManagerErrorType> {
   };
 };
 
-/// The orders manager refused a request.
+/// The orders manager refused a request: "Could not load customer", "Could not load API url" or
+/// "Already fetching orders".
 using OrdersManagerError = ManagerError<OrdersManagerErrorType>;
 
 extern template class ManagerError<OrdersManagerErrorType>;

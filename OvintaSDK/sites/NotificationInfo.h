@@ -7,11 +7,13 @@
 
 namespace ovinta {
 
-/// What the notifications about sites show.
+/// What the notifications about sites show, the same for each site. A plain value.
 struct NotificationInfo {
+  /// Heading and text, in words for people.
   std::string title;
   std::string content;
-  /// Copied into the notification's user info.
+  /// What the application wants back with the notification: copied into its user info. An entry
+  /// under `NotifyManager::kSourceName` is replaced by the library's.
   std::optional<platform::Dictionary> data = {};
 
   friend bool operator==(const NotificationInfo&, const NotificationInfo&) = default;

@@ -5,6 +5,8 @@
 
 namespace ovinta {
 
+/// Why nothing is armed: location services are off or the user may not be followed; there are more
+/// sites than `NotifyManager::kMaxNumberOfSites`.
 enum class OVINTA_EXPORT NotifyManagerErrorType {
   noLocationPermission,
   reachedTheMaxNumberOfSites
@@ -20,7 +22,8 @@ struct ManagerErrorTable<NotifyManagerErrorType> {
   };
 };
 
-/// The notify manager refused to arm notifications.
+/// The notify manager refused to arm notifications: "Location permission is missing" or "Site limit
+/// exceeded", the latter with a detail.
 using NotifyManagerError = ManagerError<NotifyManagerErrorType>;
 
 extern template class ManagerError<NotifyManagerErrorType>;

@@ -17,23 +17,25 @@ namespace ovinta {
 
 class Sites;
 
-/// Receives the sites or the error.
+/// Receives the sites, none of them null, or the error.
 using SitesCallback = std::function<void(std::optional<SiteList>, ErrorPtr)>;
 
-/// Receives the sites and where their page stands, or the error.
+/// Receives the sites, none of them null, and where their page stands, or the error.
 using SitesPageCallback =
     std::function<void(std::optional<SiteList>, std::optional<Pagination>, ErrorPtr)>;
 
 /// Looks up the pickup sites that the service knows; reached as `Ovinta::sites()`. All methods may
 /// be called from any thread and return at once. A callback, which may be empty and must not throw,
-/// is called at most once: on the network's callback thread when the service was asked, on a thread
-/// of the API queue when the base URL is none, inside the call when the request was refused before.
-/// It is left out only where the application's own `platform::URLSession` completes a success
-/// without data; that of Linux gives every complete answer its data, even if empty.
-/// Errors: `SitesManagerError` of type `loadingApiUrl`; those of the service.
-/// It may be destroyed while its requests are under way: they end as they would have.
+/// is called at most once, with no lock held: on the callback thread of the URL session when the
+/// service was asked, on a thread of the API queue when the stored base URL is no URL, inside the
+/// call when the request was refused before. It is left out only where the application's own
+/// `platform::URLSession` completes a success without data; that of Linux gives every complete
+/// answer its data, even if empty. Errors: `SitesManagerError` of type `loadingApiUrl`; those of a
+/// request (see `OvintaError`). It may be destroyed while its requests are under way: they end as
+/// they would have.
 class OVINTA_EXPORT SitesManager {
  public:
+  /// One of the application's own, with a list of its own.
   SitesManager();
   /// For the library's own use.
   explicit SitesManager(std::shared_ptr<Sites> sites);
@@ -42,9 +44,9 @@ class OVINTA_EXPORT SitesManager {
   SitesManager& operator=(const SitesManager&) = delete;
 
   /// The sites gathered so far; absent before the first. Page 1 of any search replaces them, a
-  /// later page is appended, whatever it is a page of.
+  /// later page is appended to those there are, whatever it is a page of. Not kept across restarts.
   std::optional<SiteList> all() const;
-  /// Null entries are left out.
+  /// Replaces the list; null entries are left out.
   void setAll(std::optional<SiteList> sites);
 
   /// One page, counted from 1, of the sites that match the text; an absent one matches all.
@@ -58,7 +60,7 @@ class OVINTA_EXPORT SitesManager {
   /// One page of the sites in the circle; of the region only centre and radius count.
   void fetch(const platform::CircularRegion& region, std::int64_t page,
              SitesCallback callback = {});
-  /// The same with `per` sites to a page.
+  /// The same with `per` sites to a page; without it the service chooses their number.
   void fetch(const platform::CircularRegion& region, std::int64_t page, std::int64_t per,
              SitesCallback callback = {});
 

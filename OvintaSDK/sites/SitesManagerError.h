@@ -5,6 +5,7 @@
 
 namespace ovinta {
 
+/// Why a request is refused: no base URL is stored.
 enum class OVINTA_EXPORT SitesManagerErrorType { loadingApiUrl };
 
 template <>
@@ -15,7 +16,7 @@ struct ManagerErrorTable<SitesManagerErrorType> {
   };
 };
 
-/// The sites manager refused a request.
+/// The sites manager refused a request: "Could not load API url".
 using SitesManagerError = ManagerError<SitesManagerErrorType>;
 
 extern template class ManagerError<SitesManagerErrorType>;

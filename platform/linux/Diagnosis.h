@@ -9,8 +9,9 @@
 
 namespace ovinta::platform::linuxos {
 
-/// How a part of the device stands.
+/// How a part of the device stands, the best case first.
 enum class Condition {
+  /// Works.
   good,
   /// Works in part.
   limited,
@@ -20,10 +21,11 @@ enum class Condition {
   unknown
 };
 
-/// What was found of one part of the device, in English.
+/// What was found of one part of the device, in English. A plain value.
 struct Finding {
   /// The part, e.g. "position" or "Bluetooth adapter hci0".
   std::string subject = {};
+  /// How it stands.
   Condition condition = Condition::unknown;
   /// The version of the service that was looked at; empty when the service does not tell it.
   std::string version = {};

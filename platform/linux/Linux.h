@@ -30,6 +30,7 @@ inline constexpr std::array<std::string_view, 4> kPositionSourceNames{"automatic
                                                                       "portal", "gpsd"};
 
 /// What the Linux implementation needs to know of the application. Absent fields take the default.
+/// A plain value.
 struct Options {
   /// Names the application's own directory below the data directory, and the application to the
   /// services that know it by its desktop file. Default: the name of the executable.
@@ -42,6 +43,7 @@ struct Options {
   std::optional<std::filesystem::path> dataDirectory = {};
   /// Where the library and these services write what they have to say. Default: standard error.
   std::shared_ptr<Log> log = nullptr;
+  /// Which service the position comes from. Default: `automatic`.
   PositionSource positionSource = PositionSource::automatic;
   /// Where the bus of the system's services is, as D-Bus writes addresses. Default:
   /// `$DBUS_SYSTEM_BUS_ADDRESS`, else where that bus usually lies.
@@ -72,17 +74,19 @@ struct Options {
   std::optional<std::size_t> answerSizeLimit = {};
 };
 
-/// A full set of services of this system. Makes the data directory (mode 0700) when it is first
-/// written to. The main thread is the process's initial one, or the one that called `runMainLoop`
-/// before this function; its queue is served by the GLib main loop of the default context, which
-/// GTK and most Qt applications run. May be called from any thread.
+/// A full set of services of this system, none of them null. Makes the data directory (mode 0700)
+/// when it is first written to. The main thread is the process's initial one, or the one that
+/// called `runMainLoop` before this function; its queue is served by the GLib main loop of the
+/// default context, which GTK and most Qt applications run. May be called from any thread.
 OVINTA_EXPORT Services makeServices(const Options& options = {});
 
 /// Serves the main queue on the calling thread until `quitMainLoop` is called; for applications
-/// that run no GLib main loop of their own.
+/// that run no GLib main loop of their own. On another thread than the main one it is a fatal
+/// error.
 OVINTA_EXPORT void runMainLoop();
 
-/// Has `runMainLoop` return after the task in progress. May be called from any thread.
+/// Has `runMainLoop` return after the task in progress; before one is called, the next one returns
+/// at once. May be called from any thread.
 OVINTA_EXPORT void quitMainLoop();
 
 /// Asks for the permission to follow the user, as the application does before it expects the

@@ -13,6 +13,7 @@ namespace ovinta::platform::simulation {
 /// Keeps every line, and passes it on if there is another log. May be used from any thread.
 class RecordingLog : public Log {
  public:
+  /// `next`, if any, is the log that each line is passed on to.
   explicit RecordingLog(std::shared_ptr<Log> next = nullptr) : next_(std::move(next)) {}
 
   void write(std::string_view line) override {
@@ -23,6 +24,7 @@ class RecordingLog : public Log {
     if (next_) next_->write(line);
   }
 
+  /// All lines so far, in the order of writing.
   std::vector<std::string> lines() const {
     const std::lock_guard lock(mutex_);
     return lines_;

@@ -14,8 +14,10 @@ namespace ovinta::platform::simulation {
 /// A bundle that holds what the test puts into it. May be used from any thread.
 class SimulatedBundle : public Bundle {
  public:
+  /// Texts by their keys.
   using Texts = std::map<std::string, std::string, std::less<>>;
 
+  /// A bundle with that info dictionary and no resources.
   explicit SimulatedBundle(Texts info = {}) : info_(std::move(info)) {}
 
   std::optional<std::string> infoText(std::string_view key) const override {
@@ -28,11 +30,13 @@ class SimulatedBundle : public Bundle {
     return find(resources_, fileName(name, type));
   }
 
+  /// Puts an entry into the info dictionary, in place of an earlier one.
   void setInfoText(std::string_view key, std::string text) {
     const std::lock_guard lock(mutex_);
     info_.insert_or_assign(std::string(key), std::move(text));
   }
 
+  /// Puts a resource into the bundle, in place of an earlier one; the content is bytes.
   void setResource(std::string_view name, std::string_view type, std::string content) {
     const std::lock_guard lock(mutex_);
     resources_.insert_or_assign(fileName(name, type), std::move(content));

@@ -16,6 +16,7 @@ class SimulatedDevice : public Device {
 
   /// Seen through `batteryState` while monitoring is on.
   void setBatteryState(BatteryState state) { state_ = state; }
+  /// What `setBatteryMonitoringEnabled` was last told; false at first.
   bool isBatteryMonitoringEnabled() const { return isMonitored_; }
 
  private:

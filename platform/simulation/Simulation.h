@@ -10,15 +10,17 @@
 
 namespace ovinta::platform::simulation {
 
-/// What else stands in for the service of that name in the base; null keeps the base's.
+/// What else stands in for the service of that name in the base. A plain value.
 struct SimulationReplacements {
+  /// Null keeps the base's.
   std::shared_ptr<SettingsStore> settings = {};
   std::shared_ptr<Log> log = {};
   std::shared_ptr<URLSession> urlSession = {};
   std::shared_ptr<OperationQueueFactory> operationQueues = {};
 };
 
-/// One simulated device. Takes over the main thread: the one that makes it.
+/// One simulated device. Takes over the main thread: the one that makes it, on which alone it and
+/// what it hands out are used, save where their types say more.
 class Simulation {
  public:
   /// Replaces clock, main queue, location services, device and notification centre of the base,
@@ -35,6 +37,7 @@ class Simulation {
   /// The full set, to be given to `platform::install`. The services may outlive this object.
   const Services& services() const { return services_; }
 
+  /// What the test moves the device with; each lives as long as this object.
   VirtualTime& time() { return time_; }
   SimulatedLocation& location() { return *location_; }
   SimulatedDevice& device() { return *device_; }

@@ -8,8 +8,10 @@
 
 namespace ovinta::platform::simulation {
 
-/// What a scripted service answers to a request.
+/// What a scripted service answers to a request: the arguments of a `URLSession::Completion`. A
+/// plain value.
 struct Answer {
+  /// Handed to the completion as they are; nothing checks that they fit together.
   std::optional<std::string> data;
   std::optional<HTTPResponse> response;
   std::optional<TransportError> error;

@@ -16,8 +16,10 @@ namespace ovinta::platform::simulation {
 /// inside `deliverAll`, on the thread that calls it. May be used from any thread.
 class AnsweringURLSession : public URLSession {
  public:
+  /// Answers a request. May start further ones; must not throw.
   using Service = std::function<Answer(const URLRequest&)>;
 
+  /// Has `service`, which must not be empty, answer.
   explicit AnsweringURLSession(Service service) : service_(std::move(service)) {}
 
   void startDataTask(URLRequest request, Completion completion) override;

@@ -26,9 +26,11 @@ class SimulatedLocation : public LocationServices {
   AuthorizationStatus authorizationStatus() const override;
   std::unique_ptr<LocationManager> makeLocationManager() override;
 
-  /// Each delegate hears of it once; a status equal to the present one changes nothing.
+  /// The permission from now on. Each delegate hears of it once; a status equal to the present one
+  /// changes nothing.
   void setAuthorizationStatus(AuthorizationStatus status);
 
+  /// Whether the user has location services switched on; nobody is told of a change.
   void setLocationServicesEnabled(bool enabled);
 
   /// The device is at the location. A manager reports it if, when the main queue comes to it,
@@ -53,7 +55,7 @@ class SimulatedLocation : public LocationServices {
   void onSettingsChanged(std::function<void()> observer);
 
   /// What the manager made last, of those alive, was told; without one, what a new one begins with.
-  /// The accuracy is absent until one was set.
+  /// The accuracy is absent until one was set; the filter is in metres.
   std::optional<LocationAccuracy> desiredAccuracy() const;
   double distanceFilter() const;
   ActivityType activityType() const;

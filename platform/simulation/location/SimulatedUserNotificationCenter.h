@@ -42,6 +42,7 @@ class SimulatedUserNotificationCenter : public UserNotificationCenter {
   /// Has every later `add` fail with the error, which changes nothing; absent to accept again.
   void refuseAdds(std::optional<UserNotificationError> error);
 
+  /// The requests that wait, in the order of their adding.
   std::vector<UserNotificationRequest> pending() const;
   /// Every request that has fired, in order, once for each time.
   std::vector<UserNotificationRequest> fired() const;

@@ -12,6 +12,7 @@ namespace ovinta::platform::simulation {
 /// May be used from any thread.
 class DrivenOperationQueueFactory : public OperationQueueFactory {
  public:
+  /// A factory without queues.
   DrivenOperationQueueFactory();
 
   std::shared_ptr<OperationQueue> makeQueue() override;

@@ -7,10 +7,11 @@ namespace ovinta::platform::simulation {
 
 class VirtualTimeState;
 
-/// Keeps virtual time from moving for as long as it lives. Made by `VirtualTime`; may be destroyed
-/// on any thread, also after the `VirtualTime`.
+/// Keeps virtual time from moving for as long as it lives. Made by `VirtualTime::hold`; may be used
+/// and destroyed on any thread, also after the `VirtualTime`.
 class TimeHold {
  public:
+  /// For the use of `VirtualTime`.
   explicit TimeHold(std::shared_ptr<VirtualTimeState> state);
   TimeHold(const TimeHold&) = delete;
   TimeHold& operator=(const TimeHold&) = delete;

@@ -10,9 +10,11 @@ namespace ovinta::platform::simulation {
 
 /// Has virtual time stand still from the adding of an operation until its `main()` has returned.
 /// Operations run in turn with the main thread (`TimeHold::runInTurn`), and those of a queue of
-/// default concurrency one at a time: the same test gives the same steps in the same order.
+/// default concurrency one at a time: the same test gives the same steps in the same order. May be
+/// used from any thread.
 class TimeHoldingOperationQueueFactory : public OperationQueueFactory {
  public:
+  /// `base`, which must not be null, makes the queues; `time` is the one that stands still.
   TimeHoldingOperationQueueFactory(std::shared_ptr<OperationQueueFactory> base,
                                    const VirtualTime& time)
       : base_(std::move(base)), makeHold_(time.holdMaker()) {}

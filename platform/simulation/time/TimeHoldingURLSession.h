@@ -10,9 +10,10 @@ namespace ovinta::platform::simulation {
 /// Has virtual time stand still from the start of a request until its completion has returned.
 /// Sends one request at a time, in the order of their start, and runs the completions in turn with
 /// the main thread (`TimeHold::runInTurn`): the same test gives the same requests in the same
-/// order.
+/// order. May be used from any thread.
 class TimeHoldingURLSession : public URLSession {
  public:
+  /// `base`, which must not be null, sends the requests; `time` is the one that stands still.
   TimeHoldingURLSession(std::shared_ptr<URLSession> base, const VirtualTime& time);
 
   void startDataTask(URLRequest request, Completion completion) override;

@@ -17,15 +17,17 @@ namespace ovinta::platform::simulation {
 /// outlive it, but the queue then drops what it is given.
 class VirtualTime {
  public:
+  /// Time stands at `start`.
   explicit VirtualTime(Date start);
   VirtualTime(const VirtualTime&) = delete;
   VirtualTime& operator=(const VirtualTime&) = delete;
   ~VirtualTime();
 
+  /// The clock and the queue, never null, for the services.
   std::shared_ptr<Clock> clock() const;
   std::shared_ptr<MainQueue> mainQueue() const;
 
-  /// May be called from any thread.
+  /// The instant at which time stands. May be called from any thread.
   Date now() const;
 
   /// Runs everything that falls due within the interval, each task at its own due time, and then
@@ -48,7 +50,7 @@ class VirtualTime {
   /// Stops time until the result, and every other hold, is gone. May be called from any thread.
   [[nodiscard]] std::unique_ptr<TimeHold> hold();
 
-  /// A function that does the same as `hold`; it may outlive this object.
+  /// A function that does the same as `hold`, on any thread; it may outlive this object.
   std::function<std::unique_ptr<TimeHold>()> holdMaker() const;
 
   /// How many tasks wait, due now or later. May be called from any thread.

@@ -16,10 +16,11 @@
 
 namespace ovinta::platform::simulation {
 
-/// Where the device is at an instant of a trip.
+/// Where the device is at an instant of a trip. A plain value.
 struct TripPoint {
   /// Since the trip began.
   TimeInterval offset{};
+  /// The true position.
   Coordinate coordinate{};
   /// Metres per second; negative: that of the way to the next point.
   double speed = -1;
@@ -33,11 +34,14 @@ struct TripPoint {
 ///     rssi = measuredPower - 10 * n * log10(d) + noise,   n = 2 (free space)
 ///
 /// (T. S. Rappaport, Wireless Communications: Principles and Practice, 2nd ed. 2002, section 4.9),
-/// and estimates its distance by the same formula without the noise.
+/// and estimates the distance from that strength by the same formula, without the noise. A plain
+/// value.
 struct TripBeacon {
+  /// What the beacon sends of itself.
   UUID proximityUUID{};
   std::uint16_t major = 0;
   std::uint16_t minor = 0;
+  /// Where it stands.
   Coordinate coordinate{};
   /// Metres from which on it is not heard.
   double range = 40;
@@ -47,12 +51,16 @@ struct TripBeacon {
   double noise = 3;
 };
 
+/// A change of the permission to follow the user. A plain value.
 struct TripPermissionChange {
+  /// Since the trip began, and the permission from then on.
   TimeInterval offset{};
   AuthorizationStatus status = 0;
 };
 
+/// A change of the battery. A plain value.
 struct TripBatteryChange {
+  /// Since the trip began, and the state from then on.
   TimeInterval offset{};
   BatteryState state = BatteryState::unknown;
 };
@@ -65,10 +73,11 @@ inline constexpr Date kDefaultTripStart{std::chrono::sys_days{std::chrono::year{
 /// error.
 inline constexpr double kMetresPerDilution = 5;
 
-/// What happens to a device on its way. Between two points it moves evenly.
+/// What happens to a device on its way. Between two points it moves evenly. A plain value.
 struct Trip {
   /// In the order of their offsets, at least one.
   std::vector<TripPoint> points;
+  /// All that stand somewhere along the way, and what changes on it, each in any order.
   std::vector<TripBeacon> beacons;
   std::vector<TripPermissionChange> permissionChanges;
   std::vector<TripBatteryChange> batteryChanges;
@@ -90,7 +99,8 @@ struct Trip {
   ///
   /// A trip lasts a year at most, a file has 64 MiB at most.
   ///
-  /// Gives the trip, or a sentence that says what is wrong and in which line.
+  /// Gives the trip, or an English sentence that says what is wrong and in which line. May be
+  /// called from any thread; blocks while it reads.
   static std::variant<Trip, std::string> fromGPX(const std::filesystem::path& file);
   /// The same for the text of such a file.
   static std::variant<Trip, std::string> fromGPXText(std::string_view text);

@@ -13,8 +13,10 @@ NS_ASSUME_NONNULL_BEGIN
 - (instancetype)initWithEntity:(OvintaEntityDescription*)entity
     insertIntoManagedObjectContext:(nullable OvintaManagedObjectContext*)context;
 
-/// 0 where nothing was set, as the other numbers.
+/// That of the `Order`; 0 where nothing was set, as the other numbers. Each setter changes this
+/// object only.
 @property(nonatomic) int64_t id;
+/// As in the `Order`, where it is the `siteID`.
 @property(nonatomic, copy, nullable) NSString* partnerIdentifier;
 @property(nonatomic) int64_t siteId;
 /// The raw value of an `OrderState`.

@@ -5,7 +5,9 @@
 NS_ASSUME_NONNULL_BEGIN
 
 /// What an order is created from. Absent fields are not sent; without a state the service chooses.
+/// No value is checked: the service judges them.
 @interface CreateOrderInfo : OvintaRecord
+/// From all its fields; the second one is without a state.
 - (instancetype)initWithSiteID:(int64_t)siteID
              partnerIdentifier:(NSString*)partnerIdentifier
               customerCarColor:(nullable NSString*)customerCarColor
@@ -37,16 +39,20 @@ NS_ASSUME_NONNULL_BEGIN
                   customerInfo:(CustomerInfo*)customerInfo
                      pushToken:(nullable NSString*)pushToken
                   pickupWindow:(nullable PickupWindow*)pickupWindow;
+/// The site where it is to be picked up, and the application's own identifier of the order.
 @property(nonatomic, readonly) int64_t siteID;
 @property(nonatomic, readonly, copy) NSString* partnerIdentifier;
+/// The customer's details, in words for the people at the site.
 @property(nonatomic, readonly, copy, nullable) NSString* customerCarColor;
 @property(nonatomic, readonly, copy, nullable) NSString* customerCarType;
 @property(nonatomic, readonly, copy, nullable) NSString* customerLicensePlate;
 @property(nonatomic, readonly, copy, nullable) NSString* customerName;
 @property(nonatomic, readonly, copy, nullable) NSString* customerPhone;
+/// The device's push token, as `Ovinta.pushToken`.
 @property(nonatomic, readonly, copy, nullable) NSString* pushToken;
-/// An `OrderState`.
+/// An `OrderState`: the one to begin with.
 @property(nonatomic, readonly, copy, nullable) NSNumber* state;
+/// When it is to be picked up.
 @property(nonatomic, readonly, nullable) PickupWindow* pickupWindow;
 @end
 

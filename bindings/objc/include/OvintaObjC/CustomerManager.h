@@ -7,22 +7,24 @@ NS_ASSUME_NONNULL_BEGIN
 /// Receives the customer or the error, exactly one of them not nil.
 typedef void (^CustomerCallback)(Customer* _Nullable customer, OvintaError* _Nullable error);
 
-/// Receives the error, or nil.
+/// Receives the error, or nil after a success.
 typedef void (^ErrorCallback)(OvintaError* _Nullable error);
 
 /// Owns the one customer of the device; reached as `Ovinta.customer`, for which every instance
 /// stands. The customer survives a restart of the application. All methods may be called from any
-/// thread and return at once; a callback, which may be nil, is called at most once: on the
-/// network's callback thread when the service was asked, on a thread of the API queue when the base
-/// URL is none, inside the call when the request was refused before. It is left out only where a
-/// URL session of the application's own, installed in C++, completes a success without data.
+/// thread and return at once; a callback, which may be nil, is called at most once: on the callback
+/// thread of the URL session when the service was asked, on a thread of the API queue when the
+/// stored base URL is no URL, inside the call when the request was refused before. It is left out
+/// only where a URL session of the application's own, installed in C++, completes a success without
+/// data. "The service's errors" are those of a request (see `OvintaError`). Of two requests that
+/// overlap, the one that is answered last decides who the customer is.
 @interface CustomerManager : NSObject
 /// The signed-in customer, or nil. Setting it changes the copy in memory only.
 @property(nonatomic, retain, nullable) Customer* current;
 
 /// Creates an anonymous customer, which becomes `current` and is kept in the settings store. On
-/// failure nothing changes. Errors: `CustomerManagerError` of type `LoadingApiUrl`; those of the
-/// service.
+/// failure nothing changes. The service judges the consent. Errors: `CustomerManagerError` of type
+/// `LoadingApiUrl`; the service's.
 - (void)create:(CustomerInfo*)info
      termsOfService:(BOOL)termsOfService
     ageVerification:(BOOL)ageVerification
@@ -32,15 +34,15 @@ typedef void (^ErrorCallback)(OvintaError* _Nullable error);
            callback:(nullable CustomerCallback)callback;
 
 /// Changes the current customer's details. Errors: `CustomerManagerError` of type `LoadingCustomer`
-/// or `LoadingApiUrl`; those of the service. A customer that comes back becomes `current` and is
-/// kept, here as in all that follow; on failure nothing changes.
+/// or `LoadingApiUrl`; the service's. A customer that comes back becomes `current` and is kept,
+/// here as in all that follow; on failure nothing changes.
 - (void)update:(CustomerInfo*)info callback:(nullable CustomerCallback)callback;
 
-/// Logs in. Errors: `CustomerManagerError` of type `LoadingApiUrl`; those of the service.
+/// Logs in. Errors: `CustomerManagerError` of type `LoadingApiUrl`; the service's.
 - (void)loginWithEmailAddress:(NSString*)emailAddress
                      password:(NSString*)password
                      callback:(nullable CustomerCallback)callback;
-/// Logs in with the token of an earlier session; otherwise the same.
+/// Logs in with the `Customer` token of an earlier session; otherwise the same.
 - (void)loginWithTokenWithToken:(NSString*)token callback:(nullable CustomerCallback)callback;
 
 /// Gives the current customer's account an e-mail address and a password. Errors as `update`.
@@ -48,7 +50,8 @@ typedef void (^ErrorCallback)(OvintaError* _Nullable error);
                       password:(NSString*)password
                       callback:(nullable CustomerCallback)callback;
 
-/// Has a message with a reset token sent. The error, or nil, is reported. Errors as for the login.
+/// Has a message with a reset token sent to the address. Changes nothing here. Errors as for the
+/// login.
 - (void)requestNewPasswordWithEmailAddress:(NSString*)emailAddress
                                   callback:(nullable ErrorCallback)callback;
 
@@ -59,7 +62,8 @@ typedef void (^ErrorCallback)(OvintaError* _Nullable error);
                                 confrimation:(NSString*)confrimation
                                     callback:(nullable CustomerCallback)callback;
 
-/// Forgets the customer. Name and vehicle stay in the settings store, to prefill a later login.
+/// Forgets the customer, and wipes the token from the settings store; the service is not told.
+/// Name, vehicle, e-mail address and phone stay there, to prefill a later login.
 - (void)logout;
 /// The same as `logout`.
 - (void)signOut;

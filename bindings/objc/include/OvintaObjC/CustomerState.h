@@ -2,7 +2,7 @@
 
 NS_ASSUME_NONNULL_BEGIN
 
-/// Where the customer stands on the way to the pickup.
+/// Where the customer stands on the way to the pickup. The functions may be called from any thread.
 typedef NS_ENUM(NSInteger, CustomerState) {
   CustomerStateCreated = 0,
   CustomerStateEnRoute = 1,
@@ -12,10 +12,10 @@ typedef NS_ENUM(NSInteger, CustomerState) {
   CustomerStateCompleted = 5
 };
 
-/// Whether the customer's journey still goes on. A value that is none of the cases ends the
-/// process, here as in the next function.
+/// Whether the customer's journey still goes on: in every state but the completed one. A value that
+/// is none of the cases ends the process, here as in the next function.
 OVINTA_EXTERN BOOL CustomerStateIsOpen(CustomerState state);
-/// A title for people, e.g. "En Route".
+/// An English title for people, e.g. "En Route".
 OVINTA_EXTERN NSString* CustomerStateDescription(CustomerState state);
 /// The state with that raw value; nil when there is none.
 OVINTA_EXTERN NSNumber* _Nullable CustomerStateFromRawValue(int64_t rawValue);

@@ -4,9 +4,10 @@ NS_ASSUME_NONNULL_BEGIN
 
 /// A circle round a site.
 @interface Geofence : OvintaRecord
-/// Degrees as decimal text, as `longitude`.
+/// The centre, in degrees as decimal text; not checked.
 @property(nonatomic, readonly, copy) NSString* latitude;
 @property(nonatomic, readonly, copy) NSString* longitude;
+/// Metres.
 @property(nonatomic, readonly) double radiusMeters;
 @end
 

@@ -2,7 +2,8 @@
 
 NS_ASSUME_NONNULL_BEGIN
 
-/// The statuses that the service uses.
+/// The statuses that the service uses, with their numbers in HTTP (RFC 9110); that of a required
+/// upgrade is the service's own choice. The functions may be called from any thread.
 typedef NS_ENUM(NSInteger, HTTPStatusCode) {
   HTTPStatusCodeOk = 200,
   HTTPStatusCodeAccepted = 202,
@@ -16,7 +17,8 @@ typedef NS_ENUM(NSInteger, HTTPStatusCode) {
 
 /// The status with that number; nil when the service does not use it.
 OVINTA_EXTERN NSNumber* _Nullable HTTPStatusCodeFromNumber(int number);
-/// The message for an answer of that status without a readable body; nil when there is none.
+/// The English message for an answer of that status without a readable body; nil when there is
+/// none.
 OVINTA_EXTERN NSString* _Nullable HTTPStatusCodeDefaultMessage(HTTPStatusCode status);
 
 NS_ASSUME_NONNULL_END

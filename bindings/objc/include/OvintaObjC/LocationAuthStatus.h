@@ -2,7 +2,8 @@
 
 NS_ASSUME_NONNULL_BEGIN
 
-/// The location permission that the customer has granted to the application.
+/// The location permission that the customer has granted to the application. The functions may be
+/// called from any thread.
 typedef NS_ENUM(NSInteger, LocationAuthStatus) {
   LocationAuthStatusNotDetermined = 0,
   LocationAuthStatusRestricted = 1,
@@ -11,7 +12,8 @@ typedef NS_ENUM(NSInteger, LocationAuthStatus) {
   LocationAuthStatusAuthorizedWhenInUse = 4
 };
 
-/// The wire string. A value that is none of the cases ends the process.
+/// The text that stands for the status in JSON, e.g. "authorized_always". A value that is none of
+/// the cases ends the process.
 OVINTA_EXTERN NSString* LocationAuthStatusDescription(LocationAuthStatus status);
 /// The status with that raw value; nil when there is none.
 OVINTA_EXTERN NSNumber* _Nullable LocationAuthStatusFromRawValue(int64_t rawValue);

@@ -2,7 +2,7 @@
 
 NS_ASSUME_NONNULL_BEGIN
 
-/// What the notifications about sites show.
+/// What the notifications about sites show, the same for each site.
 @interface NotificationInfo : OvintaRecord {
  @private
   NSDictionary* given_;
@@ -13,6 +13,7 @@ NS_ASSUME_NONNULL_BEGIN
 - (instancetype)initWithTitle:(NSString*)title
                       content:(NSString*)content
                          data:(nullable NSDictionary*)data;
+/// Heading and text, in words for people.
 @property(nonatomic, readonly, copy) NSString* title;
 @property(nonatomic, readonly, copy) NSString* content;
 /// As it was given.

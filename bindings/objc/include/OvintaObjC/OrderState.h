@@ -2,7 +2,8 @@
 
 NS_ASSUME_NONNULL_BEGIN
 
-/// The state of an order as the store sees it.
+/// The state of an order as the store sees it; it is gone when the service has answered an event
+/// that it does not have the order. The functions may be called from any thread.
 typedef NS_ENUM(NSInteger, OrderState) {
   OrderStateCreated = 0,
   OrderStateReady = 1,
@@ -12,8 +13,8 @@ typedef NS_ENUM(NSInteger, OrderState) {
   OrderStateGone = 5
 };
 
-/// Whether the store still works towards the pickup. A value that is none of the cases ends the
-/// process.
+/// Whether the store still works towards the pickup: created, ready and delayed. A value that is
+/// none of the cases ends the process.
 OVINTA_EXTERN BOOL OrderStateIsOpen(OrderState state);
 /// The state with that raw value; nil when there is none.
 OVINTA_EXTERN NSNumber* _Nullable OrderStateFromRawValue(int64_t rawValue);

@@ -2,7 +2,8 @@
 
 NS_ASSUME_NONNULL_BEGIN
 
-/// The domain of all errors that reach the application. Their codes are `OvintaErrorCode`s.
+/// The domain of all errors that reach the application. Their codes are `OvintaErrorCode`s. A
+/// constant, as all here; may be read from any thread.
 OVINTA_EXTERN NSErrorDomain const OvintaErrorDomain;
 
 /// What kind of error it is; each kind but the first has its class.
@@ -33,20 +34,26 @@ OVINTA_EXTERN NSString* const OvintaErrorTypeKey;
 /// `NSString`: more words on what happened.
 OVINTA_EXTERN NSString* const OvintaErrorDetailKey;
 
-/// The root of all errors that reach the application. Immutable; may be used from any thread. Two
-/// are equal when class, code and user info are.
+/// The root of all errors that reach the application, and the class of those that no derived class
+/// tells apart. Immutable; may be used from any thread. Two are equal when class, code and user
+/// info are.
+///
+/// "The errors of a request", for every call to the service: `OvintaErrorInvalidURL`; an
+/// `OvintaError` with a sentence of the URL session, when no complete answer came;
+/// `OvintaAPIError`; `OvintaErrorInvalidResponse`. Their titles name the action.
 @interface OvintaError : NSError
 /// What happened, in words for people; the same text as `localizedDescription`.
 @property(nonatomic, readonly, copy) NSString* errorDescription;
-/// A short heading for an alert.
+/// A short English heading for an alert: "Error", and what it is about.
 @property(nonatomic, readonly, copy) NSString* title;
 @end
 
-/// The request's URL could not be formed.
+/// A request was not sent, because the stored base URL is no URL: "invalid URL".
 @interface OvintaErrorInvalidURL : OvintaError
 @end
 
-/// A success answer could not be read.
+/// The service answered with success, but with a body that is not what the endpoint's answer is:
+/// "invalid response".
 @interface OvintaErrorInvalidResponse : OvintaError
 @end
 

@@ -6,16 +6,21 @@ NS_ASSUME_NONNULL_BEGIN
 
 /// A kind of objects that the order store keeps; its one is named "Order".
 @interface OvintaEntityDescription : OvintaRecord
+/// The name is not checked.
 - (instancetype)initWithName:(NSString*)name;
+/// As it was given.
 @property(nonatomic, readonly, copy) NSString* name;
 @end
 
-/// Asks for all objects of an entity, in no particular order. Immutable.
+/// Asks for all objects of an entity, in no particular order. Immutable; may be used from any
+/// thread.
 @interface OvintaFetchRequest : NSObject {
  @private
   NSString* entityName_;
 }
+/// The name is not checked: an unknown one is an error of the context.
 - (instancetype)initWithEntityName:(NSString*)entityName;
+/// As it was given.
 @property(nonatomic, readonly, copy) NSString* entityName;
 @end
 
