@@ -26,7 +26,7 @@ class APIClient {
 
   Context& context() const { return *context_; }
 
-  /// Has an operation of the type run on the API queue, made from this and the inputs.
+  /// Has an `Operation` run on the API queue, made from this client and the inputs.
   template <class Operation, class... Inputs>
   void send(Inputs&&... inputs) const {
     context_->apiQueue().addOperation(
@@ -35,7 +35,7 @@ class APIClient {
 
   /// The request, without method and body, for a path of the service: its URL, its headers, a
   /// time-out of 10 seconds and no use of caches. `token` is the customer's. A present list of
-  /// query items, even an empty one, becomes the URL's query. Absent when the base URL is none.
+  /// query items, even an empty one, becomes the URL's query. Absent when the base URL is no URL.
   std::optional<platform::URLRequest> makeRequest(
       const std::optional<APIPath>& path, const std::optional<std::string>& token,
       const std::optional<std::vector<platform::URLQueryItem>>& queryItems) const;

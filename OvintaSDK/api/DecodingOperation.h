@@ -33,7 +33,7 @@ class DecodingOperation : public ResultOperation<Result> {
       }
       failure = std::make_shared<OvintaErrorInvalidResponse>(*this);
     }
-    // The callback runs outside of the handler.
+    // The callback is called outside of the catch clause, when the exception is gone.
     if (failure) return this->fail(failure);
     this->report(std::move(result));
   }

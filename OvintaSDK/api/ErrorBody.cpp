@@ -7,7 +7,7 @@ namespace {
 
 using platform::JSONValue;
 
-/// Absent when the value is no list of texts.
+/// The texts of a list; absent when the value is anything but a list of texts.
 std::optional<std::vector<std::string>> textsOf(const JSONValue& value) {
   if (value.kind() != JSONValue::Kind::array) return std::nullopt;
   std::vector<std::string> texts;
@@ -21,7 +21,8 @@ std::optional<std::vector<std::string>> textsOf(const JSONValue& value) {
   return texts;
 }
 
-/// Of a key given twice the last counts, here as everywhere.
+/// The value under the key; absent when there is none. Of a key given twice the last counts, as in
+/// every record.
 std::optional<JSONValue> valueUnder(std::string_view key, const JSONValue& object) {
   std::optional<JSONValue> found;
   if (object.kind() != JSONValue::Kind::object) return found;

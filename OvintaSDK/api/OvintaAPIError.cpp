@@ -10,7 +10,8 @@
 namespace ovinta {
 namespace {
 
-/// The name that counts, and the form that HTTP/2 gives it; any other spelling is another field.
+/// The header field with the link, under its own name and under the one that HTTP/2 makes of it. In
+/// any other spelling it is another field.
 constexpr std::array<std::string_view, 2> kUpgradeFields{"App-Upgrade-URL", "app-upgrade-url"};
 
 std::optional<platform::URL> upgradeURL(const platform::HTTPResponse& response) {
@@ -23,7 +24,7 @@ std::optional<platform::URL> upgradeURL(const platform::HTTPResponse& response) 
 
 }  // namespace
 
-/// What is read out of an answer.
+/// What an error is made of, read out of the answer.
 struct OvintaAPIError::Answer {
   std::optional<HTTPStatusCode> status;
   std::optional<ErrorBody> body;

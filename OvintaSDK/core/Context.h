@@ -35,7 +35,8 @@ class Context {
   Guarded<std::optional<std::string>> appToken;
   Guarded<std::optional<std::string>> pushToken;
 
-  /// Version of the library and of the host application, read once; empty when there is none.
+  /// The versions of the library and of the host application, each read once; empty when there is
+  /// none.
   const std::string& sdkVersion();
   const std::string& appVersion();
 

@@ -14,9 +14,10 @@ class Dates {
   explicit Dates(std::shared_ptr<platform::DateFormatterFactory> formatters)
       : formatters_(std::move(formatters)) {}
 
-  /// Pickup windows: device locale, zone and calendar, offset without a colon.
+  /// The form of the instants of a pickup window: in the device's locale, zone and calendar, the
+  /// offset without a colon.
   const platform::DateFormatter& pickupWindow() const;
-  /// The service's instants: UTC, offset with a colon or "Z".
+  /// The form of all other instants: in UTC, the offset with a colon or "Z".
   const platform::DateFormatter& service() const;
 
  private:

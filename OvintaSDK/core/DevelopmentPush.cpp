@@ -5,7 +5,8 @@
 namespace ovinta {
 namespace {
 
-/// Drops everything before `mark`; false when it does not occur.
+/// Drops everything before `mark` from the text; false, and nothing is dropped, when it does not
+/// occur.
 bool skipTo(std::string_view& text, std::string_view mark) {
   const std::size_t position = text.find(mark);
   if (position == std::string_view::npos) return false;

@@ -17,7 +17,7 @@ class Lazy {
     return *shared(std::forward<Make>(make));
   }
 
-  /// The same, to be kept.
+  /// The pointer to the value, for whoever is to keep it alive; otherwise the same as `get`.
   template <class Make>
   const std::shared_ptr<T>& shared(Make&& make) {
     std::call_once(once_, [&] { value_ = std::forward<Make>(make)(); });

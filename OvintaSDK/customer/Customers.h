@@ -28,13 +28,14 @@ class Customers : public std::enable_shared_from_this<Customers> {
   void logout();
 
  private:
-  /// Sends the operation to the service, or refuses.
+  /// Sends an operation to the service; refuses when no base URL is stored.
   template <class Operation, class... Inputs>
   void send(CustomerCallback callback, Inputs&&... inputs);
-  /// The same for an operation in the current customer's name.
+  /// Sends an operation in the current customer's name to the service; refuses when there is no
+  /// customer or no base URL is stored.
   template <class Operation, class... Inputs>
   void sendForCurrent(CustomerCallback callback, Inputs&&... inputs);
-  /// Keeps a customer that came from the service, then reports.
+  /// A callback that keeps the customer that came from the service, and then calls `callback`.
   CustomerCallback keeping(CustomerCallback callback);
   void refuse(CustomerManagerErrorType type, const CustomerCallback& callback) const;
 

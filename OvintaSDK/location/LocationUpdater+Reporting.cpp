@@ -41,7 +41,7 @@ void LocationUpdater::didRangeBeacons(const std::vector<platform::RangedBeacon>&
 }
 
 void LocationUpdater::sendLocationUpdate() {
-  // Set before anything can fail: an attempt that sends nothing counts as well.
+  // The time is set before anything can fail, because an attempt that sends nothing counts as well.
   locationSentAt_ = now();
   beaconList_.prune();
   const std::vector<Beacon> beacons = beaconList_.list();

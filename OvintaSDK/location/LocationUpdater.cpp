@@ -9,7 +9,7 @@
 namespace ovinta {
 namespace {
 
-/// Metres; until the first position tells how far the site is.
+/// The distance filter, in metres, until the first position tells how far the site is.
 constexpr double kInitialDistanceFilter = 3;
 
 std::set<BeaconRegion> beaconRegions(const OrderList& orders) {
@@ -105,7 +105,7 @@ void LocationUpdater::stopBeaconRegions() {
       manager_->stopRangingBeacons(*beaconRegion);
     }
   }
-  // All of them, also those that other code has started.
+  // Every monitored region is stopped, also one that other code has started.
   for (const platform::Region& region : manager_->monitoredRegions()) {
     manager_->stopMonitoring(region);
   }
@@ -133,7 +133,7 @@ std::optional<double> LocationUpdater::nearestSiteDistance(
   std::optional<double> nearest;
   for (const OrderPtr& order : openOrders()) {
     const auto distance = order->siteDistance(location);
-    // Coordinates out of range have no distance to speak of.
+    // A site whose coordinates are out of range is at no distance: it is left out.
     if (!distance || std::isnan(*distance)) continue;
     if (!nearest || *distance < *nearest) nearest = distance;
   }

@@ -36,9 +36,10 @@ class LocationUpdater final : public platform::LocationManagerDelegate {
                        const platform::BeaconRegion& region) override;
 
  private:
-  /// May run on any thread: goes on on the main queue.
+  /// Observes the notifications about orders, on whatever thread they are posted; the work is done
+  /// on the main queue.
   void ordersUpdated(const platform::Notification& notification);
-  /// Does nothing; registered for what is to come.
+  /// Observes that the application became active, when nothing has to be done.
   void appForegrounded(const platform::Notification& notification);
 
   void evaluateOrders();
@@ -60,7 +61,7 @@ class LocationUpdater final : public platform::LocationManagerDelegate {
   const ContextPtr context_;
   const std::shared_ptr<Orders> orders_;
   const std::unique_ptr<platform::LocationManager> manager_;
-  /// Whether the permission sufficed when it was last looked at; recorded only.
+  /// Whether the permission sufficed when it was last looked at. Nothing depends on it.
   bool authorized_ = false;
   bool tracking_ = false;
   std::optional<platform::Location> lastLocation_;

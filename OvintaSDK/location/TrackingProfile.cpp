@@ -11,7 +11,7 @@ using platform::ActivityType;
 using platform::LocationAccuracy;
 
 struct Row {
-  /// Metres, exclusive.
+  /// The row holds for distances, in metres, below this one.
   double upTo;
   LocationAccuracy desiredAccuracy;
   ActivityType activityType;

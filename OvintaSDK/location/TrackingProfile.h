@@ -9,7 +9,7 @@ namespace ovinta {
 struct TrackingProfile {
   platform::LocationAccuracy desiredAccuracy;
   platform::ActivityType activityType;
-  /// Metres.
+  /// How far the user must move, in metres, before the next position is reported.
   double distanceFilter;
 
   friend bool operator==(const TrackingProfile&, const TrackingProfile&) = default;

@@ -6,7 +6,7 @@ namespace ovinta {
 
 /// What only the library may do with a required text.
 struct RequiredTextAccess {
-  /// One that may be absent.
+  /// A required text that may be absent.
   static RequiredText of(std::optional<std::string> text) { return RequiredText(std::move(text)); }
 
   /// The member that holds the text.

@@ -12,7 +12,7 @@ namespace ovinta {
 std::optional<platform::Location> locationFromTexts(const std::optional<std::string>& latitude,
                                                     const std::optional<std::string>& longitude);
 
-/// Metres along the WGS84 geodesic; absent when `to` is.
+/// The distance in metres along the WGS84 geodesic; absent when `to` is.
 std::optional<double> distanceBetween(const platform::Location& from,
                                       const std::optional<platform::Location>& to);
 

@@ -10,13 +10,13 @@ namespace ovinta {
 
 /// The paging block of a list answer.
 struct Pages {
-  /// As received.
+  /// The links to the pages after and before this one, as received.
   std::optional<std::string> next;
   std::optional<std::string> previous;
   std::int64_t current = 0;
-  /// The number of pages.
+  /// How many pages there are; `current` is counted from 1.
   std::int64_t count = 0;
-  /// Items per page.
+  /// How many items a page has.
   std::int64_t per = 0;
 };
 

@@ -30,7 +30,7 @@ void Orders::create(const CreateOrderInfo& info, OrderCallback callback) {
 
 void Orders::createCustomer(const APIClient& api, const CreateOrderInfo& info,
                             const OrderCallback& callback) {
-  // Ordering for a new customer counts as consent.
+  // Ordering for a new customer counts as consent to both.
   const CustomerConsent consent{.termsOfService = true, .ageVerification = true};
   customers_()->create(customerInfoOf(info), consent,
                        [self = shared_from_this(), api, info, callback](const CustomerPtr& customer,

@@ -11,7 +11,7 @@
 namespace ovinta {
 namespace {
 
-/// Changes the order as an accepted event says; whether anything changed.
+/// Changes the order as an accepted event says, and tells whether anything changed.
 bool applyEvent(const OrderEvent& event, Order& order) {
   bool changed = false;
   if (event.customerState && *event.customerState != order.customerState()) {
@@ -37,7 +37,8 @@ bool applyEvent(const OrderEvent& event, Order& order) {
 }
 
 std::optional<std::int64_t> decimalInteger(std::string_view text) {
-  // from_chars knows no plus sign; one before a minus must not slip through.
+  // `from_chars` does not know a plus sign, so it is taken off here, but not before a minus, which
+  // would slip through.
   if (text.starts_with('+') && !text.starts_with("+-")) text.remove_prefix(1);
   std::int64_t number = 0;
   const char* const end = text.data() + text.size();
@@ -105,7 +106,8 @@ void Orders::markGone(const OrderEvent& event) {
   announce(order);
 }
 
-// `closed` and the order store deliberately wait for the next fetch.
+// Tells that the order has changed. `closed` and the order store deliberately wait for the next
+// fetch.
 void Orders::announce(const OrderPtr& order) {
   rebuildOpen();
   context_->post(SDKNotification::orderUpdated, order);

@@ -22,7 +22,8 @@ void Orders::setAll(std::optional<OrderList> orders) {
     orders = all_.exchange(std::move(orders));
   }
   if (!isSynced) return;
-  // The store's operations run one at a time: each writes the list that was set after the last.
+  // The store's operations run one at a time, in order, so that each takes the list that was set
+  // for it.
   context_->storeQueue().addOperation(std::make_shared<SyncOrdersOperation>(
       context_, [self = shared_from_this()] { return self->takeUnsynced(); },
       [self = shared_from_this()](const auto&, const auto&) {
@@ -58,7 +59,8 @@ void Orders::fetch(OrdersCallback callback) {
   const auto api = APIClient::of(context_);
   if (!api) return refuse(OrdersManagerErrorType::loadingApiUrl);
   if (isFetching_.exchange(true)) {
-    // The fetch that is running keeps its state and its listeners undisturbed.
+    // Neither `lastFetch` nor a notification tells of this refusal, so that the fetch that is
+    // running keeps its state and its listeners undisturbed.
     return tellError(callback, logRefusal(*context_, OrdersManagerErrorType::alreadyFetching));
   }
   context_->log("Getting Orders");

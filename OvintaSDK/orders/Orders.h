@@ -33,7 +33,7 @@ class Orders : public std::enable_shared_from_this<Orders> {
   void fetch(OrdersCallback callback);
 
   void create(const CreateOrderInfo& info, OrderCallback callback);
-  /// The same with the device's push token, for a new order of the customer that `info` describes.
+  /// Creates an order from its parts and the device's push token.
   void create(std::int64_t siteID, std::string partnerIdentifier, const CustomerInfo& customerInfo,
               std::optional<PickupWindow> pickupWindow, std::optional<OrderState> state,
               OrderCallback callback);
@@ -63,7 +63,7 @@ class Orders : public std::enable_shared_from_this<Orders> {
   void rebuildOpen();
   OrderList takeUnsynced();
   OrderPtr find(std::int64_t id) const;
-  /// The error of a refusal, which is kept in `lastFetch` and logged.
+  /// Makes the error of a refusal, keeps it in `lastFetch` and logs it.
   ErrorPtr recordRefusal(OrdersManagerErrorType type);
 
   // Creating.
@@ -104,9 +104,9 @@ class Orders : public std::enable_shared_from_this<Orders> {
   /// Whether a fetch is in flight.
   std::atomic<bool> isFetching_ = false;
   std::mutex settingAll_;
-  /// Those that `all` was set to and that are not in the store yet, in that order.
+  /// The lists that `all` was set to and that are not in the store yet, oldest first.
   std::deque<OrderList> unsynced_;
-  /// Has whoever rebuilds `open` last do so from the latest `all`.
+  /// Held while `open` is rebuilt, so that whoever does so last does it from the latest `all`.
   std::mutex rebuildingOpen_;
   Guarded<std::optional<OrderList>> all_;
   Guarded<std::optional<OrderList>> open_;

@@ -5,7 +5,8 @@
 namespace ovinta {
 namespace {
 
-/// Deletes all stored summaries, stores those of the list, and saves; absent on success.
+/// Deletes all stored summaries, stores those of the list, and saves. The error is absent on
+/// success.
 std::optional<platform::StoreError> rebuildStore(platform::PersistentContainer& container,
                                                  const OrderList& orders) {
   const auto context = container.newBackgroundContext();

@@ -59,7 +59,7 @@ std::optional<UserNotificationRequest> makeRequest(const Site& site,
                                              .repeats = false}};
 }
 
-/// The request for the log: what the application put into it stays out.
+/// The request as the log tells of it, without what the application put into it.
 std::string description(const UserNotificationRequest& request) {
   const platform::CircularRegion& region = request.trigger.region;
   return "<" + request.identifier + ": " + numberText(region.radius) + " m around " +
@@ -130,7 +130,7 @@ void SiteNotifications::begin() {
 void SiteNotifications::replaceAll(const Requests& pending) {
   context_->services().userNotifications->removePendingNotificationRequests(
       ownIdentifiers(pending));
-  // It stays in the queue meanwhile, so that nobody else begins.
+  // The replacement stays in the queue while it is carried out, so that nobody else begins.
   const Replacement& first = front();
   for (const UserNotificationRequest& request : first.requests) arm(request);
   if (first.callback) first.callback(nullptr);
@@ -152,7 +152,7 @@ const SiteNotifications::Replacement& SiteNotifications::front() {
 }
 
 bool SiteNotifications::endFirst() {
-  // What the callback holds goes outside of the lock.
+  // What the callback holds is destroyed outside of the lock.
   Replacement first;
   const std::scoped_lock lock(mutex_);
   first = std::move(waiting_.front());

@@ -44,13 +44,14 @@ class SiteNotifications : public std::enable_shared_from_this<SiteNotifications>
   void replaceAll(const Requests& pending);
   void arm(const platform::UserNotificationRequest& request);
   const Replacement& front();
-  /// Whether that was the last one.
+  /// Takes the replacement that is done off the queue, and tells whether it was the last one.
   bool endFirst();
 
   const ContextPtr context_;
   const std::function<std::shared_ptr<Sites>()> sites_;
   std::mutex mutex_;
-  /// The first is under way. Adding to a deque moves none of its entries.
+  /// The replacements that are asked for, of which the first is under way. Adding to a deque moves
+  /// none of its entries, so that a reference to the first one stays valid.
   std::deque<Replacement> waiting_;
 };
 

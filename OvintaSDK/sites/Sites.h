@@ -20,7 +20,7 @@ class Sites : public std::enable_shared_from_this<Sites> {
   void fetch(const std::optional<std::string>& query, std::int64_t page,
              SitesPageCallback callback);
   void fetchAll(const std::optional<std::string>& query, SitesCallback callback);
-  /// `per`: the page size; absent for the service's own.
+  /// `per` is the page size; without it the service chooses one.
   void fetch(const platform::CircularRegion& region, std::int64_t page,
              std::optional<std::int64_t> per, SitesCallback callback);
 

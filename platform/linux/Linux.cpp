@@ -28,8 +28,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// The file in the data directory; absent where the application has none, so that its content stays
-/// in memory.
+/// The file of that name in the data directory; absent where the application has no such directory,
+/// so that the content stays in memory.
 std::optional<fs::path> fileIn(const std::optional<fs::path>& directory, const char* name) {
   return directory ? std::optional(*directory / name) : std::nullopt;
 }
@@ -40,7 +40,8 @@ std::shared_ptr<Bundle> makeMainBundle(const Options& options, Log& log) {
   return std::make_shared<DirectoryBundle>(std::move(directory));
 }
 
-/// The centre keeps those of the services that `StoredUserNotificationCenter` says it uses.
+/// The notification centre, which keeps those of the services that `StoredUserNotificationCenter`
+/// says it uses.
 std::shared_ptr<UserNotificationCenter> makeUserNotifications(
     const Options& options, const std::string& applicationID,
     const std::optional<fs::path>& directory, std::shared_ptr<dbus::Bus> sessionBus,
@@ -117,7 +118,7 @@ std::shared_ptr<PositionHub> makePositionHub(PositionSource source,
   return hub;
 }
 
-/// That of the services made last; absent without services.
+/// The position hub of the services made last; absent where none live.
 std::optional<PositionHubs::Entry> lastEntry() {
   const std::lock_guard lock(positionHubs().mutex);
   positionHubs().prune();

@@ -38,18 +38,19 @@ class BeaconRegionMonitor {
     return std::ranges::any_of(states_, [](const State& state) { return state.secondsLeft > 0; });
   }
 
-  /// The regions entered.
+  /// Takes in a beacon that was heard, and gives the regions that the device has entered by it.
   std::vector<BeaconRegion> hear(const RangedBeacon& beacon) {
     std::vector<BeaconRegion> entered;
     for (State& state : states_) {
       if (!covers(state.region, beacon)) continue;
-      // The present second has begun before.
+      // There is one second more, because the present one has begun before.
       if (std::exchange(state.secondsLeft, kSilence + 1) == 0) entered.push_back(state.region);
     }
     return entered;
   }
 
-  /// The regions left. To be called once a second.
+  /// Counts a second, and gives the regions that the device has left by it. To be called once a
+  /// second.
   std::vector<BeaconRegion> passSecond() {
     std::vector<BeaconRegion> left;
     for (State& state : states_) {

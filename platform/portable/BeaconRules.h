@@ -11,7 +11,8 @@ namespace ovinta::platform::portable {
 /// The exponent of the path-loss model in free space.
 inline constexpr double kFreeSpaceExponent = 2;
 
-/// Metres to a sender that is heard at `rssi`, by the log-distance path-loss model
+/// The distance, in metres, to a sender that is heard at `rssi`, by the log-distance path-loss
+/// model
 ///
 ///     d = 10 ^ ((measuredPower - rssi) / (10 * exponent))
 ///

@@ -15,7 +15,8 @@ constexpr std::size_t kDashes[] = {8, 13, 18, 23};
 }  // namespace
 
 std::optional<UUID> UUID::parse(std::string_view text) {
-  // The generator reads further forms: braced, without dashes.
+  // The length is looked at first, because the generator reads further forms: braced, without
+  // dashes.
   if (text.size() != kTextLength) return std::nullopt;
   for (const std::size_t position : kDashes) {
     if (text[position] != '-') return std::nullopt;

@@ -45,7 +45,7 @@ class CircularRegionMonitor {
  private:
   struct Watched {
     CircularRegion region;
-    /// The last one that was certain.
+    /// The last side of the border on which the device certainly was.
     RegionSide side = RegionSide::unknown;
   };
 

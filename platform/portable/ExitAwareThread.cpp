@@ -27,7 +27,8 @@ Registry& registry() {
   return *instance;
 }
 
-// The application's handlers run on its own threads. Faults stay with the thread that commits them.
+// Blocks signals on a thread of the library, because the application's handlers run on its own
+// threads. Faults stay with the thread that commits them.
 void blockSignals() {
   sigset_t signals;
   sigfillset(&signals);

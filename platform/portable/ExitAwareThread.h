@@ -12,8 +12,8 @@ namespace ovinta::platform::portable {
 /// A thread that comes to rest before the process's exit handlers take away what it stands on.
 class ExitAwareThread {
  public:
-  /// `body` runs on the thread; it returns soon once `stopping()`. `wake` is called from any thread
-  /// to have it look. `name`: at most 15 characters, for debuggers.
+  /// `body` runs on the thread, and returns soon once `stopping()`. `wake` is called from any
+  /// thread to have it look. `name` has at most 15 characters, for debuggers.
   ExitAwareThread(const char* name, std::function<void()> body, std::function<void()> wake);
 
   /// Stops as `stop` does.
@@ -26,10 +26,10 @@ class ExitAwareThread {
   /// no thread left. May be called from any thread.
   void startOnce();
 
-  /// Stops the thread for good and waits for its end. Never on the thread itself.
+  /// Stops the thread for good and waits for its end. Must not be called on the thread itself.
   void stop();
 
-  /// May be called from any thread.
+  /// Whether the thread is to come to its end. May be called from any thread.
   bool stopping() const { return stopping_; }
 
   /// Adds an exit handler that stops all threads of this class and waits for them, though not

@@ -11,7 +11,7 @@ class ExitGate {
   /// run in the reverse order: what was made before this call outlives the wait.
   static void watch();
 
-  /// Lets the calling thread begin an operation; false: the process exits.
+  /// Lets the calling thread begin an operation; false when the process exits, so that it must not.
   static bool enter();
 
   /// To be called on the same thread when the operation has ended.

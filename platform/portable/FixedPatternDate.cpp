@@ -12,13 +12,13 @@ using std::chrono::minutes;
 using std::chrono::seconds;
 using std::chrono::year;
 
-/// Digits stand for 0, all other characters for themselves.
+/// The shape of the texts: digits stand in the place of a 0, all other characters for themselves.
 constexpr std::string_view kShape = "0000-00-00T00:00:00.000";
 
 constexpr year kFirstYear{1600};
 constexpr year kLastYear{9999};
 constexpr hours kOffsetLimit{15};
-// A day short on either side, for the offset.
+// The first and the last date, each a day from the limit to make room for the offset.
 constexpr Date kFirstDate{std::chrono::sys_days{kFirstYear / 1 / 2}};
 constexpr Date kLastDate{std::chrono::sys_days{kLastYear / 12 / 31}};
 
@@ -32,7 +32,8 @@ bool hasShape(std::string_view text, std::string_view shape) {
   return true;
 }
 
-/// The number in text[start, start + length), digits all.
+/// The number that the `length` characters of the text from `start` on stand for, which are all
+/// digits.
 unsigned digits(std::string_view text, std::size_t start, std::size_t length) {
   unsigned value = 0;
   for (const char c : text.substr(start, length)) value = value * 10 + unsigned(c - '0');

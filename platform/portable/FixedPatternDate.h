@@ -11,9 +11,9 @@ namespace ovinta::platform::portable {
 
 /// How the zone offset stands at the end of a date text.
 enum class OffsetStyle {
-  /// +HHMM, also for zero.
+  /// The offset is written +HHMM, also for zero.
   basic,
-  /// +HH:MM, and "Z" for zero.
+  /// The offset is written +HH:MM, and as "Z" for zero.
   extended,
 };
 

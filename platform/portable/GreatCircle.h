@@ -8,8 +8,8 @@
 
 namespace ovinta::platform::portable {
 
-/// Metres between two places on a sphere of the Earth's mean radius (R1 of the IUGG, 6371.0088 km),
-/// by the haversine formula: up to 0.6 % off the geodesic of WGS84.
+/// The distance, in metres, between two places on a sphere of the Earth's mean radius (R1 of the
+/// IUGG, 6371.0088 km), by the haversine formula: up to 0.6 % off the geodesic of WGS84.
 inline double greatCircleDistance(Coordinate from, Coordinate to) {
   constexpr double kMeanRadius = 6'371'008.8;
   constexpr double kRadian = std::numbers::pi / 180;

@@ -11,7 +11,8 @@ namespace {
 namespace dom = simdjson::dom;
 using portable::JSONTape;
 
-/// Values are copied, and copies destroyed, recursively.
+/// The greatest depth to which a value is copied, because values are copied, and copies destroyed,
+/// recursively.
 constexpr std::size_t kDeepestCopied = 1024;
 
 /// A place on a tape: what simdjson's handles and the opaque pair of the header hold.
@@ -42,8 +43,8 @@ std::optional<std::int64_t> integerOf(const dom::element& element) {
   return place.tape().integerAt(place.position);
 }
 
-/// A double, unless it takes an integer to hold the number as it is written; null beyond the range
-/// of doubles.
+/// The copy of a number: a double, unless it takes an integer to hold the number as it is written;
+/// null beyond the range of doubles.
 Value copyOfDouble(const dom::element& element) {
   const double value(element);
   if (!std::isfinite(value)) return nullptr;

@@ -26,16 +26,16 @@ class JSONNumberScanner {
 /// A number of a JSON text, without loss: digits * 10^exponent.
 class JSONNumber {
  public:
-  /// Absent when the grammar of JSON has no such number.
+  /// The number that the text is; absent when the grammar of JSON has no such number.
   static std::optional<JSONNumber> read(std::string_view text);
 
   bool isNegative() const { return isNegative_; }
-  /// Written without fraction and exponent.
+  /// Whether it is written without fraction and exponent.
   bool isWrittenAsInteger() const { return isWrittenAsInteger_; }
   bool hasExponent() const { return hasExponent_; }
-  /// Its value when that is an integer of 64 bits.
+  /// The number's value when that is an integer of 64 bits.
   std::optional<std::int64_t> integer() const;
-  /// The same without its sign.
+  /// The number without its sign, when that is an integer of 64 bits.
   std::optional<std::uint64_t> magnitude() const;
   /// The nearest double; infinite beyond the range of doubles.
   double nearest() const;

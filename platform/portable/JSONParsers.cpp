@@ -13,7 +13,7 @@ namespace {
 using simdjson::dom::parser;
 
 constexpr std::size_t kInitialCapacity = 1024;
-/// What a parser keeps between two texts has room for one of this size.
+/// The most working memory, by the size of a text, that a parser keeps between two texts.
 constexpr std::size_t kLargestKept = std::size_t{1} << 20;
 
 /// Gives the parser working memory of the initial size. When there is none the next text fails.
@@ -49,10 +49,10 @@ class Pool {
     delete used;
   }
 
-  /// Makes the first one, while the static objects are sure to exist.
+  /// Makes the first parser, while the static objects are sure to exist.
   void begin() { give(make()); }
 
-  /// No more are made.
+  /// Has no more parsers made.
   void end() {
     const std::lock_guard lock(making_);
     hasEnded_ = true;
@@ -83,8 +83,8 @@ Pool& pool() {
   return *instance;
 }
 
-/// Handlers run in the reverse order of registration, so that the pool hears of the end before
-/// simdjson's objects, which `begin` has made, are destroyed.
+/// Registers the end of the pool. Exit handlers run in the reverse order of registration, so that
+/// the pool hears of the end before simdjson's objects, which `begin` has made, are destroyed.
 [[maybe_unused]] const bool kIsRegistered = [] {
   pool().begin();
   return std::atexit([] { pool().end(); }) == 0;

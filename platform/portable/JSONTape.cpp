@@ -12,7 +12,7 @@ namespace ovinta::platform::portable {
 
 namespace {
 
-/// Whether it is an integer; that of the text may be another one, or none.
+/// Whether the double is an integer. The one that the text has may be another one, or none.
 bool isWhole(double value) { return std::trunc(value) == value; }
 
 /// Whether the parser takes the number; of those that JSON knows it refuses the large ones.
@@ -51,8 +51,8 @@ bool JSONTape::parse() {
   return error == simdjson::SUCCESS;
 }
 
-/// For a text that was refused, perhaps only for the size of a number or for its depth, to both of
-/// which the grammar sets no limit.
+/// Parses a text that was refused, perhaps only for the size of a number or for its depth, to both
+/// of which the grammar sets no limit.
 simdjson::error_code JSONTape::parseAnySize() {
   std::string tame = withoutLargeNumbers(text());
   tame.resize(size_ + simdjson::SIMDJSON_PADDING);

@@ -24,11 +24,12 @@ class JSONTape : public simdjson::dom::document {
   /// The value of the double at a position.
   double doubleAt(std::size_t position) const { return std::bit_cast<double>(tape[position + 1]); }
 
-  /// The integer that the text has for it; absent when it has none or one beyond 64 bits.
+  /// The integer that the text has for the number at a position; absent when it has none or one
+  /// beyond 64 bits.
   std::optional<std::int64_t> integerAt(std::size_t position) const;
 
-  /// The same for a double that is an integer; absent too when the text writes it with an exponent,
-  /// as writers do with the shortest text that gives the double back.
+  /// The integer that the text has for a double that is an integer; absent too when the text writes
+  /// it with an exponent, as writers do with the shortest text that gives the double back.
   std::optional<std::int64_t> plainIntegerAt(std::size_t position) const;
 
  private:
@@ -47,7 +48,8 @@ class JSONTape : public simdjson::dom::document {
 
   const std::unique_ptr<char[]> text_;
   const std::size_t size_;
-  /// Those that are integers, in the order of their positions. Found when first asked for.
+  /// The doubles that are integers, in the order of their positions. They are found when one is
+  /// first asked for.
   mutable std::vector<WholeDouble> wholeDoubles_;
   mutable std::once_flag wholeDoublesAreKnown_;
 };

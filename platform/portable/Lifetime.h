@@ -13,10 +13,10 @@ class Lifetime {
   Lifetime(const Lifetime&) = delete;
   Lifetime& operator=(const Lifetime&) = delete;
 
-  /// Expires with the object.
+  /// A token that expires with the object.
   std::weak_ptr<const void> watch() const { return token_; }
 
-  /// `action`, which then does nothing once the object is gone.
+  /// Makes a function that runs `action`, and does nothing once the object is gone.
   template <class Action>
   auto guard(Action action) const {
     return [life = watch(), action = std::move(action)](const auto&... arguments) {

@@ -15,11 +15,13 @@ struct Registration {
   explicit Registration(NotificationCenter::Handler callee) : handler(std::move(callee)) {}
 
   const NotificationCenter::Handler handler;
-  /// Cleared on removal, so that a post in progress passes over the observer.
+  /// Whether the observer is still registered; cleared on removal, so that a post in progress
+  /// passes over it.
   std::atomic<bool> active{true};
 };
 
-/// Never changed once it is in the table: a post walks the list that it found.
+/// The observers of a name. A list is never changed once it is in the table, because a post walks
+/// the list that it found.
 using Registrations = std::vector<std::shared_ptr<Registration>>;
 
 class RegistrationTable {
@@ -64,8 +66,8 @@ class ObserverToken : public NotificationObserver {
  private:
   std::shared_ptr<RegistrationTable> table_;
   std::string name_;
-  /// Owned here too, so that the handler, whose destructor may call back, is never destroyed under
-  /// the table's lock.
+  /// The registration is owned here too, so that the handler, whose destructor may call back, is
+  /// never destroyed under the table's lock.
   std::shared_ptr<Registration> registration_;
 };
 
@@ -87,7 +89,7 @@ class SynchronousNotificationCenter : public NotificationCenter {
   }
 
  private:
-  /// Shared with the tokens, which may outlive the centre.
+  /// The table is shared with the tokens, which may outlive the centre.
   std::shared_ptr<RegistrationTable> table_ = std::make_shared<RegistrationTable>();
 };
 

@@ -98,7 +98,7 @@ class WorkState : public std::enable_shared_from_this<WorkState> {
   std::deque<std::shared_ptr<Operation>> waiting_;
   std::size_t requestedLimit_ = OperationQueue::kDefaultMaxConcurrentOperationCount;
   std::size_t running_ = 0;
-  /// Running an operation or idle.
+  /// How many threads there are, running an operation or idle.
   std::size_t threads_ = 0;
   bool closed_ = false;
 };

@@ -31,11 +31,12 @@ class Library {
   Library(const Library&) = delete;
   Library& operator=(const Library&) = delete;
 
-  /// The one of the process, on the installed services; made on first use, never destroyed, so that
-  /// requests still in flight when the process exits find everything in place.
+  /// The library of the process, on the installed services; made on first use, never destroyed, so
+  /// that requests still in flight when the process exits find everything in place.
   static Library& process();
 
-  /// Starts afresh with a new one, for tests. The old one stays, for whoever still works on it.
+  /// Makes a new library that of the process, so that a test starts afresh. The old one lives on,
+  /// for whoever still works on it.
   static void replaceProcess();
 
   const ContextPtr& context() const { return context_; }
@@ -55,7 +56,7 @@ class Library {
   template <class Part>
   using Source = std::function<std::shared_ptr<Part>()>;
 
-  // The plain managers of applications.
+  // The managers that applications make for themselves are made of the library's parts.
   friend OrdersManager;
   friend CustomerManager;
   friend SitesManager;

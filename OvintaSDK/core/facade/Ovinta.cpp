@@ -14,7 +14,7 @@ namespace {
 /// The service's production base URL.
 constexpr std::string_view kProductionBaseURL = "https://api.ovinta.example";
 
-/// Main thread only: the updater creates the platform's location manager there.
+/// Runs on the main thread only, because the updater creates the platform's location manager there.
 void registerDefaultsAndStart() {
   platform::services().settings->registerDefault(UserDefaultsKey::apiBase.rawValue(),
                                                  kProductionBaseURL);

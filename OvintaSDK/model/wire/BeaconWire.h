@@ -20,7 +20,7 @@ struct WireTable<BeaconIdentifiers> {
             field("minor", &BeaconIdentifiers::minor));
 };
 
-/// Written only.
+/// A beacon is written, never read.
 template <>
 struct WireTable<Beacon> {
   static constexpr auto kFields =

@@ -67,7 +67,7 @@ struct WireTable<RequestPasswordReset> {
   static constexpr auto kFields = table(field("email", &RequestPasswordReset::email));
 };
 
-// The confirmation's key differs from the one of SignUpInfo: so the service has it.
+// The confirmation's key differs from the one of SignUpInfo, because the service's keys do.
 template <>
 struct WireTable<SetNewPassword> {
   static constexpr auto kFields =

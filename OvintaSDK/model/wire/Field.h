@@ -27,9 +27,10 @@ struct Field {
 
   std::string_view key;
   std::tuple<Members...> path;
-  /// An absent value is written as null instead of being left out.
+  /// Whether an absent value is written as null instead of being left out.
   bool writesNull = false;
-  /// Read after all fields that do not say so; written in its place all the same.
+  /// Whether the field is read after all fields that do not say so. It is written in its place all
+  /// the same.
   bool isReadLast = false;
 
   template <class Record>
@@ -39,19 +40,19 @@ struct Field {
   }
 };
 
-/// The value at the end of the path stands under `key`.
+/// A field whose value, at the end of the path, stands under `key`.
 template <class... Members>
 constexpr Field<Members...> field(std::string_view key, Members... path) {
   return {.key = key, .path = {path...}};
 }
 
-/// The same, written as null when it is absent.
+/// A field whose value is written as null when it is absent.
 template <class... Members>
 constexpr Field<Members...> nullableField(std::string_view key, Members... path) {
   return {.key = key, .path = {path...}, .writesNull = true};
 }
 
-/// The same, read after all fields that are not of this kind.
+/// A field that is read after all fields that are not of this kind.
 template <class... Members>
 constexpr Field<Members...> lastReadField(std::string_view key, Members... path) {
   return {.key = key, .path = {path...}, .isReadLast = true};
@@ -108,7 +109,8 @@ constexpr void forEachField(Visit visit) {
   (std::make_index_sequence<kFieldCount<Record>>{});
 }
 
-/// The same in the order of reading, which tells what of several malformed members is reported.
+/// Calls `visit` with each position of the record's table in the order of reading, which decides
+/// which one of several malformed members is reported.
 template <class Record, class Visit>
 constexpr void forEachFieldInReadingOrder(Visit visit) {
   for (const bool last : {false, true}) {

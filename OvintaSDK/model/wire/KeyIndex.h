@@ -9,7 +9,7 @@
 
 namespace ovinta::wire {
 
-/// Finds the position of a key among a fixed set, by hashing. Made at compile time.
+/// Finds the position of a key among a fixed set, by hashing. It is made at compile time.
 template <std::size_t N>
 class KeyIndex {
  public:

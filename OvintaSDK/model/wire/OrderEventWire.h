@@ -5,7 +5,7 @@
 
 namespace ovinta::wire {
 
-/// Written only.
+/// An event is written, never read.
 template <>
 struct WireTable<OrderEvent> {
  private:

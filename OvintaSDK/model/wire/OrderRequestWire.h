@@ -8,7 +8,7 @@
 
 namespace ovinta::wire {
 
-/// The customer's details, which two requests share.
+/// The fields of the customer's details, which two requests share.
 template <class Request>
 constexpr auto customerFields() {
   return table(field("customer_car_color", &Request::customerCarColor),

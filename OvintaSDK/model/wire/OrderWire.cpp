@@ -28,7 +28,8 @@ OrderPtr WireForm<OrderPtr>::decode(const platform::JSONValue& value, const Date
     OrderDetails details = takeDetails(slots, std::make_index_sequence<detailPositions().second>{});
     return std::make_shared<Order>(std::move(details), slots.assemble<OrderProgress>());
   } catch (const platform::CodingError&) {
-    // The two structures take their fields each for itself, not in the order of reading.
+    // Each of the two structures takes its own fields, so that the error at hand need not be the
+    // first one in the order of reading.
     slots.check();
     throw;
   }

@@ -63,7 +63,7 @@ struct WireForm<OrderPtr> {
   static void encode(platform::JSONWriter& writer, const OrderPtr& order, const Dates& dates);
 };
 
-/// Written only.
+/// An order that is not behind a pointer is written, never read.
 template <>
 struct WireForm<Order> {
   static void encode(platform::JSONWriter& writer, const Order& order, const Dates& dates);

@@ -20,7 +20,7 @@ inline constexpr bool kIsOptional = false;
 template <class T>
 inline constexpr bool kIsOptional<std::optional<T>> = true;
 
-/// A record to read into: the one that its table says, where none comes about by itself.
+/// An empty record to read into; where the record has no default constructor, its table makes one.
 template <class Record>
 Record blank() {
   if constexpr (requires { WireTable<Record>::blank(); }) {
@@ -136,7 +136,7 @@ void encodeRecord(platform::JSONWriter& writer, const Dates& dates, const Parts&
   writer.endObject();
 }
 
-/// Records with a table and plain members.
+/// The form of a record that has a table and plain members.
 template <HasWireTable Record>
 struct WireForm<Record> {
   static Record decode(const platform::JSONValue& value, const Dates& dates) {
@@ -147,7 +147,7 @@ struct WireForm<Record> {
   }
 };
 
-/// Records that are handed out by shared pointer.
+/// The form of a record that is handed out by shared pointer.
 template <HasWireTable Record>
 struct WireForm<std::shared_ptr<const Record>> {
   static std::shared_ptr<const Record> decode(const platform::JSONValue& value,

@@ -16,7 +16,7 @@ using platform::JSONWriter;
   throw CodingError(CodingError::Kind::dataCorrupted, description);
 }
 
-/// The pieces between slashes, empty ones dropped.
+/// The pieces of the text between slashes, without the empty ones.
 std::vector<std::string_view> splitAtSlashes(std::string_view text) {
   std::vector<std::string_view> pieces;
   while (!text.empty()) {

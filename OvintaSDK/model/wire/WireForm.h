@@ -45,14 +45,15 @@ void encode(platform::JSONWriter& writer, const T& value, const Dates& dates) {
 /// The document of a JSON text. Throws `platform::CodingError`.
 platform::JSONDocument parseDocument(std::string_view text);
 
-/// The error for a value of another kind than the one asked for; null counts as no value.
+/// Throws the error for a value of another kind than the one asked for; null counts as no value.
 [[noreturn]] void throwMismatch(const platform::JSONValue& value, std::string_view expected);
 
-/// The same where an integer of 64 bits, or a double, is asked for: a number may be too large too.
+/// Throws the error for a value that is no integer of 64 bits, or no double: it is of another kind,
+/// or a number that is too large.
 [[noreturn]] void throwNoInteger(const platform::JSONValue& value);
 [[noreturn]] void throwNoNumber(const platform::JSONValue& value);
 
-/// The value when it is present, otherwise the error for it.
+/// The decoded value when it is present; otherwise throws the error for it.
 template <class T>
 T expect(std::optional<T> decoded, const platform::JSONValue& value, std::string_view expected) {
   if (!decoded) throwMismatch(value, expected);
@@ -99,7 +100,7 @@ struct WireForm<double> {
   static void encode(platform::JSONWriter& writer, double number) { writer.number(number); }
 };
 
-/// Written only: smoothed measures, in the width in which they are kept.
+/// A float is a smoothed measure, which is written only, in the width in which it is kept.
 template <>
 struct WireForm<float> {
   static void encode(platform::JSONWriter& writer, float number) { writer.number(number); }
@@ -111,14 +112,14 @@ struct WireForm<platform::UUID> {
   static void encode(platform::JSONWriter& writer, const platform::UUID& uuid);
 };
 
-/// Instants of the service, e.g. "2021-03-04T20:30:00.000Z".
+/// An instant is a text in the form of the service, e.g. "2021-03-04T20:30:00.000Z".
 template <>
 struct WireForm<platform::Date> {
   static platform::Date decode(const platform::JSONValue& value, const Dates& dates);
   static void encode(platform::JSONWriter& writer, platform::Date date, const Dates& dates);
 };
 
-/// Two instants in the device's zone joined by "/".
+/// A pickup window is a text of two instants in the device's zone, joined by "/".
 template <>
 struct WireForm<PickupWindow> {
   static PickupWindow decode(const platform::JSONValue& value, const Dates& dates);

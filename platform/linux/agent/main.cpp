@@ -7,7 +7,8 @@ namespace {
 
 using namespace ovinta::platform;
 
-/// Under the application's own name, whose permission it is.
+/// The location services under the application's own name, because the permission is the
+/// application's.
 std::shared_ptr<LocationServices> locationFor(const linuxos::RegisteredApplication& application,
                                               const std::shared_ptr<linuxos::dbus::Bus>& systemBus,
                                               const std::shared_ptr<linuxos::dbus::Bus>& sessionBus,

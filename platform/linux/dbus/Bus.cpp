@@ -11,8 +11,8 @@ std::string fromEnvironment(const char* name, const std::string& otherwise) {
   return text && *text ? text : otherwise;
 }
 
-/// Passes what comes on the bus's thread on to the handler on the main thread, if it is still
-/// there.
+/// A function for the bus's thread that passes its argument on to the handler on the main thread,
+/// if the handler is still there.
 template <class Argument>
 auto passOn(std::shared_ptr<MainQueue> mainQueue,
             const std::shared_ptr<std::function<void(Argument)>>& handler) {
@@ -30,7 +30,8 @@ std::string systemBusAddress() {
 }
 
 std::string sessionBusAddress() {
-  // GLib itself would start a program that starts a bus when it finds none.
+  // The address is made here, because GLib would start a program that starts a bus when it finds
+  // none.
   const std::string directory = fromEnvironment("XDG_RUNTIME_DIR", "/nowhere");
   return fromEnvironment("DBUS_SESSION_BUS_ADDRESS", "unix:path=" + directory + "/bus");
 }
@@ -50,7 +51,7 @@ Bus::Bus(std::string address, std::shared_ptr<MainQueue> mainQueue, std::shared_
 Bus::~Bus() = default;
 
 void Bus::call(MethodCall call, std::function<void(Reply)> completion) {
-  // Moved from hand to hand, so that what the completion holds is let go on the main thread.
+  // The completion is moved from hand to hand, so that what it holds is let go on the main thread.
   auto answer = [queue = mainQueue_,
                  completion = lifetime_.guard(std::move(completion))](Reply reply) mutable {
     queue->async(

@@ -16,23 +16,24 @@ class BusDaemon {
  public:
   static constexpr int kMostQuestions = 6;
 
-  /// `name`: whom to ask.
+  /// `name` is the bus name of the daemon that is asked.
   explicit BusDaemon(std::shared_ptr<Bus> bus, std::string name = kBusName);
 
-  /// Tells why the bus cannot be reached; nothing when it can.
+  /// Tells `completion` why the bus cannot be reached; nothing when it can.
   void reach(std::function<void(const std::optional<Failure>&)> completion);
 
   /// Whether a client that asks for a name somebody has is to wait until it is free.
   enum class IfTaken { wait, giveUp };
 
-  /// Tells whether the connection has the name or waits for it; false when there is no answer.
+  /// Asks for the name, and tells `completion` whether the connection has it or waits for it; false
+  /// when there is no answer.
   void requestName(const std::string& name, IfTaken ifTaken, std::function<void(bool)> completion);
   void releaseName(const std::string& name);
 
   /// Has the bus start the service if it knows how and it does not run.
   void start(const std::string& name);
 
-  /// The names that are on the bus now; none when the bus is gone or does not answer.
+  /// Hands over the names that are on the bus now; none when the bus is gone or does not answer.
   void listNames(std::function<void(const std::set<std::string>&)> completion);
 
   /// Has `handler` told when somebody takes or gives up the name or one that begins with it and a

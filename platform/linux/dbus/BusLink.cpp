@@ -28,7 +28,7 @@ const char* orAny(const std::string& text) { return text.empty() ? nullptr : tex
 
 }  // namespace
 
-/// A subscription or a watch; GLib holds pointers to it while it is attached.
+/// A subscription or a watch, to which GLib holds pointers while it is attached.
 struct BusLink::Registration {
   BusLink* link = nullptr;
   SignalMatch match = {};
@@ -36,7 +36,7 @@ struct BusLink::Registration {
   NameMatch name = {};
   std::function<void(bool)> onPresence = {};
   std::optional<bool> lastPresence = {};
-  /// Zero while it is not attached.
+  /// GLib's number of the registration; zero while it is not attached.
   guint id = 0;
 };
 
@@ -50,11 +50,12 @@ BusLink::BusLink(std::string address, std::shared_ptr<Log> log, RetryLater retry
 BusLink::~BusLink() { g_object_unref(cancellable_); }
 
 void BusLink::needConnection() {
-  // Its end may not have been told yet.
+  // A connection may have ended without having told of it yet.
   if (connection_ && g_dbus_connection_is_closed(connection_)) lost();
   if (connection_ || deadline_ || isDropped_) return;
   deadline_ = g_timeout_source_new(static_cast<guint>(kCallTimeout.count()));
-  // Its own end of the attempt; a link that is dropped ends it through the same object.
+  // The attempt is ended by an object of its own, also by a link that is dropped, which has the
+  // deadline pass at once.
   auto* const attempt = g_cancellable_new();
   g_source_set_callback(
       deadline_,
@@ -142,8 +143,8 @@ void BusLink::drop() {
 
 void BusLink::close() {
   if (!connection_) return;
-  // GLib's last words are awaited, without which the context and the connection would keep each
-  // other for ever; but not for long, since the bus may be stuck.
+  // The end of the connection is awaited, because otherwise the context and the connection would
+  // keep each other for ever; but not for long, since the bus may be stuck.
   GSource* const limit = g_timeout_source_new_seconds(1);
   g_source_set_callback(
       limit,

@@ -50,7 +50,7 @@ class BusLink {
   /// Writes the line unless one was written of the subject, which is empty for the bus.
   void log(const std::string& subject, const std::string& line);
 
-  /// Ends the connection for good; the calls under way end in failures meanwhile.
+  /// Ends the connection for good. The calls under way end in failures before this returns.
   void drop();
 
  private:
@@ -61,7 +61,7 @@ class BusLink {
   };
 
   void needConnection();
-  /// Whether anybody would gain from a connection. Signals are always awaited.
+  /// Whether anybody would gain from a connection. A signal is always awaited.
   bool isAwaited() const;
   void needRetry();
   void connected(GDBusConnection* connection, const char* failure);
@@ -76,16 +76,16 @@ class BusLink {
   const std::string address_;
   const std::shared_ptr<Log> log_;
   const RetryLater retryLater_;
-  /// To the next retry.
+  /// The time from a failure to the next retry.
   TimeInterval retryDelay_;
   bool isRetryScheduled_ = false;
   GDBusConnection* connection_ = nullptr;
-  /// Ends all that is under way when the link is dropped.
+  /// Cancels all that is under way when the link is dropped.
   GCancellable* const cancellable_;
-  /// The limit of the attempt to connect; null while there is none.
+  /// Ends the attempt to connect when it has taken too long; null while there is none.
   GSource* deadline_ = nullptr;
   bool isDropped_ = false;
-  /// The attempt to connect and the calls that have not come back.
+  /// How many calls, the attempt to connect among them, have not come back.
   std::size_t underWay_ = 0;
   std::unordered_map<Key, std::unique_ptr<Registration>> registrations_;
   std::vector<PendingCall> waiting_;

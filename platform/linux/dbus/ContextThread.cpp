@@ -23,7 +23,7 @@ void ContextThread::run() {
   g_main_context_push_thread_default(context_.get());
   while (!thread_.stopping()) {
     runTasks();
-    // A task that comes after this line has woken the context, which then does not sleep.
+    // A task that is posted after this line has woken the context, which then does not sleep.
     g_main_context_iteration(context_.get(), TRUE);
   }
   end_();

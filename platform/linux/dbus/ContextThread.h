@@ -23,8 +23,8 @@ class ContextThread {
   ContextThread(const ContextThread&) = delete;
   ContextThread& operator=(const ContextThread&) = delete;
 
-  /// Drops the tasks that wait, and waits for the thread's end, as the destructor does. Never on
-  /// the thread itself.
+  /// Drops the tasks that wait, and waits for the thread's end, as the destructor does. Must not be
+  /// called on the thread itself.
   void stop() { thread_.stop(); }
 
   /// Queues a task, to run in the order of the calls. May be called from any thread.
@@ -34,7 +34,7 @@ class ContextThread {
   void run();
   void runTasks();
 
-  /// Woken by the thread's owner until the very last.
+  /// The context outlives the thread, whose owner wakes it until the very last.
   const std::unique_ptr<GMainContext, void (*)(GMainContext*)> context_;
   const Task end_;
   std::mutex mutex_;

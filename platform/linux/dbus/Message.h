@@ -22,8 +22,9 @@ inline constexpr const char* kBusName = "org.freedesktop.DBus";
 inline constexpr const char* kBusPath = "/org/freedesktop/DBus";
 
 inline constexpr std::chrono::milliseconds kCallTimeout{5000};
-/// For what takes as long as the user does: an answer that comes after its limit is lost, and with
-/// it whatever the service has given. A service that goes away ends the call in a failure.
+/// The limit for a call that takes as long as the user does: an answer that comes after its limit
+/// is lost, and with it whatever the service has given. A service that goes away ends the call in a
+/// failure.
 inline constexpr std::chrono::milliseconds kNoTimeout{std::numeric_limits<int>::max()};
 
 struct MethodCall {
@@ -38,7 +39,7 @@ struct MethodCall {
 };
 
 struct Failure {
-  /// One of those above or the service's own.
+  /// The error's name, one of those above or the service's own.
   std::string name;
   std::string message;
 };
@@ -57,7 +58,7 @@ struct SignalMatch {
   std::string member = {};
   /// The first argument of the signal.
   std::string argument = {};
-  /// Whether one that begins with it and a dot will do too.
+  /// Whether an argument that begins with this one and a dot will do too.
   bool isNamespace = false;
 };
 
@@ -73,8 +74,8 @@ struct NameMatch {
   std::string name;
   /// Whether the bus is to start the service, if it knows how, when the watch begins.
   bool activates = false;
-  /// Whether somebody waits for the service: a bus that is not there is then looked for, and the
-  /// log tells when the service is absent. A watch that is of use by chance alone costs nothing.
+  /// Whether somebody waits for the service. A bus that is not there is then looked for, and the
+  /// log tells when the service is absent; a watch that is of use by chance alone costs nothing.
   bool isAwaited = true;
 };
 

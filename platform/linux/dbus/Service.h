@@ -10,8 +10,8 @@
 
 namespace ovinta::platform::linuxos::dbus {
 
-/// Reads all properties of an interface, for those who call from other threads than a `Service`
-/// may.
+/// The call that reads all properties of an interface, for those who call from other threads than a
+/// `Service` may.
 MethodCall propertiesCall(std::string service, std::string object, const std::string& interface);
 
 /// A service of a bus as one of its users knows it. Main thread only; handlers run on the main
@@ -22,12 +22,13 @@ class Service {
   using Completion = std::function<void(const Reply&)>;
   using PropertiesHandler = std::function<void(const Properties&)>;
   using SignalHandler = std::function<void(const Signal&)>;
-  /// The object's path, and what has changed; properties without a value any more are not among it.
+  /// Receives the object's path, and the properties that have changed; one without a value any more
+  /// is not among them.
   using ChangeHandler = std::function<void(const std::string&, const Properties&)>;
 
   Service(std::shared_ptr<Bus> bus, std::string name);
 
-  /// Tells `handler` once whether the service is there or could be started, which this does not do.
+  /// Tells `handler` once whether the service is there or could be started, without starting it.
   void find(std::function<void(bool)> handler);
 
   /// Has `handler` told soon whether the service is there, and at each change. `activates`: the bus
@@ -42,7 +43,8 @@ class Service {
   void onSignal(std::string object, std::string interface, std::string member,
                 SignalHandler handler);
 
-  /// The same for what the match says, which is of this service whatever it says of one.
+  /// Has `handler` told of the signals that the match says; they are this service's, whatever
+  /// service the match names.
   void onSignal(SignalMatch match, SignalHandler handler);
 
   /// Has `handler` told when properties of the interface change; an empty object stands for any.

@@ -12,7 +12,7 @@
 
 namespace ovinta::platform::linuxos::dbus {
 
-/// What travels over the bus, as the type `a{sv}`, the one of all property lists.
+/// The properties of an object by their names, which travel over the bus as the type `a{sv}`.
 using Properties = std::map<Glib::ustring, Glib::VariantBase>;
 
 /// The value when it is there and of the type, otherwise none: what others send is never trusted.
@@ -38,14 +38,14 @@ std::optional<T> read(const Properties& properties, const char* name) {
   return found == properties.end() ? std::nullopt : read<T>(found->second);
 }
 
-/// An object path in a tuple of arguments; `read` knows it as text of its own type.
+/// An object path in a tuple of arguments. `read` hands it out as a text of this type of its own.
 using ObjectPath = Glib::DBusObjectPathString;
 
 inline Glib::VariantBase write(const char* text) {
   return Glib::Variant<Glib::ustring>::create(text);
 }
 inline Glib::VariantBase write(const std::string& text) { return write(text.c_str()); }
-/// A value of any type inside another one, of the type `v`.
+/// Wraps a value of any type as the type `v`.
 inline Glib::VariantBase write(const Glib::VariantBase& value) {
   return Glib::Variant<Glib::VariantBase>::create(value);
 }
@@ -54,7 +54,7 @@ Glib::VariantBase write(const T& value) {
   return Glib::Variant<T>::create(value);
 }
 
-/// The arguments of a method or a signal.
+/// Makes the tuple of the arguments of a method or a signal.
 template <class... T>
 Glib::VariantContainerBase arguments(const T&... values) {
   return Glib::VariantContainerBase::create_tuple(std::vector<Glib::VariantBase>{write(values)...});

@@ -9,8 +9,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// The kernel's words. When batteries differ, the first of these that one of them says counts. One
-/// that is held below its full charge is plugged in.
+/// The kernel's words for the states of a battery. When batteries differ, the first of these that
+/// one of them says counts. One that is held below its full charge is plugged in.
 constexpr struct {
   std::string_view status;
   BatteryState state;

@@ -17,22 +17,23 @@ constexpr TimeInterval kValidity = std::chrono::minutes(1);
 
 }  // namespace
 
-/// What was read last. May be used from any thread.
+/// The last reading of the battery. May be used from any thread.
 struct SystemDevice::Reading {
-  /// Guards all the others.
+  /// Guards all other members.
   std::mutex mutex;
   bool isMonitored = false;
   bool isUnderWay = false;
-  /// None before the first answer.
+  /// What was read; none before the first answer.
   std::optional<BatteryState> state;
-  /// When it was asked for: what changed later may not be in it.
+  /// When the state was asked for: what changed later may not be in it.
   Date time;
 
   bool isWithin(TimeInterval age, Date now) const {
     return state && std::chrono::abs(now - time) <= age;
   }
 
-  /// Whether the caller is to read anew.
+  /// Whether the caller is to read anew, because the reading is old and nobody is reading yet. The
+  /// caller is then the one who does.
   bool needsAnother(Date now) {
     return isMonitored && !isWithin(kFreshness, now) && !std::exchange(isUnderWay, true);
   }

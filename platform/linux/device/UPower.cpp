@@ -6,8 +6,8 @@
 namespace ovinta::platform::linuxos {
 namespace {
 
-/// By UPower's number: unknown, charging, discharging, empty, full, waiting to be charged (which is
-/// plugged in), waiting to be discharged.
+/// What UPower's numbers stand for: unknown, charging, discharging, empty, full, waiting to be
+/// charged (which is plugged in), waiting to be discharged.
 constexpr std::array kStates{
     BatteryState::unknown, BatteryState::charging, BatteryState::unplugged, BatteryState::unplugged,
     BatteryState::full,    BatteryState::charging, BatteryState::unplugged};

@@ -7,7 +7,7 @@ namespace ovinta::platform::linuxos {
 
 inline constexpr const char* kUPowerName = "org.freedesktop.UPower";
 inline constexpr const char* kUPowerPath = "/org/freedesktop/UPower";
-/// All batteries of the device in one.
+/// The object of UPower that stands for all batteries of the device in one.
 inline constexpr const char* kUPowerDisplayDevice = "/org/freedesktop/UPower/devices/DisplayDevice";
 inline constexpr const char* kUPowerDevice = "org.freedesktop.UPower.Device";
 

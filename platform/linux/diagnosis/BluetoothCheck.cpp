@@ -27,8 +27,8 @@ bool isPowered(const dbus::Properties& adapter) {
   return dbus::read<bool>(adapter, "Powered").value_or(false);
 }
 
-/// BlueZ has no property for it, but gives its adapters the identity of a device of its own unless
-/// it is told another one.
+/// The version of BlueZ, which has no property for it, but gives its adapters the identity of a
+/// device of its own unless it is told another one.
 std::string versionIn(const Adapters& adapters) {
   for (const auto& [name, adapter] : adapters) {
     unsigned major = 0, minor = 0;
@@ -40,7 +40,8 @@ std::string versionIn(const Adapters& adapters) {
   return "";
 }
 
-/// Old versions of BlueZ do not tell the roles; theirs are believed to hear low energy.
+/// Whether the adapter hears low energy. Old versions of BlueZ do not tell an adapter's roles,
+/// which is then believed to.
 bool hearsLowEnergy(const dbus::Properties& adapter) {
   using Names = std::vector<Glib::ustring>;
   const auto roles = dbus::read<Names>(adapter, "Roles").value_or(Names{"central"});
@@ -76,7 +77,8 @@ class BluetoothProbe {
   }
 
  private:
-  /// The library waits for a BlueZ that does not run; so it is not started here.
+  /// Goes on if BlueZ runs. One that does not is waited for by the library, so it is not started
+  /// here either.
   void lookWhetherItRuns(dbus::Service& bluez) {
     daemon_.listNames([this, &bluez](const auto& names) {
       if (names.contains(kBlueZName)) return listAdapters(bluez);
@@ -106,8 +108,8 @@ class BluetoothProbe {
     check_.end();
   }
 
-  /// What is missing; where the kernel has no Bluetooth, that is told instead, since nothing else
-  /// would help.
+  /// The finding that something is missing. Where the kernel has no Bluetooth, that is told
+  /// instead, since nothing else would help.
   Finding absent(const char* detail, const char* advice) const {
     std::error_code error;
     const bool isInKernel = exists(around_.bluetoothClass, error);

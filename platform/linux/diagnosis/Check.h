@@ -15,7 +15,7 @@ namespace ovinta::platform::linuxos {
 /// what it keeps may refer to it.
 class Check {
  public:
-  /// `onEnd` may not destroy the check.
+  /// `onEnd` is called at the end of the check, which it may not destroy.
   Check(std::string subject, std::function<void()> onEnd);
   Check(const Check&) = delete;
   Check& operator=(const Check&) = delete;
@@ -23,27 +23,28 @@ class Check {
   /// Adds a finding; one without a subject gets that of the check.
   void add(Finding finding);
 
-  /// What is to be found should nothing more come; takes the place of what was expected before.
+  /// Sets what is found should nothing more come, in place of what was expected before.
   void expect(std::vector<Finding> ifSilent) { ifSilent_ = std::move(ifSilent); }
 
-  /// Nothing more comes; to be called once.
+  /// Ends the check, to which nothing more is added; to be called once.
   void end();
   void end(Finding last);
 
   /// All findings, those that were expected included while there is no end.
   std::vector<Finding> findings();
 
-  /// Keeps the object as long as the check.
+  /// Keeps the object alive as long as the check.
   template <class T>
   T& keep(std::shared_ptr<T> object) {
     kept_.push_back(object);
     return *object;
   }
 
-  /// Goes on when the bus can be reached, and ends otherwise.
+  /// Calls `next` when the bus can be reached, and ends the check otherwise.
   void seekBus(const std::shared_ptr<dbus::Bus>& bus, std::function<void()> next);
 
-  /// Goes on when the bus has the service, or could start it, and ends with `ifAbsent` otherwise.
+  /// Calls `next` when the bus has the service, or could start it, and otherwise ends the check
+  /// with `ifAbsent`.
   void seekService(const std::shared_ptr<dbus::Bus>& bus, std::string name, Finding ifAbsent,
                    std::function<void(dbus::Service&)> next);
 

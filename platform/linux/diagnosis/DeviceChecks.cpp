@@ -28,7 +28,7 @@ void checkBus(const std::shared_ptr<dbus::Bus>& bus, const char* advice, Check& 
 constexpr std::array<const char*, 4> kBatteryTexts{"no battery that tells its state",
                                                    "running on battery", "charging", "full"};
 
-/// A device without a battery is in order.
+/// Ends the check of the battery. A device without one is in order.
 void endBattery(Check& check, BatteryState state, const std::string& version,
                 const std::string& source) {
   check.end({.condition = Condition::good,
@@ -36,7 +36,7 @@ void endBattery(Check& check, BatteryState state, const std::string& version,
              .detail = source + ": " + kBatteryTexts.at(static_cast<std::size_t>(state))});
 }
 
-/// The nearest directory that is there.
+/// The path itself or the nearest directory above it that exists.
 fs::path existingPartOf(fs::path path) {
   std::error_code error;
   while (!exists(path, error) && path.has_relative_path()) path = path.parent_path();

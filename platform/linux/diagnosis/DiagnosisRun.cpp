@@ -38,7 +38,7 @@ void DiagnosisRun::begin() {
 }
 
 void DiagnosisRun::noteEnd() {
-  // Later: what the checks keep may have to return from its handlers first.
+  // The end is told later, because what the checks keep may have to return from its handlers first.
   if (--underWay_ > 0) return;
   surroundings_.mainQueue->async([self = shared_from_this()] { self->finish(); });
 }

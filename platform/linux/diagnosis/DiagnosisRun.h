@@ -12,17 +12,18 @@
 
 namespace ovinta::platform::linuxos {
 
-/// Less than what any single call may take, so that the end of the time is told in one way.
+/// How long a diagnosis may take: less than any single call may, so that the end of the time is
+/// always told in the same way.
 inline constexpr std::chrono::seconds kDiagnosisLimit{4};
 
-/// All checks at once, until the last one has ended or the time is over. Main thread only.
+/// Runs all checks at once, until the last one has ended or the time is over. Main thread only.
 class DiagnosisRun : public std::enable_shared_from_this<DiagnosisRun> {
  public:
   using Completion = std::function<void(const std::vector<Finding>&)>;
 
   DiagnosisRun(Surroundings surroundings, Completion completion);
 
-  /// Keeps itself alive until the time is over.
+  /// Begins all checks. The run keeps itself alive until its time is over.
   void begin();
 
  private:

@@ -15,17 +15,18 @@ namespace {
 
 constexpr const char* kPermission = "position permission";
 
-/// What is said of a source.
+/// What a diagnosis says of a source of positions.
 struct SourceTexts {
   const char* name;
-  /// What to do when it is not there.
+  /// What to do when the source is not there.
   const char* install;
-  /// What to do when it is there and of no use.
+  /// What to do when the source is there but of no use.
   const char* mend;
-  /// When it does not say whether the application may follow the position, and what to do then.
+  /// What is said when the source does not say whether the application may follow the position, and
+  /// what to do then.
   const char* silence;
   const char* wake;
-  /// Says where the user, or whoever sets the device up, lets applications have the position.
+  /// The place where the user, or whoever sets the device up, lets applications have the position.
   std::string permissions;
 };
 
@@ -81,7 +82,7 @@ class PositionProbe {
   }
 
   void ask() {
-    // Nobody looks at these positions.
+    // Nobody looks at the positions, so the filter keeps them few.
     constexpr double kFilterMetres = 500;
     check_.expect(
         {source(), {.subject = kPermission, .detail = texts_.silence, .advice = texts_.wake}});
@@ -126,7 +127,7 @@ class PositionProbe {
   const SourceTexts texts_;
   const char* granted_ = "granted";
   std::unique_ptr<PositionStream> stream_;
-  /// Asked for what the source tells of itself.
+  /// The source's service, which is asked for what it tells of itself.
   std::optional<dbus::Service> service_;
   const portable::Lifetime lifetime_;
 };
@@ -135,7 +136,7 @@ void PositionProbe::note(PositionAccess access) {
   if (access == PositionAccess::grantedAlways) granted_ = "granted, always";
   const bool isGranted =
       access == PositionAccess::granted || access == PositionAccess::grantedAlways;
-  // gpsd lets everybody in and tells its version next.
+  // gpsd lets everybody in at once, and tells its version next, which is waited for.
   if (isGranted && around_.positionSource == PositionSource::gpsd) return;
   stream_ = nullptr;
   if (isGranted) return askDetails();

@@ -19,13 +19,13 @@ struct Surroundings {
   std::shared_ptr<dbus::Bus> systemBus;
   std::shared_ptr<dbus::Bus> sessionBus;
   std::string applicationID;
-  /// The one that is used, never `automatic`.
+  /// The source that is used, never `automatic`.
   PositionSource positionSource = PositionSource::geoclue;
   std::shared_ptr<PositionProvider> positionProvider;
   std::optional<std::filesystem::path> dataDirectory;
   bool usesNotifyAgent = true;
   std::filesystem::path powerSupplies = kPowerSupplies;
-  /// There as soon as the kernel has loaded its part of Bluetooth.
+  /// A directory that exists as soon as the kernel has loaded its part of Bluetooth.
   std::filesystem::path bluetoothClass = "/sys/class/bluetooth";
 };
 

@@ -6,7 +6,8 @@
 
 namespace ovinta::platform::linuxos {
 
-/// The cause in our own words: libcurl's texts name hosts, paths and files.
+/// The error for one of libcurl's codes, in words of this library, because libcurl's own name
+/// hosts, paths and files.
 TransportError transportError(CURLcode code);
 
 }  // namespace ovinta::platform::linuxos

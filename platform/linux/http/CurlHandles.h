@@ -4,8 +4,6 @@
 
 #include <memory>
 
-// See Linux.h: the name is a macro in the GNU dialects.
-
 namespace ovinta::platform::linuxos {
 
 template <auto kFree>

@@ -36,14 +36,15 @@ bool named(const HeaderField& field, const char* name) {
   return strcasecmp(field.name.c_str(), name) == 0;
 }
 
-// The framing is ours: a length that differs from the body's would split the stream elsewhere.
+// Whether the field would say how long the body is. That is left to libcurl: a length that differs
+// from the body's would split the stream elsewhere.
 bool framesBody(const HeaderField& field) {
   return named(field, "Content-Length") || named(field, "Transfer-Encoding");
 }
 
 std::string lineFor(const HeaderField& field) {
   const auto value = portable::trimmed(field.value);
-  // libcurl's form for a field without a value; "Name:" would take the field away.
+  // This is libcurl's form for a field without a value; "Name:" would take the field away.
   if (value.empty()) return field.name + ";";
   return field.name + ": " + std::string(value);
 }
@@ -66,7 +67,7 @@ bool isSendable(const URLRequest& request) {
 
 CurlList headerList(const URLRequest& request) {
   CurlList list;
-  // libcurl keeps no cache itself; this is for those on the way.
+  // libcurl keeps no cache itself; the fields are for the caches on the way.
   if (request.cachePolicy == CachePolicy::reloadIgnoringLocalAndRemoteCacheData) {
     append(list, "Cache-Control: no-cache");
   }

@@ -14,11 +14,11 @@ namespace ovinta::platform::linuxos {
 bool isSendable(const URLRequest& request);
 
 /// The list for CURLOPT_HTTPHEADER: what the cache policy and the body demand, then exactly the
-/// request's fields; what libcurl would add by itself is switched off.
+/// request's fields. What libcurl would add by itself is switched off.
 CurlList headerList(const URLRequest& request);
 
-/// The body to send. Absent: none. Methods that are about sending send an empty one at least, since
-/// servers refuse them without a length.
+/// The body to send; absent for none. Methods that are about sending send an empty one at least,
+/// since servers refuse them without a length.
 std::optional<std::string_view> bodyToSend(const URLRequest& request);
 
 /// Takes one line of an answer's head, its end included, as the next field, or as the continuation

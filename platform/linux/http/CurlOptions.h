@@ -13,8 +13,8 @@ class CurlOptions {
  public:
   explicit CurlOptions(CURL* handle) : handle_(handle) {}
 
-  /// libcurl takes whatever type it is given for the one that the option has; literals need their
-  /// suffix. After a refusal nothing more is set.
+  /// Sets an option; after a refusal nothing more is set. libcurl takes the value for the type that
+  /// the option has, whatever type it is given, so literals need their suffix.
   template <typename Value>
   requires std::same_as<Value, long> || std::same_as<Value, curl_off_t> ||
       std::is_pointer_v<Value> || std::is_null_pointer_v<Value>
@@ -22,7 +22,7 @@ class CurlOptions {
     if (refusal_ == CURLE_OK) refusal_ = curl_easy_setopt(handle_, option, value);
   }
 
-  /// CURLE_OK: everything has been set.
+  /// The first refusal; CURLE_OK when every option has been set.
   CURLcode refusal() const { return refusal_; }
 
  private:

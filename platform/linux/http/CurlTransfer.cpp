@@ -14,14 +14,15 @@ namespace {
 
 constexpr int kMaximumRedirects = 10;
 
-// Of the heads and trailers of one answer: several times what servers send, and little enough for
-// fields of a few bytes each, which take many times their size.
+// The most bytes that the heads and trailers of one answer may have: several times what servers
+// send, and little enough for fields of a few bytes each, which take many times their size.
 constexpr std::size_t kMaximumHeadSize = std::size_t{64} << 10;
 
 // What a callback returns to have libcurl end the transfer: not the length that it was given.
 constexpr std::size_t kStop = CURL_WRITEFUNC_ERROR;
 
-// Keeps sums with an instant, and libcurl's counts of milliseconds, from overflowing.
+// The longest time-out that counts, which keeps sums with an instant, and libcurl's counts of
+// milliseconds, from overflowing.
 constexpr std::chrono::milliseconds kLongestTimeout = std::chrono::hours(24);
 
 long statusCodeOf(CURL* handle) {
@@ -83,13 +84,13 @@ void CurlTransfer::setUpConnection(CurlOptions& options, const Setting& setting)
 }
 
 void CurlTransfer::setUpLimits(CurlOptions& options) const {
-  // The redirects that are followed are ours, and so is their number.
+  // Redirects are followed and counted here, not by libcurl.
   options.set(CURLOPT_FOLLOWLOCATION, 0L);
-  // Anything at all would be an answer.
+  // HTTP 0.9 is refused, in which anything at all would be an answer.
   options.set(CURLOPT_HTTP09_ALLOWED, 0L);
   options.set(CURLOPT_NETRC, long{CURL_NETRC_IGNORED});
-  // Goes by the length that the head announces; `receiveBody` and `seeBytes` see the rest. That of
-  // a HEAD is the length of what does not come.
+  // This limit goes by the length that the head announces; `receiveBody` and `seeBytes` see the
+  // rest. The length that the answer to HEAD announces is that of a body that does not come.
   if (request_.method != "HEAD") {
     constexpr std::size_t kLargest = std::numeric_limits<curl_off_t>::max();
     options.set(CURLOPT_MAXFILESIZE_LARGE, static_cast<curl_off_t>(std::min(sizeLimit_, kLargest)));
@@ -121,7 +122,7 @@ void CurlTransfer::setUpCallbacks(CurlOptions& options) {
   options.set(CURLOPT_XFERINFODATA, this);
   options.set(CURLOPT_PREREQFUNCTION, &seeConnection);
   options.set(CURLOPT_PREREQDATA, this);
-  // The one view that libcurl gives of the bytes between the parts of a body.
+  // The debug function is the one view that libcurl gives of the bytes between the parts of a body.
   options.set(CURLOPT_DEBUGFUNCTION, &seeBytes);
   options.set(CURLOPT_DEBUGDATA, this);
   options.set(CURLOPT_VERBOSE, 1L);
@@ -209,7 +210,7 @@ std::size_t CurlTransfer::receiveBody(char* data, std::size_t size, std::size_t 
                                       void* transfer) {
   auto& self = *static_cast<CurlTransfer*>(transfer);
   const std::size_t length = size * count;
-  // A transfer coding may have made it larger than what came.
+  // The body is measured too, because a transfer coding may have made it larger than what came.
   self.tooLarge_ |= length > self.sizeLimit_ - self.body_.size();
   if (self.tooLarge_) return kStop;
   self.body_.append(data, length);
@@ -219,7 +220,7 @@ std::size_t CurlTransfer::receiveBody(char* data, std::size_t size, std::size_t 
 int CurlTransfer::seeCounters(void* transfer, curl_off_t, curl_off_t, curl_off_t, curl_off_t up) {
   auto& self = *static_cast<CurlTransfer*>(transfer);
   self.progressed_ |= std::exchange(self.sent_, up) != up;
-  // Anything but 0 stops.
+  // Any result but 0 ends the transfer.
   return self.tooLarge_ ? 1 : 0;
 }
 

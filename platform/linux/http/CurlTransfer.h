@@ -29,10 +29,11 @@ class CurlTransfer {
 
   CurlTransfer(URLRequest request, URLSession::Completion completion);
 
-  /// Readies `handle()` for the request's next way. When the request cannot be sent at all: why.
+  /// Readies `handle()` for the request's next way. The code is the reason when the request cannot
+  /// be sent at all.
   CURLcode begin(const Setting& setting, Instant now);
 
-  /// Null until begun.
+  /// The handle of the present way; null before `begin`.
   CURL* handle() const { return handle_.get(); }
 
   /// Takes the time of the last progress, if there was any since the last call, to be `now`.
@@ -45,10 +46,11 @@ class CurlTransfer {
   /// Keeps the connection from being used again; it has shown itself to be dead.
   void giveUpConnection();
 
-  /// Judges an ended way. True: the answer was a redirect to follow; begin anew.
+  /// Judges an ended way; true when the answer was a redirect to follow, so that `begin` is to be
+  /// called anew.
   bool followsRedirect(CURLcode code);
 
-  /// Calls the completion. `code`: how the last way ended.
+  /// Calls the completion. `code` tells how the last way ended.
   void complete(CURLcode code);
 
  private:
@@ -79,9 +81,9 @@ class CurlTransfer {
   CurlList sentHeaders_;
   std::vector<HeaderField> receivedHeaders_;
   std::string body_;
-  /// The bytes of the heads and trailers received since the last redirect.
+  /// How many bytes of heads and trailers were received since the last redirect.
   std::size_t headSize_ = 0;
-  /// All bytes of all ways, as they came.
+  /// How many bytes were received on all ways, counted as they came.
   std::size_t receivedSize_ = 0;
   Instant lastProgress_;
   curl_off_t sent_ = 0;

@@ -8,10 +8,11 @@
 namespace ovinta::platform::linuxos {
 namespace {
 
-// Connections kept open while nothing goes over them.
+// How many connections are kept open while nothing goes over them.
 constexpr long kIdleConnections = 8;
 
-// libcurl and the libraries below it add their exit handlers here; ours, added after, runs first.
+// Initialises libcurl for the process. It and the libraries below it add their exit handlers here;
+// the one of this library, added after, runs first.
 void initialiseOnce() {
   static std::once_flag done;
   std::call_once(done, [] {
@@ -109,7 +110,7 @@ void CurlURLSession::noteProgress() {
 void CurlURLSession::collectEnded() {
   int left = 0;
   while (const CURLMsg* message = curl_multi_info_read(multi_.get(), &left)) {
-    // The message does not outlive the handle's removal.
+    // The code is copied, because the message does not outlive the handle's removal.
     const CURLcode code = message->data.result;
     auto transfer = detach(message->easy_handle);
     if (transfer->followsRedirect(code)) {

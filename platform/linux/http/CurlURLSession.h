@@ -30,23 +30,23 @@ class CurlURLSession final : public URLSession {
     /// The most bytes that one request may receive: heads, bodies (also as they are decoded), their
     /// framing and the answers that redirect. What goes beyond is not read, and is a failure.
     std::size_t sizeLimit = std::size_t{4} << 20;
-    /// The time that the limits are measured by. Called on the session's thread.
+    /// Tells the time that the limits are measured by. It is called on the session's thread.
     std::function<CurlTransfer::Instant()> now = &std::chrono::steady_clock::now;
   };
 
   CurlURLSession();
   explicit CurlURLSession(Options options);
 
-  /// Drops the requests under way without calling their completions and waits for a completion in
-  /// progress. Never from a completion.
+  /// Drops the requests under way without calling their completions, and waits for a completion in
+  /// progress. Must not be called from a completion.
   ~CurlURLSession() override;
 
   /// Redirects are followed within their origin, ten of them at most; one that leads to another
   /// origin is the answer. After the process's exit began nothing is sent any more.
   void startDataTask(URLRequest request, Completion completion) override;
 
-  /// Has the session look what time it is; for a time that does not pass by itself. May be called
-  /// from any thread.
+  /// Has the session look what time it is, as is needed where `now` is a clock that does not pass
+  /// by itself. May be called from any thread.
   void lookAtTime() { curl_multi_wakeup(multi_.get()); }
 
  private:
@@ -73,8 +73,8 @@ class CurlURLSession final : public URLSession {
   CurlTransfer::Setting setting_;
   std::mutex mutex_;
   Transfers incoming_;
-  // The members from here on belong to the thread. They are not local to it: when the process exits
-  // they are left as they are, and have to stay within reach.
+  // The members from here on belong to the thread. They are not local to it, because they are left
+  // as they are when the process exits, and have to stay within reach.
   std::unordered_map<CURL*, std::unique_ptr<CurlTransfer>> active_;
   std::vector<Ended> ended_;
   portable::ExitAwareThread thread_;

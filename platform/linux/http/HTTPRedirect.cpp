@@ -10,7 +10,8 @@
 namespace ovinta::platform::linuxos {
 namespace {
 
-// User names and passwords count as well: a target must not choose the credentials to be sent.
+// The parts of a URL that make its origin. User names and passwords count as well, because a target
+// must not choose the credentials to be sent.
 constexpr std::array kOriginParts{CURLUPART_SCHEME, CURLUPART_HOST, CURLUPART_PORT, CURLUPART_USER,
                                   CURLUPART_PASSWORD};
 

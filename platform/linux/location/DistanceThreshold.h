@@ -6,7 +6,7 @@
 
 namespace ovinta::platform::linuxos {
 
-/// A distance filter as services take it: whole metres, zero for every position.
+/// The distance filter as services take it: in whole metres, zero for every position.
 inline std::uint32_t distanceThreshold(double metres) {
   if (!(metres > 0)) return 0;
   return static_cast<std::uint32_t>(

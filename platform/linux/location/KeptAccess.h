@@ -16,10 +16,12 @@ class KeptAccess {
  public:
   KeptAccess(std::shared_ptr<SettingsStore> settings, PositionSource source);
 
-  /// Absent when the source has not answered, or another one was asked since.
+  /// The answer that is kept; absent when the source has not answered, or another one was asked
+  /// since.
   std::optional<PositionAccess> load() const;
 
-  /// What is no answer, as of a service that is gone, leaves none.
+  /// Keeps the answer. What is no answer, such as that of a service that is gone, leaves none
+  /// behind.
   void store(PositionAccess access) const;
 
  private:

@@ -31,7 +31,7 @@ Reading read(PositionAccess access) {
 
 }  // namespace
 
-/// A provider's stream, whose answer counts while it is open. It may outlive the hub.
+/// A stream of the provider, whose answer counts while the stream is open. It may outlive the hub.
 class PositionHub::Stream : public PositionStream {
  public:
   Stream(PositionHub& hub, double distanceFilter, std::function<void(const Location&)> onLocation)
@@ -53,12 +53,13 @@ class PositionHub::Stream : public PositionStream {
     stream_->setDistanceFilter(metres);
   }
 
-  /// What it has been told; none at first.
+  /// The answer that the stream has been given; none at first.
   const std::optional<PositionAccess>& answer() const { return answer_; }
   bool isAnswered() const { return answer_ && *answer_ != PositionAccess::undecided; }
   bool isGranted() const { return answer_ && *answer_ >= PositionAccess::granted; }
 
-  /// What it has been told counts no more. One that was refused asks anew, others do so themselves.
+  /// Has the stream's answer count no more. A stream that was refused asks anew; the others are
+  /// told again by themselves.
   void dismissAnswer() {
     if (std::exchange(answer_, std::nullopt) == PositionAccess::denied) open();
   }
@@ -79,7 +80,7 @@ class PositionHub::Stream : public PositionStream {
     const bool wasGranted = isGranted();
     answer_ = access;
     if (isGranted() && !wasGranted) hub_.dismissRefusals();
-    // The last step: it may destroy this.
+    // This is the last step, because it may destroy the stream.
     hub_.noteAnswers();
   }
 
@@ -136,7 +137,7 @@ void PositionHub::watchArrivals() {
   if (arrivals_) return;
   arrivals_ = provider_->watchArrivals([this] {
     if (!isAsking_) arrivals_ = nullptr;
-    // Streams that are open notice it themselves, unless they were refused for good.
+    // Streams that are open notice the service themselves, unless they were refused for good.
     const auto isRefused = [](const Stream* stream) {
       return stream->answer() == PositionAccess::denied;
     };
@@ -152,7 +153,7 @@ void PositionHub::askPermission() {
 }
 
 void PositionHub::askAgain() {
-  // Nobody looks at these positions: the filter keeps them few.
+  // Nobody looks at these positions, so the filter keeps them few.
   constexpr double kFilterMetres = 500;
   if (isAsking_ && !question_) {
     question_ = std::make_unique<Stream>(*this, kFilterMetres, [](const Location&) {});
@@ -168,13 +169,13 @@ void PositionHub::forget(const Stream& stream) {
   std::erase(streams_, &stream);
   mainQueue_->async(lifetime_.guard([this, isAnswered = stream.isAnswered()] {
     noteAnswers();
-    // A question may have been left to it.
+    // A question may have been left to the stream, which has gone without an answer.
     if (!isAnswered && streams_.empty()) askAgain();
   }));
 }
 
-/// What others were told before a grant would otherwise stand when the stream that was granted
-/// closes.
+/// Has the refusals count no more that other streams were given before a grant: they would stand
+/// otherwise when the stream that was granted closes.
 void PositionHub::dismissRefusals() {
   for (Stream* const stream : streams_) {
     if (!stream->isGranted()) stream->dismissAnswer();
@@ -192,7 +193,7 @@ void PositionHub::noteAnswers() {
     question_ = nullptr;
     arrivals_ = nullptr;
   } else if (isAuthorized(status())) {
-    // It was granted, and nobody may be there to see it come back.
+    // What was granted is out of reach, and nobody may be there to see it come back.
     isAsking_ = true;
     watchArrivals();
   }
@@ -205,13 +206,13 @@ void PositionHub::onStatusChanged(std::weak_ptr<const void> owner, std::function
 
 void PositionHub::note(PositionAccess access) {
   const AuthorizationStatus before = status();
-  // A service that has not said yet takes nothing back.
+  // A service that has not answered yet takes nothing back of what the process before was told.
   if (isOfOld_ && access == PositionAccess::undecided) return;
   isOfOld_ = false;
   if (access_.exchange(access) != access && kept_) kept_->store(access);
   if (status() == before) return;
   std::erase_if(observers_, [](const Observer& observer) { return observer.owner.expired(); });
-  // A copy: a handler may make and destroy managers.
+  // A copy is walked, because a handler may make and destroy managers.
   const auto observers = observers_;
   for (const Observer& observer : observers) {
     if (!observer.owner.expired()) observer.handler();

@@ -19,18 +19,19 @@ namespace ovinta::platform::linuxos {
 /// Main thread only, save the three queries.
 class PositionHub {
  public:
-  /// `kept`: where the last answer is kept, which is in force until there is another; absent where
-  /// each process begins without one.
+  /// `kept` holds the last answer, which is in force until there is another; without it each
+  /// process begins without an answer.
   PositionHub(std::shared_ptr<PositionProvider> provider, std::shared_ptr<MainQueue> mainQueue,
               std::optional<KeptAccess> kept = {});
   ~PositionHub();
   PositionHub(const PositionHub&) = delete;
   PositionHub& operator=(const PositionHub&) = delete;
 
-  /// May be called from any thread.
+  /// Whether location is switched on at all, and the permission, as the last answer says. May be
+  /// called from any thread, as `isOfOld`.
   bool isEnabled() const;
   AuthorizationStatus status() const;
-  /// Whether that is still the last answer to the process before.
+  /// Whether the last answer is still the one to the process before.
   bool isOfOld() const;
 
   /// Finds out at the first call whether there is a service, and notices one that comes later.
@@ -46,7 +47,8 @@ class PositionHub {
   /// out of reach since.
   void askAgain();
 
-  /// Positions, while the permission lasts. `onLocation` is called as `PositionHandlers` say.
+  /// Follows the position as long as the result lives. Positions come while the permission lasts;
+  /// `onLocation` is called as `PositionHandlers` say.
   std::unique_ptr<PositionStream> open(double distanceFilter,
                                        std::function<void(const Location&)> onLocation);
 
@@ -78,17 +80,17 @@ class PositionHub {
   /// The strongest answer of the streams that are open, and the last one when none is. At first
   /// that of the process before, or absent, when nobody has been asked.
   mutable std::atomic<PositionAccess> access_ = PositionAccess::absent;
-  /// Whether it is from the process before.
+  /// Whether `access_` is from the process before.
   mutable std::atomic<bool> isOfOld_ = false;
   mutable std::once_flag isLoaded_;
   /// The streams that are open, each of which leaves the list itself.
   std::vector<Stream*> streams_;
   /// Whether the application waits for an answer.
   bool isAsking_ = false;
-  /// There unless the question rests.
+  /// The stream that asks for the permission; null while nothing is asked or the question rests.
   std::unique_ptr<Stream> question_;
   bool hasLooked_ = false;
-  /// There while a service that comes would make a difference.
+  /// Watches for the service; null while one that comes would make no difference.
   std::shared_ptr<void> arrivals_;
   std::vector<Observer> observers_;
   const portable::Lifetime lifetime_;

@@ -10,7 +10,8 @@
 namespace ovinta::platform::linuxos {
 namespace {
 
-/// Seconds and microseconds since 1970. What no clock could show is the distant past.
+/// The time of a position, which is written as seconds and microseconds since 1970. One that no
+/// clock could show is read as the distant past.
 Date readTime(const dbus::Properties& properties) {
   using Time = std::tuple<std::uint64_t, std::uint64_t>;
   constexpr std::uint64_t kLastSecond = 1'000'000'000'000;

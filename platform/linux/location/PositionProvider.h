@@ -11,9 +11,9 @@ namespace ovinta::platform::linuxos {
 /// What a service of the system lets the application know of the position.
 /// Where services, or clients of one, differ, the later in this list counts.
 enum class PositionAccess {
-  /// There is no service.
+  /// The device does not have the service.
   absent,
-  /// The service is there; it has not said yet.
+  /// The service is there, and has not answered yet.
   undecided,
   /// The user has switched location off for everybody.
   off,
@@ -23,13 +23,13 @@ enum class PositionAccess {
   grantedAlways
 };
 
-/// Called on the main thread, never inside a call of the provider's or the stream's methods. Each
-/// may destroy the stream.
+/// What hears of a stream. Called on the main thread, never inside a call of the provider's or the
+/// stream's methods. Each may destroy the stream.
 struct PositionHandlers {
   std::function<void(const Location&)> onLocation;
   /// Told of each answer, also of one that changes nothing.
   std::function<void(PositionAccess)> onAccess;
-  /// The service's version, from one that tells it by itself; need not be there.
+  /// Told of the service's version by a service that tells it unasked; may be empty.
   std::function<void(const std::string&)> onVersion = {};
 };
 
@@ -39,7 +39,8 @@ class PositionStream {
  public:
   virtual ~PositionStream() = default;
 
-  /// Metres to move before the next position comes; zero or less for every one that there is.
+  /// How far the device must move, in metres, before the next position comes; zero or less for
+  /// every position that there is.
   virtual void setDistanceFilter(double metres) = 0;
 };
 

@@ -11,16 +11,16 @@
 
 namespace ovinta::platform::linuxos {
 
-/// The file by which a Flatpak sandbox shows.
+/// The file that tells that the process runs in a Flatpak sandbox.
 inline constexpr const char* kSandboxMark = "/.flatpak-info";
 
 bool isSandboxed(const std::filesystem::path& sandboxMark = kSandboxMark);
 
-/// What `automatic` stands for on this machine.
+/// The source itself or, for `automatic`, the one that this machine calls for.
 PositionSource chosenSource(PositionSource source,
                             const std::filesystem::path& sandboxMark = kSandboxMark);
 
-/// The provider of a source. Of the services it uses main queue, geodesy and log.
+/// Makes the provider of a source, which uses main queue, geodesy and log of the services.
 std::shared_ptr<PositionProvider> makePositionProvider(PositionSource source,
                                                        const std::string& applicationID,
                                                        const std::shared_ptr<dbus::Bus>& systemBus,

@@ -23,7 +23,8 @@ void ServiceAttempts::begin() {
 void ServiceAttempts::failed(Reason reason) {
   step_ = Step::waiting;
   wasAbsent_ = wasAbsent_ || reason == Reason::absence;
-  // One that was absent may have come meanwhile, of which there is no further word then.
+  // A service that was absent may have come meanwhile, of which there is no further word: then
+  // there is another attempt.
   if (reason == Reason::lasting || (reason == Reason::absence && !isPresent_)) return;
   mainQueue_->asyncAfter(retryInterval_, lifetime_.guard([this, failed = count_] {
     if (failed == count_) begin();
@@ -41,7 +42,7 @@ void ServiceAttempts::notePresence(bool isPresent) {
     steps_.forget();
     begin();
   } else if (step_ == Step::underWay && wasPresent) {
-    // A copy: it may destroy this.
+    // A copy is called, because the step may destroy this object.
     const auto fail = steps_.fail;
     fail();
   }

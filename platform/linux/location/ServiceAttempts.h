@@ -10,9 +10,9 @@
 
 namespace ovinta::platform::linuxos {
 
-/// When to ask a service for something that is wanted for long: at first, some time after a failure
-/// that may pass, when the service comes, and at once when it leaves after it has served. Main
-/// thread only.
+/// Decides when to ask a service for something that is wanted for long: at first, some time after a
+/// failure that may pass, when the service comes, and at once when it leaves after it has served.
+/// Main thread only.
 class ServiceAttempts {
  public:
   struct Settings {
@@ -60,7 +60,7 @@ class ServiceAttempts {
   const TimeInterval retryInterval_;
   const Steps steps_;
   Step step_ = Step::waiting;
-  /// How many have begun.
+  /// How many attempts have begun.
   int count_ = 0;
   bool isPresent_ = false;
   bool wasAbsent_ = false;

@@ -99,7 +99,7 @@ void SystemLocationManager::startMonitoring(const Region& region) {
 void SystemLocationManager::judgeCircles(const Location& fix) {
   const auto life = lifetime_.watch();
   for (const auto& [circle, event] : circles_.judge(fix, *geodesy_)) {
-    // A delegate may end the manager, or what it monitors.
+    // A delegate may destroy the manager, or stop what it monitors.
     if (life.expired()) return;
     const Region region(circle);
     if (std::ranges::find(monitored_, region) != monitored_.end()) tellCrossing(region, event);

@@ -52,16 +52,16 @@ class SystemLocationManager : public LocationManager {
   const std::shared_ptr<PositionHub> hub_;
   const std::shared_ptr<Geodesy> geodesy_;
   LocationManagerDelegate* delegate_ = nullptr;
-  /// What the delegate has heard last.
+  /// The permission that the delegate was told last; none before the first time.
   std::optional<AuthorizationStatus> told_;
   double distanceFilter_ = 0;
   std::optional<Location> lastReported_;
-  /// Each is there while it runs.
+  /// The two kinds of updates, each null while it does not run.
   std::unique_ptr<PositionStream> updates_;
   std::unique_ptr<PositionStream> significantChanges_;
   std::vector<Region> monitored_;
   portable::CircularRegionMonitor circles_;
-  /// There while there are circles to judge.
+  /// The positions by which circles are judged; null while there are none.
   std::unique_ptr<PositionStream> circleFixes_;
   BeaconTracker beacons_;
   const portable::Lifetime lifetime_;

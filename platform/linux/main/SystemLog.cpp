@@ -63,7 +63,8 @@ class WithoutPipeSignal {
   bool wasPending_ = false;
 };
 
-/// One write as a rule; more only when the receiver takes less than all of it.
+/// Writes the text, as a rule in one call; in more only when the receiver takes less than all of
+/// it.
 void writeAll(int descriptor, std::string_view text) {
   const WithoutPipeSignal guard;
   while (!text.empty()) {

@@ -26,7 +26,8 @@ class SystemLog : public Log {
  private:
   std::string identifier_;
   int standardError_;
-  /// Connected to the journal, or -1 where standard error serves or there is no journal.
+  /// The descriptor of the connection to the journal; -1 where standard error serves or there is no
+  /// journal.
   int journal_ = -1;
   std::mutex mutex_;
 };

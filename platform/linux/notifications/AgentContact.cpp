@@ -5,8 +5,8 @@
 namespace ovinta::platform::linuxos {
 namespace {
 
-/// An agent may just be ending when something becomes pending. One that fails again and again is
-/// let be.
+/// How often an agent that has ended is started again: it may just have been ending when something
+/// became pending, but one that fails again and again is let be.
 constexpr int kMostRestarts = 3;
 
 }  // namespace
@@ -35,7 +35,8 @@ void AgentContact::setArmed(bool isArmed) {
 
 void AgentContact::keepAgent() {
   agent_.emplace(bus_, kAgentBusName);
-  // At first too it counts as there: one that was just ending cannot be started, nor found.
+  // The agent counts as there at first, because one that is just ending can neither be started nor
+  // be found.
   agent_->onPresence(true, [this, wasThere = true](bool isThere) mutable {
     // A bus that was lost meanwhile has forgotten whose the name is.
     if (isThere) daemon_.requestName(busName_, dbus::BusDaemon::IfTaken::wait, [](bool) {});

@@ -16,8 +16,8 @@ class AgentContact {
   AgentContact(std::shared_ptr<dbus::Bus> sessionBus, std::shared_ptr<Log> log,
                const RegisteredApplication& application, bool wantsAgent);
 
-  /// To be called after each review. Nothing is asked of the bus before something is pending. A
-  /// missing agent is logged once.
+  /// Tells whether something is pending; to be called after each review. Nothing is asked of the
+  /// bus before something is pending. A missing agent is logged once.
   void setArmed(bool isArmed);
 
  private:
@@ -29,10 +29,10 @@ class AgentContact {
   const std::string busName_;
   const bool wantsAgent_;
   bool isArmed_ = false;
-  /// Since the last review.
+  /// How often the agent was started again since the last review.
   int restarts_ = 0;
   dbus::BusDaemon daemon_;
-  /// There while something is pending.
+  /// The agent's service; none while nothing is pending.
   std::optional<dbus::Service> agent_;
 };
 

@@ -32,8 +32,8 @@ std::string keyOf(const RegisteredApplication& application) {
   return key;
 }
 
-/// All of it: one call may write less than it was given, and say why only at the next one. False
-/// leaves the reason in `errno`.
+/// Writes the whole text: one call may write less than it was given, and say why only at the next
+/// one. False leaves the reason in `errno`.
 bool writeAll(int descriptor, std::string_view text) {
   while (!text.empty()) {
     const ssize_t count = write(descriptor, text.data(), text.size());
@@ -46,7 +46,8 @@ bool writeAll(int descriptor, std::string_view text) {
 void writePrivateFile(const fs::path& file, const std::string& text) {
   const int descriptor =
       open(file.c_str(), O_CREAT | O_TRUNC | O_WRONLY | O_CLOEXEC | O_NOFOLLOW, S_IRUSR | S_IWUSR);
-  // On the disk before the rename, so that no power cut leaves an empty file behind.
+  // The text is brought to the disk before the rename, so that no power cut leaves an empty file
+  // behind.
   const bool isWritten = descriptor >= 0 && writeAll(descriptor, text) && fsync(descriptor) == 0;
   const int error = errno;
   if (descriptor >= 0) close(descriptor);
@@ -67,7 +68,7 @@ std::string textOf(const RegisteredApplication& application) {
                               {kPositionSource, kPositionSourceNames.at(source)}});
 }
 
-/// Automatic for one that is not known.
+/// The source that the fields name; `automatic` for one that is not known.
 PositionSource positionSourceOf(const Dictionary& fields) {
   const auto* name = find<std::string>(fields, kPositionSource);
   const auto& names = kPositionSourceNames;
@@ -113,7 +114,7 @@ void AgentRegistry::note(const RegisteredApplication& application) const {
   if (const auto error = preparePrivateDirectory(directory_)) {
     throw std::system_error(error, "Cannot make the agent's directory");
   }
-  // Whole or not at all, also when two processes write it at once.
+  // The file is replaced as a whole or not at all, also when two processes write it at once.
   const auto draft = fs::path(file).replace_extension(std::to_string(getpid()));
   writePrivateFile(draft, text);
   fs::rename(draft, file);

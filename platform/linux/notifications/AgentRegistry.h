@@ -34,13 +34,13 @@ class AgentRegistry {
  public:
   explicit AgentRegistry(std::filesystem::path directory) : directory_(std::move(directory)) {}
 
-  /// The one of this user; absent for a user without a home.
+  /// The registry of this user; absent for a user without a home.
   static std::optional<AgentRegistry> ofUser();
 
   /// Adds the application or what has changed of it. Throws `std::system_error`, or `CodingError`
   /// for a path that is not UTF-8.
   void note(const RegisteredApplication& application) const;
-  /// Takes the application out, which need not be there.
+  /// Takes the application out, if it is there.
   void withdraw(const RegisteredApplication& application) const;
 
   std::vector<RegisteredApplication> applications() const;

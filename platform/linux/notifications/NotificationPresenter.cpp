@@ -8,8 +8,8 @@
 namespace ovinta::platform::linuxos {
 namespace {
 
-/// It reads the body as markup. Nearly all services do and can act, so one too slow to say is
-/// taken to.
+/// The capability of a service that reads the body as markup. Nearly all services do and can act,
+/// so one too slow to say is taken to.
 constexpr const char* kCanMarkUp = "body-markup";
 constexpr const char* kDefaultAction = "default";
 constexpr std::uint32_t kReplacesNone = 0;
@@ -40,7 +40,8 @@ NotificationPresenter::NotificationPresenter(std::shared_ptr<dbus::Bus> sessionB
 void NotificationPresenter::listen() {
   if (listener_) return;
   listener_ = std::make_unique<dbus::Service>(bus_, kNotificationsName);
-  // Services tell the caller alone, so the signals must come over the connection of the calls.
+  // The signals must come over the connection of the calls, because services tell the caller alone
+  // of them.
   listener_->onSignal(kNotificationsPath, kNotificationsName, "ActionInvoked",
                       [this](const dbus::Signal& signal) {
                         const auto number = dbus::read<std::uint32_t>(signal.arguments, 0);
@@ -70,7 +71,8 @@ void NotificationPresenter::close(std::uint32_t number) {
 }
 
 void NotificationPresenter::restUnlessNeeded() {
-  // The service tells everybody of everybody's notifications.
+  // Nothing is listened to without need, because the service tells everybody of everybody's
+  // notifications.
   if (underWay_ > 0 || !open_.empty()) return;
   listener_ = nullptr;
   isPresenceKnown_ = false;
@@ -117,7 +119,7 @@ void NotificationPresenter::notify(const UserNotificationContent& content,
     return std::ranges::any_of(capabilities,
                                [&](const Glib::ustring& one) { return one.raw() == what; });
   };
-  // The other services show the body as it stands.
+  // A service that cannot mark up shows the body as it stands.
   const Glib::ustring body =
       can(kCanMarkUp) ? Glib::Markup::escape_text(content.body) : Glib::ustring(content.body);
   const auto actions =

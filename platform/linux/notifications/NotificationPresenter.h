@@ -17,7 +17,7 @@ namespace ovinta::platform::linuxos {
 inline constexpr const char* kNotificationsName = "org.freedesktop.Notifications";
 inline constexpr const char* kNotificationsPath = "/org/freedesktop/Notifications";
 
-/// What a service says of itself.
+/// The capabilities that a notification service says it has.
 using NotificationCapabilities = std::vector<Glib::ustring>;
 inline constexpr const char* kGetCapabilities = "GetCapabilities";
 /// The capability without which nothing can be clicked.
@@ -28,9 +28,9 @@ inline constexpr const char* kCanAct = "actions";
 class NotificationPresenter {
  public:
   struct Handlers {
-    /// The user info of a notification that the user has clicked.
+    /// Told of the user info of a notification that the user has clicked.
     std::function<void(const Dictionary&)> onClick = {};
-    /// The last notification that could still be clicked is gone.
+    /// Told when the last notification that could still be clicked is gone.
     std::function<void()> onAllClosed = {};
   };
 
@@ -41,9 +41,9 @@ class NotificationPresenter {
   NotificationPresenter(const NotificationPresenter&) = delete;
   NotificationPresenter& operator=(const NotificationPresenter&) = delete;
 
-  /// Tells `completion`, later and unless the presenter is destroyed, whether the service took it.
-  /// A service that does not answer in time may have shown it and counts as having done so. The
-  /// absence of a service is logged once.
+  /// Shows a notification, and tells `completion`, later and unless the presenter is destroyed,
+  /// whether the service took it. A service that does not answer in time may have shown it and
+  /// counts as having done so. The absence of a service is logged once.
   void show(const UserNotificationContent& content, std::function<void(bool)> completion);
 
   /// Whether a notification is there that may still be clicked.
@@ -64,12 +64,12 @@ class NotificationPresenter {
   /// The user info of each notification that is shown, by the number that the service gave it.
   std::map<std::uint32_t, Dictionary> open_;
   std::size_t underWay_ = 0;
-  /// Whether the listener was told if the service is there, and what is to be done then.
+  /// Whether it is known if the service is there; until then what is to be done waits.
   bool isPresenceKnown_ = false;
   std::vector<std::function<void()>> waiting_;
   bool hasLoggedFailure_ = false;
   dbus::Service service_;
-  /// Hears of what is shown.
+  /// The service as the signals about what is shown come from it; null while none are needed.
   std::unique_ptr<dbus::Service> listener_;
 };
 

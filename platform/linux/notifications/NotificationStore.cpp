@@ -18,7 +18,8 @@ using portable::RegionSide;
 
 namespace {
 
-/// Nobody waits for a step on the main thread.
+/// How long a step waits for another writer. It may be long, because nobody waits for a step on the
+/// main thread.
 constexpr std::chrono::milliseconds kBusyTimeout{5000};
 
 /// `claimed` is when a request began to be shown, in seconds since 1970, or 0.

@@ -25,14 +25,14 @@ namespace ovinta::platform::linuxos {
 /// `std::system_error` when the file system refuses.
 class NotificationStore {
  public:
-  /// Opens nothing yet; the file is made when something is written. Without one all stays in
+  /// Opens nothing yet; the file is made when something is written. Without a file all stays in
   /// memory.
   NotificationStore(std::optional<std::filesystem::path> file, std::shared_ptr<Log> log);
   ~NotificationStore();
 
-  /// In the order in which they were added, those that are about to be shown among them: whoever
-  /// shows one may end before that is done, and it can still be removed and replaced. What cannot
-  /// be read is passed over.
+  /// All pending requests in the order in which they were added, those that are about to be shown
+  /// among them: whoever shows one may end before that is done, and it can still be removed and
+  /// replaced. What cannot be read is passed over.
   std::vector<UserNotificationRequest> pending();
 
   /// Adds a request, in place of one with the same identifier; where the device is is not known
@@ -40,7 +40,7 @@ class NotificationStore {
   void put(const UserNotificationRequest& request);
   void remove(const std::vector<std::string>& identifiers);
 
-  /// A request to show, and which writing of it.
+  /// A request to show, and the revision that tells which writing of it that is.
   struct Firing {
     std::int64_t revision;
     UserNotificationRequest request;
@@ -58,14 +58,15 @@ class NotificationStore {
   /// Keeps the user info of a clicked notification for the application, which is not there; nothing
   /// where its file is gone.
   void addClick(const Dictionary& userInfo);
-  /// Hands those over, oldest first, and keeps them no longer.
+  /// Hands over the user infos of clicked notifications that were kept, oldest first, and keeps
+  /// them no longer.
   std::vector<Dictionary> takeClicks();
 
  private:
   struct Row;
   struct Move;
 
-  /// Device and number of a file.
+  /// What tells a file from others: its device and its number there.
   using FileID = std::pair<std::uint64_t, std::uint64_t>;
 
   std::optional<FileID> fileID() const;

@@ -22,7 +22,7 @@ NotificationTrigger::NotificationTrigger(const Services& services,
 void NotificationTrigger::review() {
   const auto isArmed = std::make_shared<bool>(false);
   store_->enqueue([isArmed](NotificationStore& store) { *isArmed = !store.pending().empty(); });
-  // A step of its own, which runs also when the store cannot be read.
+  // The answer is passed on in a step of its own, which runs also when the store cannot be read.
   store_->enqueue([isArmed, weak = weak_from_this(), queue = mainQueue_](NotificationStore&) {
     queue->async([weak, isArmed = *isArmed] {
       if (const auto self = weak.lock()) self->noteArmed(isArmed);
@@ -81,7 +81,7 @@ void NotificationTrigger::judge(const Location& fix) {
 }
 
 void NotificationTrigger::noteJudged(bool isArmed) {
-  // What is being shown has a review to come.
+  // While something is being shown nothing is noted, because a review follows that.
   if (isArmed_ && !isArmed && showing_ == 0) noteArmed(false);
 }
 

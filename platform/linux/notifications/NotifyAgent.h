@@ -18,7 +18,7 @@ namespace ovinta::platform::linuxos {
 /// is at work in a session. Main thread only.
 class NotifyAgent {
  public:
-  /// The location services with the position that the application may have.
+  /// Makes the location services with the position that the application may have.
   using Location = std::function<std::shared_ptr<LocationServices>(const RegisteredApplication&)>;
 
   /// `onEnd` is called once: when nothing is pending and nothing shown can be clicked any more,
@@ -29,7 +29,7 @@ class NotifyAgent {
   NotifyAgent& operator=(const NotifyAgent&) = delete;
 
  private:
-  /// One application.
+  /// An application that is served.
   struct Client {
     std::shared_ptr<NotificationStoreQueue> store;
     std::shared_ptr<NotificationTrigger> trigger;

@@ -55,7 +55,8 @@ std::optional<RegisteredApplication> StoredUserNotificationCenter::registration(
 
 void StoredUserNotificationCenter::review() {
   if (const auto application = registration()) {
-    // Before the agent, which the review may start or have look again, looks for it.
+    // The application registers before the agent, which the review may start or have look again,
+    // looks for it.
     store_->enqueue([agents = *setup_.agents, usesAgent = setup_.usesAgent,
                      application = *application](NotificationStore& store) {
       if (!usesAgent) return agents.withdraw(application);

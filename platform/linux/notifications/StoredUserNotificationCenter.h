@@ -20,7 +20,7 @@ class StoredUserNotificationCenter : public UserNotificationCenter {
  public:
   struct Setup {
     std::string applicationID;
-    /// Keeps the requests; without one they stay in memory.
+    /// The file that keeps the requests; without one they stay in memory.
     std::optional<std::filesystem::path> file = {};
     /// Where the application registers for the agent; absent where no agent can reach it.
     std::optional<AgentRegistry> agents = {};
@@ -32,8 +32,8 @@ class StoredUserNotificationCenter : public UserNotificationCenter {
     std::function<void(const Dictionary&)> onClicked = {};
   };
 
-  /// Of the services it uses main queue, operation queues, notification centre, location, geodesy
-  /// and log.
+  /// The centre uses main queue, operation queues, notification centre, location, geodesy and log
+  /// of the services.
   StoredUserNotificationCenter(const Services& services, std::shared_ptr<dbus::Bus> sessionBus,
                                Setup setup);
 

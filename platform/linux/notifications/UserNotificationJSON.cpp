@@ -23,7 +23,7 @@ Dictionary fieldsOf(const UserNotificationRequest& request) {
           {"repeats", request.trigger.repeats}};
 }
 
-/// Takes fields of one object; remembers whether one was missing.
+/// Takes the fields of one object, and remembers whether one was missing.
 class Reader {
  public:
   explicit Reader(const Dictionary& fields) : fields_(fields) {}

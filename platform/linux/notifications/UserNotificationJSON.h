@@ -15,7 +15,7 @@ std::string typedJSON(const Value& value);
 /// The requests as a JSON text. Throws as `typedJSON` does.
 std::string notificationRequestsText(const std::vector<UserNotificationRequest>& requests);
 
-/// The requests in such a text, without those that are not whole.
+/// The requests in a text of `notificationRequestsText`, without those that are not whole.
 std::vector<UserNotificationRequest> notificationRequests(std::string_view text);
 
 }  // namespace ovinta::platform::linuxos

@@ -16,11 +16,11 @@ namespace fs = std::filesystem;
 
 constexpr const char* kAsideMark = ".corrupt-";
 
-/// How long a look at a locked file may take: a person waits for it.
+/// How long a look at a locked file may take: it is short, because a person waits for it.
 constexpr std::chrono::milliseconds kLookTimeout{500};
 
 /// Keeps other processes, and other threads, that take the same lock out for as long as it lives.
-/// Works as well as it can: without the directory it locks nothing.
+/// It works as well as it can: without the directory it locks nothing.
 class DirectoryLock {
  public:
   explicit DirectoryLock(const fs::path& directory)
@@ -38,7 +38,7 @@ class DirectoryLock {
   int descriptor_;
 };
 
-/// In SQLite's own words for the code alone: those for the case may quote what a damaged file
+/// The error in SQLite's words for its code alone: those for the case may quote what a damaged file
 /// holds.
 std::string textOf(const SQLite::Exception& error) { return sqlite3_errstr(error.getErrorCode()); }
 
@@ -60,7 +60,8 @@ fs::path setAsideSQLiteFile(const fs::path& file) {
     target = fs::path(file).concat(kAsideMark + std::to_string(number));
     if (!fs::exists(fs::symlink_status(target))) break;
   }
-  // The database first: should the process end here, SQLite drops what is left of one that is gone.
+  // The database is moved first: should the process end here, SQLite drops what is left of one that
+  // is gone.
   for (const auto* suffix : kSQLiteSuffixes) {
     const auto from = fs::path(file).concat(suffix);
     if (fs::exists(fs::symlink_status(from))) fs::rename(from, fs::path(target).concat(suffix));

@@ -41,8 +41,8 @@ struct SQLiteProblem {
   std::string advice;
 };
 
-/// Absent when the library can use the database, also where there is none yet. Opens it as the
-/// library does, and changes nothing that its tables hold.
+/// What is wrong with a database; absent when the library can use it, also where there is none yet.
+/// Opens it as the library does, and changes nothing that its tables hold.
 std::optional<SQLiteProblem> problemOfSQLiteFile(const std::filesystem::path& file);
 
 }  // namespace ovinta::platform::linuxos

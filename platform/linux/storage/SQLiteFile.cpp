@@ -20,26 +20,28 @@ namespace fs = std::filesystem;
 
 constexpr mode_t kOwnerOnly = 0600;
 
-/// What the library's tables are like, in each of its files; to be raised when one of them changes.
+/// The version of the library's tables, the same in each of its files; to be raised when one of
+/// them changes.
 constexpr int kVersion = 1;
 
 [[noreturn]] void throwLastError(const char* action) {
   throw std::system_error(errno, std::generic_category(), action);
 }
 
-/// The options' directory is made absolute where there is anything that it can be relative to.
+/// Throws for a relative path. The options' directory is made absolute where there is anything that
+/// it can be relative to.
 void refuseRelative(const fs::path& file) {
   if (file.is_absolute()) return;
   throw std::system_error(ENOENT, std::generic_category(),
                           "The data directory is relative to a working directory that is gone");
 }
 
-/// The directories' links followed, so that SQLite can be told to follow none.
+/// The path with the links of its directories followed, so that SQLite can be told to follow none.
 fs::path withoutLinks(const fs::path& file) {
   return fs::canonical(file.parent_path()) / file.filename();
 }
 
-/// False when the file exists already.
+/// Makes an empty file; false when the file exists already.
 bool makeEmptyFile(const fs::path& file) {
   // Closing any descriptor of a file drops all locks that the process holds on it, those of its
   // database connections too. So the file is made while nobody in this process can have it open.
@@ -78,9 +80,10 @@ void checkExistingFile(const fs::path& file) {
   }
 }
 
-/// While another process makes the same change SQLite refuses at once, without the wait that other
-/// statements have; so wait for the other's transaction and try again. One that only reads is
-/// waited for by SQLite itself, and no longer than that.
+/// Has the database use a write-ahead log. While another process makes the same change SQLite
+/// refuses at once, without the wait that other statements have; so this waits for the other's
+/// transaction and tries again. A process that only reads is waited for by SQLite itself, and no
+/// longer than that.
 void switchToWriteAheadLog(SQLite::Database& database, std::chrono::milliseconds busyTimeout) {
   constexpr int kAttempts = 20;
   const auto end = std::chrono::steady_clock::now() + busyTimeout;
@@ -181,7 +184,8 @@ std::unique_ptr<SQLite::Database> openSQLiteFileForReading(const fs::path& file)
 
 void prepareTables(SQLite::Database& database, const SQLiteTables& expected) {
   if (tablesOf(database) == expected) return;
-  // Once more inside a transaction: another process may be making them right now.
+  // The tables are looked at once more inside the transaction, because another process may be
+  // making them right now.
   SQLite::Transaction transaction(database, SQLite::TransactionBehavior::IMMEDIATE);
   const auto found = tablesOf(database);
   if (found == expected) return;

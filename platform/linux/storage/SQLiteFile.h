@@ -30,8 +30,8 @@ std::unique_ptr<SQLite::Database> openSQLiteFile(const std::filesystem::path& fi
 /// no error where it does, also where there is no file yet.
 std::error_code refusalToWrite(const std::filesystem::path& file);
 
-/// Opens such a database for reading. Throws `SQLite::Exception`, also for one whose write-ahead
-/// log cannot be read without writing.
+/// Opens a database that `openSQLiteFile` has made, for reading. Throws `SQLite::Exception`, also
+/// for one whose write-ahead log cannot be read without writing.
 std::unique_ptr<SQLite::Database> openSQLiteFileForReading(const std::filesystem::path& file);
 
 /// The statements that make a database's tables, by the tables' names.

@@ -27,7 +27,8 @@ void SQLiteManagedObjectContext::beginIfNeeded() {
   inTransaction_ = true;
 }
 
-/// Closes the connection, which rolls back, instead of lending to others what has just failed.
+/// Closes the connection, which rolls the transaction back, instead of lending to others what has
+/// just failed.
 void SQLiteManagedObjectContext::abandon() {
   connection_.reset();
   inTransaction_ = false;

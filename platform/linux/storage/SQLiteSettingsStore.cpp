@@ -22,8 +22,8 @@ const SQLiteTables kTables{{"setting",
 class SQLiteSettingsStore::Connection {
  public:
   explicit Connection(std::unique_ptr<SQLite::Database> database) : database_(std::move(database)) {
-    // A commit then costs no disk flush: a crash of the process loses nothing, a power cut at most
-    // the last changes.
+    // With this a commit costs no disk flush: a crash of the process loses nothing, a power cut at
+    // most the last changes.
     database_->exec("PRAGMA synchronous = NORMAL");
     put_.emplace(*database_,
                  "INSERT INTO setting(key, value) VALUES(?, ?) "
@@ -84,7 +84,7 @@ void SQLiteSettingsStore::tell(std::string failure) const {
   if (isNews) log_->write(*text);
 }
 
-/// False when the step fails, of which it tells.
+/// Runs the step; false when it fails, of which the log and `failure` tell.
 bool SQLiteSettingsStore::attempt(const char* what, const std::function<void()>& step) const {
   try {
     step();
@@ -160,7 +160,7 @@ void SQLiteSettingsStore::wipeTraces() {
 void SQLiteSettingsStore::persist() {
   if (!file_) return;
   const bool isWritten = attempt("Could not write the settings", [this] { flushOrRebuild(); });
-  // After the writing, which may set another file aside.
+  // Wiping comes after the writing, which may set another file aside.
   const bool isWiped = !isWiping_ || attempt("Could not wipe a setting", [this] { wipeTraces(); });
   if (!isWritten || !isWiped) return;
   isWiping_ = false;

@@ -27,7 +27,8 @@ namespace ovinta::platform::linuxos {
 /// The log tells once of a failure that repeats.
 class SQLiteSettingsStore : public SettingsStore {
  public:
-  /// Writes may come from the main thread.
+  /// How long a write to the open file waits for another process; short, because it may come from
+  /// the main thread.
   static constexpr std::chrono::milliseconds kBusyTimeout{1000};
 
   /// Opens nothing yet. Without a file the settings stay in memory.
@@ -68,9 +69,9 @@ class SQLiteSettingsStore : public SettingsStore {
   mutable std::unique_ptr<Connection> connection_;
   /// Keys whose text in the cache is not in the file yet.
   mutable std::set<std::string, std::less<>> unwritten_;
-  /// Something was wiped that may have left traces.
+  /// Whether something was wiped that may have left traces.
   bool isWiping_ = false;
-  /// What has gone wrong since all was in place.
+  /// The failures of which nothing has been made up for since; empty while all is in place.
   mutable std::set<std::string> failures_;
 };
 

@@ -25,7 +25,7 @@ std::string encoded(std::string_view text, const Characters& unencoded) {
   return boost::urls::encode({text.data(), text.size()}, unencoded);
 }
 
-/// Where the path of an accepted URL ends: no part before it can hold one of these characters.
+/// The end of the path of an accepted URL: no part before it can hold one of these characters.
 std::size_t endOfPath(std::string_view url) {
   return std::min(url.find_first_of("?#"), url.size());
 }

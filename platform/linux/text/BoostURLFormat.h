@@ -4,8 +4,8 @@
 
 namespace ovinta::platform::linuxos {
 
-/// URL grammar by Boost.URL. A relative reference is a URL too: it has no host to reach, which is
-/// for the one who sends a request to find out.
+/// Reads and builds URLs by means of Boost.URL. A relative reference is a URL too: it has no host
+/// to reach, which is for the one who sends a request to find out.
 class BoostURLFormat : public URLFormat {
  public:
   std::optional<URL> parse(std::string_view text) const override;

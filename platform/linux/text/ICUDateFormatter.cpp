@@ -40,7 +40,8 @@ icu::Locale localeOf(const DateFormat& format) {
   return locale;
 }
 
-/// Absent, or beyond what a zone can have, gives the device's own zone.
+/// The offset that the format fixes. Where it is absent, or beyond what a zone can have, the
+/// device's own zone counts.
 std::optional<seconds> fixedOffsetOf(const DateFormat& format) {
   constexpr seconds kLimit = std::chrono::hours(18);
   if (!format.secondsFromGMT) return std::nullopt;

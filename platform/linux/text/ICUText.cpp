@@ -13,7 +13,7 @@ namespace ovinta::platform::linuxos {
 
 namespace {
 
-/// Where the run of characters ends that begins at `start` and is white space throughout, or
+/// The end of the run of characters that begins at `start` and is white space throughout, or
 /// nowhere.
 std::int32_t endOfRun(std::string_view text, std::int32_t start, bool white) {
   const auto length = static_cast<std::int32_t>(text.size());
@@ -63,7 +63,8 @@ std::string ICUText::capitalized(std::string_view text) const {
 std::optional<double> ICUText::decimal(std::string_view text) const {
   const bool hasSign = !text.empty() && (text.front() == '+' || text.front() == '-');
   const std::string_view magnitude = text.substr(hasSign ? 1 : 0);
-  // What begins otherwise may still be a name such as "inf" to the number reader.
+  // The first character is looked at, because what begins otherwise may still be a name such as
+  // "inf" to the number reader.
   if (magnitude.empty() || !(isDigit(magnitude.front()) || magnitude.front() == '.')) return {};
   double number = 0;
   const char* const end = magnitude.data() + magnitude.size();

@@ -69,7 +69,7 @@ class SimulatedLocationManager : public LocationManager {
 
   const std::shared_ptr<SimulatedLocationState> state_;
   LocationManagerDelegate* delegate_ = nullptr;
-  /// What the delegate has heard last.
+  /// The permission that the delegate was told last; none before the first time.
   std::optional<AuthorizationStatus> told_;
   Settings settings_;
   std::optional<Location> lastReported_;

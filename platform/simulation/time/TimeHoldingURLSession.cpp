@@ -46,7 +46,8 @@ class TimeHoldingURLSession::Line : public std::enable_shared_from_this<Line> {
             completion(std::move(data), std::move(response), std::move(error));
             completion = nullptr;
           });
-          // Before the hold goes, so that time stands still until the last of the line is done.
+          // The next request is sent before the hold goes, so that time stands still until the last
+          // of the line is done.
           self->sendNext();
           hold = nullptr;
         });

@@ -14,7 +14,8 @@
 
 namespace ovinta::platform::simulation {
 
-/// What a `VirtualTime`, its clock, its queue and its holds share. The contracts stand there.
+/// What a `VirtualTime`, its clock, its queue and its holds share. Their contracts stand at those
+/// types.
 ///
 /// The main thread and the work of holds take turns: `mainWaits_` says that the main thread has
 /// nothing to do and waits; work begins only then, and its end clears the mark, as does the release
@@ -52,9 +53,10 @@ class VirtualTimeState {
   bool mayRunTask() const { return isTaskDue() && (!turnTaken_ || turnBlocked_); }
   bool isInTurn() const { return turnTaken_ && turnThread_ == std::this_thread::get_id(); }
   bool runDueTask(Lock& lock);
-  /// Looks at a condition, unlocked; false while work has its turn.
+  /// Whether the condition, which is looked at without the lock, holds; false while work has its
+  /// turn.
   bool holds(Lock& lock, const std::function<bool()>& condition);
-  /// Lets work take its turn until the main thread has something to look at, or the limit.
+  /// Lets work take its turn until the main thread has something to look at, or until the limit.
   void letOthersWork(Lock& lock, std::chrono::steady_clock::time_point limit);
 
   const std::thread::id mainThread_ = std::this_thread::get_id();
@@ -66,7 +68,7 @@ class VirtualTimeState {
   std::size_t holds_ = 0;
   bool mainWaits_ = false;
   bool turnTaken_ = false;
-  /// The work whose turn it is waits for a task.
+  /// Whether the work whose turn it is waits for a task.
   bool turnBlocked_ = false;
   std::thread::id turnThread_;
   bool driving_ = false;

@@ -6,9 +6,10 @@
 namespace ovinta::platform::simulation {
 namespace {
 
-/// Seconds after which an error is mostly forgotten.
+/// The time, in seconds, after which an error is mostly forgotten.
 constexpr double kCorrelationTime = 60;
-/// With a deviation of 1 along each axis two of three positions lie within this radius.
+/// The radius within which two of three positions lie when their deviation is 1 along each axis:
+/// the quantile of the Rayleigh distribution, sqrt(2 ln 3).
 constexpr double kRadiusOfTwoThirds = 1.48;
 constexpr double kMetresPerDegree = 111'195;
 

@@ -20,7 +20,8 @@ using xml::Range;
 constexpr std::string_view kTripNamespace = "urn:ovinta:trip";
 constexpr Range kLatitude{-90, 90};
 constexpr Range kLongitude{-180, 180};
-/// Each way beyond what any trip on Earth has, so that all that is computed of them stays finite.
+/// The limits of what a file may say, each beyond what any trip on Earth has, so that all that is
+/// computed of them stays finite.
 constexpr Range kMetres{0, 1e8};
 constexpr Range kMetresPerSecond{0, 1e8};
 constexpr Range kDecibels{0, 100};

@@ -17,17 +17,18 @@ class TripPath {
     double distanceAlong = 0;
   };
 
-  /// `points` must not be empty; any order.
+  /// `points` must not be empty, and may be in any order.
   TripPath(std::vector<TripPoint> points, const Geodesy& geodesy);
 
-  /// Before the first point the state at it, after the last the one there, standing still.
+  /// Where the device is at an instant. Before the first point it is the state there, after the
+  /// last one the state there, standing still.
   State at(TimeInterval offset) const;
 
   TimeInterval duration() const { return points_.back().offset; }
 
  private:
   std::vector<TripPoint> points_;
-  /// Metres from the first point to each.
+  /// The distance along the way, in metres, from the first point to each.
   std::vector<double> along_;
 };
 

@@ -13,7 +13,7 @@ namespace ovinta::platform::simulation {
 namespace {
 
 constexpr TimeInterval kPositionInterval = std::chrono::seconds(1);
-/// Nearer than this the path-loss model does not hold.
+/// The nearest distance, in metres, for which the path-loss model holds.
 constexpr double kNearestMetres = 0.1;
 
 RangedBeacon heard(const TripBeacon& beacon, double distance, GaussianNoise& noise) {
@@ -65,7 +65,7 @@ class TripPlayer::Run : public std::enable_shared_from_this<Run> {
 
   bool isFinished() const { return isFinished_; }
   TimeInterval duration() const { return duration_; }
-  /// Absent before the first step.
+  /// Where the device is as of the last step; absent before the first one.
   const std::optional<TripPath::State>& state() const { return state_; }
 
  private:

@@ -9,7 +9,7 @@
 namespace ovinta::platform::simulation::xml {
 namespace {
 
-/// Takes parts off the front of a text; remembers whether one was missing, and then takes no
+/// Takes parts off the front of a text. It remembers whether one was missing, and then takes no
 /// digits.
 class Scanner {
  public:
@@ -53,7 +53,7 @@ class Scanner {
   bool fine_ = true;
 };
 
-/// What a zone ("Z", "+01:30", nothing) is ahead of UTC.
+/// How far a zone ("Z", "+01:30", nothing) is ahead of UTC.
 std::chrono::minutes zone(Scanner& scanner) {
   if (scanner.atEnd() || scanner.take('Z')) return {};
   const bool isWest = scanner.take('-');

@@ -16,7 +16,7 @@ namespace ovinta::platform::simulation::xml {
 /// Thrown when a text is not what it should be.
 struct Malformed {
   std::string message;
-  /// Where; empty for nowhere in particular.
+  /// The place in the document; empty for nowhere in particular.
   pugi::xml_node node;
 };
 
@@ -31,7 +31,7 @@ std::string_view namespaceName(pugi::xml_node node);
 /// The children that are elements of that local name.
 std::vector<pugi::xml_node> children(pugi::xml_node parent, std::string_view name);
 
-/// The first of them, or the empty node.
+/// The first child that is an element of that local name, or the empty node.
 pugi::xml_node child(pugi::xml_node parent, std::string_view name);
 
 struct Range {

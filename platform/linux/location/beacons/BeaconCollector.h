@@ -28,7 +28,8 @@ class BeaconCollector {
     std::int64_t count = 0;
   };
 
-  /// By UUID, major and minor, which tell beacons apart; their Bluetooth addresses change.
+  /// The sightings by UUID, major and minor, which tell beacons apart; their Bluetooth addresses
+  /// change.
   std::map<std::tuple<UUID, std::uint16_t, std::uint16_t>, Sum> sums_;
 };
 

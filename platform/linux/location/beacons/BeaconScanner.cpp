@@ -71,7 +71,7 @@ class BeaconScanner::Scan {
     if (device != interfaces->end()) note(*path, device->second);
   }
 
-  /// Has the adapter discover, if it is one.
+  /// Has the object at the path discover, if it is an adapter.
   void use(const std::string& path, const BlueZInterfaces& interfaces) {
     if (!interfaces.contains(kBlueZAdapter) || adapters_.contains(path)) return;
     adapters_.emplace(path, std::make_unique<BlueZDiscovery>(
@@ -96,7 +96,7 @@ class BeaconScanner::Scan {
 
   void note(const std::string& path, const dbus::Properties& properties) {
     const auto sighting = devices_.note(path, properties);
-    // The last step: a listener may end this.
+    // This is the last step, because a listener may end the scan.
     if (sighting) scanner_.pass(*sighting);
   }
 
@@ -131,7 +131,7 @@ void BeaconScanner::remove(BeaconListener& listener) {
 }
 
 void BeaconScanner::pass(const BeaconSighting& sighting) {
-  // A copy: whoever hears may remove itself and others.
+  // A copy is walked, because a listener may remove itself and others.
   for (BeaconListener* const listener : std::vector(listeners_)) {
     if (std::ranges::find(listeners_, listener) != listeners_.end()) listener->hear(sighting);
   }

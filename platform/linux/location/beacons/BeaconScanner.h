@@ -14,7 +14,7 @@ namespace ovinta::platform::linuxos {
 class BeaconListener {
  public:
   virtual ~BeaconListener() = default;
-  /// Somebody has heard a beacon. May remove and destroy listeners.
+  /// Told of each sighting of a beacon. May remove and destroy listeners.
   virtual void hear(const BeaconSighting& sighting) = 0;
 };
 
@@ -37,7 +37,7 @@ class BeaconScanner {
   BeaconScanner& operator=(const BeaconScanner&) = delete;
   ~BeaconScanner();
 
-  /// Not owned; to be removed before its end.
+  /// Adds a listener, which is not owned and must be removed before it is destroyed.
   void add(BeaconListener& listener);
   void remove(BeaconListener& listener);
 
@@ -56,7 +56,7 @@ class BeaconScanner {
   const Settings settings_;
   bool hasLoggedRefusal_ = false;
   std::vector<BeaconListener*> listeners_;
-  /// There while somebody listens.
+  /// The scan under way; null while nobody listens.
   std::unique_ptr<Scan> scan_;
 };
 

@@ -48,7 +48,8 @@ void BeaconTracker::later(TimeInterval delay, void (BeaconTracker::*step)()) {
   scanner_->mainQueue()->asyncAfter(delay, lifetime_.guard([this, step] { (this->*step)(); }));
 }
 
-/// Not at once: who stops all regions and starts them again does not mean the adapter to rest.
+/// Has the tracker listen or rest, as its regions demand, soon but not at once: who stops all
+/// regions and starts them again does not mean the adapter to rest.
 void BeaconTracker::updateSoon() {
   if (!std::exchange(isUpdateScheduled_, true)) later(TimeInterval::zero(), &BeaconTracker::update);
 }
@@ -87,7 +88,7 @@ void BeaconTracker::reportRanging() {
   const auto handlers = handlers_;
   const auto life = lifetime_.watch();
   const auto beacons = collector_.take(scanner_->pathLossExponent());
-  // A copy: a handler may change what is ranged.
+  // A copy is walked, because a handler may change what is ranged.
   for (const BeaconRegion& region : std::vector(ranged_)) {
     if (std::ranges::find(ranged_, region) == ranged_.end()) continue;
     std::vector<RangedBeacon> heard;
@@ -104,7 +105,7 @@ void BeaconTracker::reportCrossings(const std::vector<BeaconRegion>& regions,
   const auto handlers = handlers_;
   const auto life = lifetime_.watch();
   for (const BeaconRegion& region : regions) {
-    // A handler may have stopped it since.
+    // A handler may have stopped this region since.
     if (!monitor_.contains(region)) continue;
     handlers->onCrossed(region, event);
     if (life.expired()) return;
@@ -113,7 +114,7 @@ void BeaconTracker::reportCrossings(const std::vector<BeaconRegion>& regions,
 
 void BeaconTracker::hear(const BeaconSighting& sighting) {
   if (!isEnabled_) return;
-  // Nobody would take what nobody ranges.
+  // While nothing is ranged, nobody would take what the collector gathers.
   if (!ranged_.empty()) collector_.add(sighting);
   const IBeacon& beacon = sighting.beacon;
   const auto entered = monitor_.hear({beacon.proximityUUID, beacon.major, beacon.minor});

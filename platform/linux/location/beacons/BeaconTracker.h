@@ -33,7 +33,8 @@ class BeaconTracker : private BeaconListener {
   BeaconTracker& operator=(const BeaconTracker&) = delete;
   ~BeaconTracker() override;
 
-  /// Off at first. While it is off nothing is found, and what was entered stays so.
+  /// Switches the tracker on or off; it is off at first. While it is off nothing is found, and a
+  /// region that was entered stays so.
   void setEnabled(bool enabled);
 
   void startRanging(const BeaconRegion& region);

@@ -36,8 +36,8 @@ std::optional<BeaconSighting> BlueZDevices::note(const std::string& path,
   const auto found = beacons_.find(path);
   if (!rssi || found == beacons_.end()) return std::nullopt;
   BeaconSighting sighting{found->second, std::nullopt};
-  // No receiver hears less than the weakest; 127 stands for unknown, and nothing real is heard at
-  // 1 mW or more.
+  // Other numbers are no strength: no receiver hears less than the weakest, 127 stands for unknown,
+  // and nothing real is heard at 1 mW or more.
   constexpr std::int16_t kWeakest = -127;
   if (*rssi >= kWeakest && *rssi < 0) sighting.rssi = *rssi;
   return sighting;

@@ -11,8 +11,8 @@ namespace {
 constexpr std::string_view kNotReady = "org.bluez.Error.NotReady";
 constexpr std::string_view kInProgress = "org.bluez.Error.InProgress";
 
-/// Without a filter BlueZ tells of a strength only when it has changed a lot. One by services, on
-/// the other hand, would drop beacons, which offer none.
+/// The filter of the discovery. Without one BlueZ tells of a strength only when it has changed a
+/// lot; one by services would drop beacons, which offer none.
 dbus::Properties filter() {
   return {{"Transport", dbus::write("le")}, {"DuplicateData", dbus::write(true)}};
 }
@@ -45,7 +45,8 @@ void BlueZDiscovery::ask() {
 }
 
 void BlueZDiscovery::stop() {
-  // What seems to have failed may run all the same, when the answer was late.
+  // The adapter is told to stop unless it is idle, because a start that seems to have failed may
+  // have come about when the answer was late.
   if (std::exchange(step_, Step::idle) == Step::idle) return;
   tellToStop(bus_, settings_.adapter);
 }
@@ -80,7 +81,8 @@ void BlueZDiscovery::startFiltered() {
              [this, life = lifetime_.watch(), bus = std::weak_ptr(bus_),
               adapter = settings_.adapter](const dbus::Reply& reply) {
                if (!life.expired()) return noteStarted(reply);
-               // While it had not answered, BlueZ refused to stop.
+               // BlueZ refuses to stop what it has not answered yet, so the start that came through
+               // after the end is stopped here.
                if (const auto found = bus.lock()) tellToStop(found, adapter);
              });
 }
@@ -89,7 +91,8 @@ void BlueZDiscovery::noteStarted(const dbus::Reply& reply) {
   const std::string error = reply.failure ? reply.failure->name : "";
   step_ = Step::idle;
   if (isPowered_) {
-    // An application has one discovery, which an answer that came too late may have started.
+    // The discovery runs also where BlueZ says that it is in progress: an application has one
+    // discovery, which an earlier start may have begun whose answer came too late.
     const bool runs = error.empty() || (error == kInProgress && isDiscovering_);
     if (runs) {
       step_ = Step::running;

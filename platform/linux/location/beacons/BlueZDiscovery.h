@@ -26,7 +26,7 @@ class BlueZDiscovery {
   BlueZDiscovery(std::shared_ptr<dbus::Bus> systemBus, std::shared_ptr<MainQueue> mainQueue,
                  Settings settings);
 
-  /// Has the adapter rest; to be followed by the destruction. An adapter that is gone is not asked.
+  /// Has the adapter rest; the destruction is to follow. An adapter that is gone is not asked.
   void stop();
 
  private:
@@ -46,7 +46,7 @@ class BlueZDiscovery {
   const std::shared_ptr<MainQueue> mainQueue_;
   const Settings settings_;
   Step step_ = Step::idle;
-  /// What the adapter last said of its power and of its discovery.
+  /// Whether the adapter is powered and whether it discovers, as it last said.
   bool isPowered_ = false;
   bool isDiscovering_ = false;
   dbus::Service service_;

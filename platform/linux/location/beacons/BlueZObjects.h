@@ -10,7 +10,7 @@ inline constexpr const char* kBlueZName = "org.bluez";
 inline constexpr const char* kBlueZAdapter = "org.bluez.Adapter1";
 inline constexpr const char* kBlueZDevice = "org.bluez.Device1";
 
-/// BlueZ's objects are all told by one of them.
+/// The object of BlueZ that tells of all others.
 inline constexpr const char* kBlueZRoot = "/";
 inline constexpr const char* kObjectManager = "org.freedesktop.DBus.ObjectManager";
 inline constexpr const char* kGetObjects = "GetManagedObjects";
@@ -19,7 +19,7 @@ inline constexpr const char* kGetObjects = "GetManagedObjects";
 using BlueZInterfaces = std::map<Glib::ustring, dbus::Properties>;
 using BlueZObjects = std::map<dbus::ObjectPath, BlueZInterfaces>;
 
-/// The answer to `kGetObjects`; none after a failure.
+/// BlueZ's objects by their paths, read out of the answer to `kGetObjects`; none after a failure.
 inline BlueZObjects readBlueZObjects(const dbus::Reply& reply) {
   return dbus::read<BlueZObjects>(reply.values, 0).value_or(BlueZObjects());
 }

@@ -7,7 +7,7 @@
 namespace ovinta::platform::linuxos {
 namespace {
 
-/// The kind of message, and how many bytes follow.
+/// What a beacon's data begin with: the kind of message, and how many bytes follow.
 constexpr std::array<std::uint8_t, 2> kPrefix{0x02, 21};
 constexpr std::size_t kSize = kPrefix.size() + kPrefix[1];
 

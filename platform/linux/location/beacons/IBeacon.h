@@ -16,7 +16,7 @@ struct IBeacon {
   UUID proximityUUID;
   std::uint16_t major = 0;
   std::uint16_t minor = 0;
-  /// Strength at a distance of 1 m, in dBm.
+  /// The strength at a distance of 1 m, in dBm.
   std::int8_t measuredPower = 0;
 
   friend bool operator==(const IBeacon&, const IBeacon&) = default;

@@ -11,16 +11,17 @@
 
 namespace ovinta::platform::linuxos {
 
-/// GeoClue 2. Each stream is a client of its own, made when the stream begins and deleted with it.
+/// Positions from GeoClue 2. Each stream is a client of its own, made when the stream begins and
+/// deleted with it.
 class GeoClueProvider : public PositionProvider {
  public:
   struct Options {
     /// The name of the application's desktop file, which is how GeoClue knows it.
     std::string desktopID;
-    /// Says who is a component of the system.
+    /// The configuration of GeoClue, which says who is a component of the system.
     std::filesystem::path configuration = "/etc/geoclue/geoclue.conf";
-    /// After which silence means that nobody has decided: GeoClue answers only when somebody is
-    /// there to ask the user, and then when the user does. The answer is awaited on.
+    /// The time of silence after which nobody counts as having decided: GeoClue answers only when
+    /// somebody is there to ask the user, and then when the user does. The answer is still awaited.
     std::chrono::milliseconds answerTimeout = std::chrono::seconds(30);
     /// The time from an attempt that failed to the next one.
     TimeInterval retryInterval = std::chrono::seconds(15);

@@ -11,7 +11,8 @@ namespace {
 constexpr const char* kClient = "org.freedesktop.GeoClue2.Client";
 constexpr const char* kLocation = "org.freedesktop.GeoClue2.Location";
 
-/// What a failure to get a client, or to start it, says. All refusals have one name.
+/// What a failure to get a client, or to start it, says of the permission. All refusals have one
+/// name.
 PositionAccess accessAfter(const dbus::Failure& failure) {
   if (failure.name != dbus::kAccessDenied) return PositionAccess::absent;
   return failure.message.starts_with("Geolocation disabled") ? PositionAccess::off
@@ -22,7 +23,8 @@ dbus::MethodCall managerCall(const char* method, Glib::VariantContainerBase argu
   return {kGeoClueName, kGeoClueManagerPath, kGeoClueManager, method, std::move(arguments)};
 }
 
-/// Nobody waits for the answer, and another GeoClue than the one that made it does not know it.
+/// Deletes a client. Nobody waits for the answer, and another GeoClue than the one that made the
+/// client does not know it.
 void deleteClient(dbus::Bus& bus, const std::string& client) {
   auto call = managerCall("DeleteClient", dbus::arguments(dbus::ObjectPath(client)));
   call.startsService = false;
@@ -98,7 +100,7 @@ void GeoClueStream::use(std::string client) {
     attempts_.succeeded();
     report(settings_.granted);
   };
-  // It may be only now that the user is asked.
+  // There is no time limit, because it may be only now that the user is asked.
   service_->call(client_, kClient, "Start", {}, started, dbus::kNoTimeout);
 }
 
@@ -115,7 +117,8 @@ void GeoClueStream::failed(const dbus::Failure& failure) {
 }
 
 void GeoClueStream::noteActive(bool isActive) {
-  // The user's switch; at the start the answer to it tells the same.
+  // This is the user's switch. At the start nothing is told of it, because the answer to the start
+  // tells the same.
   if (attempts_.hasSucceeded()) report(isActive ? settings_.granted : PositionAccess::off);
 }
 
@@ -124,7 +127,7 @@ void GeoClueStream::update(const dbus::Signal& signal) {
   if (!path) return;
   service_->getProperties(path->raw(), kLocation, [this](const dbus::Properties& properties) {
     const auto location = readPosition(properties);
-    // A copy: the handler may destroy this.
+    // A copy is called, because the handler may destroy the stream.
     const auto handler = handlers_.onLocation;
     if (location) handler(*location);
   });

@@ -40,7 +40,8 @@ std::optional<Location> readFix(const gps_data_t& data) {
   return location;
 }
 
-/// The library itself does not notice while it holds part of a line.
+/// Whether gpsd has closed the connection, which libgps does not notice while it holds part of a
+/// line.
 bool hasHungUp(int socket) {
   char next = 0;
   return recv(socket, &next, 1, MSG_PEEK | MSG_DONTWAIT) == 0;
@@ -57,7 +58,7 @@ struct GpsdConnection::Session {
   }
 
   gps_data_t data{};
-  /// Null while it is not open.
+  /// The source that watches the connection; null while that is not open.
   GSource* source = nullptr;
 };
 
@@ -68,7 +69,7 @@ GpsdConnection::~GpsdConnection() = default;
 bool GpsdConnection::open(const std::string& host, const std::string& port) {
   session_ = std::make_unique<Session>();
   if (gps_open(host.c_str(), port.c_str(), &session_->data) != 0) return false;
-  // The library would end the process over a descriptor that `select` cannot take.
+  // libgps would end the process over a descriptor that `select` cannot take.
   if (session_->data.gps_fd >= FD_SETSIZE) {
     gps_close(&session_->data);
     return false;
@@ -90,16 +91,16 @@ bool GpsdConnection::open(const std::string& host, const std::string& port) {
 void GpsdConnection::close() { session_ = nullptr; }
 
 void GpsdConnection::readAll() {
-  // The library keeps lines back that the descriptor does not tell of any more.
+  // libgps keeps lines back of which the descriptor does not tell, so all of them are read.
   do {
-    // What a line does not tell is not told again.
+    // The marks are cleared, so that what a line does not tell is not told a second time.
     session_->data.set = 0;
     const int count = gps_read(&session_->data, nullptr, 0);
     if (count < 0 || (count == 0 && hasHungUp(session_->data.gps_fd))) {
       close();
       return handlers_.onEnd();
     }
-    // Part of a line: the descriptor tells of the rest.
+    // This was part of a line; the descriptor will tell of the rest.
     if (count == 0) return;
     if ((session_->data.set & VERSION_SET) != 0) {
       handlers_.onVersion(session_->data.version.release);

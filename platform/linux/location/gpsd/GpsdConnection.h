@@ -14,9 +14,9 @@ class GpsdConnection {
  public:
   struct Handlers {
     std::function<void(const Location&)> onLocation;
-    /// gpsd's greeting.
+    /// Told of gpsd's version, which its greeting holds.
     std::function<void(const std::string& version)> onVersion;
-    /// The connection has ended, or could not be made.
+    /// Told when the connection has ended.
     std::function<void()> onEnd;
   };
 
@@ -25,7 +25,7 @@ class GpsdConnection {
   GpsdConnection(const GpsdConnection&) = delete;
   GpsdConnection& operator=(const GpsdConnection&) = delete;
 
-  /// Whether gpsd answers; without it, `onEnd` is not called.
+  /// Opens the connection; false, and `onEnd` is not called, when gpsd does not answer.
   bool open(const std::string& host, const std::string& port);
   void close();
 

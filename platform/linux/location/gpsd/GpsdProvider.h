@@ -9,8 +9,9 @@
 
 namespace ovinta::platform::linuxos {
 
-/// gpsd, which lets everybody in. Each stream is a connection of its own, on a thread of its own. A
-/// fix with half the uncertainty of the last one passes the distance filter wherever it lies.
+/// Positions from gpsd, which lets everybody in. Each stream is a connection of its own, on a
+/// thread of its own. A fix with half the uncertainty of the last one passes the distance filter
+/// wherever it lies.
 class GpsdProvider : public PositionProvider {
  public:
   struct Options {
@@ -25,7 +26,8 @@ class GpsdProvider : public PositionProvider {
   GpsdProvider(std::shared_ptr<MainQueue> mainQueue, std::shared_ptr<Geodesy> geodesy,
                Options options);
 
-  /// Whether gpsd is there shows only when a stream begins; until then it is believed.
+  /// Tells that the service is there: whether it is shows only when a stream begins, and until then
+  /// it is believed.
   void findService(std::function<void(bool)> handler) override;
   std::unique_ptr<PositionStream> open(double distanceFilter, PositionHandlers handlers) override;
 
@@ -33,7 +35,7 @@ class GpsdProvider : public PositionProvider {
   const std::shared_ptr<MainQueue> mainQueue_;
   const std::shared_ptr<Geodesy> geodesy_;
   const Options options_;
-  /// Shared by all streams.
+  /// Whether the log was told of a failure, which all streams of the provider share.
   const std::shared_ptr<bool> hasLogged_ = std::make_shared<bool>(false);
 };
 

@@ -12,7 +12,8 @@ inline constexpr const char* kPortalName = "org.freedesktop.portal.Desktop";
 inline constexpr const char* kPortalPath = "/org/freedesktop/portal/desktop";
 inline constexpr const char* kPortalLocation = "org.freedesktop.portal.Location";
 
-/// The location portal, for applications in a sandbox. It asks the user at the first time.
+/// Positions from the location portal, for applications in a sandbox. It asks the user at the first
+/// time.
 class PortalProvider : public PositionProvider {
  public:
   PortalProvider(std::shared_ptr<dbus::Bus> sessionBus, std::shared_ptr<MainQueue> mainQueue,
