@@ -20,8 +20,11 @@ ErrorPtr logRefusal(const Context& context, Type type) {
   return error;
 }
 
-/// What a notification carries of an error: nothing when there is none.
-inline std::any objectOf(const ErrorPtr& error) { return error ? std::any(error) : std::any(); }
+/// Posts a notification that carries the error, or nothing when there is none.
+inline void postError(const Context& context, platform::NotificationName name,
+                      const ErrorPtr& error) {
+  context.post(name, error ? std::any(error) : std::any());
+}
 
 /// Tells a callback, if there is one, of an error; what it receives besides is absent.
 template <class... Parameters>

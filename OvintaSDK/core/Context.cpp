@@ -42,10 +42,6 @@ platform::PersistentContainer& Context::persistentContainer() {
   });
 }
 
-const Dates& Context::dates() {
-  return dates_.get([this] { return std::make_shared<const Dates>(services().dateFormatters); });
-}
-
 std::optional<std::string> Context::setting(UserDefaultsKey key) const {
   return stringForKey(*services().settings, key);
 }

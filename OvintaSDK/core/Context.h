@@ -20,13 +20,15 @@ namespace ovinta {
 
 /// What the managers of one library share: the platform's services, the application's tokens, and
 /// what is made once from them, each part on first use. Knows no manager. May be used from any
-/// thread. Several may live in one process. It must outlive the requests in flight.
+/// thread. Several may live in one process. Whatever works with one shares it.
 class Context {
  public:
   /// `services` is asked each time, so that the services may be installed after the context is
-  /// made; what it answers must stay valid for as long as the context lives.
+  /// made; what it answers must stay valid for as long as the context lives, which is until the
+  /// last request in flight has ended.
   explicit Context(std::function<const platform::Services&()> services)
-      : services_(std::move(services)) {}
+      : services_(std::move(services)),
+        dates_([this] { return this->services().dateFormatters; }) {}
   Context(const Context&) = delete;
   Context& operator=(const Context&) = delete;
 
@@ -47,7 +49,7 @@ class Context {
   /// The order store. A missing model or a store that cannot be loaded ends the process.
   platform::PersistentContainer& persistentContainer();
 
-  const Dates& dates();
+  const Dates& dates() const { return dates_; }
 
   /// The text kept under the key, or its registered default, or absent.
   std::optional<std::string> setting(UserDefaultsKey key) const;
@@ -66,7 +68,7 @@ class Context {
   Lazy<platform::OperationQueue> apiQueue_;
   Lazy<platform::OperationQueue> storeQueue_;
   Lazy<platform::PersistentContainer> persistentContainer_;
-  Lazy<const Dates> dates_;
+  const Dates dates_;
 };
 
 using ContextPtr = std::shared_ptr<Context>;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 
 #include "OvintaSDK/core/Lazy.h"
@@ -11,8 +12,10 @@ namespace ovinta {
 /// use. May be used from any thread.
 class Dates {
  public:
-  explicit Dates(std::shared_ptr<platform::DateFormatterFactory> formatters)
-      : formatters_(std::move(formatters)) {}
+  using FormatterSource = std::function<std::shared_ptr<platform::DateFormatterFactory>()>;
+
+  /// The source is asked when a formatter is made.
+  explicit Dates(FormatterSource formatters) : formatters_(std::move(formatters)) {}
 
   /// The form of the instants of a pickup window: in the device's locale, zone and calendar, the
   /// offset without a colon.
@@ -21,7 +24,7 @@ class Dates {
   const platform::DateFormatter& service() const;
 
  private:
-  const std::shared_ptr<platform::DateFormatterFactory> formatters_;
+  const FormatterSource formatters_;
   mutable Lazy<const platform::DateFormatter> pickupWindow_;
   mutable Lazy<const platform::DateFormatter> service_;
 };

@@ -8,9 +8,6 @@ namespace ovinta {
 
 template class ManagerError<CustomerManagerErrorType>;
 
-CustomerManager::CustomerManager(std::shared_ptr<Customers> customers)
-    : customers_(std::move(customers)) {}
-
 CustomerManager::~CustomerManager() = default;
 
 CustomerPtr CustomerManager::current() const { return customers_->current(); }

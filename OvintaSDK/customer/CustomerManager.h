@@ -3,6 +3,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "../../platform/Export.h"
 #include "OvintaSDK/api/OvintaError.h"
@@ -14,6 +15,7 @@
 namespace ovinta {
 
 class Customers;
+class Library;
 
 /// Receives the customer or the error, exactly one of them not null.
 using CustomerCallback = std::function<void(CustomerPtr, ErrorPtr)>;
@@ -36,8 +38,6 @@ class OVINTA_EXPORT CustomerManager {
   /// One of the application's own, which loads `current` from the settings store; from then on its
   /// `current` is another variable than that of `Ovinta::customer()`.
   CustomerManager();
-  /// For the library's own use.
-  explicit CustomerManager(std::shared_ptr<Customers> customers);
   ~CustomerManager();
   CustomerManager(const CustomerManager&) = delete;
   CustomerManager& operator=(const CustomerManager&) = delete;
@@ -85,6 +85,10 @@ class OVINTA_EXPORT CustomerManager {
   void signOut();
 
  private:
+  friend class Library;
+  explicit CustomerManager(std::shared_ptr<Customers> customers)
+      : customers_(std::move(customers)) {}
+
   const std::shared_ptr<Customers> customers_;
 };
 

@@ -37,7 +37,8 @@ struct OrderEventType {
 
 /// One report from the customer's device to the service about an order. Absent fields are not sent.
 /// An event never changes, and any thread may make and read one; a variable that holds one may be
-/// given another event as a whole. To send one, call `OrdersManager::event`.
+/// given another event as a whole. The library makes and sends them: see `OrdersManager::event` and
+/// `rateOrder`.
 class OVINTA_EXPORT OrderEvent {
  private:
   struct Fields {

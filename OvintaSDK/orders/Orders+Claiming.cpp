@@ -19,7 +19,7 @@ void Orders::fetchWithRedemptionCode(const std::string& redemptionCode, OrderCal
   if (!api) {
     const ErrorPtr error = recordRefusal(OrdersManagerErrorType::loadingApiUrl);
     tellError(callback, error);
-    return context_->post(SDKNotification::ordersError, objectOf(error));
+    return postError(*context_, SDKNotification::ordersError, error);
   }
   context_->log("Getting order using redemption code");
   api->send<GetOrderWithCodeOperation>(

@@ -82,7 +82,8 @@ void Orders::send(OrderEvent event, EventHandler handler) {
   if (!api) return;
   const CustomerPtr customer = currentCustomer();
   if (!customer) return;
-  const auto onGone = [self = shared_from_this()](const OrderEvent& sent) { self->markGone(sent); };
+  const auto onGone = [followed = followed_ ? followed_() : shared_from_this()](
+                          const OrderEvent& sent) { followed->markGone(sent); };
   api->send<CreateOrderEventOperation>(customer, std::move(event), onGone, std::move(handler));
 }
 
@@ -92,7 +93,7 @@ void Orders::finishEvent(const OrderEvent& event, bool accepted, const ErrorPtr&
     context_->log("Successfully created order event");
   } else {
     context_->log("Got an error creating order event");
-    context_->post(SDKNotification::orderEventError, objectOf(error));
+    postError(*context_, SDKNotification::orderEventError, error);
   }
   const OrderPtr order = find(event.orderID);
   if (!error && order && applyEvent(event, *order)) announce(order);

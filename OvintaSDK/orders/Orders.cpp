@@ -52,7 +52,7 @@ void Orders::fetch(OrdersCallback callback) {
   const auto refuse = [this, &callback](OrdersManagerErrorType type) {
     const ErrorPtr error = recordRefusal(type);
     tellError(callback, error);
-    context_->post(SDKNotification::ordersError, objectOf(error));
+    postError(*context_, SDKNotification::ordersError, error);
   };
   const CustomerPtr customer = currentCustomer();
   if (!customer) return refuse(OrdersManagerErrorType::loadingCustomer);
@@ -84,7 +84,7 @@ void Orders::finishFetch(const std::optional<OrderList>& orders, const ErrorPtr&
     context_->post(SDKNotification::ordersUpdated, *orders);
     updateOrdersWithNoPushToken();
   } else {
-    context_->post(SDKNotification::ordersError, objectOf(error));
+    postError(*context_, SDKNotification::ordersError, error);
   }
   isFetching_ = false;
 }
@@ -96,9 +96,11 @@ void Orders::adopt(const OrderList& orders) {
 }
 
 void Orders::rebuildOpen() {
-  std::optional<OrderList> old;
+  // What may be the last to hold an order outlives the lock.
+  std::optional<OrderList> orders, old;
   const std::scoped_lock lock(rebuildingOpen_);
-  if (const auto orders = all()) old = open_.exchange(openOrders(*orders));
+  orders = all();
+  if (orders) old = open_.exchange(openOrders(*orders));
 }
 
 OrderPtr Orders::find(std::int64_t id) const { return findOrder(all(), id); }

@@ -17,9 +17,13 @@ class Customers;
 /// What an `OrdersManager` and its requests in flight share, with all that it does.
 class Orders : public std::enable_shared_from_this<Orders> {
  public:
-  /// `customers` is asked when the customer is needed.
-  Orders(ContextPtr context, std::function<std::shared_ptr<Customers>()> customers)
-      : context_(std::move(context)), customers_(std::move(customers)) {}
+  /// `customers` is asked when the customer is needed, `followed` for those that learn that an
+  /// order is gone; without it these do.
+  Orders(ContextPtr context, std::function<std::shared_ptr<Customers>()> customers,
+         std::function<std::shared_ptr<Orders>()> followed = {})
+      : context_(std::move(context)),
+        customers_(std::move(customers)),
+        followed_(std::move(followed)) {}
 
   std::optional<OrderList> all() const { return all_.get(); }
   void setAll(std::optional<OrderList> orders);
@@ -101,10 +105,12 @@ class Orders : public std::enable_shared_from_this<Orders> {
 
   const ContextPtr context_;
   const std::function<std::shared_ptr<Customers>()> customers_;
+  const std::function<std::shared_ptr<Orders>()> followed_;
   /// Whether a fetch is in flight.
   std::atomic<bool> isFetching_ = false;
   std::mutex settingAll_;
-  /// The lists that `all` was set to and that are not in the store yet, oldest first.
+  /// The lists that `all` was set to and that are not in the store yet, oldest first; there is one
+  /// for each operation that the store's queue has.
   std::deque<OrderList> unsynced_;
   /// Held while `open` is rebuilt, so that whoever does so last does it from the latest `all`.
   std::mutex rebuildingOpen_;

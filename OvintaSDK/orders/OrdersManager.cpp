@@ -8,8 +8,6 @@ namespace ovinta {
 
 template class ManagerError<OrdersManagerErrorType>;
 
-OrdersManager::OrdersManager(std::shared_ptr<Orders> orders) : orders_(std::move(orders)) {}
-
 OrdersManager::~OrdersManager() = default;
 
 std::optional<OrderList> OrdersManager::all() const { return orders_->all(); }

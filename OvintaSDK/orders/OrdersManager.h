@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "../../platform/Date.h"
 #include "../../platform/Export.h"
@@ -20,6 +21,7 @@
 
 namespace ovinta {
 
+class Library;
 class Orders;
 
 /// Receives the order, or null and the error. After an event both may be null, or neither; see
@@ -54,8 +56,6 @@ class OVINTA_EXPORT OrdersManager {
   /// `Ovinta::customer()`. The user's location is followed for the orders of `Ovinta::orders()`
   /// alone.
   OrdersManager();
-  /// For the library's own use.
-  explicit OrdersManager(std::shared_ptr<Orders> orders);
   ~OrdersManager();
   OrdersManager(const OrdersManager&) = delete;
   OrdersManager& operator=(const OrdersManager&) = delete;
@@ -150,13 +150,16 @@ class OVINTA_EXPORT OrdersManager {
 
   /// Gives the open orders that have a redemption code and no push token the device's, here and at
   /// the service. How the requests end is not reported; without a device's token, a customer or a
-  /// base URL nothing happens.
+  /// base URL, whose absence is logged, nothing is sent.
   void updateOrdersWithNoPushToken();
   /// Gives the open orders that have a redemption code and another push token this one, likewise.
   /// It does not become the device's.
   void updatePushTokensWithNewPushToken(const std::string& pushToken);
 
  private:
+  friend class Library;
+  explicit OrdersManager(std::shared_ptr<Orders> orders) : orders_(std::move(orders)) {}
+
   const std::shared_ptr<Orders> orders_;
 };
 

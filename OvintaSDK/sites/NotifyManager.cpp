@@ -8,9 +8,6 @@ namespace ovinta {
 
 template class ManagerError<NotifyManagerErrorType>;
 
-NotifyManager::NotifyManager(std::shared_ptr<SiteNotifications> notifications)
-    : notifications_(std::move(notifications)) {}
-
 NotifyManager::~NotifyManager() = default;
 
 void NotifyManager::createForSites(const SiteList& sites, const NotificationInfo& notification,

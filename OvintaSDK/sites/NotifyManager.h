@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 #include <string_view>
+#include <utility>
 
 #include "../../platform/Export.h"
 #include "../../platform/Region.h"
@@ -16,6 +17,7 @@
 
 namespace ovinta {
 
+class Library;
 class SiteNotifications;
 
 /// Arranges local notifications that fire once, when the user enters the geofence of a site;
@@ -36,8 +38,6 @@ class OVINTA_EXPORT NotifyManager {
 
   /// One of the application's own, which does the same as `Ovinta::notify()`.
   NotifyManager();
-  /// For the library's own use.
-  explicit NotifyManager(std::shared_ptr<SiteNotifications> notifications);
   ~NotifyManager();
   NotifyManager(const NotifyManager&) = delete;
   NotifyManager& operator=(const NotifyManager&) = delete;
@@ -65,6 +65,10 @@ class OVINTA_EXPORT NotifyManager {
   bool isOvintaNotifyUserInfo(const platform::Dictionary& userInfo) const;
 
  private:
+  friend class Library;
+  explicit NotifyManager(std::shared_ptr<SiteNotifications> notifications)
+      : notifications_(std::move(notifications)) {}
+
   const std::shared_ptr<SiteNotifications> notifications_;
 };
 

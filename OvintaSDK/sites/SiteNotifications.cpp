@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "OvintaSDK/api/NumberText.h"
+#include "OvintaSDK/api/Refusal.h"
 #include "OvintaSDK/core/WithoutNulls.h"
 #include "OvintaSDK/model/SiteCoordinate.h"
 #include "OvintaSDK/sites/Sites.h"
@@ -11,7 +12,6 @@ namespace ovinta {
 namespace {
 
 using platform::UserNotificationRequest;
-using Requests = std::vector<UserNotificationRequest>;
 
 /// The error when the device may not be followed; null otherwise.
 ErrorPtr permissionError(const platform::LocationServices& location) {
@@ -22,7 +22,7 @@ ErrorPtr permissionError(const platform::LocationServices& location) {
   return std::make_shared<const NotifyManagerError>(NotifyManagerErrorType::noLocationPermission);
 }
 
-std::vector<std::string> ownIdentifiers(const Requests& pending) {
+std::vector<std::string> ownIdentifiers(const std::vector<UserNotificationRequest>& pending) {
   std::vector<std::string> identifiers;
   for (const UserNotificationRequest& request : pending) {
     if (SiteNotifications::isOwn(request.content.userInfo))
@@ -81,10 +81,7 @@ void SiteNotifications::createForSites(const SiteList& sites, const Notification
     error = std::make_shared<const NotifyManagerError>(
         NotifyManagerErrorType::reachedTheMaxNumberOfSites);
   }
-  if (error) {
-    if (callback) callback(error);
-    return;
-  }
+  if (error) return tellError(callback, error);
   Requests requests;
   for (const SitePtr& site : usable) {
     if (auto request = makeRequest(*site, notification)) requests.push_back(*std::move(request));
@@ -96,8 +93,7 @@ void SiteNotifications::createForSitesInRegion(const platform::CircularRegion& r
                                                const NotificationInfo& notification,
                                                SitesCallback callback) {
   if (const ErrorPtr error = permissionError(*context_->services().location)) {
-    if (callback) callback(std::nullopt, error);
-    return;
+    return tellError(callback, error);
   }
   sites_()->fetch(region, 1, std::int64_t{NotifyManager::kMaxNumberOfSites},
                   [self = shared_from_this(), notification, callback = std::move(callback)](

@@ -8,8 +8,6 @@ namespace ovinta {
 
 template class ManagerError<SitesManagerErrorType>;
 
-SitesManager::SitesManager(std::shared_ptr<Sites> sites) : sites_(std::move(sites)) {}
-
 SitesManager::~SitesManager() = default;
 
 std::optional<SiteList> SitesManager::all() const { return sites_->all(); }

@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "../../platform/Export.h"
 #include "../../platform/Region.h"
@@ -15,6 +16,7 @@
 
 namespace ovinta {
 
+class Library;
 class Sites;
 
 /// Receives the sites, none of them null, or the error.
@@ -37,8 +39,6 @@ class OVINTA_EXPORT SitesManager {
  public:
   /// One of the application's own, with a list of its own.
   SitesManager();
-  /// For the library's own use.
-  explicit SitesManager(std::shared_ptr<Sites> sites);
   ~SitesManager();
   SitesManager(const SitesManager&) = delete;
   SitesManager& operator=(const SitesManager&) = delete;
@@ -65,6 +65,9 @@ class OVINTA_EXPORT SitesManager {
              SitesCallback callback = {});
 
  private:
+  friend class Library;
+  explicit SitesManager(std::shared_ptr<Sites> sites) : sites_(std::move(sites)) {}
+
   const std::shared_ptr<Sites> sites_;
 };
 

@@ -1,6 +1,7 @@
 // Libraries of their own, and managers that go before their requests do.
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <functional>
 #include <memory>
 
@@ -75,7 +76,19 @@ TEST_F(LibraryTest, ManagersMayGoBeforeTheirRequests) {
   ConfigurationManager().fetch(tell());
   SitesManager().fetchAll("x", tell());
   NotifyManager().createForSitesInRegion(region, {}, tell());
-  EXPECT_NE(outcome({"told"}), "");
+  EXPECT_EQ(std::ranges::count(outcome({"told"}), '\n'), 5);
+}
+
+TEST_F(LibraryTest, AnOrderThatIsGoneIsSoForTheOrdersThatAreFollowed) {
+  signIn();
+  fetchOrders({requiredOrder(7)});
+  answer("POST", "m/v1/events", Answer::json(410, "{}"));
+  OrdersManager own;
+  own.setAll(OrderList{decodeOrder(requiredOrder(7))});
+  own.event(7, CustomerState::enRoute);
+  drain();
+  EXPECT_EQ(Ovinta::orders().all()->front()->state(), OrderState::gone);
+  EXPECT_NE(own.all()->front()->state(), OrderState::gone);
 }
 
 }  // namespace

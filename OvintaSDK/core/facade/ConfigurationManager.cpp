@@ -6,9 +6,6 @@
 
 namespace ovinta {
 
-ConfigurationManager::ConfigurationManager(std::shared_ptr<Context> context)
-    : context_(std::move(context)) {}
-
 ConfigurationManager::~ConfigurationManager() = default;
 
 void ConfigurationManager::fetch(ConfigurationCallback callback) {

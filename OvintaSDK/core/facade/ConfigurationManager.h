@@ -3,6 +3,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <utility>
 
 #include "../../../platform/Export.h"
 #include "../../../platform/Value.h"
@@ -11,6 +12,7 @@
 namespace ovinta {
 
 class Context;
+class Library;
 
 /// Receives the configuration, absent when the service has none, or the error: a null error is a
 /// success.
@@ -22,8 +24,6 @@ class OVINTA_EXPORT ConfigurationManager {
  public:
   /// One of the application's own, which does the same as `Ovinta::config()`.
   ConfigurationManager();
-  /// For the library's own use.
-  explicit ConfigurationManager(std::shared_ptr<Context> context);
   ~ConfigurationManager();
   ConfigurationManager(const ConfigurationManager&) = delete;
   ConfigurationManager& operator=(const ConfigurationManager&) = delete;
@@ -37,6 +37,9 @@ class OVINTA_EXPORT ConfigurationManager {
   void fetch(ConfigurationCallback callback = {});
 
  private:
+  friend class Library;
+  explicit ConfigurationManager(std::shared_ptr<Context> context) : context_(std::move(context)) {}
+
   const std::shared_ptr<Context> context_;
 };
 

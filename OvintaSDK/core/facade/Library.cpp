@@ -60,24 +60,28 @@ void Library::replaceProcess() {
 }
 
 OrdersManager& Library::orders() {
-  return ordersManager_.get([this] { return std::make_shared<OrdersManager>(orders_()); });
+  return ordersManager_.get(
+      [this] { return std::unique_ptr<OrdersManager>(new OrdersManager(orders_())); });
 }
 
 CustomerManager& Library::customer() {
-  return customerManager_.get([this] { return std::make_shared<CustomerManager>(customers_()); });
+  return customerManager_.get(
+      [this] { return std::unique_ptr<CustomerManager>(new CustomerManager(customers_())); });
 }
 
 SitesManager& Library::sites() {
-  return sitesManager_.get([this] { return std::make_shared<SitesManager>(sites_()); });
+  return sitesManager_.get(
+      [this] { return std::unique_ptr<SitesManager>(new SitesManager(sites_())); });
 }
 
 ConfigurationManager& Library::config() {
   return configurationManager_.get(
-      [this] { return std::make_shared<ConfigurationManager>(context_); });
+      [this] { return std::unique_ptr<ConfigurationManager>(new ConfigurationManager(context_)); });
 }
 
 NotifyManager& Library::notify() {
-  return notifyManager_.get([this] { return std::make_shared<NotifyManager>(notifications_()); });
+  return notifyManager_.get(
+      [this] { return std::unique_ptr<NotifyManager>(new NotifyManager(notifications_())); });
 }
 
 void Library::makeLocationUpdater() {
@@ -87,11 +91,13 @@ void Library::makeLocationUpdater() {
 }
 
 // The managers that an application makes for itself share the process's context: each has lists of
-// its own, and the customer and the armed notifications of all.
+// its own, and the customer and the armed notifications of all. An order that is gone is so for the
+// process's orders, which the user's location is followed for.
 
 OrdersManager::OrdersManager()
-    : OrdersManager(
-          std::make_shared<Orders>(Library::process().context_, Library::process().customers_)) {}
+    : OrdersManager(std::make_shared<Orders>(
+          Library::process().context_, Library::process().customers_, Library::process().orders_)) {
+}
 
 CustomerManager::CustomerManager()
     : CustomerManager(std::make_shared<Customers>(Library::process().context_)) {}

@@ -22,7 +22,8 @@ class SitesManager;
 
 /// A context with its managers, each made on first use: what the facade `Ovinta` opens to the
 /// application. The only place that knows all managers. May be used from any thread save where
-/// noted. Several may live in one process; each must outlive its requests in flight.
+/// noted. Several may live in one process. Requests in flight may outlive it; one that follows the
+/// location is destroyed on the main thread, after the last task that the main queue has for it.
 class Library {
  public:
   /// Works on the services that `services` answers; see `Context`.
