@@ -93,7 +93,8 @@ struct StoreError {
 
 /// A transaction on an object store. Used by one thread at a time. What was done through it becomes
 /// visible to others, and permanent, as a whole when it is saved; dropped unsaved, it leaves no
-/// trace, and so does a process that dies before the save has returned.
+/// trace, and so does a process that dies before the save has returned. An error is final: whatever
+/// is asked afterwards fails with it, and nothing is stored.
 class ManagedObjectContext {
  public:
   virtual ~ManagedObjectContext() = default;

@@ -28,9 +28,9 @@ class InMemoryContext : public ManagedObjectContext {
       : store_(std::move(store)), model_(std::move(model)) {}
 
   std::optional<StoreError> executeBatchDelete(const FetchRequest& request) override {
-    auto error = check(request.entityName);
-    if (!error) deleted_.push_back(request.entityName);
-    return error;
+    if (!failure_) failure_ = check(request.entityName);
+    if (!failure_) deleted_.push_back(request.entityName);
+    return failure_;
   }
 
   void insert(std::shared_ptr<const ManagedObject> object) override {
@@ -39,8 +39,9 @@ class InMemoryContext : public ManagedObjectContext {
 
   std::optional<StoreError> save() override {
     for (const auto& object : inserted_) {
-      if (auto error = check(*object)) return error;
+      if (!failure_) failure_ = check(*object);
     }
+    if (failure_) return failure_;
     const std::lock_guard lock(store_->mutex);
     std::erase_if(store_->objects, [this](const auto& object) { return isDeleted(object); });
     for (const auto& object : inserted_) store_->objects.push_back(*object);
@@ -51,8 +52,9 @@ class InMemoryContext : public ManagedObjectContext {
 
   std::vector<ManagedObject> fetch(const FetchRequest& request, StoreError* error) override {
     std::vector<ManagedObject> found;
-    if (auto failure = check(request.entityName)) {
-      if (error) *error = *std::move(failure);
+    if (!failure_) failure_ = check(request.entityName);
+    if (failure_) {
+      if (error) *error = *failure_;
       return found;
     }
     const std::lock_guard lock(store_->mutex);
@@ -88,6 +90,8 @@ class InMemoryContext : public ManagedObjectContext {
   /// The entities whose records the next save deletes.
   std::vector<std::string> deleted_;
   std::vector<std::shared_ptr<const ManagedObject>> inserted_;
+  /// The first error.
+  std::optional<StoreError> failure_;
 };
 
 class InMemoryContainer : public PersistentContainer {

@@ -66,7 +66,7 @@ struct FixedDatesFactory : platform::DateFormatterFactory {
   }
 };
 
-/// URLs without a query, of characters that need no encoding.
+/// URLs of characters that need no encoding, given without a query.
 struct PlainURLs : platform::URLFormat {
   std::optional<platform::URL> parse(std::string_view text) const override {
     if (text.empty()) return std::nullopt;
