@@ -6,7 +6,7 @@
 namespace ovinta::platform::linuxos::dbus {
 namespace {
 
-/// Flags and answers of the bus's RequestName, as its specification numbers them.
+/// Flags and answers of the bus's RequestName, as D-Bus numbers them.
 constexpr std::uint32_t kNoFlags = 0, kDoNotQueue = 4;
 constexpr std::uint32_t kExists = 3;
 
