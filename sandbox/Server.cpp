@@ -16,11 +16,11 @@ namespace {
 /// at the end.
 constexpr std::chrono::seconds kFarewell{1};
 
-/// What a request is told that the HTTP library refuses.
+/// The answer to a request that the HTTP library refuses with that status.
 Answer explained(int status) {
   switch (status) {
     case 400:
-      return errorAnswer(status, "request", "is no HTTP");
+      return notHTTP();
     case 404:
       return errorAnswer(status, "path", "is unknown");
     default:
@@ -52,8 +52,9 @@ Sandbox::Server::Server(const Options& options)
 }
 
 std::optional<std::string> Sandbox::Server::start() {
-  const auto port = http_.start(wantedPort_, limits_,
-                                [this](const IncomingRequest& request) { logRefused(request); });
+  const auto port = http_.start(
+      wantedPort_, limits_,
+      [this](const RequestHead& head, const Answer& answer) { logRefused(head, answer); });
   if (!port) {
     return "Port " + std::to_string(wantedPort_) + " on 127.0.0.1 is taken or not allowed";
   }
@@ -63,7 +64,7 @@ std::optional<std::string> Sandbox::Server::start() {
 }
 
 void Sandbox::Server::stop() {
-  // Once the server stops it breaks off what is still being sent.
+  // The streams are ended first: once the server stops it breaks off what is still being sent.
   service_.pushes.close(kFarewell);
   http_.stopAll(kFarewell);
 }
@@ -71,7 +72,7 @@ void Sandbox::Server::stop() {
 void Sandbox::Server::addRoute(const Route& route) {
   add(route.method, std::string(route.pattern),
       [this, &route](const httplib::Request& request, const std::string& body, Reply& reply) {
-        finish(request, body, struck(route, request, body), reply);
+        finish(request, body, answerWithFault(route, request, body), reply);
       });
 }
 
@@ -86,7 +87,13 @@ void Sandbox::Server::addFallbacks() {
   const auto explain = [this](const httplib::Request& request, Reply& reply) {
     using enum httplib::Server::HandlerResponse;
     if (reply.has_header("Content-Type")) return Unhandled;
-    finish(request, {}, explained(reply.status), reply);
+    Answer answer = explained(reply.status);
+    if (Connection::of(request)) {
+      finish(request, {}, std::move(answer), reply);
+    } else {
+      // The library has refused the request before it was anybody's, and the server logs it.
+      reply.set_content(answer.body, answer.contentType);
+    }
     return Handled;
   };
   http_.set_error_handler(httplib::Server::HandlerWithResponse(explain));
@@ -94,26 +101,25 @@ void Sandbox::Server::addFallbacks() {
       [](const httplib::Request&, Reply& reply, const std::exception_ptr&) { reply.status = 500; });
 }
 
-void Sandbox::Server::logRefused(const IncomingRequest& request) {
-  const RequestHead& head = request.head();
+void Sandbox::Server::logRefused(const RequestHead& head, const Answer& answer) {
   if (head.method.empty() || isTesters(head.target)) return;
   service_.requests.add({.method = head.method,
                          .target = head.target,
                          .headers = head.fields,
-                         .status = request.refusal().status,
-                         .answerBody = request.refusal().body});
+                         .status = answer.status,
+                         .answerBody = answer.body});
 }
 
-void Sandbox::Server::add(std::string_view method, const std::string& pattern,
-                          const Handler& handler) {
+void Sandbox::Server::add(std::string_view method, const std::string& pattern, Handler handler) {
   const auto bare = [handler](const httplib::Request& request, Reply& reply) {
     handler(request, {}, reply);
   };
-  const auto reading = [this, handler](const httplib::Request& request, Reply& reply,
-                                       const httplib::ContentReader& read) {
+  const auto reading = [this, handler = std::move(handler)](const httplib::Request& request,
+                                                            Reply& reply,
+                                                            const httplib::ContentReader& read) {
     auto body = receiveBody(request, read, longestBody(request.path));
-    if (const auto* text = std::get_if<std::string>(&body)) return handler(request, *text, reply);
-    finish(request, {}, std::get<Answer>(std::move(body)), reply);
+    if (body) return handler(request, *body, reply);
+    finish(request, {}, std::move(body).error(), reply);
   };
   if (method == "GET") http_.Get(pattern, bare);
   if (method == "POST") http_.Post(pattern, reading);
@@ -122,8 +128,8 @@ void Sandbox::Server::add(std::string_view method, const std::string& pattern,
   if (method == "DELETE") http_.Delete(pattern, reading);
 }
 
-Answer Sandbox::Server::struck(const Route& route, const httplib::Request& request,
-                               const std::string& body) {
+Answer Sandbox::Server::answerWithFault(const Route& route, const httplib::Request& request,
+                                        const std::string& body) {
   // HEAD asks for no more than the head of what GET would be answered.
   const auto fault =
       request.method == route.method ? service_.faults.take(route) : std::optional<Fault>();
@@ -132,7 +138,7 @@ Answer Sandbox::Server::struck(const Route& route, const httplib::Request& reque
   auto place = kind.waits ? service_.waiting.take() : nullptr;
   if (kind.waits && !place) return tooManyWait();
   using enum FaultKind::Moment;
-  if (kind.moment == before && !pause(*fault)) return {.status = 0};
+  if (kind.moment == before && !pause(*fault, *Connection::of(request))) return {.status = 0};
   Answer result = kind.moment == instead ? Answer() : answer(route, request, body);
   const FaultKind::Place here{request.target, request.get_header_value("Host"), port_};
   if (kind.spoil) kind.spoil(fault->settings, here, result);
@@ -141,10 +147,10 @@ Answer Sandbox::Server::struck(const Route& route, const httplib::Request& reque
   return result;
 }
 
-bool Sandbox::Server::pause(const Fault& fault) const {
+bool Sandbox::Server::pause(const Fault& fault, const Connection& connection) const {
   const std::chrono::duration<double> seconds(*number(fault.settings.find("seconds")->second));
   const auto time = std::chrono::ceil<std::chrono::milliseconds>(seconds);
-  if (!pause_) return Connection::current().waitForHangUp(*fault.end, time);
+  if (!pause_) return connection.waitForHangUp(*fault.end, time);
   pause_(time);
   return true;
 }
@@ -159,8 +165,8 @@ Answer Sandbox::Server::answer(const Route& route, const httplib::Request& reque
   if (auto rejected = rejection(route.access, request, call.token)) return *std::move(rejected);
   if (route.body == Body::data) {
     Outcome data = dataOf(body);
-    if (const auto* refused = std::get_if<Refusal>(&data)) return answerFor(*refused);
-    call.data = std::get<platform::Dictionary>(std::move(data));
+    if (!data) return answerFor(data.error());
+    call.data = *std::move(data);
   }
   for (std::size_t group = 1; group < request.matches.size(); ++group) {
     call.parameters.push_back(request.matches[group].str());
@@ -185,15 +191,16 @@ std::optional<Answer> Sandbox::Server::rejection(Access access, const httplib::R
 
 void Sandbox::Server::finish(const httplib::Request& request, const std::string& body,
                              Answer answer, Reply& reply) {
+  Connection& connection = *Connection::of(request);
   if (!isTesters(request.path)) {
     service_.requests.add({.method = request.method,
                            .target = request.target,
-                           .headers = Connection::current().head().fields,
+                           .headers = connection.head().fields,
                            .body = body,
                            .status = answer.status,
                            .answerBody = answer.body});
   }
-  deliver(std::move(answer), reply);
+  deliver(std::move(answer), connection, reply);
 }
 
 }  // namespace ovinta::sandbox

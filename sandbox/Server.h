@@ -32,15 +32,16 @@ class Sandbox::Server {
 
   void addRoute(const Route& route);
   void addFallbacks();
-  /// Logs a request that no handler sees.
-  void logRefused(const IncomingRequest& request);
+  /// Logs a request that no handler sees, with what it is answered.
+  void logRefused(const RequestHead& head, const Answer& answer);
   /// Registers a handler that gets the body, empty when the request has none. A request whose body
   /// cannot be had is answered without it.
-  void add(std::string_view method, const std::string& pattern, const Handler& handler);
-  /// The route's answer, or what a fault makes of it.
-  Answer struck(const Route& route, const httplib::Request& request, const std::string& body);
-  /// Waits out a delay; answers whether there is still someone to answer then.
-  bool pause(const Fault& fault) const;
+  void add(std::string_view method, const std::string& pattern, Handler handler);
+  /// The route's answer, or what the fault makes of it that is set for the route's endpoint.
+  Answer answerWithFault(const Route& route, const httplib::Request& request,
+                         const std::string& body);
+  /// Waits out the fault's delay; answers whether there is still someone to answer then.
+  bool pause(const Fault& fault, const Connection& connection) const;
   Answer answer(const Route& route, const httplib::Request& request, const std::string& body);
   /// The answer to a request that the route must not see; absent for all others.
   std::optional<Answer> rejection(Access access, const httplib::Request& request,

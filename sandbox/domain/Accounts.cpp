@@ -2,9 +2,10 @@
 
 #include <algorithm>
 #include <array>
-#include <cctype>
 #include <string>
 #include <utility>
+
+#include "sandbox/domain/WireForms.h"
 
 namespace ovinta::sandbox {
 namespace {
@@ -66,27 +67,23 @@ constexpr std::array<FieldRule, 3> kNewPasswordRules = {{{"reset_password_token"
                                                          {"password", checkPassword, true},
                                                          {"confirmation", checkText, true}}};
 
-std::string inLowerCase(std::string_view text) {
-  std::string lower(text);
-  std::ranges::transform(lower, lower.begin(),
-                         [](unsigned char byte) { return static_cast<char>(std::tolower(byte)); });
-  return lower;
-}
+/// A customer's place among all; absent for a text that no customer is found by.
+using Place = std::optional<std::size_t>;
 
-const Dictionary* find(const World& world, const Index<std::size_t>& index, std::string_view text) {
+Place placeOf(const Index<std::size_t>& index, std::string_view text) {
   const auto found = index.find(text);
-  return found == index.end() ? nullptr : &world.customers[found->second];
+  return found == index.end() ? std::nullopt : std::optional(found->second);
 }
 
-const Dictionary* findByAddress(const World& world, std::string_view email) {
-  return find(world, world.customersByAddress, inLowerCase(email));
+Place placeByAddress(const World& world, std::string_view email) {
+  return placeOf(world.customersByAddress, inLowerCase(email));
 }
 
 const std::string& text(const Dictionary& record, std::string_view key) {
   return *platform::find<std::string>(record, key);
 }
 
-/// What the customers are found by.
+/// A field that customers are found by, and the index that leads from its text to their places.
 struct IndexedKey {
   std::string_view key;
   Index<std::size_t> World::*index;
@@ -98,31 +95,31 @@ constexpr std::array<IndexedKey, 3> kIndexedKeys = {
      {"reset_password_token", &World::customersByResetToken},
      {"email", &World::customersByAddress, true}}};
 
-/// What the customer is found by under that key; absent without such a field.
+/// The text under which the index of that key lists the customer; absent for a customer without the
+/// field.
 std::optional<std::string> indexText(const Dictionary& customer, const IndexedKey& key) {
   const auto* text = platform::find<std::string>(customer, key.key);
   if (!text) return std::nullopt;
   return key.ignoresCase ? inLowerCase(*text) : *text;
 }
 
-/// Changes the customer, and what they are found by.
+/// Changes the customer at that place, who is then found by the new texts in place of the old ones.
 template <class Change>
-Dictionary& change(World& world, const Dictionary& customer, Change make) {
-  const auto place = static_cast<std::size_t>(&customer - world.customers.data());
-  Dictionary& changed = world.customers[place];
+const Dictionary& change(World& world, std::size_t place, Change make) {
+  Dictionary& customer = world.customers[place];
   for (const IndexedKey& key : kIndexedKeys) {
-    if (const auto text = indexText(changed, key)) (world.*key.index).erase(*text);
+    if (const auto text = indexText(customer, key)) (world.*key.index).erase(*text);
   }
-  make(changed);
+  make(customer);
   for (const IndexedKey& key : kIndexedKeys) {
-    if (auto text = indexText(changed, key)) (world.*key.index).emplace(*std::move(text), place);
+    if (auto text = indexText(customer, key)) (world.*key.index).emplace(*std::move(text), place);
   }
-  return changed;
+  return customer;
 }
 
 const Dictionary& add(World& world, Dictionary customer) {
   world.customers.emplace_back();
-  return change(world, world.customers.back(),
+  return change(world, world.customers.size() - 1,
                 [&](Dictionary& added) { added = std::move(customer); });
 }
 
@@ -143,7 +140,8 @@ Dictionary passwordErrors(const Dictionary& info, std::span<const FieldRule> rul
 }  // namespace
 
 const Dictionary* findCustomer(const World& world, std::string_view token) {
-  return find(world, world.customersByToken, token);
+  const Place place = placeOf(world.customersByToken, token);
+  return place ? &world.customers[*place] : nullptr;
 }
 
 Dictionary shownCustomer(Dictionary customer) {
@@ -173,27 +171,29 @@ Outcome createCustomer(World& world, const Dictionary& info) {
 
 Outcome updateCustomer(World& world, std::string_view token, const Dictionary& info) {
   if (auto refused = invalid(fieldErrors(info, kDetailRules))) return *std::move(refused);
-  return shownCustomer(change(world, *findCustomer(world, token), [&](Dictionary& customer) {
-    copyFields(info, kDetailRules, customer);
-  }));
+  const Place place = placeOf(world.customersByToken, token);
+  return shownCustomer(change(
+      world, *place, [&](Dictionary& customer) { copyFields(info, kDetailRules, customer); }));
 }
 
 Outcome signUp(World& world, std::string_view token, const Dictionary& info) {
   if (auto refused = invalid(passwordErrors(info, kSignUpRules, "password_confirmation")))
     return *std::move(refused);
-  const Dictionary& found = *findCustomer(world, token);
-  if (found.contains("email")) return invalid("email", "of this customer is set already");
-  if (findByAddress(world, text(info, "email"))) return invalid("email", "is taken");
-  return shownCustomer(change(world, found, [&](Dictionary& customer) {
+  const Place place = placeOf(world.customersByToken, token);
+  if (world.customers[*place].contains("email")) {
+    return invalid("email", "of this customer is set already");
+  }
+  if (placeByAddress(world, text(info, "email"))) return invalid("email", "is taken");
+  return shownCustomer(change(world, *place, [&](Dictionary& customer) {
     copyFields(info, std::span(kSignUpRules).first<2>(), customer);
   }));
 }
 
 Outcome signIn(const World& world, const Dictionary& info) {
   if (auto refused = invalid(fieldErrors(info, kSignInRules))) return *std::move(refused);
-  const Dictionary* customer = findByAddress(world, text(info, "email"));
-  if (customer && text(*customer, "password") == text(info, "password")) {
-    return shownCustomer(*customer);
+  const Place place = placeByAddress(world, text(info, "email"));
+  if (place && text(world.customers[*place], "password") == text(info, "password")) {
+    return shownCustomer(world.customers[*place]);
   }
   return refusal(Refusal::Kind::unauthorized, "password",
                  fieldMessage("password", "or e-mail address is wrong"));
@@ -201,8 +201,8 @@ Outcome signIn(const World& world, const Dictionary& info) {
 
 Outcome requestPasswordReset(World& world, const Dictionary& info) {
   if (auto refused = invalid(fieldErrors(info, kResetRequestRules))) return *std::move(refused);
-  if (const Dictionary* customer = findByAddress(world, text(info, "email"))) {
-    change(world, *customer, [token = newToken(world)](Dictionary& changed) {
+  if (const Place place = placeByAddress(world, text(info, "email"))) {
+    change(world, *place, [token = newToken(world)](Dictionary& changed) {
       changed.insert_or_assign("reset_password_token", token);
     });
   }
@@ -212,10 +212,9 @@ Outcome requestPasswordReset(World& world, const Dictionary& info) {
 Outcome setNewPassword(World& world, const Dictionary& info) {
   if (auto refused = invalid(passwordErrors(info, kNewPasswordRules, "confirmation")))
     return *std::move(refused);
-  const Dictionary* found =
-      find(world, world.customersByResetToken, text(info, "reset_password_token"));
-  if (!found) return invalid("reset_password_token", "is unknown or used");
-  return shownCustomer(change(world, *found, [&](Dictionary& customer) {
+  const Place place = placeOf(world.customersByResetToken, text(info, "reset_password_token"));
+  if (!place) return invalid("reset_password_token", "is unknown or used");
+  return shownCustomer(change(world, *place, [&](Dictionary& customer) {
     customer.erase("reset_password_token");
     customer.insert_or_assign("password", text(info, "password"));
   }));

@@ -40,6 +40,6 @@ std::span<const FieldRule> customerRules();
 
 /// Adds a record that keeps to the rules, with a new token when it has none; or tells what speaks
 /// against it and adds nothing.
-std::optional<Refusal> restoreCustomer(World& world, platform::Dictionary customer);
+[[nodiscard]] std::optional<Refusal> restoreCustomer(World& world, platform::Dictionary customer);
 
 }  // namespace ovinta::sandbox

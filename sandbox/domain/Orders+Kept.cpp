@@ -67,7 +67,7 @@ std::int64_t newID(const World& world) {
                               : std::max(kFirstOrderID, world.orders.rbegin()->first + 1);
 }
 
-/// What speaks against the order beside the others; absent when nothing does.
+/// What speaks against adding the order to what the world holds; absent when nothing does.
 std::optional<Refusal> conflict(const World& world, const Dictionary& order) {
   if (!world.sites.contains(*platform::find<std::int64_t>(order, "site_id"))) {
     return invalid("site_id", "is unknown");

@@ -94,7 +94,7 @@ Outcome placeOrder(World& world, const Dictionary& info, std::string_view owner,
   return shownOrder(world, world.orders.rbegin()->second);
 }
 
-/// The order of that code; null when there is none. As changeable as the world is.
+/// The order of that code, to be changed if the world may be; null when there is none.
 auto* findByCode(auto& world, std::string_view code) {
   const auto found = world.ordersByCode.find(code);
   return found == world.ordersByCode.end() ? nullptr : &world.orders.find(found->second)->second;

@@ -49,6 +49,7 @@ std::span<const FieldRule> orderRules();
 
 /// Adds a record that keeps to the rules, with what every new order has where it lacks that; or
 /// tells what speaks against it and adds nothing.
-std::optional<Refusal> restoreOrder(World& world, platform::Dictionary order, platform::Date now);
+[[nodiscard]] std::optional<Refusal> restoreOrder(World& world, platform::Dictionary order,
+                                                  platform::Date now);
 
 }  // namespace ovinta::sandbox

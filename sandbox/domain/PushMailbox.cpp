@@ -8,7 +8,7 @@ namespace ovinta::sandbox {
 
 namespace {
 
-/// A payload, shared by the lines of all who listened when it came.
+/// A payload, shared by the lines of all listeners that were there when it came.
 struct Push {
   std::string payload;
   bool isTaken = false;
@@ -40,12 +40,12 @@ PushMailbox::Listener::~Listener() {
   std::erase(shared.lines, line_.get());
   shared.changed.notify_all();
   Pushes& left = line_->pushes;
-  // What others have in their lines is not lost.
+  // A push that is in another listener's line too is not lost.
   std::erase_if(left, [](const auto& push) { return push->isTaken || push.use_count() > 1; });
   if (left.empty()) return;
   const auto other = std::ranges::find(shared.lines, line_->pushToken, &Line::pushToken);
-  Pushes& heir = other == shared.lines.end() ? shared.waiting[line_->pushToken] : (*other)->pushes;
-  heir.insert(heir.begin(), left.begin(), left.end());
+  Pushes& next = other == shared.lines.end() ? shared.waiting[line_->pushToken] : (*other)->pushes;
+  next.insert(next.begin(), left.begin(), left.end());
 }
 
 std::optional<std::string> PushMailbox::Listener::next(std::chrono::milliseconds patience) {

@@ -32,7 +32,7 @@ class PushMailbox {
     /// Tells that the payload answered last has gone out.
     void taken();
 
-    /// Whether nothing will come any more.
+    /// Whether the mailbox has closed, so that no payload will come any more.
     bool isClosed() const;
 
    private:

@@ -3,9 +3,9 @@
 #include <string>
 #include <string_view>
 #include <utility>
-#include <variant>
 
 #include "platform/Value.h"
+#include "platform/portable/Expected.h"
 
 namespace ovinta::sandbox {
 
@@ -18,8 +18,10 @@ struct Refusal {
   platform::Dictionary errors;
 };
 
+using platform::portable::Expected;
+
 /// The record that results, or why there is none.
-using Outcome = std::variant<platform::Dictionary, Refusal>;
+using Outcome = Expected<platform::Dictionary, Refusal>;
 
 /// A refusal with one message for one field.
 inline Refusal refusal(Refusal::Kind kind, std::string_view field, std::string message) {

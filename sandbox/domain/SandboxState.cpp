@@ -18,9 +18,9 @@ bool SandboxState::hasCustomer(std::string_view token) const {
 
 std::optional<Refusal> SandboxState::restore(const platform::Dictionary& snapshot) {
   auto read = readSnapshot(snapshot, SeededGenerator(seed_), now_());
-  if (auto* refused = std::get_if<Refusal>(&read)) return std::move(*refused);
+  if (!read) return std::move(read).error();
   const std::lock_guard lock(mutex_);
-  world_ = std::get<World>(std::move(read));
+  world_ = *std::move(read);
   return std::nullopt;
 }
 

@@ -33,7 +33,7 @@ class SandboxState {
 
   /// Puts what the snapshot holds in place of all that is known; answers why not, having changed
   /// nothing, when it is not valid.
-  std::optional<Refusal> restore(const platform::Dictionary& snapshot);
+  [[nodiscard]] std::optional<Refusal> restore(const platform::Dictionary& snapshot);
 
   /// From now on `reset` leads to what is known at present.
   void keepAsStart();

@@ -8,7 +8,8 @@ std::string SeededGenerator::text(std::size_t length, std::string_view alphabet)
   return text;
 }
 
-// SplitMix64: a counter, well mixed; small, and free of the standard library's freedom to differ.
+// SplitMix64, a counter whose bits are well mixed: it is small, and gives the same numbers with
+// every standard library.
 std::uint64_t SeededGenerator::next() {
   state_ += 0x9E3779B97F4A7C15u;
   std::uint64_t mixed = state_;

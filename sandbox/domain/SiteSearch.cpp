@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cctype>
 #include <cstdint>
 #include <span>
 #include <utility>
@@ -59,17 +58,10 @@ double numberAt(const Dictionary& record, std::string_view key) {
   return *number(record.find(key)->second);
 }
 
-std::string lowerCase(std::string text) {
-  std::ranges::transform(text, text.begin(), [](unsigned char character) {
-    return static_cast<char>(std::tolower(character));
-  });
-  return text;
-}
-
 bool holds(const Dictionary& site, const std::string& lowerCaseText) {
   return std::ranges::any_of(kSearchedKeys, [&](std::string_view key) {
     const auto* text = platform::find<std::string>(site, key);
-    return text && lowerCase(*text).find(lowerCaseText) != std::string::npos;
+    return text && inLowerCase(*text).find(lowerCaseText) != std::string::npos;
   });
 }
 
@@ -87,7 +79,7 @@ std::optional<double> distanceInside(const Dictionary& query, const Dictionary& 
 
 List matches(const Sites& sites, const Dictionary& query) {
   const auto* searched = platform::find<std::string>(query, "q");
-  const std::string text = searched ? lowerCase(*searched) : std::string();
+  const std::string text = searched ? inLowerCase(*searched) : std::string();
   std::vector<std::pair<double, const Dictionary*>> found;
   for (const auto& [id, site] : sites) {
     const auto distance =

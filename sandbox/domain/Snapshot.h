@@ -1,7 +1,5 @@
 #pragma once
 
-#include <variant>
-
 #include "platform/Date.h"
 #include "platform/Value.h"
 #include "sandbox/domain/Refusal.h"
@@ -17,7 +15,7 @@ platform::Dictionary snapshotOf(const World& world);
 /// built-in ones, without "generator" the given one is used. Records may lack what new ones are
 /// given. The refusal names each faulty field with the place of its record, as in
 /// "orders.0.site_id".
-std::variant<World, Refusal> readSnapshot(const platform::Dictionary& document,
-                                          SeededGenerator generator, platform::Date now);
+Expected<World, Refusal> readSnapshot(const platform::Dictionary& document,
+                                      SeededGenerator generator, platform::Date now);
 
 }  // namespace ovinta::sandbox

@@ -22,7 +22,7 @@ std::optional<std::string> textOf(const std::string& path) {
   return file ? std::optional(std::move(text)) : std::nullopt;
 }
 
-/// What is written first, so that a failure leaves the old file whole.
+/// The file that is written first, so that a failure leaves the old one whole.
 std::string draftOf(const std::string& path) { return path + ".new"; }
 
 std::string sentence(const std::string& path, const Refusal& refusal) {
@@ -42,8 +42,8 @@ std::optional<std::string> readSnapshotFile(const std::string& path, SandboxStat
   const auto text = textOf(path);
   if (!text) return path + " cannot be read";
   const Outcome data = dataOf(*text);
-  if (const auto* refused = std::get_if<Refusal>(&data)) return sentence(path, *refused);
-  const auto refused = state.restore(std::get<platform::Dictionary>(data));
+  if (!data) return sentence(path, data.error());
+  const auto refused = state.restore(*data);
   return refused ? std::optional(sentence(path, *refused)) : std::nullopt;
 }
 
@@ -53,7 +53,7 @@ std::optional<std::string> writeSnapshotFile(const std::string& path, SandboxSta
   const std::string draft = draftOf(path);
   std::ofstream file(draft, std::ios::binary | std::ios::trunc);
   std::error_code error;
-  // Before there is anything to read.
+  // Set while the file is empty, so that nobody else ever reads what it will hold.
   fs::permissions(draft, fs::perms::owner_read | fs::perms::owner_write, error);
   file << text << "\n";
   file.close();

@@ -11,12 +11,14 @@ namespace ovinta::sandbox {
 // wrong as a sentence, having changed nothing then, or absent when nothing did.
 
 /// Puts what the file holds in place of all that is known.
-std::optional<std::string> readSnapshotFile(const std::string& path, SandboxState& state);
+[[nodiscard]] std::optional<std::string> readSnapshotFile(const std::string& path,
+                                                          SandboxState& state);
 
 /// Writes all that is known, passwords and tokens included, to a file that only its owner may read.
-std::optional<std::string> writeSnapshotFile(const std::string& path, SandboxState& state);
+[[nodiscard]] std::optional<std::string> writeSnapshotFile(const std::string& path,
+                                                           SandboxState& state);
 
 /// Tries whether such a file could be written, without touching one that is there.
-std::optional<std::string> trySnapshotFile(const std::string& path);
+[[nodiscard]] std::optional<std::string> trySnapshotFile(const std::string& path);
 
 }  // namespace ovinta::sandbox

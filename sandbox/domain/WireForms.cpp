@@ -118,6 +118,13 @@ std::optional<platform::Value> parsedNumber(std::string_view text) {
   return std::nullopt;
 }
 
+std::string inLowerCase(std::string_view text) {
+  std::string lower(text);
+  std::ranges::transform(lower, lower.begin(),
+                         [](unsigned char byte) { return static_cast<char>(std::tolower(byte)); });
+  return lower;
+}
+
 std::string percentEncoded(std::string_view text) {
   constexpr std::string_view kDigits = "0123456789ABCDEF";
   std::string encoded;

@@ -32,6 +32,9 @@ bool isOpenCustomerState(std::string_view text);
 /// The integer or finite number that the whole text stands for; otherwise absent.
 std::optional<platform::Value> parsedNumber(std::string_view text);
 
+/// The text with its ASCII letters in lower case.
+std::string inLowerCase(std::string_view text);
+
 /// The text as a part of a URL's query: all but unreserved characters percent-encoded.
 std::string percentEncoded(std::string_view text);
 

@@ -27,7 +27,8 @@ struct World {
   std::vector<platform::Dictionary> customers = {};
   std::map<std::int64_t, platform::Dictionary> orders = {};
 
-  // A list of the records' texts, kept by the rules of accounts and of orders.
+  // The indexes by which records are found, kept true by the rules of accounts and of orders.
+
   Index<std::size_t> customersByToken = {};
   Index<std::size_t> customersByResetToken = {};
   /// The place of each customer, by the e-mail address in lower case.

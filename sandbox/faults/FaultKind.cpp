@@ -17,7 +17,8 @@ using platform::Value;
 using Place = FaultKind::Place;
 using enum FaultKind::Moment;
 
-/// Just more than the library takes, unless its application says otherwise.
+/// The length of a body that is too long: just more than the library takes, unless its application
+/// says otherwise.
 constexpr std::size_t kOversize = (std::size_t{4} << 20) + 1;
 
 Complaint checkStatus(const Value& value) {
@@ -106,7 +107,7 @@ void misstateLength(const Dictionary& settings, const Place&, Answer& answer) {
   answer.delivery = {.announced = length(settings, half)};
 }
 
-void stayAway(const Dictionary&, const Place&, Answer& answer) {
+void neverAnswer(const Dictionary&, const Place&, Answer& answer) {
   answer = {.status = 0, .delivery = Delivery{.end = Delivery::End::silence}};
 }
 
@@ -135,7 +136,7 @@ void giveTooMuch(const Dictionary& settings, const Place&, Answer& answer) {
 
 void demandUpgrade(const Dictionary&, const Place&, Answer& answer) { answer = upgradeAnswer(); }
 
-void beGone(const Dictionary&, const Place&, Answer& answer) { answer.status = 410; }
+void answerGone(const Dictionary&, const Place&, Answer& answer) { answer.status = 410; }
 
 constexpr std::array<FaultKind, 15> kKinds = {{
     {"status", instead, kStatusSettings, giveStatus},
@@ -145,14 +146,14 @@ constexpr std::array<FaultKind, 15> kKinds = {{
     {"wrong_types", after, {}, mistypeBody},
     {"wrong_content_length", after, kLengthSettings, misstateLength},
     {"delay", before, kDelaySettings, nullptr, true},
-    {"never_answers", instead, {}, stayAway, true},
+    {"never_answers", instead, {}, neverAnswer, true},
     {"reset", instead, {}, reset},
     {"reset_in_body", after, {}, resetInBody, true},
     {"redirect_same_origin", instead, {}, redirectHere},
     {"redirect_other_origin", instead, {}, redirectElsewhere},
     {"oversize_body", instead, kLengthSettings, giveTooMuch, true},
     {"upgrade_required", instead, {}, demandUpgrade},
-    {"gone", instead, {}, beGone},
+    {"gone", instead, {}, answerGone},
 }};
 
 }  // namespace

@@ -16,7 +16,7 @@ namespace ovinta::sandbox {
 
 struct Route;
 
-/// A fault that strikes a request.
+/// A fault as one request meets it.
 struct Fault {
   const FaultKind* kind;
   platform::Dictionary settings;
@@ -24,7 +24,7 @@ struct Fault {
   std::shared_ptr<const WakeSignal> end;
 };
 
-/// Which endpoints misbehave, how, and how often yet. May be used from any thread.
+/// Which endpoints misbehave, how, and how many times more. May be used from any thread.
 class Faults {
  public:
   /// Has the endpoint misbehave in place of what it did before. `record` must be free of
@@ -43,7 +43,7 @@ class Faults {
   std::optional<Fault> take(const Route& endpoint);
 
  private:
-  /// Wakes those whom a fault of the endpoint has struck, and who may outlast its record.
+  /// Wakes the requests that a fault of the endpoint holds, which may outlast the fault's record.
   void wake(const Route& endpoint);
 
   mutable std::mutex mutex_;

@@ -34,8 +34,7 @@ Answer objectAnswer(const platform::Dictionary& object) {
 Answer dataAnswer(platform::Value value) { return {.body = enveloped("data", std::move(value))}; }
 
 Answer answerFor(Outcome outcome) {
-  if (const auto* refusal = std::get_if<Refusal>(&outcome)) return answerFor(*refusal);
-  return dataAnswer(std::get<platform::Dictionary>(std::move(outcome)));
+  return outcome ? dataAnswer(*std::move(outcome)) : answerFor(outcome.error());
 }
 
 Answer answerFor(const Refusal& refusal) {

@@ -23,11 +23,11 @@ struct Answer {
   std::map<std::string, std::string> headers = {};
   /// The pushes that are sent in place of a body, each as it comes.
   std::shared_ptr<PushMailbox::Listener> pushes = nullptr;
-  /// Held until the answer is through.
+  /// The place of a request that waits, kept until the answer is through.
   std::shared_ptr<void> place = nullptr;
-  /// Ends the silence of an answer that is none; null for all others.
+  /// Raised to end the wait of a client that gets no answer; null for all other answers.
   std::shared_ptr<const WakeSignal> end = nullptr;
-  /// Absent for all answers but spoilt ones.
+  /// How an answer is sent that a fault has spoilt; absent for all others.
   std::optional<Delivery> delivery = {};
 };
 

@@ -15,10 +15,16 @@
 namespace ovinta::sandbox {
 namespace {
 
-thread_local Connection* currentConnection = nullptr;
+/// Carries a connection in that member of a request which the HTTP library's clients use, and its
+/// servers leave alone.
+struct Attachment {
+  Connection* connection;
 
-/// The number of those that are ready, which is 0 when the time is over; without a limit there is
-/// no such end.
+  bool operator()(const httplib::Response&) const { return true; }
+};
+
+/// Waits until one of the descriptors is ready or the time is over, without a limit for ever.
+/// Answers how many are ready: 0 when the time is over.
 int await(std::span<pollfd> watched, std::optional<std::chrono::milliseconds> limit) {
   const int timeout = limit ? static_cast<int>(limit->count()) : -1;
   int count = 0;
@@ -47,17 +53,19 @@ Connection::Connection(int socket, std::unique_ptr<IncomingRequest> request,
       request_(std::move(request)),
       patience_(patience),
       stop_(stop),
-      unread_(request_->text()),
-      outer_(currentConnection) {
-  currentConnection = this;
+      unread_(request_->text()) {}
+
+Connection::~Connection() { close(); }
+
+void Connection::attachTo(httplib::Request& request) {
+  request.response_handler = Attachment{this};
+  isAttached_ = true;
 }
 
-Connection::~Connection() {
-  currentConnection = outer_;
-  close();
+Connection* Connection::of(const httplib::Request& request) {
+  const auto* attachment = request.response_handler.target<Attachment>();
+  return attachment ? attachment->connection : nullptr;
 }
-
-Connection& Connection::current() { return *currentConnection; }
 
 bool Connection::waitForHangUp(const WakeSignal& end,
                                std::optional<std::chrono::milliseconds> limit) const {
@@ -108,7 +116,8 @@ ssize_t Connection::read(char* bytes, std::size_t size) {
 }
 
 ssize_t Connection::write(const char* bytes, std::size_t size) {
-  const auto count = unsent_.empty() ? sendSome(socket_, {bytes, size}) : 0;
+  const bool isDue = isAttached_ && unsent_.empty();
+  const auto count = isDue ? sendSome(socket_, {bytes, size}) : 0;
   if (!count) return -1;
   unsent_.append(bytes + *count, size - *count);
   return static_cast<ssize_t>(size);

@@ -29,8 +29,11 @@ class Connection : public httplib::Stream {
   Connection(const Connection&) = delete;
   Connection& operator=(const Connection&) = delete;
 
-  /// The connection whose request this thread handles.
-  static Connection& current();
+  /// Has the request, which must not outlive the connection, lead to it: the HTTP library hands its
+  /// handlers nothing else. Until then everything is kept to be sent later.
+  void attachTo(httplib::Request& request);
+  /// The connection that was attached to the request; null for none.
+  static Connection* of(const httplib::Request& request);
 
   const RequestHead& head() const { return request_->head(); }
 
@@ -45,6 +48,8 @@ class Connection : public httplib::Stream {
 
   /// Gives the socket away; -1 when it is closed already.
   int release();
+  /// Whether a request leads here, as each does that a handler gets.
+  bool isAttached() const { return isAttached_; }
   /// What is still to be sent.
   std::string& unsent() { return unsent_; }
 
@@ -53,7 +58,7 @@ class Connection : public httplib::Stream {
   bool is_writable() const override;
   /// 0 at the end of the request.
   ssize_t read(char* bytes, std::size_t size) override;
-  /// Sends what the client takes at once, and keeps the rest.
+  /// Sends what the client takes at once, and keeps the rest; all of it before `attachTo`.
   ssize_t write(const char* bytes, std::size_t size) override;
   void get_remote_ip_and_port(std::string& ip, int& port) const override;
   void get_local_ip_and_port(std::string& ip, int& port) const override;
@@ -68,9 +73,9 @@ class Connection : public httplib::Stream {
   const std::chrono::milliseconds patience_;
   const WakeSignal& stop_;
   std::string_view unread_;
-  /// To ask whether more can be written means to get rid of it.
+  /// What the client has not taken; mutable because `is_writable` sends it first.
   mutable std::string unsent_;
-  Connection* const outer_;
+  bool isAttached_ = false;
 };
 
 /// Sends the beginning of the text, as much as the socket takes without waiting; absent when it

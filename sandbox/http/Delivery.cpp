@@ -27,7 +27,7 @@ void streamPushes(Answer answer, httplib::Response& reply) {
         };
         if (offset == 0) return send(": listening\n\n");
         const auto payload = listener->next(kListenerCheck);
-        // After the wait: what a listener that has gone would get is for the next.
+        // Looked at after the wait: what a listener that has gone would get is for the next.
         if (!sink.is_writable()) return false;
         if (payload) {
           if (!send("event: push\ndata: " + *payload + "\n\n")) return false;
@@ -39,8 +39,7 @@ void streamPushes(Answer answer, httplib::Response& reply) {
 }
 
 /// Ends the connection without a word.
-void sendNothing(const Answer& answer) {
-  Connection& connection = Connection::current();
+void sendNothing(const Answer& answer, Connection& connection) {
   const Delivery delivery = answer.delivery.value_or(Delivery());
   if (delivery.end == Delivery::End::silence && answer.end) connection.waitForHangUp(*answer.end);
   if (delivery.end == Delivery::End::reset) {
@@ -50,20 +49,21 @@ void sendNothing(const Answer& answer) {
   }
 }
 
-void sendSpoilt(const Delivery& delivery, Answer answer, httplib::Response& reply) {
+void sendSpoilt(const Delivery& delivery, Answer answer, Connection& connection,
+                httplib::Response& reply) {
   const std::size_t announced = delivery.announced.value_or(answer.body.size());
   const std::size_t sent = delivery.sent.value_or(answer.body.size());
   reply.set_content_provider(
       announced, answer.contentType,
-      [body = std::move(answer.body), sent, end = delivery.end, place = std::move(answer.place)](
-          std::size_t offset, std::size_t, httplib::DataSink& sink) {
+      [body = std::move(answer.body), sent, end = delivery.end, place = std::move(answer.place),
+       &connection](std::size_t offset, std::size_t, httplib::DataSink& sink) {
         const std::size_t count = std::min(body.size(), sent - offset);
         if (count > 0 && !sink.write(body.data(), count)) return false;
         const bool isLast = offset + count >= sent;
         // What comes after an orderly end is not this thread's to wait for.
         if (isLast && end == Delivery::End::orderly) return false;
         if (!sink.is_writable()) return false;
-        if (isLast) Connection::current().reset();
+        if (isLast) connection.reset();
         return !isLast;
       });
 }
@@ -92,12 +92,14 @@ std::string wireText(const Answer& answer, bool withBody) {
   return withBody ? text + answer.body : text;
 }
 
-void deliver(Answer answer, httplib::Response& reply) {
-  if (answer.status == 0) return sendNothing(answer);
+void deliver(Answer answer, Connection& connection, httplib::Response& reply) {
+  if (answer.status == 0) return sendNothing(answer, connection);
   reply.status = answer.status;
   for (const auto& [name, value] : answer.headers) reply.set_header(name, value);
   if (answer.pushes) return streamPushes(std::move(answer), reply);
-  if (const auto delivery = answer.delivery) return sendSpoilt(*delivery, std::move(answer), reply);
+  if (const auto delivery = answer.delivery) {
+    return sendSpoilt(*delivery, std::move(answer), connection, reply);
+  }
   reply.set_content(answer.body, answer.contentType);
 }
 

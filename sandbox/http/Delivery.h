@@ -11,6 +11,7 @@ struct Response;
 namespace ovinta::sandbox {
 
 struct Answer;
+class Connection;
 
 /// How an answer goes over the wire when it does not go as it should.
 struct Delivery {
@@ -26,8 +27,7 @@ struct Delivery {
 /// The whole answer to a request that the HTTP library does not get to see.
 std::string wireText(const Answer& answer, bool withBody);
 
-/// Sends the answer over the current connection, or has the reply send it once the handler is
-/// through.
-void deliver(Answer answer, httplib::Response& reply);
+/// Sends the answer over the connection, or has the reply send it once the handler is through.
+void deliver(Answer answer, Connection& connection, httplib::Response& reply);
 
 }  // namespace ovinta::sandbox

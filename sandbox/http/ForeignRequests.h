@@ -11,6 +11,6 @@ namespace ovinta::sandbox {
 /// another host than this machine, as after a name was pointed here, or that comes from another
 /// origin than the sandbox's own. Absent for all others, those of apps among them, which name no
 /// origin.
-std::optional<Answer> refuseForeign(const RequestHead& head);
+[[nodiscard]] std::optional<Answer> refuseForeign(const RequestHead& head);
 
 }  // namespace ovinta::sandbox

@@ -14,7 +14,7 @@
 namespace ovinta::sandbox {
 namespace {
 
-/// Some are left when all places to wait are taken.
+/// How many threads answer requests: some are left when all places to wait are taken.
 constexpr std::size_t kThreads = WaitingPlaces::kMost + 16;
 
 /// Listens on that port of 127.0.0.1; answers the port, absent when it is not to be had.
@@ -40,7 +40,7 @@ std::optional<int> listenOn(int socket, int port) {
 HTTPServer::~HTTPServer() { stopAll({}); }
 
 std::optional<int> HTTPServer::start(int port, Reception::Limits limits,
-                                     std::function<void(const IncomingRequest&)> onRefused) {
+                                     Reception::RefusalHandler onRefused) {
   const int listener = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
   const auto bound = listenOn(listener, port);
   if (!bound) {
@@ -48,16 +48,17 @@ std::optional<int> HTTPServer::start(int port, Reception::Limits limits,
     return std::nullopt;
   }
   patience_ = limits.patience;
-  // What the library knows a server that runs by.
+  onRefused_ = std::move(onRefused);
+  // The library takes a server for one that runs by this socket.
   svr_sock_ = listener;
   threads_ = std::make_unique<httplib::ThreadPool>(kThreads);
   const auto admit = [this](int socket, std::unique_ptr<IncomingRequest> request) {
-    // Tasks can be copied, and what they hold.
-    const auto held = std::make_shared<std::unique_ptr<IncomingRequest>>(std::move(request));
-    threads_->enqueue([this, socket, held] { answer(socket, std::move(*held)); });
+    // The library's tasks can be copied, which a request cannot.
+    const auto shared = std::make_shared<std::unique_ptr<IncomingRequest>>(std::move(request));
+    threads_->enqueue([this, socket, shared] { answer(socket, std::move(*shared)); });
   };
   reception_ = std::make_unique<Reception>(
-      listener, limits, Reception::Hooks{.admit = admit, .refused = std::move(onRefused)});
+      listener, limits, Reception::Handlers{.admit = admit, .refused = onRefused_});
   return bound;
 }
 
@@ -77,10 +78,13 @@ void HTTPServer::answer(int socket, std::unique_ptr<IncomingRequest> request) {
   Connection connection(socket, std::move(request), patience_, stop_);
   try {
     bool isClosed = false;
-    process_request(connection, /*close_connection=*/true, isClosed, nullptr);
+    process_request(connection, /*close_connection=*/true, isClosed,
+                    [&](httplib::Request& routed) { connection.attachTo(routed); });
+    // Before its client is told, so that whoever looks for it then finds it.
+    if (!connection.isAttached()) onRefused_(connection.head(), notHTTP());
   } catch (const std::exception&) {
-    // A handler that fails, for want of memory say, leaves its client without an answer; the others
-    // are served.
+    // A handler that fails, for want of memory say, leaves its own client without an answer, and
+    // no other.
     connection.close();
   }
   const int left = connection.release();

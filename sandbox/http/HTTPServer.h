@@ -3,7 +3,6 @@
 #include <httplib.h>
 
 #include <chrono>
-#include <functional>
 #include <memory>
 #include <optional>
 
@@ -15,7 +14,7 @@ namespace ovinta::sandbox {
 
 /// The HTTP library's routes and answers, for requests that were received before: the library would
 /// have each client that is slow hold one of its threads. Each connection is for one request, since
-/// an idle one would hold up stopping.
+/// an idle one would hold up stopping. `Connection::of` tells handlers theirs.
 class HTTPServer : public httplib::Server {
  public:
   HTTPServer() = default;
@@ -24,10 +23,10 @@ class HTTPServer : public httplib::Server {
   HTTPServer& operator=(const HTTPServer&) = delete;
 
   /// Takes that port of 127.0.0.1, 0 for any; call it once. Clients wait until `open`. `onRefused`
-  /// is told of requests that no handler sees; it must not wait. Answers the port, or absent when
-  /// it is not to be had.
-  std::optional<int> start(int port, Reception::Limits limits,
-                           std::function<void(const IncomingRequest& request)> onRefused);
+  /// is told, on any thread, of requests that no handler sees, and of what they are answered; it
+  /// must not wait. Answers the port, or absent when it is not to be had.
+  [[nodiscard]] std::optional<int> start(int port, Reception::Limits limits,
+                                         Reception::RefusalHandler onRefused);
 
   /// Serves from now on until it is stopped; call it once, after `start`, when all that the
   /// handlers use is there.
@@ -42,6 +41,7 @@ class HTTPServer : public httplib::Server {
 
   WakeSignal stop_;
   std::chrono::milliseconds patience_{};
+  Reception::RefusalHandler onRefused_;
   std::unique_ptr<httplib::ThreadPool> threads_;
   std::unique_ptr<Reception> reception_;
 };

@@ -77,7 +77,7 @@ IncomingRequest::State IncomingRequest::take(std::string_view bytes) {
     } else if (end != std::string::npos) {
       takeHead(end);
     } else if (text_.front() < 'A' || text_.front() > 'z') {
-      refuse(errorAnswer(400, "request", "is no HTTP"));
+      refuse(notHTTP());
     }
   }
   if (state_ == State::body) takeBody();
@@ -94,8 +94,8 @@ bool IncomingRequest::takeWishToContinue() { return std::exchange(wantsContinue_
 
 void IncomingRequest::takeHead(std::size_t end) {
   auto read = readRequestHead(std::string_view(text_).substr(0, end));
-  if (auto* refused = std::get_if<Answer>(&read)) return refuse(std::move(*refused));
-  head_ = std::get<RequestHead>(std::move(read));
+  if (!read) return refuse(std::move(read).error());
+  head_ = *std::move(read);
   if (auto refused = refuseForeign(head_)) return refuse(*std::move(refused));
   if (auto refused = refusePath(head_)) return refuse(*std::move(refused));
   const std::string head = forwardedHead(head_);

@@ -26,11 +26,10 @@ class IncomingRequest {
   const RequestHead& head() const { return head_; }
   /// The answer to a request that is refused.
   const Answer& refusal() const { return refusal_; }
-  /// Whether the client wants to be told that it shall send the body; once.
+  /// Whether the client wants to be told that it shall send the body; true once at most.
   bool takeWishToContinue();
-  /// What was kept so far, of chunks their contents only; of a whole request all, with the length
-  /// of its body, and without the fields that only the way of the request or a part of the answer
-  /// is asked for with.
+  /// What was kept so far, with chunks joined to a body of known length. Of the header fields those
+  /// are left out that say how the request comes or ask for a part of the answer.
   const std::string& text() const { return text_; }
 
  private:

@@ -19,12 +19,14 @@ namespace ovinta::sandbox {
 namespace {
 
 constexpr std::size_t kMostConnections = 2048;
-/// At a time, so that those who have come are looked at before more are let in.
+/// How many connections are accepted at a time, so that those that have come are looked at before
+/// more are let in.
 constexpr int kMostAccepted = 64;
 constexpr std::size_t kPiece = std::size_t{64} << 10;
 /// How many times as long as its head a whole request may take.
 constexpr int kRequestTime = 6;
-/// How long it takes to look again for what the rest of the process may have set free.
+/// When descriptors or memory are used up, how long it takes to accept again: the rest of the
+/// process may have set some free by then.
 constexpr std::chrono::milliseconds kRetry{100};
 
 /// The most connections at once that leave the rest of the process some of its descriptors.
@@ -39,10 +41,10 @@ bool isForLater() { return errno == EAGAIN || errno == EINTR; }
 
 }  // namespace
 
-Reception::Reception(int listener, Limits limits, Hooks hooks)
+Reception::Reception(int listener, Limits limits, Handlers handlers)
     : listener_(listener),
       limits_(limits),
-      hooks_(std::move(hooks)),
+      handlers_(std::move(handlers)),
       most_(mostConnections()),
       buffer_(kPiece) {}
 
@@ -125,7 +127,7 @@ void Reception::limitMemory() {
   std::size_t held = 0;
   for (const Visit& visit : visits_) held += visit.size();
   while (held > limits_.memory) {
-    // Among several that are as large it is the first that came.
+    // Of several that are equally large this is the one that came first.
     Visit& largest = *std::ranges::max_element(visits_, {}, &Visit::size);
     held -= largest.size();
     if (!largest.request) {
@@ -142,7 +144,7 @@ const std::vector<pollfd>& Reception::awaitEvents() {
   const bool accepts = isOpen_ && Clock::now() >= nextAccept_ && !isFull();
   watched_.clear();
   watched_.push_back({.fd = wake_.descriptor(), .events = POLLIN, .revents = 0});
-  // A negative one is passed over.
+  // A negative descriptor is passed over.
   watched_.push_back({.fd = accepts ? listener_ : -1, .events = POLLIN, .revents = 0});
   for (const Visit& visit : visits_) {
     const bool mustSend = !visit.request && !visit.isAllSent;
@@ -156,7 +158,7 @@ const std::vector<pollfd>& Reception::awaitEvents() {
     const auto time = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now());
     timeout = static_cast<int>(std::max<std::chrono::milliseconds::rep>(time.count(), 0));
   }
-  // When it fails nothing has come of any.
+  // When it fails no descriptor has an event.
   ::poll(watched_.data(), watched_.size(), timeout);
   return watched_;
 }
@@ -214,7 +216,10 @@ void Reception::serve(Visit& visit) {
 void Reception::receive(Visit& visit) {
   using enum IncomingRequest::State;
   const auto count = ::recv(visit.socket, buffer_.data(), buffer_.size(), 0);
-  if (count < 0) return isForLater() ? void() : close(visit);
+  if (count < 0) {
+    if (!isForLater()) close(visit);
+    return;
+  }
   IncomingRequest& request = *visit.request;
   if (count == 0) {
     if (request.text().empty()) return close(visit);
@@ -229,14 +234,14 @@ void Reception::receive(Visit& visit) {
       const std::lock_guard lock(mutex_);
       ++admitted_;
     }
-    return hooks_.admit(std::exchange(visit.socket, -1), std::move(visit.request));
+    return handlers_.admit(std::exchange(visit.socket, -1), std::move(visit.request));
   }
   if (before == head && state == body) visit.deadline += limits_.patience * (kRequestTime - 1);
   if (request.takeWishToContinue()) sendSome(visit.socket, "HTTP/1.1 100 Continue\r\n\r\n");
 }
 
 void Reception::refuse(Visit& visit) {
-  hooks_.refused(*visit.request);
+  handlers_.refused(visit.request->head(), visit.request->refusal());
   const bool withBody = visit.request->head().method != "HEAD";
   leave(visit, wireText(visit.request->refusal(), withBody));
 }

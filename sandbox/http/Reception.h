@@ -24,13 +24,16 @@ namespace ovinta::sandbox {
 /// most.
 class Reception {
  public:
+  /// Is told of a request that is refused: its head, empty where it was not understood, and what
+  /// it is answered.
+  using RefusalHandler = std::function<void(const RequestHead& head, const Answer& answer)>;
+
   /// Both are called on the reception's thread and must not wait.
-  struct Hooks {
+  struct Handlers {
     /// Takes a whole request over, and its socket, which does not block. Must lead to one call of
     /// `dismiss`.
     std::function<void(int socket, std::unique_ptr<IncomingRequest> request)> admit;
-    /// Is told of a request that is refused.
-    std::function<void(const IncomingRequest& request)> refused;
+    RefusalHandler refused;
   };
 
   struct Limits {
@@ -42,17 +45,18 @@ class Reception {
   };
 
   /// Takes the listening socket over; nobody is received before `open`.
-  Reception(int listener, Limits limits, Hooks hooks);
+  Reception(int listener, Limits limits, Handlers handlers);
   /// Closes all connections at once.
   ~Reception();
   Reception(const Reception&) = delete;
   Reception& operator=(const Reception&) = delete;
 
-  /// Begins to receive; call it once, when what the hooks use is there.
+  /// Begins to receive; call it once, when what the handlers use is there.
   void open();
 
-  /// Takes a connection back, -1 for one that is closed, with what is still to be sent. It is
-  /// closed when its client has closed it, or does not for too long. May be called from any thread.
+  /// Takes back a connection that was admitted, -1 for one that is closed, with what is still to be
+  /// sent. It is closed once its client has closed it, or has not done so for too long. May be
+  /// called from any thread.
   void dismiss(int socket, std::string unsent);
 
   /// From here on no request is admitted, and those that are not whole are forgotten. Call it after
@@ -65,11 +69,11 @@ class Reception {
  private:
   using Clock = std::chrono::steady_clock;
 
-  /// A connection that is not with whoever answers its request.
+  /// A connection whose request is still to come, or whose answer is still to be taken.
   struct Visit {
     int socket = -1;
     Clock::time_point deadline = {};
-    /// Null once there is an answer.
+    /// The request as far as it has come; null once there is an answer.
     std::unique_ptr<IncomingRequest> request = nullptr;
     std::string unsent = {};
     std::size_t sent = 0;
@@ -82,14 +86,15 @@ class Reception {
   void run();
   /// Takes what was dismissed; answers whether it is time to go on.
   bool takeBack();
-  /// Refuses, or drops, the largest while they hold too much.
+  /// Refuses or drops the largest visits while all together hold too much.
   void limitMemory();
-  /// The wake signal, the listener and the visits, in that order, with what has come of each.
+  /// Waits for an event or the next deadline. Answers the events of the wake signal, the listener
+  /// and the visits, in that order.
   const std::vector<pollfd>& awaitEvents();
   Clock::time_point nextDeadline() const;
   void accept();
   void receiveFrom(int socket);
-  /// Whether there are as many as there may be, all with those who answer.
+  /// Whether the requests being answered alone are as many as there may be connections.
   bool isFull();
   void dropOldest();
   void forgetClosed();
@@ -103,7 +108,7 @@ class Reception {
 
   const int listener_;
   const Limits limits_;
-  const Hooks hooks_;
+  const Handlers handlers_;
   /// How many connections there may be, those whose requests are being answered included.
   const std::size_t most_;
   WakeSignal wake_;
@@ -111,20 +116,20 @@ class Reception {
   std::mutex mutex_;
   std::condition_variable shut_;
   Visits dismissed_;
-  /// How many are with those who answer.
+  /// How many connections are with whoever answers their requests.
   std::size_t admitted_ = 0;
   bool mustShut_ = false;
   bool isShut_ = false;
   Clock::time_point end_ = Clock::time_point::max();
 
-  // What follows is the thread's own.
+  // The members that follow are used on the reception's thread only.
   bool isOpen_ = true;
   Clock::time_point until_ = Clock::time_point::max();
   /// The connections that are received or sent to, in the order in which they came.
   Visits visits_;
   std::vector<pollfd> watched_;
   std::vector<char> buffer_;
-  /// No connection is accepted before.
+  /// No connection is accepted before this time.
   Clock::time_point nextAccept_ = Clock::time_point::min();
   std::thread thread_;
 };

@@ -5,7 +5,6 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
-#include <variant>
 
 #include "sandbox/http/Answer.h"
 
@@ -16,8 +15,7 @@ std::size_t longestBody(std::string_view path);
 
 /// The request's body, empty when it has none; or the answer to one that is longer than `limit`
 /// once it is unpacked, that cannot be read, or that is in parts.
-std::variant<std::string, Answer> receiveBody(const httplib::Request& request,
-                                              const httplib::ContentReader& read,
-                                              std::size_t limit);
+Expected<std::string, Answer> receiveBody(const httplib::Request& request,
+                                          const httplib::ContentReader& read, std::size_t limit);
 
 }  // namespace ovinta::sandbox

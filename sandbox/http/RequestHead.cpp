@@ -12,14 +12,15 @@ namespace {
 
 constexpr std::string_view kLineEnd = "\r\n";
 constexpr std::size_t kMostFields = 100;
-/// What the HTTP library takes of a line.
+/// The longest line that the HTTP library takes.
 constexpr std::size_t kLongestLine = 8000;
-/// Far beyond any code or push token; routes are matched character by character.
+/// The longest path, far beyond any code or push token: routes are matched character by character.
 constexpr std::size_t kLongestPath = 2048;
 
 bool isControl(unsigned char byte) { return byte < 0x20 || byte == 0x7F; }
 
-/// The HTTP library would see other lines in it, or end it sooner.
+/// Whether the byte must not stand in a header field: at some of them the HTTP library would begin
+/// another line, or end the field.
 bool isNoFieldText(unsigned char byte) { return isControl(byte) && byte != '\t'; }
 
 /// Whether the text is a word of the characters that names of methods and fields are made of.
@@ -72,7 +73,7 @@ std::optional<Answer> readFirstLine(std::string_view line, RequestHead& head) {
   head.version = line;
   const bool isHTTP = isText && isToken(head.method) && !head.target.empty() &&
                       (head.version == "HTTP/1.0" || head.version == "HTTP/1.1");
-  return isHTTP ? std::nullopt : std::optional(errorAnswer(400, "request", "is no HTTP"));
+  return isHTTP ? std::nullopt : std::optional(notHTTP());
 }
 
 std::optional<Answer> readField(std::string_view line, RequestHead& head) {
@@ -98,7 +99,7 @@ std::vector<std::string_view> RequestHead::values(std::string_view name) const {
   return found;
 }
 
-std::variant<RequestHead, Answer> readRequestHead(std::string_view text) {
+Expected<RequestHead, Answer> readRequestHead(std::string_view text) {
   RequestHead head;
   auto refused = readFirstLine(cut(text, kLineEnd), head);
   while (!refused && !text.empty()) refused = readField(cut(text, kLineEnd), head);
@@ -121,6 +122,8 @@ bool isSameIgnoringCase(std::string_view one, std::string_view other) {
     return std::tolower(left) == std::tolower(right);
   });
 }
+
+Answer notHTTP() { return errorAnswer(400, "request", "is no HTTP"); }
 
 Answer headTooLong() {
   return errorAnswer(431, "request",

@@ -4,7 +4,6 @@
 #include <string>
 #include <string_view>
 #include <utility>
-#include <variant>
 #include <vector>
 
 #include "sandbox/http/Answer.h"
@@ -25,16 +24,19 @@ struct RequestHead {
 };
 
 /// Reads a head, its lines without the empty one that ends it, or answers what is wrong with it.
-std::variant<RequestHead, Answer> readRequestHead(std::string_view text);
+Expected<RequestHead, Answer> readRequestHead(std::string_view text);
 
 /// Whether the path is on the merchant's and tester's side.
 bool isTesters(std::string_view path);
 
 /// The answer to a head whose path cannot be served; absent for all others.
-std::optional<Answer> refusePath(const RequestHead& head);
+[[nodiscard]] std::optional<Answer> refusePath(const RequestHead& head);
 
 /// Whether the texts differ in nothing but the case of ASCII letters.
 bool isSameIgnoringCase(std::string_view one, std::string_view other);
+
+/// The answer to a request that is not understood.
+Answer notHTTP();
 
 /// The answer to a head that is too long.
 Answer headTooLong();

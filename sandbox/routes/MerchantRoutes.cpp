@@ -5,7 +5,7 @@
 #include "sandbox/console/ConsolePage.h"
 #include "sandbox/domain/Accounts.h"
 #include "sandbox/domain/Orders.h"
-#include "sandbox/domain/PushPayload.h"
+#include "sandbox/domain/WireForms.h"
 #include "sandbox/routes/Routes.h"
 
 namespace ovinta::sandbox {
@@ -16,6 +16,19 @@ std::int64_t orderID(const std::string& digits) {
   std::int64_t id = -1;
   std::from_chars(digits.data(), digits.data() + digits.size(), id);
   return id;
+}
+
+/// What a push notification about the order carries: its identifier and states and, when it has
+/// one, the arrival estimate; texts only.
+platform::Dictionary pushPayload(const platform::Dictionary& order) {
+  platform::Dictionary payload = {
+      {"order_id", std::to_string(*platform::find<std::int64_t>(order, "id"))},
+      {"order_state", order.find("state")->second},
+      {"customer_state", order.find("customer_state")->second}};
+  if (const auto* eta = platform::find<std::string>(order, "eta_at")) {
+    payload.emplace("eta_at", pushDateText(*eta));
+  }
+  return payload;
 }
 
 void push(const platform::Dictionary& order, Service& service) {
@@ -50,8 +63,8 @@ Answer offerOrder(const Call& call) {
 Answer moveOrder(const Call& call) {
   Outcome outcome = call.service.state.act([&](World& world, platform::Date now) {
     Outcome result = moveOrder(world, orderID(call.parameters[0]), call.parameters[1], now);
-    // Here, so that pushes come in the order of the moves.
-    if (const auto* order = std::get_if<platform::Dictionary>(&result)) push(*order, call.service);
+    // Sent within the action, so that pushes come in the order of the moves.
+    if (result) push(*result, call.service);
     return result;
   });
   return answerFor(std::move(outcome));

@@ -26,4 +26,10 @@ Answer claimOrder(const Call& call) {
   });
 }
 
+Answer createEvent(const Call& call) {
+  return answerForCustomer(call, [&](World& world, platform::Date now) {
+    return answerFor(addEvent(world, call.token, call.data, now));
+  });
+}
+
 }  // namespace ovinta::sandbox

@@ -79,8 +79,6 @@ Answer listOrders(const Call& call);
 Answer createOrder(const Call& call);
 Answer showOrder(const Call& call);
 Answer claimOrder(const Call& call);
-
-// Events
 Answer createEvent(const Call& call);
 
 // Merchant's side

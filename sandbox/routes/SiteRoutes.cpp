@@ -6,8 +6,7 @@ namespace ovinta::sandbox {
 Answer listSites(const Call& call) {
   const Outcome outcome = call.service.state.act(
       [&](World& world, platform::Date) { return searchSites(world.sites, call.query); });
-  if (const auto* refused = std::get_if<Refusal>(&outcome)) return answerFor(*refused);
-  return objectAnswer(std::get<platform::Dictionary>(outcome));
+  return outcome ? objectAnswer(*outcome) : answerFor(outcome.error());
 }
 
 }  // namespace ovinta::sandbox

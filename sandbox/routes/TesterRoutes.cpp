@@ -24,7 +24,7 @@ Answer showSnapshot(const Call& call) {
 Answer restoreSnapshot(const Call& call) {
   const auto refused = call.service.state.restore(call.data);
   if (refused) return answerFor(*refused);
-  // They tell of orders that may be no more.
+  // The pushes that wait tell of orders that the snapshot may not hold.
   call.service.pushes.clear();
   return showSnapshot(call);
 }
