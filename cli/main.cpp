@@ -86,7 +86,7 @@ std::vector<std::string> showable(std::vector<std::string> unknown, bool isComma
       argument = "(not shown)";
     }
   }
-  // They are told from the last to the first.
+  // The parser tells them from the last to the first.
   std::ranges::reverse(unknown);
   return unknown;
 }

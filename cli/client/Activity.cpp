@@ -116,18 +116,18 @@ class CountingNotificationCenter : public UserNotificationCenter {
 }  // namespace
 
 void Activity::begin() {
-  const std::scoped_lock lock(mutex_);
+  const std::lock_guard lock(mutex_);
   ++underWay_;
 }
 
 void Activity::end() {
-  const std::scoped_lock lock(mutex_);
+  const std::lock_guard lock(mutex_);
   --underWay_;
   changed_.notify_all();
 }
 
 bool Activity::isIdle() const {
-  const std::scoped_lock lock(mutex_);
+  const std::lock_guard lock(mutex_);
   return underWay_ == 0;
 }
 

@@ -32,14 +32,14 @@ Outcome Client::await(const std::function<void(Report)>& start) {
   };
   const auto shared = std::make_shared<Shared>();
   start([shared](std::optional<Result> result, ErrorPtr error) {
-    const std::scoped_lock lock(shared->mutex);
+    const std::lock_guard lock(shared->mutex);
     Outcome& outcome = shared->outcome;
     outcome.reported = true;
     if (result) outcome.result = std::move(result);
     if (!outcome.error) outcome.error = std::move(error);
   });
   activity_->waitUntilIdle();
-  const std::scoped_lock lock(shared->mutex);
+  const std::lock_guard lock(shared->mutex);
   return shared->outcome;
 }
 

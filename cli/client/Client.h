@@ -22,7 +22,7 @@ struct Outcome {
   ErrorPtr error = {};
 };
 
-/// What is reported of an operation without a result.
+/// Reports the end of an operation without a result: the sentence, or the error where there is one.
 inline void reportDone(const std::function<void(std::optional<Result>, ErrorPtr)>& report,
                        const ErrorPtr& error, const std::string& sentence) {
   report(error ? std::nullopt : std::optional(done(sentence)), error);

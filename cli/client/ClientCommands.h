@@ -4,6 +4,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "cli/client/Client.h"
 #include "cli/client/ClientServices.h"
@@ -19,29 +20,28 @@ class ClientCommands {
   /// `exitCode` must outlive the parsing.
   ClientCommands(CLI::App& app, int& exitCode) : app_(app), exitCode_(exitCode) {}
 
-  /// Adds a command whose options are the fields of an `Input`: `addOptions` declares them, `run`
-  /// does the work. Both are called with the same input.
-  template <class Input>
+  /// Adds a command whose own options are the fields of an `Options`: `addOptions` declares them,
+  /// `run` does the work with what was given. Where `simulatesLocation` names a field and that is
+  /// set, the library has a simulated location.
+  template <class Options>
   void add(const std::string& name, const std::string& description,
-           const std::function<void(CLI::App&, Input&)>& addOptions,
-           const std::function<ExitCode(Client&, const Input&)>& run) {
-    auto input = std::make_shared<Input>();
-    auto options = std::make_shared<ClientOptions>();
+           const std::function<void(CLI::App&, Options&)>& addOptions,
+           std::function<ExitCode(Client&, const Options&)> run,
+           bool Options::*simulatesLocation = nullptr) {
+    auto own = std::make_shared<Options>();
+    auto common = std::make_shared<ClientOptions>();
     CLI::App* command = app_.add_subcommand(name, description);
-    addOptions(*command, *input);
-    addClientOptions(*command, *options);
-    command->callback([input, options, run, &exitCode = exitCode_] {
-      bool simulatesLocation = false;
-      if constexpr (requires { input->simulatesLocation; }) {
-        simulatesLocation = input->simulatesLocation;
-      }
-      exitCode = static_cast<int>(Output(options->json).guard([&] {
-        Client client(*options, simulatesLocation);
-        const ExitCode code = run(client, *input);
-        refuseUnkept();
-        return code;
-      }));
-    });
+    addOptions(*command, *own);
+    addClientOptions(*command, *common);
+    command->callback(
+        [own, common, run = std::move(run), simulatesLocation, &exitCode = exitCode_] {
+          exitCode = static_cast<int>(Output(common->json).guard([&] {
+            Client client(*common, simulatesLocation && (*own).*simulatesLocation);
+            const ExitCode code = run(client, *own);
+            refuseUnkept();
+            return code;
+          }));
+        });
   }
 
  private:
@@ -49,8 +49,8 @@ class ClientCommands {
   int& exitCode_;
 };
 
-/// The input of a command without options of its own.
-struct NoInput {};
-inline void noOptions(CLI::App& /*command*/, NoInput& /*input*/) {}
+/// The options of a command that has none of its own.
+struct NoOptions {};
+inline void addNoOptions(CLI::App& /*command*/, NoOptions& /*options*/) {}
 
 }  // namespace ovinta::cli

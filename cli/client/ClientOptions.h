@@ -27,7 +27,7 @@ struct ClientOptions {
   bool verbose = false;
 };
 
-/// Adds all but the data directory; `options` must outlive the parsing.
+/// Adds all options but the one of the data directory; `options` must outlive the parsing.
 void addServiceOptions(CLI::App& command, ClientOptions& options);
 
 /// Each adds a part of the options, those of the output or the data directory; `options` must
@@ -41,10 +41,10 @@ CLI::Option* addPositionSourceOption(CLI::App& command, platform::linuxos::Posit
 /// Adds all options; `options` must outlive the parsing.
 void addClientOptions(CLI::App& command, ClientOptions& options);
 
-/// Empty when the text is not, otherwise what is wrong with it.
+/// What is wrong with an empty text; nothing, an empty text, for all others.
 std::string isNotEmpty(const std::string& text);
 
-/// Empty when the text can be a service's address, otherwise what is wrong with it.
+/// What is wrong with a text that cannot be a service's address; empty for all others.
 std::string isBaseURL(const std::string& text);
 
 }  // namespace ovinta::cli

@@ -7,7 +7,7 @@
 
 namespace ovinta::cli {
 
-/// The options that make up a customer's details; gives the one of the name.
+/// Adds the options that make up a customer's details; answers the one of the name.
 inline CLI::Option* addCustomerOptions(CLI::App& command, CustomerInfo& info) {
   CLI::Option* name =
       command.add_option("--name", info.name, "The customer's name")->check(isNotEmpty);
@@ -16,11 +16,6 @@ inline CLI::Option* addCustomerOptions(CLI::App& command, CustomerInfo& info) {
   command.add_option("--license-plate", info.licensePlate, "The licence plate");
   command.add_option("--phone", info.phone, "The phone number");
   return name;
-}
-
-/// The same with the name required.
-inline void addNamedCustomerOptions(CLI::App& command, CustomerInfo& info) {
-  addCustomerOptions(command, info)->required();
 }
 
 }  // namespace ovinta::cli

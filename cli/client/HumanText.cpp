@@ -113,7 +113,7 @@ std::string visibleText(std::string_view text, bool keepsLines) {
 std::string visibleJSON(const Value& value) {
   const std::string written = platform::writeJSON(value);
   std::string visible;
-  // Such characters are in its texts only, and those that JSON forbids are escaped already.
+  // What is to be escaped stands in texts only, and what JSON itself forbids is escaped already.
   std::string_view text = written;
   for (Glyph glyph; !text.empty(); text.remove_prefix(glyph.bytes)) {
     glyph = firstGlyph(text);
@@ -132,7 +132,7 @@ Glyph firstGlyph(std::string_view text) {
   const bool isOne = bytes > 0 && bytes <= text.size();
   const int columns = isOne ? ::wcwidth(character) : -1;
   if (before) ::uselocale(before);
-  // A NUL counts as none.
+  // For a NUL the conversion answers 0 bytes, and it is a character all the same.
   const bool isNul = bytes == 0;
   return {.bytes = isOne ? bytes : 1,
           .columns = columns < 0 ? 1 : static_cast<std::size_t>(columns),

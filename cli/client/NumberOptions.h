@@ -8,7 +8,8 @@
 
 namespace ovinta::cli {
 
-/// Empty when the whole text is a decimal number in the type's range, otherwise what is wrong.
+/// What is wrong with a text that is not, as a whole, a decimal number in the type's range; empty
+/// for all others.
 /// CLI11 itself takes octal and hexadecimal numbers too, and the largest one for what is larger.
 template <class Number>
 std::string isDecimal(const std::string& text) {

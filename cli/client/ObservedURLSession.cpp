@@ -63,7 +63,7 @@ void ObservedURLSession::startDataTask(platform::URLRequest request, Completion 
                             finished.status = response->statusCode;
                           }
                           {
-                            const std::scoped_lock lock(observed->mutex);
+                            const std::lock_guard lock(observed->mutex);
                             if (observed->observer) observed->observer(finished);
                           }
                           completion(std::move(data), std::move(response), std::move(error));
@@ -71,7 +71,7 @@ void ObservedURLSession::startDataTask(platform::URLRequest request, Completion 
 }
 
 void ObservedURLSession::disconnect() {
-  const std::scoped_lock lock(observed_->mutex);
+  const std::lock_guard lock(observed_->mutex);
   observed_->observer = nullptr;
 }
 

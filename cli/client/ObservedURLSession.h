@@ -14,7 +14,7 @@ namespace ovinta::cli {
 /// A request and its answer, in short; free of tokens and personal fields.
 struct Exchange {
   std::string method;
-  /// Below the base URL.
+  /// The part of the URL below the base URL.
   std::string path;
   /// The kind of order event that was sent; empty for other requests.
   std::string eventType;

@@ -9,7 +9,7 @@
 namespace ovinta::cli {
 namespace {
 
-/// Back to the first column, and the line erased.
+/// Moves the cursor to the first column and erases the line.
 constexpr const char* kErase = "\r\x1b[K";
 
 }  // namespace
@@ -18,13 +18,13 @@ Progress::Progress() : isOnTerminal_(::isatty(STDERR_FILENO) == 1) {}
 
 void Progress::show(const std::string& text) {
   if (!isOnTerminal_) return;
-  const std::scoped_lock lock(mutex_);
+  const std::lock_guard lock(mutex_);
   std::cerr << kErase << visibleText(text) << std::flush;
   isShown_ = true;
 }
 
 void Progress::clear() {
-  const std::scoped_lock lock(mutex_);
+  const std::lock_guard lock(mutex_);
   if (isShown_) std::cerr << kErase << std::flush;
   isShown_ = false;
 }

@@ -58,13 +58,13 @@ Result resultOf(const OrderList& orders) {
                listOf(orders, [](const OrderPtr& order) { return fromWire(*order); }));
 }
 
-Result resultOf(const std::vector<StoredOrder>& orders) {
-  const auto fields = [](const StoredOrder& order) {
-    return Dictionary{{"id", order.id},
-                      {"partner_identifier", order.partnerIdentifier},
-                      {"site_id", order.siteId},
-                      {"state", word<OrderState>(order.state)},
-                      {"customer_state", word<CustomerState>(order.customerState)}};
+Result resultOf(const std::vector<CoreOrder>& orders) {
+  const auto fields = [](const CoreOrder& order) {
+    return Dictionary{{"id", order.id()},
+                      {"partner_identifier", order.partnerIdentifier().value_or("")},
+                      {"site_id", order.siteId()},
+                      {"state", word<OrderState>(order.state())},
+                      {"customer_state", word<CustomerState>(order.customerState())}};
   };
   return table({{"ID", "id"},
                 {"PARTNER ID", "partner_identifier"},

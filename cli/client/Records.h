@@ -13,7 +13,7 @@ namespace ovinta::cli {
 
 Result resultOf(const Order& order);
 Result resultOf(const OrderList& orders);
-Result resultOf(const std::vector<StoredOrder>& orders);
+Result resultOf(const std::vector<CoreOrder>& orders);
 Result resultOf(const SiteList& sites);
 Result resultOf(const SiteList& sites, const Pagination& pagination);
 /// All but the token.

@@ -5,7 +5,7 @@
 
 namespace ovinta::cli {
 
-/// The options that make up a circle on the map.
+/// Adds the options that make up a circle on the map, all of them required.
 inline void addRegionOptions(CLI::App& command, platform::CircularRegion& region) {
   addNumber(command, "--latitude", region.center.latitude, "Degrees")->required();
   addNumber(command, "--longitude", region.center.longitude, "Degrees")->required();

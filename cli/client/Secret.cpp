@@ -15,7 +15,7 @@ namespace {
 constexpr std::array kEndingSignals{SIGINT, SIGTERM, SIGHUP, SIGQUIT};
 
 /// Keeps a terminal from showing what is typed, as long as it lives, and no longer than the process
-/// does. One at a time.
+/// does. There may be one at a time.
 class HiddenInput {
  public:
   HiddenInput() : isTerminal_(::tcgetattr(STDIN_FILENO, &before) == 0) {
@@ -47,7 +47,7 @@ class HiddenInput {
   bool isTerminal() const { return isTerminal_; }
 
  private:
-  /// Within reach of a signal's handler.
+  /// The terminal's settings from before; static, so that a signal's handler can reach them.
   static inline termios before{};
   bool isTerminal_;
   std::array<struct sigaction, kEndingSignals.size()> actions_{};

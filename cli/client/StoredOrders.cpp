@@ -1,33 +1,47 @@
 #include "cli/client/StoredOrders.h"
 
-#include <SQLiteCpp/SQLiteCpp.h>
+#include <algorithm>
+#include <optional>
+#include <utility>
+
+#include "OvintaSDK/core/OrderStoreContainer.h"
 
 namespace ovinta::cli {
+namespace {
+
+/// What went wrong, without what was being done, which the command says in its own words.
+std::string reasonOf(const platform::StoreError& error) {
+  const std::string& text = error.localizedDescription;
+  const std::size_t colon = text.find(": ");
+  return colon == std::string::npos ? text : text.substr(colon + 2);
+}
+
+}  // namespace
 
 std::filesystem::path orderStoreFile(const platform::Services& services) {
-  const auto container = services.persistentContainers->makeContainer("VelkModel", {});
+  const auto container = services.persistentContainers->makeContainer(kOrderStoreName, {});
   return container->persistentStoreDescriptions().front().location;
 }
 
-std::variant<std::vector<StoredOrder>, std::string> readStoredOrders(
-    const std::filesystem::path& file) {
-  try {
-    const SQLite::Database database(file.string(), SQLite::OPEN_READONLY);
-    SQLite::Statement query(database,
-                            R"(SELECT id, partnerIdentifier, siteId, state, customerState
-                               FROM "Order" ORDER BY id)");
-    std::vector<StoredOrder> orders;
-    while (query.executeStep()) {
-      orders.push_back({.id = query.getColumn(0).getInt64(),
-                        .partnerIdentifier = query.getColumn(1).getString(),
-                        .siteId = query.getColumn(2).getInt64(),
-                        .state = query.getColumn(3).getInt64(),
-                        .customerState = query.getColumn(4).getInt64()});
-    }
-    return orders;
-  } catch (const std::exception& error) {
-    return std::string(error.what());
-  }
+Expected<std::vector<CoreOrder>, std::string> readStoredOrders() {
+  const platform::Services& services = platform::services();
+  // To load a store that is not there would make it.
+  if (!exists(orderStoreFile(services))) return std::vector<CoreOrder>();
+  auto model = orderStoreModel(services);
+  if (!model) return std::string("the library has no data model");
+  const auto container =
+      services.persistentContainers->makeContainer(kOrderStoreName, *std::move(model));
+  std::optional<platform::StoreError> failure;
+  container->loadPersistentStores(
+      [&failure](const auto& /*store*/, const auto& error) { failure = error; });
+  if (failure) return reasonOf(*failure);
+
+  platform::StoreError error;
+  const auto objects = container->newBackgroundContext()->fetch(CoreOrder::fetchRequest(), &error);
+  if (!error.localizedDescription.empty()) return reasonOf(error);
+  std::vector<CoreOrder> orders(objects.begin(), objects.end());
+  std::ranges::sort(orders, {}, &CoreOrder::id);
+  return orders;
 }
 
 }  // namespace ovinta::cli

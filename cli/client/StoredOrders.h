@@ -1,29 +1,22 @@
 #pragma once
 
-#include <cstdint>
 #include <filesystem>
 #include <string>
-#include <variant>
 #include <vector>
 
+#include "OvintaSDK/OvintaSDK.h"
 #include "platform/Services.h"
+#include "platform/portable/Expected.h"
 
 namespace ovinta::cli {
 
-/// A row of the order store.
-struct StoredOrder {
-  std::int64_t id = 0;
-  std::string partnerIdentifier;
-  std::int64_t siteId = 0;
-  std::int64_t state = 0;
-  std::int64_t customerState = 0;
-};
+using platform::portable::Expected;
 
 /// Where the services keep the order store; it need not exist yet.
-std::filesystem::path orderStoreFile(const platform::Services& services = platform::services());
+std::filesystem::path orderStoreFile(const platform::Services& services);
 
-/// Reads the order store's file the way any SQLite tool would; a text says why that failed.
-std::variant<std::vector<StoredOrder>, std::string> readStoredOrders(
-    const std::filesystem::path& file);
+/// The summaries in the installed services' order store, by rising number; none before there is a
+/// store. A text says why it cannot be read.
+Expected<std::vector<CoreOrder>, std::string> readStoredOrders();
 
 }  // namespace ovinta::cli

@@ -40,34 +40,42 @@ std::size_t width(std::string_view text) {
   return columns;
 }
 
-using Line = std::vector<std::string>;
+using Cells = std::vector<std::string>;
 
-std::string join(const Line& cells, const std::vector<std::size_t>& widths) {
+std::string join(const Cells& cells, const std::vector<std::size_t>& widths) {
   std::string text;
   for (std::size_t i = 0; i < cells.size(); ++i) {
     text += cells[i];
     if (i + 1 < cells.size()) text.append(widths[i] + kGap - width(cells[i]), ' ');
   }
-  return text + "\n";
+  return text;
 }
 
 }  // namespace
 
-std::string tableText(const std::vector<Column>& columns, const platform::List& rows) {
-  if (rows.empty()) return "(none)\n";
-  std::vector<Line> lines(rows.size() + 1);
+std::vector<std::string> tableLines(const std::vector<Column>& columns,
+                                    const platform::List& rows) {
+  if (rows.empty()) return {"(none)"};
+  std::vector<Cells> table(rows.size() + 1);
   std::vector<std::size_t> widths;
   for (const Column& column : columns) {
-    lines.front().push_back(column.heading);
+    table.front().push_back(column.heading);
     for (std::size_t i = 0; i < rows.size(); ++i) {
-      lines[i + 1].push_back(cellText(rows[i], column));
+      table[i + 1].push_back(cellText(rows[i], column));
     }
     std::size_t widest = 0;
-    for (const Line& line : lines) widest = std::max(widest, width(line.back()));
+    for (const Cells& cells : table) widest = std::max(widest, width(cells.back()));
     widths.push_back(widest);
   }
+  std::vector<std::string> lines;
+  lines.reserve(table.size());
+  for (const Cells& cells : table) lines.push_back(join(cells, widths));
+  return lines;
+}
+
+std::string tableText(const std::vector<Column>& columns, const platform::List& rows) {
   std::string text;
-  for (const Line& line : lines) text += join(line, widths);
+  for (const std::string& line : tableLines(columns, rows)) text += line + "\n";
   return text;
 }
 

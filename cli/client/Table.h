@@ -15,7 +15,11 @@ struct Column {
   std::string unit = {};
 };
 
-/// The rows, dictionaries all, as aligned columns below their headings; "(none)" for no rows.
+/// The rows, dictionaries all, as aligned columns: the line of the headings first, then a line for
+/// each row; "(none)" alone for no rows.
+std::vector<std::string> tableLines(const std::vector<Column>& columns, const platform::List& rows);
+
+/// The same as one text.
 std::string tableText(const std::vector<Column>& columns, const platform::List& rows);
 
 }  // namespace ovinta::cli

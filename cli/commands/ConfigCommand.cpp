@@ -5,8 +5,9 @@ namespace ovinta::cli {
 
 void addConfigCommand(CLI::App& app, int& exitCode) {
   ClientCommands(app, exitCode)
-      .add<NoInput>(
-          "config", "Show the app's configuration", noOptions, [](Client& client, const NoInput&) {
+      .add<NoOptions>(
+          "config", "Show the app's configuration", addNoOptions,
+          [](Client& client, const NoOptions&) {
             return client.perform(
                 [](const Client::Report& report) {
                   Ovinta::config().fetch(

@@ -53,7 +53,7 @@ void addAccountOptions(CLI::App& command, Account& account) {
 }
 
 void addCreationOptions(CLI::App& command, Creation& creation) {
-  addNamedCustomerOptions(command, creation.info);
+  addCustomerOptions(command, creation.info)->required();
   command.add_flag("--terms,!--no-terms", creation.consent.termsOfService,
                    "Consent to the terms of service (given unless refused)");
   command.add_flag("--age,!--no-age", creation.consent.ageVerification,
@@ -74,7 +74,7 @@ ExitCode updateCustomer(Client& client, CustomerInfo info) {
   });
 }
 
-ExitCode showCustomer(Client& client, const NoInput& /*input*/) {
+ExitCode showCustomer(Client& client, const NoOptions& /*options*/) {
   if (const CustomerPtr customer = Ovinta::customer().current()) {
     client.output().print(resultOf(*customer));
     return ExitCode::success;
@@ -83,7 +83,7 @@ ExitCode showCustomer(Client& client, const NoInput& /*input*/) {
   return ExitCode::failure;
 }
 
-ExitCode logOut(Client& client, const NoInput& /*input*/) {
+ExitCode logOut(Client& client, const NoOptions& /*options*/) {
   Ovinta::customer().logout();
   refuseUnkept();
   client.output().print(done("No customer is kept."));
@@ -95,8 +95,8 @@ void addDetailCommands(ClientCommands& commands) {
                          createCustomer);
   commands.add<CustomerInfo>("update", "Change the customer's details; what is left out stays",
                              addCustomerOptions, updateCustomer);
-  commands.add<NoInput>("show", "Show the customer that is kept", noOptions, showCustomer);
-  commands.add<NoInput>("logout", "Forget the customer", noOptions, logOut);
+  commands.add<NoOptions>("show", "Show the customer that is kept", addNoOptions, showCustomer);
+  commands.add<NoOptions>("logout", "Forget the customer", addNoOptions, logOut);
 }
 
 ExitCode logIn(Client& client, const Account& account) {

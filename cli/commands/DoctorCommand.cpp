@@ -3,7 +3,6 @@
 #include <array>
 #include <memory>
 #include <optional>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -22,7 +21,7 @@ using platform::Dictionary;
 using platform::linuxos::Condition;
 using platform::linuxos::Finding;
 
-struct DoctorInput {
+struct DoctorOptions {
   ClientOptions client;
   std::string applicationID{kApplicationID};
   platform::linuxos::PositionSource positionSource = platform::linuxos::PositionSource::automatic;
@@ -31,11 +30,11 @@ struct DoctorInput {
 /// What each condition is called, in the order of their values.
 constexpr std::array<const char*, 4> kConditions{"good", "limited", "missing", "unknown"};
 
-platform::linuxos::Options optionsFor(const DoctorInput& input) {
-  return {.applicationID = input.applicationID,
-          .dataDirectory = input.client.dataDirectory,
-          .log = logFor(input.client),
-          .positionSource = input.positionSource};
+platform::linuxos::Options optionsFor(const DoctorOptions& options) {
+  return {.applicationID = options.applicationID,
+          .dataDirectory = options.client.dataDirectory,
+          .log = logFor(options.client),
+          .positionSource = options.positionSource};
 }
 
 Dictionary fieldsOf(const Finding& finding) {
@@ -52,28 +51,26 @@ Dictionary fieldsOf(const Finding& finding) {
 Result resultOf(const std::vector<Finding>& findings) {
   platform::List rows;
   for (const Finding& finding : findings) rows.emplace_back(fieldsOf(finding));
-  std::istringstream table(tableText(
+  const auto lines = tableLines(
       {{"STATE", "condition"}, {"PART", "subject"}, {"VERSION", "version"}, {"FOUND", "detail"}},
-      rows));
-  std::string text, line;
-  std::getline(table, line);
-  text = line + "\n";
-  for (const Finding& finding : findings) {
-    std::getline(table, line);
-    text += line + "\n";
-    if (!finding.advice.empty()) text += "         " + visibleText(finding.advice) + "\n";
+      rows);
+  std::string text = lines.front() + "\n";
+  for (std::size_t i = 0; i < findings.size(); ++i) {
+    text += lines.at(i + 1) + "\n";
+    const std::string& advice = findings[i].advice;
+    if (!advice.empty()) text += "         " + visibleText(advice) + "\n";
   }
   return {std::move(rows), std::move(text)};
 }
 
-ExitCode examine(const DoctorInput& input) {
+ExitCode examine(const DoctorOptions& options) {
   std::vector<Finding> findings;
-  platform::linuxos::diagnose(optionsFor(input), [&findings](const std::vector<Finding>& found) {
+  platform::linuxos::diagnose(optionsFor(options), [&findings](const std::vector<Finding>& found) {
     findings = found;
     platform::linuxos::quitMainLoop();
   });
   platform::linuxos::runMainLoop();
-  Output(input.client.json).print(resultOf(findings));
+  Output(options.client.json).print(resultOf(findings));
   const bool isFit = std::ranges::all_of(findings, [](const Finding& finding) {
     return finding.condition == Condition::good || finding.condition == Condition::limited;
   });
@@ -83,19 +80,20 @@ ExitCode examine(const DoctorInput& input) {
 }  // namespace
 
 void addDoctorCommand(CLI::App& app, int& exitCode) {
-  auto input = std::make_shared<DoctorInput>();
+  auto options = std::make_shared<DoctorOptions>();
   CLI::App* command = app.add_subcommand(
       "doctor", "Check what the library uses on this device, and say what to do about the rest");
   command
-      ->add_option("--application-id", input->applicationID,
+      ->add_option("--application-id", options->applicationID,
                    "Check as this app, which the services know by its desktop file")
       ->type_name("ID")
       ->capture_default_str();
-  addPositionSourceOption(*command, input->positionSource);
-  addDataDirectoryOption(*command, input->client);
-  addOutputOptions(*command, input->client);
-  command->callback([input, &exitCode] {
-    exitCode = static_cast<int>(Output(input->client.json).guard([&] { return examine(*input); }));
+  addPositionSourceOption(*command, options->positionSource);
+  addDataDirectoryOption(*command, options->client);
+  addOutputOptions(*command, options->client);
+  command->callback([options, &exitCode] {
+    exitCode =
+        static_cast<int>(Output(options->client.json).guard([&] { return examine(*options); }));
   });
 }
 

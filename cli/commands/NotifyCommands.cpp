@@ -18,7 +18,8 @@ struct Arming {
   NotificationInfo notification{.title = "You are near", .content = "Tell us when you are here."};
   /// Each a key, "=" and a value.
   std::vector<std::string> data;
-  /// Location services are off on this system, and without the permission nothing is armed.
+  /// Whether to arm as on a device that may be followed: without the permission, as where location
+  /// services are off, nothing is armed.
   bool simulatesLocation = false;
 
   NotificationInfo info() const {
@@ -105,7 +106,7 @@ ExitCode armRegion(Client& client, const RegionArming& arming) {
       kNoData);
 }
 
-ExitCode clear(Client& client, const NoInput& /*input*/) {
+ExitCode clear(Client& client, const NoOptions& /*options*/) {
   return client.perform(
       [](const Client::Report& report) {
         Ovinta::notify().clear(
@@ -114,7 +115,7 @@ ExitCode clear(Client& client, const NoInput& /*input*/) {
       kNoData);
 }
 
-ExitCode list(Client& client, const NoInput& /*input*/) {
+ExitCode list(Client& client, const NoOptions& /*options*/) {
   client.output().print(resultOf(pendingNotifications(*platform::services().userNotifications)));
   return ExitCode::success;
 }
@@ -131,16 +132,16 @@ void addNotifyCommands(CLI::App& app, int& exitCode) {
         addNumber(command, "site", arming.sites, "The site's number; five at most")->required();
         addArmingOptions(command, arming);
       },
-      armSites);
+      armSites, &SiteArming::simulatesLocation);
   commands.add<RegionArming>(
       "arm-region", "The same for the first sites that the service finds in a circle",
       [](CLI::App& command, RegionArming& arming) {
         addRegionOptions(command, arming.region);
         addArmingOptions(command, arming);
       },
-      armRegion);
-  commands.add<NoInput>("clear", "Disarm all", noOptions, clear);
-  commands.add<NoInput>("list", "Show what is armed", noOptions, list);
+      armRegion, &RegionArming::simulatesLocation);
+  commands.add<NoOptions>("clear", "Disarm all", addNoOptions, clear);
+  commands.add<NoOptions>("list", "Show what is armed", addNoOptions, list);
 }
 
 }  // namespace ovinta::cli

@@ -44,14 +44,13 @@ ExitCode fetchOrders(Client& client, const Fetch& fetch) {
 }
 
 /// The library never reads its order store back, so the command does.
-ExitCode listStoredOrders(Client& client, const NoInput& /*input*/) {
-  const auto file = orderStoreFile();
-  const auto stored = exists(file) ? readStoredOrders(file) : std::vector<StoredOrder>{};
-  if (const auto* error = std::get_if<std::string>(&stored)) {
-    client.output().printFailure("No Orders", "The order store cannot be read: " + *error);
+ExitCode listStoredOrders(Client& client, const NoOptions& /*options*/) {
+  const auto stored = readStoredOrders();
+  if (!stored) {
+    client.output().printFailure("No Orders", "The order store cannot be read: " + stored.error());
     return ExitCode::failure;
   }
-  client.output().print(resultOf(std::get<std::vector<StoredOrder>>(stored)));
+  client.output().print(resultOf(*stored));
   return ExitCode::success;
 }
 
@@ -103,8 +102,8 @@ void addReadingCommands(ClientCommands& commands) {
             ->check(CLI::IsMember({kOpen, "closed"}));
       },
       fetchOrders);
-  commands.add<NoInput>("list", "Show the summaries that are kept, without asking the service",
-                        noOptions, listStoredOrders);
+  commands.add<NoOptions>("list", "Show the summaries that are kept, without asking the service",
+                          addNoOptions, listStoredOrders);
   commands.add<std::string>(
       "find", "Look an order up by its redemption code",
       [](CLI::App& command, std::string& code) {

@@ -22,7 +22,7 @@ namespace {
 /// How long it takes to notice that somebody follows or that the command has ended.
 constexpr std::chrono::milliseconds kWatchInterval{50};
 
-struct ReplayInput {
+struct ReplayOptions {
   TripOptions trip = {};
   std::vector<std::string> command = {};
 };
@@ -32,15 +32,15 @@ replay::TripReplay tripReplay(const TripOptions& options) {
 }
 
 /// Returns the exit status of the command; without one it goes on until it is interrupted.
-int replayTrip(const ReplayInput& input) {
+int replayTrip(const ReplayOptions& options) {
   Interruption interruption;
-  auto trip = tripReplay(input.trip);
+  auto trip = tripReplay(options.trip);
   const auto rig = valueOf(replay::Rig::start());
   std::optional<replay::ChildProcess> command;
-  if (input.command.empty()) {
+  if (options.command.empty()) {
     std::cout << "export " << rig->variable() << std::endl;
   } else {
-    command.emplace(input.command, std::vector{rig->variable()}, replay::ChildOutput::shared);
+    command.emplace(options.command, std::vector{rig->variable()}, replay::ChildOutput::shared);
   }
   for (bool isUnderWay = false;; interruption.check(kWatchInterval)) {
     if (command && command->exitStatus()) return command->wait();
@@ -53,20 +53,20 @@ int replayTrip(const ReplayInput& input) {
 }  // namespace
 
 void addReplayCommand(CLI::App& app, int& exitCode) {
-  auto input = std::make_shared<ReplayInput>();
+  auto options = std::make_shared<ReplayOptions>();
   CLI::App* command = app.add_subcommand(
       "replay",
       "Run a command on a system whose GeoClue follows a trip, which begins when it is "
       "first asked for the position");
-  addPlainTripOptions(*command, input->trip);
+  addPlainTripOptions(*command, options->trip);
   command->get_option("--trip")->description(
       "GPX file of the trip, in place of a drive to 40.7411, -73.9897, site 42 of the sandbox");
-  command->add_option("command", input->command,
+  command->add_option("command", options->command,
                       "The command and its arguments, after --; without it the address of the bus "
                       "is printed, and the trip goes on until it is interrupted");
-  command->callback([input, &exitCode] {
+  command->callback([options, &exitCode] {
     const ExitCode failure = Output(false).guard([&] {
-      exitCode = replayTrip(*input);
+      exitCode = replayTrip(*options);
       return ExitCode::success;
     });
     if (failure != ExitCode::success) exitCode = static_cast<int>(failure);

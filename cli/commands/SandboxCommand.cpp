@@ -17,8 +17,8 @@
 namespace ovinta::cli {
 namespace {
 
-struct SandboxArguments {
-  sandbox::Options options;
+struct SandboxOptions {
+  sandbox::Options service;
   std::string snapshotFile;
 };
 
@@ -27,10 +27,10 @@ ExitCode fail(const std::string& error) {
   return ExitCode::failure;
 }
 
-ExitCode runSandbox(const SandboxArguments& arguments) {
-  if (!arguments.snapshotFile.empty()) {
+ExitCode runSandbox(const SandboxOptions& options) {
+  if (!options.snapshotFile.empty()) {
     // At the end it would be too late to learn it.
-    if (const auto error = sandbox::trySnapshotFile(arguments.snapshotFile)) return fail(*error);
+    if (const auto error = sandbox::trySnapshotFile(options.snapshotFile)) return fail(*error);
   }
   // Blocked before the service's threads start, so that none but this one takes the signals.
   sigset_t signals;
@@ -39,47 +39,46 @@ ExitCode runSandbox(const SandboxArguments& arguments) {
   sigaddset(&signals, SIGTERM);
   pthread_sigmask(SIG_BLOCK, &signals, nullptr);
 
-  sandbox::Sandbox service(arguments.options);
+  sandbox::Sandbox service(options.service);
   if (const auto error = service.start()) return fail(*error);
   int signal = 0;
   // Nobody finds it whose address could not be written, which the end of the process tells.
   if (std::cout << service.baseURL() << std::endl) sigwait(&signals, &signal);
   service.stop();
-  if (arguments.snapshotFile.empty()) return ExitCode::success;
-  const auto error = service.saveSnapshot(arguments.snapshotFile);
+  if (options.snapshotFile.empty()) return ExitCode::success;
+  const auto error = service.saveSnapshot(options.snapshotFile);
   return error ? fail(*error) : ExitCode::success;
 }
 
 }  // namespace
 
 void addSandboxCommand(CLI::App& app, int& exitCode) {
-  auto arguments = std::make_shared<SandboxArguments>();
-  sandbox::Options* options = &arguments->options;
+  auto options = std::make_shared<SandboxOptions>();
+  sandbox::Options* service = &options->service;
   CLI::App* command = app.add_subcommand("sandbox", "Serve the REST service on this machine");
-  addNumber(*command, "--port", options->port, "Port on 127.0.0.1; 0 for any that is free")
+  addNumber(*command, "--port", service->port, "Port on 127.0.0.1; 0 for any that is free")
       ->check(CLI::Range(0, 65535))
       ->capture_default_str();
-  addNumber(*command, "--seed", options->seed, "Tokens and redemption codes follow from it")
+  addNumber(*command, "--seed", service->seed, "Tokens and redemption codes follow from it")
       ->capture_default_str();
   command
-      ->add_option("--seed-file", options->seedFile,
+      ->add_option("--seed-file", service->seedFile,
                    "Start with the snapshot that the file holds, and reset to it")
       ->type_name("FILE");
   command
-      ->add_option("--snapshot-file", arguments->snapshotFile,
+      ->add_option("--snapshot-file", options->snapshotFile,
                    "Write a snapshot to the file when the service ends")
       ->type_name("FILE");
-  command->add_option("--app-token", options->appToken, "Refuse apps with another token");
+  command->add_option("--app-token", service->appToken, "Refuse apps with another token");
   command
-      ->add_option("--minimum-app-version", options->minimumAppVersion,
+      ->add_option("--minimum-app-version", service->minimumAppVersion,
                    "Tell apps that are older to upgrade")
       ->check(CLI::Validator(
           [](const std::string& text) {
             return sandbox::isVersion(text) ? std::string() : text + " is no version";
           },
           "VERSION"));
-  command->callback(
-      [arguments, &exitCode] { exitCode = static_cast<int>(runSandbox(*arguments)); });
+  command->callback([options, &exitCode] { exitCode = static_cast<int>(runSandbox(*options)); });
 }
 
 }  // namespace ovinta::cli

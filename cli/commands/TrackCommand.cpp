@@ -11,48 +11,49 @@ namespace {
 
 using platform::simulation::Trip;
 
-struct TrackInput : TrackOptions {
+struct TrackCommandOptions : TrackOptions {
   bool isLive = false;
   platform::linuxos::PositionSource positionSource = platform::linuxos::PositionSource::automatic;
 };
 
-ExitCode run(const TrackInput& input, std::optional<Trip> trip) {
+ExitCode run(const TrackCommandOptions& options, std::optional<Trip> trip) {
   Interruption interruption;
-  const ExitCode code = input.isLive
-                            ? LiveTrack(input.client, input.positionSource, interruption).run()
-                            : Track(input, std::move(trip), interruption).run();
+  const ExitCode code = options.isLive
+                            ? LiveTrack(options.client, options.positionSource, interruption).run()
+                            : Track(options, std::move(trip), interruption).run();
   refuseUnkept();
   return code;
 }
 
-ExitCode track(const TrackInput& input) {
-  if (!input.trip.file) return run(input, std::nullopt);
-  auto trip = loadTrip(input.trip);
+ExitCode track(const TrackCommandOptions& options) {
+  if (!options.trip.file) return run(options, std::nullopt);
+  auto trip = loadTrip(options.trip);
   if (const auto* error = std::get_if<std::string>(&trip)) {
-    Output(input.client.json).printFailure("No Trip", *error);
+    Output(options.client.json).printFailure("No Trip", *error);
     return ExitCode::failure;
   }
-  return run(input, std::get<Trip>(std::move(trip)));
+  return run(options, std::get<Trip>(std::move(trip)));
 }
 
 }  // namespace
 
 void addTrackCommand(CLI::App& app, int& exitCode) {
-  auto input = std::make_shared<TrackInput>();
+  auto options = std::make_shared<TrackCommandOptions>();
   CLI::App* command = app.add_subcommand("track",
                                          "Follow the open orders on a simulated trip, to the site "
                                          "of the first unless a file of another "
                                          "trip is given, and tell the service for real");
-  addTripOptions(*command, input->trip);
+  addTripOptions(*command, options->trip);
   CLI::Option* const live =
-      command->add_flag("--live", input->isLive, "Follow this device's own position instead")
+      command->add_flag("--live", options->isLive, "Follow this device's own position instead")
           ->excludes("--trip")
           ->excludes("--pace")
           ->excludes("--seed");
-  addPositionSourceOption(*command, input->positionSource)->needs(live);
-  addClientOptions(*command, input->client);
-  command->callback([input, &exitCode] {
-    exitCode = static_cast<int>(Output(input->client.json).guard([&] { return track(*input); }));
+  addPositionSourceOption(*command, options->positionSource)->needs(live);
+  addClientOptions(*command, options->client);
+  command->callback([options, &exitCode] {
+    exitCode =
+        static_cast<int>(Output(options->client.json).guard([&] { return track(*options); }));
   });
 }
 

@@ -1,11 +1,11 @@
 #include <array>
 #include <chrono>
 #include <cstdint>
+#include <random>
 
 #include "OvintaSDK/core/Guarded.h"
 #include "cli/client/StoredOrders.h"
 #include "cli/demo/Demo.h"
-#include "cli/demo/SeededToken.h"
 #include "platform/Services.h"
 
 namespace ovinta::cli {
@@ -19,6 +19,14 @@ constexpr std::int64_t kSite = 42;
 /// Metres to the site at which the customer counts as being near, and as having arrived.
 constexpr double kNearby = 500;
 constexpr double kArrived = 50;
+
+/// The raw bytes of a made-up device token that follows from the seed.
+std::array<std::uint8_t, 32> seededToken(std::uint64_t seed) {
+  std::mt19937_64 generator(seed);
+  std::array<std::uint8_t, 32> token{};
+  for (std::uint8_t& byte : token) byte = static_cast<std::uint8_t>(generator());
+  return token;
+}
 
 const CustomerInfo& demoCustomer() {
   static const CustomerInfo kCustomer{.name = "Alex Example",
@@ -188,20 +196,19 @@ Demo::Failure Demo::fetchAgain() {
 
 Demo::Failure Demo::readStore() {
   Failure failure;
-  // It is written behind the callback's back.
+  // The library may write the store after the callback of the fetch.
   comesTrue([&] { return !(failure = compareStore()); });
   return failure;
 }
 
 Demo::Failure Demo::compareStore() const {
-  const auto stored = readStoredOrders(orderStoreFile());
-  if (const auto* error = std::get_if<std::string>(&stored)) return *error;
-  const auto& orders = std::get<std::vector<StoredOrder>>(stored);
-  const bool isKept = orders.size() == 1 && orders.front().id == order_->id &&
-                      orders.front().partnerIdentifier == order_->partnerIdentifier &&
-                      orders.front().siteId == order_->siteID &&
-                      orders.front().state == rawValue(OrderState::ready) &&
-                      orders.front().customerState == rawValue(CustomerState::completed);
+  const auto orders = readStoredOrders();
+  if (!orders) return orders.error();
+  const bool isKept = orders->size() == 1 && orders->front().id() == order_->id &&
+                      orders->front().partnerIdentifier() == order_->partnerIdentifier &&
+                      orders->front().siteId() == order_->siteID &&
+                      orders->front().state() == rawValue(OrderState::ready) &&
+                      orders->front().customerState() == rawValue(CustomerState::completed);
   if (!isKept) return "the store does not hold the order as it was fetched";
   return std::nullopt;
 }

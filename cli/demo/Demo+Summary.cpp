@@ -20,13 +20,12 @@ void Demo::summarize(bool succeeded) {
 
   text += "Orders in the store\n";
   platform::Value orders = platform::List();
-  const auto stored = readStoredOrders(orderStoreFile());
-  if (const auto* rows = std::get_if<std::vector<StoredOrder>>(&stored)) {
-    Result result = resultOf(*rows);
+  if (const auto stored = readStoredOrders()) {
+    Result result = resultOf(*stored);
     text += result.text;
     orders = std::move(result.value);
   } else {
-    text += std::get<std::string>(stored) + "\n";
+    text += stored.error() + "\n";
   }
   text += succeeded ? "Every expected step was seen.\n" : "The demonstration failed.\n";
   timeline_.summarize(text, {{"requests", requests},

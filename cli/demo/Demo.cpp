@@ -12,8 +12,8 @@ namespace {
 
 using namespace std::chrono_literals;
 
-ClientOptions inDirectory(ClientOptions options, const std::filesystem::path& directory) {
-  options.dataDirectory = directory;
+DemoOptions inDirectory(DemoOptions options, const std::filesystem::path& directory) {
+  options.service.dataDirectory = directory;
   return options;
 }
 
@@ -24,16 +24,11 @@ std::string failureText(const OvintaError& error) {
 }  // namespace
 
 Demo::Demo(DemoOptions options, platform::simulation::Trip trip, Interruption& interruption)
-    : options_(std::move(options)),
+    : options_(inDirectory(std::move(options), directory_.path())),
       interruption_(interruption),
       timeline_(options_.service.json, [this] { return device_->now(); }),
-      device_(makeDemoDevice({.kind = options_.device,
-                              .client = inDirectory(options_.service, directory_.path()),
-                              .trip = std::move(trip),
-                              .pace = options_.trip.pace,
-                              .seed = options_.trip.seed,
-                              .interruption = interruption,
-                              .observer = [this](const Exchange& exchange) { note(exchange); }})),
+      device_(makeDemoDevice(options_, std::move(trip), interruption,
+                             [this](const Exchange& exchange) { note(exchange); })),
       notificationLines_(timeline_) {
   observeLocationSettings();
 }

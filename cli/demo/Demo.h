@@ -60,6 +60,7 @@ class Demo {
   Failure compareStore() const;
 
   void observeLocationSettings();
+  /// Takes down a request that was answered.
   void note(const Exchange& exchange);
   /// Lets time of the trip pass, at the pace asked for.
   void pass(std::chrono::seconds interval);
@@ -74,10 +75,10 @@ class Demo {
   Failure awaitFetch();
   void summarize(bool succeeded);
 
+  /// Where settings and order store are kept.
+  replay::TemporaryDirectory directory_;
   const DemoOptions options_;
   Interruption& interruption_;
-  /// Settings and order store.
-  replay::TemporaryDirectory directory_;
   Timeline timeline_;
   ExchangeLog exchanges_;
   const std::unique_ptr<DemoDevice> device_;

@@ -7,11 +7,16 @@
 
 namespace ovinta::cli {
 
-std::unique_ptr<DemoDevice> makeDemoDevice(DemoDeviceSetup setup) {
-  if (setup.kind == DemoDeviceKind::linux) {
-    return std::make_unique<LinuxDemoDevice>(std::move(setup));
+std::unique_ptr<DemoDevice> makeDemoDevice(const DemoOptions& options,
+                                           platform::simulation::Trip trip,
+                                           Interruption& interruption,
+                                           ObservedURLSession::Observer observer) {
+  if (options.device == DemoDeviceKind::linux) {
+    return std::make_unique<LinuxDemoDevice>(options, std::move(trip), interruption,
+                                             std::move(observer));
   }
-  return std::make_unique<SimulatedDemoDevice>(std::move(setup));
+  return std::make_unique<SimulatedDemoDevice>(options, std::move(trip), interruption,
+                                               std::move(observer));
 }
 
 }  // namespace ovinta::cli

@@ -48,21 +48,6 @@ class DemoDevice {
   virtual ObservedLocationServices& location() = 0;
 };
 
-/// What a device is made of.
-struct DemoDeviceSetup {
-  DemoDeviceKind kind;
-  ClientOptions client;
-  /// At least one point.
-  platform::simulation::Trip trip;
-  /// How long the trip takes on the wall clock.
-  std::chrono::duration<double> pace;
-  std::uint64_t seed;
-  /// Outlives the device.
-  Interruption& interruption;
-  /// Called for as long as the device lives, on any thread.
-  ObservedURLSession::Observer observer;
-};
-
 /// How long a second of a trip takes on the wall clock.
 inline std::chrono::duration<double> wallSecond(std::chrono::duration<double> pace,
                                                 platform::TimeInterval duration) {
@@ -70,7 +55,12 @@ inline std::chrono::duration<double> wallSecond(std::chrono::duration<double> pa
   return pace / std::max(seconds.count(), 1.0);
 }
 
-/// The device of that kind. Throws `std::runtime_error` where it cannot be had.
-std::unique_ptr<DemoDevice> makeDemoDevice(DemoDeviceSetup setup);
+/// The device that the options ask for, which must name a data directory. The trip must hold at
+/// least one point, `interruption` must outlive the device, and `observer` is called for as long as
+/// the device lives, on any thread. Throws `std::runtime_error` where it cannot be had.
+std::unique_ptr<DemoDevice> makeDemoDevice(const DemoOptions& options,
+                                           platform::simulation::Trip trip,
+                                           Interruption& interruption,
+                                           ObservedURLSession::Observer observer);
 
 }  // namespace ovinta::cli

@@ -16,7 +16,8 @@ enum class DemoDeviceKind {
 struct DemoOptions {
   DemoDeviceKind device = DemoDeviceKind::simulated;
   TripOptions trip = {};
-  /// Without a base URL the service is a sandbox in this process; the data directory is not used.
+  /// Without a base URL the service is a sandbox in this process. A demonstration sets the data
+  /// directory itself.
   ClientOptions service = {};
 };
 

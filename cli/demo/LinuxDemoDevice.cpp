@@ -14,7 +14,8 @@ namespace {
 using namespace std::chrono_literals;
 using platform::services;
 
-/// By the wall clock. A trip that is hurried goes far in a second.
+/// How often GeoClue is told of the position, by the wall clock: a hurried trip goes far in a
+/// second.
 constexpr auto kFixInterval = 500ms;
 constexpr platform::TimeInterval kLookInterval = 10ms;
 
@@ -27,14 +28,15 @@ platform::Services servicesOn(const replay::Rig& rig, const ClientOptions& optio
 
 }  // namespace
 
-LinuxDemoDevice::LinuxDemoDevice(DemoDeviceSetup setup)
-    : interruption_(setup.interruption),
+LinuxDemoDevice::LinuxDemoDevice(const DemoOptions& options, platform::simulation::Trip trip,
+                                 Interruption& interruption, ObservedURLSession::Observer observer)
+    : interruption_(interruption),
       rig_(valueOf(replay::Rig::start())),
-      base_(servicesOn(*rig_, setup.client)),
-      path_(std::move(setup.trip.points), *base_.geodesy),
-      second_(wallSecond(setup.pace, path_.duration())) {
+      base_(servicesOn(*rig_, options.service)),
+      path_(std::move(trip.points), *base_.geodesy),
+      second_(wallSecond(options.trip.pace, path_.duration())) {
   platform::Services system = base_;
-  session_ = std::make_shared<ObservedURLSession>(system.urlSession, std::move(setup.observer));
+  session_ = std::make_shared<ObservedURLSession>(system.urlSession, std::move(observer));
   system.urlSession = session_;
   location_ = std::make_shared<ObservedLocationServices>(system.location, system.clock);
   system.location = location_;

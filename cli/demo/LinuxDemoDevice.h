@@ -16,8 +16,9 @@ namespace ovinta::cli {
 /// is left to the services.
 class LinuxDemoDevice : public DemoDevice {
  public:
-  /// Throws `std::runtime_error` where GeoClue cannot be run.
-  explicit LinuxDemoDevice(DemoDeviceSetup setup);
+  /// As `makeDemoDevice` has them. Throws `std::runtime_error` where GeoClue cannot be run.
+  LinuxDemoDevice(const DemoOptions& options, platform::simulation::Trip trip,
+                  Interruption& interruption, ObservedURLSession::Observer observer);
   ~LinuxDemoDevice() override;
 
   platform::Date now() override { return platform::services().clock->now(); }

@@ -8,11 +8,14 @@ namespace ovinta::cli {
 
 using namespace std::chrono_literals;
 
-SimulatedDemoDevice::SimulatedDemoDevice(DemoDeviceSetup setup)
-    : interruption_(setup.interruption),
-      device_(clientServices(setup.client), setup.trip.start, std::move(setup.observer)),
-      player_(device_.simulation(), std::move(setup.trip), setup.seed),
-      second_(wallSecond(setup.pace, player_.duration())) {}
+SimulatedDemoDevice::SimulatedDemoDevice(const DemoOptions& options,
+                                         platform::simulation::Trip trip,
+                                         Interruption& interruption,
+                                         ObservedURLSession::Observer observer)
+    : interruption_(interruption),
+      device_(clientServices(options.service), trip.start, std::move(observer)),
+      player_(device_.simulation(), std::move(trip), options.trip.seed),
+      second_(wallSecond(options.trip.pace, player_.duration())) {}
 
 void SimulatedDemoDevice::passSecond() {
   device_.time().advance(1s, [this] { return interruption_.happened(); });

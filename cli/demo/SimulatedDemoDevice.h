@@ -11,10 +11,12 @@ namespace ovinta::cli {
 /// A simulated device, in virtual time.
 class SimulatedDemoDevice : public DemoDevice {
  public:
-  explicit SimulatedDemoDevice(DemoDeviceSetup setup);
+  /// As `makeDemoDevice` has them.
+  SimulatedDemoDevice(const DemoOptions& options, platform::simulation::Trip trip,
+                      Interruption& interruption, ObservedURLSession::Observer observer);
 
   platform::Date now() override { return device_.time().now(); }
-  /// It is given from the start.
+  /// Nothing to do: a simulated device has the permission from the start.
   void askPermission() override {}
   void passSecond() override;
   bool waitUntil(const std::function<bool()>& condition) override;

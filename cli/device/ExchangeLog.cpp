@@ -22,7 +22,7 @@ std::string describe(const Exchange& exchange) {
 }
 
 void ExchangeLog::add(Exchange exchange) {
-  const std::scoped_lock lock(mutex_);
+  const std::lock_guard lock(mutex_);
   exchanges_.push_back(std::move(exchange));
 }
 
@@ -31,7 +31,7 @@ std::size_t ExchangeLog::succeeded(std::string_view method, std::string_view eve
   const auto matches = [](std::string_view wanted, const std::string& text) {
     return wanted.empty() || wanted == text;
   };
-  const std::scoped_lock lock(mutex_);
+  const std::lock_guard lock(mutex_);
   return static_cast<std::size_t>(std::ranges::count_if(exchanges_, [&](const Exchange& exchange) {
     return exchange.status == 200 && exchange.method == method &&
            matches(eventType, exchange.eventType) && matches(content, exchange.content);
@@ -39,13 +39,13 @@ std::size_t ExchangeLog::succeeded(std::string_view method, std::string_view eve
 }
 
 std::size_t ExchangeLog::failed() const {
-  const std::scoped_lock lock(mutex_);
+  const std::lock_guard lock(mutex_);
   return static_cast<std::size_t>(std::ranges::count_if(
       exchanges_, [](const Exchange& exchange) { return exchange.status / 100 != 2; }));
 }
 
 std::map<std::string, std::int64_t> ExchangeLog::counts() const {
-  const std::scoped_lock lock(mutex_);
+  const std::lock_guard lock(mutex_);
   std::map<std::string, std::int64_t> counts;
   for (const Exchange& exchange : exchanges_) {
     std::string kind = exchange.method + " " + endpointOf(exchange.path);
@@ -56,7 +56,7 @@ std::map<std::string, std::int64_t> ExchangeLog::counts() const {
 }
 
 std::optional<Exchange> ExchangeLog::last() const {
-  const std::scoped_lock lock(mutex_);
+  const std::lock_guard lock(mutex_);
   return exchanges_.empty() ? std::nullopt : std::optional(exchanges_.back());
 }
 

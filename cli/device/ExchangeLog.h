@@ -32,7 +32,7 @@ class ExchangeLog {
   /// The number of requests by kind, e.g. "POST m/v1/events location_update".
   std::map<std::string, std::int64_t> counts() const;
 
-  /// The one that was answered last.
+  /// The request that ended last; absent before the first has.
   std::optional<Exchange> last() const;
 
  private:

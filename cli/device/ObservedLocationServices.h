@@ -18,7 +18,7 @@ namespace ovinta::cli {
 struct ObservedLocation {
   bool isUpdating = false;
   bool isMonitoringSignificantChanges = false;
-  /// Absent until one was asked for.
+  /// The accuracy that was asked for last; absent before.
   std::optional<platform::LocationAccuracy> desiredAccuracy = {};
   /// Metres.
   double distanceFilter = 0;
@@ -26,7 +26,7 @@ struct ObservedLocation {
   std::size_t distanceFilterChanges = 0;
   std::vector<platform::Region> rangedRegions = {};
 
-  /// Absent until the library has heard.
+  /// The last position that the library was told; absent before the first.
   std::optional<platform::Location> location = {};
   /// The beacons heard of late, smoothed as the library smooths those that it sends.
   std::vector<Beacon> beacons = {};
@@ -53,8 +53,8 @@ class ObservedLocationServices : public platform::LocationServices {
   }
   std::unique_ptr<platform::LocationManager> makeLocationManager() override;
 
-  /// Of all managers together; the library has one. What it refers to follows what happens, save
-  /// the beacons, which are those of the call.
+  /// What was seen of all managers together, of which the library has one. The reference follows
+  /// what happens, save the beacons, which are those heard by the time of the call.
   const ObservedLocation& observed() const;
 
   /// Has `observer` called at each request, once it was made, and at each piece of news, before the

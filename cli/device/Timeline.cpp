@@ -11,24 +11,24 @@
 namespace ovinta::cli {
 
 void Timeline::setSituation(Situation situation) {
-  const std::scoped_lock lock(mutex_);
+  const std::lock_guard lock(mutex_);
   situation_ = std::move(situation);
 }
 
 void Timeline::begin(std::string_view title) {
-  const std::scoped_lock lock(mutex_);
+  const std::lock_guard lock(mutex_);
   if (json_) return printObject("step", title, {});
   print("\n" + visibleText(title));
 }
 
 void Timeline::add(std::string_view kind, std::string_view text, platform::Dictionary details) {
-  const std::scoped_lock lock(mutex_);
+  const std::lock_guard lock(mutex_);
   if (json_) return printObject(kind, text, std::move(details));
   const auto& [distance, accuracy] = situation_;
   const std::string metres = distance ? std::to_string(std::lround(*distance)) + " m" : "";
   std::ostringstream line;
   line << "  " << utcText(now_(), "%H:%M:%S");
-  // What stands below says more of it.
+  // The lines that stand below say more of distance and accuracy.
   if (!block_.isShown()) {
     line << std::right << std::setw(9) << metres;
     line << "  " << std::left << std::setw(26) << accuracy;
@@ -45,7 +45,7 @@ void Timeline::print(std::string_view line) {
 }
 
 void Timeline::showBelow(std::vector<std::string> lines) {
-  const std::scoped_lock lock(mutex_);
+  const std::lock_guard lock(mutex_);
   if (json_) return;
   block_.show(std::move(lines));
   std::cout << std::flush;
@@ -71,7 +71,7 @@ void Timeline::printObject(std::string_view kind, std::string_view text,
 }
 
 void Timeline::summarize(std::string_view text, platform::Dictionary details) {
-  const std::scoped_lock lock(mutex_);
+  const std::lock_guard lock(mutex_);
   block_.show({});
   if (json_) {
     details.emplace("kind", "summary");

@@ -2,10 +2,13 @@
 
 #include <memory>
 
+#include "OvintaSDK/model/LocationAuthStatus.h"
+
 namespace ovinta::cli {
 namespace {
 
-constexpr platform::AuthorizationStatus kWhenInUse = 4;
+constexpr auto kWhenInUse =
+    static_cast<platform::AuthorizationStatus>(LocationAuthStatus::authorizedWhenInUse);
 
 }  // namespace
 

@@ -24,9 +24,9 @@ struct TripOptions {
   std::uint64_t seed = 1;
 };
 
-/// Adds the options; `options` must outlive the parsing.
+/// Adds all options; `options` must outlive the parsing.
 void addTripOptions(CLI::App& command, TripOptions& options);
-/// Adds those of a trip to which nothing is left to chance.
+/// Adds all options but the seed, for trips in which nothing is left to chance.
 void addPlainTripOptions(CLI::App& command, TripOptions& options);
 
 /// The trip asked for, or a sentence that says what is wrong with its file.

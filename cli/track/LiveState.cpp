@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <string_view>
 
+#include "OvintaSDK/model/LocationAuthStatus.h"
 #include "cli/device/ExchangeLog.h"
 
 namespace ovinta::cli {
@@ -29,7 +30,7 @@ std::string accuracyInForce(const ObservedLocation& location) {
   return text + (location.isMonitoringSignificantChanges ? ", and significant changes" : "");
 }
 
-/// What may have to be cut comes last.
+/// The UUID comes last, since a narrow terminal cuts the ends of lines.
 std::string beaconText(const Beacon& beacon) {
   std::array<char, 64> text{};
   std::snprintf(text.data(), text.size(), "%.1f dBm, %.1f m: %u/%u of ", beacon.rssi.value,
@@ -68,20 +69,16 @@ void append(std::vector<std::string>& lines, std::string label,
 }  // namespace
 
 std::string permissionText(bool isEnabled, platform::AuthorizationStatus permission) {
-  switch (permission) {
-    case platform::kAuthorizationNotDetermined:
-      return isEnabled ? "no answer yet" : "no answer yet, nor a location service";
-    case 1:
-      return "location is switched off for all";
-    case 2:
-      return "refused";
-    case 3:
-      return "granted always";
-    case 4:
-      return "granted while in use";
-    default:
-      return "number " + std::to_string(permission);
+  using enum LocationAuthStatus;
+  const auto status = stateFromRawValue<LocationAuthStatus>(permission);
+  if (status == notDetermined) {
+    return isEnabled ? "no answer yet" : "no answer yet, nor a location service";
   }
+  if (status == restricted) return "location is switched off for all";
+  if (status == denied) return "refused";
+  if (status == authorizedAlways) return "granted always";
+  if (status == authorizedWhenInUse) return "granted while in use";
+  return "number " + std::to_string(permission);
 }
 
 std::vector<std::string> liveLines(const LiveState& state) {

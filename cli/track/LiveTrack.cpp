@@ -3,6 +3,7 @@
 #include <string>
 #include <utility>
 
+#include "OvintaSDK/model/LocationAuthStatus.h"
 #include "cli/client/ClientServices.h"
 #include "cli/device/TripDevice.h"
 #include "platform/linux/Linux.h"
@@ -23,16 +24,18 @@ constexpr const char* kRefused =
     "The command may not know the position. Allow \"ovinta\" in the settings of the desktop or in "
     "GeoClue's configuration, and start it again.";
 
+bool isDenied(platform::AuthorizationStatus permission) {
+  return stateFromRawValue<LocationAuthStatus>(permission) == LocationAuthStatus::denied;
+}
+
 std::string permissionSentence(platform::AuthorizationStatus permission) {
-  switch (permission) {
-    case platform::kAuthorizationNotDetermined:
-      return "Waiting for the permission...";
-    case 1:
-      return "Location is switched off for all. Switch it on in the settings of the system: the "
-             "position is followed from then on.";
-    default:
-      return permissionText(true, permission);
+  const auto status = stateFromRawValue<LocationAuthStatus>(permission);
+  if (status == LocationAuthStatus::notDetermined) return "Waiting for the permission...";
+  if (status == LocationAuthStatus::restricted) {
+    return "Location is switched off for all. Switch it on in the settings of the system: the "
+           "position is followed from then on.";
   }
+  return permissionText(true, permission);
 }
 
 }  // namespace
@@ -105,7 +108,7 @@ void LiveTrack::followPermission() {
   const platform::AuthorizationStatus now = permission();
   if (std::exchange(permission_, now) != now) tellPermission();
   const bool isGranted = platform::isAuthorized(now);
-  if (platform::linuxos::isLocationAuthorizationKept() || (!isGranted && now != 2)) {
+  if (platform::linuxos::isLocationAuthorizationKept() || (!isGranted && !isDenied(now))) {
     askPermission();
   } else if (isGranted) {
     wasGranted_ = true;
@@ -133,8 +136,8 @@ void LiveTrack::askPermission() {
 }
 
 void LiveTrack::tellPermission() {
-  // At first it is the end, which says the same.
-  const bool isRefusal = *permission_ == 2 && wasGranted_;
+  // A refusal before any grant ends the run, and its last message says the same.
+  const bool isRefusal = isDenied(*permission_) && wasGranted_;
   report_.add("access", isRefusal ? kRefused : permissionSentence(*permission_),
               {{"status", *permission_}});
 }

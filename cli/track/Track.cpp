@@ -112,7 +112,7 @@ void Track::drive() {
     passSecond();
     if (player_->isFinished()) ++secondsAfter;
   }
-  // Answered once the removals before are done.
+  // Asked for its order alone: the answer comes once the removals before are done.
   pendingNotifications(*base_.userNotifications);
 }
 

@@ -33,9 +33,9 @@ class Track {
   ExitCode run();
 
  private:
-  /// The outcome of fetching the orders; absent when orders are open.
+  /// Fetches the orders; the exit code where it ends there, absent when orders are open.
   std::optional<ExitCode> fetchOrders();
-  /// Decides on the trip; absent for success.
+  /// Decides on the trip; the exit code where there is none, absent otherwise.
   std::optional<ExitCode> planTrip();
   /// Says in words where the trip leads.
   std::string destinationText() const;

@@ -38,7 +38,7 @@ class TrackReport {
   /// What comes with each line from now on, the distance in metres to the nearest site; and a line
   /// when other positions or beacons are asked for than before. Main thread only.
   void setSituation(std::optional<double> distance, const ObservedLocation& location);
-  /// See `Timeline::showBelow`.
+  /// Shows lines that stay below the others, as `Timeline::showBelow` does.
   void showBelow(std::vector<std::string> lines) { timeline_.showBelow(std::move(lines)); }
   void showProgress(const std::string& text) { progress_.show(text); }
   void hideProgress() { progress_.clear(); }
