@@ -18,13 +18,14 @@ namespace {
 
 /// What a shell adds to the number of a signal.
 constexpr int kSignalBase = 128;
+/// The exit status of a process of which nobody can tell how it ended.
 constexpr int kNotKnown = 1;
 /// How long a process may take to end by itself.
 constexpr std::chrono::seconds kPatience{10};
 constexpr std::chrono::milliseconds kLookInterval{2};
 
 std::vector<char*> pointers(std::vector<std::string>& texts) {
-  // What is left over is the null that ends the list.
+  // The last pointer stays null, which ends the list.
   std::vector<char*> result(texts.size() + 1);
   std::ranges::transform(texts, result.begin(), [](std::string& text) { return text.data(); });
   return result;
@@ -136,11 +137,12 @@ std::optional<int> ChildProcess::collect(int waitOptions) {
     ended = waitpid(process_, &status, waitOptions);
   } while (ended < 0 && errno == EINTR);
   if (ended == 0) return std::nullopt;
-  // In a process that ignores its children nobody can tell how they ended.
-  if (ended < 0)
+  if (ended < 0) {
+    // This process ignores its children, and then the system keeps nothing of them.
     exitStatus_ = kNotKnown;
-  else
+  } else {
     exitStatus_ = WIFSIGNALED(status) ? kSignalBase + WTERMSIG(status) : WEXITSTATUS(status);
+  }
   return exitStatus_;
 }
 

@@ -13,7 +13,7 @@ namespace ovinta::replay {
 enum class ChildOutput {
   /// Nowhere. The process is out of the terminal's reach, so that its keys interrupt others only.
   none,
-  /// The same, but for the first line on its standard output, which is waited for.
+  /// Nowhere, but for the first line on its standard output, which is waited for.
   firstLine,
   /// Where this process writes; it reads what this one does, too.
   shared
@@ -35,13 +35,14 @@ class ChildProcess {
   ChildProcess(const ChildProcess&) = delete;
   ChildProcess& operator=(const ChildProcess&) = delete;
 
-  /// Without its end; empty where none was asked for or none came.
+  /// The first line that the process wrote, without its end; empty where none was asked for or none
+  /// came.
   const std::string& firstLine() const { return firstLine_; }
 
   /// How the process ended, as a shell tells it: its exit status, or 128 and the number of the
   /// signal that ended it; absent while it runs.
   std::optional<int> exitStatus() { return collect(WNOHANG); }
-  /// The same, after its end.
+  /// Waits for the end of the process, and answers the same.
   int wait() { return *collect(0); }
 
  private:

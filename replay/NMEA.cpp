@@ -13,7 +13,7 @@ namespace {
 using platform::Location;
 
 constexpr double kMetresPerSecondPerKnot = 1852.0 / 3600;
-/// What receivers tell; 0 would be no number of theirs.
+/// The dilutions of precision that receivers tell; none tells 0.
 constexpr double kLeastDilution = 0.1, kGreatestDilution = 99.9;
 constexpr const char* kSatellites = "08";
 

@@ -16,7 +16,7 @@ class PrivateBus {
   /// Returns when the daemon listens. Throws `std::runtime_error` when it does not start.
   PrivateBus();
 
-  /// As D-Bus writes it.
+  /// The bus's address, as D-Bus writes it.
   const std::string& address() const { return address_; }
 
   /// Has the daemon start a service on demand, as the D-Bus activation file says.

@@ -19,7 +19,8 @@ using namespace std::chrono_literals;
 constexpr const char* kDaemon = "/usr/libexec/geoclue";
 constexpr const char* kAgent = "/usr/libexec/geoclue-2.0/demos/agent";
 constexpr const char* kConfiguration = "/etc/geoclue/geoclue.conf";
-/// GeoClue takes a fraction of it, on a machine that has nothing else to do.
+/// How long GeoClue may take to start; on a machine that has nothing else to do it takes a
+/// fraction.
 constexpr auto kStartLimit = 20s;
 
 /// Nothing may leave the machine: without an address of its own GeoClue would ask one on the

@@ -44,9 +44,9 @@ class Rig {
   Rig(const Rig&) = delete;
   Rig& operator=(const Rig&) = delete;
 
-  /// Of the system bus of whoever is to follow this position.
+  /// The address of the bus that whoever is to follow this position must take for the system's.
   const std::string& busAddress() const { return bus_.address(); }
-  /// What says so to a process, as NAME=value.
+  /// The environment variable that has a process take that bus, as NAME=value.
   std::string variable() const;
 
   /// Whether GeoClue listens, which it does as long as an application follows the position. That it
@@ -65,7 +65,7 @@ class Rig {
   void startAgent();
 
  private:
-  /// Throws what `std::exception` is the base of.
+  /// Throws exceptions that derive from `std::exception`.
   explicit Rig(const Options& options);
 
   std::filesystem::path socket() const { return directory_.path() / "nmea"; }
@@ -75,7 +75,7 @@ class Rig {
   const TemporaryDirectory directory_;
   PrivateBus bus_;
   LineServer<boost::asio::local::stream_protocol> feed_{socket().string()};
-  /// What runs a command with mounts of its own.
+  /// The words that, put before a command, run it with mounts of its own.
   std::vector<std::string> namespace_;
   std::optional<ChildProcess> daemon_, agent_;
 };

@@ -8,8 +8,8 @@
 
 namespace ovinta::replay {
 
-/// A new directory that goes, with all that is in it, when the object does. The constructor throws
-/// `std::system_error` where none can be made.
+/// A new directory, which is removed with all that is in it when the object is destroyed. The
+/// constructor throws `std::system_error` where none can be made.
 class TemporaryDirectory {
  public:
   TemporaryDirectory() {
