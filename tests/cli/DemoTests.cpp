@@ -1,12 +1,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <iterator>
-
 #include "platform/JSON.h"
 #include "replay/Rig.h"
 #include "sandbox/Sandbox.h"
+#include "tests/cli/Transcript.h"
 #include "tests/support/Command.h"
 
 namespace ovinta {
@@ -63,19 +61,12 @@ TEST(Demo, goesFromTheAccountToTheRating) {
                                          HasSubstr(R"("succeeded":true)"))));
 }
 
-/// What `ovinta demo --pace 0 --seed 7` prints, for people or with `--json`, from the first step to
-/// the summary. Whoever means to change it records it anew.
-std::string transcript(const std::string& name) {
-  std::ifstream file(OVINTA_TRANSCRIPTS "/" + name);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-
 TEST(Demo, printsTheSameEventsForTheSameSeedOnly) {
   const CommandResult forPeople = demo({"--seed", "7"});
   EXPECT_EQ(forPeople.exitCode, 0);
-  EXPECT_EQ(forPeople.output, transcript("demo.txt"));
-  EXPECT_EQ(demo({"--json", "--seed", "7"}).output, transcript("demo.json"));
-  EXPECT_NE(demo({"--json", "--seed", "8"}).output, transcript("demo.json"));
+  EXPECT_EQ(forPeople.output, test::transcript("demo.txt"));
+  EXPECT_EQ(demo({"--json", "--seed", "7"}).output, test::transcript("demo.json"));
+  EXPECT_NE(demo({"--json", "--seed", "8"}).output, test::transcript("demo.json"));
 }
 
 TEST(Demo, goesTheSameWayWithTheRealPosition) {
