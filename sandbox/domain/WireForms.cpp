@@ -14,6 +14,7 @@
 #include "OvintaSDK/model/CustomerState.h"
 #include "OvintaSDK/model/LocationAuthStatus.h"
 #include "OvintaSDK/model/OrderState.h"
+#include "platform/portable/FixedPatternDate.h"
 
 namespace ovinta::sandbox {
 namespace {
@@ -30,11 +31,6 @@ template <class State>
 bool isOpenState(std::string_view text) {
   const auto* row = findRow<State>(text);
   return row && row->isOpen;
-}
-
-void appendDigits(std::string& text, long long value, std::size_t width) {
-  const std::string digits = std::to_string(value);
-  text.append(width > digits.size() ? width - digits.size() : 0, '0').append(digits);
 }
 
 /// Whether the text is an instant with milliseconds, in UTC ("Z") or with a numeric offset.
@@ -68,18 +64,8 @@ std::vector<unsigned> versionNumbers(std::string_view version) {
 }  // namespace
 
 std::string dateText(platform::Date date) {
-  const auto midnight = std::chrono::floor<std::chrono::days>(date);
-  const std::chrono::year_month_day day{midnight};
-  const std::chrono::hh_mm_ss time{std::chrono::floor<std::chrono::milliseconds>(date - midnight)};
-  std::string text;
-  appendDigits(text, static_cast<int>(day.year()), 4);
-  appendDigits(text += '-', static_cast<unsigned>(day.month()), 2);
-  appendDigits(text += '-', static_cast<unsigned>(day.day()), 2);
-  appendDigits(text += 'T', time.hours().count(), 2);
-  appendDigits(text += ':', time.minutes().count(), 2);
-  appendDigits(text += ':', time.seconds().count(), 2);
-  appendDigits(text += '.', time.subseconds().count(), 3);
-  return text += 'Z';
+  using namespace platform::portable;
+  return writeFixedDate(date, std::chrono::seconds(0), OffsetStyle::extended).value();
 }
 
 std::string pushDateText(std::string_view answerText) {

@@ -9,7 +9,8 @@
 
 namespace ovinta::sandbox {
 
-/// The instant in UTC as answers carry it, e.g. "2024-05-01T12:00:00.000Z"; finer parts are cut.
+/// The instant, of the years 1600 to 9999, in UTC as answers carry it, e.g.
+/// "2024-05-01T12:00:00.000Z"; finer parts are cut.
 std::string dateText(platform::Date date);
 
 /// Whether the text is an instant in that form.
