@@ -20,7 +20,7 @@ struct ObservedLocation {
   bool isMonitoringSignificantChanges = false;
   /// The accuracy that was asked for last; absent before.
   std::optional<platform::LocationAccuracy> desiredAccuracy = {};
-  /// Metres.
+  /// The distance filter in force, in metres.
   double distanceFilter = 0;
   /// How often the filter became another one than before.
   std::size_t distanceFilterChanges = 0;

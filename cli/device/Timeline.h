@@ -16,7 +16,7 @@ namespace ovinta::cli {
 
 /// Where the customer is and how closely the library follows, at some moment.
 struct Situation {
-  /// Metres to the site.
+  /// Metres to the site; absent where that is not known.
   std::optional<double> distance = {};
   /// The accuracy setting in words, e.g. "best, 200 m".
   std::string accuracy = {};
@@ -31,12 +31,13 @@ class Timeline {
   /// What is printed with every line from now on.
   void setSituation(Situation situation);
 
-  /// One line: what kind of thing happened, what it was for people, and its details for programs.
+  /// Prints one line: what kind of thing happened, what it was for people, and its details for
+  /// programs.
   void add(std::string_view kind, std::string_view text, platform::Dictionary details = {});
-  /// The line of a request and its answer.
+  /// Prints the line of a request and its answer.
   void add(const Exchange& exchange);
 
-  /// A heading: what is to come next.
+  /// Prints a heading: what is to come next.
   void begin(std::string_view title);
 
   /// Lines that stay below the others from now on, on a terminal; nothing for programs.

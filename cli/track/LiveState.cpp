@@ -7,7 +7,6 @@
 #include <cstdio>
 #include <string_view>
 
-#include "OvintaSDK/model/LocationAuthStatus.h"
 #include "cli/device/ExchangeLog.h"
 
 namespace ovinta::cli {
@@ -69,16 +68,20 @@ void append(std::vector<std::string>& lines, std::string label,
 }  // namespace
 
 std::string permissionText(bool isEnabled, platform::AuthorizationStatus permission) {
-  using enum LocationAuthStatus;
-  const auto status = stateFromRawValue<LocationAuthStatus>(permission);
-  if (status == notDetermined) {
-    return isEnabled ? "no answer yet" : "no answer yet, nor a location service";
+  switch (permission) {
+    case platform::kAuthorizationNotDetermined:
+      return isEnabled ? "no answer yet" : "no answer yet, nor a location service";
+    case platform::kAuthorizationRestricted:
+      return "location is switched off for all";
+    case platform::kAuthorizationDenied:
+      return "refused";
+    case platform::kAuthorizedAlways:
+      return "granted always";
+    case platform::kAuthorizedWhenInUse:
+      return "granted while in use";
+    default:
+      return "number " + std::to_string(permission);
   }
-  if (status == restricted) return "location is switched off for all";
-  if (status == denied) return "refused";
-  if (status == authorizedAlways) return "granted always";
-  if (status == authorizedWhenInUse) return "granted while in use";
-  return "number " + std::to_string(permission);
 }
 
 std::vector<std::string> liveLines(const LiveState& state) {

@@ -20,10 +20,10 @@ struct LiveState {
   bool isEnabled = false;
   platform::AuthorizationStatus permission = platform::kAuthorizationNotDetermined;
   ObservedLocation location = {};
-  /// Metres to the nearest site.
+  /// Metres to the nearest site of an open order; absent where that is not known.
   std::optional<double> distance = {};
   platform::BatteryState battery = platform::BatteryState::unknown;
-  /// The number of requests by kind.
+  /// How many requests were answered, by kind.
   std::map<std::string, std::int64_t> sent = {};
   std::optional<Exchange> lastSent = {};
 };

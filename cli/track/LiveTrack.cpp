@@ -3,7 +3,6 @@
 #include <string>
 #include <utility>
 
-#include "OvintaSDK/model/LocationAuthStatus.h"
 #include "cli/client/ClientServices.h"
 #include "cli/device/TripDevice.h"
 #include "platform/linux/Linux.h"
@@ -14,7 +13,7 @@ namespace {
 using namespace std::chrono_literals;
 using platform::services;
 
-/// Short enough for what is shown to be new.
+/// How often the library is looked at: often enough for what is shown to be new.
 constexpr auto kWatchInterval = 200ms;
 constexpr auto kQuestionInterval = 2s;
 /// The question with which it is time to say that the answer does not come.
@@ -24,18 +23,16 @@ constexpr const char* kRefused =
     "The command may not know the position. Allow \"ovinta\" in the settings of the desktop or in "
     "GeoClue's configuration, and start it again.";
 
-bool isDenied(platform::AuthorizationStatus permission) {
-  return stateFromRawValue<LocationAuthStatus>(permission) == LocationAuthStatus::denied;
-}
-
 std::string permissionSentence(platform::AuthorizationStatus permission) {
-  const auto status = stateFromRawValue<LocationAuthStatus>(permission);
-  if (status == LocationAuthStatus::notDetermined) return "Waiting for the permission...";
-  if (status == LocationAuthStatus::restricted) {
-    return "Location is switched off for all. Switch it on in the settings of the system: the "
-           "position is followed from then on.";
+  switch (permission) {
+    case platform::kAuthorizationNotDetermined:
+      return "Waiting for the permission...";
+    case platform::kAuthorizationRestricted:
+      return "Location is switched off for all. Switch it on in the settings of the system: the "
+             "position is followed from then on.";
+    default:
+      return permissionText(true, permission);
   }
-  return permissionText(true, permission);
 }
 
 }  // namespace
@@ -108,7 +105,8 @@ void LiveTrack::followPermission() {
   const platform::AuthorizationStatus now = permission();
   if (std::exchange(permission_, now) != now) tellPermission();
   const bool isGranted = platform::isAuthorized(now);
-  if (platform::linuxos::isLocationAuthorizationKept() || (!isGranted && !isDenied(now))) {
+  if (platform::linuxos::isLocationAuthorizationKept() ||
+      (!isGranted && now != platform::kAuthorizationDenied)) {
     askPermission();
   } else if (isGranted) {
     wasGranted_ = true;
@@ -137,7 +135,7 @@ void LiveTrack::askPermission() {
 
 void LiveTrack::tellPermission() {
   // A refusal before any grant ends the run, and its last message says the same.
-  const bool isRefusal = isDenied(*permission_) && wasGranted_;
+  const bool isRefusal = *permission_ == platform::kAuthorizationDenied && wasGranted_;
   report_.add("access", isRefusal ? kRefused : permissionSentence(*permission_),
               {{"status", *permission_}});
 }

@@ -57,7 +57,7 @@ class LiveTrack {
   int questions_ = 0;
   std::chrono::steady_clock::time_point nextQuestion_ = std::chrono::steady_clock::now();
   bool isFollowing_ = false;
-  /// Absent as long as orders may be open.
+  /// The exit code of a run that is over; absent as long as orders may be open.
   std::optional<ExitCode> end_;
 };
 

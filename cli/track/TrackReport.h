@@ -33,7 +33,7 @@ class TrackReport {
   /// A heading, and from then on a line for each notification and position of the library.
   void begin();
   void add(std::string_view kind, const std::string& text, platform::Dictionary details = {});
-  /// The line of a request and its answer.
+  /// Prints the line of a request and its answer.
   void add(const Exchange& exchange);
   /// What comes with each line from now on, the distance in metres to the nearest site; and a line
   /// when other positions or beacons are asked for than before. Main thread only.
