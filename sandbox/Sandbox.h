@@ -49,7 +49,7 @@ class Sandbox {
 
   /// Binds the port and serves from now on; call it once. Answers what went wrong, as a sentence,
   /// or absent when the service is ready.
-  std::optional<std::string> start();
+  [[nodiscard]] std::optional<std::string> start();
 
   /// Answers the requests that have come, ends open streams and what a fault holds up, and returns
   /// when the last thread has ended. No effect when the service does not run.
@@ -57,7 +57,7 @@ class Sandbox {
 
   /// Writes all that the service knows to a file that can be a seed file; before, during and after
   /// service. Answers what went wrong, as a sentence, or absent when nothing did.
-  std::optional<std::string> saveSnapshot(const std::string& path);
+  [[nodiscard]] std::optional<std::string> saveSnapshot(const std::string& path);
 
   /// The port in use; 0 before `start`.
   int port() const;

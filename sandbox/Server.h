@@ -20,7 +20,7 @@ class Sandbox::Server {
  public:
   explicit Server(const Options& options);
 
-  std::optional<std::string> start();
+  [[nodiscard]] std::optional<std::string> start();
   void stop();
   int port() const { return port_; }
   Service& service() { return service_; }

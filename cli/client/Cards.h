@@ -10,7 +10,7 @@ namespace ovinta::cli {
 // left out.
 
 std::string cardText(const Order& order);
-/// All but the token.
+/// The customer without the token.
 std::string cardText(const Customer& customer);
 
 }  // namespace ovinta::cli

@@ -56,7 +56,7 @@ void ObservedURLSession::startDataTask(platform::URLRequest request, Completion 
                         [observed = observed_, exchange = std::move(exchange),
                          completion = std::move(completion)](auto data, auto response, auto error) {
                           Exchange finished = exchange;
-                          // A head without the rest is no answer.
+                          // A head that comes without its body is no answer.
                           if (error) {
                             finished.failure = error->localizedDescription;
                           } else if (response) {

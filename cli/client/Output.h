@@ -13,7 +13,7 @@ namespace ovinta::cli {
 /// A result to print: for programs and for people.
 struct Result {
   Result(platform::Value json, std::string text) : value(std::move(json)), text(std::move(text)) {}
-  /// People get an entry per line.
+  /// A result that people get with an entry per line.
   explicit Result(platform::Value json);
 
   platform::Value value;
@@ -34,10 +34,10 @@ class Output {
   explicit Output(bool json) : json_(json) {}
 
   void print(const Result& result) const;
-  /// Title and description, and what else is known: status, upgrade link, fields at fault, a way
-  /// out.
+  /// Prints title and description, and what else is known: status, upgrade link, fields at fault, a
+  /// way out.
   void print(const OvintaError& error) const;
-  /// The same for a failure that is none of the library's: a sentence.
+  /// Prints a failure that is none of the library's in the same form.
   void printFailure(const std::string& title, const std::string& description) const;
 
   /// Runs a command; what it throws of `std::runtime_error` is printed as its failure.

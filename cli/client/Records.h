@@ -16,7 +16,7 @@ Result resultOf(const OrderList& orders);
 Result resultOf(const std::vector<CoreOrder>& orders);
 Result resultOf(const SiteList& sites);
 Result resultOf(const SiteList& sites, const Pagination& pagination);
-/// All but the token.
+/// The customer without the token.
 Result resultOf(const Customer& customer);
 Result resultOf(const std::vector<platform::UserNotificationRequest>& requests);
 

@@ -11,7 +11,7 @@
 namespace ovinta::cli {
 namespace {
 
-/// What ends a process that waits for input.
+/// The signals that may end a process while it waits for input.
 constexpr std::array kEndingSignals{SIGINT, SIGTERM, SIGHUP, SIGQUIT};
 
 /// Keeps a terminal from showing what is typed, as long as it lives, and no longer than the process

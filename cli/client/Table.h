@@ -19,7 +19,7 @@ struct Column {
 /// each row; "(none)" alone for no rows.
 std::vector<std::string> tableLines(const std::vector<Column>& columns, const platform::List& rows);
 
-/// The same as one text.
+/// The lines of `tableLines` as one text.
 std::string tableText(const std::vector<Column>& columns, const platform::List& rows);
 
 }  // namespace ovinta::cli

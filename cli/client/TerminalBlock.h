@@ -21,7 +21,7 @@ class TerminalBlock {
   void show(std::vector<std::string> lines);
   /// Takes the lines away, before something else is printed.
   void erase();
-  /// Shows them again.
+  /// Shows the lines again that were taken away.
   void draw();
   bool isShown() const { return drawn_ > 0; }
 

@@ -31,7 +31,7 @@ ExitCode runDemo(const DemoOptions& options) {
 /// The pace on a real device, by the wall clock: slow enough for each step to be seen.
 constexpr std::chrono::seconds kRealPace{60};
 
-/// A pace that was given stays.
+/// Adds the choice of the device; a real one has a pace of its own unless one is given.
 void addDeviceOption(CLI::App& command, DemoOptions& options) {
   command
       .add_option_function<std::string>(

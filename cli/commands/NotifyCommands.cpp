@@ -1,6 +1,5 @@
 #include <algorithm>
 #include <string>
-#include <variant>
 
 #include "cli/client/ClientCommands.h"
 #include "cli/client/NumberOptions.h"
@@ -9,6 +8,7 @@
 #include "cli/client/Records.h"
 #include "cli/client/RegionOptions.h"
 #include "cli/commands/Commands.h"
+#include "platform/portable/Expected.h"
 
 namespace ovinta::cli {
 namespace {
@@ -58,9 +58,9 @@ void addArmingOptions(CLI::App& command, Arming& arming) {
                    "`ovinta track` then fires what it drives into");
 }
 
-/// The sites of those numbers, in that order; the number of one that the service does not know.
-std::variant<SiteList, std::int64_t> pick(const SiteList& known,
-                                          const std::vector<std::int64_t>& numbers) {
+/// The sites of those numbers, in that order; or the first number that the service does not know.
+platform::portable::Expected<SiteList, std::int64_t> pick(
+    const SiteList& known, const std::vector<std::int64_t>& numbers) {
   SiteList sites;
   for (const std::int64_t number : numbers) {
     const auto site = std::ranges::find(known, number, [](const SitePtr& one) { return one->id; });
@@ -80,17 +80,16 @@ ExitCode armSites(Client& client, const SiteArming& arming) {
   });
   if (!known) return client.report(search, kNoData);
   const auto picked = pick(*known, arming.sites);
-  if (const auto* unknown = std::get_if<std::int64_t>(&picked)) {
+  if (!picked) {
     client.output().printFailure("Unknown Site",
-                                 "The service has no site " + std::to_string(*unknown) + ".");
+                                 "The service has no site " + std::to_string(picked.error()) + ".");
     return ExitCode::failure;
   }
   return client.perform(
       [&](const Client::Report& report) {
-        Ovinta::notify().createForSites(std::get<SiteList>(picked), arming.info(),
-                                        [report](const ErrorPtr& error) {
-                                          reportDone(report, error, "Armed for each of the sites.");
-                                        });
+        Ovinta::notify().createForSites(*picked, arming.info(), [report](const ErrorPtr& error) {
+          reportDone(report, error, "Armed for each of the sites.");
+        });
       },
       kNoData);
 }

@@ -3,6 +3,7 @@
 #include <iostream>
 #include <iterator>
 #include <stdexcept>
+#include <utility>
 
 #include "cli/client/ClientCommands.h"
 #include "cli/client/Records.h"
@@ -35,7 +36,7 @@ platform::Dictionary readPayload(const std::string& file) {
 /// Reports what the library tells its observers of, since a push has no callback of its own.
 auto observeOrders(const Client::Report& report) {
   const auto observe = [](platform::NotificationName name, auto tell) {
-    return platform::services().notificationCenter->addObserver(name, tell);
+    return platform::services().notificationCenter->addObserver(name, std::move(tell));
   };
   const auto reportOrders = [report](const platform::Notification& /*notification*/) {
     report(optionalResult(Ovinta::orders().all()), nullptr);

@@ -49,7 +49,7 @@ const std::vector<Demo::Step>& Demo::steps() {
       {"Come near: nearby", &Demo::comeNear},
       {"Reach the site: arrived", &Demo::arrive},
       {"Stand in the bay: waiting", &Demo::wait},
-      {"The merchant makes the order ready, by push", &Demo::beReady},
+      {"The merchant makes the order ready, by push", &Demo::makeReady},
       {"Take the order: completed", &Demo::complete},
       {"Tracking stops", &Demo::stopTracking},
       {"Rate the order", &Demo::rate},
@@ -156,7 +156,7 @@ Demo::Failure Demo::wait() {
   return reportCustomerState(CustomerState::waiting);
 }
 
-Demo::Failure Demo::beReady() {
+Demo::Failure Demo::makeReady() {
   if (auto failure = merchant_->moveOrder(order_->id, "ready")) return failure;
   if (!comesTrue([this] { return order_->state() == OrderState::ready; })) {
     return "the push did not come";

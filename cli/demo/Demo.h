@@ -51,7 +51,7 @@ class Demo {
   Failure comeNear();
   Failure arrive();
   Failure wait();
-  Failure beReady();
+  Failure makeReady();
   Failure complete();
   Failure stopTracking();
   Failure rate();

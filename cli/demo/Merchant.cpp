@@ -11,7 +11,7 @@
 namespace ovinta::cli {
 namespace {
 
-/// How long the service may keep us waiting.
+/// How long the service may keep the merchant waiting.
 constexpr std::chrono::seconds kPatience{10};
 /// Longer than any demonstration: a stream of pushes is mostly silent.
 constexpr std::chrono::hours kListeningTime{24};

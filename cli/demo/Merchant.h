@@ -29,10 +29,11 @@ class Merchant {
 
   /// Has `push` called, on a thread of its own, with each payload sent to the push token from now
   /// on. Returns when the service listens; the text says why it does not.
-  std::optional<std::string> listen(const std::string& pushToken, Push push);
+  [[nodiscard]] std::optional<std::string> listen(const std::string& pushToken, Push push);
 
   /// Moves an order to a state, e.g. "ready"; the text says why that failed.
-  std::optional<std::string> moveOrder(std::int64_t orderID, const std::string& state);
+  [[nodiscard]] std::optional<std::string> moveOrder(std::int64_t orderID,
+                                                     const std::string& state);
 
  private:
   std::string baseURL_;

@@ -32,7 +32,7 @@ struct Place {
   /// Decimal texts in degrees.
   std::string_view latitude;
   std::string_view longitude;
-  /// Metres.
+  /// The radius of the geofence in metres.
   int radius;
   std::string_view instructions;
   std::string_view description;

@@ -15,7 +15,7 @@ namespace fs = std::filesystem;
 
 std::optional<std::string> textOf(const std::string& path) {
   std::error_code error;
-  // Reading a directory throws.
+  // A stream that reads a directory throws.
   if (!fs::is_regular_file(path, error)) return std::nullopt;
   std::ifstream file(path, std::ios::binary);
   std::string text{std::istreambuf_iterator<char>(file), {}};

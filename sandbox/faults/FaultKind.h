@@ -12,10 +12,10 @@ namespace ovinta::sandbox {
 
 /// One way in which an endpoint can misbehave.
 struct FaultKind {
-  /// Relative to the work of the endpoint.
+  /// When a fault sets in: before the endpoint does its work, in its place, or after it.
   enum class Moment { before, instead, after };
 
-  /// What a fault can point to.
+  /// Where a redirecting fault can send its client.
   struct Place {
     /// Path and query of the request.
     std::string target;

@@ -92,6 +92,8 @@ TEST_F(ClientTest, refusesWrongUsageEarly) {
       {"rm -r $home/stuck/*; head -c 1000 /dev/zero > $home/stuck/VelkModel.sqlite; $ovinta doctor "
        "--data-dir $home/stuck",
        1, "VelkModel.sqlite: file is not a database"},
+      {"$ovinta orders list --data-dir $home/stuck", 1,
+       "No Orders: The order store cannot be read: file is not a database"},
       {"rm -r $home/stuck; $ovinta config --data-dir /dev/null/data", 1, "cannot be written to"},
       {"HOME=/dev/null XDG_DATA_HOME= $ovinta customer show", 1, "cannot be written to"},
       {"ls -A $home | wc -l", 0, "0\n"},

@@ -1,3 +1,4 @@
+#include "tests/sandbox/RawClient.h"
 #include "tests/sandbox/SandboxFixture.h"
 
 namespace ovinta::sandbox {
@@ -130,6 +131,17 @@ TEST_F(AccessTest, BodiesThatCannotBeHadAreAnsweredAndListed) {
   EXPECT_EQ(app.send("GET", "/sandbox/requests").list().size(), 4u);
   const std::string snapshot = R"({"data":{)" + std::string(2 << 20, ' ') + "}}";
   EXPECT_EQ(app.sendBody("PUT", "/sandbox/snapshot", snapshot).status, 200);
+}
+
+TEST_F(AccessTest, ListsWhatTheHTTPLibraryRefusesBeforeItsClientIsTold) {
+  const std::string answer =
+      RawClient(sandbox.port()).ask("BREW /m/v1/app HTTP/1.1\r\nX-Pot: tea\r\n\r\n");
+  EXPECT_THAT(answer, testing::StartsWith("HTTP/1.1 400 Bad Request\r\n"));
+  EXPECT_THAT(answer, testing::EndsWith(R"({"errors":{"request":["Request is no HTTP"]}})"));
+  EXPECT_EQ(app.send("GET", "/sandbox/requests").body,
+            R"({"data":[{"answer":"{\"errors\":{\"request\":[\"Request is no HTTP\"]}}","body":"",)"
+            R"("headers":[{"name":"X-Pot","value":"tea"}],"method":"BREW","path":"/m/v1/app",)"
+            R"("status":400}]})");
 }
 
 class AppTokenTest : public SandboxTest {
