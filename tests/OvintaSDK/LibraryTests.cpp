@@ -1,7 +1,6 @@
 // Libraries of their own, and managers that go before their requests do.
 #include <gmock/gmock.h>
 
-#include <algorithm>
 #include <functional>
 #include <memory>
 
@@ -53,9 +52,9 @@ TEST_F(LibraryTest, TwoTakeOrdersInOneProcess) {
   }
   while (queues->runAll() + one.http->deliverAll() + two.http->deliverAll() > 0) {
   }
-  EXPECT_EQ(happened({"told"}), "\ntold order 1\ntold order 2");
-  EXPECT_EQ(textOf(one.library.orders().all()), "orders 1");
-  EXPECT_EQ(textOf(two.library.orders().open()), "orders 2");
+  EXPECT_THAT(happened({Step::told}), are(told(theOrder(1)), told(theOrder(2))));
+  EXPECT_EQ(itemOf(one.library.orders().all()), theOrders({1}));
+  EXPECT_EQ(itemOf(two.library.orders().open()), theOrders({2}));
   EXPECT_EQ(std::pair(one.updates, two.updates), std::pair(1, 1));
   for (const auto& request : two.http->requests()) {
     EXPECT_THAT(request.headers, testing::Contains(platform::HeaderField{"App-Token", "two"}));
@@ -76,7 +75,7 @@ TEST_F(LibraryTest, ManagersMayGoBeforeTheirRequests) {
   ConfigurationManager().fetch(tell());
   SitesManager().fetchAll("x", tell());
   NotifyManager().createForSitesInRegion(region, {}, tell());
-  EXPECT_EQ(std::ranges::count(outcome({"told"}), '\n'), 5);
+  EXPECT_THAT(outcome({Step::told}), testing::SizeIs(5));
 }
 
 TEST_F(LibraryTest, AnOrderThatIsGoneIsSoForTheOrdersThatAreFollowed) {

@@ -21,6 +21,7 @@
 #include "platform/simulation/RecordingLog.h"
 #include "platform/simulation/location/SimulatedLocation.h"
 #include "platform/simulation/time/VirtualTime.h"
+#include "tests/OvintaSDK/Wording.h"
 #include "tests/support/CannedRecords.h"
 #include "tests/support/Command.h"
 #include "tests/support/LocalServer.h"
@@ -110,7 +111,7 @@ class Threads : public ::testing::Test {
 
   std::ptrdiff_t syncs() const {
     const auto lines = log->lines();
-    return std::ranges::count(lines, "Finished syncing orders");
+    return std::ranges::count(lines, Line::synced);
   }
 
   /// Fetches once more, and expects lists and store as the service has them.

@@ -81,7 +81,7 @@ OrderPtr decodeOrder(std::string_view text) {
 OrderPtr decodeOrder(const Dictionary& record) { return decodeOrder(platform::writeJSON(record)); }
 
 Customer customer() {
-  return {.token = "customer-token",
+  return {.token = kToken,
           .emailAddress = "ann@example.org",
           .info = {.name = "Ann",
                    .carType = "Van",
@@ -91,13 +91,8 @@ Customer customer() {
 }
 
 Dictionary customerRecord() {
-  return {{"api_token", "customer-token"},
-          {"email", "ann@example.org"},
-          {"name", "Ann"},
-          {"car_type", "Van"},
-          {"car_color", "Red"},
-          {"license_plate", "ABC 123"},
-          {"phone", "555"}};
+  return {{"api_token", kToken}, {"email", "ann@example.org"}, {"name", "Ann"}, {"car_type", "Van"},
+          {"car_color", "Red"},  {"license_plate", "ABC 123"}, {"phone", "555"}};
 }
 
 }  // namespace ovinta::test

@@ -38,6 +38,9 @@ std::string sitesText(platform::List records, int current, int count);
 OrderPtr decodeOrder(std::string_view text);
 OrderPtr decodeOrder(const platform::Dictionary& record);
 
+/// The token of `customer()`.
+inline constexpr const char* kToken = "customer-token";
+
 /// A signed-in customer, with e-mail address and all details.
 Customer customer();
 

@@ -2,14 +2,12 @@
 
 #include <algorithm>
 #include <array>
-#include <iterator>
+#include <utility>
 
-#include "OvintaSDK/api/NumberText.h"
 #include "OvintaSDK/core/SDKNotifications.h"
 #include "OvintaSDK/core/UserDefaultsKey.h"
 #include "OvintaSDK/core/facade/Library.h"
 #include "OvintaSDK/core/facade/Ovinta.h"
-#include "platform/JSON.h"
 #include "platform/linux/storage/SQLitePersistentContainer.h"
 #include "platform/linux/text/TextServices.h"
 #include "platform/portable/LibraryBundle.h"
@@ -25,61 +23,36 @@ namespace {
 
 const char* const kVersionKey = "CFBundleShortVersionString";
 
-template <class List>
-std::string numbersOf(std::string text, const List& list) {
-  for (const auto& entry : list) text += " " + std::to_string(entry->id);
-  return text;
+Item itemIn(const platform::Notification& notification) {
+  if (const auto* orders = notification.objectAs<OrderList>()) return itemOf(*orders);
+  if (const auto* order = notification.objectAs<OrderPtr>()) return itemOf(*order);
+  if (const auto* at = notification.objectAs<platform::Location>()) {
+    return thePosition(at->coordinate.latitude, at->coordinate.longitude);
+  }
+  if (const auto* error = notification.objectAs<ErrorPtr>()) return itemOf(*error);
+  return notification.object.has_value() ? Item{"another object"} : Item{};
 }
 
-std::string objectText(const std::any& object) {
-  if (const auto* orders = std::any_cast<OrderList>(&object))
-    return test::textOf(std::optional(*orders));
-  if (const auto* order = std::any_cast<OrderPtr>(&object)) return test::textOf(*order);
-  if (const auto* at = std::any_cast<platform::Location>(&object)) {
-    return numberText(at->coordinate.latitude) + ", " + numberText(at->coordinate.longitude);
+/// Below the base URL.
+std::string pathOf(const platform::URLRequest& request) {
+  const std::string prefix = std::string(kBaseURL) + "/";
+  const std::string& text = request.url.text;
+  return text.starts_with(prefix) ? text.substr(prefix.size()) : text;
+}
+
+Step stepOf(const platform::URLRequest& request) {
+  std::string token;
+  for (const auto& [name, value] : request.headers) {
+    // Token token="..."
+    if (name == "Authorization") token = value.substr(13, value.size() - 14);
   }
-  const auto* error = std::any_cast<ErrorPtr>(&object);
-  return error ? test::textOf(*error) : "";
+  // {"data":...}
+  const auto& body = request.body;
+  return requested(request.method, pathOf(request), token,
+                   body ? body->substr(8, body->size() - 9) : "");
 }
 
 }  // namespace
-
-std::string textOf(const OrderPtr& order) {
-  return order ? "order " + std::to_string(order->id) : "";
-}
-
-std::string textOf(const std::optional<OrderList>& orders) {
-  return orders ? numbersOf("orders", *orders) : "";
-}
-
-std::string textOf(const CustomerPtr& customer) {
-  return customer ? "customer " + customer->token : "";
-}
-
-std::string textOf(const std::optional<SiteList>& sites) {
-  return sites ? numbersOf("sites", *sites) : "";
-}
-
-std::string textOf(const std::optional<Pagination>& pagination) {
-  return pagination ? "page " + std::to_string(pagination->currentPage) + " of " +
-                          std::to_string(pagination->totalPages)
-                    : "";
-}
-
-std::string textOf(const std::optional<platform::Dictionary>& configuration) {
-  return configuration ? "configuration " + platform::writeJSON(*configuration) : "";
-}
-
-std::string textOf(const ErrorPtr& error) {
-  return error ? error->title() + ": " + error->localizedDescription() : "";
-}
-
-std::vector<std::string> Journal::take() {
-  auto lines = lines_.lines();
-  lines.erase(lines.begin(), lines.begin() + static_cast<std::ptrdiff_t>(taken_));
-  taken_ += lines.size();
-  return lines;
-}
 
 SDKFixture::SDKFixture()
     : http(std::make_shared<simulation::AnsweringURLSession>(
@@ -158,49 +131,28 @@ SDKFixture::Answer SDKFixture::ordersAnswer(const std::vector<platform::Dictiona
   return dataAnswer(platform::List(records.begin(), records.end()));
 }
 
-std::string SDKFixture::requestLine(const platform::URLRequest& request) {
-  std::string_view text = request.url.text;
-  const std::string prefix = std::string(kBaseURL) + "/";
-  if (text.starts_with(prefix)) text.remove_prefix(prefix.size());
-  return request.method + " " + std::string(text);
-}
-
 SDKFixture::Answer SDKFixture::answerTo(const platform::URLRequest& request) {
-  const std::string line = requestLine(request);
-  noteRequest(request);
+  const std::string line = request.method + " " + pathOf(request);
+  journal_->note(stepOf(request));
   const auto exact = answers_.find(line);
   const auto entry = exact == answers_.end() ? answers_.find(" ") : exact;
   if (entry == answers_.end()) return Answer::failure("No answer was given for " + line);
   return entry->second;
 }
 
-void SDKFixture::noteRequest(const platform::URLRequest& request) {
-  std::string line = requestLine(request);
-  for (const auto& [name, value] : request.headers) {
-    // Token token="..."
-    if (name == "Authorization") line += " as " + value.substr(13, value.size() - 14);
-  }
-  if (request.body) {
-    // {"data":...}
-    line += " " + request.body->substr(8, request.body->size() - 9);
-  }
-  note(line);
-}
-
-std::string SDKFixture::happened(std::initializer_list<std::string_view> firstWords) {
-  std::string text;
-  for (const std::string& line : journal_->take()) {
-    const std::string_view word = std::string_view(line).substr(0, line.find(' '));
-    if (std::empty(firstWords) || std::ranges::count(firstWords, word)) text += "\n" + line;
-  }
-  return text;
+Steps SDKFixture::happened(std::initializer_list<Step::Kind> kinds) {
+  Steps steps = journal_->take();
+  std::erase_if(steps, [kinds](const Step& step) {
+    return !std::empty(kinds) && !std::ranges::count(kinds, step.kind);
+  });
+  return steps;
 }
 
 std::vector<std::string> SDKFixture::bodies(std::string_view method, std::string_view path) const {
-  const std::string line = std::string(method) + " " + std::string(path);
   std::vector<std::string> bodies;
   for (const auto& request : requests()) {
-    if (requestLine(request) == line) bodies.push_back(request.body.value_or("(none)"));
+    if (request.method == method && pathOf(request) == path)
+      bodies.push_back(request.body.value_or("(none)"));
   }
   return bodies;
 }
@@ -236,6 +188,14 @@ void SDKFixture::fetchOrders(const std::vector<platform::Dictionary>& records) {
   drain();
 }
 
+Step SDKFixture::reportedPermission(std::int64_t order, const std::string& permission,
+                                    const std::string& token) {
+  return requested("POST", "m/v1/events", token,
+                   R"({"order_id":)" + std::to_string(order) +
+                       R"(,"event_type":"permission_update","location_permission":")" + permission +
+                       "\"}");
+}
+
 void SDKFixture::observeNotifications() {
   constexpr std::array kNames{
       SDKNotification::ordersUpdated,         SDKNotification::ordersError,
@@ -246,9 +206,7 @@ void SDKFixture::observeNotifications() {
   for (const platform::NotificationName name : kNames) {
     observers_.push_back(
         services.notificationCenter->addObserver(name, [this](const auto& notification) {
-          const std::string object = objectText(notification.object);
-          note("posted " + std::string(notification.name.text) +
-               (object.empty() ? "" : " " + object));
+          journal_->note(posted(notification.name, itemIn(notification)));
         }));
   }
 }

@@ -11,6 +11,8 @@
 #include <utility>
 #include <vector>
 
+#include "OvintaSDK/api/OvintaError.h"
+#include "OvintaSDK/core/Guarded.h"
 #include "OvintaSDK/customer/CustomerManager.h"
 #include "OvintaSDK/sites/SitesManager.h"
 #include "platform/Services.h"
@@ -23,6 +25,7 @@
 #include "platform/simulation/time/DrivenOperationQueueFactory.h"
 #include "platform/simulation/time/VirtualTime.h"
 #include "tests/support/CannedRecords.h"
+#include "tests/support/Steps.h"
 #include "tests/support/TemporaryDirectory.h"
 #include "tests/support/ZonedDateFormatters.h"
 
@@ -34,27 +37,41 @@ inline constexpr std::string_view kBaseURL = "https://service.test";
 /// Now, when a test begins: 2021-03-04T20:30:00Z.
 inline constexpr platform::Date kStart{std::chrono::seconds{1614889800}};
 
-/// What the journal says of a callback's argument or a notification's object; "" for none.
-std::string textOf(const OrderPtr& order);
-std::string textOf(const std::optional<OrderList>& orders);
-std::string textOf(const CustomerPtr& customer);
-std::string textOf(const std::optional<SiteList>& sites);
-std::string textOf(const std::optional<Pagination>& pagination);
-std::string textOf(const std::optional<platform::Dictionary>& configuration);
-/// Title and message.
-std::string textOf(const ErrorPtr& error);
+template <class List>
+Ids idsOf(const List& list) {
+  Ids ids;
+  for (const auto& entry : list) ids.push_back(entry->id);
+  return ids;
+}
+inline Item itemOf(const Order& order) { return theOrder(order.id); }
+inline Item itemOf(const OrderList& orders) { return theOrders(idsOf(orders)); }
+inline Item itemOf(const Customer& customer) { return theCustomer(customer.token); }
+inline Item itemOf(const SiteList& sites) { return theSites(idsOf(sites)); }
+inline Item itemOf(const Pagination& page) { return thePage(page.currentPage, page.totalPages); }
+inline Item itemOf(const platform::Dictionary& configuration) {
+  return {"configuration", configuration};
+}
+inline Item itemOf(const OvintaError& error) {
+  return theError(error.title(), error.localizedDescription());
+}
+/// Of what a pointer points at or an optional holds.
+template <class Holder>
+requires requires(const Holder& holder) { *holder; }
+Item itemOf(const Holder& holder) { return holder ? itemOf(*holder) : Item{}; }
 
-/// Lines in the order of their coming; those of the log among them. May be used from any thread.
+/// The steps in the order of their coming; those of the log among them. May be used from any
+/// thread.
 class Journal : public platform::Log {
  public:
-  void write(std::string_view line) override { note("log " + std::string(line)); }
-  void note(std::string_view line) { lines_.write(line); }
-  /// The lines that nobody has taken yet.
-  std::vector<std::string> take();
+  void write(std::string_view line) override { note(logged(std::string(line))); }
+  void note(const Step& step) {
+    steps_.change([&step](Steps& steps) { steps.push_back(step); });
+  }
+  /// The steps that nobody has taken yet.
+  Steps take() { return steps_.exchange({}); }
 
  private:
-  platform::simulation::RecordingLog lines_;
-  std::size_t taken_ = 0;
+  Guarded<Steps> steps_;
 };
 
 /// A fresh library on a platform where nothing happens by itself: time, queues and HTTP go on only
@@ -100,31 +117,18 @@ class SDKFixture : public ::testing::Test {
 
   // What happens.
 
-  /// What has happened since the last call, in its order; a line break before each of
-  /// - "log <line>",
-  /// - "<METHOD> <path> as <customer's token> <what "data" holds>", when a request is answered,
-  /// - "posted <name> <object>",
-  /// - "told <arguments>", by `tell`.
-  /// With words given: only the lines that begin with one of them.
-  std::string happened(std::initializer_list<std::string_view> firstWords = {});
+  /// What has happened since the last call; with kinds of steps given, of those alone.
+  Steps happened(std::initializer_list<Step::Kind> kinds = {});
 
   /// The same once everything is drained.
-  std::string outcome(std::initializer_list<std::string_view> firstWords = {}) {
+  Steps outcome(std::initializer_list<Step::Kind> kinds = {}) {
     drain();
-    return happened(firstWords);
+    return happened(kinds);
   }
-
-  void note(std::string_view line) { journal_->note(line); }
 
   /// A callback that notes its arguments.
   auto tell() {
-    return [this](const auto&... arguments) {
-      std::string told;
-      for (const std::string& text : {textOf(arguments)...}) {
-        if (!text.empty()) told += (told.empty() ? " " : ", ") + text;
-      }
-      note("told" + (told.empty() ? " nothing" : told));
-    };
+    return [this](const auto&... arguments) { journal_->note(told(itemOf(arguments)...)); };
   }
 
   // What the library knows and says.
@@ -133,6 +137,9 @@ class SDKFixture : public ::testing::Test {
   CustomerPtr signIn();
   /// Has the service answer these orders, fetches them, and drains.
   void fetchOrders(const std::vector<platform::Dictionary>& records);
+  /// The report, as the canned customer, that the user may be followed so for the order.
+  static Step reportedPermission(std::int64_t order, const std::string& permission,
+                                 const std::string& token = kToken);
   /// An answer with a list of orders.
   static Answer ordersAnswer(const std::vector<platform::Dictionary>& records);
 
@@ -155,8 +162,6 @@ class SDKFixture : public ::testing::Test {
 
  private:
   platform::Services makeServices();
-  static std::string requestLine(const platform::URLRequest& request);
-  void noteRequest(const platform::URLRequest& request);
   Answer answerTo(const platform::URLRequest& request);
   void observeNotifications();
 

@@ -2,6 +2,7 @@
 
 #include "OvintaSDK/api/OvintaAPIError.h"
 #include "OvintaSDK/core/TextHelpers.h"
+#include "tests/OvintaSDK/Wording.h"
 #include "tests/support/SDKFixture.h"
 
 namespace ovinta::test {
@@ -16,7 +17,7 @@ struct Context : ErrorContext {
 };
 
 TEST_F(ErrorTest, TitlesTellWhatWasDone) {
-  EXPECT_EQ(OvintaError().errorDescription(), "Unknown Error");
+  EXPECT_EQ(OvintaError().errorDescription(), Message::unknown);
   EXPECT_EQ(OvintaError("").errorDescription(), "");
   const std::pair<ErrorSubject, const char*> cases[] = {
       {{}, "Error"},
@@ -52,7 +53,7 @@ TEST_F(ErrorTest, APIErrorsTellWhatTheAnswerSays) {
   const struct {
     std::optional<int> status;
     std::optional<std::string> data;
-    const char* description;
+    std::string_view description;
   } cases[] = {
       {422, kTwoFields, "is taken, x, is blank"},
       {500, kBody, "is blank"},
@@ -60,15 +61,15 @@ TEST_F(ErrorTest, APIErrorsTellWhatTheAnswerSays) {
       {422, R"({"errors":{}})", ""},
       {422, R"({"errors":{"name":[]}})", ""},
       // What is no error body leaves the status to tell.
-      {422, {}, "Error processing input"},
-      {422, "<html>", "Error processing input"},
-      {422, "{}", "Error processing input"},
-      {422, R"({"errors":null})", "Error processing input"},
-      {422, R"({"errors":["is blank"]})", "Error processing input"},
-      {422, R"({"errors":{"name":"is blank"}})", "Error processing input"},
-      {422, R"({"errors":{"name":["is blank",null]}})", "Error processing input"},
-      {422, R"({"errors":{"a":["b"],"name":[5]}})", "Error processing input"},
-      {{}, {}, "Unknown Error"},
+      {422, {}, Message::unprocessable},
+      {422, "<html>", Message::unprocessable},
+      {422, "{}", Message::unprocessable},
+      {422, R"({"errors":null})", Message::unprocessable},
+      {422, R"({"errors":["is blank"]})", Message::unprocessable},
+      {422, R"({"errors":{"name":"is blank"}})", Message::unprocessable},
+      {422, R"({"errors":{"name":["is blank",null]}})", Message::unprocessable},
+      {422, R"({"errors":{"a":["b"],"name":[5]}})", Message::unprocessable},
+      {{}, {}, Message::unknown},
   };
   for (const auto& [status, data, description] : cases) {
     SCOPED_TRACE(std::to_string(status.value_or(0)) + " " + data.value_or("(none)"));

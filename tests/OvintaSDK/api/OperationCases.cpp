@@ -19,6 +19,7 @@
 #include "OvintaSDK/api/UpdateCustomerOperation.h"
 #include "OvintaSDK/api/UpdateOrderOperation.h"
 #include "OvintaSDK/core/facade/Library.h"
+#include "tests/OvintaSDK/Wording.h"
 #include "tests/support/CannedRecords.h"
 
 namespace ovinta::test {
@@ -49,19 +50,18 @@ std::vector<OperationCase> customerCases(const OperationInputs& inputs) {
   const auto customer = std::make_shared<const Customer>(inputs.customer);
   const std::string answer = dataText(customerRecord());
   return {
-      {"CreateCustomer", maker<CreateCustomerOperation>(inputs.newCustomer),
-       "Error Creating Profile", answer},
+      {"CreateCustomer", maker<CreateCustomerOperation>(inputs.newCustomer), Title::createCustomer,
+       answer},
       {"UpdateCustomer", maker<UpdateCustomerOperation>(customer, CustomerInfo{.name = "Bob"}),
-       "Error Updating Profile", answer},
-      {"GetCustomer", maker<GetCustomerOperation>(inputs.customer.token), "Error Getting Customer",
+       Title::updateCustomer, answer},
+      {"GetCustomer", maker<GetCustomerOperation>(inputs.customer.token), Title::getCustomer,
        answer},
-      {"SignUp", maker<SignUpOperation>(customer, inputs.signUp), "Error Signing Up", answer},
+      {"SignUp", maker<SignUpOperation>(customer, inputs.signUp), Title::signUp, answer},
       {"Login", maker<LoginOperation>(inputs.login.emailAddress, inputs.login.password),
-       "Error Signing In", answer},
+       Title::signIn, answer},
       {"RequestPasswordReset", maker<RequestPasswordResetOperation>(inputs.login.emailAddress),
-       "Error Request New Password", "anything", 202, kReadsNoBody},
-      {"SetNewPassword", maker<SetNewPasswordOperation>(inputs.newPassword), "Error Signing In",
-       answer},
+       Title::resetPassword, "anything", 202, kReadsNoBody},
+      {"SetNewPassword", maker<SetNewPasswordOperation>(inputs.newPassword), Title::signIn, answer},
   };
 }
 
@@ -69,19 +69,19 @@ std::vector<OperationCase> orderCases(const OperationInputs& inputs) {
   const auto customer = std::make_shared<const Customer>(inputs.customer);
   const std::string answer = dataText(requiredOrder());
   return {
-      {"GetOrders", maker<GetOrdersOperation>(customer), "Error Getting Orders", R"({"data":[]})",
-       200, kUnreadable, "Unexpected error Getting Orders: "},
-      {"CreateOrder", maker<CreateOrderOperation>(customer, inputs.newOrder),
-       "Error Creating Order", answer},
+      {"GetOrders", maker<GetOrdersOperation>(customer), Title::getOrders, R"({"data":[]})", 200,
+       kUnreadable, "Unexpected error Getting Orders: "},
+      {"CreateOrder", maker<CreateOrderOperation>(customer, inputs.newOrder), Title::createOrder,
+       answer},
       {"CreateOrderEvent",
        maker<CreateOrderEventOperation>(customer, inputs.event, [](const OrderEvent&) {}),
-       "Error Creating Order Event", "anything", 200, kReadsNoBody},
-      {"GetOrderWithCode", maker<GetOrderWithCodeOperation>(inputs.claimCode),
-       "Error Finding Redeem Code", answer},
+       Title::createEvent, "anything", 200, kReadsNoBody},
+      {"GetOrderWithCode", maker<GetOrderWithCodeOperation>(inputs.claimCode), Title::lookUp,
+       answer},
       {"ClaimOrderWithCode",
        maker<ClaimOrderWithCodeOperation>(customer, inputs.claimCode,
                                           ClaimOrderInfo{.pushToken = "token"}),
-       "Error Claiming Order", answer},
+       Title::claimOrder, answer},
       {"UpdateOrder",
        maker<UpdateOrderOperation>(inputs.customer.token, inputs.code, std::string("token")),
        "Error Updating Order", answer},
@@ -93,14 +93,13 @@ std::vector<OperationCase> otherCases() {
   using Text = std::optional<std::string>;
   const platform::Coordinate center{.latitude = 40.7, .longitude = -74};
   const char* const page = R"({"data":[],"pages":{"current":1,"count":1,"per":25}})";
-  const char* const prefix = "Unexpected error Getting Sites: ";
   return {
-      {"GetSites", maker<GetSitesOperation>(Text("b & c"), Number(2)), "Error Getting Sites", page,
-       200, kUnreadable, prefix},
+      {"GetSites", maker<GetSitesOperation>(Text("b & c"), Number(2)), Title::getSites, page, 200,
+       kUnreadable, "Unexpected error Getting Sites: "},
       {"GetSitesForRegion", maker<GetSitesForRegionOperation>(center, 0.5, Number(3), Number(25)),
-       "Error Getting Sites For A Region", page, 200, kUnreadable, prefix},
-      {"GetAppInfo", maker<GetAppInfoOperation>(), "Error Getting Configuration", R"({"data":{}})",
-       200, std::vector<std::string>{"", "no JSON"}},
+       Title::getSitesForRegion, page, 200, kUnreadable, "Unexpected error Getting Sites: "},
+      {"GetAppInfo", maker<GetAppInfoOperation>(), Title::getConfiguration, R"({"data":{}})", 200,
+       std::vector<std::string>{"", "no JSON"}},
   };
 }
 

@@ -3,6 +3,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "OvintaSDK/api/APIOperation.h"
@@ -51,14 +52,14 @@ struct OperationCase {
   /// Makes the operation for a base URL; an empty report gives one without a callback.
   std::function<std::shared_ptr<APIOperation>(std::string apiURL, Report report)> make;
   /// The title of its errors.
-  std::string title;
+  std::string_view title;
   /// A body that it accepts as a success.
   std::string answer;
   int success = 200;
   /// Bodies of success answers that it cannot read; none for one that reads no body.
   std::vector<std::string> unreadable = kUnreadable;
   /// How the log line about such a body begins; empty when there is none.
-  std::string logPrefix = {};
+  std::string_view logPrefix = {};
 };
 
 /// One case for each endpoint.

@@ -10,6 +10,7 @@
 #include "OvintaSDK/api/OvintaAPIError.h"
 #include "OvintaSDK/core/facade/Library.h"
 #include "OvintaSDK/model/LocationUpdateEvent.h"
+#include "tests/OvintaSDK/Wording.h"
 #include "tests/OvintaSDK/api/OperationCases.h"
 #include "tests/support/SDKFixture.h"
 
@@ -19,6 +20,7 @@ namespace {
 using platform::HTTPResponse;
 using ::testing::EndsWith;
 using ::testing::IsEmpty;
+using ::testing::PrintToString;
 using ::testing::StartsWith;
 
 /// Runs one operation. What it sends is tested with its manager, and what the statuses of the
@@ -36,7 +38,7 @@ class OperationTest : public SDKFixture, public ::testing::WithParamInterface<Op
                 *outcome += hasResult ? "a result" : "";
                 if (!error) return;
                 const OvintaError& reported = *error;
-                *outcome += typeid(reported).name() + textOf(error);
+                *outcome += typeid(reported).name() + PrintToString(itemOf(error));
               })
         ->main();
     drain();
@@ -44,8 +46,8 @@ class OperationTest : public SDKFixture, public ::testing::WithParamInterface<Op
   }
 
   template <class Error>
-  static std::string failure(const std::string& description) {
-    return typeid(Error).name() + GetParam().title + ": " + description;
+  static std::string failure(std::string_view message) {
+    return typeid(Error).name() + PrintToString(theError(GetParam().title, message));
   }
 
   static Answer status(int number, std::optional<std::string> data = {}) {
@@ -57,8 +59,8 @@ TEST_P(OperationTest, TellsTheTransportsErrorBeforeAnAnswer) {
   const platform::TransportError lost{"lost"};
   EXPECT_EQ(outcome({GetParam().answer, HTTPResponse{500}, lost}), failure<OvintaError>("lost"));
   EXPECT_EQ(outcome({{}, HTTPResponse{GetParam().success}, lost}), failure<OvintaError>("lost"));
-  EXPECT_EQ(outcome({}), failure<OvintaError>("Unknown Error"));
-  EXPECT_EQ(outcome(status(500)), failure<OvintaAPIError>("Unknown Error"));
+  EXPECT_EQ(outcome({}), failure<OvintaError>(Message::unknown));
+  EXPECT_EQ(outcome(status(500)), failure<OvintaAPIError>(Message::unknown));
   EXPECT_EQ(outcome(status(GetParam().success)), "") << "a success without data";
   EXPECT_THAT(logLines(), IsEmpty());
 }
@@ -66,10 +68,10 @@ TEST_P(OperationTest, TellsTheTransportsErrorBeforeAnAnswer) {
 TEST_P(OperationTest, ReportsAnswersThatCannotBeRead) {
   for (const std::string& text : GetParam().unreadable) {
     EXPECT_EQ(outcome(status(GetParam().success, text)),
-              failure<OvintaErrorInvalidResponse>("invalid response"))
+              failure<OvintaErrorInvalidResponse>(Message::unreadable))
         << text;
   }
-  const std::string& prefix = GetParam().logPrefix;
+  const std::string prefix(GetParam().logPrefix);
   EXPECT_THAT(logLines(), testing::SizeIs(prefix.empty() ? 0U : GetParam().unreadable.size()));
   EXPECT_THAT(logLines(), testing::Each(testing::AllOf(StartsWith(prefix), EndsWith("."))));
   if (prefix.empty()) return;
@@ -78,7 +80,7 @@ TEST_P(OperationTest, ReportsAnswersThatCannotBeRead) {
 
 TEST_P(OperationTest, RefusesABadBaseURLWithoutTraffic) {
   for (const char* base : {"", "https://a test"}) {
-    EXPECT_EQ(outcome({}, base), failure<OvintaErrorInvalidURL>("invalid URL"));
+    EXPECT_EQ(outcome({}, base), failure<OvintaErrorInvalidURL>(Message::invalidURL));
     GetParam().make(base, nullptr)->main();
   }
   EXPECT_THAT(requests(), IsEmpty());

@@ -10,6 +10,7 @@
 #include "OvintaSDK/core/UserDefaultsKey.h"
 #include "OvintaSDK/core/facade/ConfigurationManager.h"
 #include "OvintaSDK/core/facade/Library.h"
+#include "tests/OvintaSDK/Wording.h"
 #include "tests/support/SDKFixture.h"
 
 namespace ovinta::test {
@@ -137,30 +138,33 @@ TEST_F(OvintaTest, PushTokensTakeTheServicesForm) {
 using ConfigurationTest = SDKFixture;
 
 TEST_F(ConfigurationTest, IsWhateverTheServiceSends) {
-  const char* const kUnreadable = "Error Getting Configuration: invalid response";
-  const std::pair<const char*, std::string> cases[] = {
-      {R"({"data":{"a":[1,{"b":null}],"c":1.5}})", R"(configuration {"a":[1,{"b":null}],"c":1.5})"},
-      {R"({"data":{}})", "configuration {}"},
-      {R"({"data":[]})", "nothing"},
-      {R"({"data":null})", "nothing"},
-      {"{}", "nothing"},
-      {R"([{"data":{}}])", "nothing"},
-      {"5", kUnreadable},
-      {"null", kUnreadable},
+  using platform::Dictionary;
+  const Step asked = requested("GET", "m/v1/app");
+  const Item unreadable = theError(Title::getConfiguration, Message::unreadable);
+  const platform::List list{1, Dictionary{{"b", nullptr}}};
+  const std::pair<const char*, Item> cases[] = {
+      {R"({"data":{"a":[1,{"b":null}],"c":1.5}})", itemOf(Dictionary{{"a", list}, {"c", 1.5}})},
+      {R"({"data":{}})", itemOf(Dictionary{})},
+      {R"({"data":[]})", {}},
+      {R"({"data":null})", {}},
+      {"{}", {}},
+      {R"([{"data":{}}])", {}},
+      {"5", unreadable},
+      {"null", unreadable},
   };
-  for (const auto& [body, told] : cases) {
+  for (const auto& [body, received] : cases) {
     answerAll(Answer::json(200, body));
     Ovinta::config().fetch(tell());
-    EXPECT_EQ(outcome(), "\nGET m/v1/app\ntold " + told) << "each fetch asks anew";
+    EXPECT_THAT(outcome(), are(asked, told(received))) << "each fetch asks anew";
   }
   Ovinta::config().fetch();
-  EXPECT_EQ(outcome(), "\nGET m/v1/app") << "also when nobody wants to know";
+  EXPECT_THAT(outcome(), are(asked)) << "also when nobody wants to know";
 }
 
 TEST_F(ConfigurationTest, IsNotAskedForWithoutABaseURL) {
   UserDefaultsKey::apiBase.remove();
   Ovinta::config().fetch(tell());
-  EXPECT_EQ(outcome(), "");
+  EXPECT_THAT(outcome(), are());
 }
 
 }  // namespace

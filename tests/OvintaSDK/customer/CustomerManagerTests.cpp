@@ -6,6 +6,7 @@
 #include "OvintaSDK/core/UserDefaultsKey.h"
 #include "OvintaSDK/core/facade/Ovinta.h"
 #include "platform/portable/InMemorySettingsStore.h"
+#include "tests/OvintaSDK/Wording.h"
 #include "tests/support/SDKFixture.h"
 
 namespace ovinta::test {
@@ -20,6 +21,8 @@ const Texts kAnn{{"Customer Token", "customer-token"},
                  {"Customer Vehicle Color", "Red"},
                  {"Customer License Plate", "ABC 123"},
                  {"Customer Phone", "555"}};
+
+constexpr const char* kCustomer = "m/v1/customer";
 
 Texts annWithout(std::initializer_list<const char*> keys) {
   Texts texts = kAnn;
@@ -62,8 +65,7 @@ class CustomerManagerTest : public SDKFixture {
 
   /// A way to come by a customer.
   struct Way {
-    /// What is asked, by whose token.
-    const char* request;
+    Step request;
     const char* title;
     std::function<void(CustomerManager&, const CustomerCallback&)> go;
     /// Whether it needs a current customer.
@@ -72,45 +74,42 @@ class CustomerManagerTest : public SDKFixture {
 
   // Passwords that differ from their confirmation are the service's business.
   const std::vector<Way> ways{
-      {R"(
-POST m/v1/customer {"name":"Ann","phone":"555","terms_of_service":true,"age_verification":false})",
-       "Error Creating Profile",
+      {requested("POST", kCustomer, "",
+                 R"({"name":"Ann","phone":"555","terms_of_service":true,)"
+                 R"("age_verification":false})"),
+       Title::createCustomer,
        [](auto& manager, const auto& tell) {
          manager.create({.name = "Ann", .phone = "555"}, true, false, tell);
        }},
-      {R"(
-POST m/v1/customer {"name":"","terms_of_service":false,"age_verification":true})",
-       "Error Creating Profile",
+      {requested("POST", kCustomer, "",
+                 R"({"name":"","terms_of_service":false,"age_verification":true})"),
+       Title::createCustomer,
        [](auto& manager, const auto& tell) {
          manager.create({.name = ""}, {.termsOfService = false, .ageVerification = true}, tell);
        }},
-      {R"(
-PATCH m/v1/customer as before {"name":"Ann","car_type":"Van"})",
-       "Error Updating Profile",
+      {requested("PATCH", kCustomer, "before", R"({"name":"Ann","car_type":"Van"})"),
+       Title::updateCustomer,
        [](auto& manager, const auto& tell) {
          manager.update({.name = "Ann", .carType = "Van"}, tell);
        },
        true},
-      {R"(
-POST m/v1/customer/sign_in {"email":"a@b","password":"secret"})",
-       "Error Signing In",
+      {requested("POST", "m/v1/customer/sign_in", "", R"({"email":"a@b","password":"secret"})"),
+       Title::signIn,
        [](auto& manager, const auto& tell) { manager.login("a@b", "secret", tell); }},
-      {"\nGET m/v1/customer as of old", "Error Getting Customer",
+      {requested("GET", kCustomer, "of old"), Title::getCustomer,
        [](auto& manager, const auto& tell) { manager.loginWithToken("of old", tell); }},
-      {R"(
-PATCH m/v1/customer/sign_up as before )"
-       R"({"email":"a@b","password":"secret","password_confirmation":"secret"})",
-       "Error Signing Up",
+      {requested("PATCH", "m/v1/customer/sign_up", "before",
+                 R"({"email":"a@b","password":"secret","password_confirmation":"secret"})"),
+       Title::signUp,
        [](auto& manager, const auto& tell) { manager.signUp("a@b", "secret", tell); }, true},
-      {R"(
-PATCH m/v1/customer/password )"
-       R"({"reset_password_token":"t","password":"one","confirmation":"other"})",
-       "Error Signing In",
+      {requested("PATCH", "m/v1/customer/password", "",
+                 R"({"reset_password_token":"t","password":"one","confirmation":"other"})"),
+       Title::signIn,
        [](auto& manager, const auto& tell) { manager.setNewPassword("t", "one", "other", tell); }},
   };
 
   /// What comes of going a way, from the call to the end.
-  std::string go(const Way& way) {
+  Steps go(const Way& way) {
     way.go(Ovinta::customer(), tell());
     return outcome();
   }
@@ -152,12 +151,15 @@ TEST_F(CustomerManagerTest, LoadsACustomerWhoseFiveRequiredTextsAreStored) {
 TEST_F(CustomerManagerTest, KeepsTheCustomerThatComesBack) {
   answerAll(dataAnswer(customerRecord()));
   for (const Way& way : ways) {
-    SCOPED_TRACE(way.request);
+    SCOPED_TRACE(testing::PrintToString(way.request));
     const CustomerPtr before = makeBefore();
     UserDefaultsKey::customerToken.remove();
-    way.go(Ovinta::customer(), tell());
+    way.go(Ovinta::customer(), [this](const CustomerPtr& received, const ErrorPtr& error) {
+      tell()(received, error);
+      EXPECT_EQ(Ovinta::customer().current(), received) << "when the callback is called";
+    });
     EXPECT_EQ(Ovinta::customer().current(), before) << "not before the answer";
-    EXPECT_EQ(outcome(), std::string(way.request) + "\ntold customer customer-token");
+    EXPECT_THAT(outcome(), are(way.request, told(theCustomer(kToken))));
     EXPECT_EQ(*Ovinta::customer().current(), customer());
     EXPECT_EQ(stored(), kAnn);
     EXPECT_EQ(*afterRestart(), customer());
@@ -169,7 +171,7 @@ TEST_F(CustomerManagerTest, ChangesNothingWhenTheServiceRefuses) {
   const CustomerPtr before = makeBefore();
   answerAll(Answer::json(422, R"({"errors":{"name":["is missing"]}})"));
   for (const Way& way : ways) {
-    EXPECT_EQ(go(way), std::string(way.request) + "\ntold " + way.title + ": is missing");
+    EXPECT_THAT(go(way), are(way.request, told(theError(way.title, "is missing"))));
     EXPECT_EQ(Ovinta::customer().current(), before);
     EXPECT_EQ(stored(), kAnn);
   }
@@ -178,21 +180,16 @@ TEST_F(CustomerManagerTest, ChangesNothingWhenTheServiceRefuses) {
 TEST_F(CustomerManagerTest, RefusesWithoutACustomerAndThenWithoutABaseURL) {
   UserDefaultsKey::apiBase.remove();
   for (const Way& way : ways) {
-    SCOPED_TRACE(way.request);
+    SCOPED_TRACE(testing::PrintToString(way.request));
     Ovinta::customer().setCurrent(nullptr);
     if (way.isForCurrent) {
-      EXPECT_EQ(go(way), R"(
-log Could not load customer
-told Error with Customer Manager: Could not load customer)");
+      EXPECT_THAT(go(way), are(refused(Title::customers, Message::noCustomer)));
       makeBefore();
     }
     way.go(Ovinta::customer(), tell());
-    EXPECT_EQ(happened(), R"(
-log Could not load API url
-told Error with Customer Manager: Could not load API url)")
-        << "inside the call";
     way.go(Ovinta::customer(), {});
-    EXPECT_EQ(happened(), "\nlog Could not load API url");
+    EXPECT_THAT(happened(), are(refused(Title::customers, Message::noURL), logged(Message::noURL)))
+        << "inside the call";
   }
 }
 
@@ -202,17 +199,14 @@ TEST_F(CustomerManagerTest, AsksForANewPassword) {
     Ovinta::customer().requestNewPassword("a@b", tell());
     return outcome();
   };
-  const std::string request = "\nPOST m/v1/customer/password {\"email\":\"a@b\"}";
+  const Step request = requested("POST", "m/v1/customer/password", "", R"({"email":"a@b"})");
   answerAll(Answer::json(202, ""));
-  EXPECT_EQ(ask(), request + "\ntold nothing");
+  EXPECT_THAT(ask(), are(request, told()));
   answerAll(Answer::json(422, ""));
-  EXPECT_EQ(ask(), request + "\ntold Error Request New Password: Error processing input");
+  EXPECT_THAT(ask(), are(request, told(theError(Title::resetPassword, Message::unprocessable))));
   UserDefaultsKey::apiBase.remove();
   Ovinta::customer().requestNewPassword("a@b");
-  EXPECT_EQ(ask(), R"(
-log Could not load API url
-log Could not load API url
-told Error with Customer Manager: Could not load API url)");
+  EXPECT_THAT(ask(), are(logged(Message::noURL), refused(Title::customers, Message::noURL)));
   EXPECT_EQ(Ovinta::customer().current(), before);
   EXPECT_EQ(afterRestart(), nullptr) << "what the application sets is not stored";
 }

@@ -9,6 +9,7 @@
 #include "OvintaSDK/core/SDKNotifications.h"
 #include "OvintaSDK/core/facade/Library.h"
 #include "OvintaSDK/core/facade/Ovinta.h"
+#include "tests/OvintaSDK/Wording.h"
 #include "tests/support/SDKFixture.h"
 
 namespace ovinta::test {
@@ -78,7 +79,7 @@ class LocationFixture : public SDKFixture {
   std::size_t eventCount() const { return bodies("POST", kEvents).size(); }
 
   /// How often the log holds the line.
-  std::ptrdiff_t logged(std::string_view line) const {
+  std::ptrdiff_t timesLogged(std::string_view line) const {
     const auto lines = logLines();
     return std::ranges::count(lines, line);
   }

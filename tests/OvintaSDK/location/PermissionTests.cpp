@@ -5,18 +5,15 @@
 namespace ovinta::test {
 namespace {
 
-constexpr std::string_view kStarting = "Starting LocationUpdater";
-
 class Permission : public LocationFixture {
  protected:
   /// What follows a change of the permission.
-  std::string change(platform::AuthorizationStatus status,
-                     std::initializer_list<std::string_view> firstWords = {}) {
+  Steps change(platform::AuthorizationStatus status, std::initializer_list<Step::Kind> kinds = {}) {
     happened();
     location->setAuthorizationStatus(status);
     drain();
     EXPECT_EQ(lastKnown(), std::to_string(status));
-    return happened(firstWords);
+    return happened(kinds);
   }
 
   static std::optional<std::string> lastKnown() {
@@ -31,14 +28,11 @@ TEST_F(Permission, IsReportedForEveryOpenOrder) {
       {0, "not_determined"},         {1, "restricted"}, {2, "denied"}, {3, "authorized_always"},
       {4, "authorized_when_in_use"}, {5, nullptr},      {12, nullptr}};
   for (const auto& [status, permission] : changes) {
-    std::string reports;
-    for (const char* id : {"7", "8"}) {
-      if (!permission) continue;
-      reports += std::string("\nPOST m/v1/events as customer-token {\"order_id\":") + id +
-                 R"(,"event_type":"permission_update","location_permission":")" + permission +
-                 "\"}";
+    Steps reports;
+    for (const int id : {7, 8}) {
+      if (permission) reports.push_back(reportedPermission(id, permission));
     }
-    EXPECT_EQ(change(status, {"POST"}), reports);
+    EXPECT_THAT(change(status, {Step::requested}), are(reports));
   }
 }
 
@@ -47,18 +41,17 @@ TEST_F(Permission, IsNotReportedAgainAfterARestart) {
   startTracking();
   EXPECT_EQ(lastKnown(), "3");
   UserDefaultsKey::lastKnownAuthStatus.set("2");
-  EXPECT_EQ(change(2), R"(
-posted locationAuthorizationChanged
-posted locationNotAuthorized
-log Inadequate location authorization to continue)");
+  EXPECT_THAT(change(2),
+              are(posted(SDKNotification::locationAuthorizationChanged),
+                  posted(SDKNotification::locationNotAuthorized), logged(Line::notTracking)));
 }
 
 TEST_F(Permission, IsStoredEvenWhenThereIsNoOrderToReportItFor) {
   Library::process().makeLocationUpdater();
   EXPECT_EQ(lastKnown(), std::nullopt);
-  EXPECT_EQ(outcome({"posted"}), "\nposted locationAuthorizationChanged");
+  EXPECT_THAT(outcome({Step::posted}), are(posted(SDKNotification::locationAuthorizationChanged)));
   EXPECT_EQ(lastKnown(), "3");
-  EXPECT_EQ(logged(kStarting), 0) << "nothing is tracked";
+  EXPECT_EQ(timesLogged(Line::tracking), 0) << "nothing is tracked";
   fetchOrders({});
   location->setAuthorizationStatus(1);
   drain();
@@ -75,7 +68,7 @@ TEST_F(Permission, StartsTrackingOnceItIsGranted) {
   EXPECT_TRUE(location->isUpdating());
   EXPECT_TRUE(location->isMonitoringSignificantChanges());
   EXPECT_EQ(location->desiredAccuracy(), platform::LocationAccuracy::best);
-  EXPECT_EQ(logged(kStarting), 1);
+  EXPECT_EQ(timesLogged(Line::tracking), 1);
 
   location->setAuthorizationStatus(2);
   drain();

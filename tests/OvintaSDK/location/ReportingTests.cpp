@@ -46,8 +46,7 @@ TEST_F(Reporting, WaitsTwoSecondsAfterADeliveryAndMoreThanTwoAfterASend) {
                           if (std::ranges::count(times, now)) location->deliver(at(metres_ += 10));
                         }),
               sends);
-    const std::string posted = happened({"posted"});
-    EXPECT_EQ(std::ranges::count(posted, '\n'), std::ssize(sends));
+    EXPECT_THAT(happened({Step::posted}), testing::SizeIs(sends.size()));
   }
 }
 
@@ -63,8 +62,9 @@ TEST_F(Reporting, SaysWhereTheUserIsForEveryOpenOrder) {
                            R"("accuracy":6.5,"speed":-1,"beacons":[]}})";
   EXPECT_THAT(bodies("POST", kEvents),
               ElementsAre(R"({"data":{"order_id":7)" + rest, R"({"data":{"order_id":8)" + rest));
-  EXPECT_EQ(logged("sending location update"), 1);
-  EXPECT_EQ(happened({"posted"}), "\nposted locationUpdate 41.5, -74.25");
+  EXPECT_EQ(timesLogged(Line::sendingLocation), 1);
+  EXPECT_THAT(happened({Step::posted}),
+              are(posted(SDKNotification::locationUpdate, thePosition(41.5, -74.25))));
 }
 
 TEST_F(Reporting, TellsOfPositionsOfLessThanThirtySecondsAlone) {
@@ -79,7 +79,8 @@ TEST_F(Reporting, TellsOfPositionsOfLessThanThirtySecondsAlone) {
     happened();
     advance(2s);
     EXPECT_EQ(eventCount() - before, isSent);
-    EXPECT_THAT(happened({"posted"}), testing::StartsWith("\nposted locationUpdate "));
+    const Item position = thePosition(old.coordinate.latitude, 0);
+    EXPECT_THAT(happened({Step::posted}), are(posted(SDKNotification::locationUpdate, position)));
     location->deliver(at(metres_ += 10));
     advance(2s);
     EXPECT_EQ(eventCount() - before, isSent) << "an attempt that sends nothing delays as well";
@@ -95,7 +96,8 @@ TEST_F(Reporting, FollowsAnUpdateOfTheOrdersAtOnce) {
   happened();
   fetchOrders({orderAtZero(8)});
   EXPECT_EQ(eventCount(), 2u);
-  EXPECT_EQ(happened({"posted"}), "\nposted ordersUpdated orders 8");
+  EXPECT_THAT(happened({Step::posted}),
+              are(posted(SDKNotification::ordersUpdated, theOrders({8}))));
   EXPECT_EQ(location->desiredAccuracy(), platform::LocationAccuracy::bestForNavigation);
   location->deliver(at(10));
   advance(2s);
@@ -114,14 +116,14 @@ TEST_F(Reporting, SendsNothingWithoutACustomerOrABaseURL) {
   UserDefaultsKey::apiBase.set(std::string(kBaseURL));
   Ovinta::customer().setCurrent(nullptr);
   expectNone();
-  EXPECT_EQ(logged("sending location update"), 2);
+  EXPECT_EQ(timesLogged(Line::sendingLocation), 2);
   signIn();
   Ovinta::orders().setOpen(std::nullopt);
   expectNone();
-  EXPECT_EQ(logged("sending location update"), 2);
+  EXPECT_EQ(timesLogged(Line::sendingLocation), 2);
   Ovinta::orders().setOpen(OrderList{});
   expectNone();
-  EXPECT_EQ(logged("sending location update"), 3);
+  EXPECT_EQ(timesLogged(Line::sendingLocation), 3);
 }
 
 TEST_F(Reporting, SendsForBeaconsOnceMoreThanFiveSecondsHavePassed) {
@@ -135,7 +137,7 @@ TEST_F(Reporting, SendsForBeaconsOnceMoreThanFiveSecondsHavePassed) {
                           if (now == 0) location->deliver(at(0));
                         }),
               ElementsAre(1000, 7000, 13000));
-  EXPECT_EQ(happened({"posted"}), "");
+  EXPECT_THAT(happened({Step::posted}), are());
   EXPECT_THAT(bodies("POST", kEvents).back(),
               testing::EndsWith(std::string(R"("beacons":[{"rssi":-60,"distance":1.5,"uuid":")") +
                                 kUUID + R"(","major":1,"minor":2}]}})"));

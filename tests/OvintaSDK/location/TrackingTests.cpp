@@ -36,30 +36,31 @@ TEST_F(Tracking, SetsTheManagerUpAndWaits) {
   services.notificationCenter->post({.name = platform::kApplicationDidBecomeActive, .object = {}});
   drain();
   EXPECT_FALSE(isTracking());
-  EXPECT_EQ(logged("Starting LocationUpdater"), 0);
+  EXPECT_EQ(timesLogged(Line::tracking), 0);
 }
 
 TEST_F(Tracking, NeedsThePermission) {
-  const char* const kRefused =
-      "\nposted locationNotAuthorized\nlog Inadequate location authorization to continue";
-  const char* const kStarted = "\nlog Starting LocationUpdater";
-  const std::pair<platform::AuthorizationStatus, std::string> cases[] = {
-      {0, "\nposted locationAuthorizationNotDetermined"},
-      {1, kRefused},
-      {2, kRefused},
-      {3, kStarted},
-      {4, kStarted},
-      {5, kRefused}};
+  const Steps withheld{posted(SDKNotification::locationNotAuthorized), logged(Line::notTracking)};
+  const Steps started{logged(Line::tracking)};
+  const std::pair<platform::AuthorizationStatus, Steps> cases[] = {
+      {0, {posted(SDKNotification::locationAuthorizationNotDetermined)}},
+      {1, withheld},
+      {2, withheld},
+      {3, started},
+      {4, started},
+      {5, withheld}};
+  const Steps fetched{logged(Line::gettingOrders), requested("GET", "m/v1/orders", kToken),
+                      posted(SDKNotification::ordersUpdated, theOrders({7})), logged(Line::synced)};
   for (const auto& [status, consequence] : cases) {
     SCOPED_TRACE(status);
     restartWith([](platform::Services&) {});
     signIn();
     location->setAuthorizationStatus(status);
-    start();
+    startTracking({});
     fetchOrders({requiredOrder()});
-    EXPECT_THAT(happened(), testing::EndsWith("log Finished syncing orders" + consequence));
+    EXPECT_THAT(happened(), are(fetched, consequence));
     fetchOrders({requiredOrder()});
-    EXPECT_THAT(happened({"log"}), testing::Not(testing::HasSubstr("ocation"))) << "once";
+    EXPECT_THAT(happened(), are(fetched)) << "once";
     const bool isAllowed = platform::isAuthorized(status);
     EXPECT_EQ(isTracking(), isAllowed);
     EXPECT_EQ(location->desiredAccuracy(),
@@ -77,7 +78,7 @@ TEST_F(Tracking, LastsAsLongAsAnOrderIsOpen) {
   EXPECT_FALSE(isTracking());
   fetchOrders({requiredOrder(9)});
   EXPECT_TRUE(isTracking());
-  EXPECT_EQ(logged("Starting LocationUpdater"), 2);
+  EXPECT_EQ(timesLogged(Line::tracking), 2);
   Ovinta::orders().setOpen(std::nullopt);
   services.notificationCenter->post({.name = SDKNotification::orderUpdated, .object = {}});
   EXPECT_TRUE(isTracking()) << "orders are looked at on the main queue";

@@ -13,109 +13,99 @@ class Claim : public OrdersFixture {
     answer("PUT", "m/v1/orders/CODE", dataAnswer(requiredOrder(7)));
   }
 
-  std::string claim(const ClaimOrderInfo& info, std::optional<CustomerConsent> consent = {}) {
+  Steps claim(const ClaimOrderInfo& info, std::optional<CustomerConsent> consent = {},
+              std::initializer_list<Step::Kind> kinds = {}) {
     orders.claimWithRedemptionCode("CODE", info, consent, tell());
-    return outcome();
+    return outcome(kinds);
+  }
+
+  static Step requestedClaim(const std::string& token, const std::string& details) {
+    return requested("PUT", "m/v1/orders/CODE", token, "{" + details + "}");
   }
 
   /// What a claim with these details in its request comes to.
-  static std::string claimed(const std::string& token, const std::string& details) {
-    return "\nPUT m/v1/orders/CODE as " + token + " {" + details +
-           "}\ntold order 7\nPOST m/v1/events as " + token +
-           R"( {"order_id":7,"event_type":"permission_update",)"
-           R"("location_permission":"authorized_always"})"
-           "\nlog Successfully created order event";
+  static Steps claimed(const std::string& token, const std::string& details) {
+    return {requestedClaim(token, details), told(theOrder(7)),
+            reportedPermission(7, "authorized_always", token), logged(Line::eventAccepted)};
   }
 
-  const std::string claiming = "\nlog Claiming order using redemption code CODE";
-  const std::string noURL =
-      "\nlog Could not load API url\n"
-      "told Error with Orders Manager: Could not load API url";
-  const std::string noCustomer =
-      "\nlog Could not load customer\n"
-      "told Error with Orders Manager: Could not load customer";
+  const Step claiming = logged(Line::claiming("CODE"));
+  const Steps noURL = refused(Title::orders, Message::noURL);
+  const Steps noCustomer = refused(Title::orders, Message::noCustomer);
   const CustomerInfo ann{.name = "Ann", .carType = "Van"};
 };
 
 TEST_F(Claim, LooksAnOrderUp) {
+  const Step lookedUp = requested("GET", "m/v1/orders/CODE/edit");
   orders.fetchWithRedemptionCode("CODE", tell());
-  EXPECT_EQ(outcome(), R"(
-log Getting order using redemption code
-GET m/v1/orders/CODE/edit
-told order 7)");
+  EXPECT_THAT(outcome(), are(logged(Line::lookingUp), lookedUp, told(theOrder(7))));
   answer("GET", "m/v1/orders/CODE/edit", Answer::json(404, ""));
   orders.fetchWithRedemptionCode("CODE", tell());
-  EXPECT_EQ(outcome(), R"(
-log Getting order using redemption code
-GET m/v1/orders/CODE/edit
-log Got an error getting order with redemption code
-told Error Finding Redeem Code: Not found)");
-  EXPECT_EQ(lists(), kNoLists);
-  EXPECT_EQ(lastFetch(), "none");
+  EXPECT_THAT(outcome(), are(logged(Line::lookingUp), lookedUp, logged(Line::notLookedUp),
+                             told(theError(Title::lookUp, Message::notFound))));
+  EXPECT_EQ(lists(), noLists);
+  EXPECT_EQ(lastFetch(), std::nullopt);
 
   UserDefaultsKey::apiBase.remove();
   orders.fetchWithRedemptionCode("CODE", tell());
-  EXPECT_EQ(happened(), R"(
-log Could not load API url
-told Error with Orders Manager: Could not load API url
-posted ordersError Error with Orders Manager: Could not load API url)");
-  EXPECT_EQ(lastFetch(), "0 s, Error with Orders Manager: Could not load API url");
+  const Item error = theError(Title::orders, Message::noURL);
+  EXPECT_THAT(happened(), are(noURL, posted(SDKNotification::ordersError, error)));
+  EXPECT_EQ(lastFetch(), End(0, error));
 }
 
 TEST_F(Claim, SendsTheDetailsAndThenThePermission) {
   signIn();
   const std::string details = R"("customer_car_type":"Van","customer_name":"Ann","push_token":)";
   orders.claimWithRedemptionCode("CODE", ann, tell());
-  EXPECT_EQ(outcome(), claiming + claimed("customer-token", details + "null"));
+  EXPECT_THAT(outcome(), are(claiming, claimed(kToken, details + "null")));
   Ovinta::setPushToken("device");
   orders.claimWithRedemptionCode("CODE", ann, "in_store", tell());
-  EXPECT_EQ(outcome(),
-            claiming + claimed("customer-token", details + R"("device","pickup_type":"in_store")"));
-  EXPECT_EQ(claim({.customerPhone = "555", .pushToken = "given"}),
-            claiming + claimed("customer-token", R"("customer_phone":"555","push_token":"given")"));
-  EXPECT_EQ(lists(), kNoLists);
-  EXPECT_EQ(lastFetch(), "none");
+  EXPECT_THAT(outcome(),
+              are(claiming, claimed(kToken, details + R"("device","pickup_type":"in_store")")));
+  EXPECT_THAT(claim({.customerPhone = "555", .pushToken = "given"}),
+              are(claiming, claimed(kToken, R"("customer_phone":"555","push_token":"given")")));
+  EXPECT_EQ(lists(), noLists);
+  EXPECT_EQ(lastFetch(), std::nullopt);
 }
 
 TEST_F(Claim, CreatesTheCustomerFirstWithTheGivenConsent) {
-  EXPECT_EQ(claim({.customerName = "Ann", .pushToken = "given"},
-                  CustomerConsent{.termsOfService = true, .ageVerification = false}),
-            claiming +
-                R"(
-POST m/v1/customer {"name":"Ann","car_type":"","car_color":"","license_plate":"",)"
-                R"("terms_of_service":true,"age_verification":false})" +
-                claimed("new-token", R"("customer_name":"Ann","push_token":"given")"));
-  EXPECT_EQ(Ovinta::customer().current()->token, "new-token");
+  EXPECT_THAT(claim({.customerName = "Ann", .pushToken = "given"},
+                    CustomerConsent{.termsOfService = true, .ageVerification = false}),
+              are(claiming,
+                  requested("POST", "m/v1/customer", "",
+                            R"({"name":"Ann","car_type":"","car_color":"",)"
+                            R"("license_plate":"","terms_of_service":true,)"
+                            R"("age_verification":false})"),
+                  claimed(kNewToken, R"("customer_name":"Ann","push_token":"given")")));
+  EXPECT_EQ(Ovinta::customer().current()->token, kNewToken);
 }
 
 TEST_F(Claim, IsRefusedForWhatIsMissing) {
-  EXPECT_EQ(claim({.pushToken = ""}), claiming + noCustomer) << "no name; asked before the consent";
-  EXPECT_EQ(claim({.customerName = "Ann", .pushToken = "given"}),
-            claiming +
-                "\nlog Missing customer consent\n"
-                "told Error with Customer Manager: Missing customer consent");
+  const ClaimOrderInfo named{.customerName = "Ann", .pushToken = "given"};
+  EXPECT_THAT(claim({.pushToken = ""}), are(claiming, noCustomer))
+      << "no name; asked before the consent";
+  EXPECT_THAT(claim(named), are(claiming, refused(Title::customers, Message::noConsent)));
   orders.claimWithRedemptionCode("CODE", ann, tell());
-  EXPECT_EQ(happened(), claiming + noCustomer) << "details alone create no customer";
+  EXPECT_THAT(happened(), are(claiming, noCustomer)) << "details alone create no customer";
   answer("POST", "m/v1/customer", Answer::json(422, ""));
-  EXPECT_THAT(claim({.customerName = "Ann", .pushToken = "given"}, CustomerConsent{}),
-              testing::EndsWith(noCustomer))
+  EXPECT_THAT(claim(named, CustomerConsent{}, {Step::logged, Step::told}),
+              are(claiming, noCustomer))
       << "not the service's reason";
 
   UserDefaultsKey::apiBase.remove();
-  EXPECT_EQ(claim({.customerName = "Ann", .pushToken = "given"}, CustomerConsent{}), noURL);
-  EXPECT_EQ(lastFetch(), "none");
+  EXPECT_THAT(claim(named, CustomerConsent{}), are(noURL));
+  EXPECT_EQ(lastFetch(), std::nullopt);
   orders.claimWithRedemptionCode("CODE", ann, tell());
-  EXPECT_EQ(happened(), noURL);
-  EXPECT_EQ(lastFetch(), "0 s, Error with Orders Manager: Could not load API url");
+  EXPECT_THAT(happened(), are(noURL));
+  EXPECT_EQ(lastFetch(), End(0, theError(Title::orders, Message::noURL)));
 }
 
 TEST_F(Claim, PassesTheServicesErrorOn) {
   signIn();
   answer("PUT", "m/v1/orders/CODE", Answer::json(404, ""));
-  EXPECT_EQ(claim({.pushToken = ""}), claiming + R"(
-PUT m/v1/orders/CODE as customer-token {"push_token":""}
-log Got an error claiming order with redemption code CODE
-told Error Claiming Order: Not found)");
+  EXPECT_THAT(claim({.pushToken = ""}), are(claiming, requestedClaim(kToken, R"("push_token":"")"),
+                                            logged(Line::notClaimed("CODE")),
+                                            told(theError(Title::claimOrder, Message::notFound))));
 }
 
 TEST_F(Claim, AndAllElseLeavesNothingPersonalInTheLog) {
@@ -146,7 +136,7 @@ TEST_F(Claim, AndAllElseLeavesNothingPersonalInTheLog) {
       drain();
     }
   }
-  EXPECT_THAT(logLines(), testing::Contains("Getting Orders"));
+  EXPECT_THAT(logLines(), testing::Contains(Line::gettingOrders));
   EXPECT_THAT(logLines(), testing::Each(testing::Not(testing::HasSubstr(own))));
 }
 

@@ -10,27 +10,38 @@ class Create : public OrdersFixture {
  protected:
   Create() { answer("POST", "m/v1/orders", dataAnswer(requiredOrder(7))); }
 
-  std::string create(const CreateOrderInfo& info) {
+  Steps create(const CreateOrderInfo& info) {
     orders.create(info, tell());
     return outcome();
+  }
+
+  static Step requestedOrder(const std::string& token, const std::string& details) {
+    return requested("POST", "m/v1/orders", token,
+                     R"({"site_id":42,"partner_identifier":"P")" + details + "}");
+  }
+
+  static Step requestedCustomer(const std::string& details) {
+    return requested("POST", "m/v1/customer", "",
+                     "{" + details + R"("terms_of_service":true,"age_verification":true})");
+  }
+
+  /// What follows the service's acceptance.
+  static Steps accepted(const std::string& token) {
+    return {told(theOrder(7)), reportedPermission(7, "authorized_always", token),
+            logged(Line::eventAccepted)};
   }
 };
 
 TEST_F(Create, SendsTheOrderAndThenThePermission) {
   signIn();
-  EXPECT_EQ(create({.siteID = 42, .partnerIdentifier = "P", .state = OrderState::ready}),
-            R"(
-log Creating order for existing customer
-POST m/v1/orders as customer-token {"site_id":42,"partner_identifier":"P","state":"ready"}
-told order 7
-POST m/v1/events as customer-token )"
-            R"({"order_id":7,"event_type":"permission_update",)"
-            R"("location_permission":"authorized_always"}
-log Successfully created order event)");
-  EXPECT_EQ(lists(), kNoLists);
-  EXPECT_EQ(lastFetch(), "none");
+  EXPECT_THAT(
+      create({.siteID = 42, .partnerIdentifier = "P", .state = OrderState::ready}),
+      are(logged(Line::creating), requestedOrder(kToken, R"(,"state":"ready")"), accepted(kToken)));
+  EXPECT_EQ(lists(), noLists);
+  EXPECT_EQ(lastFetch(), std::nullopt);
   location->setAuthorizationStatus(5);
-  EXPECT_THAT(create({.siteID = 42, .partnerIdentifier = "P"}), testing::EndsWith("told order 7"))
+  EXPECT_THAT(create({.siteID = 42, .partnerIdentifier = "P"}),
+              are(logged(Line::creating), requestedOrder(kToken, ""), told(theOrder(7))))
       << "a permission that the service does not know";
 }
 
@@ -53,61 +64,56 @@ TEST_F(Create, TakesTheOrderFromSingleValues) {
 }
 
 TEST_F(Create, CreatesTheCustomerFirstWithTheDetails) {
-  EXPECT_THAT(create({.siteID = 42,
-                      .partnerIdentifier = "P",
-                      .customerCarColor = "Red",
-                      .customerCarType = "Van",
-                      .customerLicensePlate = "ABC 123",
-                      .customerName = "Ann",
-                      .customerPhone = "555"}),
-              testing::StartsWith(R"(
-POST m/v1/customer {"name":"Ann","car_type":"Van","car_color":"Red","license_plate":"ABC 123",)"
-                                  R"("phone":"555","terms_of_service":true,"age_verification":true}
-POST m/v1/orders as new-token {"site_id":42,)"));
-  EXPECT_EQ(UserDefaultsKey::customerToken.stringValue(), "new-token");
+  EXPECT_THAT(
+      create({.siteID = 42,
+              .partnerIdentifier = "P",
+              .customerCarColor = "Red",
+              .customerCarType = "Van",
+              .customerLicensePlate = "ABC 123",
+              .customerName = "Ann",
+              .customerPhone = "555"}),
+      are(requestedCustomer(R"("name":"Ann","car_type":"Van","car_color":"Red",)"
+                            R"("license_plate":"ABC 123","phone":"555",)"),
+          requestedOrder(kNewToken, R"(,"customer_car_color":"Red","customer_car_type":"Van",)"
+                                    R"("customer_license_plate":"ABC 123","customer_name":"Ann",)"
+                                    R"("customer_phone":"555")"),
+          accepted(kNewToken)));
+  EXPECT_EQ(UserDefaultsKey::customerToken.stringValue(), kNewToken);
   Ovinta::customer().setCurrent(nullptr);
   EXPECT_THAT(create({.siteID = 42, .partnerIdentifier = "P", .customerName = "Ann"}),
-              testing::StartsWith(R"(
-POST m/v1/customer {"name":"Ann","car_type":"","car_color":"","license_plate":"",)"
-                                  R"("terms_of_service":true,"age_verification":true}
-POST m/v1/orders as new-token {"site_id":42,"partner_identifier":"P","customer_name":"Ann"}
-told order 7
-POST m/v1/events as new-token )"));
+              are(requestedCustomer(R"("name":"Ann","car_type":"","car_color":"",)"
+                                    R"("license_plate":"",)"),
+                  requestedOrder(kNewToken, R"(,"customer_name":"Ann")"), accepted(kNewToken)));
 }
 
 TEST_F(Create, FailsWithoutABaseURLAndWithoutACustomer) {
   const CreateOrderInfo nameless{.siteID = 42, .partnerIdentifier = "P"};
+  const Steps noCustomer = refused(Title::orders, Message::noCustomer);
+  const Item error = theError(Title::orders, Message::noCustomer);
   UserDefaultsKey::apiBase.remove();
-  EXPECT_EQ(create(nameless), R"(
-log Could not load API url
-told Error with Orders Manager: Could not load API url)");
+  EXPECT_THAT(create(nameless), are(refused(Title::orders, Message::noURL)));
   time.advance(std::chrono::seconds(1));
   useBaseURL();
-  EXPECT_EQ(create(nameless), R"(
-log Could not load customer
-told Error with Orders Manager: Could not load customer)");
-  EXPECT_EQ(lastFetch(), "1 s, Error with Orders Manager: Could not load customer");
+  EXPECT_THAT(create(nameless), are(noCustomer));
+  EXPECT_EQ(lastFetch(), End(1, error));
 
   time.advance(std::chrono::seconds(1));
   answer("POST", "m/v1/customer", Answer::json(422, R"({"errors":{"name":["is missing"]}})"));
-  EXPECT_EQ(create({.siteID = 42, .partnerIdentifier = "P", .customerName = ""}),
-            R"(
-POST m/v1/customer {"name":"","car_type":"","car_color":"","license_plate":"",)"
-            R"("terms_of_service":true,"age_verification":true}
-log Could not load customer
-told Error with Orders Manager: Could not load customer)");
-  EXPECT_EQ(lastFetch(), "2 s, Error with Orders Manager: Could not load customer");
+  EXPECT_THAT(create({.siteID = 42, .partnerIdentifier = "P", .customerName = ""}),
+              are(requestedCustomer(R"("name":"","car_type":"","car_color":"",)"
+                                    R"("license_plate":"",)"),
+                  noCustomer));
+  EXPECT_EQ(lastFetch(), End(2, error));
   EXPECT_EQ(Ovinta::customer().current(), nullptr);
 }
 
 TEST_F(Create, PassesTheServicesErrorOn) {
   signIn();
   answer("POST", "m/v1/orders", Answer::json(422, R"({"errors":{"site_id":["is unknown"]}})"));
-  EXPECT_EQ(create({.siteID = 42, .partnerIdentifier = "P"}), R"(
-log Creating order for existing customer
-POST m/v1/orders as customer-token {"site_id":42,"partner_identifier":"P"}
-told Error Creating Order: is unknown)");
-  EXPECT_EQ(lastFetch(), "none");
+  EXPECT_THAT(create({.siteID = 42, .partnerIdentifier = "P"}),
+              are(logged(Line::creating), requestedOrder(kToken, ""),
+                  told(theError(Title::createOrder, "is unknown"))));
+  EXPECT_EQ(lastFetch(), std::nullopt);
 }
 
 }  // namespace

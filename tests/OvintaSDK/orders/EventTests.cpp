@@ -16,7 +16,11 @@ class Event : public OrdersFixture {
   }
 
   /// What follows the sending.
-  std::string followUp() { return outcome({"log", "posted", "told"}); }
+  Steps followUp() { return outcome({Step::logged, Step::posted, Step::told}); }
+
+  static Step changed(std::int64_t id) {
+    return posted(SDKNotification::orderUpdated, theOrder(id));
+  }
 };
 
 TEST_F(Event, SaysWhatHappened) {
@@ -25,14 +29,17 @@ TEST_F(Event, SaysWhatHappened) {
   orders.event(70, OrderState::cancelled);
   orders.rateOrder(70, 5, std::nullopt);
   orders.rateOrder(70, -1, "Slow");
-  const std::string start = "\nPOST m/v1/events as customer-token {\"order_id\":";
-  EXPECT_EQ(outcome({"POST"}),
-            start + R"(7,"event_type":"state_change","customer_state":"en_route"})" + start +
-                R"(70,"event_type":"state_change","customer_state":"arrived"})" + start +
-                R"(70,"event_type":"state_change","state":"cancelled"})" + start +
-                R"(70,"event_type":"customer_rating","customer_rating_value":5})" + start +
-                R"(70,"event_type":"customer_rating","customer_rating_value":-1,)"
-                R"("customer_rating_comments":"Slow"})");
+  const auto sent = [](const std::string& id, const std::string& event) {
+    return requested("POST", "m/v1/events", kToken,
+                     R"({"order_id":)" + id + R"(,"event_type":)" + event + "}");
+  };
+  EXPECT_THAT(outcome({Step::requested}),
+              are(sent("7", R"("state_change","customer_state":"en_route")"),
+                  sent("70", R"("state_change","customer_state":"arrived")"),
+                  sent("70", R"("state_change","state":"cancelled")"),
+                  sent("70", R"("customer_rating","customer_rating_value":5)"),
+                  sent("70", R"("customer_rating","customer_rating_value":-1,)"
+                             R"("customer_rating_comments":"Slow")")));
 }
 
 TEST_F(Event, ChangesTheOrderWhenAccepted) {
@@ -40,10 +47,7 @@ TEST_F(Event, ChangesTheOrderWhenAccepted) {
   happened();
   orders.event(7, CustomerState::arrived, tell());
   EXPECT_EQ(order(0)->customerState(), CustomerState::created) << "not before the answer";
-  EXPECT_EQ(followUp(), R"(
-log Successfully created order event
-posted orderUpdated order 7
-told order 7)");
+  EXPECT_THAT(followUp(), are(logged(Line::eventAccepted), changed(7), told(theOrder(7))));
   EXPECT_EQ(order(0)->customerState(), CustomerState::arrived);
   EXPECT_EQ(order(1)->customerState(), CustomerState::created) << "the first of its number";
 }
@@ -51,33 +55,31 @@ told order 7)");
 TEST_F(Event, TakesAFinishedOrderOutOfTheOpenOnesAlone) {
   orders.event(7, OrderState::completed);
   drain();
-  EXPECT_EQ(lists(), "all: orders 7 8; open: orders 8; closed: orders");
+  EXPECT_EQ(lists(), listsOf({7, 8}, {8}, {}));
   orders.event(8, CustomerState::completed);
   drain();
-  EXPECT_EQ(lists(), "all: orders 7 8; open: orders; closed: orders")
-      << "the closed ones wait for the next fetch";
+  EXPECT_EQ(lists(), listsOf({7, 8}, {}, {})) << "the closed ones wait for the next fetch";
   orders.event(7, OrderState::ready);
-  EXPECT_THAT(outcome(), testing::Not(testing::HasSubstr("Finished syncing orders")))
+  EXPECT_THAT(outcome(), testing::Not(testing::Contains(logged(Line::synced))))
       << "and so does the store";
-  EXPECT_EQ(lists(), "all: orders 7 8; open: orders 7; closed: orders") << "any state may follow";
+  EXPECT_EQ(lists(), listsOf({7, 8}, {7}, {})) << "any state may follow";
 }
 
 TEST_F(Event, IsAnnouncedOnlyWhenItChangesAnOrderAtHand) {
   const auto send = [this](const auto& event) {
     event();
-    return outcome({"posted", "told"});
+    return outcome({Step::posted, Step::told});
   };
-  const std::string seven = "\ntold order 7";
-  const std::string eight = "\ntold order 8";
-  const std::string changedEight = "\nposted orderUpdated order 8" + eight;
-  EXPECT_EQ(send([&] { orders.event(7, CustomerState::created, tell()); }), seven);
-  EXPECT_EQ(send([&] { orders.event(7, OrderState::created, tell()); }), seven);
-  EXPECT_EQ(send([&] { orders.event(70, OrderState::ready, tell()); }), "\ntold nothing");
-  EXPECT_EQ(send([&] { orders.rateOrder(7, 5, std::nullopt, tell()); }),
-            "\nposted orderUpdated order 7" + seven);
-  EXPECT_EQ(send([&] { orders.rateOrder(8, 4, "Good", tell()); }), eight) << "the same rating";
-  EXPECT_EQ(send([&] { orders.rateOrder(8, 4, "Fair", tell()); }), changedEight);
-  EXPECT_EQ(send([&] { orders.rateOrder(8, 3, std::nullopt, tell()); }), changedEight);
+  const Step seven = told(theOrder(7));
+  const Step eight = told(theOrder(8));
+  EXPECT_THAT(send([&] { orders.event(7, CustomerState::created, tell()); }), are(seven));
+  EXPECT_THAT(send([&] { orders.event(7, OrderState::created, tell()); }), are(seven));
+  EXPECT_THAT(send([&] { orders.event(70, OrderState::ready, tell()); }), are(told()));
+  EXPECT_THAT(send([&] { orders.rateOrder(7, 5, std::nullopt, tell()); }), are(changed(7), seven));
+  EXPECT_THAT(send([&] { orders.rateOrder(8, 4, "Good", tell()); }), are(eight))
+      << "the same rating";
+  EXPECT_THAT(send([&] { orders.rateOrder(8, 4, "Fair", tell()); }), are(changed(8), eight));
+  EXPECT_THAT(send([&] { orders.rateOrder(8, 3, std::nullopt, tell()); }), are(changed(8), eight));
   EXPECT_EQ(order(0)->customerRating(), "5");
   EXPECT_EQ(order(0)->customerComment(), std::nullopt);
   EXPECT_EQ(order(1)->customerRating(), "3");
@@ -91,23 +93,24 @@ TEST_F(Event, LeavesTheOrderAloneWhenRefused) {
   for (const auto& [refusal, message] : refusals) {
     answer("POST", "m/v1/events", refusal);
     orders.event(7, OrderState::completed, tell());
-    const std::string error = "Error Creating Order Event: " + message;
-    EXPECT_EQ(followUp(), "\nlog Got an error creating order event\nposted orderEventError " +
-                              error + "\ntold order 7, " + error);
+    const Item error = theError(Title::createEvent, message);
+    EXPECT_THAT(followUp(),
+                are(logged(Line::eventRefused), posted(SDKNotification::orderEventError, error),
+                    told(theOrder(7), error)));
     EXPECT_EQ(order(0)->state(), OrderState::created);
-    EXPECT_EQ(lists(), "all: orders 7 8; open: orders 7 8; closed: orders");
+    EXPECT_EQ(lists(), listsOf({7, 8}, {7, 8}, {}));
   }
 }
 
 TEST_F(Event, ClosesAnOrderThatIsGoneWithoutAWordToTheCaller) {
   answer("POST", "m/v1/events", Answer::json(410, R"({"errors":{"order":["is gone"]}})"));
   orders.event(70, CustomerState::arrived, tell());
-  EXPECT_EQ(followUp(), "") << "not at hand";
+  EXPECT_THAT(followUp(), are()) << "not at hand";
   orders.event(7, CustomerState::arrived, tell());
-  EXPECT_EQ(followUp(), "\nposted orderUpdated order 7");
+  EXPECT_THAT(followUp(), are(changed(7)));
   EXPECT_EQ(order(0)->state(), OrderState::gone);
   EXPECT_EQ(order(0)->customerState(), CustomerState::created);
-  EXPECT_EQ(lists(), "all: orders 7 8; open: orders 8; closed: orders");
+  EXPECT_EQ(lists(), listsOf({7, 8}, {8}, {}));
 }
 
 TEST_F(Event, IsDroppedWithoutABaseURLOrACustomer) {
@@ -115,7 +118,7 @@ TEST_F(Event, IsDroppedWithoutABaseURLOrACustomer) {
     orders.event(*order(0), CustomerState::arrived, tell());
     orders.event(7, OrderState::ready, tell());
     orders.rateOrder(7, 5, std::nullopt, tell());
-    EXPECT_EQ(outcome(), "");
+    EXPECT_THAT(outcome(), are());
   };
   UserDefaultsKey::apiBase.remove();
   expectNothing();

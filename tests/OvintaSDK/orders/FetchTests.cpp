@@ -1,6 +1,7 @@
 // Fetching the orders: the split, the outcome and who hears of it, and what is refused.
 #include <gmock/gmock.h>
 
+#include "OvintaSDK/core/facade/Library.h"
 #include "tests/OvintaSDK/orders/OrdersFixture.h"
 
 namespace ovinta::test {
@@ -13,13 +14,18 @@ class Fetch : public OrdersFixture {
     answer("GET", "m/v1/orders", ordersAnswer({requiredOrder(1)}));
   }
 
-  std::string fetch() {
+  Steps fetch() {
     orders.fetch(tell());
-    return outcome({"told", "posted"});
+    return outcome({Step::told, Step::posted});
   }
-};
 
-constexpr std::string_view kOrderOne = "all: orders 1; open: orders 1; closed: orders";
+  /// What comes of a fetch that fails.
+  static Steps failed(const Item& error) {
+    return {told(error), posted(SDKNotification::ordersError, error)};
+  }
+
+  const Lists orderOne = listsOf({1}, {1}, {});
+};
 
 TEST_F(Fetch, SplitsTheOrdersAndKeepsTheirOrder) {
   fetchOrders({
@@ -34,76 +40,76 @@ TEST_F(Fetch, SplitsTheOrdersAndKeepsTheirOrder) {
       requiredOrder(7),
   });
   // An order without a date is of 1970.
-  EXPECT_EQ(lists(), "all: orders 1 2 3 4 5 6 7; open: orders 2 4 7; closed: orders 5 1 3 6");
+  EXPECT_EQ(lists(), listsOf({1, 2, 3, 4, 5, 6, 7}, {2, 4, 7}, {5, 1, 3, 6}));
   EXPECT_EQ(orders.open()->front(), order(1)) << "the same objects";
   fetchOrders({});
-  EXPECT_EQ(lists(), "all: orders; open: orders; closed: orders") << "empty, not absent";
-  EXPECT_THAT(happened({"posted"}), testing::EndsWith("\nposted ordersUpdated orders"));
+  EXPECT_EQ(lists(), listsOf({}, {}, {})) << "empty, not absent";
+  EXPECT_THAT(happened({Step::posted}),
+              are(posted(SDKNotification::ordersUpdated, theOrders({1, 2, 3, 4, 5, 6, 7})),
+                  posted(SDKNotification::ordersUpdated, theOrders({}))));
 }
 
 TEST_F(Fetch, TellsOfASuccessOnceEverythingIsInPlace) {
-  EXPECT_EQ(lists(), kNoLists);
+  EXPECT_EQ(lists(), noLists);
   orders.fetch([this](const auto& received, const auto& error) {
     tell()(received, error);
-    EXPECT_EQ(lists(), kOrderOne);
-    EXPECT_EQ(lastFetch(), "0 s, ");
+    EXPECT_EQ(lists(), orderOne);
+    EXPECT_EQ(lastFetch(), End(0, {}));
     orders.fetch(tell());
   });
   orders.fetch(tell());
-  const std::string refusal =
-      "\nlog Already fetching orders\ntold Error with Orders Manager: Already fetching orders";
-  EXPECT_EQ(happened(), "\nlog Getting Orders" + refusal) << "inside the call";
-  EXPECT_EQ(lastFetch(), "none");
-  const std::string all = outcome();
-  EXPECT_EQ(all.substr(0, all.find("\nlog Container")),
-            "\nGET m/v1/orders as customer-token\ntold orders 1" + refusal +
-                "\nposted ordersUpdated orders 1")
+  const Steps refusal = refused(Title::orders, Message::alreadyFetching);
+  EXPECT_THAT(happened(), are(logged(Line::gettingOrders), refusal)) << "inside the call";
+  EXPECT_EQ(lastFetch(), std::nullopt);
+  // The store is made on the first use, which is told in the log.
+  Library::process().context()->persistentContainer();
+  happened();
+  EXPECT_THAT(outcome(),
+              are(requestedOrders, told(theOrders({1})), refusal,
+                  posted(SDKNotification::ordersUpdated, theOrders({1})), logged(Line::synced)))
       << "one fetch is in flight until its callback has returned";
-  EXPECT_EQ(lastFetch(), "0 s, ");
+  EXPECT_EQ(lastFetch(), End(0, {}));
 }
 
 TEST_F(Fetch, KeepsTheListsWhenItFails) {
   fetch();
   advance(std::chrono::seconds(60));
-  const std::pair<Answer, std::string> failures[] = {
+  const std::pair<Answer, const char*> failures[] = {
       {Answer::failure("The line is dead."), "The line is dead."},
-      {Answer::json(401, ""), "Not authorized"},
-      {Answer::json(200, R"({"data":[{"id":1}]})"), "invalid response"},
+      {Answer::json(401, ""), Message::notAuthorized},
+      {Answer::json(200, R"({"data":[{"id":1}]})"), Message::unreadable},
   };
   for (const auto& [failure, message] : failures) {
     answer("GET", "m/v1/orders", failure);
-    const std::string error = "Error Getting Orders: " + message;
-    EXPECT_EQ(fetch(), "\ntold " + error + "\nposted ordersError " + error);
-    EXPECT_EQ(logLines().back(), "Got an error getting orders");
-    EXPECT_EQ(lastFetch(), "60 s, " + error);
-    EXPECT_EQ(lists(), kOrderOne);
+    const Item error = theError(Title::getOrders, message);
+    EXPECT_THAT(fetch(), are(failed(error)));
+    EXPECT_EQ(logLines().back(), Line::noOrders);
+    EXPECT_EQ(lastFetch(), End(60, error));
+    EXPECT_EQ(lists(), orderOne);
   }
   // A base URL that is no URL ends the operation before anything is sent.
   UserDefaultsKey::apiBase.set("no url at all");
-  const std::string error = "Error Getting Orders: invalid URL";
   for (int i = 0; i < 2; ++i) {
-    EXPECT_EQ(fetch(), "\ntold " + error + "\nposted ordersError " + error);
+    EXPECT_THAT(fetch(), are(failed(theError(Title::getOrders, Message::invalidURL))));
   }
 }
 
 TEST_F(Fetch, IsRefusedWithoutACustomerAndThenWithoutABaseURL) {
-  const auto expectRefusal = [this](const std::string& message) {
-    const std::string error = "Error with Orders Manager: " + message;
+  const auto expectRefusal = [this](const char* message, std::int64_t seconds) {
+    const Item error = theError(Title::orders, message);
     time.advance(std::chrono::seconds(1));
     orders.fetch(tell());
-    EXPECT_EQ(happened(), "\nlog " + message + "\ntold " + error + "\nposted ordersError " + error)
-        << "inside the call";
-    EXPECT_THAT(lastFetch(), testing::EndsWith(" s, " + error));
+    EXPECT_THAT(happened(), are(logged(message), failed(error))) << "inside the call";
+    EXPECT_EQ(lastFetch(), End(seconds, error));
   };
   Ovinta::customer().setCurrent(nullptr);
   UserDefaultsKey::apiBase.remove();
-  expectRefusal("Could not load customer");
+  expectRefusal(Message::noCustomer, 1);
   signIn();
-  expectRefusal("Could not load API url");
-  EXPECT_THAT(lastFetch(), testing::StartsWith("2 s, "));
+  expectRefusal(Message::noURL, 2);
   useBaseURL();
   fetch();
-  EXPECT_EQ(lists(), kOrderOne) << "a refusal blocks nothing";
+  EXPECT_EQ(lists(), orderOne) << "a refusal blocks nothing";
 }
 
 }  // namespace

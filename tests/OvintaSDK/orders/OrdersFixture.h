@@ -6,41 +6,51 @@
 #include "OvintaSDK/core/SDKNotifications.h"
 #include "OvintaSDK/core/UserDefaultsKey.h"
 #include "OvintaSDK/core/facade/Ovinta.h"
+#include "tests/OvintaSDK/Wording.h"
 #include "tests/support/SDKFixture.h"
 
 namespace ovinta::test {
 
+/// The token of a customer that is created.
+inline constexpr const char* kNewToken = "new-token";
+
+/// A service that takes events and customers.
 class OrdersFixture : public SDKFixture {
  protected:
   OrdersFixture() {
     answer("POST", "m/v1/events", Answer::json(200, ""));
-    answer("POST", "m/v1/customer",
-           dataAnswer(with(customerRecord(), {{"api_token", "new-token"}})));
+    answer("POST", "m/v1/customer", dataAnswer(with(customerRecord(), {{"api_token", kNewToken}})));
   }
 
-  /// The three lists as "all: orders 1 2; open: orders 1; closed: orders 2".
-  static std::string lists() {
+  using Lists = std::vector<Item>;
+
+  static Lists lists() {
     const OrdersManager& orders = Ovinta::orders();
-    return "all: " + textOf(orders.all()) + "; open: " + textOf(orders.open()) +
-           "; closed: " + textOf(orders.closed());
+    return {itemOf(orders.all()), itemOf(orders.open()), itemOf(orders.closed())};
   }
 
-  /// Seconds since the test began, and the error.
-  static std::string lastFetch() {
+  static Lists listsOf(const Ids& all, const Ids& open, const Ids& closed) {
+    return {theOrders(all), theOrders(open), theOrders(closed)};
+  }
+
+  /// How a fetch ended: seconds since the test began, and the error.
+  using End = std::pair<std::int64_t, Item>;
+
+  static std::optional<End> lastFetch() {
     const auto last = Ovinta::orders().lastFetch();
-    if (!last) return "none";
+    if (!last) return std::nullopt;
     const auto after = std::chrono::duration_cast<std::chrono::seconds>(last->date - kStart);
-    return std::to_string(after.count()) + " s, " + textOf(last->error);
+    return End(after.count(), itemOf(last->error));
   }
 
   static OrderPtr order(std::size_t index) { return Ovinta::orders().all()->at(index); }
 
   void useBaseURL() { UserDefaultsKey::apiBase.set(std::string(kBaseURL)); }
 
+  const Step requestedOrders = requested("GET", "m/v1/orders", kToken);
+  /// Lists that were never set.
+  const Lists noLists = Lists(3);
   OrdersManager& orders = Ovinta::orders();
 };
-
-/// Lists that were never set.
-inline constexpr std::string_view kNoLists = "all: ; open: ; closed: ";
 
 }  // namespace ovinta::test

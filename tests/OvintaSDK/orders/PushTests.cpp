@@ -31,8 +31,9 @@ TEST_F(PushPayload, ChangesTheOrderThatItNames) {
   EXPECT_EQ(order(0)->state(), OrderState::completed);
   EXPECT_EQ(order(0)->customerState(), CustomerState::waiting);
   EXPECT_EQ(order(0)->etaAt(), kStart + std::chrono::milliseconds(600'250));
-  EXPECT_EQ(lists(), "all: orders 42 -3; open: orders -3; closed: orders");
-  EXPECT_EQ(outcome(), "\nposted orderUpdated order 42") << "and nothing is fetched";
+  EXPECT_EQ(lists(), listsOf({42, -3}, {-3}, {}));
+  EXPECT_THAT(outcome(), are(posted(SDKNotification::orderUpdated, theOrder(42))))
+      << "and nothing is fetched";
 }
 
 TEST_F(PushPayload, LeavesOpenAsTheLastOfSeveralThreadsFoundAll) {
@@ -63,16 +64,17 @@ TEST_F(PushPayload, PassesOverWhatItCannotUse) {
     EXPECT_EQ(order(1)->state(), OrderState::ready);
     EXPECT_EQ(order(1)->customerState(), CustomerState::nearby);
     EXPECT_EQ(order(1)->etaAt(), etaAt);
-    EXPECT_EQ(happened(), "\nposted orderUpdated order -3") << "all the same";
+    EXPECT_THAT(happened(), are(posted(SDKNotification::orderUpdated, theOrder(-3))))
+        << "all the same";
   }
 }
 
 TEST_F(PushPayload, HasAllOrdersFetchedWhenItNamesNoneAtHand) {
   const auto expectFetch = [this](const Dictionary& payload) {
     Ovinta::handleRemoteNotification(payload);
-    EXPECT_EQ(happened(), "\nlog Getting Orders") << platform::writeJSON(payload);
-    EXPECT_EQ(outcome({"GET", "posted"}),
-              "\nGET m/v1/orders as customer-token\nposted ordersUpdated orders 42 -3");
+    EXPECT_THAT(happened(), are(logged(Line::gettingOrders))) << platform::writeJSON(payload);
+    EXPECT_THAT(outcome({Step::requested, Step::posted}),
+                are(requestedOrders, posted(SDKNotification::ordersUpdated, theOrders({42, -3}))));
   };
   const platform::Value numbers[] = {42, "", "4x", " 42", "42.0", "99999999999999999999", "43"};
   expectFetch({});
@@ -112,8 +114,13 @@ class PushTokenRefresh : public OrdersFixture {
     return tokens;
   }
 
-  /// Which orders' tokens are updated to a new one.
-  std::string renew(const std::string& token) {
+  static Step updated(const std::string& code, const std::string& pushToken) {
+    return requested("PUT", "m/v1/orders/" + code, kToken,
+                     R"({"push_token":")" + pushToken + "\"}");
+  }
+
+  /// What comes of a new token.
+  Steps renew(const std::string& token) {
     orders.updatePushTokensWithNewPushToken(token);
     return outcome();
   }
@@ -121,10 +128,9 @@ class PushTokenRefresh : public OrdersFixture {
 
 TEST_F(PushTokenRefresh, UpdatesOpenOrdersWithACodeAndNoToken) {
   EXPECT_EQ(tokensAfterFetch(), "device device another - - ");
-  EXPECT_THAT(happened({"PUT"}), R"(
-PUT m/v1/orders/A as customer-token {"push_token":"device"}
-PUT m/v1/orders/B as customer-token {"push_token":"device"})");
-  EXPECT_THAT(logLines(), testing::Contains("Updating order's push token using redemption code B"));
+  EXPECT_THAT(happened({Step::requested}),
+              are(requestedOrders, updated("A", "device"), updated("B", "device")));
+  EXPECT_THAT(logLines(), testing::Contains(Line::renewingPushToken("B")));
 }
 
 TEST_F(PushTokenRefresh, NeedsATokenABaseURLAndACustomer) {
@@ -132,11 +138,11 @@ TEST_F(PushTokenRefresh, NeedsATokenABaseURLAndACustomer) {
   EXPECT_EQ(tokensAfterFetch(), "-  another - - ");
   Ovinta::setPushToken("device");
   EXPECT_EQ(tokensAfterFetch([] { Ovinta::customer().setCurrent(nullptr); }), "-  another - - ");
-  EXPECT_THAT(happened(), testing::Not(testing::HasSubstr("Could not load API url")));
+  EXPECT_THAT(happened(), testing::Not(testing::Contains(logged(Message::noURL))));
   signIn();
   EXPECT_EQ(tokensAfterFetch([] { UserDefaultsKey::apiBase.remove(); }), "-  another - - ");
-  EXPECT_THAT(happened(), testing::HasSubstr("\nlog Could not load API url"));
-  EXPECT_EQ(lastFetch(), "0 s, ");
+  EXPECT_THAT(happened(), testing::Contains(logged(Message::noURL)));
+  EXPECT_EQ(lastFetch(), End(0, {}));
   for (const char* path : {"m/v1/orders/A", "m/v1/orders/B"}) {
     EXPECT_THAT(bodies("PUT", path), testing::IsEmpty());
   }
@@ -146,18 +152,16 @@ TEST_F(PushTokenRefresh, PutsANewTokenOnAllOpenOrdersWithACode) {
   Ovinta::setPushToken(std::nullopt);
   tokensAfterFetch();
   happened();
-  EXPECT_EQ(renew("another"), R"(
-log Updating order's push token using redemption code A
-log Updating order's push token using redemption code B
-PUT m/v1/orders/A as customer-token {"push_token":"another"}
-PUT m/v1/orders/B as customer-token {"push_token":"another"})");
-  EXPECT_EQ(renew("another"), "") << "all carry it";
+  EXPECT_THAT(renew("another"),
+              are(logged(Line::renewingPushToken("A")), logged(Line::renewingPushToken("B")),
+                  updated("A", "another"), updated("B", "another")));
+  EXPECT_THAT(renew("another"), are()) << "all carry it";
   EXPECT_EQ(tokens(), "another another another - - ");
   EXPECT_EQ(Ovinta::pushToken(), std::nullopt);
   Ovinta::customer().setCurrent(nullptr);
-  EXPECT_EQ(renew("new"), "");
+  EXPECT_THAT(renew("new"), are());
   UserDefaultsKey::apiBase.remove();
-  EXPECT_EQ(renew("new"), "\nlog Could not load API url");
+  EXPECT_THAT(renew("new"), are(logged(Message::noURL)));
 }
 
 }  // namespace

@@ -10,6 +10,7 @@
 #include "OvintaSDK/core/facade/Ovinta.h"
 #include "OvintaSDK/model/CoreOrder.h"
 #include "OvintaSDK/orders/SyncOrdersOperation.h"
+#include "tests/OvintaSDK/Wording.h"
 #include "tests/support/BrokenContainer.h"
 #include "tests/support/SDKFixture.h"
 
@@ -54,7 +55,7 @@ TEST_F(Sync, RebuildsTheStoreFromEachFetch) {
                                              Summary(8, std::nullopt, 5'000'000'000, 5, 3)));
   fetchOrders({requiredOrder(8)});
   EXPECT_THAT(stored(), UnorderedElementsAre(Summary(8, std::nullopt, 42, 0, 0)));
-  EXPECT_EQ(logLines().back(), "Finished syncing orders");
+  EXPECT_EQ(logLines().back(), Line::synced);
   fetchOrders({});
   EXPECT_THAT(stored(), IsEmpty());
 }
@@ -66,7 +67,7 @@ TEST_F(Sync, FollowsAListThatTheApplicationSets) {
   orders.setAll(OrderList{nullptr, decodeOrder(requiredOrder(3)), nullptr});
   drain();
   EXPECT_THAT(stored(), UnorderedElementsAre(Summary(3, std::nullopt, 42, 0, 0)));
-  EXPECT_EQ(textOf(orders.all()), "orders 3") << "null entries are left out";
+  EXPECT_EQ(itemOf(orders.all()), theOrders({3})) << "null entries are left out";
   EXPECT_THAT(orders.open().value(), IsEmpty());
   EXPECT_FALSE(orders.closed());
   orders.setClosed(OrderList{nullptr});
@@ -76,10 +77,10 @@ TEST_F(Sync, FollowsAListThatTheApplicationSets) {
   drain();
   EXPECT_FALSE(orders.all());
   EXPECT_EQ(stored().size(), 1u) << "an absent list leaves the store alone";
-  EXPECT_EQ(std::ranges::count(logLines(), "Finished syncing orders"), 2);
+  EXPECT_EQ(std::ranges::count(logLines(), Line::synced), 2);
 
   sync(OrderList{decodeOrder(requiredOrder(1))}, tell());
-  EXPECT_THAT(happened(), testing::EndsWith("\ntold orders 1")) << "those that it stored";
+  EXPECT_THAT(happened({Step::told}), are(told(theOrders({1})))) << "those that it stored";
   sync({}, nullptr);
   EXPECT_THAT(stored(), IsEmpty());
 }
@@ -145,11 +146,13 @@ TEST_F(Sync, DisturbsNothingWhenItFails) {
     fetchOrders({requiredOrder(1)});
     EXPECT_EQ(Ovinta::orders().all()->size(), 1u);
     EXPECT_EQ(Ovinta::orders().lastFetch()->error, nullptr);
-    EXPECT_EQ(happened({"posted"}), "\nposted ordersUpdated orders 1");
-    EXPECT_EQ(logLines().back(), "Finished syncing orders");
+    EXPECT_THAT(happened({Step::posted}),
+                are(posted(SDKNotification::ordersUpdated, theOrders({1}))));
+    EXPECT_EQ(logLines().back(), Line::synced);
 
     sync(*Ovinta::orders().all(), tell());
-    EXPECT_THAT(happened(), testing::EndsWith(deletes ? ": cannot save" : ": cannot delete"));
+    EXPECT_THAT(happened(), are(told(theError("Error with Sync Orders Operation",
+                                              deletes ? "cannot save" : "cannot delete"))));
   }
 }
 

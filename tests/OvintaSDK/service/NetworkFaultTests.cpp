@@ -5,6 +5,7 @@
 #include <typeinfo>
 
 #include "OvintaSDK/api/OvintaAPIError.h"
+#include "tests/OvintaSDK/Wording.h"
 #include "tests/OvintaSDK/service/ServiceFixture.h"
 
 namespace ovinta::test {
@@ -14,7 +15,7 @@ namespace {
 struct Expected {
   /// Null for a result.
   const std::type_info* type = nullptr;
-  std::string description = {};
+  std::string_view description = {};
   std::optional<HTTPStatusCode> status = {};
 };
 
@@ -34,12 +35,11 @@ struct FaultCase {
 
 Expected result() { return {}; }
 Expected transport(const char* sentence) { return {&typeid(OvintaError), sentence}; }
-Expected unreadable() { return {&typeid(OvintaErrorInvalidResponse), "invalid response"}; }
-Expected refused(const char* message, std::optional<HTTPStatusCode> status = {}) {
+Expected unreadable() { return {&typeid(OvintaErrorInvalidResponse), Message::unreadable}; }
+Expected refusal(std::string_view message, std::optional<HTTPStatusCode> status = {}) {
   return {&typeid(OvintaAPIError), message, status};
 }
 
-const char* const kUnknown = "Unknown Error";
 const char* const kLost = "The network connection was lost.";
 const char* const kTimedOut = "The request timed out.";
 const char* const kInCircles = "The server redirected the request too many times.";
@@ -53,20 +53,21 @@ const Exceptions kReadNoBodyOrAny{
 std::vector<FaultCase> faultCases() {
   using enum HTTPStatusCode;
   return {
-      {R"("status","status":500,"body":"no","content_type":"text/plain")", refused(kUnknown)},
+      {R"("status","status":500,"body":"no","content_type":"text/plain")",
+       refusal(Message::unknown)},
       {R"("status","status":503,"body":"{\"errors\":{\"a\":[\"b\",\"c\"],\"d\":[\"e\"]}}")",
-       refused("b, c, e")},
+       refusal("b, c, e")},
       {R"("status","status":202)",
-       refused(kUnknown, accepted),
+       refusal(Message::unknown, accepted),
        {{"RequestPasswordReset", result()}}},
       {R"("status","status":200)",
        unreadable(),
-       {{"CreateOrderEvent", result()}, {"RequestPasswordReset", refused(kUnknown, ok)}}},
-      {R"("status","status":204)", refused(kUnknown, noContent)},
-      {R"("status","status":401)", refused("Not authorized", unauthorized)},
-      {R"("status","status":404)", refused("Not found", notFound)},
+       {{"CreateOrderEvent", result()}, {"RequestPasswordReset", refusal(Message::unknown, ok)}}},
+      {R"("status","status":204)", refusal(Message::unknown, noContent)},
+      {R"("status","status":401)", refusal(Message::notAuthorized, unauthorized)},
+      {R"("status","status":404)", refusal(Message::notFound, notFound)},
       {R"("status","status":422,"body":"{}")",
-       refused("Error processing input", unprocessableEntity)},
+       refusal(Message::unprocessable, unprocessableEntity)},
       {R"("empty_body")", unreadable(), kReadNoBody},
       {R"("cut_short")", transport(kLost)},
       {R"("malformed_json")", unreadable(), kReadNoBody},
@@ -80,10 +81,10 @@ std::vector<FaultCase> faultCases() {
       {R"("reset_in_body")", transport(kLost)},
       {R"("redirect_same_origin","count":1)", result(), {}, 2},
       {R"("redirect_same_origin")", transport(kInCircles), {}, 11},
-      {R"("redirect_other_origin")", refused(kUnknown)},
+      {R"("redirect_other_origin")", refusal(Message::unknown)},
       {R"("oversize_body")", transport("The answer of the server is too large.")},
-      {R"("upgrade_required")", refused(kUpgrade, appUpgradeRequired)},
-      {R"("gone")", refused(kUnknown, gone), {{"CreateOrderEvent", kSilence}}},
+      {R"("upgrade_required")", refusal(kUpgrade, appUpgradeRequired)},
+      {R"("gone")", refusal(Message::unknown, gone), {{"CreateOrderEvent", kSilence}}},
   };
 }
 
@@ -108,7 +109,7 @@ class NetworkFaultTest : public ServiceFixture,
   }
 
   void expectReport(const std::vector<Report>& reports, const std::optional<Expected>& expected,
-                    const std::string& title) {
+                    std::string_view title) {
     ASSERT_EQ(reports.size(), expected.has_value() ? 1U : 0U);
     if (!expected) return;
     const Report& report = reports.front();

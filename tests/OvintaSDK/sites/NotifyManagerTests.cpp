@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 
 #include "OvintaSDK/core/facade/Ovinta.h"
+#include "tests/OvintaSDK/Wording.h"
 #include "tests/support/SDKFixture.h"
 
 namespace ovinta::test {
@@ -12,10 +13,9 @@ using platform::UserNotificationRequest;
 using testing::ElementsAre;
 
 constexpr platform::Coordinate kCenter{.latitude = 40.7, .longitude = -74};
-constexpr const char* kDone = "\ntold nothing";
-constexpr const char* kTooMany = "\ntold Error with Notify Manager: Site limit exceeded";
-constexpr const char* kNoPermission =
-    "\ntold Error with Notify Manager: Location permission is missing";
+const Step kDone = told();
+const Step kTooMany = told(theError(Title::notify, Message::tooManySites));
+const Step kNoPermission = told(theError(Title::notify, Message::noPermission));
 constexpr std::string_view kLookUp =
     "m/v1/sites?latitude=40.7&longitude=-74.0&radius=500.0&page=1&per=5";
 
@@ -35,17 +35,17 @@ SiteList sites(std::int64_t count) {
 class Notify : public SDKFixture {
  protected:
   /// Arms the sites; what the callback receives.
-  std::string arm(const SiteList& list, const std::optional<Dictionary>& data = {}) {
+  Steps arm(const SiteList& list, const std::optional<Dictionary>& data = {}) {
     notify.createForSites(list, {"Near", "You are near", data}, tell());
-    return outcome({"told"});
+    return outcome({Step::told});
   }
 
   /// Arms the sites that the service finds; what the callback receives, call by call.
-  std::string armRegion(const std::function<void()>& beforeTheAnswer = [] {}) {
+  Steps armRegion(const std::function<void()>& beforeTheAnswer = [] {}) {
     notify.createForSitesInRegion({.center = kCenter, .radius = 500, .identifier = "unused"},
                                   {"Near", "You are near"}, tell());
     beforeTheAnswer();
-    return outcome({"told"});
+    return outcome({Step::told});
   }
 
   void answerSites(int count) {
@@ -71,7 +71,7 @@ class Notify : public SDKFixture {
 };
 
 TEST_F(Notify, ArmsOneEntryForEachSite) {
-  EXPECT_EQ(arm({site(42)}, Dictionary{{"message_source", "x"}, {"more", 1}}), kDone);
+  EXPECT_THAT(arm({site(42)}, Dictionary{{"message_source", "x"}, {"more", 1}}), are(kDone));
   const UserNotificationRequest expected{
       .identifier = "ovinta.notify 42",
       .content = {.title = "Near",
@@ -87,7 +87,7 @@ TEST_F(Notify, ArmsOneEntryForEachSite) {
   EXPECT_THAT(userNotifications->pending(), ElementsAre(expected));
 
   const SitePtr bare = std::make_shared<const Site>(Site{.id = 9});
-  EXPECT_EQ(arm({bare, site(1, ""), nullptr, site(2, "40.7 N"), nullptr, site(3)}), kDone);
+  EXPECT_THAT(arm({bare, site(1, ""), nullptr, site(2, "40.7 N"), nullptr, site(3)}), are(kDone));
   EXPECT_THAT(pending(), ElementsAre("ovinta.notify 3"));
   EXPECT_EQ(userNotifications->pending()[0].content.userInfo,
             (Dictionary{{"message_source", "ovinta.notify"}}));
@@ -99,19 +99,19 @@ TEST_F(Notify, ReplacesItsOwnRequestsAlone) {
   foreign.identifier = "app";
   foreign.content.userInfo = {{"message_source", 1}};
   userNotifications->add(foreign, {});
-  EXPECT_EQ(arm({site(7), site(8)}), kDone);
-  EXPECT_EQ(arm(sites(6)), kTooMany);
+  EXPECT_THAT(arm({site(7), site(8)}), are(kDone));
+  EXPECT_THAT(arm(sites(6)), are(kTooMany));
   EXPECT_THAT(pending(), ElementsAre("ovinta.notify", "app", "ovinta.notify 7", "ovinta.notify 8"));
-  EXPECT_EQ(arm({site(9)}), kDone);
+  EXPECT_THAT(arm({site(9)}), are(kDone));
   EXPECT_THAT(pending(), ElementsAre("ovinta.notify", "app", "ovinta.notify 9"));
-  EXPECT_EQ(arm({}), kDone);
+  EXPECT_THAT(arm({}), are(kDone));
   EXPECT_THAT(pending(), ElementsAre("ovinta.notify", "app"));
-  EXPECT_EQ(arm(sites(5)), kDone);
+  EXPECT_THAT(arm(sites(5)), are(kDone));
 
   location->setLocationServicesEnabled(false);
   for (int i = 0; i < 2; ++i) {
     notify.clear(tell());
-    EXPECT_EQ(outcome(), kDone) << "no permission is needed";
+    EXPECT_THAT(outcome(), are(kDone)) << "no permission is needed";
     EXPECT_EQ(pending().size(), 2u);
   }
 }
@@ -121,15 +121,15 @@ TEST_F(Notify, EachCallFindsWhatTheCallsBeforeItHaveArmed) {
   notify.createForSites(sites(5), {}, tell());
   notify.createForSites({site(7), site(8)}, {}, armNext);
   notify.createForSites({site(9)}, {}, nullptr);
-  EXPECT_EQ(outcome(), std::string(kDone) + kDone);
+  EXPECT_THAT(outcome(), are(kDone, kDone));
   EXPECT_THAT(pending(), ElementsAre("ovinta.notify 6"));
   notify.createForSites(sites(5), {}, {});
   NotifyManager().createForSites({site(6)}, {}, tell());
-  EXPECT_EQ(outcome(), kDone);
+  EXPECT_THAT(outcome(), are(kDone));
   EXPECT_THAT(pending(), ElementsAre("ovinta.notify 6")) << "whichever manager it was";
   notify.createForSites(sites(5), {}, {});
   notify.clear(tell());
-  EXPECT_EQ(outcome(), kDone);
+  EXPECT_THAT(outcome(), are(kDone));
   EXPECT_THAT(pending(), ElementsAre());
 }
 
@@ -143,8 +143,8 @@ TEST_F(Notify, NeedsLocationServicesAndPermission) {
     SCOPED_TRACE(status);
     location->setLocationServicesEnabled(enabled);
     location->setAuthorizationStatus(status);
-    EXPECT_EQ(arm(sites(6)), allowed ? kTooMany : kNoPermission) << "asked first";
-    EXPECT_EQ(armRegion(), allowed ? "\ntold sites 1" : kNoPermission);
+    EXPECT_THAT(arm(sites(6)), are(allowed ? kTooMany : kNoPermission)) << "asked first";
+    EXPECT_THAT(armRegion(), are(allowed ? told(theSites({1})) : kNoPermission));
     EXPECT_EQ(requests().size(), lookUps += allowed ? 1 : 0);
   }
   const NotifyManagerError error(NotifyManagerErrorType::reachedTheMaxNumberOfSites);
@@ -153,24 +153,24 @@ TEST_F(Notify, NeedsLocationServicesAndPermission) {
 
 TEST_F(Notify, ArmsTheSitesOfARegion) {
   answerSites(2);
-  EXPECT_EQ(armRegion(), "\ntold sites 1 2");
+  EXPECT_THAT(armRegion(), are(told(theSites({1, 2}))));
   EXPECT_THAT(pending(), ElementsAre("ovinta.notify 1", "ovinta.notify 2"));
   EXPECT_EQ(Ovinta::sites().all()->size(), 2u);
   answer("GET", kLookUp, Answer::json(401, ""));
-  EXPECT_EQ(armRegion(), "\ntold Error Getting Sites For A Region: Not authorized");
+  EXPECT_THAT(armRegion(), are(told(theError(Title::getSitesForRegion, Message::notAuthorized))));
   EXPECT_EQ(pending().size(), 2u);
 
   answerSites(6);
-  EXPECT_EQ(armRegion(), std::string(kTooMany) + "\ntold sites 1 2 3 4 5 6");
+  EXPECT_THAT(armRegion(), are(kTooMany, told(theSites({1, 2, 3, 4, 5, 6}))));
   answerSites(1);
-  EXPECT_EQ(armRegion([this] { location->setAuthorizationStatus(2); }),
-            std::string(kNoPermission) + "\ntold sites 1");
+  EXPECT_THAT(armRegion([this] { location->setAuthorizationStatus(2); }),
+              are(kNoPermission, told(theSites({1}))));
   EXPECT_EQ(pending().size(), 2u);
 }
 
 TEST_F(Notify, LogsWhatTheCentreRefuses) {
   userNotifications->refuseAdds(platform::UserNotificationError{"full"});
-  EXPECT_EQ(arm({site(42)}), kDone);
+  EXPECT_THAT(arm({site(42)}), are(kDone));
   EXPECT_THAT(logLines(),
               ElementsAre("Failed to add notification request <ovinta.notify 42: 150.0 m around "
                           "40.7, -74.0>, with error: full"));

@@ -3,6 +3,7 @@
 
 #include "OvintaSDK/core/UserDefaultsKey.h"
 #include "OvintaSDK/core/facade/Ovinta.h"
+#include "tests/OvintaSDK/Wording.h"
 #include "tests/support/SDKFixture.h"
 
 namespace ovinta::test {
@@ -25,10 +26,11 @@ class Sites : public SDKFixture {
 TEST_F(Sites, GathersThePagesOfAnySearch) {
   answerPage("page=2", {4, 5}, 2, 2);
   sites.fetch(std::nullopt, 2, tell());
-  EXPECT_EQ(outcome(), "\nGET m/v1/sites?page=2\ntold sites 4 5, page 2 of 2");
+  EXPECT_THAT(outcome(),
+              are(requested("GET", "m/v1/sites?page=2"), told(theSites({4, 5}), thePage(2, 2))));
   EXPECT_FALSE(sites.all()) << "a later page starts no list";
   sites.setAll(SiteList{nullptr});
-  EXPECT_EQ(textOf(sites.all()), "sites") << "null entries are left out";
+  EXPECT_EQ(itemOf(sites.all()), theSites({})) << "null entries are left out";
   sites.setAll(std::nullopt);
 
   const std::string inRegion = "latitude=40.7&longitude=-74.0&radius=500.0&page=";
@@ -38,34 +40,34 @@ TEST_F(Sites, GathersThePagesOfAnySearch) {
   answerPage(inRegion + "1&per=50", {}, 1, 1);
   sites.fetch(std::nullopt, 1);
   sites.fetch(std::nullopt, 2);
-  EXPECT_EQ(textOf(sites.all()), "") << "not before the answer";
+  EXPECT_EQ(itemOf(sites.all()), Item{}) << "not before the answer";
   drain();
-  EXPECT_EQ(textOf(sites.all()), "sites 1 2 3 4 5") << "searches may overlap";
+  EXPECT_EQ(itemOf(sites.all()), theSites({1, 2, 3, 4, 5})) << "searches may overlap";
   sites.fetch("b & c", 2);
   sites.fetch(region, 2, tell());
-  EXPECT_THAT(outcome(), testing::EndsWith("told sites 7"));
-  EXPECT_EQ(textOf(sites.all()), "sites 1 2 3 4 5 6 7") << "whatever was searched for";
+  EXPECT_THAT(outcome({Step::told}), are(told(theSites({7}))));
+  EXPECT_EQ(itemOf(sites.all()), theSites({1, 2, 3, 4, 5, 6, 7})) << "whatever was searched for";
   sites.fetch(region, 1, 50, tell());
-  EXPECT_THAT(outcome(), testing::EndsWith("told sites"));
-  EXPECT_EQ(textOf(sites.all()), "sites");
+  EXPECT_THAT(outcome({Step::told}), are(told(theSites({}))));
+  EXPECT_EQ(itemOf(sites.all()), theSites({}));
   sites.fetch("", 1);
-  EXPECT_THAT(outcome(), testing::StartsWith("\nGET m/v1/sites?q=&page=1"));
+  EXPECT_THAT(outcome({Step::requested}), are(requested("GET", "m/v1/sites?q=&page=1")));
 }
 
 TEST_F(Sites, GetsAllPagesOneAfterAnother) {
   // By the number of pages that the service tells: as many, one, none.
   for (const auto& [total, asked] : {std::pair(3, 3), std::pair(1, 1), std::pair(0, 1)}) {
-    std::string expected = "\nlog Getting All Sites";
-    std::string found = "\ntold sites";
+    Steps expected{logged(Line::gettingSites)};
+    Ids found;
     for (int page = 1; page <= asked; ++page) {
       const std::string query = "q=a&page=" + std::to_string(page);
       answerPage(query, {page, 10 * page}, page, total);
-      expected += "\nGET m/v1/sites?" + query;
-      found += " " + std::to_string(page) + " " + std::to_string(10 * page);
+      expected.push_back(requested("GET", "m/v1/sites?" + query));
+      found.insert(found.end(), {page, 10 * page});
     }
     sites.fetchAll("a", tell());
     EXPECT_EQ(queues->waitingCount(), 1u) << "the first page alone";
-    EXPECT_EQ(outcome(), expected + found);
+    EXPECT_THAT(outcome(), are(expected, told(theSites(found))));
   }
 }
 
@@ -73,45 +75,45 @@ TEST_F(Sites, GoesOnFromThePageThatTheAnswerNames) {
   answerPage("page=1", {1}, 2, 4);
   answerPage("page=3", {3}, 4, 4);
   sites.fetchAll(std::nullopt, tell());
-  EXPECT_EQ(outcome({"GET", "told"}),
-            "\nGET m/v1/sites?page=1\nGET m/v1/sites?page=3\ntold sites 1 3");
+  EXPECT_THAT(outcome({Step::requested, Step::told}),
+              are(requested("GET", "m/v1/sites?page=1"), requested("GET", "m/v1/sites?page=3"),
+                  told(theSites({1, 3}))));
 }
 
 TEST_F(Sites, EndARunWithThePageThatFails) {
   answerPage("page=1", {1, 2}, 1, 3);
   answer("GET", "m/v1/sites?page=2", Answer::json(401, ""));
   sites.fetchAll(std::nullopt, tell());
-  EXPECT_EQ(outcome(), R"(
-log Getting All Sites
-GET m/v1/sites?page=1
-GET m/v1/sites?page=2
-log Got an error getting sites
-told Error Getting Sites: Not authorized)");
-  EXPECT_EQ(textOf(sites.all()), "sites 1 2");
-  const std::string refusal = "\nlog Got an error getting sites\ntold Error Getting Sites";
+  const auto fails = [](const char* title) {
+    return Steps{logged(Line::noSites), told(theError(title, Message::notAuthorized))};
+  };
+  const Step second = requested("GET", "m/v1/sites?page=2");
+  EXPECT_THAT(outcome(), are(logged(Line::gettingSites), requested("GET", "m/v1/sites?page=1"),
+                             second, fails(Title::getSites)));
+  EXPECT_EQ(itemOf(sites.all()), theSites({1, 2}));
   sites.fetch(std::nullopt, 2, tell());
-  EXPECT_THAT(outcome(), testing::EndsWith(refusal + ": Not authorized"));
-  answer("GET", "m/v1/sites?latitude=40.7&longitude=-74.0&radius=500.0&page=1",
-         Answer::json(401, ""));
+  EXPECT_THAT(outcome(), are(second, fails(Title::getSites)));
+  const std::string inRegion = "m/v1/sites?latitude=40.7&longitude=-74.0&radius=500.0&page=1";
+  answer("GET", inRegion, Answer::json(401, ""));
   sites.fetch(region, 1, tell());
-  EXPECT_THAT(outcome(), testing::EndsWith(refusal + " For A Region: Not authorized"));
+  EXPECT_THAT(outcome(), are(requested("GET", inRegion), fails(Title::getSitesForRegion)));
 }
 
 TEST_F(Sites, AreNotAskedForWithoutABaseURL) {
   UserDefaultsKey::apiBase.remove();
-  const std::string line = "\nlog Could not load API url";
-  const std::string refusal = line + "\ntold Error with Sites Manager: Could not load API url";
+  const Step line = logged(Message::noURL);
+  const Steps refusal = refused(Title::sites, Message::noURL);
   sites.fetch("a", 1, tell());
   sites.fetch("a", 1);
-  EXPECT_EQ(happened(), refusal + line) << "inside the call";
-  const std::string all = "\nlog Getting All Sites";
+  EXPECT_THAT(happened(), are(refusal, line)) << "inside the call";
+  const Step all = logged(Line::gettingSites);
   sites.fetchAll("a", tell());
   sites.fetchAll("a");
-  EXPECT_EQ(happened(), all + refusal + all + line);
+  EXPECT_THAT(happened(), are(all, refusal, all, line));
   sites.fetch(region, 1, tell());
   sites.fetch(region, 1, 50, tell());
   sites.fetch(region, 1);
-  EXPECT_EQ(outcome(), refusal + refusal + line);
+  EXPECT_THAT(outcome(), are(refusal, refusal, line));
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 // The permission to follow the user as one launch of an application after the other finds it.
 #include <gmock/gmock.h>
 
+#include "OvintaSDK/core/SDKNotifications.h"
 #include "OvintaSDK/core/facade/Ovinta.h"
 #include "platform/linux/location/SystemLocationServices.h"
 #include "platform/linux/location/geoclue/GeoClueStream.h"
@@ -13,18 +14,15 @@ namespace ovinta::platform::linuxos {
 namespace {
 
 using namespace std::chrono_literals;
-using testing::EndsWith;
+using test::are;
+using test::Step;
+using test::Steps;
 using Mood = test::GeoClueDouble::Mood;
 
-const std::string kChanged = "\nposted locationAuthorizationChanged";
-const std::string kRefused = "\nposted locationNotAuthorized";
-const std::string kFetched = "\nposted ordersUpdated orders 7";
-
-std::string report(const std::string& permission) {
-  return "\nPOST m/v1/events as customer-token {\"order_id\":7,\"event_type\":"
-         "\"permission_update\",\"location_permission\":\"" +
-         permission + "\"}";
-}
+const Step kChanged = test::posted(SDKNotification::locationAuthorizationChanged);
+const Step kRefused = test::posted(SDKNotification::locationNotAuthorized);
+const Steps kFetched{test::requested("GET", "m/v1/orders", test::kToken),
+                     test::posted(SDKNotification::ordersUpdated, test::theOrders({7}))};
 
 /// An application with an open order, whose settings stay from launch to launch.
 class PermissionLaunchTest : public test::SDKFixture {
@@ -35,7 +33,7 @@ class PermissionLaunchTest : public test::SDKFixture {
   }
 
   /// Ends the launch before; what happens in the next one until its order is there.
-  std::string launch() {
+  Steps launch() {
     Ovinta::stopLocationUpdates();
     bus_ = std::make_shared<dbus::Bus>(daemon_.address(), time.mainQueue(), log);
     hub_ = std::make_shared<PositionHub>(
@@ -52,7 +50,7 @@ class PermissionLaunchTest : public test::SDKFixture {
     signIn();
     Ovinta::configure({});
     Ovinta::orders().fetch();
-    return outcome({"posted", "POST"});
+    return outcome({Step::posted, Step::requested});
   }
 
   void waitUntil(const std::function<bool()>& condition) {
@@ -65,13 +63,13 @@ class PermissionLaunchTest : public test::SDKFixture {
   }
 
   /// What happens until GeoClue has been asked to start so many clients, and has answered.
-  std::string answers(std::size_t starts) {
+  Steps answers(std::size_t starts) {
     waitUntil([&] { return geoclue_.service().count("Start") == starts; });
     bool isAnswered = false;
     dbus::Service geoclue(bus_, kGeoClueName);
     geoclue.getProperties("/", "none", [&](const auto&) { isAnswered = true; });
     waitUntil([&] { return isAnswered; });
-    return outcome({"posted", "POST"});
+    return outcome({Step::posted, Step::requested});
   }
 
   replay::PrivateBus daemon_;
@@ -81,25 +79,27 @@ class PermissionLaunchTest : public test::SDKFixture {
 };
 
 TEST_F(PermissionLaunchTest, IsToldWhenItIsAnotherThanAtTheLaunchBefore) {
-  EXPECT_EQ(launch(),
-            kChanged + kRefused + kFetched + "\nposted locationAuthorizationNotDetermined");
+  const Step granted = reportedPermission(7, "authorized_when_in_use");
+  EXPECT_THAT(launch(), are(kChanged, kRefused, kFetched,
+                            test::posted(SDKNotification::locationAuthorizationNotDetermined)));
   hub_->askPermission();
-  EXPECT_EQ(answers(1), kChanged + report("authorized_when_in_use"));
+  EXPECT_THAT(answers(1), are(kChanged, granted));
   waitUntil([&] { return geoclue_.service().count("Start") == 3; });
 
-  EXPECT_EQ(launch(), kChanged + kFetched) << "as before";
-  EXPECT_EQ(answers(5), "");
+  EXPECT_THAT(launch(), are(kChanged, kFetched)) << "as before";
+  EXPECT_THAT(answers(5), are());
   geoclue_.setMood(Mood::disallowing);
-  EXPECT_EQ(launch(), kChanged + kFetched);
-  EXPECT_EQ(answers(7), kChanged + kRefused + report("denied")) << "withdrawn meanwhile";
+  EXPECT_THAT(launch(), are(kChanged, kFetched));
+  EXPECT_THAT(answers(7), are(kChanged, kRefused, reportedPermission(7, "denied")))
+      << "withdrawn meanwhile";
 
-  EXPECT_EQ(launch(), kChanged + kRefused + kFetched + kRefused);
+  EXPECT_THAT(launch(), are(kChanged, kRefused, kFetched, kRefused));
   hub_->askPermission();
-  EXPECT_EQ(answers(8), "") << "withdrawn as before";
+  EXPECT_THAT(answers(8), are()) << "withdrawn as before";
   geoclue_.setMood(Mood::willing);
   launch();
   hub_->askPermission();
-  EXPECT_THAT(answers(9), EndsWith(report("authorized_when_in_use")));
+  EXPECT_EQ(answers(9).back(), granted);
 }
 
 }  // namespace
