@@ -15,8 +15,8 @@ using platform::portable::Expected;
 /// Where the services keep the order store; it need not exist yet.
 std::filesystem::path orderStoreFile(const platform::Services& services);
 
-/// The summaries in the installed services' order store, by rising number; none before there is a
-/// store. A text says why it cannot be read.
+/// The summaries in the installed services' order store, by rising number. A text says why it
+/// cannot be read, also where there is no store yet.
 Expected<std::vector<CoreOrder>, std::string> readStoredOrders();
 
 }  // namespace ovinta::cli
