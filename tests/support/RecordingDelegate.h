@@ -1,8 +1,11 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <cmath>
 #include <functional>
 #include <string>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -46,10 +49,13 @@ class RecordingDelegate : public platform::LocationManagerDelegate {
 
  private:
   void note(const std::string& text) {
+    EXPECT_EQ(std::this_thread::get_id(), maker_);
     told_.push_back(text);
     if (onTold) onTold();
   }
 
+  /// The main thread.
+  const std::thread::id maker_ = std::this_thread::get_id();
   std::vector<std::string> told_;
 };
 

@@ -9,7 +9,6 @@
 #include <optional>
 #include <ostream>
 #include <string>
-#include <thread>
 #include <utility>
 
 #include "platform/linux/http/CurlURLSession.h"
@@ -25,12 +24,11 @@ inline void PrintTo(const HeaderField& field, std::ostream* out) {
 
 namespace ovinta::platform::linuxos {
 
-/// What a completion received, and where.
+/// What a completion received.
 struct Outcome {
   std::optional<std::string> data;
   std::optional<HTTPResponse> response;
   std::optional<TransportError> error;
-  std::thread::id thread;
 
   /// 0: no response.
   int statusCode() const { return response ? response->statusCode : 0; }
@@ -48,8 +46,7 @@ class CurlURLSessionFixture : public testing::Test {
   std::future<Outcome> start(URLRequest request) {
     auto promise = std::make_shared<std::promise<Outcome>>();
     session_->startDataTask(std::move(request), [promise](auto data, auto response, auto error) {
-      promise->set_value(
-          {std::move(data), std::move(response), std::move(error), std::this_thread::get_id()});
+      promise->set_value({std::move(data), std::move(response), std::move(error)});
     });
     return promise->get_future();
   }

@@ -5,46 +5,23 @@
 #include <sys/stat.h>
 
 #include <cstdint>
-#include <limits>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "platform/linux/storage/SQLitePersistentContainer.h"
+#include "tests/platform/contract/ObjectStoreContract.h"
 #include "tests/support/Files.h"
 #include "tests/support/TemporaryDirectory.h"
+
+namespace ovinta::platform::contract {
+GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(ObjectStoreContract);
+}
 
 namespace ovinta::platform::linuxos {
 namespace {
 
+using namespace contract;
 using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::UnorderedElementsAre;
-
-const FetchRequest kAllItems{"Item"};
-
-ManagedObjectModel itemModel() {
-  return {{{"Item",
-            {{"number", AttributeType::integer64, false}, {"text", AttributeType::string, true}}},
-           {"Quoted \"name\"", {{"order", AttributeType::string, false}}}}};
-}
-
-std::shared_ptr<ManagedObject> item(AttributeValue number, AttributeValue text = {}) {
-  auto object = std::make_shared<ManagedObject>("Item");
-  object->setValue("number", std::move(number));
-  object->setValue("text", std::move(text));
-  return object;
-}
-
-std::vector<std::int64_t> numbers(ManagedObjectContext& context) {
-  StoreError error;
-  std::vector<std::int64_t> result;
-  for (const auto& object : context.fetch(kAllItems, &error)) {
-    result.push_back(std::get<std::int64_t>(object.value("number")));
-  }
-  EXPECT_EQ(error.localizedDescription, "");
-  return result;
-}
 
 class PersistentContainerTest : public testing::Test {
  protected:
@@ -78,112 +55,18 @@ class PersistentContainerTest : public testing::Test {
   const std::filesystem::path file_ = directory_ / "Items.sqlite";
 };
 
-TEST_F(PersistentContainerTest, KeepsRecordsOfEveryEntityAcrossARestart) {
-  constexpr auto kMost = std::numeric_limits<std::int64_t>::max();
-  constexpr auto kLeast = std::numeric_limits<std::int64_t>::min();
-  const std::string odd("12\0\xC3\xA9", 5);
-  {
-    const auto container = load();
-    const auto context = container->newBackgroundContext();
-    context->insert(item(kMost, odd));
-    context->insert(item(kLeast));
-    context->insert(item(7, ""));
-    auto late = item(1, "as it was inserted");
-    context->insert(late);
-    late->setValue("text", "as it is at the save");
-    auto other = std::make_shared<ManagedObject>("Quoted \"name\"");
-    other->setValue("order", "text");
-    context->insert(other);
-    EXPECT_THAT(context->fetch(kAllItems, nullptr), IsEmpty());
-    EXPECT_EQ(context->save(), std::nullopt);
-  }
+TEST_F(PersistentContainerTest, MakesPrivateFilesAndSaysWhichStepFailedWhere) {
+  const auto container = load();
   EXPECT_EQ(test::modeOf(directory_), 0700U);
   EXPECT_EQ(test::modeOf(file_), 0600U);
-
-  const auto container = load();
   const auto context = container->newBackgroundContext();
-  std::vector<std::pair<AttributeValue, AttributeValue>> found;
-  for (const auto& object : context->fetch(kAllItems, nullptr)) {
-    found.emplace_back(object.value("number"), object.value("text"));
-  }
-  using Pair = std::pair<AttributeValue, AttributeValue>;
-  EXPECT_THAT(found, UnorderedElementsAre(Pair(kMost, odd), Pair(kLeast, AttributeValue{}),
-                                          Pair(std::int64_t{7}, ""),
-                                          Pair(std::int64_t{1}, "as it is at the save")));
-  const auto others = context->fetch({"Quoted \"name\""}, nullptr);
-  ASSERT_EQ(others.size(), 1U);
-  EXPECT_EQ(others[0].value("order"), AttributeValue("text"));
-}
-
-TEST_F(PersistentContainerTest, ATransactionIsSeenAsAWholeWhenSavedAndNotAtAllWhenDropped) {
-  const auto container = load();
-  auto writer = container->newBackgroundContext();
-  writer->insert(item(1));
-  ASSERT_EQ(writer->save(), std::nullopt);
-
-  const auto reader = container->newBackgroundContext();
-  ASSERT_EQ(writer->executeBatchDelete(kAllItems), std::nullopt);
-  writer->insert(item(2));
-  EXPECT_THAT(numbers(*reader), UnorderedElementsAre(1));
-  writer.reset();
-  EXPECT_THAT(numbers(*reader), UnorderedElementsAre(1));
-
-  writer = container->newBackgroundContext();
-  ASSERT_EQ(writer->executeBatchDelete(kAllItems), std::nullopt);
-  writer->insert(item(3));
-  writer->insert(item(4));
-  ASSERT_EQ(writer->save(), std::nullopt);
-  EXPECT_THAT(numbers(*reader), UnorderedElementsAre(3, 4));
-
-  // A context may go on after a save.
-  ASSERT_EQ(writer->executeBatchDelete(kAllItems), std::nullopt);
-  ASSERT_EQ(writer->save(), std::nullopt);
-  EXPECT_THAT(numbers(*reader), IsEmpty());
-}
-
-TEST_F(PersistentContainerTest, AFailedStepUndoesTheWholeTransaction) {
-  const auto container = load();
-  const auto first = container->newBackgroundContext();
-  first->insert(item(1));
-  ASSERT_EQ(first->save(), std::nullopt);
-  for (const auto& misfit :
-       {item({}), item("no number"), std::make_shared<ManagedObject>("Unknown")}) {
-    const auto context = container->newBackgroundContext();
-    ASSERT_EQ(context->executeBatchDelete(kAllItems), std::nullopt);
-    context->insert(item(2));
-    context->insert(misfit);
-    const auto error = context->save();
-    ASSERT_NE(error, std::nullopt);
-    EXPECT_THAT(error->localizedDescription, HasSubstr("could not be saved"));
-    EXPECT_EQ(error->userInfo.at("path"), file_.string());
-    EXPECT_NE(context->save(), std::nullopt);
-    EXPECT_THAT(numbers(*container->newBackgroundContext()), UnorderedElementsAre(1));
-  }
-  const auto context = container->newBackgroundContext();
-  EXPECT_NE(context->executeBatchDelete({"Unknown"}), std::nullopt);
-  context->insert(item(5));
-  EXPECT_NE(context->save(), std::nullopt) << "what should have been deleted is still there";
-  StoreError error;
-  EXPECT_THAT(container->newBackgroundContext()->fetch({"Unknown"}, &error), IsEmpty());
-  EXPECT_THAT(error.localizedDescription, HasSubstr("could not be read"));
-}
-
-TEST_F(PersistentContainerTest, WritersOfSeveralThreadsWaitForEachOther) {
-  const auto container = load();
-  std::vector<std::thread> threads;
-  for (std::int64_t number = 1; number <= 4; ++number) {
-    threads.emplace_back([&, number] {
-      for (int round = 0; round < 5; ++round) {
-        const auto context = container->newBackgroundContext();
-        EXPECT_EQ(context->executeBatchDelete(kAllItems), std::nullopt);
-        for (int copy = 0; copy < 20; ++copy) context->insert(item(number));
-        EXPECT_EQ(context->save(), std::nullopt);
-        const auto seen = numbers(*container->newBackgroundContext());
-        EXPECT_EQ(seen, std::vector<std::int64_t>(20, seen.at(0)));
-      }
-    });
-  }
-  for (auto& thread : threads) thread.join();
+  context->insert(item({}));
+  const auto error = context->save().value();
+  EXPECT_THAT(error.localizedDescription, HasSubstr("could not be saved"));
+  EXPECT_EQ(error.userInfo.at("path"), file_.string());
+  StoreError unread;
+  container->newBackgroundContext()->fetch({"Unknown"}, &unread);
+  EXPECT_THAT(unread.localizedDescription, HasSubstr("could not be read"));
 }
 
 TEST_F(PersistentContainerTest, SaysWhyAStoreCannotBeLoadedAndLeavesItAlone) {

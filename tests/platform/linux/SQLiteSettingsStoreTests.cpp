@@ -55,24 +55,6 @@ class SQLiteSettingsStoreTest : public testing::Test {
   std::shared_ptr<simulation::RecordingLog> log_ = std::make_shared<simulation::RecordingLog>();
 };
 
-TEST_F(SQLiteSettingsStoreTest, WhatWasWrittenSurvivesTheEndOfAKilledProcessButDefaultsDoNot) {
-  const std::string odd("a\0b\xC3\xA9", 5);
-  test::waitFor(test::forkChild([&] {
-    const auto store = open();
-    store->registerDefault("default", "x");
-    store->set("kept", "first");
-    store->set("kept", odd);
-    store->set("removed", "x");
-    store->remove("removed");
-    kill(getpid(), SIGKILL);
-  }));
-  const auto store = open();
-  EXPECT_EQ(store->string("kept"), odd);
-  EXPECT_EQ(store->string("removed"), std::nullopt);
-  EXPECT_EQ(store->string("default"), std::nullopt);
-  EXPECT_THAT(log_->lines(), IsEmpty());
-}
-
 TEST_F(SQLiteSettingsStoreTest, ReadingMakesNothingAndWritingMakesPrivateFiles) {
   EXPECT_EQ(open()->string("key"), std::nullopt);
   EXPECT_FALSE(exists(temporary_.path() / "made"));

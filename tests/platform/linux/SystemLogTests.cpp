@@ -7,11 +7,7 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <fstream>
-#include <map>
 #include <string>
-#include <thread>
-#include <vector>
 
 #include "tests/support/TemporaryDirectory.h"
 
@@ -31,28 +27,6 @@ class SystemLogTest : public testing::Test {
 
   int pipe_[2];
 };
-
-TEST_F(SystemLogTest, LinesOfSeveralThreadsDoNotMix) {
-  constexpr int kThreads = 4, kLines = 100;
-  SystemLog log("test", pipe_[1]);
-  std::vector<std::jthread> threads;
-  for (int thread = 0; thread < kThreads; ++thread) {
-    // Longer than a pipe takes at once, so that writes are cut up.
-    threads.emplace_back([&log, thread] {
-      for (int line = 0; line < kLines; ++line) {
-        log.write(std::string(6000 + line, static_cast<char>('a' + thread)));
-      }
-    });
-  }
-  std::ifstream reader("/dev/fd/" + std::to_string(pipe_[0]));
-  std::map<char, int> next;
-  std::string line;
-  for (int count = 0; count < kThreads * kLines; ++count) {
-    std::getline(reader, line);
-    EXPECT_EQ(line, std::string(6000 + next[line[0]]++, line[0]));
-  }
-  EXPECT_EQ(next.size(), kThreads);
-}
 
 TEST_F(SystemLogTest, NobodyForgesALineAndNoClosedPipeEndsTheProcess) {
   SystemLog log("test", pipe_[1]);

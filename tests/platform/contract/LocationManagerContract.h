@@ -1,21 +1,37 @@
-// What every implementation of the location services promises.
+#pragma once
+
 #include <gmock/gmock.h>
 
-#include "tests/platform/contract/LocationRigs.h"
+#include <cstdint>
+#include <initializer_list>
+#include <memory>
+#include <string>
+#include <vector>
+
 #include "tests/support/RecordingDelegate.h"
 
-namespace ovinta::platform {
-namespace {
+namespace ovinta::platform::contract {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-BeaconRegion region(const char* name, std::optional<std::uint16_t> minor = {}) {
-  return {test::kBeaconUUID, 1, minor, name};
+/// Of the beacons in the regions of the tests, with the major number 1.
+inline constexpr UUID kBeaconUUID{{1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16}};
+/// Of a beacon that is always near and in no region.
+inline constexpr UUID kForeignUUID{{42}};
+
+inline BeaconRegion region(const char* name, std::optional<std::uint16_t> minor = {}) {
+  return {kBeaconUUID, 1, minor, name};
 }
 
+/// What all location services promise. A rig is a fixture, run on the main thread, with
+/// `services_`, a pointer, whose permission nobody has asked for at first, and with the world
+/// around them: `allow(isAllowed)`, after which the permission is 4 or 1 and location on or off, as
+/// a whole; `go(metresNorth, accuracy = 5)` of the site; `passSecond(minors)`, in which these
+/// beacons and the foreign one are heard with -60 dBm; `advance(interval)`; `settle()`, which has
+/// all arrive that was asked and told so far; `isIdle()`: whether nothing is left to run later.
 template <class Rig>
-class LocationManagerTest : public Rig {
+class LocationManagerContract : public Rig {
  protected:
   /// The permission is there, and the delegate knows it.
   void begin() {
@@ -35,23 +51,21 @@ class LocationManagerTest : public Rig {
   }
 
   test::RecordingDelegate delegate_;
-  std::unique_ptr<LocationManager> manager_ = this->services_.makeLocationManager();
+  std::unique_ptr<LocationManager> manager_ = this->services_->makeLocationManager();
 };
+TYPED_TEST_SUITE_P(LocationManagerContract);
 
-using Rigs = testing::Types<SimulatedLocationRig, LinuxLocationRig>;
-TYPED_TEST_SUITE(LocationManagerTest, Rigs);
-
-TYPED_TEST(LocationManagerTest, EachDelegateHearsTheStatusOnceAndEachChange) {
+TYPED_TEST_P(LocationManagerContract, EachDelegateHearsTheStatusOnceAndEachChange) {
   test::RecordingDelegate earlier, orphan;
   this->manager_->setDelegate(&earlier);
   this->manager_->setDelegate(&this->delegate_);
-  this->services_.makeLocationManager()->setDelegate(&orphan);
+  this->services_->makeLocationManager()->setDelegate(&orphan);
   EXPECT_THAT(this->delegate_.take(), IsEmpty()) << "never inside the call";
   this->settle();
   this->manager_->startUpdatingLocation();
   for (const bool isAllowed : {true, true, false, true}) {
     this->allow(isAllowed);
-    EXPECT_EQ(this->services_.locationServicesEnabled(), isAllowed);
+    EXPECT_EQ(this->services_->locationServicesEnabled(), isAllowed);
   }
   EXPECT_THAT(this->delegate_.take(), ElementsAre("status 0", "status 4", "status 1", "status 4"));
   this->manager_->setDelegate(&this->delegate_);
@@ -61,7 +75,26 @@ TYPED_TEST(LocationManagerTest, EachDelegateHearsTheStatusOnceAndEachChange) {
   EXPECT_THAT(orphan.take(), IsEmpty());
 }
 
-TYPED_TEST(LocationManagerTest, PositionsComeFromStartToStopWhileThePermissionLasts) {
+TYPED_TEST_P(LocationManagerContract, TellsNothingInsideACall) {
+  this->begin();
+  this->manager_->startUpdatingLocation();
+  this->manager_->startRangingBeacons(region("all"));
+  this->travel({1});
+  this->pass(2, {1});
+  const CircularRegion circle{.center = simulation::kSite, .radius = 100, .identifier = "circle"};
+  this->manager_->stopUpdatingLocation();
+  this->manager_->startUpdatingLocation();
+  this->manager_->startMonitoringSignificantLocationChanges();
+  this->manager_->setDistanceFilter(0);
+  for (const Region& monitored : {Region(circle), Region(region("all"))}) {
+    this->manager_->startMonitoring(monitored);
+  }
+  this->manager_->startRangingBeacons(region("one", 1));
+  this->manager_->stopRangingBeacons(region("all"));
+  EXPECT_THAT(this->delegate_.take(), IsEmpty());
+}
+
+TYPED_TEST_P(LocationManagerContract, PositionsComeFromStartToStopWhileThePermissionLasts) {
   this->begin();
   EXPECT_THAT(this->travel({1}), IsEmpty());
   for (int i = 0; i < 2; ++i) this->manager_->startUpdatingLocation();
@@ -77,7 +110,7 @@ TYPED_TEST(LocationManagerTest, PositionsComeFromStartToStopWhileThePermissionLa
   EXPECT_THAT(this->travel({7, 8}), ElementsAre("at 7"));
 }
 
-TYPED_TEST(LocationManagerTest, PositionsPassTheDistanceFilter) {
+TYPED_TEST_P(LocationManagerContract, PositionsPassTheDistanceFilter) {
   this->begin();
   this->manager_->setDistanceFilter(100);
   this->manager_->startUpdatingLocation();
@@ -92,7 +125,7 @@ TYPED_TEST(LocationManagerTest, PositionsPassTheDistanceFilter) {
   EXPECT_THAT(this->travel({796, 795}), ElementsAre("at 796"));
 }
 
-TYPED_TEST(LocationManagerTest, SignificantChangesAloneComeEvery500Metres) {
+TYPED_TEST_P(LocationManagerContract, SignificantChangesAloneComeEvery500Metres) {
   this->begin();
   this->manager_->startMonitoringSignificantLocationChanges();
   EXPECT_THAT(this->travel({2000, 1600, 1499, 1200, 990}),
@@ -105,7 +138,7 @@ TYPED_TEST(LocationManagerTest, SignificantChangesAloneComeEvery500Metres) {
   EXPECT_THAT(this->travel({2000}), IsEmpty());
 }
 
-TYPED_TEST(LocationManagerTest, RangedRegionsReportOnceASecondAndAreKeyedByTheirValue) {
+TYPED_TEST_P(LocationManagerContract, RangedRegionsReportOnceASecondAndAreKeyedByTheirValue) {
   this->begin();
   for (const auto& ranged : {region("all"), region("one", 1), region("one", 2), region("one", 1)}) {
     this->manager_->startRangingBeacons(ranged);
@@ -119,7 +152,7 @@ TYPED_TEST(LocationManagerTest, RangedRegionsReportOnceASecondAndAreKeyedByTheir
   // Ranging that stops and starts again keeps its beat.
   this->manager_->stopRangingBeacons(region("all"));
   for (int i = 0; i < 4; ++i) {
-    this->time_.advance(std::chrono::milliseconds(500));
+    this->advance(std::chrono::milliseconds(500));
     this->manager_->stopRangingBeacons(region("one", 1));
     this->manager_->startRangingBeacons(region("one", 1));
   }
@@ -137,11 +170,11 @@ TYPED_TEST(LocationManagerTest, RangedRegionsReportOnceASecondAndAreKeyedByTheir
   this->manager_->startRangingBeacons(region("all"));
   this->delegate_.onTold = [this] { this->manager_.reset(); };
   EXPECT_EQ(this->pass(3).size(), 1U);
-  this->time_.advance(std::chrono::minutes(1));
-  EXPECT_EQ(this->time_.pendingTaskCount(), 0U);
+  this->advance(std::chrono::minutes(1));
+  EXPECT_TRUE(this->isIdle());
 }
 
-TYPED_TEST(LocationManagerTest, MonitoredRegionsAreEnteredWhenHeardAndLeftAfterHalfAMinute) {
+TYPED_TEST_P(LocationManagerContract, MonitoredRegionsAreEnteredWhenHeardAndLeftAfterHalfAMinute) {
   this->begin();
   CircularRegion circle;
   circle.identifier = "one";
@@ -169,7 +202,7 @@ TYPED_TEST(LocationManagerTest, MonitoredRegionsAreEnteredWhenHeardAndLeftAfterH
   EXPECT_THAT(this->pass(40, {1}), IsEmpty());
 }
 
-TYPED_TEST(LocationManagerTest, CirclesAreEnteredAndLeftWhereThePositionIsCertain) {
+TYPED_TEST_P(LocationManagerContract, CirclesAreEnteredAndLeftWhereThePositionIsCertain) {
   const auto circle = [](const char* name, double radius) {
     return CircularRegion{.center = simulation::kSite, .radius = radius, .identifier = name};
   };
@@ -196,5 +229,13 @@ TYPED_TEST(LocationManagerTest, CirclesAreEnteredAndLeftWhereThePositionIsCertai
   EXPECT_THAT(travel({2000}), IsEmpty());
 }
 
-}  // namespace
-}  // namespace ovinta::platform
+REGISTER_TYPED_TEST_SUITE_P(LocationManagerContract, EachDelegateHearsTheStatusOnceAndEachChange,
+                            TellsNothingInsideACall,
+                            PositionsComeFromStartToStopWhileThePermissionLasts,
+                            PositionsPassTheDistanceFilter,
+                            SignificantChangesAloneComeEvery500Metres,
+                            RangedRegionsReportOnceASecondAndAreKeyedByTheirValue,
+                            MonitoredRegionsAreEnteredWhenHeardAndLeftAfterHalfAMinute,
+                            CirclesAreEnteredAndLeftWhereThePositionIsCertain);
+
+}  // namespace ovinta::platform::contract
