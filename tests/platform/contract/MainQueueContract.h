@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include <atomic>
 #include <memory>
 #include <string>
 #include <thread>
@@ -62,12 +63,18 @@ TYPED_TEST_P(MainQueueContract, RunsTasksByDueTimeThenBySubmissionAndNeverInside
 TYPED_TEST_P(MainQueueContract, SyncRunsAtOnceOnTheMainThreadAndThroughTheQueueElsewhere) {
   MainQueue& queue = *this->queue_;
   bool isOver = false;
+  std::atomic<bool> isPast = false;
   queue.async(this->record("queued"));
   queue.sync(this->record("sync on main"));
   EXPECT_THAT(this->take(), ElementsAre("sync on main"));
   std::jthread other([&] {
     EXPECT_FALSE(queue.isMain());
-    queue.sync(this->record("sync"));
+    queue.sync([&, sync = this->record("sync")] {
+      for (int i = 0; i < 1000 && !isPast; ++i) std::this_thread::yield();
+      EXPECT_FALSE(isPast);
+      sync();
+    });
+    isPast = true;
     this->calls_.push_back("after sync");
     queue.async([&] { isOver = true; });
   });

@@ -147,6 +147,7 @@ TYPED_TEST_P(ObjectStoreContract, AFailedStepUndoesTheWholeTransaction) {
   EXPECT_FALSE(isWell(context->executeBatchDelete({"Unknown"})));
   context->insert(item(5));
   EXPECT_FALSE(isWell(context->save())) << "what should have been deleted is still there";
+  EXPECT_THAT(numbers(*container->newBackgroundContext()), UnorderedElementsAre(1));
   StoreError error;
   EXPECT_THAT(container->newBackgroundContext()->fetch({"Unknown"}, &error), IsEmpty());
   EXPECT_NE(error.localizedDescription, "");

@@ -31,7 +31,7 @@ struct MainQueueRig : testing::Test {
     while (!condition()) g_main_context_iteration(nullptr, TRUE);
   }
 
-  std::int64_t now_ = 0;
+  std::int64_t now_ = 1'000'000;
   std::shared_ptr<MainQueue> queue_ =
       std::make_shared<linuxos::GLibMainQueue>([this] { return now_; });
 };
