@@ -3,6 +3,7 @@
 #include "platform/FatalError.h"
 #include "platform/portable/Portable.h"
 #include "tests/platform/contract/NotificationCenterContract.h"
+#include "tests/platform/contract/ObjectStoreContract.h"
 #include "tests/platform/contract/OperationQueueContract.h"
 #include "tests/platform/contract/SettingsStoreContract.h"
 
@@ -31,6 +32,15 @@ struct SettingsRig : testing::Test {
   static auto open() { return portable::makeInMemorySettingsStore(); }
 };
 INSTANTIATE_TYPED_TEST_SUITE_P(InMemory, SettingsStoreContract, SettingsRig);
+
+struct ObjectStoreRig : testing::Test {
+  std::shared_ptr<PersistentContainer> makeContainer(ManagedObjectModel model) {
+    return factory_->makeContainer("Items", std::move(model));
+  }
+  std::shared_ptr<PersistentContainerFactory> factory_ =
+      portable::makeInMemoryPersistentContainerFactory();
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(InMemory, ObjectStoreContract, ObjectStoreRig);
 
 }  // namespace
 }  // namespace contract
