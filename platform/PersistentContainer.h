@@ -10,6 +10,7 @@
 #include <variant>
 #include <vector>
 
+#include "Expected.h"
 #include "Export.h"
 
 namespace ovinta::platform {
@@ -109,9 +110,9 @@ class ManagedObjectContext {
   /// was changed.
   virtual std::optional<StoreError> save() = 0;
 
-  /// The stored records, those inserted but unsaved not among them; empty with an error written to
-  /// `error` when the store cannot be read. Blocks.
-  virtual std::vector<ManagedObject> fetch(const FetchRequest& request, StoreError* error) = 0;
+  /// The stored records, those inserted but unsaved not among them, or why the store cannot be
+  /// read. Blocks.
+  virtual Expected<std::vector<ManagedObject>, StoreError> fetch(const FetchRequest& request) = 0;
 };
 
 /// Describes a store that was loaded. A plain value.

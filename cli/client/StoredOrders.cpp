@@ -23,7 +23,7 @@ std::filesystem::path orderStoreFile(const platform::Services& services) {
   return container->persistentStoreDescriptions().front().location;
 }
 
-Expected<std::vector<CoreOrder>, std::string> readStoredOrders() {
+platform::Expected<std::vector<CoreOrder>, std::string> readStoredOrders() {
   const platform::Services& services = platform::services();
   // To load a store that is not there would make it.
   if (!exists(orderStoreFile(services))) return std::string("unable to open database file");
@@ -36,10 +36,9 @@ Expected<std::vector<CoreOrder>, std::string> readStoredOrders() {
       [&failure](const auto& /*store*/, const auto& error) { failure = error; });
   if (failure) return reasonOf(*failure);
 
-  platform::StoreError error;
-  const auto objects = container->newBackgroundContext()->fetch(CoreOrder::fetchRequest(), &error);
-  if (!error.localizedDescription.empty()) return reasonOf(error);
-  std::vector<CoreOrder> orders(objects.begin(), objects.end());
+  const auto objects = container->newBackgroundContext()->fetch(CoreOrder::fetchRequest());
+  if (!objects) return reasonOf(objects.error());
+  std::vector<CoreOrder> orders(objects->begin(), objects->end());
   std::ranges::sort(orders, {}, &CoreOrder::id);
   return orders;
 }

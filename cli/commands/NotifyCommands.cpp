@@ -8,7 +8,7 @@
 #include "cli/client/Records.h"
 #include "cli/client/RegionOptions.h"
 #include "cli/commands/Commands.h"
-#include "platform/portable/Expected.h"
+#include "platform/Expected.h"
 
 namespace ovinta::cli {
 namespace {
@@ -59,8 +59,8 @@ void addArmingOptions(CLI::App& command, Arming& arming) {
 }
 
 /// The sites of those numbers, in that order; or the first number that the service does not know.
-platform::portable::Expected<SiteList, std::int64_t> pick(
-    const SiteList& known, const std::vector<std::int64_t>& numbers) {
+platform::Expected<SiteList, std::int64_t> pick(const SiteList& known,
+                                                const std::vector<std::int64_t>& numbers) {
   SiteList sites;
   for (const std::int64_t number : numbers) {
     const auto site = std::ranges::find(known, number, [](const SitePtr& one) { return one->id; });

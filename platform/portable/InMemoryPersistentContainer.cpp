@@ -50,13 +50,10 @@ class InMemoryContext : public ManagedObjectContext {
     return std::nullopt;
   }
 
-  std::vector<ManagedObject> fetch(const FetchRequest& request, StoreError* error) override {
-    std::vector<ManagedObject> found;
+  Expected<std::vector<ManagedObject>, StoreError> fetch(const FetchRequest& request) override {
     if (!failure_) failure_ = check(request.entityName);
-    if (failure_) {
-      if (error) *error = *failure_;
-      return found;
-    }
+    if (failure_) return *failure_;
+    std::vector<ManagedObject> found;
     const std::lock_guard lock(store_->mutex);
     std::copy_if(store_->objects.begin(), store_->objects.end(), std::back_inserter(found),
                  [&](const auto& object) {

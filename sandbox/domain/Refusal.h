@@ -4,8 +4,8 @@
 #include <string_view>
 #include <utility>
 
+#include "platform/Expected.h"
 #include "platform/Value.h"
-#include "platform/portable/Expected.h"
 
 namespace ovinta::sandbox {
 
@@ -18,10 +18,8 @@ struct Refusal {
   platform::Dictionary errors;
 };
 
-using platform::portable::Expected;
-
 /// The record that results, or why there is none.
-using Outcome = Expected<platform::Dictionary, Refusal>;
+using Outcome = platform::Expected<platform::Dictionary, Refusal>;
 
 /// A refusal with one message for one field.
 inline Refusal refusal(Refusal::Kind kind, std::string_view field, std::string message) {

@@ -77,8 +77,8 @@ Dictionary snapshotOf(const World& world) {
           {"orders", std::move(orders)}};
 }
 
-Expected<World, Refusal> readSnapshot(const Dictionary& document, SeededGenerator generator,
-                                      platform::Date now) {
+platform::Expected<World, Refusal> readSnapshot(const Dictionary& document,
+                                                SeededGenerator generator, platform::Date now) {
   World world{.generator = generator};
   Dictionary errors;
   if (document.contains("generator")) {

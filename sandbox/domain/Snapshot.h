@@ -15,7 +15,7 @@ platform::Dictionary snapshotOf(const World& world);
 /// built-in ones, without "generator" the given one is used. Records may lack what new ones are
 /// given. The refusal names each faulty field with the place of its record, as in
 /// "orders.0.site_id".
-Expected<World, Refusal> readSnapshot(const platform::Dictionary& document,
-                                      SeededGenerator generator, platform::Date now);
+platform::Expected<World, Refusal> readSnapshot(const platform::Dictionary& document,
+                                                SeededGenerator generator, platform::Date now);
 
 }  // namespace ovinta::sandbox

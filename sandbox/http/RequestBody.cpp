@@ -21,8 +21,9 @@ std::size_t longestBody(std::string_view path) {
   return isTesters(path) ? kLongestOfTesters : kLongestOfApps;
 }
 
-Expected<std::string, Answer> receiveBody(const httplib::Request& request,
-                                          const httplib::ContentReader& read, std::size_t limit) {
+platform::Expected<std::string, Answer> receiveBody(const httplib::Request& request,
+                                                    const httplib::ContentReader& read,
+                                                    std::size_t limit) {
   if (request.is_multipart_form_data()) return refuseParts(read);
   std::string body;
   std::size_t size = 0;

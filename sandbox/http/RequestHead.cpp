@@ -99,7 +99,7 @@ std::vector<std::string_view> RequestHead::values(std::string_view name) const {
   return found;
 }
 
-Expected<RequestHead, Answer> readRequestHead(std::string_view text) {
+platform::Expected<RequestHead, Answer> readRequestHead(std::string_view text) {
   RequestHead head;
   auto refused = readFirstLine(cut(text, kLineEnd), head);
   while (!refused && !text.empty()) refused = readField(cut(text, kLineEnd), head);

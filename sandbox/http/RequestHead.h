@@ -24,7 +24,7 @@ struct RequestHead {
 };
 
 /// Reads a head, its lines without the empty one that ends it, or answers what is wrong with it.
-Expected<RequestHead, Answer> readRequestHead(std::string_view text);
+platform::Expected<RequestHead, Answer> readRequestHead(std::string_view text);
 
 /// Whether the path is on the merchant's and tester's side.
 bool isTesters(std::string_view path);

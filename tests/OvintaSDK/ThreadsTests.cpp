@@ -131,10 +131,10 @@ class Threads : public ::testing::Test {
     EXPECT_EQ(Ovinta::orders().all()->size(), kOrders);
     EXPECT_EQ(Ovinta::orders().open()->size(), kOrders - kOrders / 3);
     EXPECT_EQ(Ovinta::orders().closed()->size(), kOrders / 3);
-    platform::StoreError error;
     const auto context = Library::process().context()->persistentContainer().newBackgroundContext();
-    EXPECT_EQ(context->fetch(CoreOrder::fetchRequest(), &error).size(), kOrders)
-        << error.localizedDescription;
+    const auto kept = context->fetch(CoreOrder::fetchRequest());
+    ASSERT_TRUE(kept) << kept.error().localizedDescription;
+    EXPECT_EQ(kept->size(), kOrders);
   }
 
   TemporaryDirectory directory;

@@ -33,11 +33,11 @@ TEST(SeparableTest, AnOrderIsMadeKeptAndFollowedOnAnotherPlatform) {
   Ovinta::orders().fetch();
   device.drain();
 
-  platform::StoreError error;
   const auto context = makeOrderStoreContainer(platform::services())->newBackgroundContext();
-  const auto kept = context->fetch(CoreOrder::fetchRequest(), &error);
-  ASSERT_EQ(kept.size(), 1U) << error.localizedDescription;
-  EXPECT_EQ(kept[0].value("id"), platform::AttributeValue(std::int64_t{7}));
+  const auto kept = context->fetch(CoreOrder::fetchRequest());
+  ASSERT_TRUE(kept) << kept.error().localizedDescription;
+  ASSERT_EQ(kept->size(), 1U);
+  EXPECT_EQ(kept->front().value("id"), platform::AttributeValue(std::int64_t{7}));
 
   const std::size_t before = device.http->requests().size();
   device.simulation.location().deliver({.coordinate = {.latitude = 41, .longitude = -74},

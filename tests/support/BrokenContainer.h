@@ -59,9 +59,9 @@ class BrokenContainer : public platform::PersistentContainer,
       EXPECT_TRUE(deletes_) << "after a failed delete";
       return StoreError{"cannot save", {}};
     }
-    std::vector<platform::ManagedObject> fetch(const platform::FetchRequest&,
-                                               StoreError*) override {
-      return {};
+    platform::Expected<std::vector<platform::ManagedObject>, platform::StoreError> fetch(
+        const platform::FetchRequest&) override {
+      return std::vector<platform::ManagedObject>();
     }
 
    private:

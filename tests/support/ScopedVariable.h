@@ -18,7 +18,13 @@ class ScopedVariable {
   ScopedVariable& operator=(const ScopedVariable&) = delete;
 
  private:
-  void set(const char* value) { value ? setenv(name_, value, 1) : unsetenv(name_); }
+  void set(const char* value) {
+    if (value) {
+      setenv(name_, value, 1);
+    } else {
+      unsetenv(name_);
+    }
+  }
 
   const char* const name_;
   std::optional<std::string> before_;

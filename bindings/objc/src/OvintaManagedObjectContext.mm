@@ -91,13 +91,10 @@ StoreFailure open(OpenStore& store) {
   platform::ManagedObjectContext& context = *static_cast<OpenStore*>(store_)->context;
   std::vector<std::shared_ptr<ovinta::CoreOrder>> found;
   const StoreFailure failure = twins::callLibrary([&]() -> StoreFailure {
-    // The store has a text for every error.
-    platform::StoreError reported;
-    for (const auto& stored :
-         context.fetch({.entityName = twins::text([request entityName])}, &reported)) {
-      found.push_back(std::make_shared<ovinta::CoreOrder>(stored));
-    }
-    return reported.localizedDescription.empty() ? StoreFailure() : reported;
+    const auto stored = context.fetch({.entityName = twins::text([request entityName])});
+    if (!stored) return stored.error();
+    for (const auto& object : *stored) found.push_back(std::make_shared<ovinta::CoreOrder>(object));
+    return std::nullopt;
   });
   return succeeded(failure, error) ? twins::toObjC(found) : nil;
 }

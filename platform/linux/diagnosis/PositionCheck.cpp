@@ -77,8 +77,10 @@ class PositionProbe {
 
  private:
   void look() {
-    around_.positionProvider->findService(lifetime_.guard(
-        [this](bool isThere) { isThere ? ask() : endAbsent("is not there", texts_.install); }));
+    around_.positionProvider->findService(lifetime_.guard([this](bool isThere) {
+      if (!isThere) return endAbsent("is not there", texts_.install);
+      ask();
+    }));
   }
 
   void ask() {

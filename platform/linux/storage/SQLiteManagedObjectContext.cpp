@@ -70,12 +70,12 @@ std::optional<StoreError> SQLiteManagedObjectContext::save() {
   });
 }
 
-std::vector<ManagedObject> SQLiteManagedObjectContext::fetch(const FetchRequest& request,
-                                                             StoreError* error) {
+Expected<std::vector<ManagedObject>, StoreError> SQLiteManagedObjectContext::fetch(
+    const FetchRequest& request) {
   std::vector<ManagedObject> objects;
   auto failed = attempt("The records could not be read",
                         [&] { objects = connection().readAll(request.entityName); });
-  if (failed && error) *error = *std::move(failed);
+  if (failed) return *std::move(failed);
   return objects;
 }
 

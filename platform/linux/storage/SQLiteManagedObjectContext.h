@@ -22,7 +22,7 @@ class SQLiteManagedObjectContext : public ManagedObjectContext {
   std::optional<StoreError> executeBatchDelete(const FetchRequest& request) override;
   void insert(std::shared_ptr<const ManagedObject> object) override;
   std::optional<StoreError> save() override;
-  std::vector<ManagedObject> fetch(const FetchRequest& request, StoreError* error) override;
+  Expected<std::vector<ManagedObject>, StoreError> fetch(const FetchRequest& request) override;
 
  private:
   SQLiteStoreConnection& connection();

@@ -33,15 +33,15 @@ class Sync : public SDKFixture {
   }
 
   static std::vector<Summary> stored() {
-    platform::StoreError error;
     std::vector<Summary> summaries;
     const auto context = Library::process().context()->persistentContainer().newBackgroundContext();
-    for (auto& object : context->fetch(CoreOrder::fetchRequest(), &error)) {
-      const CoreOrder order(std::move(object));
+    const auto kept = context->fetch(CoreOrder::fetchRequest());
+    EXPECT_TRUE(kept) << kept.error().localizedDescription;
+    for (const auto& object : *kept) {
+      const CoreOrder order(object);
       summaries.emplace_back(order.id(), order.partnerIdentifier(), order.siteId(), order.state(),
                              order.customerState());
     }
-    EXPECT_EQ(error.localizedDescription, "");
     return summaries;
   }
 };

@@ -31,12 +31,12 @@ inline std::shared_ptr<ManagedObject> item(AttributeValue number, AttributeValue
 
 /// The numbers of all stored items.
 inline std::vector<std::int64_t> numbers(ManagedObjectContext& context) {
-  StoreError error;
+  const auto stored = context.fetch(kAllItems);
+  EXPECT_TRUE(stored) << stored.error().localizedDescription;
   std::vector<std::int64_t> result;
-  for (const auto& object : context.fetch(kAllItems, &error)) {
+  for (const auto& object : *stored) {
     result.push_back(std::get<std::int64_t>(object.value("number")));
   }
-  EXPECT_EQ(error.localizedDescription, "");
   return result;
 }
 
@@ -84,22 +84,23 @@ TYPED_TEST_P(ObjectStoreContract, KeepsRecordsOfEveryEntityAcrossARestart) {
     auto other = std::make_shared<ManagedObject>("Quoted \"name\"");
     other->setValue("order", "text");
     context->insert(other);
-    EXPECT_THAT(context->fetch(kAllItems, nullptr), IsEmpty());
+    EXPECT_THAT(*context->fetch(kAllItems), IsEmpty());
     EXPECT_TRUE(isWell(context->save()));
   }
   const auto container = this->load();
   const auto context = container->newBackgroundContext();
   std::vector<std::pair<AttributeValue, AttributeValue>> found;
-  for (const auto& object : context->fetch(kAllItems, nullptr)) {
+  const auto stored = context->fetch(kAllItems);
+  for (const auto& object : *stored) {
     found.emplace_back(object.value("number"), object.value("text"));
   }
   using Pair = std::pair<AttributeValue, AttributeValue>;
   EXPECT_THAT(found, UnorderedElementsAre(Pair(kMost, odd), Pair(kLeast, AttributeValue{}),
                                           Pair(std::int64_t{7}, ""),
                                           Pair(std::int64_t{1}, "as it is at the save")));
-  const auto others = context->fetch({"Quoted \"name\""}, nullptr);
-  ASSERT_EQ(others.size(), 1U);
-  EXPECT_EQ(others[0].value("order"), AttributeValue("text"));
+  const auto others = context->fetch({"Quoted \"name\""});
+  ASSERT_EQ(others->size(), 1U);
+  EXPECT_EQ(others->front().value("order"), AttributeValue("text"));
 }
 
 TYPED_TEST_P(ObjectStoreContract, ATransactionIsSeenAsAWholeWhenSavedAndNotAtAllWhenDropped) {
@@ -148,9 +149,9 @@ TYPED_TEST_P(ObjectStoreContract, AFailedStepUndoesTheWholeTransaction) {
   context->insert(item(5));
   EXPECT_FALSE(isWell(context->save())) << "what should have been deleted is still there";
   EXPECT_THAT(numbers(*container->newBackgroundContext()), UnorderedElementsAre(1));
-  StoreError error;
-  EXPECT_THAT(container->newBackgroundContext()->fetch({"Unknown"}, &error), IsEmpty());
-  EXPECT_NE(error.localizedDescription, "");
+  const auto unknown = container->newBackgroundContext()->fetch({"Unknown"});
+  ASSERT_FALSE(unknown);
+  EXPECT_NE(unknown.error().localizedDescription, "");
 }
 
 TYPED_TEST_P(ObjectStoreContract, WritersOfSeveralThreadsWaitForEachOther) {

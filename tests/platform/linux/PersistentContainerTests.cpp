@@ -64,9 +64,9 @@ TEST_F(PersistentContainerTest, MakesPrivateFilesAndSaysWhichStepFailedWhere) {
   const auto error = context->save().value();
   EXPECT_THAT(error.localizedDescription, HasSubstr("could not be saved"));
   EXPECT_EQ(error.userInfo.at("path"), file_.string());
-  StoreError unread;
-  container->newBackgroundContext()->fetch({"Unknown"}, &unread);
-  EXPECT_THAT(unread.localizedDescription, HasSubstr("could not be read"));
+  const auto unread = container->newBackgroundContext()->fetch({"Unknown"});
+  ASSERT_FALSE(unread);
+  EXPECT_THAT(unread.error().localizedDescription, HasSubstr("could not be read"));
 }
 
 TEST_F(PersistentContainerTest, SaysWhyAStoreCannotBeLoadedAndLeavesItAlone) {

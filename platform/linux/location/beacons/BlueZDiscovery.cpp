@@ -68,9 +68,11 @@ void BlueZDiscovery::note(const dbus::Properties& changed) {
 
 void BlueZDiscovery::start() {
   step_ = Step::starting;
-  service_.call(
-      settings_.adapter, kBlueZAdapter, "SetDiscoveryFilter", dbus::arguments(filter()),
-      [this](const dbus::Reply& reply) { reply.failure ? noteStarted(reply) : startFiltered(); });
+  service_.call(settings_.adapter, kBlueZAdapter, "SetDiscoveryFilter", dbus::arguments(filter()),
+                [this](const dbus::Reply& reply) {
+                  if (reply.failure) return noteStarted(reply);
+                  startFiltered();
+                });
 }
 
 void BlueZDiscovery::startFiltered() {

@@ -3,10 +3,10 @@
 #include <utility>
 #include <variant>
 
-namespace ovinta::platform::portable {
+namespace ovinta::platform {
 
 /// What came of a call: a value, or the error that stands in its place. The two are of different
-/// types, and either is returned as it is.
+/// types, and either is returned as it is. A plain value.
 template <class T, class E>
 class [[nodiscard]] Expected {
  public:
@@ -29,4 +29,4 @@ class [[nodiscard]] Expected {
   std::variant<T, E> content_;
 };
 
-}  // namespace ovinta::platform::portable
+}  // namespace ovinta::platform
