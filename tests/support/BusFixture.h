@@ -26,6 +26,11 @@ class BusTest : public testing::Test {
     ASSERT_TRUE(time_.waitUntil(condition, std::chrono::seconds(30)));
   }
 
+  /// Nothing is left to be done at a later time. What arrives just now is done first.
+  void expectNoTimer() {
+    waitUntil([&] { return time_.pendingTaskCount() == 0; });
+  }
+
   /// Has all arrive that a service has sent on `bus_` so far.
   void passBy(const std::string& service) {
     bool isAnswered = false;

@@ -6,6 +6,7 @@
 #include <thread>
 #include <tuple>
 
+#include "OvintaSDK/core/SDKNotifications.h"
 #include "OvintaSDK/core/facade/Library.h"
 #include "OvintaSDK/core/facade/Ovinta.h"
 #include "OvintaSDK/model/CoreOrder.h"

@@ -73,7 +73,7 @@ class BlueZTest : public test::BusTest {
     const auto calls = bluez_.service().calls();
     time_.advance(60s);
     EXPECT_EQ(bluez_.service().calls(), calls);
-    EXPECT_EQ(time_.pendingTaskCount(), 0u);
+    expectNoTimer();
   }
 
   test::BlueZDouble bluez_{daemon_};
@@ -206,12 +206,12 @@ TEST_F(BlueZTest, CountsSecondsOnlyInsideOfMonitoredRegions) {
   manager_->startMonitoring(kOne);
   waitForDiscovery("hci0");
   pass(0s);
-  EXPECT_EQ(time_.pendingTaskCount(), 0u);
+  expectNoTimer();
   delegate_.onTold = [&] { manager_->stopMonitoring(kOne); };
   advertise(1, -60);
   EXPECT_THAT(pass(1s), ElementsAre("in all"));
   EXPECT_THAT(pass(31s), ElementsAre("out all"));
-  EXPECT_EQ(time_.pendingTaskCount(), 0u);
+  expectNoTimer();
   manager_->stopMonitoring(kAll);
   expectRest();
 }

@@ -138,7 +138,7 @@ TEST_F(GeoClueTest, WithoutAnAgentThePermissionIsNotDeterminedUntilOneComes) {
   waitUntil([&] { return geoclue_.service().count("CreateClient") == 2; });
   time_.advance(1min);
   EXPECT_TRUE(services_->locationServicesEnabled());
-  EXPECT_EQ(time_.pendingTaskCount(), 0U) << "it waits and does nothing";
+  expectNoTimer();
   manager_->stopMonitoringSignificantLocationChanges();
   geoclue_.setMood(Mood::willing);
   waitForStatus(4);
@@ -164,7 +164,7 @@ TEST_F(GeoClueTest, AQuestionWithoutAnAnswerRestsUntilThereMayBeOne) {
     time_.advance(1min);
     const auto calls = geoclue_.service().calls();
     time_.advance(10min);
-    EXPECT_EQ(time_.pendingTaskCount(), 0U);
+    expectNoTimer();
     EXPECT_EQ(geoclue_.service().calls(), calls);
   };
   geoclue_.setMood(Mood::disabled);

@@ -97,7 +97,7 @@ class IdleTest : public test::SDKFixture {
     waitUntil([&] { return geoclue_.clientCount() == 0 && !bluez_.isDiscovering("hci0"); });
     const auto before = std::pair(calls(), http->requests().size());
     advance(60s);
-    EXPECT_EQ(time.pendingTaskCount(), 0U);
+    waitUntil([&] { return time.pendingTaskCount() == 0; });
     EXPECT_THAT(matchRules(), IsEmpty());
     EXPECT_EQ(std::pair(calls(), http->requests().size()), before);
   }

@@ -82,7 +82,7 @@ TEST_F(SystemDeviceTest, AsksUPowerAtQuestionsWhileMonitoringIsOn) {
   time_.advance(9s);
   EXPECT_EQ(device_.batteryState(), BatteryState::unplugged) << "fresh enough";
   time_.advance(1h);
-  EXPECT_EQ(time_.pendingTaskCount(), 0U) << "nobody asks";
+  expectNoTimer();
   EXPECT_EQ(device_.batteryState(), BatteryState::full) << "the files, for want of anything newer";
 }
 

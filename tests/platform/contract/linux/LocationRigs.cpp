@@ -21,7 +21,9 @@ struct LocationRig : test::BusTest {
     }
   }
   void advance(TimeInterval interval) { time_.advance(interval); }
-  bool isIdle() { return time_.pendingTaskCount() == 0; }
+  bool isIdle() {
+    return time_.waitUntil([&] { return time_.pendingTaskCount() == 0; }, std::chrono::seconds(30));
+  }
   void allow(bool isAllowed) {
     if (services_->authorizationStatus() == kAuthorizationNotDetermined) hub_->askPermission();
     settle();
