@@ -42,9 +42,9 @@ class Nowhere : public platform::PersistentContainer, public platform::Persisten
     Failure executeBatchDelete(const platform::FetchRequest&) override { return {}; }
     void insert(std::shared_ptr<const platform::ManagedObject>) override {}
     Failure save() override { return {}; }
-    std::vector<platform::ManagedObject> fetch(const platform::FetchRequest&,
-                                               platform::StoreError*) override {
-      return {};
+    platform::Expected<std::vector<platform::ManagedObject>, platform::StoreError> fetch(
+        const platform::FetchRequest&) override {
+      return std::vector<platform::ManagedObject>();
     }
   };
 };
