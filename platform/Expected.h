@@ -10,6 +10,7 @@ namespace ovinta::platform {
 template <class T, class E>
 class [[nodiscard]] Expected {
  public:
+  /// Of what came, the one or the other.
   Expected(T value) : content_(std::in_place_index<0>, std::move(value)) {}
   Expected(E error) : content_(std::in_place_index<1>, std::move(error)) {}
 
