@@ -8,30 +8,29 @@
 #include "OvintaSDK/core/WithoutNulls.h"
 
 namespace ovinta {
-namespace {
-
-std::optional<SiteList> sitesOf(const std::optional<SitesPage>& answer) {
-  return answer ? std::optional(answer->sites) : std::nullopt;
-}
-
-}  // namespace
 
 void Sites::setAll(std::optional<SiteList> sites) { all_.set(withoutNulls(std::move(sites))); }
 
-void Sites::fetch(const std::optional<std::string>& query, std::int64_t page,
-                  SitesPageCallback callback) {
+template <class Operation, class... Inputs>
+void Sites::fetchPage(std::int64_t page, SitesPageCallback callback, Inputs&&... inputs) {
   const auto api = APIClient::of(context_);
   if (!api) {
     return tellError(callback, logRefusal(*context_, SitesManagerErrorType::loadingApiUrl));
   }
-  api->send<GetSitesOperation>(
-      query, page,
+  api->send<Operation>(
+      std::forward<Inputs>(inputs)...,
       [self = shared_from_this(), page, callback = std::move(callback)](
           const std::optional<SitesPage>& answer, const ErrorPtr& error) {
         self->adopt(answer, page);
         if (!callback) return;
-        callback(sitesOf(answer), answer ? std::optional(answer->pagination) : std::nullopt, error);
+        if (!answer) return callback(std::nullopt, std::nullopt, error);
+        callback(answer->sites, answer->pagination, error);
       });
+}
+
+void Sites::fetch(const std::optional<std::string>& query, std::int64_t page,
+                  SitesPageCallback callback) {
+  fetchPage<GetSitesOperation>(page, std::move(callback), query, page);
 }
 
 void Sites::fetchAll(const std::optional<std::string>& query, SitesCallback callback) {
@@ -54,17 +53,15 @@ void Sites::fetchFrom(const std::optional<std::string>& query, std::int64_t page
 
 void Sites::fetch(const platform::CircularRegion& region, std::int64_t page,
                   std::optional<std::int64_t> per, SitesCallback callback) {
-  const auto api = APIClient::of(context_);
-  if (!api) {
-    return tellError(callback, logRefusal(*context_, SitesManagerErrorType::loadingApiUrl));
+  SitesPageCallback tellSites;
+  if (callback) {
+    tellSites = [callback = std::move(callback)](auto sites, const auto& /*pagination*/,
+                                                 const ErrorPtr& error) {
+      callback(std::move(sites), error);
+    };
   }
-  api->send<GetSitesForRegionOperation>(
-      region.center, region.radius, page, per,
-      [self = shared_from_this(), page, callback = std::move(callback)](
-          const std::optional<SitesPage>& answer, const ErrorPtr& error) {
-        self->adopt(answer, page);
-        if (callback) callback(sitesOf(answer), error);
-      });
+  fetchPage<GetSitesForRegionOperation>(page, std::move(tellSites), region.center, region.radius,
+                                        page, per);
 }
 
 void Sites::adopt(const std::optional<SitesPage>& answer, std::int64_t page) {
