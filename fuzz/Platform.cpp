@@ -3,7 +3,7 @@
 #include "OvintaSDK/core/UserDefaultsKey.h"
 #include "OvintaSDK/core/facade/Ovinta.h"
 #include "platform/Services.h"
-#include "platform/linux/text/TextServices.h"
+#include "platform/linux/Linux.h"
 #include "platform/portable/LibraryBundle.h"
 #include "platform/portable/Portable.h"
 #include "platform/simulation/SimulatedBundle.h"
@@ -81,31 +81,32 @@ void Requests::startAnew() {
   started_ = 0;
 }
 
-Platform::Platform()
+Platform::Platform() : Platform(linuxos::makeValueServices()) {}
+
+Platform::Platform(const platform::Services& values)
     : time(platform::Date(std::chrono::seconds(1614889800))),
       queues(std::make_shared<simulation::DrivenOperationQueueFactory>()),
-      location(std::make_shared<simulation::SimulatedLocation>(time.mainQueue(),
-                                                               linuxos::makeGeodesy())),
-      notifications(std::make_shared<simulation::SimulatedUserNotificationCenter>(
-          time.mainQueue(), linuxos::makeGeodesy())) {
-  platform::install({.clock = time.clock(),
-                     .log = std::make_shared<NoLog>(),
-                     .mainQueue = time.mainQueue(),
-                     .operationQueues = queues,
-                     .notificationCenter = portable::makeNotificationCenter(),
-                     .settings = portable::makeInMemorySettingsStore(),
-                     .mainBundle = std::make_shared<simulation::SimulatedBundle>(),
-                     .libraryBundle = std::make_shared<portable::LibraryBundle>(),
-                     .text = linuxos::makeText(),
-                     .dateFormatters = std::make_shared<test::ZonedDateFormatters>(
-                         linuxos::makeDateFormatterFactory()),
-                     .urls = linuxos::makeURLFormat(),
-                     .urlSession = requests,
-                     .persistentContainers = std::make_shared<Nowhere>(),
-                     .geodesy = linuxos::makeGeodesy(),
-                     .location = location,
-                     .userNotifications = notifications,
-                     .device = std::make_shared<simulation::SimulatedDevice>()});
+      location(std::make_shared<simulation::SimulatedLocation>(time.mainQueue(), values.geodesy)),
+      notifications(std::make_shared<simulation::SimulatedUserNotificationCenter>(time.mainQueue(),
+                                                                                  values.geodesy)) {
+  platform::install(
+      {.clock = time.clock(),
+       .log = std::make_shared<NoLog>(),
+       .mainQueue = time.mainQueue(),
+       .operationQueues = queues,
+       .notificationCenter = portable::makeNotificationCenter(),
+       .settings = portable::makeInMemorySettingsStore(),
+       .mainBundle = std::make_shared<simulation::SimulatedBundle>(),
+       .libraryBundle = std::make_shared<portable::LibraryBundle>(),
+       .text = values.text,
+       .dateFormatters = std::make_shared<test::ZonedDateFormatters>(values.dateFormatters),
+       .urls = values.urls,
+       .urlSession = requests,
+       .persistentContainers = std::make_shared<Nowhere>(),
+       .geodesy = values.geodesy,
+       .location = location,
+       .userNotifications = notifications,
+       .device = std::make_shared<simulation::SimulatedDevice>()});
   UserDefaultsKey::apiBase.set("https://service.test/below");
   Ovinta::configure({{"token", "app-token"}});
 }

@@ -3,6 +3,7 @@
 #include <functional>
 #include <memory>
 
+#include "platform/Services.h"
 #include "platform/simulation/http/HoldingURLSession.h"
 #include "platform/simulation/location/SimulatedLocation.h"
 #include "platform/simulation/location/SimulatedUserNotificationCenter.h"
@@ -52,6 +53,7 @@ class Platform {
 
  private:
   Platform();
+  explicit Platform(const platform::Services& values);
 };
 
 }  // namespace ovinta::fuzz

@@ -4,9 +4,8 @@
 #include <exception>
 #include <string>
 #include <string_view>
-#include <utility>
-#include <variant>
 
+#include "Expected.h"
 #include "Export.h"
 
 namespace ovinta::platform {
@@ -46,27 +45,8 @@ class OVINTA_EXPORT CodingError : public std::exception {
   std::string text_;
 };
 
-/// What came of reading or writing: a value, or the error that stands in its place. A plain value.
+/// What came of reading or writing: a value, or the error that stands in its place.
 template <class T>
-class [[nodiscard]] Coded {
- public:
-  /// Values and errors convert to it.
-  Coded(T value) : result_(std::in_place_index<0>, std::move(value)) {}
-  Coded(CodingError error) : result_(std::in_place_index<1>, std::move(error)) {}
-
-  /// Whether there is a value.
-  explicit operator bool() const { return result_.index() == 0; }
-
-  /// The value, which must be there.
-  const T& operator*() const& { return *std::get_if<0>(&result_); }
-  T&& operator*() && { return std::move(*std::get_if<0>(&result_)); }
-  const T* operator->() const { return std::get_if<0>(&result_); }
-
-  /// The error, which must be there.
-  const CodingError& error() const { return *std::get_if<1>(&result_); }
-
- private:
-  std::variant<T, CodingError> result_;
-};
+using Coded = Expected<T, CodingError>;
 
 }  // namespace ovinta::platform

@@ -10,19 +10,19 @@ namespace ovinta::platform {
 template <class T, class E>
 class [[nodiscard]] Expected {
  public:
-  /// Of what came, the one or the other.
+  /// A call that succeeded returns its value, one that failed its error.
   Expected(T value) : content_(std::in_place_index<0>, std::move(value)) {}
   Expected(E error) : content_(std::in_place_index<1>, std::move(error)) {}
 
   /// Whether there is a value.
   explicit operator bool() const { return content_.index() == 0; }
 
-  /// The value, which must be there.
+  /// The value. Where there is none, the behaviour is undefined.
   const T& operator*() const& { return *std::get_if<0>(&content_); }
   T&& operator*() && { return std::move(*std::get_if<0>(&content_)); }
   const T* operator->() const { return std::get_if<0>(&content_); }
 
-  /// The error, which must be there.
+  /// The error. Where there is none, the behaviour is undefined.
   const E& error() const& { return *std::get_if<1>(&content_); }
   E&& error() && { return std::move(*std::get_if<1>(&content_)); }
 

@@ -20,9 +20,13 @@ using AuthorizationStatus = int;
 
 /// Nobody has asked the user yet, or the user has not answered.
 inline constexpr AuthorizationStatus kAuthorizationNotDetermined = 0;
+/// Something stands above the user's answer, such as location that is off for all applications.
 inline constexpr AuthorizationStatus kAuthorizationRestricted = 1;
+/// The user has refused.
 inline constexpr AuthorizationStatus kAuthorizationDenied = 2;
+/// The application may follow the user at any time.
 inline constexpr AuthorizationStatus kAuthorizedAlways = 3;
+/// The application may follow the user while the user is aware of it.
 inline constexpr AuthorizationStatus kAuthorizedWhenInUse = 4;
 
 /// Whether the application may follow the user: always, or when in use.
@@ -58,15 +62,7 @@ class LocationManagerDelegate {
   /// About once a second for each ranged region, with the beacons heard since, possibly none. Of a
   /// region that was stopped nothing more is told.
   virtual void didRangeBeacons(const std::vector<RangedBeacon>& beacons,
-                               const BeaconRegion& region) = 0;
-
-  /// The device has come into a monitored region, or has left it; each at every such change. Of
-  /// beacons: the first one was heard, or none for half a minute; at first the device is outside.
-  /// Of a circle: a position that lies on the other side of the border with all its uncertainty, as
-  /// far as the region wants to be told; where the device is at first is no change. Of a region
-  /// that was stopped nothing more is told.
-  virtual void didEnterRegion(const Region& /*region*/) {}
-  virtual void didExitRegion(const Region& /*region*/) {}
+                               const IdentifiedBeaconRegion& region) = 0;
 };
 
 /// Follows the user's position and nearby beacons. Made on, used on and destroyed on the main
@@ -101,13 +97,14 @@ class LocationManager {
 
   /// Has the delegate told every second which beacons of the region are heard. Ranging is keyed by
   /// the region's whole value.
-  virtual void startRangingBeacons(const BeaconRegion& region) = 0;
-  virtual void stopRangingBeacons(const BeaconRegion& region) = 0;
+  virtual void startRangingBeacons(const IdentifiedBeaconRegion& region) = 0;
+  virtual void stopRangingBeacons(const IdentifiedBeaconRegion& region) = 0;
   /// The regions that are ranged now.
   virtual std::vector<Region> rangedRegions() const = 0;
 
-  /// Has the delegate told when the device comes into the region or leaves it. Monitoring is keyed
-  /// by the identifier: a region replaces an earlier one of the same.
+  /// Lets the platform know of a region that matters, for which one that suspends or ends
+  /// applications would wake this one; the delegate is told nothing of it. Monitoring is keyed by
+  /// the identifier: a region replaces an earlier one of the same.
   virtual void startMonitoring(const Region& region) = 0;
   virtual void stopMonitoring(const Region& region) = 0;
   /// The regions that are monitored now.

@@ -101,14 +101,15 @@ class ManagedObjectContext {
   virtual ~ManagedObjectContext() = default;
 
   /// Deletes every stored record that the request matches. Blocks; absent on success.
-  virtual std::optional<StoreError> executeBatchDelete(const FetchRequest& request) = 0;
+  [[nodiscard]] virtual std::optional<StoreError> executeBatchDelete(
+      const FetchRequest& request) = 0;
 
   /// Has the next save store the object, with the values that it then has.
   virtual void insert(std::shared_ptr<const ManagedObject> object) = 0;
 
   /// Writes everything and ends the transaction. Blocks; absent on success. After an error nothing
   /// was changed.
-  virtual std::optional<StoreError> save() = 0;
+  [[nodiscard]] virtual std::optional<StoreError> save() = 0;
 
   /// The stored records, those inserted but unsaved not among them, or why the store cannot be
   /// read. Blocks.

@@ -14,7 +14,7 @@ namespace ovinta::platform {
 struct CircularRegion {
   /// The centre.
   Coordinate center;
-  /// Metres.
+  /// How far its border is from the centre, in metres.
   double radius = 0;
   /// Tells monitored regions apart.
   std::string identifier;
@@ -25,9 +25,9 @@ struct CircularRegion {
   friend bool operator==(const CircularRegion&, const CircularRegion&) = default;
 };
 
-/// The beacons that share a proximity UUID and, where given, a major and a minor number. A plain
-/// value.
-struct BeaconRegion {
+/// The beacons that share a proximity UUID and, where given, a major and a minor number, under an
+/// identifier by which the platform knows them. A plain value.
+struct IdentifiedBeaconRegion {
   /// The UUID that the beacons share.
   UUID proximityUUID;
   /// Absent: all numbers. A minor without a major means nothing.
@@ -36,11 +36,15 @@ struct BeaconRegion {
   /// Tells monitored regions apart.
   std::string identifier;
 
-  friend bool operator==(const BeaconRegion&, const BeaconRegion&) = default;
+  friend bool operator==(const IdentifiedBeaconRegion&, const IdentifiedBeaconRegion&) = default;
 };
 
+/// The same type, under the name that applications may know it by. `ovinta::BeaconRegion`, which
+/// the service describes, has no identifier.
+using BeaconRegion = IdentifiedBeaconRegion;
+
 /// A region of either kind.
-using Region = std::variant<CircularRegion, BeaconRegion>;
+using Region = std::variant<CircularRegion, IdentifiedBeaconRegion>;
 
 /// The identifier of the region, valid as long as that is. May be called from any thread.
 inline const std::string& identifier(const Region& region) {

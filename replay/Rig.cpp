@@ -65,13 +65,13 @@ std::vector<std::string> mountNamespace(const std::string& file) {
 
 }  // namespace
 
-std::variant<std::unique_ptr<Rig>, std::string> Rig::start(const Options& options) {
+platform::Expected<std::unique_ptr<Rig>, std::string> Rig::start(const Options& options) {
   try {
     std::unique_ptr<Rig> rig(new Rig(options));
     if (options.hasAgent) rig->startAgent();
     return rig;
   } catch (const std::exception& error) {
-    return error.what();
+    return std::string(error.what());
   }
 }
 

@@ -5,9 +5,9 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <variant>
 #include <vector>
 
+#include "platform/Expected.h"
 #include "platform/Location.h"
 #include "replay/ChildProcess.h"
 #include "replay/LineServer.h"
@@ -38,8 +38,8 @@ class Rig {
 
   /// Returns within seconds, when GeoClue is on the bus. Otherwise a sentence says what is missing
   /// and what to do about it.
-  static std::variant<std::unique_ptr<Rig>, std::string> start() { return start(Options()); }
-  static std::variant<std::unique_ptr<Rig>, std::string> start(const Options& options);
+  static platform::Expected<std::unique_ptr<Rig>, std::string> start() { return start(Options()); }
+  static platform::Expected<std::unique_ptr<Rig>, std::string> start(const Options& options);
 
   Rig(const Rig&) = delete;
   Rig& operator=(const Rig&) = delete;

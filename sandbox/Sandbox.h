@@ -19,7 +19,8 @@ struct Options {
   std::uint64_t seed = 1;
   /// When given, a file with a snapshot, which the service starts with and is reset to.
   std::optional<std::string> seedFile = {};
-  /// The service's clock, called from any thread, never under a lock; empty for the system's.
+  /// The service's clock, called from any thread, never under a lock, which gives dates from
+  /// the year 1600 to 9999; empty for the system's.
   std::function<platform::Date()> now = {};
   /// Waits out the delay of a fault; called from any thread, never under a lock. Empty to wait for
   /// the time to pass; the request comes to nothing when the client goes or the service stops

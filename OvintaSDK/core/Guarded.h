@@ -16,7 +16,7 @@ class Guarded {
 
   /// A copy of the value; `set` replaces it.
   T get() const {
-    const std::scoped_lock lock(mutex_);
+    const std::lock_guard lock(mutex_);
     return value_;
   }
 
@@ -24,13 +24,13 @@ class Guarded {
   void set(T value) {
     // The argument, which holds the old value after the swap, outlives the lock: the destructor may
     // run foreign code.
-    const std::scoped_lock lock(mutex_);
+    const std::lock_guard lock(mutex_);
     std::swap(value_, value);
   }
 
   /// Replaces the value and gives the old one.
   T exchange(T value) {
-    const std::scoped_lock lock(mutex_);
+    const std::lock_guard lock(mutex_);
     std::swap(value_, value);
     return value;
   }
@@ -39,21 +39,21 @@ class Guarded {
   /// lock: it must not call foreign code, nor anything of this object.
   template <class Change>
   void change(Change&& change) {
-    const std::scoped_lock lock(mutex_);
+    const std::lock_guard lock(mutex_);
     std::forward<Change>(change)(value_);
   }
 
   /// A copy of one field of the value.
   template <class Field>
   Field get(Field T::*field) const {
-    const std::scoped_lock lock(mutex_);
+    const std::lock_guard lock(mutex_);
     return value_.*field;
   }
 
   /// Replaces one field of the value.
   template <class Field>
   void set(Field T::*field, Field value) {
-    const std::scoped_lock lock(mutex_);
+    const std::lock_guard lock(mutex_);
     std::swap(value_.*field, value);
   }
 

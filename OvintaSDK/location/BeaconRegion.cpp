@@ -2,7 +2,7 @@
 
 namespace ovinta {
 
-platform::BeaconRegion BeaconRegion::region() const {
+platform::IdentifiedBeaconRegion BeaconRegion::region() const {
   return {.proximityUUID = uuid,
           .major = major,
           .minor = major ? minor : std::nullopt,

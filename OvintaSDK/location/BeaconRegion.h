@@ -24,7 +24,7 @@ struct OVINTA_EXPORT BeaconRegion {
 
   /// The platform's region for this one, without a minor where there is no major. Every one bears
   /// the identifier "siteBeaconRegion". May be called from any thread.
-  platform::BeaconRegion region() const;
+  platform::IdentifiedBeaconRegion region() const;
 
   friend auto operator<=>(const BeaconRegion&, const BeaconRegion&) = default;
 };

@@ -35,7 +35,7 @@ void LocationUpdater::checkLocationUpdate() {
 }
 
 void LocationUpdater::didRangeBeacons(const std::vector<platform::RangedBeacon>& beacons,
-                                      const platform::BeaconRegion& /*region*/) {
+                                      const platform::IdentifiedBeaconRegion& /*region*/) {
   beaconList_.update(beacons);
   if (!beaconList_.empty() && locationSentAt_ < now() - kBeaconSendInterval) sendLocationUpdate();
 }

@@ -101,7 +101,7 @@ void LocationUpdater::stopTracking() {
 
 void LocationUpdater::stopBeaconRegions() {
   for (const platform::Region& region : manager_->rangedRegions()) {
-    if (const auto* beaconRegion = std::get_if<platform::BeaconRegion>(&region)) {
+    if (const auto* beaconRegion = std::get_if<platform::IdentifiedBeaconRegion>(&region)) {
       manager_->stopRangingBeacons(*beaconRegion);
     }
   }

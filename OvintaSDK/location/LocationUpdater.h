@@ -33,7 +33,7 @@ class LocationUpdater final : public platform::LocationManagerDelegate {
   void didUpdateLocations(const std::vector<platform::Location>& locations) override;
   void didChangeAuthorizationStatus(platform::AuthorizationStatus status) override;
   void didRangeBeacons(const std::vector<platform::RangedBeacon>& beacons,
-                       const platform::BeaconRegion& region) override;
+                       const platform::IdentifiedBeaconRegion& region) override;
 
  private:
   /// Observes the notifications about orders, on whatever thread they are posted; the work is done

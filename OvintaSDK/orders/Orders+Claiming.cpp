@@ -31,7 +31,7 @@ void Orders::fetchWithRedemptionCode(const std::string& redemptionCode, OrderCal
 }
 
 void Orders::claim(const std::string& redemptionCode, const CustomerInfo& customerInfo,
-                   std::optional<std::string> pickupType, const OrderCallback& callback) {
+                   std::optional<std::string> pickupType, OrderCallback callback) {
   const auto api = APIClient::of(context_);
   if (!api) return tellError(callback, recordRefusal(OrdersManagerErrorType::loadingApiUrl));
   logClaim(redemptionCode);
@@ -43,40 +43,41 @@ void Orders::claim(const std::string& redemptionCode, const CustomerInfo& custom
       customer, *api, redemptionCode,
       ClaimOrderInfo::withCustomerInfo(
           customerInfo, RequiredTextAccess::of(context_->pushToken.get()), std::move(pickupType)),
-      callback);
+      std::move(callback));
 }
 
 void Orders::claim(const std::string& redemptionCode, const ClaimOrderInfo& info,
-                   const std::optional<CustomerConsent>& consent, const OrderCallback& callback) {
-  const auto refuse = [callback](const Orders& orders, auto type) {
-    tellError(callback, logRefusal(*orders.context_, type));
+                   const std::optional<CustomerConsent>& consent, OrderCallback callback) {
+  const auto refuse = [this, &callback](auto type) {
+    tellError(callback, logRefusal(*context_, type));
   };
   const auto api = APIClient::of(context_);
-  if (!api) return refuse(*this, OrdersManagerErrorType::loadingApiUrl);
+  if (!api) return refuse(OrdersManagerErrorType::loadingApiUrl);
   logClaim(redemptionCode);
   const auto customers = customers_();
   if (const CustomerPtr customer = customers->current()) {
-    return claimFor(customer, *api, redemptionCode, info, callback);
+    return claimFor(customer, *api, redemptionCode, info, std::move(callback));
   }
-  if (!info.customerName) return refuse(*this, OrdersManagerErrorType::loadingCustomer);
-  if (!consent) return refuse(*this, CustomerManagerErrorType::missingCustomerConsent);
-  customers->create(customerInfoOf(info), *consent,
-                    [self = shared_from_this(), refuse, api = *api, redemptionCode, info, callback](
-                        const CustomerPtr& customer, const ErrorPtr& error) {
-                      if (customer && !error) {
-                        return self->claimFor(customer, api, redemptionCode, info, callback);
-                      }
-                      refuse(*self, OrdersManagerErrorType::loadingCustomer);
-                    });
+  if (!info.customerName) return refuse(OrdersManagerErrorType::loadingCustomer);
+  if (!consent) return refuse(CustomerManagerErrorType::missingCustomerConsent);
+  customers->create(
+      customerInfoOf(info), *consent,
+      [self = shared_from_this(), api = *api, redemptionCode, info, callback = std::move(callback)](
+          const CustomerPtr& customer, const ErrorPtr& error) {
+        if (customer && !error) {
+          return self->claimFor(customer, api, redemptionCode, info, callback);
+        }
+        tellError(callback, logRefusal(*self->context_, OrdersManagerErrorType::loadingCustomer));
+      });
 }
 
 void Orders::claimFor(const CustomerPtr& customer, const APIClient& api,
                       const std::string& redemptionCode, const ClaimOrderInfo& info,
-                      const OrderCallback& callback) {
+                      OrderCallback callback) {
   api.send<ClaimOrderWithCodeOperation>(
       customer, redemptionCode, info,
-      [self = shared_from_this(), redemptionCode, callback](const OrderPtr& order,
-                                                            const ErrorPtr& error) {
+      [self = shared_from_this(), redemptionCode, callback = std::move(callback)](
+          const OrderPtr& order, const ErrorPtr& error) {
         if (order) {
           self->reportPermission(*order);
         } else {

@@ -24,17 +24,17 @@ void Orders::create(const CreateOrderInfo& info, OrderCallback callback) {
   } else if (!info.customerName) {
     tellError(callback, recordRefusal(OrdersManagerErrorType::loadingCustomer));
   } else {
-    createCustomer(*api, info, callback);
+    createCustomer(*api, info, std::move(callback));
   }
 }
 
 void Orders::createCustomer(const APIClient& api, const CreateOrderInfo& info,
-                            const OrderCallback& callback) {
+                            OrderCallback callback) {
   // Ordering for a new customer counts as consent to both.
   const CustomerConsent consent{.termsOfService = true, .ageVerification = true};
   customers_()->create(customerInfoOf(info), consent,
-                       [self = shared_from_this(), api, info, callback](const CustomerPtr& customer,
-                                                                        const ErrorPtr& error) {
+                       [self = shared_from_this(), api, info, callback = std::move(callback)](
+                           const CustomerPtr& customer, const ErrorPtr& error) {
                          if (customer && !error)
                            return self->createOrder(api, customer, info, callback);
                          tellError(callback,

@@ -17,7 +17,7 @@ void Orders::setAll(std::optional<OrderList> orders) {
   const bool isSynced = orders.has_value();
   {
     // The old list, whose orders may end with it, outlives the lock.
-    const std::scoped_lock lock(settingAll_);
+    const std::lock_guard lock(settingAll_);
     if (orders) unsynced_.push_back(*orders);
     orders = all_.exchange(std::move(orders));
   }
@@ -32,7 +32,7 @@ void Orders::setAll(std::optional<OrderList> orders) {
 }
 
 OrderList Orders::takeUnsynced() {
-  const std::scoped_lock lock(settingAll_);
+  const std::lock_guard lock(settingAll_);
   OrderList orders = std::move(unsynced_.front());
   unsynced_.pop_front();
   return orders;
@@ -98,7 +98,7 @@ void Orders::adopt(const OrderList& orders) {
 void Orders::rebuildOpen() {
   // What may be the last to hold an order outlives the lock.
   std::optional<OrderList> orders, old;
-  const std::scoped_lock lock(rebuildingOpen_);
+  const std::lock_guard lock(rebuildingOpen_);
   orders = all();
   if (orders) old = open_.exchange(openOrders(*orders));
 }

@@ -44,9 +44,9 @@ class Orders : public std::enable_shared_from_this<Orders> {
 
   void fetchWithRedemptionCode(const std::string& redemptionCode, OrderCallback callback);
   void claim(const std::string& redemptionCode, const CustomerInfo& customerInfo,
-             std::optional<std::string> pickupType, const OrderCallback& callback);
+             std::optional<std::string> pickupType, OrderCallback callback);
   void claim(const std::string& redemptionCode, const ClaimOrderInfo& info,
-             const std::optional<CustomerConsent>& consent, const OrderCallback& callback);
+             const std::optional<CustomerConsent>& consent, OrderCallback callback);
 
   /// Sends the event, has it change the order, and reports the outcome.
   void event(const OrderEvent& event, OrderCallback callback = {});
@@ -82,8 +82,7 @@ class Orders : public std::enable_shared_from_this<Orders> {
             .licensePlate = request.customerLicensePlate.value_or(""),
             .phone = request.customerPhone};
   }
-  void createCustomer(const APIClient& api, const CreateOrderInfo& info,
-                      const OrderCallback& callback);
+  void createCustomer(const APIClient& api, const CreateOrderInfo& info, OrderCallback callback);
   void createOrder(const APIClient& api, const CustomerPtr& customer, const CreateOrderInfo& info,
                    OrderCallback callback);
   void reportPermission(const Order& order);
@@ -93,7 +92,7 @@ class Orders : public std::enable_shared_from_this<Orders> {
   // Claiming.
   void claimFor(const CustomerPtr& customer, const APIClient& api,
                 const std::string& redemptionCode, const ClaimOrderInfo& info,
-                const OrderCallback& callback);
+                OrderCallback callback);
   void logClaim(const std::string& redemptionCode) const;
 
   // Events.

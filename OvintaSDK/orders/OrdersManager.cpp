@@ -61,21 +61,21 @@ void OrdersManager::fetchWithRedemptionCode(const std::string& redemptionCode,
 void OrdersManager::claimWithRedemptionCode(const std::string& redemptionCode,
                                             const CustomerInfo& customerInfo,
                                             std::optional<std::string> pickupType,
-                                            const OrderCallback& callback) {
-  orders_->claim(redemptionCode, customerInfo, std::move(pickupType), callback);
+                                            OrderCallback callback) {
+  orders_->claim(redemptionCode, customerInfo, std::move(pickupType), std::move(callback));
 }
 
 void OrdersManager::claimWithRedemptionCode(const std::string& redemptionCode,
                                             const CustomerInfo& customerInfo,
-                                            const OrderCallback& callback) {
-  orders_->claim(redemptionCode, customerInfo, std::nullopt, callback);
+                                            OrderCallback callback) {
+  orders_->claim(redemptionCode, customerInfo, std::nullopt, std::move(callback));
 }
 
 void OrdersManager::claimWithRedemptionCode(const std::string& redemptionCode,
                                             const ClaimOrderInfo& claimOrderInfo,
                                             const std::optional<CustomerConsent>& customerConsent,
-                                            const OrderCallback& callback) {
-  orders_->claim(redemptionCode, claimOrderInfo, customerConsent, callback);
+                                            OrderCallback callback) {
+  orders_->claim(redemptionCode, claimOrderInfo, customerConsent, std::move(callback));
 }
 
 void OrdersManager::event(const Order& order, CustomerState customerState, OrderCallback callback) {

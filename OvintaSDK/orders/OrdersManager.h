@@ -115,17 +115,16 @@ class OVINTA_EXPORT OrdersManager {
   /// `OrdersManagerError` of type `loadingApiUrl`, also kept in `lastFetch`, or `loadingCustomer`;
   /// the service's.
   void claimWithRedemptionCode(const std::string& redemptionCode, const CustomerInfo& customerInfo,
-                               std::optional<std::string> pickupType,
-                               const OrderCallback& callback = {});
+                               std::optional<std::string> pickupType, OrderCallback callback = {});
   void claimWithRedemptionCode(const std::string& redemptionCode, const CustomerInfo& customerInfo,
-                               const OrderCallback& callback = {});
+                               OrderCallback callback = {});
   /// The same; with no current customer, first creates one from the claim's customer fields and the
   /// consent. Further errors: `loadingCustomer` also when there is no name or the customer could
   /// not be created; `CustomerManagerError` of type `missingCustomerConsent`. `lastFetch` stays.
   void claimWithRedemptionCode(const std::string& redemptionCode,
                                const ClaimOrderInfo& claimOrderInfo,
                                const std::optional<CustomerConsent>& customerConsent,
-                               const OrderCallback& callback = {});
+                               OrderCallback callback = {});
 
   /// Reports a step of the customer's journey. When the service accepts it, the order in `all`
   /// changes and, if that made a difference, `SDKNotification::orderUpdated` is posted; when it

@@ -48,7 +48,7 @@ class OVINTA_EXPORT NotifyManager {
   /// accept is told in the log alone), or with the error: `NotifyManagerError` of type
   /// `noLocationPermission` or `reachedTheMaxNumberOfSites`; what was armed then stays.
   void createForSites(const SiteList& sites, const NotificationInfo& notification,
-                      ErrorCallback callback);
+                      ErrorCallback callback = {});
 
   /// Arms notifications for the first `kMaxNumberOfSites` sites that the service finds in the
   /// circle, which also become `Ovinta::sites().all()`. The callback receives the sites or the
@@ -56,10 +56,10 @@ class OVINTA_EXPORT NotifyManager {
   /// called twice: first with the error, then with the sites. Errors: those of `createForSites` and
   /// of `SitesManager::fetch`.
   void createForSitesInRegion(const platform::CircularRegion& region,
-                              const NotificationInfo& notification, SitesCallback callback);
+                              const NotificationInfo& notification, SitesCallback callback = {});
 
   /// Disarms all. Notifications already shown stay. The callback is called exactly once, with null.
-  void clear(ErrorCallback callback);
+  void clear(ErrorCallback callback = {});
 
   /// Whether the user info of a notification shows that it is one of the library's own.
   bool isOvintaNotifyUserInfo(const platform::Dictionary& userInfo) const;

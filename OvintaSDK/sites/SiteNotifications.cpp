@@ -111,7 +111,7 @@ void SiteNotifications::createForSitesInRegion(const platform::CircularRegion& r
 
 void SiteNotifications::replace(Requests requests, ErrorCallback callback) {
   {
-    const std::scoped_lock lock(mutex_);
+    const std::lock_guard lock(mutex_);
     waiting_.push_back({std::move(requests), std::move(callback)});
     if (waiting_.size() > 1) return;
   }
@@ -143,14 +143,14 @@ void SiteNotifications::arm(const UserNotificationRequest& request) {
 }
 
 const SiteNotifications::Replacement& SiteNotifications::front() {
-  const std::scoped_lock lock(mutex_);
+  const std::lock_guard lock(mutex_);
   return waiting_.front();
 }
 
 bool SiteNotifications::endFirst() {
   // What the callback holds is destroyed outside of the lock.
   Replacement first;
-  const std::scoped_lock lock(mutex_);
+  const std::lock_guard lock(mutex_);
   first = std::move(waiting_.front());
   waiting_.pop_front();
   return waiting_.empty();

@@ -17,15 +17,14 @@ void Sites::fetchPage(std::int64_t page, SitesPageCallback callback, Inputs&&...
   if (!api) {
     return tellError(callback, logRefusal(*context_, SitesManagerErrorType::loadingApiUrl));
   }
-  api->send<Operation>(
-      std::forward<Inputs>(inputs)...,
-      [self = shared_from_this(), page, callback = std::move(callback)](
-          const std::optional<SitesPage>& answer, const ErrorPtr& error) {
-        self->adopt(answer, page);
-        if (!callback) return;
-        if (!answer) return callback(std::nullopt, std::nullopt, error);
-        callback(answer->sites, answer->pagination, error);
-      });
+  api->send<Operation>(std::forward<Inputs>(inputs)...,
+                       [self = shared_from_this(), page, callback = std::move(callback)](
+                           const std::optional<SitesPage>& answer, const ErrorPtr& error) {
+                         self->adopt(answer, page);
+                         if (!callback) return;
+                         if (!answer) return callback(std::nullopt, std::nullopt, error);
+                         callback(answer->sites, answer->pagination, error);
+                       });
 }
 
 void Sites::fetch(const std::optional<std::string>& query, std::int64_t page,

@@ -27,7 +27,8 @@ class Sites : public std::enable_shared_from_this<Sites> {
  private:
   void fetchFrom(const std::optional<std::string>& query, std::int64_t page,
                  SitesCallback callback);
-  /// Asks the service for a page, with an `Operation` made from the inputs, and takes the answer in.
+  /// Asks the service for a page, with an `Operation` made from the inputs, and takes the answer
+  /// in.
   template <class Operation, class... Inputs>
   void fetchPage(std::int64_t page, SitesPageCallback callback, Inputs&&... inputs);
   void adopt(const std::optional<SitesPage>& answer, std::int64_t page);

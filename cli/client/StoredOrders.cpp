@@ -26,7 +26,9 @@ std::filesystem::path orderStoreFile(const platform::Services& services) {
 platform::Expected<std::vector<CoreOrder>, std::string> readStoredOrders() {
   const platform::Services& services = platform::services();
   // To load a store that is not there would make it.
-  if (!exists(orderStoreFile(services))) return std::string("unable to open database file");
+  std::error_code ignored;
+  if (!exists(orderStoreFile(services), ignored))
+    return std::string("unable to open database file");
   auto model = orderStoreModel(services);
   if (!model) return std::string("the library has no data model");
   const auto container =

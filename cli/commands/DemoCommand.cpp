@@ -18,11 +18,11 @@ using platform::simulation::Trip;
 ExitCode runDemo(const DemoOptions& options) {
   Interruption interruption;
   auto trip = loadTrip(options.trip);
-  if (const auto* error = std::get_if<std::string>(&trip)) {
-    Output(options.service.json).printFailure("No Trip", *error);
+  if (!trip) {
+    Output(options.service.json).printFailure("No Trip", trip.error());
     return ExitCode::failure;
   }
-  Demo demo(options, std::get<Trip>(std::move(trip)), interruption);
+  Demo demo(options, *std::move(trip), interruption);
   const ExitCode code = demo.run() ? ExitCode::success : ExitCode::failure;
   refuseUnkept();
   return code;

@@ -45,7 +45,8 @@ ExitCode fetchOrders(Client& client, const Fetch& fetch) {
 
 /// The library never reads its order store back, so the command does.
 ExitCode listStoredOrders(Client& client, const NoOptions& /*options*/) {
-  const bool isThere = exists(orderStoreFile(platform::services()));
+  std::error_code ignored;
+  const bool isThere = exists(orderStoreFile(platform::services()), ignored);
   const auto stored = isThere ? readStoredOrders() : std::vector<CoreOrder>();
   if (!stored) {
     client.output().printFailure("No Orders", "The order store cannot be read: " + stored.error());

@@ -28,11 +28,11 @@ ExitCode run(const TrackCommandOptions& options, std::optional<Trip> trip) {
 ExitCode track(const TrackCommandOptions& options) {
   if (!options.trip.file) return run(options, std::nullopt);
   auto trip = loadTrip(options.trip);
-  if (const auto* error = std::get_if<std::string>(&trip)) {
-    Output(options.client.json).printFailure("No Trip", *error);
+  if (!trip) {
+    Output(options.client.json).printFailure("No Trip", trip.error());
     return ExitCode::failure;
   }
-  return run(options, std::get<Trip>(std::move(trip)));
+  return run(options, *std::move(trip));
 }
 
 }  // namespace

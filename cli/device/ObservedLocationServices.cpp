@@ -6,7 +6,7 @@
 
 namespace ovinta::cli {
 
-using platform::BeaconRegion;
+using platform::IdentifiedBeaconRegion;
 using platform::LocationManagerDelegate;
 using platform::Region;
 
@@ -65,11 +65,11 @@ class ObservedLocationServices::Manager : public platform::LocationManager,
     inner_->stopMonitoringSignificantLocationChanges();
     note(&ObservedLocation::isMonitoringSignificantChanges, false);
   }
-  void startRangingBeacons(const BeaconRegion& region) override {
+  void startRangingBeacons(const IdentifiedBeaconRegion& region) override {
     inner_->startRangingBeacons(region);
     note(&ObservedLocation::rangedRegions, inner_->rangedRegions());
   }
-  void stopRangingBeacons(const BeaconRegion& region) override {
+  void stopRangingBeacons(const IdentifiedBeaconRegion& region) override {
     inner_->stopRangingBeacons(region);
     note(&ObservedLocation::rangedRegions, inner_->rangedRegions());
   }
@@ -93,16 +93,10 @@ class ObservedLocationServices::Manager : public platform::LocationManager,
     if (delegate_) delegate_->didChangeAuthorizationStatus(status);
   }
   void didRangeBeacons(const std::vector<platform::RangedBeacon>& beacons,
-                       const BeaconRegion& region) override {
+                       const IdentifiedBeaconRegion& region) override {
     record_->beacons.update(beacons);
     record_->tell();
     if (delegate_) delegate_->didRangeBeacons(beacons, region);
-  }
-  void didEnterRegion(const Region& region) override {
-    if (delegate_) delegate_->didEnterRegion(region);
-  }
-  void didExitRegion(const Region& region) override {
-    if (delegate_) delegate_->didExitRegion(region);
   }
 
  private:

@@ -37,8 +37,10 @@ void addTripOptions(CLI::App& command, TripOptions& options) {
       ->group(kGroup);
 }
 
-std::variant<Trip, std::string> loadTrip(const TripOptions& options) {
-  return options.file ? Trip::fromGPX(*options.file) : Trip::fromGPXText(builtInTrip());
+platform::Expected<Trip, std::string> loadTrip(const TripOptions& options) {
+  auto trip = options.file ? Trip::fromGPX(*options.file) : Trip::fromGPXText(builtInTrip());
+  if (auto* const reason = std::get_if<std::string>(&trip)) return std::move(*reason);
+  return std::get<Trip>(std::move(trip));
 }
 
 }  // namespace ovinta::cli

@@ -5,8 +5,8 @@
 #include <filesystem>
 #include <optional>
 #include <string>
-#include <variant>
 
+#include "platform/Expected.h"
 #include "platform/simulation/trip/Trip.h"
 
 namespace CLI {
@@ -30,6 +30,6 @@ void addTripOptions(CLI::App& command, TripOptions& options);
 void addPlainTripOptions(CLI::App& command, TripOptions& options);
 
 /// The trip asked for, or a sentence that says what is wrong with its file.
-std::variant<platform::simulation::Trip, std::string> loadTrip(const TripOptions& options);
+platform::Expected<platform::simulation::Trip, std::string> loadTrip(const TripOptions& options);
 
 }  // namespace ovinta::cli

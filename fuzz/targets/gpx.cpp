@@ -1,7 +1,7 @@
 #include <cmath>
 
 #include "fuzz/Target.h"
-#include "platform/linux/text/TextServices.h"
+#include "platform/linux/Linux.h"
 #include "platform/simulation/trip/TripPath.h"
 
 namespace ovinta::fuzz {
@@ -15,7 +15,7 @@ bool isOnEarth(Coordinate place) {
 }
 
 void follow(const Trip& trip) {
-  static const auto geodesy = linuxos::makeGeodesy();
+  static const auto geodesy = linuxos::makeValueServices().geodesy;
   const simulation::TripPath path(trip.points, *geodesy);
   double last = 0;
   for (int step = -1; step <= 5; ++step) {

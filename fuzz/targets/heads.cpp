@@ -90,12 +90,12 @@ void run(std::string_view input) {
                   "a field's value has no line ends");
         }
       });
-  const linuxos::CurlTransfer::Setting setting{
+  const linuxos::CurlTransfer::Options options{
       .caFile = {}, .timeLimit = std::chrono::minutes(1), .sizeLimit = kLargest};
   CURLcode code = CURLE_OK;
   int ways = 0;
   do {
-    code = transfer.begin(setting, {});
+    code = transfer.begin(options, {});
     if (code == CURLE_OK) code = perform(transfer.handle(), input);
     require(++ways <= 11, "redirects come to an end");
   } while (transfer.followsRedirect(code));

@@ -7,7 +7,6 @@
 #include "platform/linux/main/ApplicationOptions.h"
 #include "platform/linux/main/GLibMainQueue.h"
 #include "platform/linux/main/SystemLog.h"
-#include "platform/linux/text/TextServices.h"
 
 namespace ovinta::platform::linuxos {
 namespace {
@@ -34,10 +33,9 @@ Surroundings surroundingsOf(const Options& options, const Services& services) {
 void diagnose(const Options& options, std::function<void(const std::vector<Finding>&)> completion,
               std::shared_ptr<MainQueue> mainQueue) {
   rememberMainThread();
-  Services services;
+  Services services = makeValueServices();
   services.mainQueue = mainQueue ? std::move(mainQueue) : std::make_shared<GLibMainQueue>();
   services.log = options.log ? options.log : std::make_shared<SystemLog>(applicationIDOf(options));
-  services.geodesy = makeGeodesy();
   services.mainQueue->async(
       [run = std::make_shared<DiagnosisRun>(surroundingsOf(options, services),
                                             std::move(completion))] { run->begin(); });

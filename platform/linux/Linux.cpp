@@ -20,7 +20,6 @@
 #include "platform/linux/notifications/StoredUserNotificationCenter.h"
 #include "platform/linux/storage/SQLitePersistentContainer.h"
 #include "platform/linux/storage/SQLiteSettingsStore.h"
-#include "platform/linux/text/TextServices.h"
 #include "platform/portable/Portable.h"
 
 namespace ovinta::platform::linuxos {
@@ -46,18 +45,19 @@ std::shared_ptr<UserNotificationCenter> makeUserNotifications(
     const Options& options, const std::string& applicationID,
     const std::optional<fs::path>& directory, std::shared_ptr<dbus::Bus> sessionBus,
     const Services& services) {
-  StoredUserNotificationCenter::Setup setup{.applicationID = applicationID,
-                                            .file = fileIn(directory, "Notifications.sqlite"),
-                                            .agents = {},
-                                            .usesAgent = options.usesNotifyAgent,
-                                            .positionSource = options.positionSource,
-                                            .onClicked = options.onNotificationClicked};
-  if (!isSandboxed()) setup.agents = AgentRegistry::ofUser();
+  StoredUserNotificationCenter::Options centerOptions{
+      .applicationID = applicationID,
+      .file = fileIn(directory, "Notifications.sqlite"),
+      .agents = {},
+      .usesAgent = options.usesNotifyAgent,
+      .positionSource = options.positionSource,
+      .onClicked = options.onNotificationClicked};
+  if (!isSandboxed()) centerOptions.agents = AgentRegistry::ofUser();
   return std::make_shared<StoredUserNotificationCenter>(services, std::move(sessionBus),
-                                                        std::move(setup));
+                                                        std::move(centerOptions));
 }
 
-BeaconScanner::Settings beaconSettings(const Options& options, Log& log) {
+BeaconScanner::Options beaconOptions(const Options& options, Log& log) {
   const double exponent = options.beaconPathLossExponent.value_or(portable::kFreeSpaceExponent);
   if (exponent >= 1 && exponent <= 10) return {.pathLossExponent = exponent};
   log.write("The path-loss exponent for beacons is not between 1 and 10: " +
@@ -141,7 +141,7 @@ Services makeServices(const Options& options) {
   const auto applicationID = applicationIDOf(options);
   const auto directory = dataDirectoryOf(options);
 
-  Services services;
+  Services services = makeValueServices();
   services.clock = std::make_shared<SystemClock>();
   services.log = options.log ? options.log : std::make_shared<SystemLog>(applicationID);
   services.mainQueue = std::make_shared<GLibMainQueue>();
@@ -151,12 +151,8 @@ Services makeServices(const Options& options) {
       std::make_shared<SQLiteSettingsStore>(fileIn(directory, "Settings.sqlite"), services.log);
   services.mainBundle = makeMainBundle(options, *services.log);
   services.libraryBundle = portable::makeLibraryBundle();
-  services.text = makeText();
-  services.dateFormatters = makeDateFormatterFactory();
-  services.urls = makeURLFormat();
   services.urlSession = std::make_shared<CurlURLSession>(httpOptions(options, *services.log));
   services.persistentContainers = std::make_shared<SQLitePersistentContainerFactory>(directory);
-  services.geodesy = makeGeodesy();
   const auto systemBus =
       std::make_shared<dbus::Bus>(systemBusAddressOf(options), services.mainQueue, services.log);
   const auto sessionBus =
@@ -164,8 +160,7 @@ Services makeServices(const Options& options) {
   services.location = std::make_shared<SystemLocationServices>(
       makePositionHub(options.positionSource, applicationID, systemBus, sessionBus, services),
       std::make_shared<BeaconScanner>(systemBus, services.mainQueue, services.log,
-                                      beaconSettings(options, *services.log)),
-      services.geodesy);
+                                      beaconOptions(options, *services.log)));
   services.device = std::make_shared<SystemDevice>(systemBus, services.clock);
   services.userNotifications =
       makeUserNotifications(options, applicationID, directory, sessionBus, services);

@@ -80,6 +80,11 @@ struct Options {
 /// default context, which GTK and most Qt applications run. May be called from any thread.
 OVINTA_EXPORT Services makeServices(const Options& options = {});
 
+/// The services that work on values alone: text, date formatters, URLs and geodesy; the others are
+/// null. They open no file, bus or connection and start no thread. For tests and tools that bring
+/// the rest themselves. May be called from any thread.
+OVINTA_EXPORT Services makeValueServices();
+
 /// Serves the main queue on the calling thread until `quitMainLoop` is called; for applications
 /// that run no GLib main loop of their own. On another thread than the main one it is a fatal
 /// error.

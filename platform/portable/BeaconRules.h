@@ -23,7 +23,7 @@ inline double pathLossDistance(double rssi, double measuredPower, double exponen
 }
 
 /// Whether the beacon belongs to the region.
-inline bool covers(const BeaconRegion& region, const RangedBeacon& beacon) {
+inline bool covers(const IdentifiedBeaconRegion& region, const RangedBeacon& beacon) {
   const auto agrees = [](std::optional<std::uint16_t> wanted, std::int64_t heard) {
     return !wanted || *wanted == static_cast<std::uint16_t>(heard);
   };

@@ -10,11 +10,10 @@
 #include <vector>
 
 #include "platform/FatalError.h"
+#include "platform/portable/ExitGate.h"
 
 namespace ovinta::platform::portable {
 namespace {
-
-constexpr std::chrono::seconds kPatienceAtExit(2);
 
 struct Registry {
   std::mutex mutex;

@@ -33,9 +33,9 @@ class ExitAwareThread {
   bool stopping() const { return stopping_; }
 
   /// Adds an exit handler that stops all threads of this class and waits for them, though not
-  /// longer than two seconds and not for the one that calls `exit`. Handlers run in the reverse
-  /// order: call this after every library whose own handler must find the threads at rest has been
-  /// initialised.
+  /// longer than `kPatienceAtExit` and not for the one that calls `exit`. Handlers run in the
+  /// reverse order: call this after every library whose own handler must find the threads at rest
+  /// has been initialised.
   static void stopAllAtExit();
 
  private:

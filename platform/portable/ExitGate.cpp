@@ -1,6 +1,5 @@
 #include "platform/portable/ExitGate.h"
 
-#include <chrono>
 #include <condition_variable>
 #include <cstddef>
 #include <cstdlib>
@@ -8,8 +7,6 @@
 
 namespace ovinta::platform::portable {
 namespace {
-
-constexpr std::chrono::seconds kPatience(2);
 
 struct State {
   std::mutex mutex;
@@ -29,7 +26,7 @@ void closeAndWait() {
   std::unique_lock lock(state().mutex);
   state().isClosed = true;
   const std::size_t remaining = isInside ? 1 : 0;
-  state().left.wait_for(lock, kPatience, [remaining] { return state().inside <= remaining; });
+  state().left.wait_for(lock, kPatienceAtExit, [remaining] { return state().inside <= remaining; });
 }
 
 }  // namespace

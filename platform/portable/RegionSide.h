@@ -1,7 +1,5 @@
 #pragma once
 
-#include <optional>
-
 #include "platform/Location.h"
 #include "platform/Region.h"
 
@@ -12,7 +10,6 @@ namespace ovinta::platform::portable {
 inline constexpr double kRegionFilterMetres = 10;
 
 enum class RegionSide { unknown, inside, outside };
-enum class RegionEvent { entered, left };
 
 /// The side of the border on which the whole circle of a fix's uncertainty lies; unknown when the
 /// border runs through it. May be called from any thread.
@@ -25,17 +22,12 @@ inline RegionSide sideOf(const CircularRegion& region, const Location& fix,
   return RegionSide::unknown;
 }
 
-/// What a fix that lies on `now` means after one on `before`: nothing while either is unknown, and
-/// nothing that the region does not want to be told.
-inline std::optional<RegionEvent> eventBetween(RegionSide before, RegionSide now,
-                                               const CircularRegion& region) {
-  if (before == RegionSide::outside && now == RegionSide::inside && region.notifyOnEntry) {
-    return RegionEvent::entered;
-  }
-  if (before == RegionSide::inside && now == RegionSide::outside && region.notifyOnExit) {
-    return RegionEvent::left;
-  }
-  return std::nullopt;
+/// Whether a fix that lies on `now` after one on `before` is an event of which the region wants to
+/// be told: never while either is unknown.
+inline bool fires(const CircularRegion& region, RegionSide before, RegionSide now) {
+  using enum RegionSide;
+  return (before == outside && now == inside && region.notifyOnEntry) ||
+         (before == inside && now == outside && region.notifyOnExit);
 }
 
 }  // namespace ovinta::platform::portable

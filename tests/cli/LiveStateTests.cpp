@@ -25,7 +25,7 @@ LiveState followed() {
                        .isMonitoringSignificantChanges = true,
                        .desiredAccuracy = platform::LocationAccuracy::best,
                        .distanceFilter = 200,
-                       .rangedRegions = {platform::BeaconRegion{uuid, {}, {}, "site"}},
+                       .rangedRegions = {platform::IdentifiedBeaconRegion{uuid, {}, {}, "site"}},
                        .location = platform::Location{.coordinate = {40.7411, -73.9897},
                                                       .horizontalAccuracy = 5,
                                                       .timestamp = kNow - 3500ms},

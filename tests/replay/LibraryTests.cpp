@@ -81,8 +81,8 @@ class LibraryTest : public testing::Test {
 TEST_F(LibraryTest, TellsTheServiceOfATripThatTheSystemFollows) {
   ASSERT_EQ(startError_, std::nullopt);
   auto started = replay::Rig::start();
-  if (const auto* reason = std::get_if<std::string>(&started)) GTEST_SKIP() << *reason;
-  const auto rig = std::get<std::unique_ptr<replay::Rig>>(std::move(started));
+  if (!started) GTEST_SKIP() << started.error();
+  const auto rig = *std::move(started);
   startLibrary(rig->busAddress());
   platform::linuxos::requestLocationAuthorization();
   Ovinta::orders().create(kSiteID, "A-1", {.name = "Ann"}, {},

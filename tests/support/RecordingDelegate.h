@@ -29,7 +29,7 @@ class RecordingDelegate : public platform::LocationManagerDelegate {
     note("status " + std::to_string(status));
   }
   void didRangeBeacons(const std::vector<platform::RangedBeacon>& beacons,
-                       const platform::BeaconRegion& region) override {
+                       const platform::IdentifiedBeaconRegion& region) override {
     std::string text = region.identifier + ":";
     for (const auto& beacon : beacons) {
       text += " " + std::to_string(beacon.minor) + "@" + std::to_string(beacon.rssi) +
@@ -37,8 +37,6 @@ class RecordingDelegate : public platform::LocationManagerDelegate {
     }
     note(text);
   }
-  void didEnterRegion(const platform::Region& region) override { note("in " + identifier(region)); }
-  void didExitRegion(const platform::Region& region) override { note("out " + identifier(region)); }
 
   /// What it was told since the last call.
   std::vector<std::string> take() { return std::exchange(told_, {}); }

@@ -8,8 +8,8 @@
 #include "OvintaSDK/core/UserDefaultsKey.h"
 #include "OvintaSDK/core/facade/Library.h"
 #include "OvintaSDK/core/facade/Ovinta.h"
+#include "platform/linux/Linux.h"
 #include "platform/linux/storage/SQLitePersistentContainer.h"
-#include "platform/linux/text/TextServices.h"
 #include "platform/portable/LibraryBundle.h"
 #include "platform/portable/Portable.h"
 
@@ -71,12 +71,12 @@ SDKFixture::SDKFixture()
 }
 
 platform::Services SDKFixture::makeServices() {
-  const auto geodesy = linuxos::makeGeodesy();
-  location = std::make_shared<simulation::SimulatedLocation>(time.mainQueue(), geodesy);
-  dateFormatters = std::make_shared<ZonedDateFormatters>(linuxos::makeDateFormatterFactory());
+  const auto values = linuxos::makeValueServices();
+  location = std::make_shared<simulation::SimulatedLocation>(time.mainQueue(), values.geodesy);
+  dateFormatters = std::make_shared<ZonedDateFormatters>(values.dateFormatters);
   device = std::make_shared<simulation::SimulatedDevice>();
-  userNotifications =
-      std::make_shared<simulation::SimulatedUserNotificationCenter>(time.mainQueue(), geodesy);
+  userNotifications = std::make_shared<simulation::SimulatedUserNotificationCenter>(
+      time.mainQueue(), values.geodesy);
   if (const auto model = portable::LibraryBundle().resource("VelkModel", "momd")) {
     libraryBundle->setResource("VelkModel", "momd", *model);
   }
@@ -89,13 +89,13 @@ platform::Services SDKFixture::makeServices() {
       .settings = portable::makeInMemorySettingsStore(),
       .mainBundle = mainBundle,
       .libraryBundle = libraryBundle,
-      .text = linuxos::makeText(),
+      .text = values.text,
       .dateFormatters = dateFormatters,
-      .urls = linuxos::makeURLFormat(),
+      .urls = values.urls,
       .urlSession = http,
       .persistentContainers =
           std::make_shared<linuxos::SQLitePersistentContainerFactory>(directory.path() / "data"),
-      .geodesy = geodesy,
+      .geodesy = values.geodesy,
       .location = location,
       .userNotifications = userNotifications,
       .device = device,

@@ -49,13 +49,13 @@ Library::~Library() = default;
 
 Library& Library::process() {
   if (Library* const library = currentLibrary.load()) return *library;
-  const std::scoped_lock lock(adoptionMutex());
+  const std::lock_guard lock(adoptionMutex());
   if (Library* const library = currentLibrary.load()) return *library;
   return adoptNew();
 }
 
 void Library::replaceProcess() {
-  const std::scoped_lock lock(adoptionMutex());
+  const std::lock_guard lock(adoptionMutex());
   adoptNew();
 }
 

@@ -27,7 +27,7 @@ std::unique_lock<std::mutex> IdentityMap::beginRelease(id twin, const void* obje
 }
 
 std::size_t IdentityMap::size() const {
-  const std::scoped_lock lock(mutex_);
+  const std::lock_guard lock(mutex_);
   return twins_.size();
 }
 

@@ -62,7 +62,7 @@ void forwardNotifications() {
   static auto& forwarding = *new Forwarding;
   const auto& center = platform::services().notificationCenter;
   if (forwarding.center == center.get()) return;
-  const std::scoped_lock lock(forwarding.mutex);
+  const std::lock_guard lock(forwarding.mutex);
   if (forwarding.center == center.get()) return;
   for (std::size_t i = 0; i < kRows.size(); ++i) {
     forwarding.observers[i] = center->addObserver(

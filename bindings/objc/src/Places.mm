@@ -84,7 +84,7 @@ namespace platform = ovinta::platform;
 
 @end
 
-using Cpp = platform::BeaconRegion;
+using Cpp = platform::IdentifiedBeaconRegion;
 
 @implementation OvintaBeaconRegion
 OVINTA_GETTER(NSUUID*, proximityUUID)

@@ -44,7 +44,7 @@ OVINTA_TWIN(ovinta::SignUpInfo, SignUpInfo);
 OVINTA_TWIN(ovinta::Site, Site);
 OVINTA_TWIN(ovinta::UpdateOrderInfo, UpdateOrderInfo);
 OVINTA_TWIN(ovinta::UserDefaultsKey, UserDefaultsKey);
-OVINTA_TWIN(ovinta::platform::BeaconRegion, OvintaBeaconRegion);
+OVINTA_TWIN(ovinta::platform::IdentifiedBeaconRegion, OvintaBeaconRegion);
 OVINTA_TWIN(ovinta::platform::CircularRegion, OvintaCircularRegion);
 OVINTA_TWIN(ovinta::platform::EntityDescription, OvintaEntityDescription);
 OVINTA_TWIN(ovinta::platform::Location, OvintaLocation);

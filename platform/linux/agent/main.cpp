@@ -19,8 +19,7 @@ std::shared_ptr<LocationServices> locationFor(const linuxos::RegisteredApplicati
                                         systemBus, sessionBus, services),
           services.mainQueue),
       std::make_shared<linuxos::BeaconScanner>(systemBus, services.mainQueue, services.log,
-                                               linuxos::BeaconScanner::Settings{}),
-      services.geodesy);
+                                               linuxos::BeaconScanner::Options{}));
 }
 
 }  // namespace

@@ -38,10 +38,10 @@ CurlTransfer::CurlTransfer(URLRequest request, URLSession::Completion completion
       completion_(std::move(completion)),
       timeout_(std::clamp(request_.timeout, std::chrono::milliseconds(1), kLongestTimeout)) {}
 
-CURLcode CurlTransfer::begin(const Setting& setting, Instant now) {
+CURLcode CurlTransfer::begin(const Options& options, Instant now) {
   lastProgress_ = now;
-  if (!end_) end_ = now + std::min(setting.timeLimit, kLongestTimeout);
-  sizeLimit_ = setting.sizeLimit;
+  if (!end_) end_ = now + std::min(options.timeLimit, kLongestTimeout);
+  sizeLimit_ = options.sizeLimit;
   body_.clear();
   receivedHeaders_.clear();
   headSize_ = 0;
@@ -55,77 +55,77 @@ CURLcode CurlTransfer::begin(const Setting& setting, Instant now) {
     handle_.reset(curl_easy_init());
   }
   if (!handle_) return CURLE_OUT_OF_MEMORY;
-  CurlOptions options(handle_.get());
-  setUpConnection(options, setting);
-  setUpLimits(options);
-  setUpRequest(options);
-  setUpCallbacks(options);
-  return options.refusal();
+  CurlOptions curl(handle_.get());
+  setUpConnection(curl, options);
+  setUpLimits(curl);
+  setUpRequest(curl);
+  setUpCallbacks(curl);
+  return curl.refusal();
 }
 
-void CurlTransfer::setUpConnection(CurlOptions& options, const Setting& setting) const {
-  options.set(CURLOPT_NOSIGNAL, 1L);
+void CurlTransfer::setUpConnection(CurlOptions& curl, const Options& options) const {
+  curl.set(CURLOPT_NOSIGNAL, 1L);
   // A look-up of a name that takes long must not hold up the session's thread when it is given up.
-  options.set(CURLOPT_QUICK_EXIT, 1L);
-  options.set(CURLOPT_PROTOCOLS_STR, "http,https");
-  options.set(CURLOPT_HTTP_VERSION, long{CURL_HTTP_VERSION_2TLS});
-  options.set(CURLOPT_TCP_KEEPALIVE, 1L);
+  curl.set(CURLOPT_QUICK_EXIT, 1L);
+  curl.set(CURLOPT_PROTOCOLS_STR, "http,https");
+  curl.set(CURLOPT_HTTP_VERSION, long{CURL_HTTP_VERSION_2TLS});
+  curl.set(CURLOPT_TCP_KEEPALIVE, 1L);
   // With a limit of its own for connecting, libcurl tries a host's next address before the whole
   // time is spent on the first one.
-  options.set(CURLOPT_CONNECTTIMEOUT_MS, static_cast<long>(timeout_.count()));
-  options.set(CURLOPT_SSLVERSION, long{CURL_SSLVERSION_TLSv1_2});
-  options.set(CURLOPT_SSL_VERIFYPEER, 1L);
-  options.set(CURLOPT_SSL_VERIFYHOST, 2L);
-  if (!setting.caFile.empty()) {
-    options.set(CURLOPT_CAINFO, setting.caFile.c_str());
-    options.set(CURLOPT_CAPATH, nullptr);
+  curl.set(CURLOPT_CONNECTTIMEOUT_MS, static_cast<long>(timeout_.count()));
+  curl.set(CURLOPT_SSLVERSION, long{CURL_SSLVERSION_TLSv1_2});
+  curl.set(CURLOPT_SSL_VERIFYPEER, 1L);
+  curl.set(CURLOPT_SSL_VERIFYHOST, 2L);
+  if (!options.caFile.empty()) {
+    curl.set(CURLOPT_CAINFO, options.caFile.c_str());
+    curl.set(CURLOPT_CAPATH, nullptr);
   }
-  options.set(CURLOPT_SHARE, setting.share);
+  curl.set(CURLOPT_SHARE, options.share);
 }
 
-void CurlTransfer::setUpLimits(CurlOptions& options) const {
+void CurlTransfer::setUpLimits(CurlOptions& curl) const {
   // Redirects are followed and counted here, not by libcurl.
-  options.set(CURLOPT_FOLLOWLOCATION, 0L);
+  curl.set(CURLOPT_FOLLOWLOCATION, 0L);
   // HTTP 0.9 is refused, in which anything at all would be an answer.
-  options.set(CURLOPT_HTTP09_ALLOWED, 0L);
-  options.set(CURLOPT_NETRC, long{CURL_NETRC_IGNORED});
+  curl.set(CURLOPT_HTTP09_ALLOWED, 0L);
+  curl.set(CURLOPT_NETRC, long{CURL_NETRC_IGNORED});
   // This limit goes by the length that the head announces; `receiveBody` and `seeBytes` see the
   // rest. The length that the answer to HEAD announces is that of a body that does not come.
   if (request_.method != "HEAD") {
     constexpr std::size_t kLargest = std::numeric_limits<curl_off_t>::max();
-    options.set(CURLOPT_MAXFILESIZE_LARGE, static_cast<curl_off_t>(std::min(sizeLimit_, kLargest)));
+    curl.set(CURLOPT_MAXFILESIZE_LARGE, static_cast<curl_off_t>(std::min(sizeLimit_, kLargest)));
   }
 }
 
-void CurlTransfer::setUpRequest(CurlOptions& options) {
-  options.set(CURLOPT_URL, request_.url.text.c_str());
-  options.set(CURLOPT_PATH_AS_IS, 1L);
+void CurlTransfer::setUpRequest(CurlOptions& curl) {
+  curl.set(CURLOPT_URL, request_.url.text.c_str());
+  curl.set(CURLOPT_PATH_AS_IS, 1L);
   if (const auto body = bodyToSend(request_)) {
-    options.set(CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(body->size()));
-    options.set(CURLOPT_POSTFIELDS, body->data());
+    curl.set(CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(body->size()));
+    curl.set(CURLOPT_POSTFIELDS, body->data());
   } else if (request_.method == "HEAD") {
-    options.set(CURLOPT_NOBODY, 1L);
+    curl.set(CURLOPT_NOBODY, 1L);
   }
-  options.set(CURLOPT_CUSTOMREQUEST, request_.method.c_str());
+  curl.set(CURLOPT_CUSTOMREQUEST, request_.method.c_str());
   sentHeaders_ = headerList(request_);
-  options.set(CURLOPT_HTTPHEADER, sentHeaders_.get());
-  options.set(CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
+  curl.set(CURLOPT_HTTPHEADER, sentHeaders_.get());
+  curl.set(CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
 }
 
-void CurlTransfer::setUpCallbacks(CurlOptions& options) {
-  options.set(CURLOPT_HEADERFUNCTION, &receiveHeaderLine);
-  options.set(CURLOPT_HEADERDATA, this);
-  options.set(CURLOPT_WRITEFUNCTION, &receiveBody);
-  options.set(CURLOPT_WRITEDATA, this);
-  options.set(CURLOPT_NOPROGRESS, 0L);
-  options.set(CURLOPT_XFERINFOFUNCTION, &seeCounters);
-  options.set(CURLOPT_XFERINFODATA, this);
-  options.set(CURLOPT_PREREQFUNCTION, &seeConnection);
-  options.set(CURLOPT_PREREQDATA, this);
+void CurlTransfer::setUpCallbacks(CurlOptions& curl) {
+  curl.set(CURLOPT_HEADERFUNCTION, &receiveHeaderLine);
+  curl.set(CURLOPT_HEADERDATA, this);
+  curl.set(CURLOPT_WRITEFUNCTION, &receiveBody);
+  curl.set(CURLOPT_WRITEDATA, this);
+  curl.set(CURLOPT_NOPROGRESS, 0L);
+  curl.set(CURLOPT_XFERINFOFUNCTION, &seeCounters);
+  curl.set(CURLOPT_XFERINFODATA, this);
+  curl.set(CURLOPT_PREREQFUNCTION, &seeConnection);
+  curl.set(CURLOPT_PREREQDATA, this);
   // The debug function is the one view that libcurl gives of the bytes between the parts of a body.
-  options.set(CURLOPT_DEBUGFUNCTION, &seeBytes);
-  options.set(CURLOPT_DEBUGDATA, this);
-  options.set(CURLOPT_VERBOSE, 1L);
+  curl.set(CURLOPT_DEBUGFUNCTION, &seeBytes);
+  curl.set(CURLOPT_DEBUGDATA, this);
+  curl.set(CURLOPT_VERBOSE, 1L);
 }
 
 void CurlTransfer::noteProgress(Instant now) {

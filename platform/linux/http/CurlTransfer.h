@@ -20,7 +20,7 @@ class CurlTransfer {
   using Instant = std::chrono::steady_clock::time_point;
 
   /// What all the transfers of a session have in common.
-  struct Setting {
+  struct Options {
     std::string caFile;  ///< Empty: the system's certificates.
     std::chrono::milliseconds timeLimit{};
     std::size_t sizeLimit = 0;
@@ -31,7 +31,7 @@ class CurlTransfer {
 
   /// Readies `handle()` for the request's next way. The code is the reason when the request cannot
   /// be sent at all.
-  CURLcode begin(const Setting& setting, Instant now);
+  CURLcode begin(const Options& options, Instant now);
 
   /// The handle of the present way; null before `begin`.
   CURL* handle() const { return handle_.get(); }
@@ -56,10 +56,10 @@ class CurlTransfer {
  private:
   static constexpr Instant kNever = Instant::max();
 
-  void setUpConnection(CurlOptions& options, const Setting& setting) const;
-  void setUpLimits(CurlOptions& options) const;
-  void setUpRequest(CurlOptions& options);
-  void setUpCallbacks(CurlOptions& options);
+  void setUpConnection(CurlOptions& curl, const Options& options) const;
+  void setUpLimits(CurlOptions& curl) const;
+  void setUpRequest(CurlOptions& curl);
+  void setUpCallbacks(CurlOptions& curl);
   CURLcode judged(CURLcode code) const;
 
   static int seeBytes(CURL* handle, curl_infotype type, char* data, std::size_t size,

@@ -12,7 +12,8 @@ namespace {
 constexpr long kIdleConnections = 8;
 
 // Initialises libcurl for the process. It and the libraries below it add their exit handlers here;
-// the one of this library, added after, runs first.
+// the one of this library, added after, runs first. A first request would be too late for that: it
+// may begin while the process ends.
 void initialiseOnce() {
   static std::once_flag done;
   std::call_once(done, [] {
@@ -46,8 +47,8 @@ CurlURLSession::CurlURLSession(Options options)
     : now_(std::move(options.now)),
       share_(makeShare()),
       multi_(makeMulti()),
-      setting_{options.caFile.value_or("").string(), options.timeLimit, options.sizeLimit,
-               share_.get()},
+      transferOptions_{options.caFile.value_or("").string(), options.timeLimit, options.sizeLimit,
+                       share_.get()},
       thread_(
           "ovinta-http", [this] { run(); }, [this] { curl_multi_wakeup(multi_.get()); }) {}
 
@@ -90,7 +91,7 @@ void CurlURLSession::beginIncoming() {
 }
 
 void CurlURLSession::begin(std::unique_ptr<CurlTransfer> transfer) {
-  CURLcode code = transfer->begin(setting_, now_());
+  CURLcode code = transfer->begin(transferOptions_, now_());
   CURL* const handle = transfer->handle();
   if (code == CURLE_OK && curl_multi_add_handle(multi_.get(), handle) != CURLM_OK) {
     code = CURLE_FAILED_INIT;

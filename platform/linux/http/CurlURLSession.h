@@ -70,7 +70,7 @@ class CurlURLSession final : public URLSession {
   const std::function<CurlTransfer::Instant()> now_;
   CurlShare share_;
   CurlMulti multi_;
-  CurlTransfer::Setting setting_;
+  CurlTransfer::Options transferOptions_;
   std::mutex mutex_;
   Transfers incoming_;
   // The members from here on belong to the thread. They are not local to it, because they are left

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdint>
+#include <limits>
 #include <tuple>
 
 #include "platform/linux/location/PositionProvider.h"
@@ -40,6 +40,12 @@ std::optional<Location> readPosition(const dbus::Properties& properties) {
                   .horizontalAccuracy = std::max(accuracy, kBestAccuracyMetres),
                   .speed = std::isfinite(speed) ? speed : -1,
                   .timestamp = readTime(properties)};
+}
+
+std::uint32_t distanceThreshold(double metres) {
+  if (!(metres > 0)) return 0;
+  return static_cast<std::uint32_t>(
+      std::min<double>(metres, std::numeric_limits<std::uint32_t>::max()));
 }
 
 }  // namespace ovinta::platform::linuxos

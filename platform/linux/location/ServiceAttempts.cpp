@@ -5,19 +5,19 @@
 namespace ovinta::platform::linuxos {
 
 ServiceAttempts::ServiceAttempts(std::shared_ptr<dbus::Bus> bus,
-                                 std::shared_ptr<MainQueue> mainQueue, Settings settings,
-                                 Steps steps)
+                                 std::shared_ptr<MainQueue> mainQueue, Options options,
+                                 Handlers handlers)
     : mainQueue_(std::move(mainQueue)),
-      retryInterval_(settings.retryInterval),
-      steps_(std::move(steps)),
-      service_(std::move(bus), std::move(settings.service)) {
+      retryInterval_(options.retryInterval),
+      handlers_(std::move(handlers)),
+      service_(std::move(bus), std::move(options.service)) {
   service_.onPresence(true, [this](bool isPresent) { notePresence(isPresent); });
 }
 
 void ServiceAttempts::begin() {
   step_ = Step::underWay;
   ++count_;
-  steps_.begin();
+  handlers_.begin();
 }
 
 void ServiceAttempts::failed(Reason reason) {
@@ -39,11 +39,11 @@ void ServiceAttempts::notePresence(bool isPresent) {
   }
   wasAbsent_ = true;
   if (step_ == Step::served) {
-    steps_.forget();
+    handlers_.forget();
     begin();
   } else if (step_ == Step::underWay && wasPresent) {
     // A copy is called, because the step may destroy this object.
-    const auto fail = steps_.fail;
+    const auto fail = handlers_.fail;
     fail();
   }
 }

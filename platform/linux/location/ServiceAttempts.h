@@ -15,7 +15,9 @@ namespace ovinta::platform::linuxos {
 /// Main thread only.
 class ServiceAttempts {
  public:
-  struct Settings {
+  /// Whom to ask, and how often.
+  struct Options {
+    /// The service's name on the bus.
     std::string service;
     /// The time from an attempt that failed to the next one.
     TimeInterval retryInterval;
@@ -31,7 +33,8 @@ class ServiceAttempts {
     absence
   };
 
-  struct Steps {
+  /// What an attempt consists of; called on the main thread.
+  struct Handlers {
     /// Begins an attempt, which ends in `succeeded` or `failed`, not inside it.
     std::function<void()> begin;
     /// Lets go of what the service, which has left, had given.
@@ -41,7 +44,7 @@ class ServiceAttempts {
   };
 
   ServiceAttempts(std::shared_ptr<dbus::Bus> bus, std::shared_ptr<MainQueue> mainQueue,
-                  Settings settings, Steps steps);
+                  Options options, Handlers handlers);
   ServiceAttempts(const ServiceAttempts&) = delete;
   ServiceAttempts& operator=(const ServiceAttempts&) = delete;
 
@@ -58,7 +61,7 @@ class ServiceAttempts {
 
   const std::shared_ptr<MainQueue> mainQueue_;
   const TimeInterval retryInterval_;
-  const Steps steps_;
+  const Handlers handlers_;
   Step step_ = Step::waiting;
   /// How many attempts have begun.
   int count_ = 0;

@@ -7,8 +7,8 @@
 #include "platform/LocationManager.h"
 #include "platform/linux/location/PositionHub.h"
 #include "platform/linux/location/beacons/BeaconTracker.h"
-#include "platform/portable/CircularRegionMonitor.h"
 #include "platform/portable/Lifetime.h"
+#include "platform/portable/MonitoredRegions.h"
 
 namespace ovinta::platform::linuxos {
 
@@ -16,8 +16,7 @@ namespace ovinta::platform::linuxos {
 /// with less than the exact one GeoClue asks no receiver of satellites.
 class SystemLocationManager : public LocationManager {
  public:
-  SystemLocationManager(std::shared_ptr<PositionHub> hub, std::shared_ptr<BeaconScanner> scanner,
-                        std::shared_ptr<Geodesy> geodesy);
+  SystemLocationManager(std::shared_ptr<PositionHub> hub, std::shared_ptr<BeaconScanner> scanner);
   SystemLocationManager(const SystemLocationManager&) = delete;
   SystemLocationManager& operator=(const SystemLocationManager&) = delete;
 
@@ -34,23 +33,25 @@ class SystemLocationManager : public LocationManager {
   void stopUpdatingLocation() override { updates_ = nullptr; }
   void startMonitoringSignificantLocationChanges() override;
   void stopMonitoringSignificantLocationChanges() override { significantChanges_ = nullptr; }
-  void startRangingBeacons(const BeaconRegion& region) override { beacons_.startRanging(region); }
-  void stopRangingBeacons(const BeaconRegion& region) override { beacons_.stopRanging(region); }
+  void startRangingBeacons(const IdentifiedBeaconRegion& region) override {
+    beacons_.startRanging(region);
+  }
+  void stopRangingBeacons(const IdentifiedBeaconRegion& region) override {
+    beacons_.stopRanging(region);
+  }
   std::vector<Region> rangedRegions() const override;
-  void startMonitoring(const Region& region) override;
-  void stopMonitoring(const Region& region) override;
-  std::vector<Region> monitoredRegions() const override { return monitored_; }
+
+  /// This system wakes nobody for a region.
+  void startMonitoring(const Region& region) override { monitored_.start(region); }
+  void stopMonitoring(const Region& region) override { monitored_.stop(region); }
+  std::vector<Region> monitoredRegions() const override { return monitored_.all(); }
 
  private:
-  BeaconHandlers beaconHandlers();
   void noteStatus();
   void tellStatus();
   void report(const Location& location);
-  void judgeCircles(const Location& fix);
-  void tellCrossing(const Region& region, portable::RegionEvent event);
 
   const std::shared_ptr<PositionHub> hub_;
-  const std::shared_ptr<Geodesy> geodesy_;
   LocationManagerDelegate* delegate_ = nullptr;
   /// The permission that the delegate was told last; none before the first time.
   std::optional<AuthorizationStatus> told_;
@@ -59,10 +60,7 @@ class SystemLocationManager : public LocationManager {
   /// The two kinds of updates, each null while it does not run.
   std::unique_ptr<PositionStream> updates_;
   std::unique_ptr<PositionStream> significantChanges_;
-  std::vector<Region> monitored_;
-  portable::CircularRegionMonitor circles_;
-  /// The positions by which circles are judged; null while there are none.
-  std::unique_ptr<PositionStream> circleFixes_;
+  portable::MonitoredRegions monitored_;
   BeaconTracker beacons_;
   const portable::Lifetime lifetime_;
 };

@@ -7,9 +7,8 @@
 namespace ovinta::platform::linuxos {
 
 SystemLocationServices::SystemLocationServices(std::shared_ptr<PositionHub> hub,
-                                               std::shared_ptr<BeaconScanner> scanner,
-                                               std::shared_ptr<Geodesy> geodesy)
-    : hub_(std::move(hub)), scanner_(std::move(scanner)), geodesy_(std::move(geodesy)) {}
+                                               std::shared_ptr<BeaconScanner> scanner)
+    : hub_(std::move(hub)), scanner_(std::move(scanner)) {}
 
 bool SystemLocationServices::locationServicesEnabled() const { return hub_->isEnabled(); }
 
@@ -17,7 +16,7 @@ AuthorizationStatus SystemLocationServices::authorizationStatus() const { return
 
 std::unique_ptr<LocationManager> SystemLocationServices::makeLocationManager() {
   hub_->findService();
-  return std::make_unique<SystemLocationManager>(hub_, scanner_, geodesy_);
+  return std::make_unique<SystemLocationManager>(hub_, scanner_);
 }
 
 }  // namespace ovinta::platform::linuxos

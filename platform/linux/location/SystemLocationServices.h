@@ -15,8 +15,7 @@ namespace ovinta::platform::linuxos {
 /// the main thread.
 class SystemLocationServices : public LocationServices {
  public:
-  SystemLocationServices(std::shared_ptr<PositionHub> hub, std::shared_ptr<BeaconScanner> scanner,
-                         std::shared_ptr<Geodesy> geodesy);
+  SystemLocationServices(std::shared_ptr<PositionHub> hub, std::shared_ptr<BeaconScanner> scanner);
 
   bool locationServicesEnabled() const override;
   AuthorizationStatus authorizationStatus() const override;
@@ -25,7 +24,6 @@ class SystemLocationServices : public LocationServices {
  private:
   const std::shared_ptr<PositionHub> hub_;
   const std::shared_ptr<BeaconScanner> scanner_;
-  const std::shared_ptr<Geodesy> geodesy_;
 };
 
 }  // namespace ovinta::platform::linuxos

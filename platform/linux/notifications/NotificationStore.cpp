@@ -144,7 +144,7 @@ std::vector<NotificationStore::Move> NotificationStore::moves(SQLite::Database& 
     const auto& region = row.request.trigger.region;
     const RegionSide side = portable::sideOf(region, fix, geodesy);
     if (side == RegionSide::unknown || side == row.side) continue;
-    const bool fires = eventBetween(row.side, side, region).has_value();
+    const bool fires = portable::fires(region, row.side, side);
     moves.push_back({std::move(row), side, fires});
   }
   return moves;

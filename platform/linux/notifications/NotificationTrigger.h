@@ -49,7 +49,7 @@ class NotificationTrigger : public LocationManagerDelegate,
 
   void didUpdateLocations(const std::vector<Location>& locations) override;
   void didChangeAuthorizationStatus(AuthorizationStatus status) override;
-  void didRangeBeacons(const std::vector<RangedBeacon>&, const BeaconRegion&) override {}
+  void didRangeBeacons(const std::vector<RangedBeacon>&, const IdentifiedBeaconRegion&) override {}
 
  private:
   void noteArmed(bool isArmed);

@@ -22,25 +22,25 @@ void takeClicks(NotificationStoreQueue& queue, const std::shared_ptr<MainQueue>&
 
 StoredUserNotificationCenter::StoredUserNotificationCenter(const Services& services,
                                                            std::shared_ptr<dbus::Bus> sessionBus,
-                                                           Setup setup)
-    : setup_(std::move(setup)),
+                                                           Options options)
+    : options_(std::move(options)),
       log_(services.log),
-      store_(std::make_shared<NotificationStoreQueue>(*services.operationQueues, setup_.file,
+      store_(std::make_shared<NotificationStoreQueue>(*services.operationQueues, options_.file,
                                                       services.log)) {
   std::shared_ptr<AgentContact> agent;
   if (const auto application = registration()) {
-    agent = std::make_shared<AgentContact>(sessionBus, log_, *application, setup_.usesAgent);
+    agent = std::make_shared<AgentContact>(sessionBus, log_, *application, options_.usesAgent);
   }
   trigger_ = std::make_shared<NotificationTrigger>(
-      services, std::move(sessionBus), setup_.applicationID, store_,
-      NotificationTrigger::Handlers{setup_.onClicked, [agent = std::move(agent)](bool isArmed) {
+      services, std::move(sessionBus), options_.applicationID, store_,
+      NotificationTrigger::Handlers{options_.onClicked, [agent = std::move(agent)](bool isArmed) {
                                       if (agent) agent->setArmed(isArmed);
                                     }});
   services.mainQueue->async([weak = std::weak_ptr(trigger_)] {
     if (const auto trigger = weak.lock()) trigger->setFollowing(true);
   });
   review();
-  const auto take = [store = store_, queue = services.mainQueue, onClicked = setup_.onClicked] {
+  const auto take = [store = store_, queue = services.mainQueue, onClicked = options_.onClicked] {
     takeClicks(*store, queue, onClicked);
   };
   take();
@@ -49,15 +49,15 @@ StoredUserNotificationCenter::StoredUserNotificationCenter(const Services& servi
 }
 
 std::optional<RegisteredApplication> StoredUserNotificationCenter::registration() const {
-  if (!setup_.agents || !setup_.file) return std::nullopt;
-  return RegisteredApplication{setup_.applicationID, *setup_.file, setup_.positionSource};
+  if (!options_.agents || !options_.file) return std::nullopt;
+  return RegisteredApplication{options_.applicationID, *options_.file, options_.positionSource};
 }
 
 void StoredUserNotificationCenter::review() {
   if (const auto application = registration()) {
     // The application registers before the agent, which the review may start or have look again,
     // looks for it.
-    store_->enqueue([agents = *setup_.agents, usesAgent = setup_.usesAgent,
+    store_->enqueue([agents = *options_.agents, usesAgent = options_.usesAgent,
                      application = *application](NotificationStore& store) {
       if (!usesAgent) return agents.withdraw(application);
       if (!store.pending().empty()) agents.note(application);

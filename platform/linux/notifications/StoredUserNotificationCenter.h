@@ -18,7 +18,7 @@ namespace ovinta::platform::linuxos {
 /// thread.
 class StoredUserNotificationCenter : public UserNotificationCenter {
  public:
-  struct Setup {
+  struct Options {
     std::string applicationID;
     /// The file that keeps the requests; without one they stay in memory.
     std::optional<std::filesystem::path> file = {};
@@ -35,7 +35,7 @@ class StoredUserNotificationCenter : public UserNotificationCenter {
   /// The centre uses main queue, operation queues, notification centre, location, geodesy and log
   /// of the services.
   StoredUserNotificationCenter(const Services& services, std::shared_ptr<dbus::Bus> sessionBus,
-                               Setup setup);
+                               Options options);
 
   void getPendingNotificationRequests(
       std::function<void(std::vector<UserNotificationRequest>)> completion) override;
@@ -47,7 +47,7 @@ class StoredUserNotificationCenter : public UserNotificationCenter {
   std::optional<RegisteredApplication> registration() const;
   void review();
 
-  const Setup setup_;
+  const Options options_;
   const std::shared_ptr<Log> log_;
   const std::shared_ptr<NotificationStoreQueue> store_;
   std::shared_ptr<NotificationTrigger> trigger_;

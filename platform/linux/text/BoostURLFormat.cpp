@@ -6,8 +6,6 @@
 #include <boost/url/rfc/unreserved_chars.hpp>
 #include <charconv>
 
-#include "platform/linux/text/TextServices.h"
-
 namespace ovinta::platform::linuxos {
 
 namespace {
@@ -71,7 +69,5 @@ URL BoostURLFormat::appendingPathComponent(const URL& url, std::string_view comp
   text.insert(endOfPath(text), addition);
   return URL{std::move(text)};
 }
-
-std::shared_ptr<URLFormat> makeURLFormat() { return std::make_shared<BoostURLFormat>(); }
 
 }  // namespace ovinta::platform::linuxos

@@ -7,8 +7,6 @@
 #include <array>
 #include <cmath>
 
-#include "platform/linux/text/TextServices.h"
-
 namespace ovinta::platform::linuxos {
 
 namespace {
@@ -161,21 +159,6 @@ std::optional<Date> ICUDateFormatter::icuDate(std::string_view text) const {
   if (position.getErrorIndex() >= 0 || position.getIndex() != unicodeText.length()) return {};
   if (position.getIndex() == 0 || !(std::abs(instant) < kLimit)) return std::nullopt;
   return Date(milliseconds(static_cast<std::int64_t>(instant)));
-}
-
-namespace {
-
-class ICUDateFormatterFactory : public DateFormatterFactory {
- public:
-  std::unique_ptr<DateFormatter> makeDateFormatter(const DateFormat& format) override {
-    return std::make_unique<ICUDateFormatter>(format);
-  }
-};
-
-}  // namespace
-
-std::shared_ptr<DateFormatterFactory> makeDateFormatterFactory() {
-  return std::make_shared<ICUDateFormatterFactory>();
 }
 
 }  // namespace ovinta::platform::linuxos

@@ -7,8 +7,6 @@
 
 #include <charconv>
 
-#include "platform/linux/text/TextServices.h"
-
 namespace ovinta::platform::linuxos {
 
 namespace {
@@ -72,7 +70,5 @@ std::optional<double> ICUText::decimal(std::string_view text) const {
   if (error != std::errc() || rest != end) return std::nullopt;
   return text.front() == '-' ? -number : number;
 }
-
-std::shared_ptr<Text> makeText() { return std::make_shared<ICUText>(); }
 
 }  // namespace ovinta::platform::linuxos

@@ -86,32 +86,17 @@ bool SimulatedLocationManager::isFarEnough(const Location& location) const {
 }
 
 void SimulatedLocationManager::receive(const Location& location) {
-  const auto life = lifetime_.watch();
-  if (delegate_ && isFarEnough(location)) {
-    lastReported_ = location;
-    delegate_->didUpdateLocations({location});
-  }
-  if (!life.expired()) reportCircleCrossings(location);
+  if (!delegate_ || !isFarEnough(location)) return;
+  lastReported_ = location;
+  delegate_->didUpdateLocations({location});
 }
 
-void SimulatedLocationManager::reportCircleCrossings(const Location& location) {
-  const auto life = lifetime_.watch();
-  for (const auto& [circle, event] : circles_.judge(location, *state_->geodesy)) {
-    // A delegate may destroy the manager, or stop what it monitors.
-    if (life.expired() || !delegate_) return;
-    const Region region(circle);
-    if (std::ranges::find(monitored_, region) == monitored_.end()) continue;
-    event == portable::RegionEvent::entered ? delegate_->didEnterRegion(region)
-                                            : delegate_->didExitRegion(region);
-  }
-}
-
-void SimulatedLocationManager::startRangingBeacons(const BeaconRegion& region) {
+void SimulatedLocationManager::startRangingBeacons(const IdentifiedBeaconRegion& region) {
   if (std::ranges::find(ranged_, region) == ranged_.end()) ranged_.push_back(region);
   startSeconds();
 }
 
-void SimulatedLocationManager::stopRangingBeacons(const BeaconRegion& region) {
+void SimulatedLocationManager::stopRangingBeacons(const IdentifiedBeaconRegion& region) {
   std::erase(ranged_, region);
 }
 
@@ -122,12 +107,9 @@ void SimulatedLocationManager::startSeconds() {
 
 void SimulatedLocationManager::passSecond() {
   isSecondScheduled_ = false;
-  if (ranged_.empty() && monitor_.isEmpty()) return;
+  if (ranged_.empty()) return;
   startSeconds();
-  if (!delegate_ || !state_->isOpen()) return;
-  const auto life = lifetime_.watch();
-  reportRanging();
-  if (!life.expired()) reportBeaconCrossings();
+  if (delegate_ && state_->isOpen()) reportRanging();
 }
 
 void SimulatedLocationManager::reportRanging() {
@@ -145,45 +127,8 @@ void SimulatedLocationManager::reportRanging() {
   }
 }
 
-void SimulatedLocationManager::reportBeaconCrossings() {
-  std::vector<BeaconRegion> entered;
-  for (const RangedBeacon& beacon : state_->beacons) {
-    std::ranges::copy(monitor_.hear(beacon), std::back_inserter(entered));
-  }
-  const auto left = monitor_.passSecond();
-  const auto life = lifetime_.watch();
-  const auto tell = [&](const std::vector<BeaconRegion>& regions, auto method) {
-    for (const BeaconRegion& region : regions) {
-      // The delegate may have stopped this region since.
-      if (life.expired() || !delegate_ || !monitor_.contains(region)) continue;
-      (delegate_->*method)(region);
-    }
-  };
-  tell(entered, &LocationManagerDelegate::didEnterRegion);
-  tell(left, &LocationManagerDelegate::didExitRegion);
-}
-
 std::vector<Region> SimulatedLocationManager::rangedRegions() const {
   return {ranged_.begin(), ranged_.end()};
-}
-
-void SimulatedLocationManager::startMonitoring(const Region& region) {
-  if (std::ranges::find(monitored_, region) != monitored_.end()) return;
-  stopMonitoring(region);
-  monitored_.push_back(region);
-  if (const auto* beacons = std::get_if<BeaconRegion>(&region)) {
-    monitor_.start(*beacons);
-    startSeconds();
-  } else {
-    circles_.start(std::get<CircularRegion>(region));
-  }
-}
-
-void SimulatedLocationManager::stopMonitoring(const Region& region) {
-  std::erase_if(monitored_,
-                [&](const Region& other) { return identifier(other) == identifier(region); });
-  monitor_.stop(identifier(region));
-  circles_.stop(identifier(region));
 }
 
 }  // namespace ovinta::platform::simulation

@@ -5,9 +5,8 @@
 #include <optional>
 #include <vector>
 
-#include "platform/portable/BeaconRegionMonitor.h"
-#include "platform/portable/CircularRegionMonitor.h"
 #include "platform/portable/Lifetime.h"
+#include "platform/portable/MonitoredRegions.h"
 #include "platform/simulation/location/SimulatedLocationState.h"
 
 namespace ovinta::platform::simulation {
@@ -40,30 +39,28 @@ class SimulatedLocationManager : public LocationManager {
   void stopUpdatingLocation() override;
   void startMonitoringSignificantLocationChanges() override;
   void stopMonitoringSignificantLocationChanges() override;
-  void startRangingBeacons(const BeaconRegion& region) override;
-  void stopRangingBeacons(const BeaconRegion& region) override;
+  void startRangingBeacons(const IdentifiedBeaconRegion& region) override;
+  void stopRangingBeacons(const IdentifiedBeaconRegion& region) override;
   std::vector<Region> rangedRegions() const override;
-  void startMonitoring(const Region& region) override;
-  void stopMonitoring(const Region& region) override;
-  std::vector<Region> monitoredRegions() const override { return monitored_; }
+  void startMonitoring(const Region& region) override { monitored_.start(region); }
+  void stopMonitoring(const Region& region) override { monitored_.stop(region); }
+  std::vector<Region> monitoredRegions() const override { return monitored_.all(); }
 
   const Settings& settings() const { return settings_; }
 
   /// Has the main queue tell the delegate of the status, unless the manager is gone by then.
   void announceStatus(AuthorizationStatus status);
-  /// Hands the location to the delegate if it is to be reported, and tells it of circles.
+  /// Hands the location to the delegate if it is to be reported.
   void receive(const Location& location);
 
  private:
   template <class T>
   void change(T Settings::*field, T value);
   bool isFarEnough(const Location& location) const;
-  /// Has the regions of beacons looked after every second while there are any.
+  /// Has the ranged regions reported every second while there are any.
   void startSeconds();
   void passSecond();
   void reportRanging();
-  void reportBeaconCrossings();
-  void reportCircleCrossings(const Location& location);
   /// Has the main queue run `step`, unless the manager is gone by then.
   void later(TimeInterval delay, std::function<void()> step);
 
@@ -73,10 +70,8 @@ class SimulatedLocationManager : public LocationManager {
   std::optional<AuthorizationStatus> told_;
   Settings settings_;
   std::optional<Location> lastReported_;
-  std::vector<BeaconRegion> ranged_;
-  std::vector<Region> monitored_;
-  portable::BeaconRegionMonitor monitor_;
-  portable::CircularRegionMonitor circles_;
+  std::vector<IdentifiedBeaconRegion> ranged_;
+  portable::MonitoredRegions monitored_;
   bool isSecondScheduled_ = false;
   const portable::Lifetime lifetime_;
 };

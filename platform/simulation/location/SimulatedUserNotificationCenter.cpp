@@ -57,7 +57,7 @@ std::vector<UserNotificationRequest> SimulatedUserNotificationCenter::takeFiring
     const auto& region = entry.request.trigger.region;
     const auto now = sideOf(region);
     if (now == portable::RegionSide::unknown) return false;
-    if (!portable::eventBetween(std::exchange(entry.side, now), now, region)) return false;
+    if (!portable::fires(region, std::exchange(entry.side, now), now)) return false;
     firing.push_back(entry.request);
     return !entry.request.trigger.repeats;
   });

@@ -55,7 +55,7 @@ struct TripBeacon {
 struct TripPermissionChange {
   /// Since the trip began, and the permission from then on.
   TimeInterval offset{};
-  AuthorizationStatus status = 0;
+  AuthorizationStatus status = kAuthorizationNotDetermined;
 };
 
 /// A change of the battery. A plain value.

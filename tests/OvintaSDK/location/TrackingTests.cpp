@@ -22,8 +22,8 @@ class Tracking : public LocationFixture {
 
   static platform::Region platformRegion(std::optional<std::uint16_t> major,
                                          std::optional<std::uint16_t> minor) {
-    return platform::BeaconRegion{platform::UUID::parse(kUUID).value(), major, minor,
-                                  "siteBeaconRegion"};
+    return platform::IdentifiedBeaconRegion{platform::UUID::parse(kUUID).value(), major, minor,
+                                            "siteBeaconRegion"};
   }
 };
 

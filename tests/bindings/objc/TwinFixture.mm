@@ -33,13 +33,13 @@ TwinTest::~TwinTest() { [pool_ drain]; }
 Outcome TwinTest::await(const std::function<void(Report)>& start) {
   const auto mailbox = std::make_shared<Mailbox>();
   start(^(id result, NSError* error) {
-    const std::scoped_lock lock(mailbox->mutex);
+    const std::lock_guard lock(mailbox->mutex);
     if (mailbox->full) return;
     mailbox->outcome = {.result = [result retain], .error = [error retain]};
     mailbox->full = true;
   });
   EXPECT_TRUE(world.waitUntil([&] {
-    const std::scoped_lock lock(mailbox->mutex);
+    const std::lock_guard lock(mailbox->mutex);
     return mailbox->full;
   }));
   [mailbox->outcome.result autorelease];

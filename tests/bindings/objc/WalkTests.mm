@@ -67,7 +67,7 @@ void WalkTest::fillInstances() {
       {"Geofence", twins::toObjC(ovinta::Geofence{})},
       {"Pagination", twins::toObjC(ovinta::Pagination{})},
       {"ErrorBody", twins::toObjC(ovinta::ErrorBody{})},
-      {"OvintaBeaconRegion", twins::toObjC(ovinta::platform::BeaconRegion{})},
+      {"OvintaBeaconRegion", twins::toObjC(ovinta::platform::IdentifiedBeaconRegion{})},
       {"OrdersManager", Ovinta.orders},
       {"CustomerManager", Ovinta.customer},
       {"SitesManager", Ovinta.sites},

@@ -14,8 +14,8 @@ class GeoClueDaemonTest : public PositionTest {
   /// Without a GeoClue that can be started the test has no rig, and is skipped.
   void start(const Rig::Options& options = {}) {
     auto rig = Rig::start(options);
-    if (const auto* reason = std::get_if<std::string>(&rig)) GTEST_SKIP() << *reason;
-    rig_ = std::get<std::unique_ptr<Rig>>(std::move(rig));
+    if (!rig) GTEST_SKIP() << rig.error();
+    rig_ = *std::move(rig);
     bus_ = std::make_shared<dbus::Bus>(rig_->busAddress(), time_.mainQueue(), log_);
   }
 

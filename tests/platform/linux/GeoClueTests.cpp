@@ -31,12 +31,12 @@ class GeoClueTest : public test::BusTest {
 
   GeoClueDouble geoclue_{daemon_};
   std::shared_ptr<BeaconScanner> scanner_ =
-      std::make_shared<BeaconScanner>(bus_, time_.mainQueue(), log_, BeaconScanner::Settings{});
+      std::make_shared<BeaconScanner>(bus_, time_.mainQueue(), log_, BeaconScanner::Options{});
   test::RecordingDelegate delegate_;
   std::shared_ptr<PositionHub> hub_ =
       test::makeGeoClueHub(bus_, time_.mainQueue(), folder_.path() / "geoclue.conf");
-  std::unique_ptr<SystemLocationServices> services_ = std::make_unique<SystemLocationServices>(
-      hub_, scanner_, std::make_shared<simulation::Sphere>());
+  std::unique_ptr<SystemLocationServices> services_ =
+      std::make_unique<SystemLocationServices>(hub_, scanner_);
   std::unique_ptr<LocationManager> manager_ = services_->makeLocationManager();
 };
 

@@ -31,15 +31,14 @@ class IdleTest : public test::SDKFixture {
     restartWith([this](Services& changed) {
       changed.location = std::make_shared<SystemLocationServices>(
           hub_,
-          std::make_shared<BeaconScanner>(bus_, time.mainQueue(), log, BeaconScanner::Settings{}),
-          std::make_shared<simulation::Sphere>());
+          std::make_shared<BeaconScanner>(bus_, time.mainQueue(), log, BeaconScanner::Options{}));
       changed.device =
           std::make_shared<SystemDevice>(bus_, time.clock(), directory.path() / "none");
       changed.userNotifications = std::make_shared<StoredUserNotificationCenter>(
           changed, bus_,
-          StoredUserNotificationCenter::Setup{"org.example.app",
-                                              directory.path() / "Notifications.sqlite",
-                                              AgentRegistry(directory.path() / "agent")});
+          StoredUserNotificationCenter::Options{"org.example.app",
+                                                directory.path() / "Notifications.sqlite",
+                                                AgentRegistry(directory.path() / "agent")});
     });
     signIn();
     Ovinta::configure({});

@@ -44,8 +44,7 @@ class PermissionLaunchTest : public test::SDKFixture {
       changed.notificationCenter = portable::makeNotificationCenter();
       changed.location = std::make_shared<SystemLocationServices>(
           hub_,
-          std::make_shared<BeaconScanner>(bus_, time.mainQueue(), log, BeaconScanner::Settings{}),
-          std::make_shared<simulation::Sphere>());
+          std::make_shared<BeaconScanner>(bus_, time.mainQueue(), log, BeaconScanner::Options{}));
     });
     signIn();
     Ovinta::configure({});

@@ -21,8 +21,8 @@ class PortalDaemonTest : public PositionTest {
   void SetUp() override {
     if (access(kDaemon, X_OK) != 0) GTEST_SKIP() << "takes the package xdg-desktop-portal";
     auto rig = replay::Rig::start();
-    if (const auto* reason = std::get_if<std::string>(&rig)) GTEST_SKIP() << *reason;
-    rig_ = std::get<std::unique_ptr<replay::Rig>>(std::move(rig));
+    if (!rig) GTEST_SKIP() << rig.error();
+    rig_ = *std::move(rig);
     desktop_.addObject("/org/freedesktop/portal/desktop", "org.freedesktop.impl.portal.Access");
     test::writeFile(folder_.path() / "tests.portal",
                     "[portal]\nUseIn=tests\nDBusName=" + std::string(kDesktop) +

@@ -48,10 +48,10 @@ class UserNotificationTest : public test::BusTest {
                                      std::shared_ptr<dbus::Bus> bus = nullptr) {
     return std::make_unique<Center>(
         services_, bus ? std::move(bus) : makeBus(),
-        Center::Setup{"org.example.app", file_, agents, usesAgent, source,
-                      [this](const Dictionary& userInfo) {
-                        clicked_.push_back(*find<std::string>(userInfo, "site"));
-                      }});
+        Center::Options{"org.example.app", file_, agents, usesAgent, source,
+                        [this](const Dictionary& userInfo) {
+                          clicked_.push_back(*find<std::string>(userInfo, "site"));
+                        }});
   }
 
   /// After all that was asked of the centre so far.

@@ -149,7 +149,8 @@ class Journey : public LocationManagerDelegate {
     locations.insert(locations.end(), fixes.begin(), fixes.end());
   }
   void didChangeAuthorizationStatus(AuthorizationStatus) override {}
-  void didRangeBeacons(const std::vector<RangedBeacon>& beacons, const BeaconRegion&) override {
+  void didRangeBeacons(const std::vector<RangedBeacon>& beacons,
+                       const IdentifiedBeaconRegion&) override {
     for (const auto& beacon : beacons) strengths.push_back(beacon.rssi);
   }
 

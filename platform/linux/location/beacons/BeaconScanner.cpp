@@ -58,7 +58,7 @@ class BeaconScanner::Scan {
 
   void askAgain() {
     if (!presence_) return;
-    scanner_.mainQueue_->asyncAfter(scanner_.settings_.retryInterval,
+    scanner_.mainQueue_->asyncAfter(scanner_.options_.retryInterval,
                                     presence_->guard([this] { askObjects(); }));
   }
 
@@ -76,10 +76,10 @@ class BeaconScanner::Scan {
     if (!interfaces.contains(kBlueZAdapter) || adapters_.contains(path)) return;
     adapters_.emplace(path, std::make_unique<BlueZDiscovery>(
                                 scanner_.bus_, scanner_.mainQueue_,
-                                BlueZDiscovery::Settings{path, scanner_.settings_.retryInterval,
-                                                         [this](const auto& failure) {
-                                                           scanner_.noteRefusal(failure);
-                                                         }}));
+                                BlueZDiscovery::Options{path, scanner_.options_.retryInterval,
+                                                        [this](const auto& failure) {
+                                                          scanner_.noteRefusal(failure);
+                                                        }}));
   }
 
   void remove(const Glib::VariantContainerBase& arguments) {
@@ -110,11 +110,11 @@ class BeaconScanner::Scan {
 
 BeaconScanner::BeaconScanner(std::shared_ptr<dbus::Bus> systemBus,
                              std::shared_ptr<MainQueue> mainQueue, std::shared_ptr<Log> log,
-                             const Settings& settings)
+                             const Options& options)
     : bus_(std::move(systemBus)),
       mainQueue_(std::move(mainQueue)),
       log_(std::move(log)),
-      settings_(settings) {}
+      options_(options) {}
 
 BeaconScanner::~BeaconScanner() = default;
 

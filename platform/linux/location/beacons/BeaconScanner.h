@@ -24,7 +24,7 @@ class BeaconListener {
 /// user may have ended it. Main thread only, which also calls the listeners.
 class BeaconScanner {
  public:
-  struct Settings {
+  struct Options {
     /// How fast the strength of a beacon falls with the distance; see `pathLossDistance`.
     double pathLossExponent = portable::kFreeSpaceExponent;
     /// The time from a refusal by BlueZ, or by the bus, to the next attempt.
@@ -32,7 +32,7 @@ class BeaconScanner {
   };
 
   BeaconScanner(std::shared_ptr<dbus::Bus> systemBus, std::shared_ptr<MainQueue> mainQueue,
-                std::shared_ptr<Log> log, const Settings& settings);
+                std::shared_ptr<Log> log, const Options& options);
   BeaconScanner(const BeaconScanner&) = delete;
   BeaconScanner& operator=(const BeaconScanner&) = delete;
   ~BeaconScanner();
@@ -41,7 +41,7 @@ class BeaconScanner {
   void add(BeaconListener& listener);
   void remove(BeaconListener& listener);
 
-  double pathLossExponent() const { return settings_.pathLossExponent; }
+  double pathLossExponent() const { return options_.pathLossExponent; }
   const std::shared_ptr<MainQueue>& mainQueue() const { return mainQueue_; }
 
  private:
@@ -53,7 +53,7 @@ class BeaconScanner {
   const std::shared_ptr<dbus::Bus> bus_;
   const std::shared_ptr<MainQueue> mainQueue_;
   const std::shared_ptr<Log> log_;
-  const Settings settings_;
+  const Options options_;
   bool hasLoggedRefusal_ = false;
   std::vector<BeaconListener*> listeners_;
   /// The scan under way; null while nobody listens.

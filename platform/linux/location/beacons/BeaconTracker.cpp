@@ -12,9 +12,9 @@ constexpr TimeInterval kSecond = std::chrono::seconds(1);
 
 }  // namespace
 
-BeaconTracker::BeaconTracker(std::shared_ptr<BeaconScanner> scanner, BeaconHandlers handlers)
+BeaconTracker::BeaconTracker(std::shared_ptr<BeaconScanner> scanner, RangingHandler onRanged)
     : scanner_(std::move(scanner)),
-      handlers_(std::make_shared<const BeaconHandlers>(std::move(handlers))) {}
+      onRanged_(std::make_shared<const RangingHandler>(std::move(onRanged))) {}
 
 BeaconTracker::~BeaconTracker() {
   if (isListening_) scanner_->remove(*this);
@@ -24,23 +24,13 @@ void BeaconTracker::setEnabled(bool enabled) {
   if (std::exchange(isEnabled_, enabled) != enabled) updateSoon();
 }
 
-void BeaconTracker::startRanging(const BeaconRegion& region) {
+void BeaconTracker::startRanging(const IdentifiedBeaconRegion& region) {
   if (std::ranges::find(ranged_, region) == ranged_.end()) ranged_.push_back(region);
   updateSoon();
 }
 
-void BeaconTracker::stopRanging(const BeaconRegion& region) {
+void BeaconTracker::stopRanging(const IdentifiedBeaconRegion& region) {
   std::erase(ranged_, region);
-  updateSoon();
-}
-
-void BeaconTracker::startMonitoring(const BeaconRegion& region) {
-  monitor_.start(region);
-  updateSoon();
-}
-
-void BeaconTracker::stopMonitoring(const std::string& identifier) {
-  monitor_.stop(identifier);
   updateSoon();
 }
 
@@ -56,7 +46,7 @@ void BeaconTracker::updateSoon() {
 
 void BeaconTracker::update() {
   isUpdateScheduled_ = false;
-  const bool listens = isEnabled_ && !(ranged_.empty() && monitor_.isEmpty());
+  const bool listens = isEnabled_ && !ranged_.empty();
   if (std::exchange(isListening_, listens) != listens) {
     if (listens) {
       scanner_->add(*this);
@@ -69,7 +59,7 @@ void BeaconTracker::update() {
 }
 
 void BeaconTracker::scheduleTick() {
-  if (isTickScheduled_ || !isEnabled_ || (ranged_.empty() && !monitor_.isInsideAny())) return;
+  if (isTickScheduled_ || !isEnabled_ || ranged_.empty()) return;
   isTickScheduled_ = true;
   later(kSecond, &BeaconTracker::tick);
 }
@@ -77,49 +67,29 @@ void BeaconTracker::scheduleTick() {
 void BeaconTracker::tick() {
   isTickScheduled_ = false;
   if (!isEnabled_) return;
-  const auto left = monitor_.passSecond();
   scheduleTick();
-  const auto life = lifetime_.watch();
   reportRanging();
-  if (!life.expired()) reportCrossings(left, portable::RegionEvent::left);
 }
 
 void BeaconTracker::reportRanging() {
-  const auto handlers = handlers_;
+  const auto onRanged = onRanged_;
   const auto life = lifetime_.watch();
   const auto beacons = collector_.take(scanner_->pathLossExponent());
   // A copy is walked, because a handler may change what is ranged.
-  for (const BeaconRegion& region : std::vector(ranged_)) {
+  for (const IdentifiedBeaconRegion& region : std::vector(ranged_)) {
     if (std::ranges::find(ranged_, region) == ranged_.end()) continue;
     std::vector<RangedBeacon> heard;
     std::ranges::copy_if(beacons, std::back_inserter(heard), [&](const RangedBeacon& beacon) {
       return portable::covers(region, beacon);
     });
-    handlers->onRanged(heard, region);
-    if (life.expired()) return;
-  }
-}
-
-void BeaconTracker::reportCrossings(const std::vector<BeaconRegion>& regions,
-                                    portable::RegionEvent event) {
-  const auto handlers = handlers_;
-  const auto life = lifetime_.watch();
-  for (const BeaconRegion& region : regions) {
-    // A handler may have stopped this region since.
-    if (!monitor_.contains(region)) continue;
-    handlers->onCrossed(region, event);
+    (*onRanged)(heard, region);
     if (life.expired()) return;
   }
 }
 
 void BeaconTracker::hear(const BeaconSighting& sighting) {
-  if (!isEnabled_) return;
   // While nothing is ranged, nobody would take what the collector gathers.
-  if (!ranged_.empty()) collector_.add(sighting);
-  const IBeacon& beacon = sighting.beacon;
-  const auto entered = monitor_.hear({beacon.proximityUUID, beacon.major, beacon.minor});
-  scheduleTick();
-  reportCrossings(entered, portable::RegionEvent::entered);
+  if (isEnabled_ && !ranged_.empty()) collector_.add(sighting);
 }
 
 }  // namespace ovinta::platform::linuxos

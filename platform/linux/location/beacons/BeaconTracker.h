@@ -2,47 +2,35 @@
 
 #include <functional>
 #include <memory>
-#include <string>
 #include <vector>
 
 #include "platform/LocationManager.h"
 #include "platform/linux/location/beacons/BeaconCollector.h"
 #include "platform/linux/location/beacons/BeaconScanner.h"
-#include "platform/portable/BeaconRegionMonitor.h"
 #include "platform/portable/Lifetime.h"
-#include "platform/portable/RegionSide.h"
 
 namespace ovinta::platform::linuxos {
 
-/// What a tracker finds, on the main queue. A handler may change what is tracked, and may destroy
-/// the tracker.
-struct BeaconHandlers {
-  /// Once a second for each ranged region, with the beacons heard since, possibly none.
-  std::function<void(const std::vector<RangedBeacon>&, const BeaconRegion&)> onRanged;
-  /// Told of each monitored region that the device has entered or left.
-  std::function<void(const BeaconRegion&, portable::RegionEvent)> onCrossed;
-};
-
-/// Ranges and monitors beacon regions as `LocationManager` says. It listens while it is enabled and
-/// has a region, and counts the seconds while it ranges or is inside a monitored region. Main
-/// thread only.
+/// Ranges beacon regions as `LocationManager` says. It listens and counts the seconds while it is
+/// enabled and has a region. Main thread only.
 class BeaconTracker : private BeaconListener {
  public:
-  BeaconTracker(std::shared_ptr<BeaconScanner> scanner, BeaconHandlers handlers);
+  /// Told on the main queue once a second for each ranged region, with the beacons heard since,
+  /// possibly none. It may change what is ranged, and may destroy the tracker.
+  using RangingHandler =
+      std::function<void(const std::vector<RangedBeacon>&, const IdentifiedBeaconRegion&)>;
+
+  BeaconTracker(std::shared_ptr<BeaconScanner> scanner, RangingHandler onRanged);
   BeaconTracker(const BeaconTracker&) = delete;
   BeaconTracker& operator=(const BeaconTracker&) = delete;
   ~BeaconTracker() override;
 
-  /// Switches the tracker on or off; it is off at first. While it is off nothing is found, and a
-  /// region that was entered stays so.
+  /// Switches the tracker on or off; it is off at first.
   void setEnabled(bool enabled);
 
-  void startRanging(const BeaconRegion& region);
-  void stopRanging(const BeaconRegion& region);
-  const std::vector<BeaconRegion>& rangedRegions() const { return ranged_; }
-
-  void startMonitoring(const BeaconRegion& region);
-  void stopMonitoring(const std::string& identifier);
+  void startRanging(const IdentifiedBeaconRegion& region);
+  void stopRanging(const IdentifiedBeaconRegion& region);
+  const std::vector<IdentifiedBeaconRegion>& rangedRegions() const { return ranged_; }
 
  private:
   void hear(const BeaconSighting& sighting) override;
@@ -50,20 +38,19 @@ class BeaconTracker : private BeaconListener {
   void update();
   void scheduleTick();
   void tick();
-  void reportCrossings(const std::vector<BeaconRegion>& regions, portable::RegionEvent event);
   void reportRanging();
   /// Has the main queue run `step`, unless the tracker is gone by then.
   void later(TimeInterval delay, void (BeaconTracker::*step)());
 
   const std::shared_ptr<BeaconScanner> scanner_;
-  const std::shared_ptr<const BeaconHandlers> handlers_;
+  /// Shared, so that it outlives a tracker that it destroys.
+  const std::shared_ptr<const RangingHandler> onRanged_;
   bool isEnabled_ = false;
   bool isListening_ = false;
   bool isUpdateScheduled_ = false;
   bool isTickScheduled_ = false;
-  std::vector<BeaconRegion> ranged_;
+  std::vector<IdentifiedBeaconRegion> ranged_;
   BeaconCollector collector_;
-  portable::BeaconRegionMonitor monitor_;
   const portable::Lifetime lifetime_;
 };
 

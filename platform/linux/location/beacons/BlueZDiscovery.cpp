@@ -24,22 +24,22 @@ void tellToStop(std::shared_ptr<dbus::Bus> bus, const std::string& adapter) {
 }  // namespace
 
 BlueZDiscovery::BlueZDiscovery(std::shared_ptr<dbus::Bus> systemBus,
-                               std::shared_ptr<MainQueue> mainQueue, Settings settings)
+                               std::shared_ptr<MainQueue> mainQueue, Options options)
     : bus_(std::move(systemBus)),
       mainQueue_(std::move(mainQueue)),
-      settings_(std::move(settings)),
+      options_(std::move(options)),
       service_(bus_, kBlueZName) {
   service_.onPropertiesChanged(
-      settings_.adapter, kBlueZAdapter,
+      options_.adapter, kBlueZAdapter,
       [this](const std::string&, const dbus::Properties& changed) { note(changed); });
   ask();
 }
 
 void BlueZDiscovery::ask() {
   service_.getProperties(
-      settings_.adapter, kBlueZAdapter, [this](const dbus::Properties& all) { note(all); },
+      options_.adapter, kBlueZAdapter, [this](const dbus::Properties& all) { note(all); },
       [this](const dbus::Failure& failure) {
-        settings_.onRefusal(failure);
+        options_.onRefusal(failure);
         later(&BlueZDiscovery::ask);
       });
 }
@@ -48,7 +48,7 @@ void BlueZDiscovery::stop() {
   // The adapter is told to stop unless it is idle, because a start that seems to have failed may
   // have come about when the answer was late.
   if (std::exchange(step_, Step::idle) == Step::idle) return;
-  tellToStop(bus_, settings_.adapter);
+  tellToStop(bus_, options_.adapter);
 }
 
 void BlueZDiscovery::note(const dbus::Properties& changed) {
@@ -68,7 +68,7 @@ void BlueZDiscovery::note(const dbus::Properties& changed) {
 
 void BlueZDiscovery::start() {
   step_ = Step::starting;
-  service_.call(settings_.adapter, kBlueZAdapter, "SetDiscoveryFilter", dbus::arguments(filter()),
+  service_.call(options_.adapter, kBlueZAdapter, "SetDiscoveryFilter", dbus::arguments(filter()),
                 [this](const dbus::Reply& reply) {
                   if (reply.failure) return noteStarted(reply);
                   startFiltered();
@@ -77,11 +77,11 @@ void BlueZDiscovery::start() {
 
 void BlueZDiscovery::startFiltered() {
   bus_->call({.service = kBlueZName,
-              .object = settings_.adapter,
+              .object = options_.adapter,
               .interface = kBlueZAdapter,
               .method = "StartDiscovery"},
              [this, life = lifetime_.watch(), bus = std::weak_ptr(bus_),
-              adapter = settings_.adapter](const dbus::Reply& reply) {
+              adapter = options_.adapter](const dbus::Reply& reply) {
                if (!life.expired()) return noteStarted(reply);
                // BlueZ refuses to stop what it has not answered yet, so the start that came through
                // after the end is stopped here.
@@ -103,7 +103,7 @@ void BlueZDiscovery::noteStarted(const dbus::Reply& reply) {
     }
   }
   if (!error.empty() && error != kInProgress && error != kNotReady) {
-    settings_.onRefusal(*reply.failure);
+    options_.onRefusal(*reply.failure);
   }
 }
 
@@ -117,7 +117,7 @@ void BlueZDiscovery::retry() {
 }
 
 void BlueZDiscovery::later(void (BlueZDiscovery::*step)()) {
-  mainQueue_->asyncAfter(settings_.retryInterval,
+  mainQueue_->asyncAfter(options_.retryInterval,
                          lifetime_.guard([this, step] { (this->*step)(); }));
 }
 

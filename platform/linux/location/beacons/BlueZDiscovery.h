@@ -14,7 +14,7 @@ namespace ovinta::platform::linuxos {
 /// has ended that. Main thread only.
 class BlueZDiscovery {
  public:
-  struct Settings {
+  struct Options {
     std::string adapter;
     /// The time from a call that failed, or a discovery that somebody has ended, to the next
     /// attempt.
@@ -24,7 +24,7 @@ class BlueZDiscovery {
   };
 
   BlueZDiscovery(std::shared_ptr<dbus::Bus> systemBus, std::shared_ptr<MainQueue> mainQueue,
-                 Settings settings);
+                 Options options);
 
   /// Has the adapter rest; the destruction is to follow. An adapter that is gone is not asked.
   void stop();
@@ -44,7 +44,7 @@ class BlueZDiscovery {
 
   const std::shared_ptr<dbus::Bus> bus_;
   const std::shared_ptr<MainQueue> mainQueue_;
-  const Settings settings_;
+  const Options options_;
   Step step_ = Step::idle;
   /// Whether the adapter is powered and whether it discovers, as it last said.
   bool isPowered_ = false;

@@ -44,9 +44,9 @@ std::unique_ptr<PositionStream> GeoClueProvider::open(double distanceFilter,
   const bool isComponent = isSystemComponent(options_.configuration, options_.desktopID);
   return std::make_unique<GeoClueStream>(
       bus_, mainQueue_,
-      GeoClueStream::Settings{options_.desktopID, distanceFilter,
-                              isComponent ? PositionAccess::grantedAlways : PositionAccess::granted,
-                              options_.answerTimeout, options_.retryInterval},
+      GeoClueStream::Options{options_.desktopID, distanceFilter,
+                             isComponent ? PositionAccess::grantedAlways : PositionAccess::granted,
+                             options_.answerTimeout, options_.retryInterval},
       std::move(handlers));
 }
 

@@ -2,7 +2,6 @@
 
 #include <utility>
 
-#include "platform/linux/location/DistanceThreshold.h"
 #include "platform/linux/location/PositionProperties.h"
 
 namespace ovinta::platform::linuxos {
@@ -34,13 +33,13 @@ void deleteClient(dbus::Bus& bus, const std::string& client) {
 }  // namespace
 
 GeoClueStream::GeoClueStream(std::shared_ptr<dbus::Bus> systemBus,
-                             std::shared_ptr<MainQueue> mainQueue, Settings settings,
+                             std::shared_ptr<MainQueue> mainQueue, Options options,
                              PositionHandlers handlers)
     : bus_(std::move(systemBus)),
       mainQueue_(std::move(mainQueue)),
-      settings_(std::move(settings)),
+      options_(std::move(options)),
       handlers_(std::move(handlers)),
-      attempts_(bus_, mainQueue_, {kGeoClueName, settings_.retryInterval},
+      attempts_(bus_, mainQueue_, {kGeoClueName, options_.retryInterval},
                 {.begin = [this] { create(); },
                  .forget = [this] { forgetClient(); },
                  .fail = [this] { failed({}); }}) {
@@ -76,7 +75,7 @@ void GeoClueStream::create() {
                  failed(reply.failure.value_or(dbus::Failure{}));
                }
              });
-  mainQueue_->asyncAfter(settings_.answerTimeout, [this, attempt] {
+  mainQueue_->asyncAfter(options_.answerTimeout, [this, attempt] {
     if (!attempt.expired()) report(PositionAccess::undecided);
   });
 }
@@ -91,14 +90,14 @@ void GeoClueStream::use(std::string client) {
                                   if (const auto isActive = dbus::read<bool>(changed, "Active"))
                                     noteActive(*isActive);
                                 });
-  service_->setProperty(client_, kClient, "DesktopId", dbus::write(settings_.desktopID));
+  service_->setProperty(client_, kClient, "DesktopId", dbus::write(options_.desktopID));
   service_->setProperty(client_, kClient, "RequestedAccuracyLevel", dbus::write(kGeoClueExact));
   setThreshold();
   const auto started = [this](const dbus::Reply& reply) {
     if (reply.failure) return failed(*reply.failure);
     attempt_.reset();
     attempts_.succeeded();
-    report(settings_.granted);
+    report(options_.granted);
   };
   // There is no time limit, because it may be only now that the user is asked.
   service_->call(client_, kClient, "Start", {}, started, dbus::kNoTimeout);
@@ -119,7 +118,7 @@ void GeoClueStream::failed(const dbus::Failure& failure) {
 void GeoClueStream::noteActive(bool isActive) {
   // This is the user's switch. At the start nothing is told of it, because the answer to the start
   // tells the same.
-  if (attempts_.hasSucceeded()) report(isActive ? settings_.granted : PositionAccess::off);
+  if (attempts_.hasSucceeded()) report(isActive ? options_.granted : PositionAccess::off);
 }
 
 void GeoClueStream::update(const dbus::Signal& signal) {
@@ -134,12 +133,12 @@ void GeoClueStream::update(const dbus::Signal& signal) {
 }
 
 void GeoClueStream::setDistanceFilter(double metres) {
-  if (std::exchange(settings_.distanceFilter, metres) != metres && service_) setThreshold();
+  if (std::exchange(options_.distanceFilter, metres) != metres && service_) setThreshold();
 }
 
 void GeoClueStream::setThreshold() {
   service_->setProperty(client_, kClient, "DistanceThreshold",
-                        dbus::write(distanceThreshold(settings_.distanceFilter)));
+                        dbus::write(distanceThreshold(options_.distanceFilter)));
 }
 
 void GeoClueStream::report(PositionAccess access) {

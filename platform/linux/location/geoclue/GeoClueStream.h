@@ -24,7 +24,7 @@ inline constexpr std::uint32_t kGeoClueExact = 8;
 /// One client of GeoClue, made anew whenever GeoClue has lost it.
 class GeoClueStream : public PositionStream {
  public:
-  struct Settings {
+  struct Options {
     std::string desktopID;
     double distanceFilter = 0;
     /// What the application may do when GeoClue lets it in.
@@ -36,7 +36,7 @@ class GeoClueStream : public PositionStream {
   };
 
   GeoClueStream(std::shared_ptr<dbus::Bus> systemBus, std::shared_ptr<MainQueue> mainQueue,
-                Settings settings, PositionHandlers handlers);
+                Options options, PositionHandlers handlers);
   GeoClueStream(const GeoClueStream&) = delete;
   GeoClueStream& operator=(const GeoClueStream&) = delete;
   ~GeoClueStream() override;
@@ -55,7 +55,7 @@ class GeoClueStream : public PositionStream {
 
   const std::shared_ptr<dbus::Bus> bus_;
   const std::shared_ptr<MainQueue> mainQueue_;
-  Settings settings_;
+  Options options_;
   const PositionHandlers handlers_;
   /// The path of the client; empty while there is none.
   std::string client_;

@@ -5,7 +5,6 @@
 #include <string>
 #include <utility>
 
-#include "platform/linux/location/DistanceThreshold.h"
 #include "platform/linux/location/PositionProperties.h"
 #include "platform/linux/location/ServiceAttempts.h"
 #include "platform/portable/Lifetime.h"

@@ -1,10 +1,10 @@
 // Settings and objects in SQLite files; dates, texts, URLs and distances.
 #include <optional>
 
+#include "platform/linux/Linux.h"
 #include "platform/linux/storage/SQLitePersistentContainer.h"
 #include "platform/linux/storage/SQLiteSettingsStore.h"
 #include "platform/linux/text/ICUDateFormatter.h"
-#include "platform/linux/text/TextServices.h"
 #include "platform/simulation/RecordingLog.h"
 #include "tests/platform/contract/DateFormatterContract.h"
 #include "tests/platform/contract/ObjectStoreContract.h"
@@ -41,7 +41,7 @@ INSTANTIATE_TYPED_TEST_SUITE_P(SQLite, ObjectStoreContract, ObjectStoreRig);
 
 struct DateRig : testing::Test {
   static auto make(const DateFormat& format) {
-    return linuxos::makeDateFormatterFactory()->makeDateFormatter(format);
+    return linuxos::makeValueServices().dateFormatters->makeDateFormatter(format);
   }
   void setDeviceZone(const char* id) {
     zone_.reset();
@@ -59,9 +59,10 @@ struct PlainICURig : DateRig {
 INSTANTIATE_TYPED_TEST_SUITE_P(PlainICU, DateFormatterContract, PlainICURig);
 
 struct TextRig : testing::Test {
-  std::shared_ptr<Text> text_ = linuxos::makeText();
-  std::shared_ptr<URLFormat> urls_ = linuxos::makeURLFormat();
-  std::shared_ptr<Geodesy> geodesy_ = linuxos::makeGeodesy();
+  const Services services_ = linuxos::makeValueServices();
+  std::shared_ptr<Text> text_ = services_.text;
+  std::shared_ptr<URLFormat> urls_ = services_.urls;
+  std::shared_ptr<Geodesy> geodesy_ = services_.geodesy;
 };
 INSTANTIATE_TYPED_TEST_SUITE_P(System, TextContract, TextRig);
 INSTANTIATE_TYPED_TEST_SUITE_P(System, URLFormatContract, TextRig);

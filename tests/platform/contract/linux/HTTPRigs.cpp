@@ -1,9 +1,8 @@
 // libcurl, with a service on this machine.
-#include <cstdlib>
-
 #include "platform/linux/http/CurlURLSession.h"
 #include "tests/platform/contract/URLSessionContract.h"
 #include "tests/support/LocalServer.h"
+#include "tests/support/ScopedVariable.h"
 
 namespace ovinta::platform::contract {
 namespace {
@@ -33,7 +32,7 @@ struct ServedRig : testing::Test {
 };
 
 struct CurlRig : ServedRig {
-  CurlRig() { setenv("no_proxy", "*", 1); }
+  const test::ScopedVariable withoutProxy_{"no_proxy", "*"};
   std::shared_ptr<URLSession> session_ = std::make_shared<linuxos::CurlURLSession>();
 };
 INSTANTIATE_TYPED_TEST_SUITE_P(Curl, URLSessionContract, CurlRig);

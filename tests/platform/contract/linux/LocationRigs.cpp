@@ -50,10 +50,8 @@ struct LocationRig : test::BusTest {
   test::BlueZDouble bluez_{daemon_};
   std::shared_ptr<linuxos::PositionHub> hub_ = test::makeGeoClueHub(bus_, time_.mainQueue());
   std::shared_ptr<LocationServices> services_ = std::make_shared<linuxos::SystemLocationServices>(
-      hub_,
-      std::make_shared<linuxos::BeaconScanner>(bus_, time_.mainQueue(), log_,
-                                               linuxos::BeaconScanner::Settings{}),
-      std::make_shared<simulation::Sphere>());
+      hub_, std::make_shared<linuxos::BeaconScanner>(bus_, time_.mainQueue(), log_,
+                                                     linuxos::BeaconScanner::Options{}));
 };
 INSTANTIATE_TYPED_TEST_SUITE_P(System, LocationManagerContract, LocationRig);
 
