@@ -13,8 +13,6 @@
 namespace ovinta::cli {
 namespace {
 
-using platform::simulation::Trip;
-
 ExitCode runDemo(const DemoOptions& options) {
   Interruption interruption;
   auto trip = loadTrip(options.trip);
