@@ -26,13 +26,16 @@ TEST_F(OperationQueueTest, TheExitWaitsForWhatRunsButNotForItsCaller) {
   EXPECT_EXIT(
       {
         static std::atomic<bool> hasEnded{false};
-        // Added earlier, called later.
+        static std::binary_semaphore exits{0};
+        // Handlers are called in the reverse order: the queues' comes between the two.
         std::atexit([] { std::_Exit(hasEnded ? 0 : 3); });
         const auto queue = factory_->makeQueue();
+        std::atexit([] { exits.release(); });
         std::latch running(1);
         queue->addOperation(operation([&] {
           running.count_down();
-          for (int i = 0; i < 100; ++i) std::this_thread::yield();
+          exits.acquire();
+          for (int i = 0; i < 5; ++i) std::this_thread::yield();
           hasEnded = true;
         }));
         running.wait();
