@@ -172,9 +172,12 @@ TYPED_TEST_P(URLSessionContract, AFailureHasAnErrorAndTheHeadThatCameButNoData) 
     if (request.url.text == this->url("/secret")) return Answer{{}, {}, failure};
     return Answer{{}, HTTPResponse{201, {{"X-A", "b"}}}, failure};
   });
-  for (const std::string path : {"/secret", "/head"}) {
+  for (const std::string path : {"/secret", "/head", "/secret"}) {
     this->get(path);
-    const auto [data, response, error] = this->await(1).at(0).answer;
+    const auto endings = this->await(1);
+    ASSERT_EQ(endings.size(), 1U) << path;
+    EXPECT_EQ(endings[0].url, this->url(path)) << "the one before has ended once";
+    const auto& [data, response, error] = endings[0].answer;
     EXPECT_THAT(error.value().localizedDescription,
                 testing::AllOf(testing::Not(""), testing::Not(testing::HasSubstr("secret"))));
     EXPECT_FALSE(data);
