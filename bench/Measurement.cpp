@@ -1,0 +1,81 @@
+#include "bench/Measurement.h"
+
+#include <algorithm>
+#include <map>
+
+namespace ovinta::bench {
+
+namespace {
+
+/// Keeps the times of each benchmark instead of printing them.
+class TimeKeeper : public benchmark::BenchmarkReporter {
+ public:
+  bool ReportContext(const Context& /*context*/) override { return true; }
+
+  void ReportRuns(const std::vector<Run>& runs) override {
+    for (const Run& run : runs) {
+      if (run.run_type != Run::RT_Iteration) continue;
+      if (run.error_occurred) {
+        GetErrorStream() << run.benchmark_name() << ": " << run.error_message << "\n";
+        failed_ = true;
+        continue;
+      }
+      const auto items = run.counters.find("items_per_second");
+      times_[run.run_name.function_name].push_back(
+          items == run.counters.end()
+              ? run.real_accumulated_time / static_cast<double>(run.iterations) * 1e9
+              : 1e9 / items->second);
+    }
+  }
+
+  std::optional<double> median(const std::string& name) {
+    auto& times = times_[name];
+    if (failed_ || times.empty()) return {};
+    const auto middle = times.begin() + static_cast<std::ptrdiff_t>(times.size() / 2);
+    std::nth_element(times.begin(), middle, times.end());
+    return *middle;
+  }
+
+ private:
+  bool failed_ = false;
+  std::map<std::string, std::vector<double>> times_;
+};
+
+/// An expression that this text alone matches.
+std::string literally(const std::string& text) {
+  std::string expression;
+  for (const char character : text) {
+    if (std::string_view("\\^$.|?*+()[]{}").find(character) != std::string_view::npos) {
+      expression += '\\';
+    }
+    expression += character;
+  }
+  return expression;
+}
+
+}  // namespace
+
+std::optional<Measurement> measure(const Row& row, const Effort& effort) {
+  if (row.unit) {
+    std::optional<double> floor;
+    if (row.hasFloor) floor = row.floorFigure();
+    return Measurement{floor, row.figure()};
+  }
+  // The library takes how long to measure as options of the command line only.
+  std::string options[]{"", "--benchmark_enable_random_interleaving=true",
+                        "--benchmark_repetitions=" + std::to_string(effort.repetitions),
+                        "--benchmark_min_time=" + std::to_string(effort.seconds)};
+  char* arguments[]{options[0].data(), options[1].data(), options[2].data(), options[3].data()};
+  int count = std::size(arguments);
+  benchmark::Initialize(&count, arguments);
+
+  TimeKeeper keeper;
+  benchmark::RunSpecifiedBenchmarks(&keeper, "^" + literally(row.path) + "/(floor|ours)/real_time");
+  const auto ours = keeper.median(row.path + "/ours");
+  if (!ours) return {};
+  const auto floor = keeper.median(row.path + "/floor");
+  if (row.hasFloor && !floor) return {};
+  return Measurement{floor, *ours};
+}
+
+}  // namespace ovinta::bench

@@ -1,0 +1,44 @@
+#include "bench/Row.h"
+
+namespace ovinta::bench {
+
+namespace {
+
+std::vector<Row>& registeredRows() {
+  static std::vector<Row> rows;
+  return rows;
+}
+
+void registerBenchmark(const std::string& name, Function function) {
+  benchmark::RegisterBenchmark(name.c_str(), function)->UseRealTime();
+}
+
+}  // namespace
+
+TimeRow::TimeRow(const char* path, Function floor, Function ours, double aim) {
+  const std::string name = path;
+  registerBenchmark(name + "/floor", floor);
+  registerBenchmark(name + "/ours", ours);
+  registeredRows().push_back({.path = name, .unit = {}, .hasFloor = true, .aim = aim});
+}
+
+TimeRow::TimeRow(const char* path, Function ours, std::chrono::nanoseconds limit) {
+  const std::string name = path;
+  registerBenchmark(name + "/ours", ours);
+  registeredRows().push_back(
+      {.path = name, .unit = {}, .hasFloor = false, .aim = static_cast<double>(limit.count())});
+}
+
+FigureRow::FigureRow(const char* path, const char* unit, double (*floor)(), double (*ours)(),
+                     double aim) {
+  registeredRows().push_back({.path = path,
+                              .unit = unit,
+                              .hasFloor = floor != nullptr,
+                              .floorFigure = floor,
+                              .figure = ours,
+                              .aim = aim});
+}
+
+const std::vector<Row>& rows() { return registeredRows(); }
+
+}  // namespace ovinta::bench
