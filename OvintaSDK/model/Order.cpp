@@ -1,8 +1,39 @@
 #include "OvintaSDK/model/Order.h"
 
+#include <atomic>
+
+#include "OvintaSDK/model/OpennessChanges.h"
 #include "OvintaSDK/model/SiteCoordinate.h"
 
 namespace ovinta {
+namespace {
+
+std::atomic<std::uint64_t> changes = 0;
+
+bool isOpen(const OrderProgress& progress) {
+  return isOpen(progress.state) && isOpen(progress.customerState);
+}
+
+/// Replaces a field, and counts it if that opens or closes the order. Both are one step for whoever
+/// looks at the order.
+template <class Field>
+void replace(Guarded<OrderProgress>& guarded, Field OrderProgress::*field, Field value) {
+  guarded.change([&](OrderProgress& progress) {
+    const bool wasOpen = isOpen(progress);
+    progress.*field = value;
+    if (isOpen(progress) != wasOpen) ++changes;
+  });
+}
+
+}  // namespace
+
+std::uint64_t opennessChanges() { return changes; }
+
+void Order::setState(OrderState state) { replace(progress_, &OrderProgress::state, state); }
+
+void Order::setCustomerState(CustomerState state) {
+  replace(progress_, &OrderProgress::customerState, state);
+}
 
 std::optional<platform::Location> Order::siteLocation() const {
   return locationFromTexts(siteLatitude, siteLongitude);

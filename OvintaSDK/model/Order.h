@@ -51,10 +51,8 @@ class OVINTA_EXPORT Order : public OrderDetails {
 
   /// Each setter only stores the value: nothing is sent, nothing is written to the order store, no
   /// notification is posted and `OrdersManager::open` stays as it is.
-  void setState(OrderState state) { progress_.set(&OrderProgress::state, state); }
-  void setCustomerState(CustomerState state) {
-    progress_.set(&OrderProgress::customerState, state);
-  }
+  void setState(OrderState state);
+  void setCustomerState(CustomerState state);
   void setPickupType(std::optional<std::string> type) {
     progress_.set(&OrderProgress::pickupType, std::move(type));
   }

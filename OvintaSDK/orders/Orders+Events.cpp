@@ -5,7 +5,6 @@
 #include "OvintaSDK/api/Refusal.h"
 #include "OvintaSDK/core/SDKNotifications.h"
 #include "OvintaSDK/customer/Customers.h"
-#include "OvintaSDK/orders/OrderLists.h"
 #include "OvintaSDK/orders/Orders.h"
 
 namespace ovinta {
@@ -110,7 +109,7 @@ void Orders::markGone(const OrderEvent& event) {
 // Tells that the order has changed. `closed` and the order store deliberately wait for the next
 // fetch.
 void Orders::announce(const OrderPtr& order) {
-  rebuildOpen();
+  open_.rebuild(all_, order.get());
   context_->post(SDKNotification::orderUpdated, order);
 }
 

@@ -12,14 +12,20 @@
 
 namespace ovinta {
 
+std::optional<OrderList> Orders::all() const {
+  const OrderTablePtr table = all_.get();
+  return table ? std::optional(table->list()) : std::nullopt;
+}
+
 void Orders::setAll(std::optional<OrderList> orders) {
-  orders = withoutNulls(std::move(orders));
-  const bool isSynced = orders.has_value();
+  OrderTablePtr table;
+  if (orders) table = std::make_shared<const OrderTable>(withoutNulls(*std::move(orders)));
+  const bool isSynced = table != nullptr;
   {
     // The old list, whose orders may end with it, outlives the lock.
     const std::lock_guard lock(settingAll_);
-    if (orders) unsynced_.push_back(*orders);
-    orders = all_.exchange(std::move(orders));
+    if (table) unsynced_.push_back(table);
+    table = all_.exchange(std::move(table));
   }
   if (!isSynced) return;
   // The store's operations run one at a time, in order, so that each takes the list that was set
@@ -31,9 +37,9 @@ void Orders::setAll(std::optional<OrderList> orders) {
       }));
 }
 
-OrderList Orders::takeUnsynced() {
+OrderTablePtr Orders::takeUnsynced() {
   const std::lock_guard lock(settingAll_);
-  OrderList orders = std::move(unsynced_.front());
+  OrderTablePtr orders = std::move(unsynced_.front());
   unsynced_.pop_front();
   return orders;
 }
@@ -91,19 +97,14 @@ void Orders::finishFetch(const std::optional<OrderList>& orders, const ErrorPtr&
 
 void Orders::adopt(const OrderList& orders) {
   setAll(orders);
-  rebuildOpen();
+  open_.rebuild(all_);
   setClosed(closedOrders(orders));
 }
 
-void Orders::rebuildOpen() {
-  // What may be the last to hold an order outlives the lock.
-  std::optional<OrderList> orders, old;
-  const std::lock_guard lock(rebuildingOpen_);
-  orders = all();
-  if (orders) old = open_.exchange(openOrders(*orders));
+OrderPtr Orders::find(std::int64_t id) const {
+  const OrderTablePtr table = all_.get();
+  return table ? table->find(id) : nullptr;
 }
-
-OrderPtr Orders::find(std::int64_t id) const { return findOrder(all(), id); }
 
 ErrorPtr Orders::recordRefusal(OrdersManagerErrorType type) {
   ErrorPtr error = std::make_shared<const OrdersManagerError>(type);

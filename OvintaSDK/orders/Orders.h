@@ -8,6 +8,8 @@
 
 #include "OvintaSDK/api/APIClient.h"
 #include "OvintaSDK/core/Guarded.h"
+#include "OvintaSDK/orders/OpenOrders.h"
+#include "OvintaSDK/orders/OrderTable.h"
 #include "OvintaSDK/orders/OrdersManager.h"
 
 namespace ovinta {
@@ -25,7 +27,7 @@ class Orders : public std::enable_shared_from_this<Orders> {
         customers_(std::move(customers)),
         followed_(std::move(followed)) {}
 
-  std::optional<OrderList> all() const { return all_.get(); }
+  std::optional<OrderList> all() const;
   void setAll(std::optional<OrderList> orders);
   std::optional<OrderList> open() const { return open_.get(); }
   void setOpen(std::optional<OrderList> orders);
@@ -64,8 +66,7 @@ class Orders : public std::enable_shared_from_this<Orders> {
   void finishFetch(const std::optional<OrderList>& orders, const ErrorPtr& error,
                    const OrdersCallback& callback);
   void adopt(const OrderList& orders);
-  void rebuildOpen();
-  OrderList takeUnsynced();
+  OrderTablePtr takeUnsynced();
   OrderPtr find(std::int64_t id) const;
   /// Makes the error of a refusal, keeps it in `lastFetch` and logs it.
   ErrorPtr recordRefusal(OrdersManagerErrorType type);
@@ -110,11 +111,10 @@ class Orders : public std::enable_shared_from_this<Orders> {
   std::mutex settingAll_;
   /// The lists that `all` was set to and that are not in the store yet, oldest first; there is one
   /// for each operation that the store's queue has.
-  std::deque<OrderList> unsynced_;
-  /// Held while `open` is rebuilt, so that whoever does so last does it from the latest `all`.
-  std::mutex rebuildingOpen_;
-  Guarded<std::optional<OrderList>> all_;
-  Guarded<std::optional<OrderList>> open_;
+  std::deque<OrderTablePtr> unsynced_;
+  /// Null where `all` is absent.
+  Guarded<OrderTablePtr> all_;
+  OpenOrders open_;
   Guarded<std::optional<OrderList>> closed_;
   Guarded<std::optional<LastFetch>> lastFetch_;
 };

@@ -18,13 +18,12 @@ std::optional<platform::StoreError> rebuildStore(platform::PersistentContainer& 
 }  // namespace
 
 void SyncOrdersOperation::main() {
-  OrderList orders = orders_();
-  const auto error = rebuildStore(context_->persistentContainer(), orders);
+  OrderTablePtr orders = orders_();
+  const auto error = rebuildStore(context_->persistentContainer(), orders->list());
   if (!callback_) return;
   if (error) {
-    callback_(std::nullopt,
-              std::make_shared<OvintaError>(error->localizedDescription,
-                                            ErrorSubject::ofType("SyncOrdersOperation")));
+    callback_(nullptr, std::make_shared<OvintaError>(error->localizedDescription,
+                                                     ErrorSubject::ofType("SyncOrdersOperation")));
   } else {
     callback_(std::move(orders), nullptr);
   }

@@ -2,6 +2,9 @@
 // are put on open orders: the device's on those that lack one, a new one on all.
 #include <gmock/gmock.h>
 
+#include <algorithm>
+#include <random>
+
 #include "platform/JSON.h"
 #include "tests/OvintaSDK/orders/OrdersFixture.h"
 #include "tests/support/AtOnce.h"
@@ -48,6 +51,48 @@ TEST_F(PushPayload, LeavesOpenAsTheLastOfSeveralThreadsFoundAll) {
   for (int id = 0; id < kOrders; id += 2) {
     atOnce([&] { complete(id); }, [&] { complete(id + 1); });
     ASSERT_EQ(orders.open()->size(), static_cast<std::size_t>(kOrders - id - 2));
+  }
+}
+
+TEST_F(PushPayload, LeavesOpenAsALookAtAllOrdersWouldFindIt) {
+  constexpr std::size_t kOrders = 8;
+  std::mt19937 random(1);
+  const auto any = [&random](std::size_t count) { return random() % count; };
+  OrderList known;
+  for (std::size_t id = 0; id < kOrders; ++id) known.push_back(decodeOrder(requiredOrder(id)));
+  known.push_back(decodeOrder(requiredOrder(3)));
+  known.push_back(known[5]);
+  std::optional<OrderList> expected = orders.open();
+  const auto changeDirectly = [&] {
+    const OrderPtr& order = known[any(known.size())];
+    order->setState(any(2) == 0 ? OrderState::created : OrderState::gone);
+    order->setCustomerState(any(3) > 0 ? CustomerState::nearby : CustomerState::completed);
+  };
+  const auto push = [&] {
+    Ovinta::handleRemoteNotification(
+        {{"order_id", std::to_string(any(kOrders))},
+         {any(4) > 0 ? "order_state" : "neither", any(2) == 0 ? "ready" : "completed"}});
+    expected = orders.all();
+    std::erase_if(*expected, [](const OrderPtr& order) { return !order->isOpen(); });
+  };
+  orders.setAll(known);
+  for (int step = 0; step < 3000; ++step) {
+    switch (any(12)) {
+      case 0:
+        orders.setOpen(expected = OrderList{known[any(kOrders)]});
+        break;
+      case 1:
+        std::ranges::shuffle(known, random);
+        orders.setAll(known);
+        break;
+      case 2:
+      case 3:
+        changeDirectly();
+        break;
+      default:
+        push();
+    }
+    ASSERT_EQ(orders.open(), expected) << "step " << step;
   }
 }
 

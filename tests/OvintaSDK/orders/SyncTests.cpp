@@ -27,9 +27,16 @@ using Summary =
 
 class Sync : public SDKFixture {
  protected:
-  static void sync(const OrderList& orders, SyncOrdersOperation::Callback callback) {
+  static void sync(const OrderList& orders, const OrdersCallback& callback) {
+    SyncOrdersOperation::Callback whole;
+    if (callback) {
+      whole = [&](const OrderTablePtr& table, const ErrorPtr& error) {
+        callback(table ? std::optional(table->list()) : std::nullopt, error);
+      };
+    }
     SyncOrdersOperation(
-        Library::process().context(), [&] { return orders; }, std::move(callback))
+        Library::process().context(), [&] { return std::make_shared<const OrderTable>(orders); },
+        whole)
         .main();
   }
 

@@ -1,0 +1,11 @@
+#pragma once
+
+#include <cstdint>
+
+namespace ovinta {
+
+/// How often a setter has opened or closed an order, of all orders of the process. Whoever has seen
+/// an order's new state finds the change counted. May be called from any thread.
+std::uint64_t opennessChanges();
+
+}  // namespace ovinta
