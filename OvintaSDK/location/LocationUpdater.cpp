@@ -1,6 +1,8 @@
 #include "OvintaSDK/location/LocationUpdater.h"
 
+#include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "OvintaSDK/core/SDKNotifications.h"
 #include "OvintaSDK/location/TrackingProfile.h"
@@ -12,13 +14,22 @@ namespace {
 /// The distance filter, in metres, until the first position tells how far the site is.
 constexpr double kInitialDistanceFilter = 3;
 
-std::set<BeaconRegion> beaconRegions(const OrderList& orders) {
-  std::set<BeaconRegion> regions;
+/// The regions of all orders, each as often as an order names it.
+std::vector<BeaconRegion> beaconRegions(const OrderList& orders) {
+  std::vector<BeaconRegion> regions;
+  regions.reserve(orders.size());
   for (const OrderPtr& order : orders) {
-    if (order->siteBeaconRegions) {
-      regions.insert(order->siteBeaconRegions->begin(), order->siteBeaconRegions->end());
-    }
+    const auto& ofSite = order->siteBeaconRegions;
+    if (ofSite) regions.insert(regions.end(), ofSite->begin(), ofSite->end());
   }
+  return regions;
+}
+
+/// The regions, each once, in an order that depends on nothing else.
+std::vector<BeaconRegion> distinct(std::vector<BeaconRegion> regions) {
+  std::ranges::sort(regions);
+  const auto repeated = std::ranges::unique(regions);
+  regions.erase(repeated.begin(), repeated.end());
   return regions;
 }
 
@@ -53,14 +64,15 @@ void LocationUpdater::ordersUpdated(const platform::Notification& /*notification
 void LocationUpdater::appForegrounded(const platform::Notification& /*notification*/) {}
 
 void LocationUpdater::evaluateOrders() {
-  if (openOrders().empty()) {
+  const OrderList orders = openOrders();
+  if (orders.empty()) {
     if (tracking_) stopTracking();
   } else if (tracking_) {
     if (lastLocation_) {
       sendLocationUpdate();
       adjustAccuracy();
     }
-    refreshBeaconRegions();
+    refreshBeaconRegions(orders);
   } else {
     tracking_ = true;
     startTracking();
@@ -80,7 +92,7 @@ void LocationUpdater::startTracking() {
 }
 
 void LocationUpdater::startUpdates() {
-  refreshBeaconRegions();
+  refreshBeaconRegions(openOrders());
   manager_->setDesiredAccuracy(platform::LocationAccuracy::best);
   manager_->startUpdatingLocation();
   manager_->startMonitoringSignificantLocationChanges();
@@ -100,6 +112,7 @@ void LocationUpdater::stopTracking() {
 }
 
 void LocationUpdater::stopBeaconRegions() {
+  watch_.reset();
   for (const platform::Region& region : manager_->rangedRegions()) {
     if (const auto* beaconRegion = std::get_if<platform::IdentifiedBeaconRegion>(&region)) {
       manager_->stopRangingBeacons(*beaconRegion);
@@ -111,12 +124,28 @@ void LocationUpdater::stopBeaconRegions() {
   }
 }
 
-void LocationUpdater::refreshBeaconRegions() {
+void LocationUpdater::refreshBeaconRegions(const OrderList& orders) {
+  auto named = beaconRegions(orders);
+  if (isWatching(named)) return;
   stopBeaconRegions();
-  for (const BeaconRegion& region : beaconRegions(openOrders())) {
+  auto wanted = distinct(named);
+  for (const BeaconRegion& region : wanted) {
     manager_->startRangingBeacons(region.region());
     manager_->startMonitoring(region.region());
   }
+  auto ranged = manager_->rangedRegions();
+  // What the platform did not take is asked for again the next time.
+  if (ranged.size() < wanted.size()) return;
+  watch_ =
+      Watch{std::move(named), std::move(wanted), std::move(ranged), manager_->monitoredRegions()};
+}
+
+/// Whether the manager is still as it was when these regions were started, so that to stop all
+/// regions and start these would leave it as it is.
+bool LocationUpdater::isWatching(const std::vector<BeaconRegion>& named) const {
+  return watch_ && (watch_->named == named || watch_->wanted == distinct(named)) &&
+         watch_->ranged == manager_->rangedRegions() &&
+         watch_->monitored == manager_->monitoredRegions();
 }
 
 void LocationUpdater::adjustAccuracy() {

@@ -2,7 +2,6 @@
 
 #include <memory>
 #include <optional>
-#include <set>
 #include <vector>
 
 #include "OvintaSDK/core/Context.h"
@@ -46,7 +45,20 @@ class LocationUpdater final : public platform::LocationManagerDelegate {
   void startTracking();
   void startUpdates();
   void refuseTracking();
-  void refreshBeaconRegions();
+  /// What was started for the beacons of the open orders.
+  struct Watch {
+    /// The regions that the orders named, in their order.
+    std::vector<BeaconRegion> named;
+    /// The same, each once.
+    std::vector<BeaconRegion> wanted;
+    /// What the manager then ranged and monitored.
+    std::vector<platform::Region> ranged;
+    std::vector<platform::Region> monitored;
+  };
+
+  /// Has the manager range and monitor the beacons of these orders and nothing else.
+  void refreshBeaconRegions(const OrderList& orders);
+  bool isWatching(const std::vector<BeaconRegion>& named) const;
   void stopBeaconRegions();
   void checkLocationUpdate();
   void sendLocationUpdate();
@@ -68,6 +80,8 @@ class LocationUpdater final : public platform::LocationManagerDelegate {
   /// When sending was last attempted, whether or not there was anything to send.
   platform::Date locationSentAt_ = platform::kDistantPast;
   BeaconList beaconList_;
+  /// Absent where nothing was started, or not all of it taken.
+  std::optional<Watch> watch_;
   std::vector<std::unique_ptr<platform::NotificationObserver>> observers_;
 };
 

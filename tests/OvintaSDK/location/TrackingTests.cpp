@@ -1,7 +1,10 @@
 // When the user is followed, how closely, and which beacon regions are watched.
 #include <cmath>
+#include <functional>
+#include <memory>
 #include <thread>
 #include <tuple>
+#include <vector>
 
 #include "OvintaSDK/location/TrackingProfile.h"
 #include "tests/OvintaSDK/location/LocationFixture.h"
@@ -119,6 +122,57 @@ TEST_F(Tracking, WatchesTheBeaconRegionsOfAllOpenOrders) {
   fetchOrders({orderWithRegions(4, {region({{"major", 65535}})})});
   EXPECT_THAT(location->rangedRegions(), testing::ElementsAre(platformRegion(65535, {})));
   EXPECT_THAT(location->monitoredRegions(), testing::ElementsAre(platformRegion(65535, {})));
+}
+
+/// Location services that show the manager which was made last.
+struct ShownServices : platform::LocationServices {
+  bool locationServicesEnabled() const override { return inner->locationServicesEnabled(); }
+  platform::AuthorizationStatus authorizationStatus() const override {
+    return inner->authorizationStatus();
+  }
+  std::unique_ptr<platform::LocationManager> makeLocationManager() override {
+    auto made = inner->makeLocationManager();
+    manager = made.get();
+    return made;
+  }
+  std::shared_ptr<platform::LocationServices> inner;
+  platform::LocationManager* manager = nullptr;
+};
+
+TEST_F(Tracking, UndoesWithEachUpdateWhatOthersDidToItsRegions) {
+  const auto shown = std::make_shared<ShownServices>();
+  shown->inner = location;
+  restartWith([&](platform::Services& changed) { changed.location = shown; });
+  signIn();
+  start();
+  const auto one = region({{"major", 1}}), two = region({{"major", 2}});
+  platform::CircularRegion foreign;
+  foreign.identifier = "foreign";
+  const std::vector<std::function<void(platform::LocationManager&)>> disturbances{
+      [](auto&) {}, [&](auto& manager) { manager.startMonitoring(foreign); },
+      [](auto& manager) { manager.stopMonitoring(manager.monitoredRegions().at(0)); },
+      [&](auto& manager) {
+        manager.stopRangingBeacons(std::get<platform::BeaconRegion>(platformRegion(1, {})));
+      },
+      [&](auto& manager) {
+        manager.startRangingBeacons(std::get<platform::BeaconRegion>(platformRegion(3, {})));
+      }};
+  const auto expectRegions = [&] {
+    EXPECT_THAT(location->rangedRegions(),
+                testing::UnorderedElementsAre(platformRegion(1, {}), platformRegion(2, {})));
+    EXPECT_THAT(location->monitoredRegions(), testing::ElementsAre(platformRegion(2, {})));
+  };
+  for (std::size_t i = 0; i < disturbances.size(); ++i) {
+    SCOPED_TRACE(i);
+    fetchOrders({orderWithRegions(1, {one}), orderWithRegions(2, {two})});
+    expectRegions();
+    disturbances[i](*shown->manager);
+    fetchOrders({orderWithRegions(3, {two, one, two})});
+    expectRegions();
+    disturbances[i](*shown->manager);
+    fetchOrders({orderWithRegions(3, {two, one, two})});
+    expectRegions();
+  }
 }
 
 TEST(TrackingProfile, FollowsTheTableUpToItsBorders) {
