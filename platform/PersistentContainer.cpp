@@ -35,6 +35,11 @@ std::optional<EntityDescription> parseEntity(const Value& value) {
   return entity;
 }
 
+/// Where the name stands; the number of names when it is not among them.
+std::size_t placeIn(const std::vector<std::string>& names, std::string_view name) {
+  return static_cast<std::size_t>(std::ranges::find(names, name) - names.begin());
+}
+
 }  // namespace
 
 std::optional<ManagedObjectModel> ManagedObjectModel::parse(std::string_view compiled) {
@@ -56,13 +61,28 @@ const EntityDescription* ManagedObjectModel::entity(std::string_view name) const
   return found == entities.end() ? nullptr : &*found;
 }
 
-void ManagedObject::setValue(std::string_view attribute, AttributeValue value) {
-  values_.insert_or_assign(std::string(attribute), std::move(value));
+ManagedObject::ManagedObject(std::string entityName, AttributeNames names)
+    : entityName_(std::move(entityName)), names_(std::move(names)) {
+  static const auto& none = *new AttributeNames(std::make_shared<const std::vector<std::string>>());
+  if (!names_) names_ = none;
+  values_.resize(names_->size());
 }
 
-AttributeValue ManagedObject::value(std::string_view attribute) const {
-  const auto entry = values_.find(attribute);
-  return entry == values_.end() ? AttributeValue{} : entry->second;
+void ManagedObject::setValue(std::string_view attribute, AttributeValue value) {
+  const std::size_t place = placeIn(*names_, attribute);
+  if (place == values_.size()) {
+    auto names = std::make_shared<std::vector<std::string>>(*names_);
+    names->emplace_back(attribute);
+    names_ = std::move(names);
+    values_.emplace_back();
+  }
+  values_[place] = std::move(value);
+}
+
+const AttributeValue& ManagedObject::value(std::string_view attribute) const {
+  static const auto& absent = *new AttributeValue;
+  const std::size_t place = placeIn(*names_, attribute);
+  return place == values_.size() ? absent : values_[place];
 }
 
 }  // namespace ovinta::platform

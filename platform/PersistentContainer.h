@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <map>
@@ -57,12 +58,16 @@ struct OVINTA_EXPORT ManagedObjectModel {
 /// An attribute's value; absent for none.
 using AttributeValue = std::variant<std::monostate, std::int64_t, std::string>;
 
+/// The names of attributes, which objects that are alike share. A plain value.
+using AttributeNames = std::shared_ptr<const std::vector<std::string>>;
+
 /// A record of an object store: the name of its entity and the values of its attributes. A plain
 /// value of one thread at a time.
 class OVINTA_EXPORT ManagedObject {
  public:
-  /// A record without values.
-  explicit ManagedObject(std::string entityName) : entityName_(std::move(entityName)) {}
+  /// A record without values. The attributes of these names, each of which differs from the others,
+  /// have their places from the start; null stands for none.
+  explicit ManagedObject(std::string entityName, AttributeNames names = {});
   virtual ~ManagedObject() = default;
 
   /// The name of an entity of the store's model; not checked here.
@@ -70,12 +75,19 @@ class OVINTA_EXPORT ManagedObject {
   /// Gives the attribute a value, in place of an earlier one; an absent value removes it. Not
   /// checked against the model.
   void setValue(std::string_view attribute, AttributeValue value);
-  /// The value set; absent when none was.
-  AttributeValue value(std::string_view attribute) const;
+  /// The value set; absent when none was. Valid until the object is changed or gone.
+  const AttributeValue& value(std::string_view attribute) const;
+
+  /// The attributes that have a place, in the order of their places; never null.
+  const AttributeNames& attributeNames() const { return names_; }
+  /// The value of the attribute at that place, as `value`.
+  const AttributeValue& valueAt(std::size_t place) const { return values_[place]; }
 
  private:
   std::string entityName_;
-  std::map<std::string, AttributeValue, std::less<>> values_;
+  AttributeNames names_;
+  /// One for each of the names.
+  std::vector<AttributeValue> values_;
 };
 
 /// Asks for all records of an entity, in no particular order. A plain value.

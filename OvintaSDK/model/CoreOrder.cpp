@@ -1,13 +1,23 @@
 #include "OvintaSDK/model/CoreOrder.h"
 
+#include <vector>
+
 namespace ovinta {
 namespace {
 
 constexpr const char* kEntityName = "Order";
 
+/// The attributes in the order of the model. Never destroyed, since a process may exit while a
+/// thread makes summaries.
+const platform::AttributeNames& summaryAttributes() {
+  static const auto& names =
+      *new platform::AttributeNames(std::make_shared<const std::vector<std::string>>(
+          std::vector<std::string>{"id", "partnerIdentifier", "siteId", "state", "customerState"}));
+  return names;
+}
+
 std::int64_t integer(const platform::ManagedObject& object, std::string_view attribute) {
-  const platform::AttributeValue value = object.value(attribute);
-  const auto* number = std::get_if<std::int64_t>(&value);
+  const auto* number = std::get_if<std::int64_t>(&object.value(attribute));
   return number ? *number : 0;
 }
 
@@ -15,7 +25,7 @@ std::int64_t integer(const platform::ManagedObject& object, std::string_view att
 
 platform::FetchRequest CoreOrder::fetchRequest() { return {.entityName = kEntityName}; }
 
-CoreOrder::CoreOrder() : ManagedObject(kEntityName) {}
+CoreOrder::CoreOrder() : ManagedObject(kEntityName, summaryAttributes()) {}
 
 CoreOrder::CoreOrder(const platform::ManagedObject& object) : ManagedObject(object) {}
 
@@ -43,8 +53,7 @@ std::int64_t CoreOrder::id() const { return integer(*this, "id"); }
 void CoreOrder::setId(std::int64_t id) { setValue("id", id); }
 
 std::optional<std::string> CoreOrder::partnerIdentifier() const {
-  const platform::AttributeValue identifier = value("partnerIdentifier");
-  const auto* text = std::get_if<std::string>(&identifier);
+  const auto* text = std::get_if<std::string>(&value("partnerIdentifier"));
   return text ? std::optional(*text) : std::nullopt;
 }
 

@@ -16,7 +16,7 @@ struct Store {
 };
 
 bool fits(const ManagedObject& object, const AttributeDescription& attribute) {
-  const auto value = object.value(attribute.name);
+  const AttributeValue& value = object.value(attribute.name);
   if (std::holds_alternative<std::monostate>(value)) return attribute.optional;
   return attribute.type == AttributeType::integer64 ? std::holds_alternative<std::int64_t>(value)
                                                     : std::holds_alternative<std::string>(value);

@@ -52,11 +52,18 @@ std::string selectStatement(const EntityDescription& entity) {
   return "SELECT " + columns + " FROM " + quotedIdentifier(entity.name);
 }
 
+AttributeNames namesOf(const EntityDescription& entity) {
+  auto names = std::make_shared<std::vector<std::string>>();
+  for (const auto& attribute : entity.attributes) names->push_back(attribute.name);
+  return names;
+}
+
+/// The value must stay until the statement has been carried out.
 void bindValue(SQLite::Statement& statement, int place, const AttributeValue& value) {
   if (const auto* integer = std::get_if<std::int64_t>(&value)) {
     statement.bind(place, *integer);
   } else if (const auto* text = std::get_if<std::string>(&value)) {
-    statement.bind(place, *text);
+    statement.bindNoCopy(place, *text);
   } else {
     statement.bind(place);
   }
@@ -109,7 +116,9 @@ SQLiteStoreConnection::Statements& SQLiteStoreConnection::statements(
   const auto found = statements_.find(entity.name);
   if (found != statements_.end()) return found->second;
   return statements_
-      .emplace(entity.name, Statements{{*database_, "DELETE FROM " + quotedIdentifier(entity.name)},
+      .emplace(entity.name, Statements{namesOf(entity),
+                                       {},
+                                       {*database_, "DELETE FROM " + quotedIdentifier(entity.name)},
                                        {*database_, insertStatement(entity)},
                                        {*database_, selectStatement(entity)}})
       .first->second;
@@ -122,26 +131,28 @@ void SQLiteStoreConnection::deleteAll(std::string_view name) {
 }
 
 void SQLiteStoreConnection::insert(const ManagedObject& object) {
-  const auto& description = entity(object.entityName());
-  auto& statement = statements(description).insert;
-  const ResetAfterUse reset(statement);
-  int place = 0;
-  for (const auto& attribute : description.attributes) {
-    bindValue(statement, ++place, object.value(attribute.name));
+  Statements& known = statements(entity(object.entityName()));
+  const ResetAfterUse reset(known.insert);
+  const AttributeNames& names = object.attributeNames();
+  if (known.insertedNames != names && *known.names == *names) known.insertedNames = names;
+  const bool isInPlace = known.insertedNames == names;
+  for (std::size_t place = 0; place < known.names->size(); ++place) {
+    bindValue(known.insert, static_cast<int>(place) + 1,
+              isInPlace ? object.valueAt(place) : object.value((*known.names)[place]));
   }
-  statement.exec();
+  known.insert.exec();
 }
 
 std::vector<ManagedObject> SQLiteStoreConnection::readAll(std::string_view name) {
   const auto& description = entity(name);
-  auto& statement = statements(description).readAll;
-  const ResetAfterUse reset(statement);
+  Statements& known = statements(description);
+  const ResetAfterUse reset(known.readAll);
   std::vector<ManagedObject> objects;
-  while (statement.executeStep()) {
-    auto& object = objects.emplace_back(description.name);
+  while (known.readAll.executeStep()) {
+    auto& object = objects.emplace_back(description.name, known.names);
     int column = 0;
-    for (const auto& attribute : description.attributes) {
-      object.setValue(attribute.name, readValue(statement.getColumn(column++)));
+    for (const std::string& attribute : *known.names) {
+      object.setValue(attribute, readValue(known.readAll.getColumn(column++)));
     }
   }
   return objects;

@@ -33,7 +33,13 @@ class SQLiteStoreConnection {
   std::vector<ManagedObject> readAll(std::string_view entity);
 
  private:
+  /// What serves one entity.
   struct Statements {
+    /// The names of the entity's attributes, which objects read from the store have their values
+    /// by.
+    AttributeNames names;
+    /// The names by which the objects inserted last had theirs, where these are the same.
+    AttributeNames insertedNames;
     SQLite::Statement deleteAll;
     SQLite::Statement insert;
     SQLite::Statement readAll;

@@ -78,6 +78,17 @@ TYPED_TEST_P(ObjectStoreContract, KeepsRecordsOfEveryEntityAcrossARestart) {
     context->insert(item(kMost, odd));
     context->insert(item(kLeast));
     context->insert(item(7, ""));
+    // The names of the attributes in other orders than the entity's, and more of them.
+    auto reversed = std::make_shared<ManagedObject>("Item");
+    reversed->setValue("text", "reversed");
+    reversed->setValue("number", 2);
+    context->insert(reversed);
+    auto placed = std::make_shared<ManagedObject>(
+        "Item", std::make_shared<const std::vector<std::string>>(
+                    std::vector<std::string>{"other", "text", "number"}));
+    placed->setValue("number", 3);
+    placed->setValue("other", "of no entity");
+    context->insert(placed);
     auto late = item(1, "as it was inserted");
     context->insert(late);
     late->setValue("text", "as it is at the save");
@@ -95,9 +106,11 @@ TYPED_TEST_P(ObjectStoreContract, KeepsRecordsOfEveryEntityAcrossARestart) {
     found.emplace_back(object.value("number"), object.value("text"));
   }
   using Pair = std::pair<AttributeValue, AttributeValue>;
-  EXPECT_THAT(found, UnorderedElementsAre(Pair(kMost, odd), Pair(kLeast, AttributeValue{}),
-                                          Pair(std::int64_t{7}, ""),
-                                          Pair(std::int64_t{1}, "as it is at the save")));
+  EXPECT_THAT(found,
+              UnorderedElementsAre(Pair(kMost, odd), Pair(kLeast, AttributeValue{}),
+                                   Pair(std::int64_t{7}, ""), Pair(std::int64_t{2}, "reversed"),
+                                   Pair(std::int64_t{3}, AttributeValue{}),
+                                   Pair(std::int64_t{1}, "as it is at the save")));
   const auto others = context->fetch({"Quoted \"name\""});
   ASSERT_EQ(others->size(), 1U);
   EXPECT_EQ(others->front().value("order"), AttributeValue("text"));
