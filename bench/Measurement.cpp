@@ -10,6 +10,8 @@ namespace {
 /// Keeps the times of each benchmark instead of printing them.
 class TimeKeeper : public benchmark::BenchmarkReporter {
  public:
+  explicit TimeKeeper(Clock clock) : clock_(clock) {}
+
   bool ReportContext(const Context& /*context*/) override { return true; }
 
   void ReportRuns(const std::vector<Run>& runs) override {
@@ -23,7 +25,8 @@ class TimeKeeper : public benchmark::BenchmarkReporter {
       const auto items = run.counters.find("items_per_second");
       times_[run.run_name.function_name].push_back(
           items == run.counters.end()
-              ? run.real_accumulated_time / static_cast<double>(run.iterations) * 1e9
+              ? (clock_ == Clock::wall ? run.real_accumulated_time : run.cpu_accumulated_time) /
+                    static_cast<double>(run.iterations) * 1e9
               : 1e9 / items->second);
     }
   }
@@ -37,6 +40,7 @@ class TimeKeeper : public benchmark::BenchmarkReporter {
   }
 
  private:
+  const Clock clock_;
   bool failed_ = false;
   std::map<std::string, std::vector<double>> times_;
 };
@@ -69,8 +73,8 @@ std::optional<Measurement> measure(const Row& row, const Effort& effort) {
   int count = std::size(arguments);
   benchmark::Initialize(&count, arguments);
 
-  TimeKeeper keeper;
-  benchmark::RunSpecifiedBenchmarks(&keeper, "^" + literally(row.path) + "/(floor|ours)/real_time");
+  TimeKeeper keeper(row.clock);
+  benchmark::RunSpecifiedBenchmarks(&keeper, "^" + literally(row.path) + "/(floor|ours)");
   const auto ours = keeper.median(row.path + "/ours");
   if (!ours) return {};
   const auto floor = keeper.median(row.path + "/floor");

@@ -9,24 +9,29 @@ std::vector<Row>& registeredRows() {
   return rows;
 }
 
-void registerBenchmark(const std::string& name, Function function) {
-  benchmark::RegisterBenchmark(name.c_str(), function)->UseRealTime();
+void registerBenchmark(const std::string& name, Function function, Clock clock) {
+  auto* benchmark = benchmark::RegisterBenchmark(name.c_str(), function);
+  if (clock == Clock::wall) benchmark->UseRealTime();
 }
 
 }  // namespace
 
-TimeRow::TimeRow(const char* path, Function floor, Function ours, double aim) {
+TimeRow::TimeRow(const char* path, Function floor, Function ours, double aim, Clock clock) {
   const std::string name = path;
-  registerBenchmark(name + "/floor", floor);
-  registerBenchmark(name + "/ours", ours);
-  registeredRows().push_back({.path = name, .unit = {}, .hasFloor = true, .aim = aim});
+  registerBenchmark(name + "/floor", floor, clock);
+  registerBenchmark(name + "/ours", ours, clock);
+  registeredRows().push_back(
+      {.path = name, .unit = {}, .hasFloor = true, .clock = clock, .aim = aim});
 }
 
-TimeRow::TimeRow(const char* path, Function ours, std::chrono::nanoseconds limit) {
+TimeRow::TimeRow(const char* path, Function ours, std::chrono::nanoseconds limit, Clock clock) {
   const std::string name = path;
-  registerBenchmark(name + "/ours", ours);
-  registeredRows().push_back(
-      {.path = name, .unit = {}, .hasFloor = false, .aim = static_cast<double>(limit.count())});
+  registerBenchmark(name + "/ours", ours, clock);
+  registeredRows().push_back({.path = name,
+                              .unit = {},
+                              .hasFloor = false,
+                              .clock = clock,
+                              .aim = static_cast<double>(limit.count())});
 }
 
 FigureRow::FigureRow(const char* path, const char* unit, double (*floor)(), double (*ours)(),

@@ -13,14 +13,20 @@ namespace ovinta::bench {
 /// called several times, so that what takes long to prepare belongs into a static variable.
 using Function = void (*)(benchmark::State&);
 
+/// Whose time is measured: the clock's on the wall, or the processor's for the thread that calls
+/// the function. The latter is right for work that waits for nothing, and much the same on a busy
+/// machine.
+enum class Clock { wall, processor };
+
 /// Two benchmarks that do the same work; `aim` is the most that ours may take, as a multiple of the
 /// floor. They are registered as `<path>/floor` and `<path>/ours`, and measured in turns. What is
-/// compared is the real time of an iteration or, where the function sets how many items it has
+/// compared is the time of an iteration or, where the function sets how many items it has
 /// processed, of an item.
 struct TimeRow {
-  TimeRow(const char* path, Function floor, Function ours, double aim);
+  TimeRow(const char* path, Function floor, Function ours, double aim, Clock clock = Clock::wall);
   /// Work without a floor, which may take `limit` at most. The short form leaves it out.
-  TimeRow(const char* path, Function ours, std::chrono::nanoseconds limit);
+  TimeRow(const char* path, Function ours, std::chrono::nanoseconds limit,
+          Clock clock = Clock::wall);
 };
 
 /// A figure that is no time (bytes, allocations, threads, connections), measured once each. Without
@@ -36,6 +42,7 @@ struct Row {
   std::optional<std::string> unit;
   /// Whether `aim` is a multiple of the floor.
   bool hasFloor;
+  Clock clock = Clock::wall;
   double (*floorFigure)() = nullptr;
   double (*figure)() = nullptr;
   double aim;
