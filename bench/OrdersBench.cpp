@@ -54,14 +54,14 @@ void close(benchmark::State& state) {
 const TimeRow kMove{"push applied at 100,000 orders", &move<100'000>, 100us, Clock::processor};
 const TimeRow kClose{"push that closes an order at 100,000", &close<100'000>, 100us,
                      Clock::processor};
-const TimeRow kMoveGrowth{"push: 1,000 orders to 100", &move<100>, &move<1'000>, 3,
+const TimeRow kMoveGrowth{"push: 1,000 orders to 100", &move<100>, &move<1'000>, 5,
                           Clock::processor};
-const TimeRow kMoveGrowth2{"push: 10,000 orders to 100", &move<100>, &move<10'000>, 3,
+const TimeRow kMoveGrowth2{"push: 10,000 orders to 100", &move<100>, &move<10'000>, 5,
                            Clock::processor};
-const TimeRow kMoveGrowth3{"push: 100,000 orders to 100", &move<100>, &move<100'000>, 3,
+const TimeRow kMoveGrowth3{"push: 100,000 orders to 100", &move<100>, &move<100'000>, 5,
                            Clock::processor};
 const TimeRow kCloseGrowth{"push that closes: 100,000 orders to 100", &close<100>, &close<100'000>,
-                           3, Clock::processor};
+                           5, Clock::processor};
 
 }  // namespace
 }  // namespace ovinta::bench

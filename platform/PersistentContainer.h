@@ -8,6 +8,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -80,8 +81,9 @@ class OVINTA_EXPORT ManagedObject {
 
   /// The attributes that have a place, in the order of their places; never null.
   const AttributeNames& attributeNames() const { return names_; }
-  /// The value of the attribute at that place, as `value`.
+  /// The value of the attribute at that place, as `value`, and a new one for it.
   const AttributeValue& valueAt(std::size_t place) const { return values_[place]; }
+  void setValueAt(std::size_t place, AttributeValue value) { values_[place] = std::move(value); }
 
  private:
   std::string entityName_;

@@ -33,11 +33,12 @@ std::shared_ptr<CoreOrder> CoreOrder::insert(const Order& order,
                                              platform::ManagedObjectContext& context) {
   auto summary = std::make_shared<CoreOrder>();
   context.insert(summary);
-  summary->setId(order.id);
-  summary->setPartnerIdentifier(order.partnerIdentifier);
-  summary->setSiteId(order.siteID);
-  summary->setState(rawValue(order.state()));
-  summary->setCustomerState(rawValue(order.customerState()));
+  // The places are those of the attributes' names.
+  summary->setValueAt(0, order.id);
+  if (order.partnerIdentifier) summary->setValueAt(1, *order.partnerIdentifier);
+  summary->setValueAt(2, order.siteID);
+  summary->setValueAt(3, std::int64_t{rawValue(order.state())});
+  summary->setValueAt(4, std::int64_t{rawValue(order.customerState())});
   return summary;
 }
 
