@@ -69,6 +69,7 @@ void ExitAwareThread::startOnce() {
 }
 
 void ExitAwareThread::run() {
+  id_ = std::this_thread::get_id();
   blockSignals();
   pthread_setname_np(pthread_self(), name_);
   body_();

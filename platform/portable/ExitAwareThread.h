@@ -32,6 +32,9 @@ class ExitAwareThread {
   /// Whether the thread is to come to its end. May be called from any thread.
   bool stopping() const { return stopping_; }
 
+  /// Whether the caller runs on this thread. May be called from any thread once it was started.
+  bool isCurrent() const { return id_ == std::this_thread::get_id(); }
+
   /// Adds an exit handler that stops all threads of this class and waits for them, though not
   /// longer than `kPatienceAtExit` and not for the one that calls `exit`. Handlers run in the
   /// reverse order: call this after every library whose own handler must find the threads at rest
@@ -48,6 +51,8 @@ class ExitAwareThread {
   const std::function<void()> body_;
   const std::function<void()> wake_;
   std::atomic<bool> stopping_ = false;
+  /// The thread's own id; none before it runs.
+  std::atomic<std::thread::id> id_{};
   std::mutex mutex_;
   std::condition_variable ended_;
   bool hasEnded_ = false;

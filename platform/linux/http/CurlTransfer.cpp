@@ -38,10 +38,17 @@ CurlTransfer::CurlTransfer(URLRequest request, URLSession::Completion completion
       completion_(std::move(completion)),
       timeout_(std::clamp(request_.timeout, std::chrono::milliseconds(1), kLongestTimeout)) {}
 
+CurlEasy CurlTransfer::leaveHandle() {
+  if (handle_) curl_easy_reset(handle_.get());
+  sentHeaders_ = nullptr;
+  return std::move(handle_);
+}
+
 CURLcode CurlTransfer::begin(const Options& options, Instant now) {
   lastProgress_ = now;
   if (!end_) end_ = now + std::min(options.timeLimit, kLongestTimeout);
   sizeLimit_ = options.sizeLimit;
+  progressedOnes_ = options.progressed;
   body_.clear();
   receivedHeaders_.clear();
   headSize_ = 0;
@@ -132,6 +139,10 @@ void CurlTransfer::noteProgress(Instant now) {
   if (std::exchange(progressed_, false)) lastProgress_ = now;
 }
 
+void CurlTransfer::markProgress() {
+  if (!std::exchange(progressed_, true)) progressedOnes_->push_back(this);
+}
+
 void CurlTransfer::giveUpConnection() {
   // Where the option cannot be set, the next request finds out for itself that the connection is
   // dead.
@@ -181,7 +192,7 @@ CURLcode CurlTransfer::judged(CURLcode code) const {
 int CurlTransfer::seeBytes(CURL*, curl_infotype type, char*, std::size_t size, void* transfer) {
   auto& self = *static_cast<CurlTransfer*>(transfer);
   if (type != CURLINFO_HEADER_IN && type != CURLINFO_DATA_IN) return 0;
-  self.progressed_ = true;
+  self.markProgress();
   self.receivedSize_ += size;
   self.tooLarge_ |= self.receivedSize_ > self.sizeLimit_;
   return 0;
@@ -219,14 +230,15 @@ std::size_t CurlTransfer::receiveBody(char* data, std::size_t size, std::size_t 
 
 int CurlTransfer::seeCounters(void* transfer, curl_off_t, curl_off_t, curl_off_t, curl_off_t up) {
   auto& self = *static_cast<CurlTransfer*>(transfer);
-  self.progressed_ |= std::exchange(self.sent_, up) != up;
+  if (std::exchange(self.sent_, up) != up) self.markProgress();
   // Any result but 0 ends the transfer.
   return self.tooLarge_ ? 1 : 0;
 }
 
 int CurlTransfer::seeConnection(void* transfer, char*, char*, int, int) {
   auto& self = *static_cast<CurlTransfer*>(transfer);
-  self.progressed_ = self.connected_ = true;
+  self.connected_ = true;
+  self.markProgress();
   return CURL_PREREQFUNC_OK;
 }
 

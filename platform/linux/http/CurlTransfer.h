@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/URLSession.h"
@@ -25,15 +26,22 @@ class CurlTransfer {
     std::chrono::milliseconds timeLimit{};
     std::size_t sizeLimit = 0;
     CURLSH* share = nullptr;
+    /// Where a transfer adds itself when it makes progress, for `noteProgress` to be called.
+    std::vector<CurlTransfer*>* progressed = nullptr;
   };
 
   CurlTransfer(URLRequest request, URLSession::Completion completion);
+
+  /// Has the request go over a handle that another one has left. To be called before `begin`.
+  void useHandle(CurlEasy handle) { handle_ = std::move(handle); }
+  /// Gives the handle away, with nothing of the request in it; null when there is none.
+  CurlEasy leaveHandle();
 
   /// Readies `handle()` for the request's next way. The code is the reason when the request cannot
   /// be sent at all.
   CURLcode begin(const Options& options, Instant now);
 
-  /// The handle of the present way; null before `begin`.
+  /// The handle of the present way; null at first.
   CURL* handle() const { return handle_.get(); }
 
   /// Takes the time of the last progress, if there was any since the last call, to be `now`.
@@ -61,6 +69,7 @@ class CurlTransfer {
   void setUpRequest(CurlOptions& curl);
   void setUpCallbacks(CurlOptions& curl);
   CURLcode judged(CURLcode code) const;
+  void markProgress();
 
   static int seeBytes(CURL* handle, curl_infotype type, char* data, std::size_t size,
                       void* transfer);
@@ -87,6 +96,7 @@ class CurlTransfer {
   std::size_t receivedSize_ = 0;
   Instant lastProgress_;
   curl_off_t sent_ = 0;
+  std::vector<CurlTransfer*>* progressedOnes_ = nullptr;
   int redirects_ = 0;
   bool progressed_ = false;
   bool connected_ = false;

@@ -8,8 +8,8 @@
 namespace ovinta::platform::linuxos {
 namespace {
 
-// How many connections are kept open while nothing goes over them.
-constexpr long kIdleConnections = 8;
+// How many connections and handles are kept at least while there are no requests for them.
+constexpr std::size_t kFewestKept = 8;
 
 // Initialises libcurl for the process. It and the libraries below it add their exit handlers here;
 // the one of this library, added after, runs first. A first request would be too late for that: it
@@ -34,8 +34,6 @@ CurlShare makeShare() {
 CurlMulti makeMulti() {
   CurlMulti multi(curl_multi_init());
   if (!multi) throw std::bad_alloc();
-  // Where the limit cannot be set, libcurl keeps more idle connections, which does no harm.
-  (void)curl_multi_setopt(multi.get(), CURLMOPT_MAXCONNECTS, kIdleConnections);
   return multi;
 }
 
@@ -48,7 +46,7 @@ CurlURLSession::CurlURLSession(Options options)
       share_(makeShare()),
       multi_(makeMulti()),
       transferOptions_{options.caFile.value_or("").string(), options.timeLimit, options.sizeLimit,
-                       share_.get()},
+                       share_.get(), &progressed_},
       thread_(
           "ovinta-http", [this] { run(); }, [this] { curl_multi_wakeup(multi_.get()); }) {}
 
@@ -59,12 +57,16 @@ CurlURLSession::~CurlURLSession() {
 
 void CurlURLSession::startDataTask(URLRequest request, Completion completion) {
   auto transfer = std::make_unique<CurlTransfer>(std::move(request), std::move(completion));
+  bool isFirst = false;
   {
     const std::lock_guard lock(mutex_);
+    isFirst = incoming_.empty();
     incoming_.push_back(std::move(transfer));
   }
   thread_.startOnce();
-  curl_multi_wakeup(multi_.get());
+  // One call wakes the thread for all that comes until it looks, which it does by itself after the
+  // completions that it calls.
+  if (isFirst && !thread_.isCurrent()) curl_multi_wakeup(multi_.get());
 }
 
 void CurlURLSession::run() {
@@ -87,7 +89,23 @@ void CurlURLSession::beginIncoming() {
     const std::lock_guard lock(mutex_);
     fresh.swap(incoming_);
   }
-  for (auto& transfer : fresh) begin(std::move(transfer));
+  for (auto& transfer : fresh) {
+    if (!spares_.empty()) {
+      transfer->useHandle(std::move(spares_.back()));
+      spares_.pop_back();
+    }
+    begin(std::move(transfer));
+  }
+  noteWidth();
+}
+
+void CurlURLSession::noteWidth() {
+  if (active_.size() <= width_) return;
+  width_ = std::max(active_.size(), kFewestKept);
+  // The limit is that of all connections, those in use included: with a lower one each request that
+  // ends would close its own or another's. Where it cannot be set, libcurl keeps a number of its
+  // own, which does no harm.
+  (void)curl_multi_setopt(multi_.get(), CURLMOPT_MAXCONNECTS, static_cast<long>(width_));
 }
 
 void CurlURLSession::begin(std::unique_ptr<CurlTransfer> transfer) {
@@ -97,6 +115,7 @@ void CurlURLSession::begin(std::unique_ptr<CurlTransfer> transfer) {
     code = CURLE_FAILED_INIT;
   }
   if (code == CURLE_OK) {
+    nextDeadline_ = std::min(nextDeadline_, transfer->deadline());
     active_[handle] = std::move(transfer);
   } else {
     ended_.push_back({std::move(transfer), code});
@@ -104,8 +123,10 @@ void CurlURLSession::begin(std::unique_ptr<CurlTransfer> transfer) {
 }
 
 void CurlURLSession::noteProgress() {
+  if (progressed_.empty()) return;
   const auto now = now_();
-  for (const auto& [handle, transfer] : active_) transfer->noteProgress(now);
+  for (CurlTransfer* const transfer : progressed_) transfer->noteProgress(now);
+  progressed_.clear();
 }
 
 void CurlURLSession::collectEnded() {
@@ -123,9 +144,17 @@ void CurlURLSession::collectEnded() {
 }
 
 void CurlURLSession::collectOverdue(CurlTransfer::Instant now) {
+  // Progress only puts deadlines off, so that most turns need not look at them.
+  if (now < nextDeadline_) return;
+  nextDeadline_ = CurlTransfer::Instant::max();
   std::vector<CURL*> overdue;
   for (const auto& [handle, transfer] : active_) {
-    if (transfer->deadline() <= now) overdue.push_back(handle);
+    const auto deadline = transfer->deadline();
+    if (deadline <= now) {
+      overdue.push_back(handle);
+    } else {
+      nextDeadline_ = std::min(nextDeadline_, deadline);
+    }
   }
   for (CURL* const handle : overdue) {
     active_[handle]->giveUpConnection();
@@ -138,6 +167,8 @@ std::unique_ptr<CurlTransfer> CurlURLSession::detach(CURL* handle) {
   const auto found = active_.find(handle);
   auto transfer = std::move(found->second);
   active_.erase(found);
+  // libcurl may have told of its progress just now.
+  std::erase(progressed_, transfer.get());
   return transfer;
 }
 
@@ -145,16 +176,25 @@ bool CurlURLSession::completeCollected() {
   for (auto& [transfer, code] : ended_) {
     if (thread_.stopping()) return true;
     transfer->complete(code);
+    keepHandle(transfer->leaveHandle());
   }
-  return !std::exchange(ended_, {}).empty();
+  const bool wereSome = !ended_.empty();
+  ended_.clear();
+  return wereSome;
+}
+
+void CurlURLSession::keepHandle(CurlEasy handle) {
+  if (handle && spares_.size() < width_) spares_.push_back(std::move(handle));
 }
 
 void CurlURLSession::waitForWork() {
   using std::chrono::milliseconds;
   milliseconds wait(INT_MAX);
-  const auto now = now_();
-  for (const auto& [handle, transfer] : active_) {
-    wait = std::min(wait, std::chrono::ceil<milliseconds>(transfer->deadline() - now));
+  if (active_.empty()) {
+    nextDeadline_ = CurlTransfer::Instant::max();
+    if (spares_.size() > kFewestKept) spares_.resize(kFewestKept);
+  } else {
+    wait = std::min(wait, std::chrono::ceil<milliseconds>(nextDeadline_ - now_()));
   }
   if (wait.count() <= 0) return;
   curl_multi_poll(multi_.get(), nullptr, 0, static_cast<int>(wait.count()), nullptr);

@@ -55,11 +55,13 @@ class CurlURLSession final : public URLSession {
   void run();
   void beginIncoming();
   void begin(std::unique_ptr<CurlTransfer> transfer);
+  void noteWidth();
   void noteProgress();
   void collectEnded();
   void collectOverdue(CurlTransfer::Instant now);
   std::unique_ptr<CurlTransfer> detach(CURL* handle);
   bool completeCollected();
+  void keepHandle(CurlEasy handle);
   void waitForWork();
 
   struct Ended {
@@ -77,6 +79,13 @@ class CurlURLSession final : public URLSession {
   // as they are when the process exits, and have to stay within reach.
   std::unordered_map<CURL*, std::unique_ptr<CurlTransfer>> active_;
   std::vector<Ended> ended_;
+  std::vector<CurlTransfer*> progressed_;
+  /// Handles of requests that have ended, for the next ones.
+  std::vector<CurlEasy> spares_;
+  /// The most requests that were under way at once; libcurl keeps that many connections.
+  std::size_t width_ = 0;
+  /// No request's time is up before this instant.
+  CurlTransfer::Instant nextDeadline_ = CurlTransfer::Instant::max();
   portable::ExitAwareThread thread_;
 };
 

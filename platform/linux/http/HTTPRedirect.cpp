@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <string_view>
 
 #include "platform/linux/http/CurlHandles.h"
 
@@ -53,6 +54,10 @@ bool describesBody(const HeaderField& field) {
 }  // namespace
 
 bool isWebURL(const std::string& text) {
+  // What is wrong with the rest of these libcurl finds when it sends the request.
+  for (const std::string_view start : {"https://", "http://"}) {
+    if (text.starts_with(start)) return true;
+  }
   const auto origin = originOf(text);
   return origin && (origin->front() == "http" || origin->front() == "https");
 }

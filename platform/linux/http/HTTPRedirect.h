@@ -7,7 +7,7 @@
 
 namespace ovinta::platform::linuxos {
 
-/// Whether the text is a complete http or https URL.
+/// Whether the text is meant as a complete http or https URL.
 bool isWebURL(const std::string& text);
 
 /// The request that follows an answer with that status and (absolute) target; absent when the
