@@ -54,12 +54,8 @@ SystemDevice::SystemDevice(std::shared_ptr<dbus::Bus> systemBus, std::shared_ptr
       reading_(std::make_shared<Reading>()) {}
 
 void SystemDevice::setBatteryMonitoringEnabled(bool enabled) {
-  std::unique_lock lock(reading_->mutex);
-  if (std::exchange(reading_->isMonitored, enabled) == enabled) return;
-  reading_->state.reset();
-  const bool reads = reading_->needsAnother(clock_->now());
-  lock.unlock();
-  if (reads) read();
+  const std::lock_guard lock(reading_->mutex);
+  if (std::exchange(reading_->isMonitored, enabled) != enabled) reading_->state.reset();
 }
 
 BatteryState SystemDevice::batteryState() const {

@@ -11,10 +11,10 @@
 namespace ovinta::platform::linuxos {
 
 /// The battery as UPower knows it, or as the kernel's files say while UPower does not answer. It is
-/// read when monitoring is switched on and, behind the answer, at each question for the state that
-/// finds the last reading older than ten seconds; when that is older than a minute the files
-/// answer. Otherwise it does nothing at all: UPower, which tells of every change of the charge, is
-/// not followed. Destroyed on the main thread.
+/// read behind the answer to each question for the state that finds no reading of the last ten
+/// seconds; without one of the last minute the files answer. Otherwise it does nothing at all:
+/// UPower, which tells of every change of the charge, is not followed. Destroyed on the main
+/// thread.
 class SystemDevice : public Device {
  public:
   SystemDevice(std::shared_ptr<dbus::Bus> systemBus, std::shared_ptr<Clock> clock,

@@ -103,6 +103,11 @@ fs::path AgentRegistry::fileOf(const RegisteredApplication& application) const {
   return directory_ / (keyOf(application) + ".json");
 }
 
+bool AgentRegistry::knows(const RegisteredApplication& application) const {
+  std::error_code error;
+  return fs::exists(fileOf(application), error);
+}
+
 void AgentRegistry::withdraw(const RegisteredApplication& application) const {
   fs::remove(fileOf(application));
 }

@@ -1,6 +1,7 @@
 #include "platform/linux/notifications/StoredUserNotificationCenter.h"
 
 #include <exception>
+#include <system_error>
 #include <utility>
 
 namespace ovinta::platform::linuxos {
@@ -39,11 +40,14 @@ StoredUserNotificationCenter::StoredUserNotificationCenter(const Services& servi
   services.mainQueue->async([weak = std::weak_ptr(trigger_)] {
     if (const auto trigger = weak.lock()) trigger->setFollowing(true);
   });
-  review();
   const auto take = [store = store_, queue = services.mainQueue, onClicked = options_.onClicked] {
     takeClicks(*store, queue, onClicked);
   };
-  take();
+  // A store takes a thread to look at, which an application without notifications never needs.
+  if (hasBefore()) {
+    review();
+    take();
+  }
   activation_ = services.notificationCenter->addObserver(kApplicationDidBecomeActive,
                                                          [take](const Notification&) { take(); });
 }
@@ -51,6 +55,13 @@ StoredUserNotificationCenter::StoredUserNotificationCenter(const Services& servi
 std::optional<RegisteredApplication> StoredUserNotificationCenter::registration() const {
   if (!options_.agents || !options_.file) return std::nullopt;
   return RegisteredApplication{options_.applicationID, *options_.file, options_.positionSource};
+}
+
+bool StoredUserNotificationCenter::hasBefore() const {
+  std::error_code error;
+  if (options_.file && std::filesystem::exists(*options_.file, error)) return true;
+  const auto application = registration();
+  return application && !options_.usesAgent && options_.agents->knows(*application);
 }
 
 void StoredUserNotificationCenter::review() {

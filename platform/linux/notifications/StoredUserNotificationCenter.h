@@ -45,6 +45,8 @@ class StoredUserNotificationCenter : public UserNotificationCenter {
 
  private:
   std::optional<RegisteredApplication> registration() const;
+  /// Whether an earlier run of the application has left anything to look at.
+  bool hasBefore() const;
   void review();
 
   const Options options_;

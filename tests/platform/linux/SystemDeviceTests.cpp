@@ -89,6 +89,7 @@ TEST_F(SystemDeviceTest, AsksUPowerAtQuestionsWhileMonitoringIsOn) {
 TEST_F(SystemDeviceTest, AnAnswerIsAsOldAsItsQuestion) {
   upower_.sync([&] {
     device_.setBatteryMonitoringEnabled(true);
+    EXPECT_EQ(device_.batteryState(), BatteryState::unknown);
     time_.advance(11s);
   });
   passBy(kUPowerName);
