@@ -53,13 +53,21 @@ Connection::Connection(int socket, std::unique_ptr<IncomingRequest> request,
       request_(std::move(request)),
       patience_(patience),
       stop_(stop),
-      unread_(request_->text()) {}
+      unread_(request_->text()),
+      goesOn_(request_->allowsNext()) {}
 
 Connection::~Connection() { close(); }
 
 void Connection::attachTo(httplib::Request& request) {
   request.response_handler = Attachment{this};
-  isAttached_ = true;
+  attached_ = &request;
+}
+
+void Connection::endWithAnswer() {
+  goesOn_ = false;
+  // From this field of the request the HTTP library takes what it is to answer.
+  attached_->headers.erase("Connection");
+  attached_->set_header("Connection", "close");
 }
 
 Connection* Connection::of(const httplib::Request& request) {
@@ -116,7 +124,7 @@ ssize_t Connection::read(char* bytes, std::size_t size) {
 }
 
 ssize_t Connection::write(const char* bytes, std::size_t size) {
-  const bool isDue = isAttached_ && unsent_.empty();
+  const bool isDue = isAttached() && unsent_.empty();
   const auto count = isDue ? sendSome(socket_, {bytes, size}) : 0;
   if (!count) return -1;
   unsent_.append(bytes + *count, size - *count);

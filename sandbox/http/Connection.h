@@ -37,6 +37,11 @@ class Connection : public httplib::Stream {
 
   const RequestHead& head() const { return request_->head(); }
 
+  /// Whether the client may go on with another request when it has the answer.
+  bool goesOn() const { return goesOn_; }
+  /// Has the client be told that nothing comes after the answer. To be called by a handler.
+  void endWithAnswer();
+
   /// Returns when the client has hung up, the service stops, `end` is raised, or the time is over;
   /// answers whether there is still someone to answer then.
   bool waitForHangUp(const WakeSignal& end,
@@ -49,7 +54,7 @@ class Connection : public httplib::Stream {
   /// Gives the socket away; -1 when it is closed already.
   int release();
   /// Whether a request leads here, as each does that a handler gets.
-  bool isAttached() const { return isAttached_; }
+  bool isAttached() const { return attached_ != nullptr; }
   /// What is still to be sent.
   std::string& unsent() { return unsent_; }
 
@@ -75,7 +80,9 @@ class Connection : public httplib::Stream {
   std::string_view unread_;
   /// What the client has not taken; mutable because `is_writable` sends it first.
   mutable std::string unsent_;
-  bool isAttached_ = false;
+  /// The request that was attached; null for none.
+  httplib::Request* attached_ = nullptr;
+  bool goesOn_;
 };
 
 /// Sends the beginning of the text, as much as the socket takes without waiting; absent when it

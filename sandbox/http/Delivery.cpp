@@ -96,6 +96,7 @@ void deliver(Answer answer, Connection& connection, httplib::Response& reply) {
   if (answer.status == 0) return sendNothing(answer, connection);
   reply.status = answer.status;
   for (const auto& [name, value] : answer.headers) reply.set_header(name, value);
+  if (answer.pushes || answer.delivery) connection.endWithAnswer();
   if (answer.pushes) return streamPushes(std::move(answer), reply);
   if (const auto delivery = answer.delivery) {
     return sendSpoilt(*delivery, std::move(answer), connection, reply);

@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <exception>
+#include <limits>
 #include <utility>
 
 #include "sandbox/http/Connection.h"
@@ -48,6 +49,9 @@ std::optional<int> HTTPServer::start(int port, Reception::Limits limits,
     return std::nullopt;
   }
   patience_ = limits.patience;
+  // What the library tells clients that may go on.
+  set_keep_alive_timeout(std::chrono::floor<std::chrono::seconds>(patience_).count());
+  set_keep_alive_max_count(std::numeric_limits<std::int32_t>::max());
   onRefused_ = std::move(onRefused);
   // The library takes a server for one that runs by this socket.
   svr_sock_ = listener;
@@ -76,10 +80,13 @@ void HTTPServer::stopAll(std::chrono::milliseconds farewell) {
 
 void HTTPServer::answer(int socket, std::unique_ptr<IncomingRequest> request) {
   Connection connection(socket, std::move(request), patience_, stop_);
+  bool goesOn = false;
   try {
     bool isClosed = false;
-    process_request(connection, /*close_connection=*/true, isClosed,
-                    [&](httplib::Request& routed) { connection.attachTo(routed); });
+    const bool isAnswered =
+        process_request(connection, !connection.goesOn(), isClosed,
+                        [&](httplib::Request& routed) { connection.attachTo(routed); });
+    goesOn = isAnswered && !isClosed && connection.isAttached() && connection.goesOn();
     // Before its client is told, so that whoever looks for it then finds it.
     if (!connection.isAttached()) onRefused_(connection.head(), notHTTP());
   } catch (const std::exception&) {
@@ -88,7 +95,7 @@ void HTTPServer::answer(int socket, std::unique_ptr<IncomingRequest> request) {
     connection.close();
   }
   const int left = connection.release();
-  reception_->dismiss(left, std::move(connection.unsent()));
+  reception_->dismiss(left, std::move(connection.unsent()), goesOn);
 }
 
 }  // namespace ovinta::sandbox

@@ -92,6 +92,12 @@ void IncomingRequest::refuse(Answer answer) {
 
 bool IncomingRequest::takeWishToContinue() { return std::exchange(wantsContinue_, false); }
 
+bool IncomingRequest::allowsNext() const {
+  const auto isClose = [](std::string_view wish) { return isSameIgnoringCase(wish, "close"); };
+  return state_ == State::whole && !hasMore_ && head_.version == "HTTP/1.1" &&
+         !head_.values("Host").empty() && std::ranges::none_of(head_.values("Connection"), isClose);
+}
+
 void IncomingRequest::takeHead(std::size_t end) {
   auto read = readRequestHead(std::string_view(text_).substr(0, end));
   if (!read) return refuse(std::move(read).error());
@@ -174,6 +180,8 @@ bool IncomingRequest::followChunk() {
 }
 
 void IncomingRequest::end() {
+  const std::size_t wholeSize = framing_ == Framing::chunks ? next_ : body_ + content_;
+  hasMore_ = text_.size() > wholeSize;
   text_.resize(body_ + content_);
   if (framing_ == Framing::chunks) {
     std::string length = "Content-Length: " + std::to_string(content_);

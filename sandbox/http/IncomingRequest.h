@@ -28,6 +28,9 @@ class IncomingRequest {
   const Answer& refusal() const { return refusal_; }
   /// Whether the client wants to be told that it shall send the body; true once at most.
   bool takeWishToContinue();
+  /// Whether the client, once it is answered, may send another request over the same connection.
+  /// One that names no host is no client of HTTP/1.1, and what has come too early is not looked at.
+  bool allowsNext() const;
   /// What was kept so far, with chunks joined to a body of known length. Of the header fields those
   /// are left out that say how the request comes or ask for a part of the answer.
   const std::string& text() const { return text_; }
@@ -57,6 +60,8 @@ class IncomingRequest {
   std::size_t content_ = 0;
   /// Where the chunks begin that were not followed yet.
   std::size_t next_ = 0;
+  /// Whether bytes have come after the whole request.
+  bool hasMore_ = false;
 };
 
 }  // namespace ovinta::sandbox

@@ -58,10 +58,12 @@ void Reception::open() {
   thread_ = std::thread([this] { run(); });
 }
 
-void Reception::dismiss(int socket, std::string unsent) {
+void Reception::dismiss(int socket, std::string unsent, bool mayGoOn) {
   const std::lock_guard lock(mutex_);
   const bool wasFull = admitted_-- >= most_;
-  if (socket >= 0) dismissed_.push_back({.socket = socket, .unsent = std::move(unsent)});
+  if (socket >= 0) {
+    dismissed_.push_back({.socket = socket, .unsent = std::move(unsent), .mayGoOn = mayGoOn});
+  }
   if (wasFull || socket >= 0) wake_.raise();
 }
 
@@ -226,6 +228,8 @@ void Reception::receive(Visit& visit) {
     request.refuse(errorAnswer(400, "request", "is not whole"));
     return refuse(visit);
   }
+  const bool isNext = visit.mayGoOn && request.text().empty();
+  if (isNext) visit.deadline = Clock::now() + limits_.patience;
   const auto before = request.state();
   const auto state = request.take({buffer_.data(), static_cast<std::size_t>(count)});
   if (state == refused) return refuse(visit);
@@ -247,14 +251,18 @@ void Reception::refuse(Visit& visit) {
 }
 
 void Reception::expire(Visit& visit) {
-  if (!visit.request) return close(visit);
+  // A client that has had an answer owes no request.
+  if (!visit.request || (visit.mayGoOn && visit.request->text().empty())) return close(visit);
   visit.request->refuse(errorAnswer(408, "request", "came too slowly"));
   refuse(visit);
 }
 
 void Reception::leave(Visit& visit, std::string unsent) {
-  visit.request = nullptr;
+  // What was refused is the last that is heard.
+  if (std::exchange(visit.request, nullptr)) visit.mayGoOn = false;
   visit.unsent = std::move(unsent);
+  visit.sent = 0;
+  visit.isAllSent = false;
   visit.deadline = Clock::now() + limits_.patience;
   send(visit);
 }
@@ -268,6 +276,10 @@ void Reception::send(Visit& visit) {
     if (visit.sent < visit.unsent.size()) return;
     visit.unsent = {};
     visit.isAllSent = true;
+    if (visit.mayGoOn && isOpen_) {
+      visit.request = std::make_unique<IncomingRequest>();
+      return;
+    }
     ::shutdown(visit.socket, SHUT_WR);
   }
   // A connection that is closed while its client still sends takes the answer along.

@@ -55,9 +55,10 @@ class Reception {
   void open();
 
   /// Takes back a connection that was admitted, -1 for one that is closed, with what is still to be
-  /// sent. It is closed once its client has closed it, or has not done so for too long. May be
-  /// called from any thread.
-  void dismiss(int socket, std::string unsent);
+  /// sent. Where the client may go on its next request is received, for which it has as long as for
+  /// a head; otherwise the connection is closed once its client has closed it, or has not done so
+  /// for too long. May be called from any thread.
+  void dismiss(int socket, std::string unsent, bool mayGoOn);
 
   /// From here on no request is admitted, and those that are not whole are forgotten. Call it after
   /// `open`.
@@ -78,6 +79,8 @@ class Reception {
     std::string unsent = {};
     std::size_t sent = 0;
     bool isAllSent = false;
+    /// Whether another request may follow the answer.
+    bool mayGoOn = false;
 
     std::size_t size() const { return request ? request->text().size() : unsent.size(); }
   };

@@ -133,6 +133,16 @@ TEST_F(AccessTest, BodiesThatCannotBeHadAreAnsweredAndListed) {
   EXPECT_EQ(app.sendBody("PUT", "/sandbox/snapshot", snapshot).status, 200);
 }
 
+TEST_F(AccessTest, AClientMaySendItsNextRequestOverTheSameConnection) {
+  const std::string request = "GET /m/v1/app HTTP/1.1\r\nHost: localhost\r\n";
+  const RawClient client(sandbox.port());
+  client.send(request + "\r\n");
+  ASSERT_TRUE(client.isAnswered(std::chrono::seconds(30)));
+  const std::string answers = client.ask(request + "Connection: close\r\n\r\n");
+  EXPECT_THAT(answers, testing::StartsWith("HTTP/1.1 200 OK\r\n"));
+  EXPECT_THAT(answers, testing::HasSubstr("}HTTP/1.1 200 OK\r\nConnection: close\r\n"));
+}
+
 TEST_F(AccessTest, ListsWhatTheHTTPLibraryRefusesBeforeItsClientIsTold) {
   const std::string answer =
       RawClient(sandbox.port()).ask("BREW /m/v1/app HTTP/1.1\r\nX-Pot: tea\r\n\r\n");

@@ -72,7 +72,7 @@ TEST_F(HostileClientTest, PagesOfOtherSitesAreRefused) {
       {"Host: localhost\r\nSec-Fetch-Site: cross-site", "403", "Origin must be"}};
   for (const char* request : {"GET /m/v1/app", "GET /sandbox/customers", "POST /sandbox/reset"}) {
     for (const auto& [fields, status, complaint] : kCases) {
-      const std::string lines = fields.empty() ? fields : fields + "\r\n";
+      const std::string lines = "Connection: close\r\n" + (fields.empty() ? "" : fields + "\r\n");
       EXPECT_THAT(ask(std::string(request) + " HTTP/1.1\r\n" + lines + "\r\n"),
                   AllOf(StartsWith(std::string("HTTP/1.1 ") + status), HasSubstr(complaint)))
           << request << "\n"
@@ -176,7 +176,7 @@ TEST_F(HostileClientTest, FiveHundredAtOnceAreAnsweredBesideThoseThatNeverEnd) {
     ASSERT_THAT(client.answer(), AllOf(StartsWith("HTTP/1.1 200"), HasSubstr("Ovinta sandbox")));
   }
   // They were there all the time, and are served as soon as their requests are whole.
-  EXPECT_THAT(halfOpen[2].ask("host\r\n\r\n"), StartsWith("HTTP/1.1 200"));
+  EXPECT_THAT(halfOpen[2].ask("host\r\nConnection: close\r\n\r\n"), StartsWith("HTTP/1.1 200"));
   EXPECT_THAT(halfOpen[3].ask("}}"), HasSubstr("Body is not JSON"));
   EXPECT_THAT(halfOpen[4].ask("\"a\"}\r\n0\r\n\r\n"), HasSubstr("Body is not JSON"));
 }
