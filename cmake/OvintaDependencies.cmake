@@ -9,4 +9,4 @@ add_library(ovinta_dependencies INTERFACE)
 target_link_libraries(
   ovinta_dependencies
   INTERFACE ovinta_portable_dependencies CURL::libcurl ICU::uc ICU::i18n Boost::url SQLiteCpp
-            PkgConfig::GLIBMM PkgConfig::GEOGRAPHICLIB PkgConfig::GPS)
+            PkgConfig::GIO PkgConfig::GEOGRAPHICLIB)

@@ -23,14 +23,14 @@ void readFrame(std::string_view input) {
 }
 
 /// The properties that a text in GLib's own form stands for; null for none.
-Glib::VariantBase propertiesIn(std::string_view text) {
+linuxos::dbus::Variant propertiesIn(std::string_view text) {
   // GLib takes no other text, as no bus passes one on.
   if (!g_utf8_validate(text.data(), static_cast<gssize>(text.size()), nullptr)) return {};
   GError* error = nullptr;
   GVariant* const value = g_variant_parse(G_VARIANT_TYPE_VARDICT, text.data(),
                                           text.data() + text.size(), nullptr, &error);
   g_clear_error(&error);
-  return Glib::VariantBase(value);
+  return linuxos::dbus::Variant::taking(value);
 }
 
 /// Each line: what is told of a device, by the letter that it begins with.

@@ -4,7 +4,7 @@ namespace ovinta::test {
 namespace {
 
 using namespace platform::linuxos::dbus;
-using Interfaces = std::map<Glib::ustring, Properties>;
+using Interfaces = std::map<std::string, Properties>;
 
 constexpr const char* kAdapter = "org.bluez.Adapter1";
 constexpr const char* kDevice = "org.bluez.Device1";
@@ -17,8 +17,7 @@ Failure failure(const char* name, const char* text) {
 }
 
 Properties manufacturerData(const BlueZDouble::Bytes& data, std::uint16_t company) {
-  return {{"ManufacturerData",
-           write(std::map<std::uint16_t, Glib::VariantBase>{{company, write(data)}})}};
+  return {{"ManufacturerData", write(std::map<std::uint16_t, Variant>{{company, write(data)}})}};
 }
 
 }  // namespace
@@ -54,7 +53,7 @@ void BlueZDouble::removeAdapter(const std::string& name) {
 
 void BlueZDouble::tellRemoved(const std::string& path, const char* interface) {
   service_.emit("/", kObjectManager, "InterfacesRemoved",
-                arguments(ObjectPath(path), std::vector<Glib::ustring>{interface}));
+                arguments(ObjectPath(path), std::vector<std::string>{interface}));
 }
 
 void BlueZDouble::setPowered(const std::string& name, bool isPowered) {
@@ -141,14 +140,14 @@ ServiceDouble::Answer BlueZDouble::answer(const ServiceDouble::Call& call) {
   if (holdsStarts_) return failure("InProgress", "Operation already in progress");
   if (!adapter.isDiscovering) return failure("Failed", "No discovery started");
   setDiscovering(call.object, false);
-  return Glib::VariantContainerBase();
+  return Variant();
 }
 
 ServiceDouble::Answer BlueZDouble::setFilter(Adapter& adapter, const ServiceDouble::Call& call) {
   const Properties filter = read<Properties>(call.arguments, 0).value_or(Properties());
   adapter.isFiltered = filter.size() == 2 && read<bool>(filter, "DuplicateData") == true &&
-                       read<Glib::ustring>(filter, "Transport").value_or("").raw() == "le";
-  if (adapter.isFiltered) return Glib::VariantContainerBase();
+                       read<std::string>(filter, "Transport").value_or("") == "le";
+  if (adapter.isFiltered) return Variant();
   return failure("InvalidArguments", "Invalid arguments in method call");
 }
 
@@ -158,7 +157,7 @@ ServiceDouble::Answer BlueZDouble::start(const std::string& path, Adapter& adapt
   }
   if (adapter.isDiscovering) return failure("InProgress", "Operation already in progress");
   setDiscovering(path, true);
-  return Glib::VariantContainerBase();
+  return Variant();
 }
 
 ServiceDouble::Answer BlueZDouble::objects() {

@@ -108,7 +108,7 @@ class GeoClueDouble {
       clients_.erase(path);
       service_.removeObject(path);
     }
-    return Glib::VariantContainerBase();
+    return dbus::Variant();
   }
 
   ServiceDouble::Answer create(const std::string& owner) {
@@ -121,7 +121,7 @@ class GeoClueDouble {
 
   ServiceDouble::Answer start(const std::string& path) {
     const auto denied = [](const char* text) { return dbus::Failure{dbus::kAccessDenied, text}; };
-    if (!service_.property<Glib::ustring>(path, kClient, "DesktopId")) {
+    if (!service_.property<std::string>(path, kClient, "DesktopId")) {
       return denied("'DesktopId' property must be set");
     }
     if (mood_ == Mood::disallowing) return denied("'tests' disallowed by configuration for UID 0");
@@ -131,7 +131,7 @@ class GeoClueDouble {
     service_.afterAnswer([this, path, owner = client.owner] {
       service_.change(path, kClient, {{"Active", dbus::write(true)}}, owner);
     });
-    return Glib::VariantContainerBase();
+    return dbus::Variant();
   }
 
   Mood mood_ = Mood::willing;

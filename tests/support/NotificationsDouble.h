@@ -13,7 +13,7 @@ namespace ovinta::test {
 /// notification, only the connection that has shown it.
 class NotificationsDouble {
  public:
-  using Texts = std::vector<Glib::ustring>;
+  using Texts = std::vector<std::string>;
   struct Shown {
     std::uint32_t number;
     std::string client, application, title, body;
@@ -85,7 +85,7 @@ class NotificationsDouble {
     if (isHeld_) return ServiceDouble::NoAnswer{};
     if (failure_) return *failure_;
     const auto text = [&](std::size_t place) {
-      return dbus::read<Glib::ustring>(call.arguments, place).value().raw();
+      return dbus::read<std::string>(call.arguments, place).value();
     };
     // The number is not the same as its place: services do not begin with 1.
     shown_.push_back({.number = 7 + static_cast<std::uint32_t>(shown_.size()),

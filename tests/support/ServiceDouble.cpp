@@ -18,8 +18,8 @@ GDBusMessage* replyTo(GDBusMessage* message, const ServiceDouble::Answer& answer
                                                    failure->message.c_str());
   }
   GDBusMessage* const reply = g_dbus_message_new_method_reply(message);
-  const auto& values = std::get<Glib::VariantContainerBase>(answer);
-  if (values.gobj()) g_dbus_message_set_body(reply, const_cast<GVariant*>(values.gobj()));
+  const auto& values = std::get<Variant>(answer);
+  if (values) g_dbus_message_set_body(reply, values.get());
   return reply;
 }
 
@@ -77,7 +77,7 @@ ServiceDouble::Call ServiceDouble::read(GDBusMessage* message) {
   GVariant* const body = g_dbus_message_get_body(message);
   return {g_dbus_message_get_sender(message), g_dbus_message_get_path(message),
           g_dbus_message_get_interface(message), g_dbus_message_get_member(message),
-          body ? Glib::VariantContainerBase(body, true) : Glib::VariantContainerBase()};
+          Variant::sharing(body)};
 }
 
 void ServiceDouble::send(GDBusMessage* message, const Answer& answer) {
@@ -110,16 +110,16 @@ void ServiceDouble::change(const std::string& path, const std::string& interface
   sync([&] {
     for (const auto& [name, value] : changed) objects_[{path, interface}][name] = value;
     emit(path, kProperties, "PropertiesChanged",
-         arguments(interface, changed, std::vector<Glib::ustring>()), destination);
+         arguments(interface, changed, std::vector<std::string>()), destination);
   });
 }
 
 void ServiceDouble::emit(const std::string& path, const std::string& interface,
-                         const std::string& member, const Glib::VariantContainerBase& arguments,
+                         const std::string& member, const Variant& arguments,
                          const std::string& destination) {
   g_dbus_connection_emit_signal(connection_, destination.empty() ? nullptr : destination.c_str(),
-                                path.c_str(), interface.c_str(), member.c_str(),
-                                const_cast<GVariant*>(arguments.gobj()), nullptr);
+                                path.c_str(), interface.c_str(), member.c_str(), arguments.get(),
+                                nullptr);
 }
 
 std::vector<std::string> ServiceDouble::calls() {
@@ -149,7 +149,7 @@ ServiceDouble::Answer ServiceDouble::answer(const Call& call) {
   if (signature == methods_.end() || !objects_.contains({call.object, call.interface})) {
     return Failure{"org.freedesktop.DBus.Error.UnknownMethod", call.object + " " + call.method};
   }
-  const std::string given = call.arguments.gobj() ? call.arguments.get_type_string() : "()";
+  const std::string given = call.arguments ? g_variant_get_type_string(call.arguments.get()) : "()";
   if (given != "(" + signature->second + ")") {
     return Failure{"org.freedesktop.DBus.Error.InvalidArgs", given};
   }
@@ -159,14 +159,14 @@ ServiceDouble::Answer ServiceDouble::answer(const Call& call) {
 
 ServiceDouble::Answer ServiceDouble::answerForProperties(const Call& call) {
   const auto object =
-      objects_.find({call.object, dbus::read<Glib::ustring>(call.arguments, 0).value().raw()});
+      objects_.find({call.object, dbus::read<std::string>(call.arguments, 0).value()});
   if (object == objects_.end()) {
     return Failure{"org.freedesktop.DBus.Error.UnknownInterface", call.object};
   }
   if (call.method == "GetAll") return arguments(object->second);
-  object->second[dbus::read<Glib::ustring>(call.arguments, 1).value()] =
-      dbus::read<Glib::VariantBase>(call.arguments, 2).value();
-  return Glib::VariantContainerBase();
+  object->second[dbus::read<std::string>(call.arguments, 1).value()] =
+      dbus::read<Variant>(call.arguments, 2).value();
+  return Variant();
 }
 
 }  // namespace ovinta::test

@@ -25,12 +25,11 @@ class ServiceDouble {
  public:
   struct Call {
     std::string sender, object, interface, method;
-    Glib::VariantContainerBase arguments;
+    dbus::Variant arguments;
   };
   /// The caller waits, for ever unless `answerLate` is called.
   struct NoAnswer {};
-  using Answer =
-      std::variant<Glib::VariantContainerBase, platform::linuxos::dbus::Failure, NoAnswer>;
+  using Answer = std::variant<dbus::Variant, platform::linuxos::dbus::Failure, NoAnswer>;
 
   /// Owns the name at once. `methods`: the signature of each one's arguments. `handler` answers the
   /// calls, one at a time on a thread of its own; what it uses is declared before the double.
@@ -70,7 +69,7 @@ class ServiceDouble {
   }
 
   void emit(const std::string& path, const std::string& interface, const std::string& member,
-            const Glib::VariantContainerBase& arguments, const std::string& destination = {});
+            const dbus::Variant& arguments, const std::string& destination = {});
 
   /// The methods called so far, oldest first, those of the property interface not among them.
   std::vector<std::string> calls();

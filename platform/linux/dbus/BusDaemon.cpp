@@ -15,12 +15,11 @@ constexpr std::uint32_t kExists = 3;
 BusDaemon::BusDaemon(std::shared_ptr<Bus> bus, std::string name)
     : service_(std::move(bus), std::move(name)) {}
 
-void BusDaemon::call(const char* method, const Glib::VariantContainerBase& arguments,
-                     Service::Completion completion) {
+void BusDaemon::call(const char* method, const Variant& arguments, Service::Completion completion) {
   service_.call(kBusPath, kBusName, method, arguments, std::move(completion));
 }
 
-void BusDaemon::ask(const char* method, const Glib::VariantContainerBase& arguments,
+void BusDaemon::ask(const char* method, const Variant& arguments,
                     const Service::Completion& completion, int questions) {
   call(method, arguments, [this, method, arguments, completion, questions](const Reply& reply) {
     const bool isLate = reply.failure && reply.failure->name == kNoReply;
@@ -51,9 +50,9 @@ void BusDaemon::start(const std::string& name) {
 
 void BusDaemon::listNames(std::function<void(const std::set<std::string>&)> completion) {
   ask("ListNames", {}, [completion = std::move(completion)](const Reply& reply) {
-    const auto names = read<std::vector<Glib::ustring>>(reply.values, 0);
+    const auto names = read<std::vector<std::string>>(reply.values, 0);
     std::set<std::string> found;
-    for (const auto& name : names.value_or(std::vector<Glib::ustring>())) found.insert(name);
+    for (const auto& name : names.value_or(std::vector<std::string>())) found.insert(name);
     completion(found);
   });
 }

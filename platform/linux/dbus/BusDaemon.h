@@ -44,10 +44,9 @@ class BusDaemon {
   void onLost(std::function<void()> handler);
 
  private:
-  void call(const char* method, const Glib::VariantContainerBase& arguments,
-            Service::Completion completion = {});
-  void ask(const char* method, const Glib::VariantContainerBase& arguments,
-           const Service::Completion& completion, int questions = kMostQuestions);
+  void call(const char* method, const Variant& arguments, Service::Completion completion = {});
+  void ask(const char* method, const Variant& arguments, const Service::Completion& completion,
+           int questions = kMostQuestions);
 
   Service service_;
 };

@@ -186,7 +186,7 @@ void BusLink::send(PendingCall pending) {
   ++underWay_;
   g_dbus_connection_call(
       connection_, call.service.c_str(), call.object.c_str(), call.interface.c_str(),
-      call.method.c_str(), const_cast<GVariant*>(call.arguments.gobj()), nullptr,
+      call.method.c_str(), call.arguments.get(), nullptr,
       call.startsService ? G_DBUS_CALL_FLAGS_NONE : G_DBUS_CALL_FLAGS_NO_AUTO_START,
       static_cast<int>(call.timeout.count()), cancellable_,
       [](GObject* connection, GAsyncResult* result, gpointer data) {
@@ -196,7 +196,7 @@ void BusLink::send(PendingCall pending) {
             g_dbus_connection_call_finish(G_DBUS_CONNECTION(connection), result, &error);
         --ended->link->underWay_;
         Reply reply;
-        if (values) reply.values = Glib::VariantContainerBase(values);
+        if (values) reply.values = Variant::taking(values);
         if (error) reply.failure = describe(error);
         ended->completion(std::move(reply));
       },
@@ -236,7 +236,7 @@ void BusLink::attach(Registration& registration) {
         [](GDBusConnection*, const char*, const char* object, const char* interface,
            const char* member, GVariant* arguments, gpointer data) {
           static_cast<Registration*>(data)->onSignal(
-              {object, interface, member, Glib::VariantContainerBase(arguments, true)});
+              {object, interface, member, Variant::sharing(arguments)});
         },
         &registration, nullptr);
     return;

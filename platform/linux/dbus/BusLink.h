@@ -20,8 +20,7 @@ namespace ovinta::platform::linuxos::dbus {
 /// made anew when it is needed again and, while somebody waits for a service or a signal, tried
 /// again after a second and then ever more rarely, once a minute in the end. It is private: the one
 /// that GLib shares ends the process when the bus goes away. Lives and calls back on one thread and
-/// its default context. Of GLib's C++ layer the values alone are used: its initialisation would
-/// change the application's locale.
+/// its default context.
 class BusLink {
  public:
   using Completion = std::function<void(Reply)>;

@@ -32,7 +32,7 @@ struct MethodCall {
   std::string object;
   std::string interface;
   std::string method;
-  Glib::VariantContainerBase arguments = {};
+  Variant arguments = {};
   std::chrono::milliseconds timeout = kCallTimeout;
   /// Whether a service that does not run is started for the call if the bus knows how.
   bool startsService = true;
@@ -46,7 +46,7 @@ struct Failure {
 
 struct Reply {
   /// The results; empty after a failure.
-  Glib::VariantContainerBase values = {};
+  Variant values = {};
   std::optional<Failure> failure = {};
 };
 
@@ -66,7 +66,7 @@ struct Signal {
   std::string object;
   std::string interface;
   std::string member;
-  Glib::VariantContainerBase arguments;
+  Variant arguments;
 };
 
 /// A name to watch on the bus.

@@ -65,9 +65,8 @@ void Service::onPropertiesChanged(std::string object, std::string interface,
            });
 }
 
-void Service::call(std::string object, std::string interface, std::string method,
-                   Glib::VariantContainerBase arguments, Completion completion,
-                   std::chrono::milliseconds timeout) {
+void Service::call(std::string object, std::string interface, std::string method, Variant arguments,
+                   Completion completion, std::chrono::milliseconds timeout) {
   bus_->call({name_, std::move(object), std::move(interface), std::move(method),
               std::move(arguments), timeout},
              whileAlive(std::move(completion)));
@@ -88,17 +87,16 @@ Service::Completion Service::whileAlive(Completion completion) const {
   });
 }
 
-void Service::askBus(std::string method, Glib::VariantContainerBase arguments,
-                     Completion completion) {
+void Service::askBus(std::string method, Variant arguments, Completion completion) {
   bus_->call({kBusName, kBusPath, kBusName, std::move(method), std::move(arguments), kCallTimeout},
              whileAlive(std::move(completion)));
 }
 
 void Service::find(std::function<void(bool)> handler) {
   askBus("ListActivatableNames", {}, [this, handler = std::move(handler)](const Reply& reply) {
-    using Names = std::vector<Glib::ustring>;
+    using Names = std::vector<std::string>;
     const Names names = read<Names>(reply.values, 0).value_or(Names());
-    const auto isName = [this](const Glib::ustring& name) { return name.raw() == name_; };
+    const auto isName = [this](const std::string& name) { return name == name_; };
     if (std::ranges::any_of(names, isName)) return handler(true);
     askBus("NameHasOwner", arguments(name_), [handler](const Reply& answer) {
       handler(read<bool>(answer.values, 0).value_or(false));
@@ -118,7 +116,7 @@ void Service::getProperties(std::string object, const std::string& interface,
 }
 
 void Service::setProperty(std::string object, const std::string& interface, const char* property,
-                          const Glib::VariantBase& value, Completion completion) {
+                          const Variant& value, Completion completion) {
   call(std::move(object), kProperties, "Set", arguments(interface, property, value),
        std::move(completion));
 }

@@ -52,9 +52,8 @@ class Service {
 
   /// Calls a method; `completion`, if any, gets the answer or the failure. The object names the
   /// interface as its service does.
-  void call(std::string object, std::string interface, std::string method,
-            Glib::VariantContainerBase arguments, Completion completion,
-            std::chrono::milliseconds timeout = kCallTimeout);
+  void call(std::string object, std::string interface, std::string method, Variant arguments,
+            Completion completion, std::chrono::milliseconds timeout = kCallTimeout);
 
   /// Calls a method whose answer nobody waits for, and which means nothing to a service that would
   /// have to be started for it.
@@ -66,10 +65,10 @@ class Service {
                      std::function<void(const Failure&)> onFailure = {});
 
   void setProperty(std::string object, const std::string& interface, const char* property,
-                   const Glib::VariantBase& value, Completion completion = {});
+                   const Variant& value, Completion completion = {});
 
  private:
-  void askBus(std::string method, Glib::VariantContainerBase arguments, Completion completion);
+  void askBus(std::string method, Variant arguments, Completion completion);
   Completion whileAlive(Completion completion) const;
 
   const std::shared_ptr<Bus> bus_;

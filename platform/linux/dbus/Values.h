@@ -1,34 +1,35 @@
 #pragma once
 
-#include <glibmm/variant.h>
-#include <glibmm/variantdbusstring.h>
-
 #include <cstddef>
 #include <map>
 #include <optional>
 #include <string>
 #include <utility>
-#include <vector>
+
+#include "platform/linux/dbus/ValueForms.h"
+#include "platform/linux/dbus/Variant.h"
 
 namespace ovinta::platform::linuxos::dbus {
 
 /// The properties of an object by their names, which travel over the bus as the type `a{sv}`.
-using Properties = std::map<Glib::ustring, Glib::VariantBase>;
+using Properties = std::map<std::string, Variant>;
 
 /// The value when it is there and of the type, otherwise none: what others send is never trusted.
 template <class T>
-std::optional<T> read(const Glib::VariantBase& value) {
-  if (!value.gobj() || !value.is_of_type(Glib::Variant<T>::variant_type())) return std::nullopt;
-  return Glib::VariantBase::cast_dynamic<Glib::Variant<T>>(value).get();
+std::optional<T> read(const Variant& value) {
+  if (!value) return std::nullopt;
+  if (!g_variant_is_of_type(value.get(), typeOf<T>())) return std::nullopt;
+  return Form<T>::read(value.get());
 }
 
 /// The part of a tuple when there is one at the place and it is of the type.
 template <class T>
-std::optional<T> read(const Glib::VariantContainerBase& tuple, std::size_t place) {
-  if (!tuple.gobj() || tuple.get_n_children() <= place) return std::nullopt;
-  Glib::VariantBase part;
-  tuple.get_child(part, place);
-  return read<T>(part);
+std::optional<T> read(const Variant& tuple, std::size_t place) {
+  if (!tuple || !g_variant_is_container(tuple.get()) ||
+      g_variant_n_children(tuple.get()) <= place) {
+    return std::nullopt;
+  }
+  return read<T>(Variant::taking(g_variant_get_child_value(tuple.get(), place)));
 }
 
 /// The property when the list has it and it is of the type.
@@ -38,26 +39,20 @@ std::optional<T> read(const Properties& properties, const char* name) {
   return found == properties.end() ? std::nullopt : read<T>(found->second);
 }
 
-/// An object path in a tuple of arguments. `read` hands it out as a text of this type of its own.
-using ObjectPath = Glib::DBusObjectPathString;
-
-inline Glib::VariantBase write(const char* text) {
-  return Glib::Variant<Glib::ustring>::create(text);
-}
-inline Glib::VariantBase write(const std::string& text) { return write(text.c_str()); }
-/// Wraps a value of any type as the type `v`.
-inline Glib::VariantBase write(const Glib::VariantBase& value) {
-  return Glib::Variant<Glib::VariantBase>::create(value);
-}
+/// The value in its type's form; a variant is wrapped as the type `v`.
 template <class T>
-Glib::VariantBase write(const T& value) {
-  return Glib::Variant<T>::create(value);
+Variant write(const T& value) {
+  return Variant::taking(Form<T>::write(value));
 }
+inline Variant write(const char* text) { return write<std::string>(text); }
 
 /// Makes the tuple of the arguments of a method or a signal.
 template <class... T>
-Glib::VariantContainerBase arguments(const T&... values) {
-  return Glib::VariantContainerBase::create_tuple(std::vector<Glib::VariantBase>{write(values)...});
+Variant arguments(const T&... values) {
+  const Variant parts[] = {write(values)...};
+  GVariant* children[sizeof...(T)];
+  for (std::size_t place = 0; place < sizeof...(T); ++place) children[place] = parts[place].get();
+  return Variant::taking(g_variant_new_tuple(children, sizeof...(T)));
 }
 
 }  // namespace ovinta::platform::linuxos::dbus

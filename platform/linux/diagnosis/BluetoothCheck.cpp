@@ -18,7 +18,7 @@ Adapters adaptersIn(const BlueZObjects& objects) {
   for (const auto& [path, interfaces] : objects) {
     const auto found = interfaces.find(kBlueZAdapter);
     if (found == interfaces.end()) continue;
-    adapters.emplace(path.raw().substr(path.raw().rfind('/') + 1), found->second);
+    adapters.emplace(path.substr(path.rfind('/') + 1), found->second);
   }
   return adapters;
 }
@@ -32,7 +32,7 @@ bool isPowered(const dbus::Properties& adapter) {
 std::string versionIn(const Adapters& adapters) {
   for (const auto& [name, adapter] : adapters) {
     unsigned major = 0, minor = 0;
-    const auto identity = dbus::read<Glib::ustring>(adapter, "Modalias").value_or("").raw();
+    const auto identity = dbus::read<std::string>(adapter, "Modalias").value_or("");
     if (std::sscanf(identity.c_str(), "usb:v1D6Bp0246d%2x%2x", &major, &minor) == 2) {
       return std::to_string(major) + "." + std::to_string(minor);
     }
@@ -43,9 +43,9 @@ std::string versionIn(const Adapters& adapters) {
 /// Whether the adapter hears low energy. Old versions of BlueZ do not tell an adapter's roles,
 /// which is then believed to.
 bool hearsLowEnergy(const dbus::Properties& adapter) {
-  using Names = std::vector<Glib::ustring>;
+  using Names = std::vector<std::string>;
   const auto roles = dbus::read<Names>(adapter, "Roles").value_or(Names{"central"});
-  return std::ranges::any_of(roles, [](const auto& role) { return role.raw() == "central"; });
+  return std::ranges::any_of(roles, [](const auto& role) { return role == "central"; });
 }
 
 Finding findingOf(const std::string& name, const dbus::Properties& adapter, bool isAnyPowered) {

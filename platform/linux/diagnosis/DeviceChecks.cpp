@@ -76,7 +76,7 @@ void checkBattery(const Surroundings& around, Check& check) {
   auto& upower = check.keep(std::make_shared<dbus::Service>(around.systemBus, kUPowerName));
   upower.getProperties(
       kUPowerPath, kUPowerName, [&around, &check, &upower](const dbus::Properties& daemon) {
-        const auto version = dbus::read<Glib::ustring>(daemon, "DaemonVersion");
+        const auto version = dbus::read<std::string>(daemon, "DaemonVersion");
         if (!version) {
           return endBattery(check, readPowerSupplies(around.powerSupplies), "", "the kernel");
         }

@@ -15,9 +15,9 @@ Finding absent(const std::string& detail) {
 }
 
 /// The finding made of what the service tells of itself: name, vendor, version.
-Finding findingOf(const Glib::VariantContainerBase& information) {
+Finding findingOf(const dbus::Variant& information) {
   const auto text = [&](std::size_t place) {
-    return dbus::read<Glib::ustring>(information, place).value_or("").raw();
+    return dbus::read<std::string>(information, place).value_or("");
   };
   const std::string by = text(1).empty() ? "" : " by " + text(1);
   return {.condition = Condition::good, .version = text(2), .detail = text(0) + by};
@@ -29,7 +29,7 @@ void askCapabilities(Check& check, dbus::Service& service, Finding finding) {
                  const auto capabilities = dbus::read<NotificationCapabilities>(reply.values, 0)
                                                .value_or(NotificationCapabilities());
                  const bool isClickable = std::ranges::any_of(
-                     capabilities, [](const auto& one) { return one.raw() == kCanAct; });
+                     capabilities, [](const auto& one) { return one == kCanAct; });
                  if (!isClickable) {
                    finding.condition = Condition::limited;
                    finding.detail += ", which tells of no clicks";

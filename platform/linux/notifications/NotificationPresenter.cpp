@@ -1,6 +1,6 @@
 #include "platform/linux/notifications/NotificationPresenter.h"
 
-#include <glibmm/markup.h>
+#include <glib.h>
 
 #include <algorithm>
 #include <utility>
@@ -14,6 +14,12 @@ constexpr const char* kCanMarkUp = "body-markup";
 constexpr const char* kDefaultAction = "default";
 constexpr std::uint32_t kReplacesNone = 0;
 constexpr std::int32_t kDefaultExpiry = -1;
+
+std::string escapeMarkup(const std::string& text) {
+  const std::unique_ptr<char, decltype(&g_free)> escaped(
+      g_markup_escape_text(text.data(), static_cast<gssize>(text.size())), &g_free);
+  return escaped.get();
+}
 
 dbus::Properties hintsFor(const UserNotificationContent& content,
                           const std::string& applicationID) {
@@ -47,8 +53,8 @@ void NotificationPresenter::listen() {
                         const auto number = dbus::read<std::uint32_t>(signal.arguments, 0);
                         const auto clicked = open_.find(number.value_or(0));
                         if (clicked == open_.end()) return;
-                        const auto action = dbus::read<Glib::ustring>(signal.arguments, 1);
-                        if (!action || action->raw() != kDefaultAction) return;
+                        const auto action = dbus::read<std::string>(signal.arguments, 1);
+                        if (!action || *action != kDefaultAction) return;
                         const Dictionary userInfo = clicked->second;
                         if (handlers_.onClick) handlers_.onClick(userInfo);
                         close(*number);
@@ -116,14 +122,12 @@ void NotificationPresenter::notify(const UserNotificationContent& content,
                                    const NotificationCapabilities& capabilities,
                                    const std::function<void(bool)>& completion) {
   const auto can = [&](const char* what) {
-    return std::ranges::any_of(capabilities,
-                               [&](const Glib::ustring& one) { return one.raw() == what; });
+    return std::ranges::any_of(capabilities, [&](const std::string& one) { return one == what; });
   };
   // A service that cannot mark up shows the body as it stands.
-  const Glib::ustring body =
-      can(kCanMarkUp) ? Glib::Markup::escape_text(content.body) : Glib::ustring(content.body);
+  const std::string body = can(kCanMarkUp) ? escapeMarkup(content.body) : content.body;
   const auto actions =
-      can(kCanAct) ? std::vector<Glib::ustring>{kDefaultAction, ""} : std::vector<Glib::ustring>();
+      can(kCanAct) ? std::vector<std::string>{kDefaultAction, ""} : std::vector<std::string>();
   service_.call(kNotificationsPath, kNotificationsName, "Notify",
                 dbus::arguments(applicationID_, kReplacesNone, "", content.title, body, actions,
                                 hintsFor(content, applicationID_), kDefaultExpiry),

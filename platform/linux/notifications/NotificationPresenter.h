@@ -18,7 +18,7 @@ inline constexpr const char* kNotificationsName = "org.freedesktop.Notifications
 inline constexpr const char* kNotificationsPath = "/org/freedesktop/Notifications";
 
 /// The capabilities that a notification service says it has.
-using NotificationCapabilities = std::vector<Glib::ustring>;
+using NotificationCapabilities = std::vector<std::string>;
 inline constexpr const char* kGetCapabilities = "GetCapabilities";
 /// The capability without which nothing can be clicked.
 inline constexpr const char* kCanAct = "actions";

@@ -34,11 +34,11 @@ TEST(IBeaconTest, ReadsBeaconsAndNothingElse) {
 }
 
 TEST(BlueZDevicesTest, TellASightingByItsStrength) {
-  using Data = std::map<std::uint16_t, Glib::VariantBase>;
+  using Data = std::map<std::uint16_t, dbus::Variant>;
   const auto data = [](const auto& value) {
     return dbus::Properties{{"ManufacturerData", dbus::write(value)}};
   };
-  const Glib::VariantBase frame = dbus::write(beaconFrame(kBeacon));
+  const dbus::Variant frame = dbus::write(beaconFrame(kBeacon));
   const dbus::Properties beacon = data(Data{{1, dbus::write(Bytes{1})}, {0x4C, frame}});
   constexpr int kNoSighting = 1, kUnknown = 0;
   const std::tuple<dbus::Properties, int, int> cases[] = {

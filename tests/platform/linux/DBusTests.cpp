@@ -31,14 +31,14 @@ class DBusTest : public test::BusTest {
  protected:
   DBusTest() { clock_.addObject(kPath, kName); }
 
-  std::string call(const char* method, Glib::VariantContainerBase arguments,
+  std::string call(const char* method, Variant arguments,
                    std::chrono::milliseconds timeout = kCallTimeout) {
     std::string result;
     service_->call(
         kPath, kName, method, std::move(arguments),
         [&](const Reply& reply) {
           result = reply.failure ? reply.failure->name + ": " + reply.failure->message
-                                 : read<Glib::ustring>(reply.values, 0).value_or("nothing").raw();
+                                 : read<std::string>(reply.values, 0).value_or("nothing");
         },
         timeout);
     EXPECT_EQ(result, "") << "never inside the call";
@@ -131,7 +131,7 @@ TEST_F(DBusTest, ABusThatDoesNotAnswerIsAskedAgainAFewTimes) {
   ServiceDouble slow(daemon_, "org.example.Bus", {{"ListNames", ""}, {"RequestName", "su"}},
                      [&](const auto& call) -> ServiceDouble::Answer {
                        if (slow.count(call.method) <= silences) return Failure{kNoReply, "late"};
-                       return arguments(std::vector<Glib::ustring>{"org.example.App"});
+                       return arguments(std::vector<std::string>{"org.example.App"});
                      });
   slow.addObject(kBusPath, kBusName);
   BusDaemon names(bus_, "org.example.Bus");

@@ -63,7 +63,7 @@ class IdleTest : public test::SDKFixture {
 
   /// What the bus wakes the library for.
   std::vector<std::string> matchRules() {
-    using Rules = std::map<Glib::ustring, std::vector<Glib::ustring>>;
+    using Rules = std::map<std::string, std::vector<std::string>>;
     std::optional<std::vector<std::string>> all;
     stats_.call("/org/freedesktop/DBus", "org.freedesktop.DBus.Debug.Stats", "GetAllMatchRules", {},
                 [&](const dbus::Reply& reply) {

@@ -33,13 +33,13 @@ class PortalTest : public PositionTest {
       if (isSlow_) return ServiceDouble::NoAnswer{};
       const auto options = dbus::read<dbus::Properties>(call.arguments, 0).value();
       thresholds_.push_back(dbus::read<std::uint32_t>(options, "distance-threshold").value());
-      session_ = "/session/" + dbus::read<Glib::ustring>(options, "session_handle_token").value();
+      session_ = "/session/" + dbus::read<std::string>(options, "session_handle_token").value();
       portal_.addObject(session_, kSession);
       return dbus::arguments(dbus::ObjectPath(session_));
     }
     if (call.method == "Close") {
       closed_.push_back(call.object);
-      return Glib::VariantContainerBase();
+      return dbus::Variant();
     }
     return start(call);
   }
@@ -47,7 +47,7 @@ class PortalTest : public PositionTest {
   ServiceDouble::Answer start(const ServiceDouble::Call& call) {
     const auto options = dbus::read<dbus::Properties>(call.arguments, 2).value();
     const std::string request =
-        "/request/" + dbus::read<Glib::ustring>(options, "handle_token").value();
+        "/request/" + dbus::read<std::string>(options, "handle_token").value();
     portal_.emit("/request/other", kRequest, "Response", dbus::arguments(1U, dbus::Properties()),
                  call.sender);
     // It is gone with its answer.

@@ -117,7 +117,7 @@ TEST_F(UserNotificationTest, FiresOnceOnEntryAndTellsOfTheClick) {
   const auto shown = desktop_.shown().at(0);
   EXPECT_EQ(shown.application + ": " + shown.title + ": " + shown.body,
             "org.example.app: Near: 5 &lt; 6 &amp; more");
-  EXPECT_EQ(dbus::read<Glib::ustring>(shown.hints, "sound-name"), "message-new-instant");
+  EXPECT_EQ(dbus::read<std::string>(shown.hints, "sound-name"), "message-new-instant");
   waitUntil([&] { return !location_->isUpdating(); });
   enter();
   for (int i = 0; i < 2; ++i) desktop_.click(shown);
@@ -425,7 +425,7 @@ TEST_F(NotifyAgentTest, EndsWithNothingToDoWithASecondAgentAndWithoutABus) {
 TEST_F(NotifyAgentTest, TheBusStartsTheProgramWhichTakesOverOnceTheApplicationIsGone) {
   test::GeoClueDouble geoclue(daemon_);
   daemon_.addService(OVINTA_AGENT_SERVICE);
-  using Variables = std::map<Glib::ustring, Glib::ustring>;
+  using Variables = std::map<std::string, std::string>;
   dbus::Service session(bus_, "org.freedesktop.DBus");
   bool isSet = false;
   session.call("/org/freedesktop/DBus", "org.freedesktop.DBus", "UpdateActivationEnvironment",
@@ -439,7 +439,7 @@ TEST_F(NotifyAgentTest, TheBusStartsTheProgramWhichTakesOverOnceTheApplicationIs
   EXPECT_EQ(geoclue.clientCount(), 0U);
   center_ = nullptr;
   waitUntil([&] { return geoclue.service().count("Start") == 1; });
-  EXPECT_EQ(geoclue.lastClients<Glib::ustring>("DesktopId"), "org.example.app");
+  EXPECT_EQ(geoclue.lastClients<std::string>("DesktopId"), "org.example.app");
   for (const double metres : {500, 0}) geoclue.feed(northOfSite(metres));
   waitForShown(1);
   desktop_.click(desktop_.shown().at(0));

@@ -62,7 +62,7 @@ class BeaconScanner::Scan {
                                     presence_->guard([this] { askObjects(); }));
   }
 
-  void add(const Glib::VariantContainerBase& arguments) {
+  void add(const dbus::Variant& arguments) {
     const auto path = dbus::read<dbus::ObjectPath>(arguments, 0);
     const auto interfaces = dbus::read<BlueZInterfaces>(arguments, 1);
     if (!path || !interfaces) return;
@@ -82,13 +82,13 @@ class BeaconScanner::Scan {
                                                         }}));
   }
 
-  void remove(const Glib::VariantContainerBase& arguments) {
-    using Names = std::vector<Glib::ustring>;
+  void remove(const dbus::Variant& arguments) {
+    using Names = std::vector<std::string>;
     const auto path = dbus::read<dbus::ObjectPath>(arguments, 0);
     const auto names = dbus::read<Names>(arguments, 1).value_or(Names());
     if (!path) return;
     const auto isGone = [&](const char* interface) {
-      return std::ranges::any_of(names, [&](const auto& name) { return name.raw() == interface; });
+      return std::ranges::any_of(names, [&](const auto& name) { return name == interface; });
     };
     if (isGone(kBlueZAdapter)) adapters_.erase(*path);
     if (isGone(kBlueZDevice)) devices_.forget(*path);

@@ -7,7 +7,7 @@
 namespace ovinta::platform::linuxos {
 namespace {
 
-using ManufacturerData = std::map<std::uint16_t, Glib::VariantBase>;
+using ManufacturerData = std::map<std::uint16_t, dbus::Variant>;
 
 std::optional<IBeacon> beaconIn(const ManufacturerData& data) {
   const auto found = data.find(kBeaconCompany);

@@ -16,7 +16,7 @@ inline constexpr const char* kObjectManager = "org.freedesktop.DBus.ObjectManage
 inline constexpr const char* kGetObjects = "GetManagedObjects";
 
 /// An object's properties by interface.
-using BlueZInterfaces = std::map<Glib::ustring, dbus::Properties>;
+using BlueZInterfaces = std::map<std::string, dbus::Properties>;
 using BlueZObjects = std::map<dbus::ObjectPath, BlueZInterfaces>;
 
 /// BlueZ's objects by their paths, read out of the answer to `kGetObjects`; none after a failure.

@@ -18,7 +18,7 @@ PositionAccess accessAfter(const dbus::Failure& failure) {
                                                              : PositionAccess::denied;
 }
 
-dbus::MethodCall managerCall(const char* method, Glib::VariantContainerBase arguments) {
+dbus::MethodCall managerCall(const char* method, dbus::Variant arguments) {
   return {kGeoClueName, kGeoClueManagerPath, kGeoClueManager, method, std::move(arguments)};
 }
 
@@ -68,9 +68,9 @@ void GeoClueStream::create() {
                const auto path = dbus::read<dbus::ObjectPath>(reply.values, 0);
                if (attempt.expired()) {
                  const auto bus = weak.lock();
-                 if (path && bus) deleteClient(*bus, path->raw());
+                 if (path && bus) deleteClient(*bus, *path);
                } else if (path) {
-                 use(path->raw());
+                 use(*path);
                } else {
                  failed(reply.failure.value_or(dbus::Failure{}));
                }
@@ -124,7 +124,7 @@ void GeoClueStream::noteActive(bool isActive) {
 void GeoClueStream::update(const dbus::Signal& signal) {
   const auto path = dbus::read<dbus::ObjectPath>(signal.arguments, 1);
   if (!path) return;
-  service_->getProperties(path->raw(), kLocation, [this](const dbus::Properties& properties) {
+  service_->getProperties(*path, kLocation, [this](const dbus::Properties& properties) {
     const auto location = readPosition(properties);
     // A copy is called, because the handler may destroy the stream.
     const auto handler = handlers_.onLocation;

@@ -1,65 +1,61 @@
 #include "platform/linux/location/gpsd/GpsdConnection.h"
 
 #include <glib-unix.h>
-#include <gps.h>
-#include <sys/select.h>
+#include <netdb.h>
 #include <sys/socket.h>
+#include <unistd.h>
 
-#include <algorithm>
-#include <cmath>
-#include <optional>
+#include <array>
+#include <cerrno>
+#include <cstddef>
+#include <string_view>
 #include <utility>
-
-#include "platform/linux/location/PositionProvider.h"
 
 namespace ovinta::platform::linuxos {
 namespace {
 
-/// The accuracy of a receiver that gives no estimate: more than the error of any fix that deserves
-/// the name.
-constexpr double kUnestimatedAccuracyMetres = 100;
+/// Has gpsd tell of everything, in lines of JSON.
+constexpr std::string_view kWatch = "?WATCH={\"enable\":true,\"json\":true};\n";
 
-double accuracyOf(const gps_fix_t& fix) {
-  const double accuracy = std::isfinite(fix.eph) ? fix.eph : std::hypot(fix.epx, fix.epy);
-  if (!std::isfinite(accuracy)) return kUnestimatedAccuracyMetres;
-  return std::max(accuracy, kBestAccuracyMetres);
-}
+/// No line of gpsd's is nearly as long.
+constexpr std::size_t kLongestLine = std::size_t{64} << 10;
 
-std::optional<Location> readFix(const gps_data_t& data) {
-  const gps_fix_t& fix = data.fix;
-  const bool hasPosition = (data.set & LATLON_SET) != 0 && fix.mode >= MODE_2D &&
-                           std::abs(fix.latitude) <= 90 && std::abs(fix.longitude) <= 180;
-  if (!hasPosition) return std::nullopt;
-  Location location{.coordinate = {fix.latitude, fix.longitude},
-                    .horizontalAccuracy = accuracyOf(fix),
-                    .speed = std::isfinite(fix.speed) ? fix.speed : -1};
-  if ((data.set & TIME_SET) != 0) {
-    location.timestamp = Date(std::chrono::seconds(fix.time.tv_sec) +
-                              std::chrono::microseconds(fix.time.tv_nsec / 1000));
+/// A socket that is connected to one of the host's addresses; -1 when none takes it.
+int connectTo(const std::string& host, const std::string& port) {
+  addrinfo wanted{};
+  wanted.ai_socktype = SOCK_STREAM;
+  addrinfo* addresses = nullptr;
+  if (getaddrinfo(host.c_str(), port.c_str(), &wanted, &addresses) != 0) return -1;
+  int connected = -1;
+  for (const auto* each = addresses; each && connected < 0; each = each->ai_next) {
+    const int made = socket(each->ai_family, each->ai_socktype | SOCK_CLOEXEC, each->ai_protocol);
+    if (made < 0) continue;
+    if (connect(made, each->ai_addr, each->ai_addrlen) == 0) {
+      connected = made;
+    } else {
+      ::close(made);
+    }
   }
-  return location;
-}
-
-/// Whether gpsd has closed the connection, which libgps does not notice while it holds part of a
-/// line.
-bool hasHungUp(int socket) {
-  char next = 0;
-  return recv(socket, &next, 1, MSG_PEEK | MSG_DONTWAIT) == 0;
+  freeaddrinfo(addresses);
+  return connected;
 }
 
 }  // namespace
 
 struct GpsdConnection::Session {
   ~Session() {
-    if (!source) return;
-    g_source_destroy(source);
-    g_source_unref(source);
-    gps_close(&data);
+    if (source) {
+      g_source_destroy(source);
+      g_source_unref(source);
+    }
+    if (socket >= 0) ::close(socket);
   }
 
-  gps_data_t data{};
-  /// The source that watches the connection; null while that is not open.
+  int socket = -1;
+  /// The source that watches the socket; null until that is open.
   GSource* source = nullptr;
+  /// What came since the last whole line.
+  std::string received = {};
 };
 
 GpsdConnection::GpsdConnection(Handlers handlers) : handlers_(std::move(handlers)) {}
@@ -68,45 +64,47 @@ GpsdConnection::~GpsdConnection() = default;
 
 bool GpsdConnection::open(const std::string& host, const std::string& port) {
   session_ = std::make_unique<Session>();
-  if (gps_open(host.c_str(), port.c_str(), &session_->data) != 0) return false;
-  // libgps would end the process over a descriptor that `select` cannot take.
-  if (session_->data.gps_fd >= FD_SETSIZE) {
-    gps_close(&session_->data);
+  const int socket = session_->socket = connectTo(host, port);
+  const bool isWatching = socket >= 0 && send(socket, kWatch.data(), kWatch.size(), MSG_NOSIGNAL) ==
+                                             static_cast<ssize_t>(kWatch.size());
+  if (!isWatching) {
+    close();
     return false;
   }
-  session_->source = g_unix_fd_source_new(session_->data.gps_fd,
-                                          static_cast<GIOCondition>(G_IO_IN | G_IO_HUP | G_IO_ERR));
+  session_->source =
+      g_unix_fd_source_new(socket, static_cast<GIOCondition>(G_IO_IN | G_IO_HUP | G_IO_ERR));
   g_source_set_callback(session_->source,
                         G_SOURCE_FUNC(+[](int, GIOCondition, gpointer self) -> gboolean {
-                          static_cast<GpsdConnection*>(self)->readAll();
+                          static_cast<GpsdConnection*>(self)->readSome();
                           return G_SOURCE_CONTINUE;
                         }),
                         this, nullptr);
   g_source_attach(session_->source, g_main_context_get_thread_default());
-  const bool isWatching = gps_stream(&session_->data, WATCH_ENABLE | WATCH_JSON, nullptr) == 0;
-  if (!isWatching) close();
-  return isWatching;
+  return true;
 }
 
 void GpsdConnection::close() { session_ = nullptr; }
 
-void GpsdConnection::readAll() {
-  // libgps keeps lines back of which the descriptor does not tell, so all of them are read.
-  do {
-    // The marks are cleared, so that what a line does not tell is not told a second time.
-    session_->data.set = 0;
-    const int count = gps_read(&session_->data, nullptr, 0);
-    if (count < 0 || (count == 0 && hasHungUp(session_->data.gps_fd))) {
-      close();
-      return handlers_.onEnd();
-    }
-    // This was part of a line; the descriptor will tell of the rest.
-    if (count == 0) return;
-    if ((session_->data.set & VERSION_SET) != 0) {
-      handlers_.onVersion(session_->data.version.release);
-    }
-    if (const auto location = readFix(session_->data)) handlers_.onLocation(*location);
-  } while (gps_waiting(&session_->data, 0));
+void GpsdConnection::readSome() {
+  std::array<char, 4096> piece;
+  const auto count = recv(session_->socket, piece.data(), piece.size(), MSG_DONTWAIT);
+  if (count < 0 && (errno == EAGAIN || errno == EINTR)) return;
+  std::string& received = session_->received;
+  if (count > 0) received.append(piece.data(), static_cast<std::size_t>(count));
+  std::size_t begin = 0;
+  for (auto end = received.find('\n'); end != std::string::npos; end = received.find('\n', begin)) {
+    tell(readGpsdLine(std::string_view(received).substr(begin, end - begin)));
+    begin = end + 1;
+  }
+  received.erase(0, begin);
+  if (count > 0 && received.size() <= kLongestLine) return;
+  close();
+  handlers_.onEnd();
+}
+
+void GpsdConnection::tell(const GpsdReport& report) {
+  if (report.version) handlers_.onVersion(*report.version);
+  if (report.location) handlers_.onLocation(*report.location);
 }
 
 }  // namespace ovinta::platform::linuxos

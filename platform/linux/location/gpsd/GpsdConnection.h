@@ -4,7 +4,7 @@
 #include <memory>
 #include <string>
 
-#include "platform/Location.h"
+#include "platform/linux/location/gpsd/GpsdReport.h"
 
 namespace ovinta::platform::linuxos {
 
@@ -32,7 +32,8 @@ class GpsdConnection {
  private:
   struct Session;
 
-  void readAll();
+  void readSome();
+  void tell(const GpsdReport& report);
 
   const Handlers handlers_;
   std::unique_ptr<Session> session_;

@@ -77,7 +77,7 @@ class PortalStream : public PositionStream {
   void end(PositionAccess access, Reason reason);
   /// Makes a call and hands the path in its answer on; one that comes when the attempt is over is
   /// closed.
-  void callForPath(const char* method, Glib::VariantContainerBase arguments, const char* interface,
+  void callForPath(const char* method, dbus::Variant arguments, const char* interface,
                    std::function<void(std::string)> handler);
   void forgetSession();
   void close();
@@ -98,8 +98,8 @@ class PortalStream : public PositionStream {
   std::optional<portable::Lifetime> attempt_;
 };
 
-void PortalStream::callForPath(const char* method, Glib::VariantContainerBase arguments,
-                               const char* interface, std::function<void(std::string)> handler) {
+void PortalStream::callForPath(const char* method, dbus::Variant arguments, const char* interface,
+                               std::function<void(std::string)> handler) {
   dbus::MethodCall call{kPortalName, kPortalPath,          kPortalLocation,
                         method,      std::move(arguments), dbus::kNoTimeout};
   bus_->call(std::move(call),
@@ -107,9 +107,9 @@ void PortalStream::callForPath(const char* method, Glib::VariantContainerBase ar
               attempt = attempt_->watch()](const dbus::Reply& reply) {
                const auto path = dbus::read<dbus::ObjectPath>(reply.values, 0);
                if (attempt.expired()) {
-                 if (path) closeObject(weak.lock(), path->raw(), interface);
+                 if (path) closeObject(weak.lock(), *path, interface);
                } else if (path) {
-                 handler(path->raw());
+                 handler(*path);
                } else {
                  fail(reply.failure.value_or(dbus::Failure{}));
                }
@@ -177,7 +177,7 @@ void PortalStream::applyFilter() {
 
 void PortalStream::noteUpdate(const dbus::Signal& signal) {
   const auto session = dbus::read<dbus::ObjectPath>(signal.arguments, 0);
-  if (!session || session->raw() != session_) return;
+  if (!session || *session != session_) return;
   const auto properties = dbus::read<dbus::Properties>(signal.arguments, 1);
   const auto location = properties ? readPosition(*properties) : std::nullopt;
   const auto handler = handlers_.onLocation;
