@@ -137,6 +137,13 @@ struct Form<std::tuple<T...>> {
     // The parts of a list in braces are read in order.
     return std::tuple<T...>{Form<T>::read(Variant::taking(next()).get())...};
   }
+  static GVariant* write(const std::tuple<T...>& tuple) {
+    const auto make = [](const T&... parts) {
+      GVariant* const children[] = {Form<T>::write(parts)...};
+      return g_variant_new_tuple(children, sizeof...(T));
+    };
+    return std::apply(make, tuple);
+  }
 };
 
 }  // namespace ovinta::platform::linuxos::dbus
