@@ -11,24 +11,44 @@
 
 #include "platform/CodingError.h"
 #include "platform/JSONText.h"
+#include "platform/UUID.h"
 #include "platform/Value.h"
 
 namespace ovinta::platform {
 
-/// One value inside a `JSONDocument`; valid as long as the document lives. Cheap to copy.
+namespace portable {
+class ParsedJSON;
+}
+
+/// A place in a parsed document, as the JSON library knows it; only its bytes are looked at here.
+using JSONPlace = std::array<std::uintptr_t, 2>;
+
+/// One value inside a `JSONDocument`; valid as long as the document lives. Cheap to copy. It holds
+/// what is asked for most: its kind, texts, truth values, and the numbers that are written as
+/// integers.
 class JSONValue {
  public:
-  enum class Kind { null, boolean, number, string, array, object };
+  enum class Kind : std::uint8_t { null, boolean, number, string, array, object };
 
-  Kind kind() const;
+  Kind kind() const { return kind_; }
 
   /// The value when it is of that kind; otherwise absent.
-  std::optional<bool> boolean() const;
+  std::optional<bool> boolean() const {
+    return kind_ == Kind::boolean ? std::optional(content_.boolean) : std::nullopt;
+  }
   /// A number without a fractional part within the range, to the last digit; `5.0` and `1e3` count.
-  std::optional<std::int64_t> integer() const;
+  std::optional<std::int64_t> integer() const {
+    if (isInteger_) return content_.integer;
+    return kind_ == Kind::number ? integerAtPlace() : std::nullopt;
+  }
   /// The nearest double; absent for a number beyond the range of doubles.
-  std::optional<double> number() const;
-  std::optional<std::string_view> string() const;
+  std::optional<double> number() const {
+    if (isInteger_) return static_cast<double>(content_.integer);
+    return kind_ == Kind::number ? numberAtPlace() : std::nullopt;
+  }
+  std::optional<std::string_view> string() const {
+    return kind_ == Kind::string ? std::optional(content_.string) : std::nullopt;
+  }
 
   /// The value as a free-standing copy. A number is an integer when it is written as one, or
   /// without an exponent and no double holds it, and 64 bits do; otherwise a double, and null
@@ -39,12 +59,24 @@ class JSONValue {
   friend class JSONDocument;
   friend class JSONArrayCursor;
   friend class JSONObjectCursor;
+  friend class portable::ParsedJSON;
 
-  struct Storage {
-    const void* document = nullptr;
-    std::size_t index = 0;
+  /// What the kind, and for a number `isInteger_`, says which one it is; `place` for the rest.
+  union Content {
+    std::string_view string = {};
+    std::int64_t integer;
+    bool boolean;
+    JSONPlace place;
   };
-  Storage storage_;
+
+  /// What a number is that is not written as an integer of 64 bits.
+  std::optional<std::int64_t> integerAtPlace() const;
+  std::optional<double> numberAtPlace() const;
+
+  Content content_;
+  const portable::ParsedJSON* document_ = nullptr;
+  Kind kind_ = Kind::null;
+  bool isInteger_ = false;
 };
 
 /// Walks the elements of an array.
@@ -58,8 +90,9 @@ class JSONArrayCursor {
   bool next(JSONValue& element);
 
  private:
-  JSONValue::Storage position_;
-  JSONValue::Storage end_;
+  JSONPlace position_{};
+  JSONPlace end_{};
+  const portable::ParsedJSON* document_ = nullptr;
   std::size_t size_ = 0;
 };
 
@@ -72,16 +105,24 @@ class JSONObjectCursor {
   bool next(std::string_view& key, JSONValue& value);
 
  private:
-  JSONValue::Storage position_;
-  JSONValue::Storage end_;
+  JSONPlace position_{};
+  JSONPlace end_{};
+  const portable::ParsedJSON* document_ = nullptr;
 };
 
 /// A parsed JSON text (RFC 8259, strict, UTF-8). Numbers may be of any size and values nested to
 /// any depth: it is those who read a value that say whether it fits.
 class JSONDocument {
  public:
+  /// The room that a text takes beyond its own bytes while it is parsed. A text with a capacity
+  /// that has it is not copied by `consume`.
+  static constexpr std::size_t kRoom = 64;
+
   /// The document; absent when the text is not JSON.
   static std::optional<JSONDocument> parse(std::string_view text);
+  /// The same for a text that nobody needs any more: it is parsed where it stands and, when it is
+  /// large, given back as soon as the document does without it.
+  static std::optional<JSONDocument> consume(std::string text);
 
   JSONDocument(JSONDocument&&) noexcept;
   JSONDocument& operator=(JSONDocument&&) noexcept;
@@ -90,9 +131,8 @@ class JSONDocument {
   JSONValue root() const;
 
  private:
-  struct Parsed;
-  explicit JSONDocument(std::unique_ptr<Parsed> parsed);
-  std::unique_ptr<Parsed> parsed_;
+  explicit JSONDocument(std::unique_ptr<portable::ParsedJSON> parsed);
+  std::unique_ptr<portable::ParsedJSON> parsed_;
 };
 
 /// Writes a JSON text, without blanks, members in the order in which they are given. Numbers take
@@ -104,29 +144,74 @@ class JSONWriter {
   /// `marksDoubles`: a double without a fraction takes ".0", so that it reads back as a double.
   explicit JSONWriter(bool marksDoubles = false) : marksDoubles_(marksDoubles) {}
 
-  void beginObject();
-  void endObject();
-  void beginArray();
-  void endArray();
+  void beginObject() { begin('{'); }
+  void endObject() { end('}'); }
+  void beginArray() { begin('['); }
+  void endArray() { end(']'); }
   void key(std::string_view key);
-  void null();
-  void boolean(bool value);
+  /// A key as it stands in a text: between quotes, free of what takes an escape, the colon after
+  /// it.
+  void writtenKey(std::string_view key) {
+    char* const place = separated(key.size());
+    key.copy(place, key.size());
+    advance(place + key.size());
+    needsComma_ = false;
+  }
+  void null() { literal("null"); }
+  void boolean(bool value) {
+    using namespace std::string_view_literals;
+    literal(value ? "true"sv : "false"sv);
+  }
   void integer(std::int64_t value);
   void number(double value);
   void number(float value);
   void string(std::string_view value);
+  /// The text form of an identifier, as a string.
+  void string(const UUID& value);
   /// The whole value, dictionaries in the order of their keys.
   void value(const Value& value);
 
   /// The text written so far; the writer is spent.
-  std::string take() { return std::move(text_); }
+  std::string take();
 
  private:
-  void separate();
+  /// Room for a comma, where there has to be one, and `length` characters. Of the characters,
+  /// whose place it gives, those up to where `advance` is told are kept.
+  char* separated(std::size_t length) {
+    if (length >= buffer_.size() - size_) grow(length);
+    if (needsComma_) buffer_[size_++] = ',';
+    needsComma_ = true;
+    return buffer_.data() + size_;
+  }
+  void advance(const char* end) { size_ = static_cast<std::size_t>(end - buffer_.data()); }
+  void grow(std::size_t length);
+
+  void begin(char bracket) {
+    char* const place = separated(1);
+    *place = bracket;
+    advance(place + 1);
+    needsComma_ = false;
+  }
+  void end(char bracket) {
+    needsComma_ = false;
+    begin(bracket);
+    needsComma_ = true;
+  }
+  void literal(std::string_view text) {
+    char* const place = separated(text.size());
+    text.copy(place, text.size());
+    advance(place + text.size());
+  }
+  void escaped(std::string_view value);
+  template <class T>
+  char* finite(T value);
 
   bool marksDoubles_;
-  std::string text_;
   bool needsComma_ = false;
+  /// The first `size_` characters are the text, the rest is room: to write into a string costs less
+  /// than to append to it.
+  std::string buffer_;
+  std::size_t size_ = 0;
 };
 
 /// The JSON text of a value, for values that are known to have one. Throws `CodingError` as

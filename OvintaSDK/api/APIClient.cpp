@@ -9,9 +9,9 @@ using namespace std::chrono_literals;
 std::optional<platform::URLRequest> APIClient::makeRequest(
     const std::optional<APIPath>& path, const std::optional<std::string>& token,
     const std::optional<std::vector<platform::URLQueryItem>>& queryItems) const {
-  const platform::URLFormat& urls = *context_->services().urls;
-  auto url = urls.parse(baseURL_);
+  auto url = context_->url(baseURL_);
   if (!url) return std::nullopt;
+  const platform::URLFormat& urls = *context_->services().urls;
   if (queryItems) url = urls.withQueryItems(*url, *queryItems);
   if (path) url = urls.appendingPathComponent(*url, path->text());
 
@@ -26,6 +26,7 @@ std::optional<platform::URLRequest> APIClient::makeRequest(
 std::vector<platform::HeaderField> APIClient::headers(
     const std::optional<std::string>& token) const {
   std::vector<platform::HeaderField> fields;
+  fields.reserve(7);
   if (token) fields.push_back({"Authorization", "Token token=\"" + *token + "\""});
   if (auto appToken = context_->appToken.get()) {
     fields.push_back({"App-Token", *std::move(appToken)});

@@ -23,12 +23,12 @@ void APIOperation::main() {
   }
   context().services().urlSession->startDataTask(
       *std::move(request), [self = shared_from_this(), success = endpoint.success](
-                               const auto& data, const auto& response, const auto& error) {
-        if (self->hasCallback()) self->complete(success, data, response, error);
+                               auto data, const auto& response, const auto& error) {
+        if (self->hasCallback()) self->complete(success, std::move(data), response, error);
       });
 }
 
-void APIOperation::complete(HTTPStatusCode success, const std::optional<std::string>& data,
+void APIOperation::complete(HTTPStatusCode success, std::optional<std::string> data,
                             const std::optional<platform::HTTPResponse>& response,
                             const std::optional<platform::TransportError>& error) {
   if (!response || error) {
@@ -37,7 +37,7 @@ void APIOperation::complete(HTTPStatusCode success, const std::optional<std::str
   } else if (response->statusCode != static_cast<int>(success)) {
     refuse(response, data);
   } else if (data) {
-    succeed(*data);
+    succeed(*std::move(data));
   }
 }
 

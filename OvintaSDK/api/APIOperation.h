@@ -64,14 +64,14 @@ class APIOperation : public platform::Operation,
   /// Whether there is anybody to report to; if not, the answer is dropped.
   virtual bool hasCallback() const = 0;
   /// Takes the body of a success answer.
-  virtual void succeed(const std::string& data) = 0;
+  virtual void succeed(std::string data) = 0;
   virtual void fail(ErrorPtr error) = 0;
   /// Takes an answer of another status than the one for success.
   virtual void refuse(const std::optional<platform::HTTPResponse>& response,
                       const std::optional<std::string>& data);
 
  private:
-  void complete(HTTPStatusCode success, const std::optional<std::string>& data,
+  void complete(HTTPStatusCode success, std::optional<std::string> data,
                 const std::optional<platform::HTTPResponse>& response,
                 const std::optional<platform::TransportError>& error);
 

@@ -27,7 +27,7 @@ class CreateOrderEventOperation final : public ResultOperation<std::shared_ptr<c
   }
   std::optional<std::string> body() const override { return encodeBody(*orderEvent_); }
   /// The answer's body is not read.
-  void succeed(const std::string& /*data*/) override { report(orderEvent_); }
+  void succeed(std::string /*data*/) override { report(orderEvent_); }
   void refuse(const std::optional<platform::HTTPResponse>& response,
               const std::optional<std::string>& data) override {
     if (httpStatusCode(response->statusCode) == HTTPStatusCode::gone) {

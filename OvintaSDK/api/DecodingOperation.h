@@ -21,11 +21,11 @@ class DecodingOperation : public ResultOperation<Result> {
   /// What the log says before the description of an unreadable answer; empty: nothing is logged.
   virtual std::string_view decodingFailureLogLine() const { return {}; }
 
-  void succeed(const std::string& data) final {
+  void succeed(std::string data) final {
     ErrorPtr failure;
     Result result{};
     try {
-      const platform::JSONDocument document = wire::parseDocument(data);
+      const platform::JSONDocument document = wire::consumeDocument(std::move(data));
       result = decode(document.root());
     } catch (const platform::CodingError& error) {
       if (const std::string_view line = decodingFailureLogLine(); !line.empty()) {

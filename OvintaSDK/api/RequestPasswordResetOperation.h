@@ -23,7 +23,7 @@ class RequestPasswordResetOperation final : public ResultOperation<std::monostat
         .path = APIPath::requestPassword(), .method = "POST", .success = HTTPStatusCode::accepted};
   }
   std::optional<std::string> body() const override { return encodeBody(reset_); }
-  void succeed(const std::string& /*data*/) override { report({}); }
+  void succeed(std::string /*data*/) override { report({}); }
 
   const RequestPasswordReset reset_;
 };

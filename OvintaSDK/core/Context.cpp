@@ -42,6 +42,16 @@ platform::PersistentContainer& Context::persistentContainer() {
   });
 }
 
+std::optional<platform::URL> Context::url(const std::string& text) {
+  const std::shared_ptr<platform::URLFormat>& format = services().urls;
+  if (const auto last = lastURL_.get(); last && last->text == text && last->format == format) {
+    return last->url;
+  }
+  auto url = format->parse(text);
+  lastURL_.set(std::make_shared<const ReadURL>(ReadURL{format, text, url}));
+  return url;
+}
+
 std::optional<std::string> Context::setting(UserDefaultsKey key) const {
   return stringForKey(*services().settings, key);
 }

@@ -51,6 +51,10 @@ class Context {
 
   const Dates& dates() const { return dates_; }
 
+  /// The URL that the text stands for, absent when it stands for none. The last one is kept, since
+  /// nearly all requests go to one base URL.
+  std::optional<platform::URL> url(const std::string& text);
+
   /// The text kept under the key, or its registered default, or absent.
   std::optional<std::string> setting(UserDefaultsKey key) const;
 
@@ -62,7 +66,15 @@ class Context {
   void post(platform::NotificationName name, std::any object = {}) const;
 
  private:
+  /// A text, the URL that it stands for, and who said so.
+  struct ReadURL {
+    std::shared_ptr<platform::URLFormat> format;
+    std::string text;
+    std::optional<platform::URL> url;
+  };
+
   const std::function<const platform::Services&()> services_;
+  Guarded<std::shared_ptr<const ReadURL>> lastURL_;
   Lazy<const std::string> sdkVersion_;
   Lazy<const std::string> appVersion_;
   Lazy<platform::OperationQueue> apiQueue_;

@@ -91,6 +91,13 @@ class OVINTA_EXPORT Order : public OrderDetails {
   /// not a number when a latitude is out of range.
   std::optional<double> siteDistance(const platform::Location& from) const;
 
+ protected:
+  /// For the library: each of `details` makes one member of the details, in the order of the
+  /// members, and in its place, since constant members can only be copied.
+  template <class... Details>
+  explicit Order(OrderProgress progress, const Details&... details)
+      : OrderDetails{details()...}, progress_(std::move(progress)) {}
+
  private:
   Guarded<OrderProgress> progress_;
 };

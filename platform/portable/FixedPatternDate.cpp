@@ -13,7 +13,8 @@ using std::chrono::seconds;
 using std::chrono::year;
 
 /// The shape of the texts: digits stand in the place of a 0, all other characters for themselves.
-constexpr std::string_view kShape = "0000-00-00T00:00:00.000";
+constexpr char kShape[] = "0000-00-00T00:00:00.000";
+constexpr std::size_t kShapeLength = sizeof kShape - 1;
 
 constexpr year kFirstYear{1600};
 constexpr year kLastYear{9999};
@@ -24,12 +25,17 @@ constexpr Date kLastDate{std::chrono::sys_days{kLastYear / 12 / 31}};
 
 constexpr bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
-bool hasShape(std::string_view text, std::string_view shape) {
-  if (text.size() != shape.size()) return false;
-  for (std::size_t i = 0; i < shape.size(); ++i) {
-    if (shape[i] == '0' ? !isDigit(text[i]) : text[i] != shape[i]) return false;
+/// Whether the text has the shape. Shapes are known when compiling, so that one comparison after
+/// the other, without a branch between them, is what costs least.
+template <std::size_t N>
+bool hasShape(std::string_view text, const char (&shape)[N]) {
+  constexpr std::size_t kLength = N - 1;
+  if (text.size() != kLength) return false;
+  bool differs = false;
+  for (std::size_t i = 0; i < kLength; ++i) {
+    differs |= shape[i] == '0' ? !isDigit(text[i]) : text[i] != shape[i];
   }
-  return true;
+  return !differs;
 }
 
 /// The number that the `length` characters of the text from `start` on stand for, which are all
@@ -44,7 +50,8 @@ std::optional<minutes> readOffset(std::string_view text, OffsetStyle style) {
   if (style == OffsetStyle::extended && text == "Z") return minutes(0);
   if (text.empty() || (text[0] != '+' && text[0] != '-')) return std::nullopt;
   const std::string_view size = text.substr(1);
-  if (!hasShape(size, style == OffsetStyle::extended ? "00:00" : "0000")) return std::nullopt;
+  const bool isExtended = style == OffsetStyle::extended;
+  if (isExtended ? !hasShape(size, "00:00") : !hasShape(size, "0000")) return std::nullopt;
   const unsigned minute = digits(size, size.size() - 2, 2);
   const minutes offset = hours(digits(size, 0, 2)) + minutes(minute);
   if (minute > 59 || offset >= kOffsetLimit) return std::nullopt;
@@ -73,8 +80,8 @@ void appendOffset(std::string& text, minutes offset, OffsetStyle style) {
 }  // namespace
 
 std::optional<Date> readFixedDate(std::string_view text, OffsetStyle style) {
-  if (!hasShape(text.substr(0, kShape.size()), kShape)) return std::nullopt;
-  const auto offset = readOffset(text.substr(kShape.size()), style);
+  if (!hasShape(text.substr(0, kShapeLength), kShape)) return std::nullopt;
+  const auto offset = readOffset(text.substr(kShapeLength), style);
   if (!offset) return std::nullopt;
   const std::chrono::year_month_day day{year(static_cast<int>(digits(text, 0, 4))),
                                         std::chrono::month(digits(text, 5, 2)),

@@ -1,8 +1,11 @@
+#include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <cstring>
 
 #include "platform/JSON.h"
 #include "platform/portable/UTF8.h"
+#include "platform/portable/UUIDText.h"
 
 namespace ovinta::platform {
 
@@ -23,51 +26,72 @@ constexpr std::array<char, 256> kEscapes = [] {
   return table;
 }();
 
-void appendEscape(std::string& text, unsigned char byte, char escape) {
+/// The longest form of one byte: \u001f.
+constexpr std::size_t kLongestEscape = 6;
+
+/// The longest number in its shortest form, with the mark of a double: -1.7976931348623157e+308.0.
+constexpr std::size_t kLongestNumber = 32;
+
+char* putEscape(char* out, unsigned char byte, char escape) {
   constexpr std::string_view kDigits = "0123456789abcdef";
-  text += '\\';
-  text += escape;
+  *out++ = '\\';
+  *out++ = escape;
   if (escape == 'u') {
-    text += "00";
-    text += kDigits[byte >> 4];
-    text += kDigits[byte & 0xf];
+    *out++ = '0';
+    *out++ = '0';
+    *out++ = kDigits[byte >> 4];
+    *out++ = kDigits[byte & 0xf];
   }
+  return out;
 }
 
-void appendString(std::string& text, std::string_view value) {
-  text += '"';
-  std::size_t start = 0;
-  unsigned char allBits = 0;
-  for (std::size_t i = 0; i < value.size(); ++i) {
-    const auto byte = static_cast<unsigned char>(value[i]);
-    allBits |= byte;
-    const char escape = kEscapes[byte];
-    if (escape == 0) continue;
-    text.append(value, start, i - start);
-    appendEscape(text, byte, escape);
-    start = i + 1;
-  }
-  if (allBits >= 0x80 && !portable::isUTF8(value)) {
-    throw CodingError(CodingError::Kind::invalidValue, "The string is not UTF-8");
-  }
-  text.append(value, start);
-  text += '"';
-}
+/// What marks a double that has no fraction.
+constexpr std::string_view kFraction = ".0";
 
+/// Writes the shortest form of a finite number, which has room.
 template <class T>
-void appendNumber(std::string& text, T value) {
-  if constexpr (std::is_floating_point_v<T>) {
-    if (!std::isfinite(value)) {
-      throw CodingError(CodingError::Kind::invalidValue, "The number is not finite");
-    }
-  }
-  std::array<char, 32> buffer;
-  const auto result = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value);
-  text.append(buffer.data(), result.ptr);
+char* putNumber(char* out, T value) {
+  char* const end = std::to_chars(out, out + kLongestNumber, value).ptr;
   // "-0" would read back as the integer, which has no sign.
-  if constexpr (std::is_floating_point_v<T>) {
-    if (value == 0 && std::signbit(value)) text += ".0";
+  const bool isNegativeZero = value == 0 && std::signbit(value);
+  return isNegativeZero ? std::ranges::copy(kFraction, end).out : end;
+}
+
+using Word = std::uint64_t;
+
+constexpr Word everyByte(unsigned char byte) { return ~Word{0} / 0xFF * byte; }
+
+/// Whether one of the eight bytes is a zero.
+constexpr bool hasZero(Word word) {
+  return ((word - everyByte(0x01)) & ~word & everyByte(0x80)) != 0;
+}
+
+/// Whether one of the eight bytes takes an escape or is not ASCII.
+constexpr bool isSpecial(Word word) {
+  const bool hasControl = ((word - everyByte(0x20)) & everyByte(0x80)) != 0;
+  return hasControl || (word & everyByte(0x80)) != 0 || hasZero(word ^ everyByte('"')) ||
+         hasZero(word ^ everyByte('\\'));
+}
+
+Word wordAt(const char* bytes) {
+  Word word;
+  std::memcpy(&word, bytes, sizeof word);
+  return word;
+}
+
+/// Whether the text stands for itself between quotes. May say no of one that does.
+bool isPlain(std::string_view text) {
+  constexpr std::size_t kStep = sizeof(Word);
+  if (text.size() < kStep) {
+    return std::ranges::none_of(text, [](char c) {
+      return (c & 0x80) != 0 || kEscapes[static_cast<unsigned char>(c)] != 0;
+    });
   }
+  const char* const last = text.data() + text.size() - kStep;
+  for (const char* at = text.data(); at < last; at += kStep) {
+    if (isSpecial(wordAt(at))) return false;
+  }
+  return !isSpecial(wordAt(last));
 }
 
 /// Writes the alternative that a `Value` holds.
@@ -96,71 +120,86 @@ struct ValueVisitor {
 
 }  // namespace
 
-void JSONWriter::separate() {
-  if (needsComma_) text_ += ',';
-  needsComma_ = true;
+void JSONWriter::grow(std::size_t length) {
+  // An order event, the text that is written most, has room from the start.
+  constexpr std::size_t kSmallest = 512;
+  // One more is for the comma.
+  buffer_.resize(std::max({kSmallest, buffer_.size() * 2, size_ + length + 1}));
 }
 
-void JSONWriter::beginObject() {
-  separate();
-  text_ += '{';
-  needsComma_ = false;
-}
-
-void JSONWriter::endObject() {
-  text_ += '}';
-  needsComma_ = true;
-}
-
-void JSONWriter::beginArray() {
-  separate();
-  text_ += '[';
-  needsComma_ = false;
-}
-
-void JSONWriter::endArray() {
-  text_ += ']';
-  needsComma_ = true;
+std::string JSONWriter::take() {
+  buffer_.resize(size_);
+  return std::move(buffer_);
 }
 
 void JSONWriter::key(std::string_view key) {
-  separate();
-  appendString(text_, key);
-  text_ += ':';
+  string(key);
+  needsComma_ = false;
+  *separated(1) = ':';
+  ++size_;
   needsComma_ = false;
 }
 
-void JSONWriter::null() {
-  separate();
-  text_ += "null";
-}
-
-void JSONWriter::boolean(bool value) {
-  separate();
-  text_ += value ? "true" : "false";
+/// Room for a number, which must be finite.
+template <class T>
+char* JSONWriter::finite(T value) {
+  if (!std::isfinite(value)) {
+    throw CodingError(CodingError::Kind::invalidValue, "The number is not finite");
+  }
+  return separated(kLongestNumber);
 }
 
 void JSONWriter::integer(std::int64_t value) {
-  separate();
-  appendNumber(text_, value);
+  char* const place = separated(kLongestNumber);
+  advance(std::to_chars(place, place + kLongestNumber, value).ptr);
 }
 
 void JSONWriter::number(double value) {
-  separate();
-  const std::size_t start = text_.size();
-  appendNumber(text_, value);
-  const bool isMarked = text_.find_first_of(".e", start) != std::string::npos;
-  if (marksDoubles_ && !isMarked) text_ += ".0";
+  char* const place = finite(value);
+  char* end = putNumber(place, value);
+  const bool isMarked = std::any_of(place, end, [](char c) { return c == '.' || c == 'e'; });
+  if (marksDoubles_ && !isMarked) end = std::ranges::copy(kFraction, end).out;
+  advance(end);
 }
 
-void JSONWriter::number(float value) {
-  separate();
-  appendNumber(text_, value);
-}
+void JSONWriter::number(float value) { advance(putNumber(finite(value), value)); }
 
 void JSONWriter::string(std::string_view value) {
-  separate();
-  appendString(text_, value);
+  if (!isPlain(value)) return escaped(value);
+  char* place = separated(value.size() + 2);
+  *place++ = '"';
+  place += value.copy(place, value.size());
+  *place++ = '"';
+  advance(place);
+}
+
+void JSONWriter::escaped(std::string_view value) {
+  if (!portable::isUTF8(value)) {
+    throw CodingError(CodingError::Kind::invalidValue, "The string is not UTF-8");
+  }
+  const auto escapes = static_cast<std::size_t>(std::ranges::count_if(
+      value, [](char c) { return kEscapes[static_cast<unsigned char>(c)] != 0; }));
+  char* out = separated(value.size() + escapes * (kLongestEscape - 1) + 2);
+  *out++ = '"';
+  for (const char c : value) {
+    const auto byte = static_cast<unsigned char>(c);
+    const char escape = kEscapes[byte];
+    if (escape == 0) {
+      *out++ = c;
+    } else {
+      out = putEscape(out, byte, escape);
+    }
+  }
+  *out++ = '"';
+  advance(out);
+}
+
+void JSONWriter::string(const UUID& value) {
+  char* const place = separated(portable::kUUIDLength + 2);
+  *place = '"';
+  char* const end = portable::writeUUID(value, place + 1);
+  *end = '"';
+  advance(end + 1);
 }
 
 void JSONWriter::value(const Value& value) { std::visit(ValueVisitor{*this}, value.storage); }

@@ -16,7 +16,7 @@ ANY = r".*"
 RULES = [
     (r"OvintaSDK/", rf"OvintaSDK/|{PLATFORM}", STANDARD),
     (r"platform/\w+\.(h|cpp)", PLATFORM, STANDARD),
-    (r"platform/portable/(JSON|BoostUUID|ExitAwareThread)", rf"{PLATFORM}|platform/portable/", ANY),
+    (r"platform/portable/(JSON|ParsedJSON|ExitAwareThread)", rf"{PLATFORM}|platform/portable/", ANY),
     (r"platform/portable/", rf"{PLATFORM}|platform/portable/", STANDARD),
     (r"platform/linux/Linux\.h", PLATFORM, STANDARD),
     (r"platform/linux/", rf"{PLATFORM}|platform/(portable|linux)/", ANY),

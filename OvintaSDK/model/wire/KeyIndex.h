@@ -4,7 +4,6 @@
 #include <bit>
 #include <cstddef>
 #include <cstdint>
-#include <optional>
 #include <string_view>
 
 namespace ovinta::wire {
@@ -21,11 +20,12 @@ class KeyIndex {
     }
   }
 
-  constexpr std::optional<std::size_t> find(std::string_view key) const {
+  /// The key's position; N when it is none of the keys.
+  constexpr std::size_t find(std::string_view key) const {
     for (std::size_t slot = home(key); slots_[slot] != kEmpty; slot = (slot + 1) % kSlots) {
       if (keys_[slots_[slot]] == key) return slots_[slot];
     }
-    return std::nullopt;
+    return N;
   }
 
  private:

@@ -15,18 +15,21 @@ constexpr auto detailPositions() {
   return std::pair(positions, count);
 }
 
-template <std::size_t... I>
-OrderDetails takeDetails(const Slots<Order>& slots, std::index_sequence<I...>) {
-  return OrderDetails{slots.take<detailPositions().first[I]>()...};
-}
+/// An order that is made of the values of its fields.
+struct ReadOrder final : Order {
+  template <std::size_t... I>
+  ReadOrder(const Slots<Order>& slots, std::index_sequence<I...>)
+      : Order(slots.assemble<OrderProgress>(),
+              [&slots] { return slots.take<detailPositions().first[I]>(); }...) {}
+};
 
 }  // namespace
 
 OrderPtr WireForm<OrderPtr>::decode(const platform::JSONValue& value, const Dates& dates) {
+  constexpr std::make_index_sequence<detailPositions().second> kDetails;
   const Slots<Order> slots(value, dates);
   try {
-    OrderDetails details = takeDetails(slots, std::make_index_sequence<detailPositions().second>{});
-    return std::make_shared<Order>(std::move(details), slots.assemble<OrderProgress>());
+    return std::make_shared<ReadOrder>(slots, kDetails);
   } catch (const platform::CodingError&) {
     // Each of the two structures takes its own fields, so that the error at hand need not be the
     // first one in the order of reading.

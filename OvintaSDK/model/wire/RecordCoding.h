@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <memory>
 #include <optional>
@@ -42,31 +43,51 @@ class Slots {
     std::string_view key;
     platform::JSONValue value;
     while (cursor.next(key, value)) {
-      if (const auto position = kIndex.find(key)) values_[*position] = value;
+      const std::size_t position = kIndex.find(key);
+      if (position == kFieldCount<Record>) continue;
+      values_[position] = value;
+      isThere_[position] = true;
     }
   }
 
-  /// Decodes the value of a field. An absent one, or null, is an error where one is required.
+  /// Decodes the value of a field. An absent one, or null, is an error where one is required; it
+  /// leaves through `located`.
   template <std::size_t I>
   auto take() const {
     using Value = typename FieldAt<Record, I>::Value;
+    const platform::JSONValue& value = values_[I];
+    taken_ = I;
+    if constexpr (std::is_same_v<Value, std::optional<std::string>>) {
+      // The text is made in its place: orders have some thirty of them.
+      if (const auto text = value.string()) return Value(std::in_place, *text);
+    }
+    if constexpr (kIsOptional<Value>) {
+      // What is not there is null.
+      if (value.kind() == platform::JSONValue::Kind::null) return Value();
+      return Value(decode<typename Value::value_type>(value, dates_));
+    } else {
+      if (!isThere_[I]) throwMissing(kKeys[I]);
+      return decode<Value>(value, dates_);
+    }
+  }
+
+  /// What `read` gives, which takes fields. An error that one of them throws says which it was.
+  template <class Read>
+  auto located(Read read) const {
     try {
-      if constexpr (kIsOptional<Value>) {
-        const bool isPresent = values_[I] && values_[I]->kind() != platform::JSONValue::Kind::null;
-        return isPresent ? Value(decode<typename Value::value_type>(*values_[I], dates_)) : Value();
-      } else {
-        return decode<Value>(required(I), dates_);
-      }
+      return read();
     } catch (platform::CodingError& error) {
-      if (values_[I]) error.prependKey(kKeys[I]);
+      if (isThere_[taken_]) error.prependKey(kKeys[taken_]);
       throw;
     }
   }
 
   /// Throws the error of the first field, in the order of reading, that cannot be decoded.
   void check() const {
-    forEachFieldInReadingOrder<Record>(
-        [this](auto position) { static_cast<void>(this->template take<position()>()); });
+    located([this] {
+      forEachFieldInReadingOrder<Record>(
+          [this](auto position) { static_cast<void>(this->template take<position()>()); });
+    });
   }
 
   /// A new `Owner` with the values of all fields whose paths start from it.
@@ -83,42 +104,46 @@ class Slots {
   }
 
  private:
-  const platform::JSONValue& required(std::size_t position) const {
-    using platform::CodingError;
-    if (!values_[position]) {
-      throw CodingError(CodingError::Kind::keyNotFound,
-                        "No value associated with key \"" + std::string(kKeys[position]) + "\".");
-    }
-    return *values_[position];
-  }
-
   static constexpr auto kKeys = std::apply(
       [](const auto&... field) { return std::array{field.key...}; }, WireTable<Record>::kFields);
   static constexpr KeyIndex<kFieldCount<Record>> kIndex{kKeys};
 
   const Dates& dates_;
-  std::array<std::optional<platform::JSONValue>, kFieldCount<Record>> values_;
+  std::array<platform::JSONValue, kFieldCount<Record>> values_;
+  std::array<bool, kFieldCount<Record>> isThere_{};
+  /// The field that was taken last.
+  mutable std::size_t taken_ = 0;
 };
 
-/// Writes a field's value under its key; an absent one is left out or, if the table says so, null.
-template <class Members, class Owner>
-void encodeField(platform::JSONWriter& writer, const Members& field, const Owner& owner,
-                 const Dates& dates) {
-  const auto& value = field.in(owner);
+/// The key of a field as it stands in a text: between quotes, with its colon.
+template <class Record, std::size_t I>
+inline constexpr auto kWrittenKey = [] {
+  constexpr std::string_view kKey = std::get<I>(WireTable<Record>::kFields).key;
+  constexpr auto isPlain = [](char c) { return c == '_' || (c >= 'a' && c <= 'z'); };
+  static_assert(std::ranges::all_of(kKey, isPlain), "a key is written without being escaped");
+  std::array<char, kKey.size() + 3> written{};
+  std::ranges::copy(kKey, written.begin() + 1);
+  written[0] = written[kKey.size() + 1] = '"';
+  written[kKey.size() + 2] = ':';
+  return written;
+}();
+
+/// Writes the value of a record's field under its key; an absent one is left out or, if the table
+/// says so, null.
+template <class Record, std::size_t I, class Owner>
+void encodeField(platform::JSONWriter& writer, const Owner& owner, const Dates& dates) {
+  constexpr auto& kField = std::get<I>(WireTable<Record>::kFields);
+  const auto& value = kField.in(owner);
   using T = std::remove_cvref_t<decltype(value)>;
-  try {
-    if constexpr (kIsOptional<T>) {
-      if (!value && !field.writesNull) return;
-      writer.key(field.key);
-      if (!value) return writer.null();
-      encode(writer, *value, dates);
-    } else {
-      writer.key(field.key);
-      encode(writer, value, dates);
-    }
-  } catch (platform::CodingError& error) {
-    error.prependKey(field.key);
-    throw;
+  constexpr auto& kKey = kWrittenKey<Record, I>;
+  if constexpr (kIsOptional<T>) {
+    if (!value && !kField.writesNull) return;
+    writer.writtenKey({kKey.data(), kKey.size()});
+    if (!value) return writer.null();
+    encode(writer, *value, dates);
+  } else {
+    writer.writtenKey({kKey.data(), kKey.size()});
+    encode(writer, value, dates);
   }
 }
 
@@ -127,20 +152,27 @@ void encodeField(platform::JSONWriter& writer, const Members& field, const Owner
 template <class Record, class... Parts>
 void encodeRecord(platform::JSONWriter& writer, const Dates& dates, const Parts&... parts) {
   const std::tuple<const Parts&...> owners(parts...);
-  writer.beginObject();
-  forEachField<Record>([&](auto position) {
-    using Owner = typename FieldAt<Record, position()>::Owner;
-    encodeField(writer, std::get<position()>(WireTable<Record>::kFields),
-                std::get<const Owner&>(owners), dates);
-  });
-  writer.endObject();
+  std::string_view key;
+  try {
+    writer.beginObject();
+    forEachField<Record>([&](auto position) {
+      using Owner = typename FieldAt<Record, position()>::Owner;
+      key = std::get<position()>(WireTable<Record>::kFields).key;
+      encodeField<Record, position()>(writer, std::get<const Owner&>(owners), dates);
+    });
+    writer.endObject();
+  } catch (platform::CodingError& error) {
+    error.prependKey(key);
+    throw;
+  }
 }
 
 /// The form of a record that has a table and plain members.
 template <HasWireTable Record>
 struct WireForm<Record> {
   static Record decode(const platform::JSONValue& value, const Dates& dates) {
-    return Slots<Record>(value, dates).template assemble<Record>();
+    const Slots<Record> slots(value, dates);
+    return slots.located([&] { return slots.template assemble<Record>(); });
   }
   static void encode(platform::JSONWriter& writer, const Record& record, const Dates& dates) {
     encodeRecord<Record>(writer, dates, record);

@@ -16,23 +16,34 @@ using platform::JSONWriter;
   throw CodingError(CodingError::Kind::dataCorrupted, description);
 }
 
-/// The pieces of the text between slashes, without the empty ones.
-std::vector<std::string_view> splitAtSlashes(std::string_view text) {
-  std::vector<std::string_view> pieces;
-  while (!text.empty()) {
-    const std::size_t end = std::min(text.find('/'), text.size());
-    if (end > 0) pieces.push_back(text.substr(0, end));
-    text.remove_prefix(std::min(end + 1, text.size()));
-  }
-  return pieces;
+/// Takes the first piece of the text that is not empty off its front, with the slashes around it.
+std::string_view takePiece(std::string_view& text) {
+  text.remove_prefix(std::min(text.find_first_not_of('/'), text.size()));
+  const std::string_view piece = text.substr(0, text.find('/'));
+  text.remove_prefix(piece.size());
+  text.remove_prefix(std::min(text.find_first_not_of('/'), text.size()));
+  return piece;
+}
+
+/// The document, which is there if the text was JSON.
+platform::JSONDocument required(std::optional<platform::JSONDocument> document) {
+  if (!document) throwCorrupted("The given data was not valid JSON.");
+  return *std::move(document);
 }
 
 }  // namespace
 
 platform::JSONDocument parseDocument(std::string_view text) {
-  auto document = platform::JSONDocument::parse(text);
-  if (!document) throwCorrupted("The given data was not valid JSON.");
-  return *std::move(document);
+  return required(platform::JSONDocument::parse(text));
+}
+
+platform::JSONDocument consumeDocument(std::string text) {
+  return required(platform::JSONDocument::consume(std::move(text)));
+}
+
+void throwMissing(std::string_view key) {
+  throw CodingError(CodingError::Kind::keyNotFound,
+                    "No value associated with key \"" + std::string(key) + "\".");
 }
 
 void throwMismatch(const JSONValue& value, std::string_view expected) {
@@ -73,7 +84,7 @@ platform::UUID WireForm<platform::UUID>::decode(const JSONValue& value) {
 }
 
 void WireForm<platform::UUID>::encode(JSONWriter& writer, const platform::UUID& uuid) {
-  writer.string(uuid.text());
+  writer.string(uuid);
 }
 
 Date WireForm<Date>::decode(const JSONValue& value, const Dates& dates) {
@@ -88,10 +99,13 @@ void WireForm<Date>::encode(JSONWriter& writer, Date date, const Dates& dates) {
 }
 
 PickupWindow WireForm<PickupWindow>::decode(const JSONValue& value, const Dates& dates) {
-  const auto pieces = splitAtSlashes(expect(value.string(), value, "a string"));
+  std::string_view text = expect(value.string(), value, "a string");
+  const std::string_view first = takePiece(text);
+  const std::string_view second = takePiece(text);
   const platform::DateFormatter& formatter = dates.pickupWindow();
-  const auto start = pieces.size() == 2 ? formatter.date(pieces[0]) : std::nullopt;
-  const auto end = start ? formatter.date(pieces[1]) : std::nullopt;
+  const bool areTwo = !second.empty() && text.empty();
+  const auto start = areTwo ? formatter.date(first) : std::nullopt;
+  const auto end = start ? formatter.date(second) : std::nullopt;
   if (!end) throwCorrupted("Invalid date range format");
   return {*start, *end};
 }

@@ -42,8 +42,13 @@ void encode(platform::JSONWriter& writer, const T& value, const Dates& dates) {
   }
 }
 
-/// The document of a JSON text. Throws `platform::CodingError`.
+/// The document of a JSON text; `consumeDocument` is for a text that nobody needs any more. Both
+/// throw `platform::CodingError`.
 platform::JSONDocument parseDocument(std::string_view text);
+platform::JSONDocument consumeDocument(std::string text);
+
+/// Throws the error for a required key that an object lacks.
+[[noreturn]] void throwMissing(std::string_view key);
 
 /// Throws the error for a value of another kind than the one asked for; null counts as no value.
 [[noreturn]] void throwMismatch(const platform::JSONValue& value, std::string_view expected);

@@ -5,6 +5,7 @@
 #include <string_view>
 #include <utility>
 
+#include "platform/JSON.h"
 #include "platform/linux/http/CurlErrors.h"
 #include "platform/linux/http/CurlHeaders.h"
 #include "platform/linux/http/HTTPRedirect.h"
@@ -17,6 +18,9 @@ constexpr int kMaximumRedirects = 10;
 // The most bytes that the heads and trailers of one answer may have: several times what servers
 // send, and little enough for fields of a few bytes each, which take many times their size.
 constexpr std::size_t kMaximumHeadSize = std::size_t{64} << 10;
+
+// The most memory that is set aside for a body of which nothing has come but its length.
+constexpr std::size_t kLargestReserve = std::size_t{64} << 20;
 
 // What a callback returns to have libcurl end the transfer: not the length that it was given.
 constexpr std::size_t kStop = CURL_WRITEFUNC_ERROR;
@@ -224,8 +228,19 @@ std::size_t CurlTransfer::receiveBody(char* data, std::size_t size, std::size_t 
   // The body is measured too, because a transfer coding may have made it larger than what came.
   self.tooLarge_ |= length > self.sizeLimit_ - self.body_.size();
   if (self.tooLarge_) return kStop;
+  if (self.body_.empty()) self.reserveBody();
   self.body_.append(data, length);
   return length;
+}
+
+/// Makes room for the body that the head announces, so that it is not copied while it grows, nor
+/// when it is parsed in its place.
+void CurlTransfer::reserveBody() {
+  curl_off_t announced = -1;
+  curl_easy_getinfo(handle_.get(), CURLINFO_CONTENT_LENGTH_DOWNLOAD_T, &announced);
+  if (announced < 0) return;
+  const auto length = std::min({static_cast<std::size_t>(announced), sizeLimit_, kLargestReserve});
+  body_.reserve(length + JSONDocument::kRoom);
 }
 
 int CurlTransfer::seeCounters(void* transfer, curl_off_t, curl_off_t, curl_off_t, curl_off_t up) {

@@ -70,6 +70,7 @@ class CurlTransfer {
   void setUpCallbacks(CurlOptions& curl);
   CURLcode judged(CURLcode code) const;
   void markProgress();
+  void reserveBody();
 
   static int seeBytes(CURL* handle, curl_infotype type, char* data, std::size_t size,
                       void* transfer);

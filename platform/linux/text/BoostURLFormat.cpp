@@ -1,5 +1,6 @@
 #include "platform/linux/text/BoostURLFormat.h"
 
+#include <algorithm>
 #include <boost/url/encode.hpp>
 #include <boost/url/parse.hpp>
 #include <boost/url/rfc/pchars.hpp>
@@ -20,6 +21,7 @@ bool isPort(std::string_view text) {
 
 template <class Characters>
 std::string encoded(std::string_view text, const Characters& unencoded) {
+  if (std::ranges::all_of(text, unencoded)) return std::string(text);
   return boost::urls::encode({text.data(), text.size()}, unencoded);
 }
 
@@ -28,10 +30,15 @@ std::size_t endOfPath(std::string_view url) {
   return std::min(url.find_first_of("?#"), url.size());
 }
 
-/// The path of an accepted URL; the slashes before an empty host are no part of it.
+/// The path of an accepted URL; the slashes before a host, which may be empty, are no part of it.
 std::string_view pathOf(std::string_view url) {
-  const auto view = boost::urls::parse_uri_reference({url.data(), url.size()});
-  return view ? std::string_view(view->encoded_path()) : std::string_view();
+  std::string_view rest = url.substr(0, endOfPath(url));
+  // A colon that comes before all slashes ends the scheme: the grammar has no other one there.
+  const std::size_t mark = rest.find_first_of(":/");
+  if (mark != rest.npos && rest[mark] == ':') rest.remove_prefix(mark + 1);
+  if (!rest.starts_with("//")) return rest;
+  rest.remove_prefix(2);
+  return rest.substr(std::min(rest.find('/'), rest.size()));
 }
 
 }  // namespace
@@ -63,10 +70,16 @@ URL BoostURLFormat::withQueryItems(const URL& url, const std::vector<URLQueryIte
 }
 
 URL BoostURLFormat::appendingPathComponent(const URL& url, std::string_view component) const {
-  std::string text = url.text;
-  std::string addition = encoded(component, boost::urls::pchars + '/');
-  if (!pathOf(text).ends_with('/') && !component.starts_with('/')) addition.insert(0, 1, '/');
-  text.insert(endOfPath(text), addition);
+  static constexpr auto kUnencoded = boost::urls::pchars + '/';
+  const std::string addition = encoded(component, kUnencoded);
+  const std::size_t end = endOfPath(url.text);
+  const bool needsSlash = !pathOf(url.text).ends_with('/') && !component.starts_with('/');
+  std::string text;
+  text.reserve(url.text.size() + addition.size() + 1);
+  text.append(url.text, 0, end);
+  if (needsSlash) text += '/';
+  text += addition;
+  text.append(url.text, end);
   return URL{std::move(text)};
 }
 

@@ -3,9 +3,11 @@
 #include <gmock/gmock.h>
 
 #include <array>
+#include <set>
 
 #include "OvintaSDK/api/DecodingOperation.h"
 #include "OvintaSDK/model/wire/CustomerWire.h"
+#include "bench/SampleOrders.h"
 #include "tests/support/SDKFixture.h"
 #include "tests/support/WireText.h"
 
@@ -60,6 +62,17 @@ TEST_F(OrderWireTest, EveryKeyHasItsMember) {
   ASSERT_TRUE(order->siteBeaconRegions);
   const auto uuid = platform::UUID::parse("2F234454-CF6D-4A0F-ADF2-F4911BA9FFA6");
   EXPECT_EQ(*order->siteBeaconRegions, (std::vector<BeaconRegion>{{*uuid, 1, 2}}));
+}
+
+TEST_F(OrderWireTest, TheSampleForMeasurementsIsOfDifferentWholeOrders) {
+  const auto orders = decoded<OrdersResponse>(bench::sampleOrders(1000)).data;
+  const std::size_t keys = fullOrder().size();
+  std::set<std::int64_t> numbers;
+  for (const OrderPtr& order : orders) {
+    numbers.insert(order->id);
+    EXPECT_EQ(platform::parseJSON(encoded(order))->as<Dictionary>()->size(), keys);
+  }
+  EXPECT_EQ(numbers.size(), 1000U);
 }
 
 TEST_F(OrderWireTest, EachMutableFieldIsKeptByItself) {

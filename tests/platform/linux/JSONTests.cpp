@@ -161,6 +161,43 @@ TEST(JSONReadingTest, DocumentsOutliveLaterOnesAndTheirThreads) {
   EXPECT_EQ(documents.front().root().copy(), Value(List{std::string(10, 'x')}));
 }
 
+TEST(JSONReadingTest, ConsumesATextAsItReadsACopy) {
+  EXPECT_FALSE(JSONDocument::consume(""));
+  EXPECT_FALSE(JSONDocument::consume("[1"));
+  EXPECT_EQ(JSONDocument::consume("[7.0]")->root().copy(), parseJSON("[7.0]"));
+  // A large text is given back, unless it takes the text to tell a number exactly.
+  for (const std::string number : {"7", "9007199254740993.0", "1e400", "18446744073709551615"}) {
+    const std::string text = "[\"" + std::string(5'000'000, 'x') + "\"," + number + "]";
+    const auto document = JSONDocument::consume(text);
+    ASSERT_TRUE(document);
+    JSONValue value;
+    JSONArrayCursor cursor(document->root());
+    ASSERT_TRUE(cursor.next(value) && value.string()->size() == 5'000'000 && cursor.next(value));
+    const auto alone = JSONDocument::parse(number);
+    EXPECT_EQ(value.integer(), alone->root().integer()) << number;
+    EXPECT_EQ(value.number(), alone->root().number()) << number;
+    EXPECT_EQ(value.copy(), alone->root().copy()) << number;
+  }
+}
+
+TEST(JSONWritingTest, FindsWhatTakesAnEscapeWhereverItStands) {
+  std::vector<std::string> characters{"é", "😀"};
+  for (char c = 0; c >= 0 && c < 0x7f; ++c) characters.emplace_back(1, c);
+  for (const std::string& character : characters) {
+    for (std::size_t length = 0; length < 20; ++length) {
+      for (std::size_t place = 0; place <= length; ++place) {
+        std::string text(length, 'a');
+        text.insert(place, character);
+        const std::string written = writeJSON(text);
+        EXPECT_EQ(parseJSON(written), text);
+        EXPECT_EQ(
+            written.size() > text.size() + 2,
+            character[0] >= 0 && (character[0] < 0x20 || character == "\"" || character == "\\"));
+      }
+    }
+  }
+}
+
 TEST(JSONWritingTest, WritesTheShortestExactForm) {
   const std::pair<Value, const char*> cases[] = {
       {kMinimum, "-9223372036854775808"},
