@@ -60,7 +60,7 @@ struct Means {
   platform::Services services;
   std::shared_ptr<BenchURLSession> session = std::make_shared<BenchURLSession>();
   ContextPtr context = std::make_shared<Context>([this]() -> auto& { return services; });
-  CustomerPtr customer = std::make_shared<const Customer>(Customer{.token = kToken});
+  CustomerPtr customer = std::make_shared<const Customer>(Customer{.token = kToken, .info = {}});
 };
 
 Means& means() {
@@ -297,7 +297,7 @@ std::string writePlain(const OrderEvent& event) {
 std::string writeOurs(const OrderEvent& event) {
   platform::JSONWriter writer;
   writer.beginObject();
-  writer.key("data");
+  writer.writtenKey(R"("data":)");
   wire::encode(writer, event, means().context->dates());
   writer.endObject();
   return writer.take();

@@ -40,11 +40,12 @@ constexpr std::array<std::pair<std::string_view, std::string_view>, 46> kMembers
     {"site_postal_code", R"("100@")"},
     {"site_longitude", R"("-73.@@@")"},
     {"site_latitude", R"("40.@@@")"},
-    {"site_instructions", R"("Turn left behind the gate.\nPark on space @.")"},
+    {"site_instructions",
+     R"("Turn left behind the gate.\nPark on space @, switch the engine off and tell us when you are here; we bring it.")"},
     {"site_description", R"("Caf\u00e9 and market hall")"},
     {"site_cover_photo_url", R"("https://example.com/photos/#.jpg")"},
     {"site_beacon_regions",
-     R"([{"uuid":"~~~~~~~~-C36C-495A-93FC-0C247A3E~~~~","major":1,"minor":@},)"
+     R"([{"uuid":"~~~~~~~~-C36C-495A-93FC-0C247A3E~~~~","major":1,"minor":1@},)"
      R"({"major":1,"uuid":"~~~~~~~~-C36C-495A-93FC-0C247A3E~~~~"}])"},
     {"site_partner_identifier", R"("S-4@")"},
     {"project_accent_color", R"("#0a84ff")"},

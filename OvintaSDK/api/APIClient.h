@@ -3,6 +3,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -37,11 +38,11 @@ class APIClient {
   /// time-out of 10 seconds and no use of caches. `token` is the customer's. A present list of
   /// query items, even an empty one, becomes the URL's query. Absent when the base URL is no URL.
   std::optional<platform::URLRequest> makeRequest(
-      const std::optional<APIPath>& path, const std::optional<std::string>& token,
+      const std::optional<APIPath>& path, std::optional<std::string_view> token,
       const std::optional<std::vector<platform::URLQueryItem>>& queryItems) const;
 
  private:
-  std::vector<platform::HeaderField> headers(const std::optional<std::string>& token) const;
+  std::vector<platform::HeaderField> headers(std::optional<std::string_view> token) const;
 
   ContextPtr context_;
   std::string baseURL_;

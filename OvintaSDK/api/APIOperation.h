@@ -21,8 +21,8 @@ namespace ovinta {
 struct Endpoint {
   APIPath path;
   std::string_view method = "GET";
-  /// The customer's token, where the endpoint needs one.
-  std::optional<std::string> token = {};
+  /// The customer's token, where the endpoint needs one; a view of what the operation holds.
+  std::optional<std::string_view> token = {};
   std::optional<std::vector<platform::URLQueryItem>> queryItems = {};
   /// The one status that means success.
   HTTPStatusCode success = HTTPStatusCode::ok;
@@ -51,7 +51,7 @@ class APIOperation : public platform::Operation,
   std::string encodeBody(const Record& record) const {
     platform::JSONWriter writer;
     writer.beginObject();
-    writer.key("data");
+    writer.writtenKey(R"("data":)");
     wire::encode(writer, record, dates());
     writer.endObject();
     return writer.take();

@@ -42,14 +42,15 @@ platform::PersistentContainer& Context::persistentContainer() {
   });
 }
 
-std::optional<platform::URL> Context::url(const std::string& text) {
+std::shared_ptr<const platform::URL> Context::url(const std::string& text) {
   const std::shared_ptr<platform::URLFormat>& format = services().urls;
-  if (const auto last = lastURL_.get(); last && last->text == text && last->format == format) {
-    return last->url;
+  auto known = lastURL_.get();
+  if (!known || known->text != text || known->format != format) {
+    known = std::make_shared<const ReadURL>(ReadURL{format, text, format->parse(text)});
+    lastURL_.set(known);
   }
-  auto url = format->parse(text);
-  lastURL_.set(std::make_shared<const ReadURL>(ReadURL{format, text, url}));
-  return url;
+  const platform::URL* const url = known->url ? &*known->url : nullptr;
+  return {std::move(known), url};
 }
 
 std::optional<std::string> Context::setting(UserDefaultsKey key) const {

@@ -51,9 +51,9 @@ class Context {
 
   const Dates& dates() const { return dates_; }
 
-  /// The URL that the text stands for, absent when it stands for none. The last one is kept, since
+  /// The URL that the text stands for, null when it stands for none. The last one is kept, since
   /// nearly all requests go to one base URL.
-  std::optional<platform::URL> url(const std::string& text);
+  std::shared_ptr<const platform::URL> url(const std::string& text);
 
   /// The text kept under the key, or its registered default, or absent.
   std::optional<std::string> setting(UserDefaultsKey key) const;

@@ -13,8 +13,7 @@ using std::chrono::seconds;
 using std::chrono::year;
 
 /// The shape of the texts: digits stand in the place of a 0, all other characters for themselves.
-constexpr char kShape[] = "0000-00-00T00:00:00.000";
-constexpr std::size_t kShapeLength = sizeof kShape - 1;
+constexpr std::string_view kShape = "0000-00-00T00:00:00.000";
 
 constexpr year kFirstYear{1600};
 constexpr year kLastYear{9999};
@@ -23,38 +22,38 @@ constexpr hours kOffsetLimit{15};
 constexpr Date kFirstDate{std::chrono::sys_days{kFirstYear / 1 / 2}};
 constexpr Date kLastDate{std::chrono::sys_days{kLastYear / 12 / 31}};
 
-constexpr bool isDigit(char c) { return c >= '0' && c <= '9'; }
+/// Reads the parts of a text that is long enough. What is wrong is noted instead of branched on,
+/// because nearly all texts are as they should be.
+class Parts {
+ public:
+  explicit Parts(const char* text) : text_(text) {}
 
-/// Whether the text has the shape. Shapes are known when compiling, so that one comparison after
-/// the other, without a branch between them, is what costs least.
-template <std::size_t N>
-bool hasShape(std::string_view text, const char (&shape)[N]) {
-  constexpr std::size_t kLength = N - 1;
-  if (text.size() != kLength) return false;
-  bool differs = false;
-  for (std::size_t i = 0; i < kLength; ++i) {
-    differs |= shape[i] == '0' ? !isDigit(text[i]) : text[i] != shape[i];
+  /// The number that the two characters from `place` on stand for, which must be digits.
+  unsigned two(std::size_t place) { return digit(place) * 10 + digit(place + 1); }
+  unsigned digit(std::size_t place) {
+    const unsigned value = static_cast<unsigned char>(text_[place]) - unsigned{'0'};
+    isWrong_ |= value > 9;
+    return value;
   }
-  return !differs;
-}
+  void expect(std::size_t place, char c) { isWrong_ |= text_[place] != c; }
 
-/// The number that the `length` characters of the text from `start` on stand for, which are all
-/// digits.
-unsigned digits(std::string_view text, std::size_t start, std::size_t length) {
-  unsigned value = 0;
-  for (const char c : text.substr(start, length)) value = value * 10 + unsigned(c - '0');
-  return value;
-}
+  bool areRight() const { return !isWrong_; }
+
+ private:
+  const char* text_;
+  bool isWrong_ = false;
+};
 
 std::optional<minutes> readOffset(std::string_view text, OffsetStyle style) {
   if (style == OffsetStyle::extended && text == "Z") return minutes(0);
-  if (text.empty() || (text[0] != '+' && text[0] != '-')) return std::nullopt;
-  const std::string_view size = text.substr(1);
-  const bool isExtended = style == OffsetStyle::extended;
-  if (isExtended ? !hasShape(size, "00:00") : !hasShape(size, "0000")) return std::nullopt;
-  const unsigned minute = digits(size, size.size() - 2, 2);
-  const minutes offset = hours(digits(size, 0, 2)) + minutes(minute);
-  if (minute > 59 || offset >= kOffsetLimit) return std::nullopt;
+  const std::size_t gap = style == OffsetStyle::extended ? 1 : 0;
+  if (text.size() != 5 + gap || (text[0] != '+' && text[0] != '-')) return std::nullopt;
+  Parts parts(text.data());
+  const unsigned hour = parts.two(1);
+  const unsigned minute = parts.two(3 + gap);
+  if (gap == 1) parts.expect(3, ':');
+  const minutes offset = hours(hour) + minutes(minute);
+  if (!parts.areRight() || minute > 59 || offset >= kOffsetLimit) return std::nullopt;
   return text[0] == '-' ? -offset : offset;
 }
 
@@ -80,20 +79,25 @@ void appendOffset(std::string& text, minutes offset, OffsetStyle style) {
 }  // namespace
 
 std::optional<Date> readFixedDate(std::string_view text, OffsetStyle style) {
-  if (!hasShape(text.substr(0, kShapeLength), kShape)) return std::nullopt;
-  const auto offset = readOffset(text.substr(kShapeLength), style);
-  if (!offset) return std::nullopt;
-  const std::chrono::year_month_day day{year(static_cast<int>(digits(text, 0, 4))),
-                                        std::chrono::month(digits(text, 5, 2)),
-                                        std::chrono::day(digits(text, 8, 2))};
-  const unsigned hour = digits(text, 11, 2);
-  const unsigned minute = digits(text, 14, 2);
-  const unsigned second = digits(text, 17, 2);
-  if (!day.ok() || day.year() < kFirstYear || hour > 23 || minute > 59 || second > 59) {
+  if (text.size() <= kShape.size()) return std::nullopt;
+  Parts parts(text.data());
+  const unsigned fullYear = parts.two(0) * 100 + parts.two(2);
+  const std::chrono::year_month_day day{year(static_cast<int>(fullYear)),
+                                        std::chrono::month(parts.two(5)),
+                                        std::chrono::day(parts.two(8))};
+  const unsigned hour = parts.two(11);
+  const unsigned minute = parts.two(14);
+  const unsigned second = parts.two(17);
+  const unsigned thousandths = parts.digit(20) * 100 + parts.two(21);
+  for (const std::size_t place : {4U, 7U, 10U, 13U, 16U, 19U}) parts.expect(place, kShape[place]);
+  if (!parts.areRight() || !day.ok() || day.year() < kFirstYear || hour > 23 || minute > 59 ||
+      second > 59) {
     return std::nullopt;
   }
+  const auto offset = readOffset(text.substr(kShape.size()), style);
+  if (!offset) return std::nullopt;
   return std::chrono::sys_days(day) + hours(hour) + minutes(minute) + seconds(second) +
-         milliseconds(digits(text, 20, 3)) - *offset;
+         milliseconds(thousandths) - *offset;
 }
 
 std::optional<std::string> writeFixedDate(Date date, seconds offset, OffsetStyle style) {

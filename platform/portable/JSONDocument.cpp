@@ -122,7 +122,7 @@ JSONArrayCursor::JSONArrayCursor(const JSONValue& array) : document_(array.docum
 bool JSONArrayCursor::next(JSONValue& element) {
   if (position_ == end_) return false;
   auto iterator = handleAt<dom::array::iterator>(position_);
-  element = document_->valueOf(*iterator);
+  document_->read(*iterator, element);
   position_ = placeOf(++iterator);
   return true;
 }
@@ -138,7 +138,7 @@ bool JSONObjectCursor::next(std::string_view& key, JSONValue& value) {
   if (position_ == end_) return false;
   auto iterator = handleAt<dom::object::iterator>(position_);
   key = iterator.key();
-  value = document_->valueOf(iterator.value());
+  document_->read(iterator.value(), value);
   position_ = placeOf(++iterator);
   return true;
 }

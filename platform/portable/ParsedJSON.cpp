@@ -113,7 +113,8 @@ void ParsedJSON::releaseText() {
     needsText = !number.isInteger_;
     return !needsText;
   });
-  if (!needsText) text_ = std::string();
+  // An assignment would keep the memory.
+  if (!needsText) std::string().swap(text_);
 }
 
 const ParsedJSON::WrittenNumber& ParsedJSON::writtenNumber(const dom::element& element) const {

@@ -36,10 +36,14 @@ class ParsedJSON {
   /// Gives back the text, when it is large and no number needs it.
   void releaseText();
 
-  JSONValue root() const { return valueOf(document_.root()); }
+  JSONValue root() const {
+    JSONValue value;
+    read(document_.root(), value);
+    return value;
+  }
 
-  /// The value of an element of this document.
-  JSONValue valueOf(const simdjson::dom::element& element) const;
+  /// Sets the value to that of an element of this document.
+  void read(const simdjson::dom::element& element, JSONValue& value) const;
 
   /// The value of a number that is a double to simdjson: the integer that it is, if any, and the
   /// nearest double, if any.
@@ -73,39 +77,44 @@ class ParsedJSON {
   mutable std::once_flag numbersAreFound_;
 };
 
-inline JSONValue ParsedJSON::valueOf(const simdjson::dom::element& element) const {
+inline void ParsedJSON::read(const simdjson::dom::element& element, JSONValue& value) const {
+  using simdjson::dom::element_type;
   using Kind = JSONValue::Kind;
-  JSONValue value;
-  switch (element.type()) {
-    case simdjson::dom::element_type::NULL_VALUE:
-      return value;
-    case simdjson::dom::element_type::BOOL:
+  value.isInteger_ = false;
+  // Texts come first, since most values are texts.
+  const element_type type = element.type();
+  if (type == element_type::STRING) {
+    value.kind_ = Kind::string;
+    value.content_.string = element.get_string().value_unsafe();
+    return;
+  }
+  switch (type) {
+    case element_type::STRING:
+    case element_type::NULL_VALUE:
+      value.kind_ = Kind::null;
+      return;
+    case element_type::BOOL:
       value.kind_ = Kind::boolean;
-      value.content_.boolean = bool(element);
-      return value;
-    case simdjson::dom::element_type::STRING:
-      value.kind_ = Kind::string;
-      value.content_.string = std::string_view(element);
-      return value;
-    case simdjson::dom::element_type::INT64:
+      value.content_.boolean = element.get_bool().value_unsafe();
+      return;
+    case element_type::INT64:
       value.kind_ = Kind::number;
       value.isInteger_ = true;
-      value.content_.integer = std::int64_t(element);
-      return value;
-    case simdjson::dom::element_type::UINT64:
-    case simdjson::dom::element_type::DOUBLE:
+      value.content_.integer = element.get_int64().value_unsafe();
+      return;
+    case element_type::UINT64:
+    case element_type::DOUBLE:
       value.kind_ = Kind::number;
       break;
-    case simdjson::dom::element_type::ARRAY:
+    case element_type::ARRAY:
       value.kind_ = Kind::array;
       break;
-    case simdjson::dom::element_type::OBJECT:
+    case element_type::OBJECT:
       value.kind_ = Kind::object;
       break;
   }
   value.content_.place = placeOf(element);
   value.document_ = this;
-  return value;
 }
 
 }  // namespace ovinta::platform::portable
