@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <map>
@@ -139,8 +140,8 @@ struct Form<std::tuple<T...>> {
   }
   static GVariant* write(const std::tuple<T...>& tuple) {
     const auto make = [](const T&... parts) {
-      GVariant* const children[] = {Form<T>::write(parts)...};
-      return g_variant_new_tuple(children, sizeof...(T));
+      const std::array<GVariant*, sizeof...(T)> children = {Form<T>::write(parts)...};
+      return g_variant_new_tuple(children.data(), children.size());
     };
     return std::apply(make, tuple);
   }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+#include <array>
 #include <cstddef>
 #include <map>
 #include <optional>
@@ -49,10 +51,10 @@ inline Variant write(const char* text) { return write<std::string>(text); }
 /// Makes the tuple of the arguments of a method or a signal.
 template <class... T>
 Variant arguments(const T&... values) {
-  const Variant parts[] = {write(values)...};
-  GVariant* children[sizeof...(T)];
-  for (std::size_t place = 0; place < sizeof...(T); ++place) children[place] = parts[place].get();
-  return Variant::taking(g_variant_new_tuple(children, sizeof...(T)));
+  const std::array<Variant, sizeof...(T)> parts = {write(values)...};
+  std::array<GVariant*, sizeof...(T)> children;
+  std::ranges::transform(parts, children.begin(), &Variant::get);
+  return Variant::taking(g_variant_new_tuple(children.data(), children.size()));
 }
 
 }  // namespace ovinta::platform::linuxos::dbus
