@@ -51,6 +51,24 @@ void close(benchmark::State& state) {
   push(state, managerOfOrders<count>(), count, "order_state", "completed", "created");
 }
 
+/// A customer with a long past is followed: who looks at the open orders after each push finds a
+/// few.
+void look(benchmark::State& state) {
+  static SimulatedLibrary device;
+  OrdersManager& orders = device.library.orders();
+  static const OrderList all = makeOpenOrders(100'000);
+  for (const OrderPtr& order : all) {
+    order->setState(order->id <= 3 ? OrderState::created : OrderState::gone);
+  }
+  orders.setAll(all);
+  device.queues->runAll();
+  for (auto _ : state) {
+    orders.updateOrderFromNotification({{"order_id", "2"}, {"customer_state", "en_route"}});
+    if (orders.open()->size() != 3) std::abort();
+  }
+}
+
+const TimeRow kLook{"push, and the 3 open of 100,000 looked at", &look, 10us, Clock::processor};
 const TimeRow kMove{"push applied at 100,000 orders", &move<100'000>, 100us, Clock::processor};
 const TimeRow kClose{"push that closes an order at 100,000", &close<100'000>, 100us,
                      Clock::processor};

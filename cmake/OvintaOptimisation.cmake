@@ -1,20 +1,29 @@
 # What an optimised build of the library is optimised for. Most of it waits for others and would only
-# be larger for being faster: it is compiled for size. What runs for every request, record or byte of
-# an answer is compiled as the build type says.
+# be larger for being faster: it is compiled for size. What runs for every request, record, position
+# or byte of an answer is compiled as the build type says.
 set(isOptimised $<CONFIG:Release,RelWithDebInfo>)
 
-# ovinta_compile_for_size(<target>...): compiles the targets for size, with each function and variable
-# apart, so that linkers can leave out the ones that nobody uses.
+# ovinta_compile_for_size(<target>... EXCEPT <pattern>...): compiles the sources of the targets for
+# size save those that match, and all with each function and variable apart, so that linkers can
+# leave out the ones that nobody uses. Comes after the targets have their sources.
 function(ovinta_compile_for_size)
-  foreach(target ${ARGN})
-    target_compile_options(
-      ${target} PRIVATE "$<${isOptimised}:-Os;-ffunction-sections;-fdata-sections>")
+  cmake_parse_arguments(PARSE_ARGV 0 argument "" "" EXCEPT)
+  foreach(pattern ${argument_EXCEPT})
+    file(GLOB found CONFIGURE_DEPENDS ${pattern})
+    if(NOT found)
+      message(FATAL_ERROR "No source matches ${pattern}")
+    endif()
+    list(APPEND fast ${found})
   endforeach()
-endfunction()
-
-# ovinta_compile_for_speed(<pattern>...): excepts the sources of this directory's targets that match.
-function(ovinta_compile_for_speed)
-  file(GLOB sources CONFIGURE_DEPENDS ${ARGN})
-  set_source_files_properties(
-    ${sources} PROPERTIES COMPILE_OPTIONS "$<$<CONFIG:Release>:-O3>;$<$<CONFIG:RelWithDebInfo>:-O2>")
+  foreach(target ${argument_UNPARSED_ARGUMENTS})
+    target_compile_options(
+      ${target} PRIVATE "$<${isOptimised}:-ffunction-sections;-fdata-sections>")
+    get_target_property(sources ${target} SOURCES)
+    list(FILTER sources INCLUDE REGEX "\\.cpp$")
+    list(REMOVE_ITEM sources ${fast})
+    if(sources)
+      set_source_files_properties(${sources} TARGET_DIRECTORY ${target}
+                                  PROPERTIES COMPILE_OPTIONS "$<${isOptimised}:-Os>")
+    endif()
+  endforeach()
 endfunction()

@@ -43,6 +43,14 @@ class Guarded {
     std::forward<Change>(change)(value_);
   }
 
+  /// What `read` makes of the value, inside the call and under the lock: it must not call foreign
+  /// code, nor anything of this object.
+  template <class Read>
+  auto read(Read&& read) const {
+    const std::lock_guard lock(mutex_);
+    return std::forward<Read>(read)(value_);
+  }
+
   /// A copy of one field of the value.
   template <class Field>
   Field get(Field T::*field) const {

@@ -10,7 +10,7 @@ namespace {
 
 std::atomic<std::uint64_t> changes = 0;
 
-bool isOpen(const OrderProgress& progress) {
+bool isOpenAt(const OrderProgress& progress) {
   return isOpen(progress.state) && isOpen(progress.customerState);
 }
 
@@ -19,9 +19,9 @@ bool isOpen(const OrderProgress& progress) {
 template <class Field>
 void replace(Guarded<OrderProgress>& guarded, Field OrderProgress::*field, Field value) {
   guarded.change([&](OrderProgress& progress) {
-    const bool wasOpen = isOpen(progress);
+    const bool wasOpen = isOpenAt(progress);
     progress.*field = value;
-    if (isOpen(progress) != wasOpen) ++changes;
+    if (isOpenAt(progress) != wasOpen) ++changes;
   });
 }
 
@@ -34,6 +34,8 @@ void Order::setState(OrderState state) { replace(progress_, &OrderProgress::stat
 void Order::setCustomerState(CustomerState state) {
   replace(progress_, &OrderProgress::customerState, state);
 }
+
+bool Order::isOpen() const { return progress_.read(isOpenAt); }
 
 std::optional<platform::Location> Order::siteLocation() const {
   return locationFromTexts(siteLatitude, siteLongitude);

@@ -81,7 +81,7 @@ class OVINTA_EXPORT Order : public OrderDetails {
 
   /// Whether both the store and the customer still have to act: the state is created, ready or
   /// delayed, and the customer has not completed the journey.
-  bool isOpen() const { return ovinta::isOpen(state()) && ovinta::isOpen(customerState()); }
+  bool isOpen() const;
 
   /// Where the site is; absent when a coordinate is, or is not a decimal number. The range of the
   /// numbers is not checked.

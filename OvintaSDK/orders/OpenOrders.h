@@ -1,9 +1,11 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <map>
+#include <memory>
 #include <mutex>
 #include <optional>
-#include <vector>
 
 #include "OvintaSDK/core/Guarded.h"
 #include "OvintaSDK/orders/OrderTable.h"
@@ -26,24 +28,22 @@ class OpenOrders {
   void rebuild(const Guarded<OrderTablePtr>& all, const Order* changed = nullptr);
 
  private:
-  /// What a look found: for each place of the table, whether the order there is open.
-  struct Found {
-    OrderTablePtr all;
-    std::vector<char> isOpen;
+  /// What is open: that was set, or else that was found, by its place in the list of all.
+  struct Open {
+    std::optional<OrderList> given;
+    std::optional<std::map<std::size_t, OrderPtr>> found;
   };
 
-  bool noteChange(const Order& changed);
+  bool noteChange(const OrderTable& all, const Order& changed);
 
   /// Held during a look.
   std::mutex looking_;
+  /// What the last look looked at, unless the open orders were set since. It keeps no order alive.
+  std::weak_ptr<const OrderTable> seen_;
   /// The number of `opennessChanges` that the last look knew of.
   std::uint64_t changesSeen_ = 0;
-  mutable std::mutex mutex_;
-  /// Changed under both locks, so that one of them is enough to read it.
-  Found found_;
-  /// Whether `given_` stands in for what was found.
-  bool isGiven_ = true;
-  std::optional<OrderList> given_;
+  /// Replaced while `looking_` is held.
+  Guarded<Open> open_;
 };
 
 }  // namespace ovinta

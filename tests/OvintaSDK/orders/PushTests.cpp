@@ -96,6 +96,19 @@ TEST_F(PushPayload, LeavesOpenAsALookAtAllOrdersWouldFindIt) {
   }
 }
 
+TEST_F(PushPayload, KeepsNoOrderAliveThatIsInNoList) {
+  OrderPtr order = decodeOrder(requiredOrder(1));
+  const std::weak_ptr<Order> held = order;
+  orders.setAll(OrderList{std::move(order)});
+  Ovinta::handleRemoteNotification({{"order_id", "1"}, {"order_state", "ready"}});
+  orders.setAll(std::nullopt);
+  queues->runAll();
+  EXPECT_FALSE(held.expired()) << "it is open";
+  orders.setOpen(std::nullopt);
+  happened();
+  EXPECT_TRUE(held.expired());
+}
+
 TEST_F(PushPayload, PassesOverWhatItCannotUse) {
   const auto etaAt = order(1)->etaAt();
   const Dictionary payloads[] = {
