@@ -50,6 +50,7 @@ bool OpenOrders::noteChange(const OrderTable& all, const Order& changed) {
   // Whether the order is open is looked at before the number, which then counts the change if any.
   const bool isOpen = changed.isOpen();
   const std::uint64_t changes = opennessChanges();
+  if (changes == changesSeen_) return true;
   bool isDifferent = false;
   open_.change([&](Open& open) {
     for (const auto& [id, place] : all.places(changed.id)) {

@@ -27,7 +27,7 @@ std::string encoded(std::string_view text, const Characters& unencoded) {
 
 /// The end of the path of an accepted URL: no part before it can hold one of these characters.
 std::size_t endOfPath(std::string_view url) {
-  return std::min(url.find_first_of("?#"), url.size());
+  return std::min({url.find('?'), url.find('#'), url.size()});
 }
 
 /// The path of an accepted URL; the slashes before a host, which may be empty, are no part of it.
