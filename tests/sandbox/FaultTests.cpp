@@ -1,6 +1,9 @@
+#include <cstdlib>
 #include <future>
+#include <tuple>
 #include <vector>
 
+#include "platform/linux/http/CurlURLSession.h"
 #include "tests/sandbox/RawClient.h"
 #include "tests/sandbox/SandboxFixture.h"
 
@@ -83,6 +86,32 @@ TEST_F(FaultTest, SpoilsTheTransmission) {
   }
 }
 
+TEST_F(FaultTest, IsMetByAnAppThatKeepsItsConnectionOnceAndAsByAnyOther) {
+  setenv("no_proxy", "*", 1);
+  platform::linuxos::CurlURLSession session;
+  const auto ask = [&](const char* method, const std::string& path) {
+    std::promise<int> status;
+    session.startDataTask({.url = {sandbox.baseURL() + path}, .method = method},
+                          [&](const auto&, const auto& response, const auto&) {
+                            status.set_value(response ? response->statusCode : 0);
+                          });
+    return status.get_future().get();
+  };
+  const std::tuple<const char*, std::string, int> cases[] = {{"GET", "/m/v1/app", 200},
+                                                             {"POST", "/m/v1/customer", 422}};
+  for (const auto& [method, path, status] : cases) {
+    EXPECT_EQ(ask(method, path), status);
+    app.send("PUT", "/sandbox/faults/" + std::string(method) + path,
+             R"({"fault":"reset","count":2})");
+    app.send("DELETE", "/sandbox/requests");
+    EXPECT_EQ(ask(method, path), 0);
+    EXPECT_EQ(ask("PATCH", "/m/v1/app"), 404);
+    EXPECT_EQ(ask(method, path), 0);
+    EXPECT_EQ(app.send("GET", "/sandbox/requests").list().size(), 3U);
+    EXPECT_EQ(ask(method, path), status);
+  }
+}
+
 TEST_F(FaultTest, ARedirectionToTheSameUrlKeepsItsOrigin) {
   const std::string path = "//m/v1/customer/password";
   app.send("PUT", "/sandbox/faults/POST" + path, R"({"fault":"redirect_same_origin"})");
@@ -148,11 +177,14 @@ TEST_F(WaitingTest, EndsWithTheFaultOrTheService) {
 
 TEST_F(WaitingTest, ForAClientThatPausesDoesNotHoldUpTheEnd) {
   const RawClient silent(sandbox.port());
+  const RawClient kept(sandbox.port());
+  kept.send("GET /m/v1/app HTTP/1.1\r\nHost: localhost\r\n\r\n");
   // Whoever came before is served by now.
   app.send("GET", "/sandbox/faults");
   const auto start = std::chrono::steady_clock::now();
   sandbox.stop();
   EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
+  EXPECT_THAT(kept.answer(), testing::EndsWith("}"));
 }
 
 }  // namespace
