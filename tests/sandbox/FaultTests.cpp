@@ -14,7 +14,7 @@ using std::chrono::milliseconds;
 
 /// What comes back for a request for the configuration, with a mark when the connection was reset.
 std::string askForConfiguration(int port) {
-  return RawClient(port).ask("GET /m/v1/app HTTP/1.1\r\nApp-Version: 1\r\n\r\n");
+  return RawClient(port).ask("GET /m/v1/app HTTP/1.1\r\nHost: localhost\r\n\r\n");
 }
 
 class FaultTest : public CustomerTest {
@@ -81,7 +81,9 @@ TEST_F(FaultTest, SpoilsTheTransmission) {
       {R"("wrong_content_length")", answer(half.size(), body)},
       {R"("oversize_body","length":5000)", answer(5000, std::string(5000, ' '))}};
   for (const auto& [fault, expected] : cases) {
-    app.send("PUT", "/sandbox/faults/GET/m/v1/app", std::string(R"({"fault":)") + fault + "}");
+    // It is the last of its kind, so that nothing but what it does ends the connection.
+    app.send("PUT", "/sandbox/faults/GET/m/v1/app",
+             std::string(R"({"count":1,"fault":)") + fault + "}");
     EXPECT_EQ(askForConfiguration(sandbox.port()), expected) << fault;
   }
 }
