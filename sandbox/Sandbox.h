@@ -27,6 +27,7 @@ struct Options {
   /// before.
   std::function<void(std::chrono::milliseconds)> pause = {};
   /// How long a client may take for the head of a request; for the whole of it six times as long.
+  /// For no longer a connection is kept for its client's next request.
   std::chrono::milliseconds patience{10'000};
   /// How many bytes of requests that are not whole, and of answers that are not taken, there may
   /// be.

@@ -45,7 +45,7 @@ Sandbox::Server::Server(const Options& options)
       pause_(options.pause),
       limits_{.patience = options.patience, .memory = options.memory},
       wantedPort_(options.port),
-      service_(options.seed, options.now) {
+      service_(options.seed, options.now, [this] { http_.dropKept(); }) {
   service_.setMinimumAppVersion(options.minimumAppVersion.value_or(std::string()));
   for (const Route& route : routes()) addRoute(route);
   addFallbacks();
@@ -54,7 +54,8 @@ Sandbox::Server::Server(const Options& options)
 std::optional<std::string> Sandbox::Server::start() {
   const auto port = http_.start(
       wantedPort_, limits_,
-      [this](const RequestHead& head, const Answer& answer) { logRefused(head, answer); });
+      [this](const RequestHead& head, const Answer& answer) { logRefused(head, answer); },
+      [this] { return !service_.faults.areInForce(); });
   if (!port) {
     return "Port " + std::to_string(wantedPort_) + " on 127.0.0.1 is taken or not allowed";
   }
@@ -86,14 +87,9 @@ void Sandbox::Server::addFallbacks() {
   // Whatever the service itself answers has a content type.
   const auto explain = [this](const httplib::Request& request, Reply& reply) {
     using enum httplib::Server::HandlerResponse;
-    if (reply.has_header("Content-Type")) return Unhandled;
-    Answer answer = explained(reply.status);
-    if (Connection::of(request)) {
-      finish(request, {}, std::move(answer), reply);
-    } else {
-      // The library has refused the request before it was anybody's, and the server logs it.
-      reply.set_content(answer.body, answer.contentType);
-    }
+    // What the library has refused before it was anybody's, the server answers and logs.
+    if (reply.has_header("Content-Type") || !Connection::of(request)) return Unhandled;
+    finish(request, {}, explained(reply.status), reply);
     return Handled;
   };
   http_.set_error_handler(httplib::Server::HandlerWithResponse(explain));
@@ -200,6 +196,9 @@ void Sandbox::Server::finish(const httplib::Request& request, const std::string&
                            .status = answer.status,
                            .answerBody = answer.body});
   }
+  // Clients repeat of their own accord what ends without an answer on a connection that was kept:
+  // they would not meet the fault.
+  if (service_.faults.areInForce()) connection.endWithAnswer();
   deliver(std::move(answer), connection, reply);
 }
 

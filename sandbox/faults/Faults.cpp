@@ -32,9 +32,12 @@ bool hasRule(std::span<const FieldRule> rules, std::string_view key) {
 }  // namespace
 
 void Faults::set(const Route& endpoint, Dictionary record) {
-  const std::lock_guard lock(mutex_);
-  records_.insert_or_assign(&endpoint, std::move(record));
-  wake(endpoint);
+  {
+    const std::lock_guard lock(mutex_);
+    records_.insert_or_assign(&endpoint, std::move(record));
+    wake(endpoint);
+  }
+  onSet_();
 }
 
 void Faults::clear() {
@@ -51,6 +54,11 @@ void Faults::clear(const Route& endpoint) {
 
 void Faults::wake(const Route& endpoint) {
   if (const auto ended = ends_.extract(&endpoint)) ended.mapped()->raise();
+}
+
+bool Faults::areInForce() const {
+  const std::lock_guard lock(mutex_);
+  return !records_.empty();
 }
 
 List Faults::list() const {

@@ -1,12 +1,14 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "platform/Value.h"
 #include "sandbox/faults/FaultKind.h"
@@ -27,6 +29,9 @@ struct Fault {
 /// Which endpoints misbehave, how, and how many times more. May be used from any thread.
 class Faults {
  public:
+  /// `onSet` is called on the thread of each `set`, before that returns.
+  explicit Faults(std::function<void()> onSet) : onSet_(std::move(onSet)) {}
+
   /// Has the endpoint misbehave in place of what it did before. `record` must be free of
   /// `faultErrors` and is listed as it is.
   void set(const Route& endpoint, platform::Dictionary record);
@@ -34,6 +39,9 @@ class Faults {
   /// Has all endpoints, or the one, behave again, and wakes the requests that a fault holds.
   void clear();
   void clear(const Route& endpoint);
+
+  /// Whether any endpoint misbehaves.
+  bool areInForce() const;
 
   /// The records of the faults in force, in the order of the routes, each with the count that is
   /// left.
@@ -46,6 +54,7 @@ class Faults {
   /// Wakes the requests that a fault of the endpoint holds, which may outlast the fault's record.
   void wake(const Route& endpoint);
 
+  const std::function<void()> onSet_;
   mutable std::mutex mutex_;
   std::map<const Route*, platform::Dictionary> records_;
   std::map<const Route*, std::shared_ptr<WakeSignal>> ends_;

@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "sandbox/http/Connection.h"
+#include "sandbox/http/Delivery.h"
 #include "sandbox/http/WaitingPlaces.h"
 
 namespace ovinta::sandbox {
@@ -41,7 +42,8 @@ std::optional<int> listenOn(int socket, int port) {
 HTTPServer::~HTTPServer() { stopAll({}); }
 
 std::optional<int> HTTPServer::start(int port, Reception::Limits limits,
-                                     Reception::RefusalHandler onRefused) {
+                                     Reception::RefusalHandler onRefused,
+                                     std::function<bool()> keeps) {
   const int listener = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
   const auto bound = listenOn(listener, port);
   if (!bound) {
@@ -62,7 +64,8 @@ std::optional<int> HTTPServer::start(int port, Reception::Limits limits,
     threads_->enqueue([this, socket, shared] { answer(socket, std::move(*shared)); });
   };
   reception_ = std::make_unique<Reception>(
-      listener, limits, Reception::Handlers{.admit = admit, .refused = onRefused_});
+      listener, limits,
+      Reception::Handlers{.admit = admit, .refused = onRefused_, .keeps = std::move(keeps)});
   return bound;
 }
 
@@ -87,8 +90,12 @@ void HTTPServer::answer(int socket, std::unique_ptr<IncomingRequest> request) {
         process_request(connection, !connection.goesOn(), isClosed,
                         [&](httplib::Request& routed) { connection.attachTo(routed); });
     goesOn = isAnswered && !isClosed && connection.isAttached() && connection.goesOn();
-    // Before its client is told, so that whoever looks for it then finds it.
-    if (!connection.isAttached()) onRefused_(connection.head(), notHTTP());
+    if (!connection.isAttached()) {
+      // What the library would say of it does not tell that the connection ends.
+      connection.unsent() = wireText(notHTTP(), connection.head().method != "HEAD");
+      // Before its client is told, so that whoever looks for it then finds it.
+      onRefused_(connection.head(), notHTTP());
+    }
   } catch (const std::exception&) {
     // A handler that fails, for want of memory say, leaves its own client without an answer, and
     // no other.

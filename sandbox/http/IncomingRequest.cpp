@@ -65,6 +65,10 @@ bool hasBareFeed(std::string_view text, std::size_t from) {
 }  // namespace
 
 IncomingRequest::State IncomingRequest::take(std::string_view bytes) {
+  if (text_.empty()) {
+    bytes.remove_prefix(std::min(bytes.find_first_not_of(kLineEnd), bytes.size()));
+    if (bytes.empty()) return state_;
+  }
   // The end of the head may begin in the piece before.
   const std::size_t from = text_.size() - std::min(text_.size(), kHeadEnd.size() - 1);
   text_ += bytes;
@@ -93,9 +97,11 @@ void IncomingRequest::refuse(Answer answer) {
 bool IncomingRequest::takeWishToContinue() { return std::exchange(wantsContinue_, false); }
 
 bool IncomingRequest::allowsNext() const {
-  const auto isClose = [](std::string_view wish) { return isSameIgnoringCase(wish, "close"); };
+  const auto isToKeep = [](std::string_view wish) {
+    return isSameIgnoringCase(wish, "keep-alive");
+  };
   return state_ == State::whole && !hasMore_ && head_.version == "HTTP/1.1" &&
-         !head_.values("Host").empty() && std::ranges::none_of(head_.values("Connection"), isClose);
+         !head_.values("Host").empty() && std::ranges::all_of(head_.values("Connection"), isToKeep);
 }
 
 void IncomingRequest::takeHead(std::size_t end) {
@@ -181,7 +187,7 @@ bool IncomingRequest::followChunk() {
 
 void IncomingRequest::end() {
   const std::size_t wholeSize = framing_ == Framing::chunks ? next_ : body_ + content_;
-  hasMore_ = text_.size() > wholeSize;
+  hasMore_ = text_.find_first_not_of(kLineEnd, wholeSize) != std::string::npos;
   text_.resize(body_ + content_);
   if (framing_ == Framing::chunks) {
     std::string length = "Content-Length: " + std::to_string(content_);

@@ -15,8 +15,9 @@ class IncomingRequest {
  public:
   enum class State { head, body, whole, refused };
 
-  /// Takes the next piece, while the request is neither whole nor refused. What follows a whole
-  /// request is dropped.
+  /// Takes the next piece, while the request is neither whole nor refused. Ends of lines before a
+  /// request, which some clients send after the body of the one before, and what follows a whole
+  /// request are dropped.
   State take(std::string_view bytes);
   /// Gives the request up with that answer.
   void refuse(Answer answer);
@@ -29,7 +30,8 @@ class IncomingRequest {
   /// Whether the client wants to be told that it shall send the body; true once at most.
   bool takeWishToContinue();
   /// Whether the client, once it is answered, may send another request over the same connection.
-  /// One that names no host is no client of HTTP/1.1, and what has come too early is not looked at.
+  /// One that names no host is no client of HTTP/1.1, one that asks for more than to keep the
+  /// connection may want it closed, and what has come too early is not looked at.
   bool allowsNext() const;
   /// What was kept so far, with chunks joined to a body of known length. Of the header fields those
   /// are left out that say how the request comes or ask for a part of the answer.
@@ -60,7 +62,7 @@ class IncomingRequest {
   std::size_t content_ = 0;
   /// Where the chunks begin that were not followed yet.
   std::size_t next_ = 0;
-  /// Whether bytes have come after the whole request.
+  /// Whether more than ends of lines has come after the whole request.
   bool hasMore_ = false;
 };
 

@@ -67,11 +67,21 @@ void Reception::dismiss(int socket, std::string unsent, bool mayGoOn) {
   if (wasFull || socket >= 0) wake_.raise();
 }
 
+void Reception::awaitTurn(std::unique_lock<std::mutex>& lock) {
+  const std::size_t turn = ++turnsAsked_;
+  wake_.raise();
+  turned_.wait(lock, [&] { return turnsTaken_ >= turn; });
+}
+
+void Reception::dropKept() {
+  std::unique_lock lock(mutex_);
+  awaitTurn(lock);
+}
+
 void Reception::shut() {
   std::unique_lock lock(mutex_);
   mustShut_ = true;
-  wake_.raise();
-  shut_.wait(lock, [this] { return isShut_; });
+  awaitTurn(lock);
 }
 
 void Reception::finish(std::chrono::milliseconds patience) {
@@ -102,23 +112,31 @@ void Reception::run() {
 
 bool Reception::takeBack() {
   Visits dismissed;
+  std::size_t turn = 0;
   {
     const std::lock_guard lock(mutex_);
+    turn = turnsAsked_;
     dismissed.swap(dismissed_);
     isOpen_ = !mustShut_;
     until_ = end_;
   }
   for (Visit& visit : dismissed) leave(visit, std::move(visit.unsent));
   visits_.splice(visits_.end(), dismissed);
-  if (isOpen_) return true;
-  for (Visit& visit : visits_) {
-    if (visit.request) close(visit);
+  if (!mayKeep()) {
+    for (Visit& visit : visits_) {
+      if (visit.isIdle()) {
+        endIdle(visit);
+      } else if (visit.request && !isOpen_) {
+        close(visit);
+      }
+    }
+    forgetClosed();
   }
-  forgetClosed();
   const std::lock_guard lock(mutex_);
-  isShut_ = true;
-  shut_.notify_all();
-  return Clock::now() < until_ && (until_ == Clock::time_point::max() || !visits_.empty());
+  turnsTaken_ = turn;
+  turned_.notify_all();
+  if (isOpen_ || until_ == Clock::time_point::max()) return true;
+  return Clock::now() < until_ && !visits_.empty();
 }
 
 void Reception::forgetClosed() {
@@ -177,9 +195,11 @@ bool Reception::isFull() {
   return admitted_ >= most_;
 }
 
-void Reception::dropOldest() {
-  close(visits_.front());
-  visits_.pop_front();
+void Reception::dropOne() {
+  const auto idle = std::ranges::find_if(visits_, &Visit::isIdle);
+  const auto dropped = idle == visits_.end() ? visits_.begin() : idle;
+  close(*dropped);
+  visits_.erase(dropped);
 }
 
 void Reception::accept() {
@@ -191,7 +211,7 @@ void Reception::accept() {
       return;
     } else if (errno == EMFILE || errno == ENFILE || errno == ENOBUFS || errno == ENOMEM) {
       nextAccept_ = Clock::now() + kRetry;
-      if (!visits_.empty()) dropOldest();
+      if (!visits_.empty()) dropOne();
       return;
     }
   }
@@ -204,7 +224,7 @@ void Reception::receiveFrom(int socket) {
                      .deadline = Clock::now() + limits_.patience,
                      .request = std::make_unique<IncomingRequest>()});
   const std::lock_guard lock(mutex_);
-  if (visits_.size() + admitted_ > most_) dropOldest();
+  if (visits_.size() + admitted_ > most_) dropOne();
 }
 
 void Reception::serve(Visit& visit) {
@@ -228,10 +248,10 @@ void Reception::receive(Visit& visit) {
     request.refuse(errorAnswer(400, "request", "is not whole"));
     return refuse(visit);
   }
-  const bool isNext = visit.mayGoOn && request.text().empty();
-  if (isNext) visit.deadline = Clock::now() + limits_.patience;
+  const bool wasIdle = visit.isIdle();
   const auto before = request.state();
   const auto state = request.take({buffer_.data(), static_cast<std::size_t>(count)});
+  if (wasIdle && !visit.isIdle()) visit.deadline = Clock::now() + limits_.patience;
   if (state == refused) return refuse(visit);
   if (state == whole) {
     {
@@ -251,10 +271,19 @@ void Reception::refuse(Visit& visit) {
 }
 
 void Reception::expire(Visit& visit) {
-  // A client that has had an answer owes no request.
-  if (!visit.request || (visit.mayGoOn && visit.request->text().empty())) return close(visit);
+  if (visit.isIdle()) return endIdle(visit);
+  if (!visit.request) return close(visit);
   visit.request->refuse(errorAnswer(408, "request", "came too slowly"));
   refuse(visit);
+}
+
+void Reception::endIdle(Visit& visit) {
+  visit.request = nullptr;
+  visit.mayGoOn = false;
+  visit.deadline = Clock::now() + limits_.patience;
+  ::shutdown(visit.socket, SHUT_WR);
+  // Closed with a request unread, it would take along the answer that its client may still read.
+  if (::recv(visit.socket, buffer_.data(), buffer_.size(), 0) <= 0) close(visit);
 }
 
 void Reception::leave(Visit& visit, std::string unsent) {
@@ -276,7 +305,7 @@ void Reception::send(Visit& visit) {
     if (visit.sent < visit.unsent.size()) return;
     visit.unsent = {};
     visit.isAllSent = true;
-    if (visit.mayGoOn && isOpen_) {
+    if (visit.mayGoOn && mayKeep()) {
       visit.request = std::make_unique<IncomingRequest>();
       return;
     }

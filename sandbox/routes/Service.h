@@ -21,7 +21,9 @@ namespace ovinta::sandbox {
 /// The service behind the routes. May be used from any thread.
 class Service {
  public:
-  Service(std::uint64_t seed, std::function<platform::Date()> now) : state(seed, std::move(now)) {}
+  /// `onFault` is told of each fault that is set, as by `Faults`.
+  Service(std::uint64_t seed, std::function<platform::Date()> now, std::function<void()> onFault)
+      : state(seed, std::move(now)), faults(std::move(onFault)) {}
 
   SandboxState state;
   PushMailbox pushes;

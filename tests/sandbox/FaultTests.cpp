@@ -1,6 +1,9 @@
+#include <cstdlib>
 #include <future>
+#include <tuple>
 #include <vector>
 
+#include "platform/linux/http/CurlURLSession.h"
 #include "tests/sandbox/RawClient.h"
 #include "tests/sandbox/SandboxFixture.h"
 
@@ -11,7 +14,7 @@ using std::chrono::milliseconds;
 
 /// What comes back for a request for the configuration, with a mark when the connection was reset.
 std::string askForConfiguration(int port) {
-  return RawClient(port).ask("GET /m/v1/app HTTP/1.1\r\nApp-Version: 1\r\n\r\n");
+  return RawClient(port).ask("GET /m/v1/app HTTP/1.1\r\nHost: localhost\r\n\r\n");
 }
 
 class FaultTest : public CustomerTest {
@@ -78,8 +81,36 @@ TEST_F(FaultTest, SpoilsTheTransmission) {
       {R"("wrong_content_length")", answer(half.size(), body)},
       {R"("oversize_body","length":5000)", answer(5000, std::string(5000, ' '))}};
   for (const auto& [fault, expected] : cases) {
-    app.send("PUT", "/sandbox/faults/GET/m/v1/app", std::string(R"({"fault":)") + fault + "}");
+    // It is the last of its kind, so that nothing but what it does ends the connection.
+    app.send("PUT", "/sandbox/faults/GET/m/v1/app",
+             std::string(R"({"count":1,"fault":)") + fault + "}");
     EXPECT_EQ(askForConfiguration(sandbox.port()), expected) << fault;
+  }
+}
+
+TEST_F(FaultTest, IsMetByAnAppThatKeepsItsConnectionOnceAndAsByAnyOther) {
+  setenv("no_proxy", "*", 1);
+  platform::linuxos::CurlURLSession session;
+  const auto ask = [&](const char* method, const std::string& path) {
+    std::promise<int> status;
+    session.startDataTask({.url = {sandbox.baseURL() + path}, .method = method},
+                          [&](const auto&, const auto& response, const auto&) {
+                            status.set_value(response ? response->statusCode : 0);
+                          });
+    return status.get_future().get();
+  };
+  const std::tuple<const char*, std::string, int> cases[] = {{"GET", "/m/v1/app", 200},
+                                                             {"POST", "/m/v1/customer", 422}};
+  for (const auto& [method, path, status] : cases) {
+    EXPECT_EQ(ask(method, path), status);
+    app.send("PUT", "/sandbox/faults/" + std::string(method) + path,
+             R"({"fault":"reset","count":2})");
+    app.send("DELETE", "/sandbox/requests");
+    EXPECT_EQ(ask(method, path), 0);
+    EXPECT_EQ(ask("PATCH", "/m/v1/app"), 404);
+    EXPECT_EQ(ask(method, path), 0);
+    EXPECT_EQ(app.send("GET", "/sandbox/requests").list().size(), 3U);
+    EXPECT_EQ(ask(method, path), status);
   }
 }
 
@@ -148,11 +179,14 @@ TEST_F(WaitingTest, EndsWithTheFaultOrTheService) {
 
 TEST_F(WaitingTest, ForAClientThatPausesDoesNotHoldUpTheEnd) {
   const RawClient silent(sandbox.port());
+  const RawClient kept(sandbox.port());
+  kept.send("GET /m/v1/app HTTP/1.1\r\nHost: localhost\r\n\r\n");
   // Whoever came before is served by now.
   app.send("GET", "/sandbox/faults");
   const auto start = std::chrono::steady_clock::now();
   sandbox.stop();
   EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
+  EXPECT_THAT(kept.answer(), testing::EndsWith("}"));
 }
 
 }  // namespace

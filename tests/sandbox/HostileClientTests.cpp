@@ -243,15 +243,23 @@ TEST(HostileClientLimitTest, TheLargestGoesWhenTheyTakeTooMuchMemory) {
   EXPECT_THAT(small.ask("}}"), HasSubstr("Body is not JSON"));
 }
 
-TEST(HostileClientLimitTest, TheOldestGoWhenThereAreTooMany) {
-  Sandbox sandbox;
+TEST(HostileClientLimitTest, ThoseThatAreKeptAndThenTheOldestGoWhenThereAreTooMany) {
+  Sandbox sandbox({.patience = std::chrono::hours(1)});
   const rlim_t before = setMostFiles(200);
   EXPECT_EQ(sandbox.start(), std::nullopt);
   setMostFiles(before);
   std::vector<RawClient> halfOpen;
-  for (int index = 0; index < 200; ++index) halfOpen.emplace_back(sandbox.port()).send("G");
+  halfOpen.emplace_back(sandbox.port()).send("G");
+  halfOpen.emplace_back(sandbox.port()).send("G");
+  const RawClient kept(sandbox.port());
+  kept.send("GET /m/v1/app HTTP/1.1\r\nHost: localhost\r\n\r\n");
+  ASSERT_TRUE(kept.isAnswered(std::chrono::seconds(30)));
+  while (halfOpen.size() < 150) halfOpen.emplace_back(sandbox.port()).send("G");
+  EXPECT_THAT(kept.answer(), testing::EndsWith("}"));
+  EXPECT_THAT(halfOpen[0].ask("ET /m/v1/app HTTP/1.1\r\n\r\n"), StartsWith("HTTP/1.1 200"));
+  while (halfOpen.size() < 202) halfOpen.emplace_back(sandbox.port()).send("G");
   EXPECT_EQ(Speaker(sandbox).send("GET", "/m/v1/app").status, 200);
-  EXPECT_THAT(halfOpen.front().answer(), testing::Not(HasSubstr("HTTP")));
+  EXPECT_THAT(halfOpen[1].answer(), testing::Not(HasSubstr("HTTP")));
 }
 
 TEST(HostileClientLimitTest, ARequestThatTakesTooLongIsToldSo) {

@@ -239,6 +239,14 @@ TEST_F(PositionTest, GpsdTellsItsFixesAndIsConnectedToAgain) {
   gpsd.hangUp();
   waitForAccess(PositionAccess::absent);
   waitUntil([&] { return time_.pendingTaskCount() == 1; });
+
+  // Whoever sends without an end is no gpsd.
+  time_.advance(15s);
+  waitForAccess(PositionAccess::grantedAlways);
+  ASSERT_TRUE(gpsd.hasListener(10s));
+  gpsd.say(std::string(80'000, ' '));
+  waitForAccess(PositionAccess::absent);
+  waitUntil([&] { return time_.pendingTaskCount() == 1; });
   EXPECT_EQ(locations_.size(), 5U);
   EXPECT_THAT(log_->lines(),
               ElementsAre(testing::StartsWith("No connection to gpsd at 127.0.0.1:")));

@@ -3,6 +3,8 @@
 #include <glib-unix.h>
 #include <netdb.h>
 #include <sys/socket.h>
+#include <sys/time.h>
+#include <sys/types.h>
 #include <unistd.h>
 
 #include <array>
@@ -20,6 +22,9 @@ constexpr std::string_view kWatch = "?WATCH={\"enable\":true,\"json\":true};\n";
 /// No line of gpsd's is nearly as long.
 constexpr std::size_t kLongestLine = std::size_t{64} << 10;
 
+/// How long one address of a host may take. Whoever drops a stream meanwhile waits for it.
+constexpr timeval kPatience{.tv_sec = 5, .tv_usec = 0};
+
 /// A socket that is connected to one of the host's addresses; -1 when none takes it.
 int connectTo(const std::string& host, const std::string& port) {
   addrinfo wanted{};
@@ -30,6 +35,8 @@ int connectTo(const std::string& host, const std::string& port) {
   for (const auto* each = addresses; each && connected < 0; each = each->ai_next) {
     const int made = socket(each->ai_family, each->ai_socktype | SOCK_CLOEXEC, each->ai_protocol);
     if (made < 0) continue;
+    // It limits `connect`, too.
+    setsockopt(made, SOL_SOCKET, SO_SNDTIMEO, &kPatience, sizeof kPatience);
     if (connect(made, each->ai_addr, each->ai_addrlen) == 0) {
       connected = made;
     } else {

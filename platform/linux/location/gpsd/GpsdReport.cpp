@@ -59,7 +59,8 @@ double accuracyOf(const Members& fix) {
   return std::max(accuracy, kBestAccuracyMetres);
 }
 
-/// The instant of a text such as 2024-01-31T12:00:00.5Z, with any number of decimals.
+/// The instant of a text such as 2024-01-31T12:00:00.5Z, with any number of decimals, of
+/// which three count.
 std::optional<Date> readTime(std::string_view text) {
   constexpr std::size_t kSeconds = 19, kMilliseconds = 23;
   if (!text.ends_with('Z') || text.size() <= kSeconds) return std::nullopt;
@@ -87,7 +88,9 @@ GpsdReport readGpsdLine(std::string_view line) {
   if (!document) return {};
   const Members members = membersOf(document->root());
   if (members.kind == "TPV") return {.location = readFix(members)};
-  if (members.kind == "VERSION") return {.version = std::string(members.release)};
+  if (members.kind == "VERSION" && !members.release.empty()) {
+    return {.version = std::string(members.release)};
+  }
   return {};
 }
 

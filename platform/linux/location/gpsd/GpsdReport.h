@@ -12,7 +12,7 @@ namespace ovinta::platform::linuxos {
 struct GpsdReport {
   /// The position of a receiver that has found one.
   std::optional<Location> location = {};
-  /// gpsd's own version, which its greeting holds.
+  /// gpsd's own version, which its greeting holds; never empty.
   std::optional<std::string> version = {};
 };
 
