@@ -35,11 +35,6 @@ std::optional<EntityDescription> parseEntity(const Value& value) {
   return entity;
 }
 
-/// Where the name stands; the number of names when it is not among them.
-std::size_t placeIn(const std::vector<std::string>& names, std::string_view name) {
-  return static_cast<std::size_t>(std::ranges::find(names, name) - names.begin());
-}
-
 }  // namespace
 
 std::optional<ManagedObjectModel> ManagedObjectModel::parse(std::string_view compiled) {
@@ -59,30 +54,6 @@ std::optional<ManagedObjectModel> ManagedObjectModel::parse(std::string_view com
 const EntityDescription* ManagedObjectModel::entity(std::string_view name) const {
   const auto found = std::ranges::find(entities, name, &EntityDescription::name);
   return found == entities.end() ? nullptr : &*found;
-}
-
-ManagedObject::ManagedObject(std::string entityName, AttributeNames names)
-    : entityName_(std::move(entityName)), names_(std::move(names)) {
-  static const auto& none = *new AttributeNames(std::make_shared<const std::vector<std::string>>());
-  if (!names_) names_ = none;
-  values_.resize(names_->size());
-}
-
-void ManagedObject::setValue(std::string_view attribute, AttributeValue value) {
-  const std::size_t place = placeIn(*names_, attribute);
-  if (place == values_.size()) {
-    auto names = std::make_shared<std::vector<std::string>>(*names_);
-    names->emplace_back(attribute);
-    names_ = std::move(names);
-    values_.emplace_back();
-  }
-  values_[place] = std::move(value);
-}
-
-const AttributeValue& ManagedObject::value(std::string_view attribute) const {
-  static const auto& absent = *new AttributeValue;
-  const std::size_t place = placeIn(*names_, attribute);
-  return place == values_.size() ? absent : values_[place];
 }
 
 }  // namespace ovinta::platform
