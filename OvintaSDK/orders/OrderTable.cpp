@@ -12,7 +12,9 @@ OrderTable::OrderTable(OrderList orders) : orders_(std::move(orders)) {
 }
 
 std::span<const OrderTable::Entry> OrderTable::places(std::int64_t id) const {
-  return std::ranges::equal_range(entries_, id, {}, &Entry::id);
+  // clang 14 cannot read what the ranges' equal_range gives.
+  return {std::ranges::lower_bound(entries_, id, {}, &Entry::id),
+          std::ranges::upper_bound(entries_, id, {}, &Entry::id)};
 }
 
 OrderPtr OrderTable::find(std::int64_t id) const {
