@@ -74,13 +74,6 @@ Means& means() {
   return *instance;
 }
 
-/// An answer with orders, as it arrives: in memory of its own, with the room to be parsed in.
-std::string arrived(const std::string& text) {
-  std::string body;
-  body.reserve(text.size() + JSONDocument::kRoom);
-  return std::move(body.append(text));
-}
-
 constexpr std::size_t kOrders = 1000;
 
 const std::string& answer() {
@@ -316,7 +309,7 @@ std::string writePlain(const OrderEvent& event) {
 std::string writeOurs(const OrderEvent& event) {
   platform::JSONWriter writer;
   writer.beginObject();
-  writer.writtenKey(R"("data":)");
+  writer.writtenKey(platform::WrittenKey("data"));
   wire::encode(writer, event, means().context->dates());
   writer.endObject();
   return writer.take();
