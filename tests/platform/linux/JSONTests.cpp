@@ -165,7 +165,7 @@ TEST(JSONReadingTest, ConsumesATextAsItReadsACopy) {
   EXPECT_FALSE(JSONDocument::consume(""));
   EXPECT_FALSE(JSONDocument::consume("[1"));
   EXPECT_EQ(JSONDocument::consume("[7.0]")->root().copy(), parseJSON("[7.0]"));
-  // A large text is given back, unless it takes the text to tell a number exactly.
+  // What a large text says of a number can be asked for as long as the document lives.
   for (const std::string number : {"7", "9007199254740993.0", "1e400", "18446744073709551615"}) {
     const std::string text = "[\"" + std::string(5'000'000, 'x') + "\"," + number + "]";
     const auto document = JSONDocument::consume(text);
