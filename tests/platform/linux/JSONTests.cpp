@@ -66,8 +66,8 @@ TEST(JSONReadingTest, ReadsEveryKindOfValue) {
        List{"\\\"123456789012345678901", 123456789012345678901.0, -0x1p63, 7, nullptr, kMaximum,
             Dictionary{{"-1e400", nullptr}, {"1e999", 0.5}}}},
       // As a double where that holds it, or where the text may be a double's shortest.
-      {"[9007199254740993.0,9007199254740994.0,1e16,9007199254740993.5,1.2345678901e18]",
-       List{9007199254740993, 9007199254740994.0, 1e16, 9007199254740994.0, 1.2345678901e18}},
+      {"[0.5,9007199254740993.0,9007199254740994.0,1e16,9007199254740993.5,1.2345678901e18]",
+       List{0.5, 9007199254740993, 9007199254740994.0, 1e16, 9007199254740994.0, 1.2345678901e18}},
   };
   for (const auto& [text, expected] : cases) EXPECT_EQ(parseJSON(text), expected) << text;
 }
