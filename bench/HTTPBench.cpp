@@ -1,7 +1,9 @@
 // Requests of several widths: the session against libcurl's multi interface alone, which repeats
 // one request on handles that are set up once and keeps nothing of the answers but their bodies.
+#include <atomic>
 #include <future>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -66,7 +68,9 @@ class BareMulti {
   BareMulti(const BareMulti&) = delete;
   BareMulti& operator=(const BareMulti&) = delete;
 
-  void run(std::size_t count) {
+  /// Whether every request was answered.
+  bool run(std::size_t count) {
+    bool isAnswered = true;
     std::size_t begun = 0, ended = 0;
     for (const auto& slot : slots_) {
       if (begun < count) begin(*slot, begun);
@@ -75,6 +79,7 @@ class BareMulti {
       int left = 0;
       curl_multi_perform(multi_.get(), &left);
       while (const CURLMsg* message = curl_multi_info_read(multi_.get(), &left)) {
+        isAnswered = isAnswered && message->data.result == CURLE_OK;
         Slot* slot = nullptr;
         curl_easy_getinfo(message->easy_handle, CURLINFO_PRIVATE, &slot);
         curl_multi_remove_handle(multi_.get(), slot->handle.get());
@@ -83,6 +88,7 @@ class BareMulti {
       }
       if (ended < count) curl_multi_poll(multi_.get(), nullptr, 0, 1000, nullptr);
     }
+    return isAnswered;
   }
 
  private:
@@ -106,60 +112,71 @@ class BareMulti {
 /// The session, each of whose completions starts the next request.
 class Requests {
  public:
-  void run(std::size_t width, std::size_t count) {
+  /// Whether every request was answered.
+  bool run(std::size_t width, std::size_t count) {
     left_ = count;
     toStart_ = count - width;
     done_ = {};
     for (std::size_t place = 0; place < width; ++place) start();
     done_.get_future().wait();
+    return isAnswered_;
   }
 
  private:
   void start() {
     URLRequest request{.url = {url_}};
     for (const auto& [name, value] : kHeaders) request.headers.push_back({name, value});
-    session_.startDataTask(std::move(request), [this](auto data, const auto&, const auto&) {
-      benchmark::DoNotOptimize(data);
-      if (toStart_ > 0) {
-        --toStart_;
-        start();
-      }
-      if (--left_ == 0) done_.set_value();
-    });
+    session_.startDataTask(std::move(request),
+                           [this](auto data, const auto& response, const auto&) {
+                             benchmark::DoNotOptimize(data);
+                             if (!response || response->statusCode != 200) isAnswered_ = false;
+                             if (toStart_ > 0) {
+                               --toStart_;
+                               start();
+                             }
+                             if (--left_ == 0) done_.set_value();
+                           });
   }
 
   const std::string url_ = server().url();
   std::atomic<std::size_t> left_ = 0;
   /// Belongs to the session's thread once all of a width have been started.
   std::atomic<std::size_t> toStart_ = 0;
+  std::atomic<bool> isAnswered_ = true;
   std::promise<void> done_;
   CurlURLSession session_;
 };
 
+constexpr const char* kUnanswered = "a request was not answered";
+
 template <std::size_t kWidth>
 void bareMulti(benchmark::State& state) {
   static BareMulti multi(kWidth);
-  for (auto _ : state) multi.run(kRequests);
+  for (auto _ : state) {
+    if (!multi.run(kRequests)) return state.SkipWithError(kUnanswered);
+  }
   state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(kRequests));
 }
 
 template <std::size_t kWidth>
 void session(benchmark::State& state) {
   static Requests requests;
-  for (auto _ : state) requests.run(kWidth, kRequests);
+  for (auto _ : state) {
+    if (!requests.run(kWidth, kRequests)) return state.SkipWithError(kUnanswered);
+  }
   state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(kRequests));
 }
 
 /// How many connections 32 requests at once open, over and over.
-template <void (*kRun)()>
-double connectionsOf() {
+template <bool (*kRun)()>
+std::optional<double> connectionsOf() {
   const auto before = server().connectionCount();
-  kRun();
+  if (!kRun()) return {};
   return static_cast<double>(server().connectionCount() - before);
 }
 
-void runBareMulti() { BareMulti(32).run(kRequests); }
-void runSession() { Requests().run(32, kRequests); }
+bool runBareMulti() { return BareMulti(32).run(kRequests); }
+bool runSession() { return Requests().run(32, kRequests); }
 
 /// At least nine tenths as many requests in the same time.
 constexpr double kAim = 1 / 0.9;

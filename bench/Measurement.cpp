@@ -2,6 +2,9 @@
 
 #include <algorithm>
 #include <map>
+#include <string>
+#include <string_view>
+#include <vector>
 
 namespace ovinta::bench {
 
@@ -57,13 +60,18 @@ std::string literally(const std::string& text) {
   return expression;
 }
 
+std::optional<Measurement> together(const Row& row, std::optional<double> floor,
+                                    std::optional<double> ours) {
+  if (!ours || (row.hasFloor && !floor)) return {};
+  return Measurement{floor, *ours};
+}
+
 }  // namespace
 
 std::optional<Measurement> measure(const Row& row, const Effort& effort) {
   if (row.unit) {
-    std::optional<double> floor;
-    if (row.hasFloor) floor = row.floorFigure();
-    return Measurement{floor, row.figure()};
+    const auto floor = row.hasFloor ? row.floorFigure() : std::nullopt;
+    return together(row, floor, row.figure());
   }
   // The library takes how long to measure as options of the command line only.
   std::string options[]{"", "--benchmark_enable_random_interleaving=true",
@@ -75,11 +83,7 @@ std::optional<Measurement> measure(const Row& row, const Effort& effort) {
 
   TimeKeeper keeper(row.clock);
   benchmark::RunSpecifiedBenchmarks(&keeper, "^" + literally(row.path) + "/(floor|ours)");
-  const auto ours = keeper.median(row.path + "/ours");
-  if (!ours) return {};
-  const auto floor = keeper.median(row.path + "/floor");
-  if (row.hasFloor && !floor) return {};
-  return Measurement{floor, *ours};
+  return together(row, keeper.median(row.path + "/floor"), keeper.median(row.path + "/ours"));
 }
 
 }  // namespace ovinta::bench

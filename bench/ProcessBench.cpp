@@ -5,14 +5,15 @@
 
 #include <array>
 #include <cstdio>
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
+#include <optional>
 #include <sstream>
 #include <string>
+#include <string_view>
 #include <system_error>
 
 #include "bench/Row.h"
+#include "replay/TemporaryDirectory.h"
 #include "sandbox/Sandbox.h"
 
 namespace ovinta::bench {
@@ -24,69 +25,77 @@ void startAndEnd(benchmark::State& state, const char* program) {
   const std::array<char*, 2> arguments{const_cast<char*>(program), nullptr};
   for (auto _ : state) {
     pid_t process = 0;
+    int status = 0;
     if (posix_spawn(&process, program, nullptr, nullptr, arguments.data(), environ) != 0) {
       return state.SkipWithError("could not start the process");
     }
-    waitpid(process, nullptr, 0);
+    if (waitpid(process, &status, 0) != process || status != 0) {
+      return state.SkipWithError("the process failed");
+    }
   }
 }
 
 void startWithCurl(benchmark::State& state) { startAndEnd(state, OVINTA_CURL_PROCESS); }
 void startWithLibrary(benchmark::State& state) { startAndEnd(state, OVINTA_PROCESS_HELPER); }
 
-/// What a command of the shell prints.
-std::string outputOf(const std::string& command) {
-  std::string output;
+/// What a command of the shell prints; absent when it fails.
+std::optional<std::string> outputOf(const std::string& command) {
   FILE* const pipe = popen(command.c_str(), "r");
+  if (!pipe) return {};
+  std::string output;
   std::array<char, 256> line;
-  while (pipe && std::fgets(line.data(), line.size(), pipe)) output += line.data();
-  if (pipe) pclose(pipe);
-  return output;
+  while (std::fgets(line.data(), line.size(), pipe)) output += line.data();
+  return pclose(pipe) == 0 ? std::optional(output) : std::nullopt;
 }
 
 /// The threads beside the main one after `makeServices`, `configure` and the first fetch.
-const std::array<double, 3>& threads() {
-  static const auto counted = [] {
-    sandbox::Sandbox service;
-    if (service.start()) std::exit(EXIT_FAILURE);
-    std::string folder = (fs::temp_directory_path() / "ovinta-bench-XXXXXX").string();
-    if (!mkdtemp(folder.data())) std::exit(EXIT_FAILURE);
-    const std::string command =
-        std::string(OVINTA_PROCESS_HELPER) + " " + service.baseURL() + " " + folder;
-    outputOf(command);
-    std::istringstream output(outputOf(command + " tell"));
-    std::array<double, 3> counts{-1, -1, -1};
-    for (double& count : counts) output >> count;
-    std::error_code error;
-    fs::remove_all(folder, error);
-    return counts;
-  }();
-  return counted;
+std::optional<std::array<double, 3>> countThreads() {
+  sandbox::Sandbox service;
+  if (service.start()) return {};
+  const replay::TemporaryDirectory folder;
+  const std::string command =
+      std::string(OVINTA_PROCESS_HELPER) + " " + service.baseURL() + " " + folder.path().string();
+  // The first run makes the order that the second one fetches.
+  const auto told = outputOf(command) ? outputOf(command + " tell") : std::nullopt;
+  if (!told) return {};
+  std::istringstream output(*told);
+  std::array<double, 3> counts{};
+  for (double& count : counts) output >> count;
+  return output ? std::optional(counts) : std::nullopt;
 }
 
 template <std::size_t kStep>
-double threadsAt() {
-  return threads().at(kStep);
+std::optional<double> threadsAt() {
+  static const auto counts = countThreads();
+  return counts ? std::optional(counts->at(kStep)) : std::nullopt;
+}
+
+/// How many lines with the word a command prints, which are some.
+std::optional<double> countLines(const std::string& command, std::string_view word) {
+  std::istringstream output(outputOf(command).value_or(""));
+  std::size_t count = 0;
+  for (std::string line; std::getline(output, line);) count += line.find(word) != line.npos;
+  return count > 0 ? std::optional(static_cast<double>(count)) : std::nullopt;
+}
+
+std::optional<double> neededLibraries() {
+  return countLines("readelf -d " OVINTA_LIBRARY, "(NEEDED)");
 }
 
 /// The size of the library's file without what only debuggers and linkers of objects need.
-double strippedSize() {
-  const std::string copy = (fs::temp_directory_path() / "ovinta-bench-stripped").string();
-  outputOf("strip -o " + copy + " " + OVINTA_LIBRARY);
+std::optional<double> strippedSize() {
+  // What needs no library is an archive, of which an application takes parts.
+  if (!neededLibraries()) return {};
+  const replay::TemporaryDirectory folder;
+  const std::string copy = folder.path() / "stripped";
+  if (!outputOf("strip -o " + copy + " " OVINTA_LIBRARY)) return {};
   std::error_code error;
   const auto size = fs::file_size(copy, error);
-  fs::remove(copy, error);
-  return static_cast<double>(size);
+  return error ? std::nullopt : std::optional(static_cast<double>(size));
 }
 
-double countLines(const std::string& command) { return std::stod(outputOf(command + " | wc -l")); }
-
-double neededLibraries() {
-  return countLines("readelf -d " + std::string(OVINTA_LIBRARY) + " | grep NEEDED");
-}
-
-double loadedWithCurl() { return countLines("ldd " + std::string(OVINTA_CURL_PROCESS)); }
-double loadedWithLibrary() { return countLines("ldd " + std::string(OVINTA_PROCESS_HELPER)); }
+std::optional<double> loadedWithCurl() { return countLines("ldd " OVINTA_CURL_PROCESS, "."); }
+std::optional<double> loadedWithLibrary() { return countLines("ldd " OVINTA_PROCESS_HELPER, "."); }
 
 const TimeRow kStart{"process/exec to main, library linked", &startWithCurl, &startWithLibrary,
                      12 / 9.5};

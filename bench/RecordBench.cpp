@@ -7,6 +7,12 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
 
 #include "OvintaSDK/api/CreateOrderEventOperation.h"
 #include "OvintaSDK/api/GetOrdersOperation.h"
@@ -68,13 +74,6 @@ Means& means() {
   return *instance;
 }
 
-/// An answer with orders, as it arrives: in memory of its own, with the room to be parsed in.
-std::string arrived(const std::string& text) {
-  std::string body;
-  body.reserve(text.size() + JSONDocument::kRoom);
-  return std::move(body.append(text));
-}
-
 constexpr std::size_t kOrders = 1000;
 
 const std::string& answer() {
@@ -103,7 +102,8 @@ void decodeOrders(benchmark::State& state) {
   countOrders(state);
 }
 
-const TimeRow kDecode{"decode/1000 orders of 2 kB", &decodePlain, &decodeOrders, 1.3};
+const TimeRow kDecode{"decode/1000 orders of 2 kB", &decodePlain, &decodeOrders, 1.3,
+                      Clock::processor};
 
 void decodeArrivedPlain(benchmark::State& state) {
   for (auto _ : state) benchmark::DoNotOptimize(readPlainOrders(arrived(answer())));
@@ -131,10 +131,10 @@ void decodeThroughOperation(benchmark::State& state) {
 }
 
 const TimeRow kOperation{"decode/1000 orders through their operation", &decodeArrivedPlain,
-                         &decodeThroughOperation, 1.3};
+                         &decodeThroughOperation, 1.3, Clock::processor};
 
 template <std::size_t Allocations::*Figure, class Work>
-double allocatedByOrder(Work work) {
+std::optional<double> allocatedByOrder(Work work) {
   work();
   const Allocations before = allocations();
   benchmark::DoNotOptimize(work());
@@ -143,13 +143,15 @@ double allocatedByOrder(Work work) {
 
 /// The parser keeps its memory, so that this is what the orders take.
 template <std::size_t Allocations::*Figure>
-double allocatedPlain() {
+std::optional<double> allocatedPlain() {
   return allocatedByOrder<Figure>([] { return readPlainOrders(answer()); });
 }
 
-double allocationsOfOrder() { return allocatedByOrder<&Allocations::count>(decodedOrders); }
+std::optional<double> allocationsOfOrder() {
+  return allocatedByOrder<&Allocations::count>(decodedOrders);
+}
 
-double bytesOfOrder() {
+std::optional<double> bytesOfOrder() {
   static const auto* const document = new JSONDocument(wire::parseDocument(answer()));
   return allocatedByOrder<&Allocations::bytes>(
       [] { return wire::decode<OrdersResponse>(document->root(), means().context->dates()).data; });
@@ -160,7 +162,7 @@ const FigureRow kCount{"decode/allocations of an order", "", &allocatedPlain<&Al
 const FigureRow kBytes{"decode/malloc bytes of an order", "B", &allocatedPlain<&Allocations::bytes>,
                        &bytesOfOrder, 1.05};
 
-/// A figure of this process's memory, in bytes.
+/// A figure of this process's memory, in bytes. Without one the process ends.
 double memory(const char* field) {
   std::FILE* const file = std::fopen("/proc/self/status", "r");
   char line[256];
@@ -171,31 +173,35 @@ double memory(const char* field) {
     }
   }
   if (file) std::fclose(file);
+  if (kilobytes == 0) std::abort();
   return kilobytes * 1024;
 }
 
+/// Does the work and writes how far the memory rises meanwhile. For a process of its own, which it
+/// ends; with an error when the work fails or its peak cannot be told.
+[[noreturn]] void tellPeak(bool (*work)(), int output) {
+  malloc_trim(0);
+  // Has the peak begin at what is in use.
+  std::FILE* const file = std::fopen("/proc/self/clear_refs", "w");
+  if (!file || std::fputs("5", file) < 0 || std::fclose(file) != 0) _exit(1);
+  const double before = memory("VmRSS:");
+  const bool isDone = work();
+  const double risen = memory("VmHWM:") - before;
+  _exit(isDone && write(output, &risen, sizeof risen) == sizeof risen ? 0 : 1);
+}
+
 /// How far the memory rises while the work runs, in a process of its own.
-double peakOf(void (*work)()) {
+std::optional<double> peakOf(bool (*work)()) {
   int ends[2];
-  if (pipe(ends) != 0) return 0;
+  if (pipe(ends) != 0) return {};
   const pid_t child = fork();
-  if (child == 0) {
-    malloc_trim(0);
-    // Has the peak begin at what is in use.
-    if (std::FILE* const file = std::fopen("/proc/self/clear_refs", "w")) {
-      std::fputs("5", file);
-      std::fclose(file);
-    }
-    const double before = memory("VmRSS:");
-    work();
-    const double risen = memory("VmHWM:") - before;
-    _exit(write(ends[1], &risen, sizeof risen) == sizeof risen ? 0 : 1);
-  }
-  double risen = 0;
+  if (child == 0) tellPeak(work, ends[1]);
   close(ends[1]);
-  if (read(ends[0], &risen, sizeof risen) != sizeof risen) risen = 0;
+  double risen = 0;
+  const bool isTold = read(ends[0], &risen, sizeof risen) == sizeof risen;
   close(ends[0]);
-  waitpid(child, nullptr, 0);
+  int status = 0;
+  if (child < 0 || waitpid(child, &status, 0) != child || status != 0 || !isTold) return {};
   return risen;
 }
 
@@ -204,13 +210,19 @@ const std::string& largeAnswer() {
   return *text;
 }
 
-double sizeOfLargeAnswer() { return static_cast<double>(largeAnswer().size()) / (1 << 20); }
+constexpr double kMebibyte = 1 << 20;
 
-double peakOfFetch() {
+std::optional<double> sizeOfLargeAnswer() {
+  return static_cast<double>(largeAnswer().size()) / kMebibyte;
+}
+
+std::optional<double> peakOfFetch() {
   (void)largeAnswer();
   // Everything that is made on first use is there before.
   ordersThroughOperation([] { return arrived(answer()); });
-  return peakOf([] { ordersThroughOperation([] { return arrived(largeAnswer()); }); }) / (1 << 20);
+  const auto peak = peakOf(
+      [] { return ordersThroughOperation([] { return arrived(largeAnswer()); }) == 10 * kOrders; });
+  return peak ? std::optional(*peak / kMebibyte) : std::nullopt;
 }
 
 const FigureRow kPeak{"memory/peak of a fetch of 10000 orders, by its body", "MiB",
@@ -297,7 +309,7 @@ std::string writePlain(const OrderEvent& event) {
 std::string writeOurs(const OrderEvent& event) {
   platform::JSONWriter writer;
   writer.beginObject();
-  writer.writtenKey(R"("data":)");
+  writer.writtenKey(platform::WrittenKey("data"));
   wire::encode(writer, event, means().context->dates());
   writer.endObject();
   return writer.take();
@@ -314,7 +326,7 @@ void encodeEvent(benchmark::State& state) {
   for (auto _ : state) benchmark::DoNotOptimize(writeOurs(event));
 }
 
-const TimeRow kEncode{"encode/order event", &encodePlain, &encodeEvent, 1.1};
+const TimeRow kEncode{"encode/order event", &encodePlain, &encodeEvent, 1.1, Clock::processor};
 
 /// A request for an event, by hand.
 URLRequest writePlainRequest(const OrderEvent& event, const std::string& base,
@@ -354,7 +366,8 @@ void requestOurs(benchmark::State& state) {
   for (auto _ : state) operation->main();
 }
 
-const TimeRow kRequest{"request/whole request of an event", &requestPlain, &requestOurs, 1.3};
+const TimeRow kRequest{"request/whole request of an event", &requestPlain, &requestOurs, 1.3,
+                       Clock::processor};
 
 }  // namespace
 }  // namespace ovinta::bench

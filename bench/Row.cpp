@@ -34,8 +34,7 @@ TimeRow::TimeRow(const char* path, Function ours, std::chrono::nanoseconds limit
                               .aim = static_cast<double>(limit.count())});
 }
 
-FigureRow::FigureRow(const char* path, const char* unit, double (*floor)(), double (*ours)(),
-                     double aim) {
+FigureRow::FigureRow(const char* path, const char* unit, Figure floor, Figure ours, double aim) {
   registeredRows().push_back({.path = path,
                               .unit = unit,
                               .hasFloor = floor != nullptr,

@@ -13,6 +13,9 @@ namespace ovinta::bench {
 /// called several times, so that what takes long to prepare belongs into a static variable.
 using Function = void (*)(benchmark::State&);
 
+/// What finds out a figure; absent when it could not, which fails the row.
+using Figure = std::optional<double> (*)();
+
 /// Whose time is measured: the clock's on the wall, or the processor's for the thread that calls
 /// the function. The latter is right for work that waits for nothing, and much the same on a busy
 /// machine.
@@ -32,7 +35,7 @@ struct TimeRow {
 /// A figure that is no time (bytes, allocations, threads, connections), measured once each. Without
 /// a floor (null), `aim` is the most that the figure itself may be.
 struct FigureRow {
-  FigureRow(const char* path, const char* unit, double (*floor)(), double (*ours)(), double aim);
+  FigureRow(const char* path, const char* unit, Figure floor, Figure ours, double aim);
 };
 
 /// A row as the table holds it.
@@ -43,8 +46,8 @@ struct Row {
   /// Whether `aim` is a multiple of the floor.
   bool hasFloor;
   Clock clock = Clock::wall;
-  double (*floorFigure)() = nullptr;
-  double (*figure)() = nullptr;
+  Figure floorFigure = nullptr;
+  Figure figure = nullptr;
   double aim;
 };
 

@@ -7,6 +7,8 @@
 #include <string_view>
 #include <utility>
 
+#include "platform/JSON.h"
+
 namespace ovinta::bench {
 
 namespace {
@@ -131,5 +133,11 @@ class Author {
 }  // namespace
 
 std::string sampleOrders(std::size_t count) { return Author().text(count); }
+
+std::string arrived(const std::string& answer) {
+  std::string body;
+  body.reserve(answer.size() + platform::JSONDocument::kRoom);
+  return std::move(body.append(answer));
+}
 
 }  // namespace ovinta::bench

@@ -9,4 +9,7 @@ namespace ovinta::bench {
 /// every key, the keys in an order of their own. It is the same text every time.
 std::string sampleOrders(std::size_t count);
 
+/// A copy of an answer as it arrives: with the room to be parsed in.
+std::string arrived(const std::string& answer);
+
 }  // namespace ovinta::bench

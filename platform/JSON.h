@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -135,6 +136,27 @@ class JSONDocument {
   std::unique_ptr<portable::ParsedJSON> parsed_;
 };
 
+/// A key as it stands in a text: between quotes, the colon after it.
+class WrittenKey {
+ public:
+  /// `name` has small letters and underscores alone, none of which takes an escape. Another one, or
+  /// one that is too long, does not compile.
+  consteval explicit WrittenKey(std::string_view name) : size_(name.size() + 3) {
+    for (const char c : name) {
+      if (c != '_' && (c < 'a' || c > 'z')) throw std::invalid_argument("an escape");
+    }
+    text_[0] = text_[size_ - 2] = '"';
+    text_[size_ - 1] = ':';
+    name.copy(&text_[1], name.size());
+  }
+
+  constexpr std::string_view text() const { return {text_.data(), size_}; }
+
+ private:
+  std::array<char, 64> text_{};
+  std::size_t size_;
+};
+
 /// Writes a JSON text, without blanks, members in the order in which they are given. Numbers take
 /// the shortest form that reads back to the same value in their own width. Strings that are not
 /// UTF-8 and numbers that are not finite throw a `CodingError` of kind `invalidValue`. Calls must
@@ -149,12 +171,8 @@ class JSONWriter {
   void beginArray() { begin('['); }
   void endArray() { end(']'); }
   void key(std::string_view key);
-  /// A key as it stands in a text: between quotes, free of what takes an escape, the colon after
-  /// it.
-  void writtenKey(std::string_view key) {
-    char* const place = separated(key.size());
-    key.copy(place, key.size());
-    advance(place + key.size());
+  void writtenKey(const WrittenKey& key) {
+    literal(key.text());
     needsComma_ = false;
   }
   void null() { literal("null"); }

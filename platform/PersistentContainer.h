@@ -81,8 +81,11 @@ class OVINTA_EXPORT ManagedObject {
 
   /// The attributes that have a place, in the order of their places; never null.
   const AttributeNames& attributeNames() const { return names_; }
-  /// The value of the attribute at that place, as `value`, and a new one for it.
+  /// The value of the attribute at that place, which must be below the number of the names; absent
+  /// when none was set. Valid until the object is changed or gone.
   const AttributeValue& valueAt(std::size_t place) const { return values_[place]; }
+  /// Gives the attribute at that place, which must be below the number of the names, a value in
+  /// place of an earlier one; an absent value removes it.
   void setValueAt(std::size_t place, AttributeValue value) { values_[place] = std::move(value); }
 
  private:

@@ -51,7 +51,7 @@ class APIOperation : public platform::Operation,
   std::string encodeBody(const Record& record) const {
     platform::JSONWriter writer;
     writer.beginObject();
-    writer.writtenKey(R"("data":)");
+    writer.writtenKey(platform::WrittenKey("data"));
     wire::encode(writer, record, dates());
     writer.endObject();
     return writer.take();

@@ -33,6 +33,29 @@ std::vector<BeaconRegion> distinct(std::vector<BeaconRegion> regions) {
   return regions;
 }
 
+/// A region as the platform tells it from others that are ranged.
+BeaconRegion asRanged(const platform::IdentifiedBeaconRegion& region) {
+  return {region.proximityUUID, region.major, region.minor};
+}
+
+/// Whether the platform, after it has started these regions one after the other, ranges each of
+/// them and monitors the last one, which replaces those before.
+bool areTaken(const std::vector<BeaconRegion>& started, const std::vector<platform::Region>& ranged,
+              const std::vector<platform::Region>& monitored) {
+  std::vector<BeaconRegion> taken;
+  for (const platform::Region& region : ranged) {
+    const auto* beacons = std::get_if<platform::IdentifiedBeaconRegion>(&region);
+    if (beacons) taken.push_back(asRanged(*beacons));
+  }
+  std::ranges::sort(taken);
+  const auto isRanged = [&taken](const BeaconRegion& region) {
+    return std::ranges::binary_search(taken, asRanged(region.region()));
+  };
+  return started.empty() ||
+         (std::ranges::all_of(started, isRanged) &&
+          std::ranges::count(monitored, platform::Region(started.back().region())) == 1);
+}
+
 }  // namespace
 
 LocationUpdater::LocationUpdater(ContextPtr context, std::shared_ptr<Orders> orders)
@@ -64,15 +87,15 @@ void LocationUpdater::ordersUpdated(const platform::Notification& /*notification
 void LocationUpdater::appForegrounded(const platform::Notification& /*notification*/) {}
 
 void LocationUpdater::evaluateOrders() {
-  const OrderList orders = openOrders();
-  if (orders.empty()) {
+  // The orders may change at any time: each step looks at those that are open by then.
+  if (openOrders().empty()) {
     if (tracking_) stopTracking();
   } else if (tracking_) {
     if (lastLocation_) {
       sendLocationUpdate();
       adjustAccuracy();
     }
-    refreshBeaconRegions(orders);
+    refreshBeaconRegions();
   } else {
     tracking_ = true;
     startTracking();
@@ -92,7 +115,9 @@ void LocationUpdater::startTracking() {
 }
 
 void LocationUpdater::startUpdates() {
-  refreshBeaconRegions(openOrders());
+  // A platform may have dropped regions with the permission and still list them.
+  watch_.reset();
+  refreshBeaconRegions();
   manager_->setDesiredAccuracy(platform::LocationAccuracy::best);
   manager_->startUpdatingLocation();
   manager_->startMonitoringSignificantLocationChanges();
@@ -124,8 +149,8 @@ void LocationUpdater::stopBeaconRegions() {
   }
 }
 
-void LocationUpdater::refreshBeaconRegions(const OrderList& orders) {
-  auto named = beaconRegions(orders);
+void LocationUpdater::refreshBeaconRegions() {
+  auto named = beaconRegions(openOrders());
   if (isWatching(named)) return;
   stopBeaconRegions();
   auto wanted = distinct(named);
@@ -134,14 +159,12 @@ void LocationUpdater::refreshBeaconRegions(const OrderList& orders) {
     manager_->startMonitoring(region.region());
   }
   auto ranged = manager_->rangedRegions();
+  auto monitored = manager_->monitoredRegions();
   // What the platform did not take is asked for again the next time.
-  if (ranged.size() < wanted.size()) return;
-  watch_ =
-      Watch{std::move(named), std::move(wanted), std::move(ranged), manager_->monitoredRegions()};
+  if (!areTaken(wanted, ranged, monitored)) return;
+  watch_ = Watch{std::move(named), std::move(wanted), std::move(ranged), std::move(monitored)};
 }
 
-/// Whether the manager is still as it was when these regions were started, so that to stop all
-/// regions and start these would leave it as it is.
 bool LocationUpdater::isWatching(const std::vector<BeaconRegion>& named) const {
   return watch_ && (watch_->named == named || watch_->wanted == distinct(named)) &&
          watch_->ranged == manager_->rangedRegions() &&

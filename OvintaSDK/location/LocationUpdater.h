@@ -35,16 +35,6 @@ class LocationUpdater final : public platform::LocationManagerDelegate {
                        const platform::IdentifiedBeaconRegion& region) override;
 
  private:
-  /// Observes the notifications about orders, on whatever thread they are posted; the work is done
-  /// on the main queue.
-  void ordersUpdated(const platform::Notification& notification);
-  /// Observes that the application became active, when nothing has to be done.
-  void appForegrounded(const platform::Notification& notification);
-
-  void evaluateOrders();
-  void startTracking();
-  void startUpdates();
-  void refuseTracking();
   /// What was started for the beacons of the open orders.
   struct Watch {
     /// The regions that the orders named, in their order.
@@ -56,8 +46,21 @@ class LocationUpdater final : public platform::LocationManagerDelegate {
     std::vector<platform::Region> monitored;
   };
 
-  /// Has the manager range and monitor the beacons of these orders and nothing else.
-  void refreshBeaconRegions(const OrderList& orders);
+  /// Observes the notifications about orders, on whatever thread they are posted; the work is done
+  /// on the main queue.
+  void ordersUpdated(const platform::Notification& notification);
+  /// Observes that the application became active, when nothing has to be done.
+  void appForegrounded(const platform::Notification& notification);
+
+  void evaluateOrders();
+  void startTracking();
+  void startUpdates();
+  void refuseTracking();
+
+  /// Has the manager range and monitor the beacons of the open orders and nothing else.
+  void refreshBeaconRegions();
+  /// Whether the manager is still as it was when these regions were started, so that to stop all
+  /// regions and start these would leave it as it is.
   bool isWatching(const std::vector<BeaconRegion>& named) const;
   void stopBeaconRegions();
   void checkLocationUpdate();

@@ -14,6 +14,10 @@
 
 namespace ovinta {
 
+namespace wire {
+struct ReadOrder;
+}
+
 /// One pickup order as the service sent it. The orders manager changes the same object in place
 /// when an event or a push moves the order on. May be used from any thread: each field is safe by
 /// itself, nothing is promised across fields. What the fields hold stands in `OrderDetails` and
@@ -91,14 +95,15 @@ class OVINTA_EXPORT Order : public OrderDetails {
   /// not a number when a latitude is out of range.
   std::optional<double> siteDistance(const platform::Location& from) const;
 
- protected:
-  /// For the library: each of `details` makes one member of the details, in the order of the
-  /// members, and in its place, since constant members can only be copied.
+ private:
+  friend struct wire::ReadOrder;
+
+  /// Each of `details` makes one member of the details, in the order of the members, and in its
+  /// place, since constant members can only be copied.
   template <class... Details>
   explicit Order(OrderProgress progress, const Details&... details)
       : OrderDetails{details()...}, progress_(std::move(progress)) {}
 
- private:
   Guarded<OrderProgress> progress_;
 };
 

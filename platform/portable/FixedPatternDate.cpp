@@ -1,5 +1,8 @@
 #include "platform/portable/FixedPatternDate.h"
 
+#include <algorithm>
+#include <array>
+
 namespace ovinta::platform::portable {
 
 namespace {
@@ -14,6 +17,17 @@ using std::chrono::year;
 
 /// The shape of the texts: digits stand in the place of a 0, all other characters for themselves.
 constexpr std::string_view kShape = "0000-00-00T00:00:00.000";
+
+/// The places of those characters.
+constexpr auto kSeparators = [] {
+  constexpr auto isSeparator = [](char c) { return c != '0'; };
+  std::array<std::size_t, std::ranges::count_if(kShape, isSeparator)> places{};
+  auto* next = places.data();
+  for (std::size_t i = 0; i < kShape.size(); ++i) {
+    if (isSeparator(kShape[i])) *next++ = i;
+  }
+  return places;
+}();
 
 constexpr year kFirstYear{1600};
 constexpr year kLastYear{9999};
@@ -89,7 +103,7 @@ std::optional<Date> readFixedDate(std::string_view text, OffsetStyle style) {
   const unsigned minute = parts.two(14);
   const unsigned second = parts.two(17);
   const unsigned thousandths = parts.digit(20) * 100 + parts.two(21);
-  for (const std::size_t place : {4U, 7U, 10U, 13U, 16U, 19U}) parts.expect(place, kShape[place]);
+  for (const std::size_t place : kSeparators) parts.expect(place, kShape[place]);
   if (!parts.areRight() || !day.ok() || day.year() < kFirstYear || hour > 23 || minute > 59 ||
       second > 59) {
     return std::nullopt;

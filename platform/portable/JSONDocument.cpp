@@ -1,4 +1,6 @@
 #include <cmath>
+#include <memory>
+#include <utility>
 
 #include "platform/JSON.h"
 #include "platform/portable/ParsedJSON.h"

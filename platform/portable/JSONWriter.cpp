@@ -2,6 +2,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstring>
+#include <utility>
 
 #include "platform/JSON.h"
 #include "platform/portable/UTF8.h"
@@ -128,7 +129,7 @@ void JSONWriter::grow(std::size_t length) {
 }
 
 std::string JSONWriter::take() {
-  buffer_.resize(size_);
+  buffer_.resize(std::exchange(size_, 0));
   return std::move(buffer_);
 }
 

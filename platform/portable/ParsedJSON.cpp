@@ -1,9 +1,11 @@
 #include "platform/portable/ParsedJSON.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
 #include <limits>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -22,6 +24,8 @@ constexpr std::size_t kLargeText = std::size_t{4} << 20;
 
 /// What stands in a text in the place of a number beyond the range of doubles.
 constexpr double kLargest = std::numeric_limits<double>::max();
+
+bool isWhole(double number) { return std::trunc(number) == number; }
 
 /// Whether the parser takes the number; of those that JSON knows it refuses the large ones.
 bool isHeldByParser(const JSONNumber& number) {
@@ -122,7 +126,10 @@ const ParsedJSON::WrittenNumber& ParsedJSON::writtenNumber(const dom::element& e
     JSONNumberScanner numbers(text());
     forEachNumber(root(), [&](const JSONValue& value) {
       const std::string_view token = numbers.next();
-      if (value.isInteger_) return true;
+      // A fraction tells that its number is no integer, and is the nearest double there is.
+      if (value.isInteger_ || !isWhole(double(handleAt<dom::element>(value.content_.place)))) {
+        return true;
+      }
       if (const auto number = JSONNumber::read(token)) {
         writtenNumbers_.insert(
             {value.content_.place, {number->integer(), number->nearest(), number->hasExponent()}});
@@ -130,13 +137,13 @@ const ParsedJSON::WrittenNumber& ParsedJSON::writtenNumber(const dom::element& e
       return true;
     });
   });
-  return writtenNumbers_[placeOf(element)];
+  return writtenNumbers_.at(placeOf(element));
 }
 
 std::optional<std::int64_t> ParsedJSON::integerOf(const dom::element& element) const {
   if (element.type() == dom::element_type::UINT64) return std::nullopt;
   const double value(element);
-  return std::trunc(value) == value ? writtenNumber(element).integer : std::nullopt;
+  return isWhole(value) ? writtenNumber(element).integer : std::nullopt;
 }
 
 std::optional<double> ParsedJSON::nearestOf(const dom::element& element) const {
@@ -147,6 +154,7 @@ std::optional<double> ParsedJSON::nearestOf(const dom::element& element) const {
 }
 
 std::optional<std::int64_t> ParsedJSON::plainIntegerOf(const dom::element& element) const {
+  if (!isWhole(double(element))) return std::nullopt;
   const WrittenNumber& number = writtenNumber(element);
   return number.hasExponent ? std::nullopt : number.integer;
 }

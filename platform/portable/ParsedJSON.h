@@ -4,6 +4,7 @@
 
 #include <bit>
 #include <cstdint>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -85,7 +86,7 @@ inline void ParsedJSON::read(const simdjson::dom::element& element, JSONValue& v
   const element_type type = element.type();
   if (type == element_type::STRING) {
     value.kind_ = Kind::string;
-    value.content_.string = element.get_string().value_unsafe();
+    std::construct_at(&value.content_.string, element.get_string().value_unsafe());
     return;
   }
   switch (type) {

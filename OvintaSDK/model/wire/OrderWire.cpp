@@ -15,6 +15,8 @@ constexpr auto detailPositions() {
   return std::pair(positions, count);
 }
 
+}  // namespace
+
 /// An order that is made of the values of its fields.
 struct ReadOrder final : Order {
   template <std::size_t... I>
@@ -23,13 +25,11 @@ struct ReadOrder final : Order {
               [&slots] { return slots.take<detailPositions().first[I]>(); }...) {}
 };
 
-}  // namespace
-
 OrderPtr WireForm<OrderPtr>::decode(const platform::JSONValue& value, const Dates& dates) {
   constexpr std::make_index_sequence<detailPositions().second> kDetails;
   const Slots<Order> slots(value, dates);
   try {
-    return std::make_shared<ReadOrder>(slots, kDetails);
+    return slots.located([&] { return std::make_shared<ReadOrder>(slots, kDetails); });
   } catch (const platform::CodingError&) {
     // Each of the two structures takes its own fields, so that the error at hand need not be the
     // first one in the order of reading.

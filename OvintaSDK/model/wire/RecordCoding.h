@@ -1,6 +1,5 @@
 #pragma once
 
-#include <algorithm>
 #include <array>
 #include <memory>
 #include <optional>
@@ -115,18 +114,9 @@ class Slots {
   mutable std::size_t taken_ = 0;
 };
 
-/// The key of a field as it stands in a text: between quotes, with its colon.
+/// The key of a field, as it is written.
 template <class Record, std::size_t I>
-inline constexpr auto kWrittenKey = [] {
-  constexpr std::string_view kKey = std::get<I>(WireTable<Record>::kFields).key;
-  constexpr auto isPlain = [](char c) { return c == '_' || (c >= 'a' && c <= 'z'); };
-  static_assert(std::ranges::all_of(kKey, isPlain), "a key is written without being escaped");
-  std::array<char, kKey.size() + 3> written{};
-  std::ranges::copy(kKey, written.begin() + 1);
-  written[0] = written[kKey.size() + 1] = '"';
-  written[kKey.size() + 2] = ':';
-  return written;
-}();
+inline constexpr platform::WrittenKey kWrittenKey(std::get<I>(WireTable<Record>::kFields).key);
 
 /// Writes the value of a record's field under its key; an absent one is left out or, if the table
 /// says so, null.
@@ -135,14 +125,13 @@ void encodeField(platform::JSONWriter& writer, const Owner& owner, const Dates& 
   constexpr auto& kField = std::get<I>(WireTable<Record>::kFields);
   const auto& value = kField.in(owner);
   using T = std::remove_cvref_t<decltype(value)>;
-  constexpr auto& kKey = kWrittenKey<Record, I>;
   if constexpr (kIsOptional<T>) {
     if (!value && !kField.writesNull) return;
-    writer.writtenKey({kKey.data(), kKey.size()});
+    writer.writtenKey(kWrittenKey<Record, I>);
     if (!value) return writer.null();
     encode(writer, *value, dates);
   } else {
-    writer.writtenKey({kKey.data(), kKey.size()});
+    writer.writtenKey(kWrittenKey<Record, I>);
     encode(writer, value, dates);
   }
 }

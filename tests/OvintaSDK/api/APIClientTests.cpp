@@ -1,6 +1,7 @@
 #include "OvintaSDK/api/APIClient.h"
 
 #include "OvintaSDK/core/facade/Library.h"
+#include "tests/support/AtOnce.h"
 #include "tests/support/SDKFixture.h"
 
 namespace ovinta::test {
@@ -44,6 +45,40 @@ TEST_F(APIClientTest, PathsAreAppendedToTheBase) {
   for (const char* base : {"", "https://a test", "https://ä.test", "https://a.test:port"}) {
     EXPECT_FALSE(client(base).makeRequest(APIPath::orders(), {}, {})) << base;
   }
+}
+
+/// A grammar that no text keeps to.
+struct RefusingFormat : platform::URLFormat {
+  std::optional<platform::URL> parse(std::string_view) const override { return std::nullopt; }
+  platform::URL withQueryItems(const platform::URL& url,
+                               const std::vector<platform::URLQueryItem>&) const override {
+    return url;
+  }
+  platform::URL appendingPathComponent(const platform::URL& url, std::string_view) const override {
+    return url;
+  }
+};
+
+TEST_F(APIClientTest, BasesTakeTurns) {
+  platform::Services current = services;
+  const auto context = std::make_shared<Context>([&]() -> const auto& { return current; });
+  const auto read = [&](const std::string& base) {
+    const auto url = context->url(base);
+    return url ? url->text : "(none)";
+  };
+  for (int i = 0; i < 2; ++i) {
+    EXPECT_EQ(read("https://a.test"), "https://a.test");
+    EXPECT_EQ(read("https://a test"), "(none)");
+    EXPECT_EQ(read("https://b.test"), "https://b.test");
+    current.urls = std::make_shared<RefusingFormat>();
+    EXPECT_EQ(read("https://b.test"), "(none)");
+    current.urls = services.urls;
+    EXPECT_EQ(read("https://b.test"), "https://b.test");
+  }
+  const auto keepReading = [&](const std::string& base) {
+    for (int i = 0; i < 1000; ++i) ASSERT_EQ(read(base), base);
+  };
+  atOnce([&] { keepReading("https://a.test"); }, [&] { keepReading("https://b.test"); });
 }
 
 TEST_F(APIClientTest, HeadersComeInOneOrder) {

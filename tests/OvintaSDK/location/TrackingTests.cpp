@@ -124,6 +124,59 @@ TEST_F(Tracking, WatchesTheBeaconRegionsOfAllOpenOrders) {
   EXPECT_THAT(location->monitoredRegions(), testing::ElementsAre(platformRegion(65535, {})));
 }
 
+/// Hands everything on, counts what is started and stopped for regions, and refuses what it is told
+/// to.
+class CountingManager : public platform::LocationManager {
+ public:
+  explicit CountingManager(std::unique_ptr<platform::LocationManager> inner)
+      : inner_(std::move(inner)) {}
+
+  void setDelegate(platform::LocationManagerDelegate* to) override { inner_->setDelegate(to); }
+  void setAllowsBackgroundLocationUpdates(bool allows) override {
+    inner_->setAllowsBackgroundLocationUpdates(allows);
+  }
+  void setDistanceFilter(double metres) override { inner_->setDistanceFilter(metres); }
+  void setDesiredAccuracy(LocationAccuracy accuracy) override {
+    inner_->setDesiredAccuracy(accuracy);
+  }
+  void setActivityType(ActivityType type) override { inner_->setActivityType(type); }
+  void startUpdatingLocation() override { inner_->startUpdatingLocation(); }
+  void stopUpdatingLocation() override { inner_->stopUpdatingLocation(); }
+  void startMonitoringSignificantLocationChanges() override {
+    inner_->startMonitoringSignificantLocationChanges();
+  }
+  void stopMonitoringSignificantLocationChanges() override {
+    inner_->stopMonitoringSignificantLocationChanges();
+  }
+  void startRangingBeacons(const platform::IdentifiedBeaconRegion& region) override {
+    ++calls;
+    if (refusedRangings == 0 || refusedRangings-- == 0) inner_->startRangingBeacons(region);
+  }
+  void stopRangingBeacons(const platform::IdentifiedBeaconRegion& region) override {
+    ++calls;
+    inner_->stopRangingBeacons(region);
+  }
+  std::vector<platform::Region> rangedRegions() const override { return inner_->rangedRegions(); }
+  void startMonitoring(const platform::Region& region) override {
+    ++calls;
+    if (refusedMonitorings == 0 || refusedMonitorings-- == 0) inner_->startMonitoring(region);
+  }
+  void stopMonitoring(const platform::Region& region) override {
+    ++calls;
+    inner_->stopMonitoring(region);
+  }
+  std::vector<platform::Region> monitoredRegions() const override {
+    return inner_->monitoredRegions();
+  }
+
+  int calls = 0;
+  int refusedRangings = 0;
+  int refusedMonitorings = 0;
+
+ private:
+  const std::unique_ptr<platform::LocationManager> inner_;
+};
+
 /// Location services that show the manager which was made last.
 struct ShownServices : platform::LocationServices {
   bool locationServicesEnabled() const override { return inner->locationServicesEnabled(); }
@@ -131,25 +184,74 @@ struct ShownServices : platform::LocationServices {
     return inner->authorizationStatus();
   }
   std::unique_ptr<platform::LocationManager> makeLocationManager() override {
-    auto made = inner->makeLocationManager();
+    auto made = std::make_unique<CountingManager>(inner->makeLocationManager());
     manager = made.get();
     return made;
   }
   std::shared_ptr<platform::LocationServices> inner;
-  platform::LocationManager* manager = nullptr;
+  CountingManager* manager = nullptr;
 };
 
-TEST_F(Tracking, UndoesWithEachUpdateWhatOthersDidToItsRegions) {
-  const auto shown = std::make_shared<ShownServices>();
-  shown->inner = location;
-  restartWith([&](platform::Services& changed) { changed.location = shown; });
-  signIn();
-  start();
-  const auto one = region({{"major", 1}}), two = region({{"major", 2}});
+class TrackingOfRegions : public Tracking {
+ protected:
+  TrackingOfRegions() {
+    shown_->inner = location;
+    restartWith([this](platform::Services& changed) { changed.location = shown_; });
+    signIn();
+    start();
+  }
+
+  CountingManager& manager() const { return *shown_->manager; }
+
+  const platform::Dictionary one = region({{"major", 1}}), two = region({{"major", 2}});
+
+ private:
+  const std::shared_ptr<ShownServices> shown_ = std::make_shared<ShownServices>();
+};
+
+TEST_F(TrackingOfRegions, AreLeftAloneWhileTheOrdersNameTheSame) {
+  // To the platform the two are one.
+  const auto three = region({{"minor", 3}}), four = region({{"minor", 4}});
+  fetchOrders({orderWithRegions(1, {one, three}), orderWithRegions(2, {two, four})});
+  const int started = manager().calls;
+  fetchOrders({orderWithRegions(1, {one, three}), orderWithRegions(2, {two, four})});
+  fetchOrders({orderWithRegions(2, {four, two, one}), orderWithRegions(3, {three, one})});
+  EXPECT_EQ(manager().calls, started);
+  EXPECT_EQ(location->rangedRegions().size(), 3u);
+  location->setAuthorizationStatus(platform::kAuthorizationDenied);
+  drain();
+  EXPECT_EQ(manager().calls, started);
+  location->setAuthorizationStatus(platform::kAuthorizedAlways);
+  drain();
+  EXPECT_GT(manager().calls, started) << "what the platform dropped with the permission";
+}
+
+TEST_F(TrackingOfRegions, AreAskedForAgainWhenThePlatformRefusedThem) {
+  for (int CountingManager::*const refused :
+       {&CountingManager::refusedRangings, &CountingManager::refusedMonitorings}) {
+    Ovinta::stopLocationUpdates();
+    // Of two regions the second replaces the first in what is monitored.
+    manager().*refused = 2;
+    for (int i = 0; i < 2; ++i) {
+      fetchOrders({orderWithRegions(1, {one, two})});
+      const auto expected = [&](auto what, std::size_t count) {
+        return i == 0 && refused == what ? 0 : count;
+      };
+      EXPECT_EQ(location->rangedRegions().size(), expected(&CountingManager::refusedRangings, 2));
+      EXPECT_EQ(location->monitoredRegions().size(),
+                expected(&CountingManager::refusedMonitorings, 1));
+    }
+    const int started = manager().calls;
+    fetchOrders({orderWithRegions(1, {one, two})});
+    EXPECT_EQ(manager().calls, started);
+  }
+}
+
+TEST_F(TrackingOfRegions, AreRestoredWhenOthersHaveChangedThem) {
   platform::CircularRegion foreign;
   foreign.identifier = "foreign";
   const std::vector<std::function<void(platform::LocationManager&)>> disturbances{
-      [](auto&) {}, [&](auto& manager) { manager.startMonitoring(foreign); },
+      [&](auto& manager) { manager.startMonitoring(foreign); },
       [](auto& manager) { manager.stopMonitoring(manager.monitoredRegions().at(0)); },
       [&](auto& manager) {
         manager.stopRangingBeacons(std::get<platform::BeaconRegion>(platformRegion(1, {})));
@@ -166,10 +268,10 @@ TEST_F(Tracking, UndoesWithEachUpdateWhatOthersDidToItsRegions) {
     SCOPED_TRACE(i);
     fetchOrders({orderWithRegions(1, {one}), orderWithRegions(2, {two})});
     expectRegions();
-    disturbances[i](*shown->manager);
+    disturbances[i](manager());
     fetchOrders({orderWithRegions(3, {two, one, two})});
     expectRegions();
-    disturbances[i](*shown->manager);
+    disturbances[i](manager());
     fetchOrders({orderWithRegions(3, {two, one, two})});
     expectRegions();
   }

@@ -1,11 +1,14 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <bit>
 #include <boost/url/parse.hpp>
 #include <boost/uuid/string_generator.hpp>
 #include <boost/uuid/uuid.hpp>
 #include <boost/uuid/uuid_io.hpp>
+#include <cctype>
 #include <random>
+#include <stdexcept>
 
 #include "platform/UUID.h"
 #include "platform/linux/text/BoostURLFormat.h"
