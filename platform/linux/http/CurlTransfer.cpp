@@ -144,7 +144,7 @@ void CurlTransfer::noteProgress(Instant now) {
 }
 
 void CurlTransfer::markProgress() {
-  if (!std::exchange(progressed_, true)) progressedOnes_->push_back(this);
+  if (!std::exchange(progressed_, true) && progressedOnes_) progressedOnes_->push_back(this);
 }
 
 void CurlTransfer::giveUpConnection() {
