@@ -116,7 +116,8 @@ class JSONObjectCursor {
 class JSONDocument {
  public:
   /// The room that a text takes beyond its own bytes while it is parsed. A text with a capacity
-  /// that has it is not copied by `consume`.
+  /// that has it is not copied by `consume`; whoever receives a text, such as a `URLSession`, may
+  /// make such room for it.
   static constexpr std::size_t kRoom = 64;
 
   /// The document; absent when the text is not JSON.

@@ -26,8 +26,8 @@ class Runnable {
   virtual bool run() = 0;
 };
 
-/// The threads of all queues. One is made when all others are busy, and kept for whichever queue
-/// calls next; they are detached, so that nobody waits for them.
+/// The threads of all queues. One is made when all others are busy, and kept to the process's end
+/// for whichever queue calls next; they are detached, so that nobody waits for them.
 class Threads {
  public:
   static Threads& shared() {
@@ -51,7 +51,8 @@ class Threads {
     try {
       std::thread([this] { serve(); }).detach();
     } catch (const std::system_error&) {
-      // One that is busy will come to it.
+      // One that is busy comes to it once its queue has nothing more to run, so that operations
+      // which wait for those of other queues may do so for ever on a system without threads.
       if (count_ == 0) fatalError("Could not start a thread for an operation queue");
       return;
     }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <new>
 #include <string_view>
 #include <utility>
 
@@ -19,8 +20,9 @@ constexpr int kMaximumRedirects = 10;
 // send, and little enough for fields of a few bytes each, which take many times their size.
 constexpr std::size_t kMaximumHeadSize = std::size_t{64} << 10;
 
-// The most memory that is set aside for a body of which nothing has come but its length.
-constexpr std::size_t kLargestReserve = std::size_t{64} << 20;
+// The most memory that is set aside for a body of which little has come but its length: many
+// answers may announce a large one at once.
+constexpr std::size_t kLargestReserve = std::size_t{4} << 20;
 
 // What a callback returns to have libcurl end the transfer: not the length that it was given.
 constexpr std::size_t kStop = CURL_WRITEFUNC_ERROR;
@@ -28,6 +30,17 @@ constexpr std::size_t kStop = CURL_WRITEFUNC_ERROR;
 // The longest time-out that counts, which keeps sums with an instant, and libcurl's counts of
 // milliseconds, from overflowing.
 constexpr std::chrono::milliseconds kLongestTimeout = std::chrono::hours(24);
+
+/// What a callback that takes the bytes returns. Nothing may be thrown through libcurl.
+template <class Take>
+std::size_t taken(std::size_t length, const Take& take) {
+  try {
+    take();
+    return length;
+  } catch (const std::bad_alloc&) {
+    return kStop;
+  }
+}
 
 long statusCodeOf(CURL* handle) {
   long statusCode = 0;
@@ -144,7 +157,7 @@ void CurlTransfer::noteProgress(Instant now) {
 }
 
 void CurlTransfer::markProgress() {
-  if (!std::exchange(progressed_, true)) progressedOnes_->push_back(this);
+  if (!std::exchange(progressed_, true) && progressedOnes_) progressedOnes_->push_back(this);
 }
 
 void CurlTransfer::giveUpConnection() {
@@ -211,14 +224,15 @@ std::size_t CurlTransfer::receiveHeaderLine(char* data, std::size_t size, std::s
   if (self.tooLarge_) return kStop;
   // What follows the body is no part of the head; heads of interim answers (1xx) do not count.
   if (self.headComplete_) return line.size();
-  if (line.starts_with("HTTP/")) {
-    self.receivedHeaders_.clear();
-  } else if (line == "\r\n" || line == "\n") {
-    self.headComplete_ = statusCodeOf(self.handle_.get()) >= 200;
-  } else {
-    addHeaderLine(self.receivedHeaders_, line);
-  }
-  return line.size();
+  return taken(line.size(), [&] {
+    if (line.starts_with("HTTP/")) {
+      self.receivedHeaders_.clear();
+    } else if (line == "\r\n" || line == "\n") {
+      self.headComplete_ = statusCodeOf(self.handle_.get()) >= 200;
+    } else {
+      addHeaderLine(self.receivedHeaders_, line);
+    }
+  });
 }
 
 std::size_t CurlTransfer::receiveBody(char* data, std::size_t size, std::size_t count,
@@ -228,9 +242,10 @@ std::size_t CurlTransfer::receiveBody(char* data, std::size_t size, std::size_t 
   // The body is measured too, because a transfer coding may have made it larger than what came.
   self.tooLarge_ |= length > self.sizeLimit_ - self.body_.size();
   if (self.tooLarge_) return kStop;
-  if (self.body_.empty()) self.reserveBody();
-  self.body_.append(data, length);
-  return length;
+  return taken(length, [&] {
+    if (self.body_.empty()) self.reserveBody();
+    self.body_.append(data, length);
+  });
 }
 
 /// Makes room for the body that the head announces, so that it is not copied while it grows, nor

@@ -26,7 +26,8 @@ class CurlTransfer {
     std::chrono::milliseconds timeLimit{};
     std::size_t sizeLimit = 0;
     CURLSH* share = nullptr;
-    /// Where a transfer adds itself when it makes progress, for `noteProgress` to be called.
+    /// Where a transfer adds itself when it makes progress, for `noteProgress` to be called; null
+    /// where nobody looks at deadlines.
     std::vector<CurlTransfer*>* progressed = nullptr;
   };
 

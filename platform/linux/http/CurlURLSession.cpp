@@ -96,12 +96,13 @@ void CurlURLSession::beginIncoming() {
     }
     begin(std::move(transfer));
   }
-  noteWidth();
+  progressed_.reserve(active_.size());
+  setWidth(std::max({active_.size(), width_, kFewestKept}));
 }
 
-void CurlURLSession::noteWidth() {
-  if (active_.size() <= width_) return;
-  width_ = std::max(active_.size(), kFewestKept);
+void CurlURLSession::setWidth(std::size_t width) {
+  if (width == width_) return;
+  width_ = width;
   // The limit is that of all connections, those in use included: with a lower one each request that
   // ends would close its own or another's. Where it cannot be set, libcurl keeps a number of its
   // own, which does no harm.
@@ -193,6 +194,7 @@ void CurlURLSession::waitForWork() {
   if (active_.empty()) {
     nextDeadline_ = CurlTransfer::Instant::max();
     if (spares_.size() > kFewestKept) spares_.resize(kFewestKept);
+    setWidth(kFewestKept);
   } else {
     wait = std::min(wait, std::chrono::ceil<milliseconds>(nextDeadline_ - now_()));
   }

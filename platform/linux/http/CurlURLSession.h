@@ -18,8 +18,10 @@
 namespace ovinta::platform::linuxos {
 
 /// Sends requests through libcurl, all on one thread, which starts with the first of them and
-/// sleeps while there are none. Nothing is kept between requests but open connections and TLS
-/// sessions: no cookies, no cache, no passwords. Proxies are taken from the environment.
+/// sleeps while there are none. Nothing is kept between requests but open connections, libcurl's
+/// handles and TLS sessions: no cookies, no cache, no passwords. Of connections and handles as many
+/// are kept as there are requests at once; what is more than a few is given back when there are
+/// none, connections one by one as later requests end. Proxies are taken from the environment.
 class CurlURLSession final : public URLSession {
  public:
   struct Options {
@@ -55,7 +57,7 @@ class CurlURLSession final : public URLSession {
   void run();
   void beginIncoming();
   void begin(std::unique_ptr<CurlTransfer> transfer);
-  void noteWidth();
+  void setWidth(std::size_t width);
   void noteProgress();
   void collectEnded();
   void collectOverdue(CurlTransfer::Instant now);
@@ -77,12 +79,15 @@ class CurlURLSession final : public URLSession {
   Transfers incoming_;
   // The members from here on belong to the thread. They are not local to it, because they are left
   // as they are when the process exits, and have to stay within reach.
+  /// The transfers that have made progress of which they were not told yet. Libcurl's callbacks add
+  /// them, who must not allocate; it outlives the transfers, which refer to it.
+  std::vector<CurlTransfer*> progressed_;
   std::unordered_map<CURL*, std::unique_ptr<CurlTransfer>> active_;
   std::vector<Ended> ended_;
-  std::vector<CurlTransfer*> progressed_;
   /// Handles of requests that have ended, for the next ones.
   std::vector<CurlEasy> spares_;
-  /// The most requests that were under way at once; libcurl keeps that many connections.
+  /// How many connections and handles are kept: the most requests that were under way at once since
+  /// there were none, or a few.
   std::size_t width_ = 0;
   /// No request's time is up before this instant.
   CurlTransfer::Instant nextDeadline_ = CurlTransfer::Instant::max();

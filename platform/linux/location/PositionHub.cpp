@@ -118,9 +118,11 @@ bool PositionHub::isOfOld() const {
 }
 
 void PositionHub::findService() {
-  if (std::exchange(hasLooked_, true)) return;
-  watchArrivals();
-  provider_->findService(lifetime_.guard([this](bool isThere) { noteService(isThere); }));
+  if (hasLooked_.exchange(true)) return;
+  mainQueue_->async(lifetime_.guard([this] {
+    watchArrivals();
+    provider_->findService(lifetime_.guard([this](bool isThere) { noteService(isThere); }));
+  }));
 }
 
 void PositionHub::noteService(bool isThere) {

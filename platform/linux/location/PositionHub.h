@@ -16,7 +16,7 @@
 namespace ovinta::platform::linuxos {
 
 /// What all that follow the position share: the provider, and what it has said of the permission.
-/// Main thread only, save the three queries.
+/// Main thread only, save the three queries and `findService`.
 class PositionHub {
  public:
   /// `kept` holds the last answer, which is in force until there is another; without it each
@@ -34,7 +34,8 @@ class PositionHub {
   /// Whether the last answer is still the one to the process before.
   bool isOfOld() const;
 
-  /// Finds out at the first call whether there is a service, and notices one that comes later.
+  /// Finds out, soon after the first call, whether there is a service, and notices one that comes
+  /// later. May be called from any thread.
   void findService();
 
   /// Asks for the permission, and follows the position just until there is an answer, which
@@ -89,7 +90,7 @@ class PositionHub {
   bool isAsking_ = false;
   /// The stream that asks for the permission; null while nothing is asked or the question rests.
   std::unique_ptr<Stream> question_;
-  bool hasLooked_ = false;
+  std::atomic<bool> hasLooked_ = false;
   /// Watches for the service; null while one that comes would make no difference.
   std::shared_ptr<void> arrivals_;
   std::vector<Observer> observers_;

@@ -105,7 +105,7 @@ fs::path AgentRegistry::fileOf(const RegisteredApplication& application) const {
 
 bool AgentRegistry::knows(const RegisteredApplication& application) const {
   std::error_code error;
-  return fs::exists(fileOf(application), error);
+  return fs::exists(fileOf(application), error) || error;
 }
 
 void AgentRegistry::withdraw(const RegisteredApplication& application) const {

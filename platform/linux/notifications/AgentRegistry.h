@@ -40,7 +40,8 @@ class AgentRegistry {
   /// Adds the application or what has changed of it. Throws `std::system_error`, or `CodingError`
   /// for a path that is not UTF-8.
   void note(const RegisteredApplication& application) const;
-  /// Whether the application was added and not taken out since.
+  /// Whether the application was added and not taken out since; true, too, when the system does not
+  /// tell.
   bool knows(const RegisteredApplication& application) const;
   /// Takes the application out, if it is there.
   void withdraw(const RegisteredApplication& application) const;

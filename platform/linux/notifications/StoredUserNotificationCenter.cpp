@@ -9,6 +9,13 @@ namespace {
 
 using Requests = std::vector<UserNotificationRequest>;
 
+/// Whether a store may hold something that another process has written. A file of which the system
+/// does not tell counts as one, so that what it ails is logged when it is read.
+bool hasFile(const std::optional<std::filesystem::path>& file) {
+  std::error_code error;
+  return file && (std::filesystem::exists(*file, error) || error);
+}
+
 /// Passes on what the user has clicked while the agent stood in for the application.
 void takeClicks(NotificationStoreQueue& queue, const std::shared_ptr<MainQueue>& mainQueue,
                 const std::function<void(const Dictionary&)>& onClicked) {
@@ -40,14 +47,13 @@ StoredUserNotificationCenter::StoredUserNotificationCenter(const Services& servi
   services.mainQueue->async([weak = std::weak_ptr(trigger_)] {
     if (const auto trigger = weak.lock()) trigger->setFollowing(true);
   });
-  const auto take = [store = store_, queue = services.mainQueue, onClicked = options_.onClicked] {
-    takeClicks(*store, queue, onClicked);
-  };
   // A store takes a thread to look at, which an application without notifications never needs.
-  if (hasBefore()) {
-    review();
-    take();
-  }
+  if (hasFile(options_.file) || isRegisteredInVain()) review();
+  const auto take = [store = store_, file = options_.file, queue = services.mainQueue,
+                     onClicked = options_.onClicked] {
+    if (hasFile(file)) takeClicks(*store, queue, onClicked);
+  };
+  take();
   activation_ = services.notificationCenter->addObserver(kApplicationDidBecomeActive,
                                                          [take](const Notification&) { take(); });
 }
@@ -57,9 +63,7 @@ std::optional<RegisteredApplication> StoredUserNotificationCenter::registration(
   return RegisteredApplication{options_.applicationID, *options_.file, options_.positionSource};
 }
 
-bool StoredUserNotificationCenter::hasBefore() const {
-  std::error_code error;
-  if (options_.file && std::filesystem::exists(*options_.file, error)) return true;
+bool StoredUserNotificationCenter::isRegisteredInVain() const {
   const auto application = registration();
   return application && !options_.usesAgent && options_.agents->knows(*application);
 }

@@ -1,9 +1,11 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "platform/Services.h"
 #include "platform/linux/notifications/AgentContact.h"
@@ -45,8 +47,8 @@ class StoredUserNotificationCenter : public UserNotificationCenter {
 
  private:
   std::optional<RegisteredApplication> registration() const;
-  /// Whether an earlier run of the application has left anything to look at.
-  bool hasBefore() const;
+  /// Whether an earlier run of the application has registered for the agent that it does not use.
+  bool isRegisteredInVain() const;
   void review();
 
   const Options options_;

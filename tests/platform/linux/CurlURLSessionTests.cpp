@@ -135,8 +135,8 @@ TEST_F(CurlURLSessionTest, FailsWithoutAServer) {
   server.reset();
   EXPECT_EQ(get(url).sentence(), "Could not connect to the server.");
   EXPECT_EQ(get("http://a..b/").sentence(), "The server could not be found.");
-  for (const char* unsupported :
-       {"", "127.0.0.1", "ftp://127.0.0.1/", "file:///etc/passwd", "/m"}) {
+  for (const char* unsupported : {"", "127.0.0.1", "ftp://127.0.0.1/", "file:///etc/passwd", "/m",
+                                  "http://", "http:// a/", "https://[", "http://a:99999/"}) {
     EXPECT_EQ(get(unsupported).sentence(), "The URL is not supported.") << unsupported;
   }
 }

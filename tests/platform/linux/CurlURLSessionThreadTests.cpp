@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <atomic>
+#include <barrier>
 #include <latch>
 
 #include "tests/platform/linux/CurlURLSessionFixture.h"
@@ -35,18 +36,33 @@ TEST_F(CurlURLSessionThread, SurvivesAConnectionClosedWhileIdle) {
   for (int i = 0; i < 3; ++i) EXPECT_EQ(get(server.url()).data, "once");
 }
 
-TEST_F(CurlURLSessionThread, CarriesManyRequestsAtOnce) {
+TEST_F(CurlURLSessionThread, CarriesManyRequestsAtOnceAndKeepsAFewConnectionsAfter) {
   constexpr int kRequests = 40;
-  std::latch all(kRequests);
-  LocalServer server(LocalServer::answering([&](const ReceivedRequest& request) {
-    all.arrive_and_wait();
+  constexpr int kFew = 8;
+  std::barrier all(kRequests);
+  std::atomic<int> open = 0;
+  const auto answer = LocalServer::answering([&](const ReceivedRequest& request) {
+    if (request.target != "/") all.arrive_and_wait();
     return httpAnswer("200 OK", request.target);
-  }));
-  std::vector<std::future<Outcome>> started;
-  for (int i = 0; i < kRequests; ++i) {
-    started.push_back(start({.url = {server.url("/" + std::to_string(i))}}));
+  });
+  LocalServer server([&](ServerConnection& connection) {
+    ++open;
+    answer(connection);
+    --open;
+  });
+  for (int burst = 0; burst < 2; ++burst) {
+    std::vector<std::future<Outcome>> started;
+    for (int i = 0; i < kRequests; ++i) {
+      started.push_back(start({.url = {server.url("/" + std::to_string(i))}}));
+    }
+    for (int i = 0; i < kRequests; ++i) EXPECT_EQ(started[i].get().data, "/" + std::to_string(i));
   }
-  for (int i = 0; i < kRequests; ++i) EXPECT_EQ(started[i].get().data, "/" + std::to_string(i));
+  EXPECT_EQ(server.connectionCount(), kRequests);
+  for (int i = 0; i < 100 * kRequests && open > kFew; ++i) {
+    EXPECT_EQ(get(server.url()).data, "/");
+  }
+  EXPECT_EQ(open, kFew);
+  EXPECT_EQ(server.connectionCount(), kRequests);
 }
 
 TEST_F(CurlURLSessionThread, DropsWhatIsUnderWayAtItsEnd) {

@@ -1,6 +1,11 @@
 #include <atomic>
 #include <clocale>
+#include <cstdint>
 #include <cstdlib>
+#include <map>
+#include <string>
+#include <tuple>
+#include <vector>
 
 #include "platform/linux/dbus/BusDaemon.h"
 #include "platform/linux/dbus/Service.h"
@@ -25,6 +30,56 @@ ServiceDouble::Answer answer(const ServiceDouble::Call& call) {
   if (call.method == "Refuse") return Failure{"org.example.Refused", "not today"};
   if (call.method == "Hang") return ServiceDouble::NoAnswer{};
   return call.arguments;
+}
+
+template <class T>
+void expectForm(const char* signature, const T& value) {
+  const Variant written = write(value);
+  EXPECT_STREQ(g_variant_get_type_string(written.get()), signature);
+  EXPECT_FALSE(g_variant_is_floating(written.get())) << signature;
+  EXPECT_EQ(read<T>(written), value) << signature;
+  EXPECT_FALSE(read<std::tuple<T>>(written)) << signature;
+}
+
+TEST(DBusValueTest, ComesBackAsItWasWritten) {
+  expectForm("b", true);
+  expectForm("y", std::uint8_t{255});
+  expectForm("n", std::int16_t{-2});
+  expectForm("q", std::uint16_t{65'535});
+  expectForm("i", -3);
+  expectForm("u", 4'000'000'000U);
+  expectForm("t", std::uint64_t{1} << 63);
+  expectForm("d", -0.1);
+  expectForm("s", std::string("\xc3\xa9\n"));
+  expectForm("o", ObjectPath("/a/b_1"));
+  expectForm("ay", std::vector<std::uint8_t>{0, 255});
+  expectForm("ao", std::vector<ObjectPath>());
+  expectForm("a{qay}", std::map<std::uint16_t, std::vector<std::uint8_t>>{{1, {2}}, {3, {}}});
+  expectForm("(tt)", std::tuple(std::uint64_t{1}, std::uint64_t{2}));
+
+  using Objects = std::map<ObjectPath, std::map<std::string, Properties>>;
+  const auto written =
+      write(Objects{{"/a", {{"x.Y", {{"One", write(1U)}, {"Two", write("2")}}}, {"x.Z", {}}}}});
+  EXPECT_STREQ(g_variant_get_type_string(written.get()), "a{oa{sa{sv}}}");
+  const auto objects = read<Objects>(written).value();
+  EXPECT_EQ(read<std::uint32_t>(objects.at("/a").at("x.Y"), "One"), 1U);
+  EXPECT_EQ(read<std::string>(objects.at("/a").at("x.Y"), "Two"), "2");
+  EXPECT_THAT(objects.at("/a").at("x.Z"), IsEmpty());
+  const auto twice = Variant::taking(g_variant_new_parsed("{'a': <%u>, 'a': <%u>}", 1U, 2U));
+  EXPECT_EQ(read<std::uint32_t>(read<Properties>(twice).value(), "a"), 1U) << "the first counts";
+}
+
+TEST(DBusValueTest, IsNoneWhereItIsMissingOrOfAnotherType) {
+  const auto pair = arguments(1U, "two");
+  EXPECT_EQ(read<std::string>(pair, 1), "two");
+  EXPECT_FALSE(read<std::string>(pair, 0));
+  EXPECT_FALSE(read<std::string>(pair, 2));
+  EXPECT_FALSE(read<std::uint32_t>(write(1U), 0)) << "has no parts";
+  EXPECT_FALSE(read<std::uint32_t>(arguments(), 0));
+  EXPECT_FALSE(read<std::uint32_t>(Variant()));
+  EXPECT_FALSE(read<std::uint32_t>(Variant(), 0));
+  const Properties properties{{"One", write(1U)}, {"None", Variant()}};
+  for (const char* name : {"One", "None", "Two"}) EXPECT_FALSE(read<bool>(properties, name));
 }
 
 class DBusTest : public test::BusTest {

@@ -1,16 +1,23 @@
 // The whole library on the services of this system: whatever nobody needs is let go.
 #include <gmock/gmock.h>
 
+#include <filesystem>
+#include <iterator>
+
+#include "OvintaSDK/core/UserDefaultsKey.h"
 #include "OvintaSDK/core/facade/Library.h"
 #include "OvintaSDK/core/facade/Ovinta.h"
+#include "platform/linux/Linux.h"
 #include "platform/linux/device/SystemDevice.h"
 #include "platform/linux/device/UPower.h"
 #include "platform/linux/location/SystemLocationServices.h"
 #include "platform/linux/location/geoclue/GeoClueStream.h"
 #include "platform/linux/notifications/StoredUserNotificationCenter.h"
+#include "platform/portable/Portable.h"
 #include "tests/platform/simulation/Sphere.h"
 #include "tests/support/BlueZDouble.h"
 #include "tests/support/GeoClueDouble.h"
+#include "tests/support/LocalServer.h"
 #include "tests/support/NotificationsDouble.h"
 #include "tests/support/SDKFixture.h"
 
@@ -114,7 +121,7 @@ class IdleTest : public test::SDKFixture {
 };
 
 TEST_F(IdleTest, RestsOnceItIsConfigured) {
-  waitUntil([&] { return hub_->isEnabled(); });
+  waitUntil([&] { return services.location->locationServicesEnabled(); });
   expectIdle();
   EXPECT_EQ(calls(), 0U);
 }
@@ -148,6 +155,51 @@ TEST_F(IdleTest, RestsAgainWhenNothingIsArmed) {
   waitUntil([&] { return desktop_.shown().size() == 1; });
   desktop_.click(desktop_.shown().at(0));
   expectIdle();
+}
+
+class ThreadsTest : public test::SDKFixture {
+ protected:
+  static std::ptrdiff_t count() {
+    const std::filesystem::directory_iterator tasks("/proc/self/task");
+    return std::distance(begin(tasks), end(tasks));
+  }
+
+  /// Has `runMainLoop` return after what the main thread has to do so far.
+  void quitAfterAll() { services.mainQueue->async(&quitMainLoop); }
+};
+
+TEST_F(ThreadsTest, AreMadeWhenThereIsSomethingToDo) {
+  test::LocalServer server(test::LocalServer::answering([](const auto& request) {
+    const bool isOfOrders = request.target.ends_with("orders");
+    return test::httpAnswer("200 OK", isOfOrders ? test::dataText(List{test::requiredOrder()})
+                                                 : test::dataText(test::customerRecord()));
+  }));
+  const auto before = count();
+  restartWith([this](Services& changed) {
+    changed = linuxos::makeServices(
+        {.applicationID = "tests", .dataDirectory = directory.path() / "data", .log = log});
+    // The orders may be still being stored when the directory goes.
+    changed.persistentContainers = portable::makeInMemoryPersistentContainerFactory();
+  });
+  EXPECT_EQ(count(), before);
+  Ovinta::configure({});
+  UserDefaultsKey::apiBase.set(server.url(""));
+  applicationDidBecomeActive();
+  quitAfterAll();
+  runMainLoop();
+  EXPECT_EQ(count(), before);
+
+  std::optional<OrderList> fetched;
+  Ovinta::customer().create({}, true, true, [&](const auto&, const auto&) {
+    Ovinta::orders().fetch([&](const auto& orders, const auto&) {
+      fetched = orders;
+      quitAfterAll();
+    });
+  });
+  runMainLoop();
+  EXPECT_EQ(fetched.value_or(OrderList()).size(), 1U);
+  const auto ofServer = static_cast<std::ptrdiff_t>(server.connectionCount());
+  EXPECT_LE(count(), before + ofServer + 3);
 }
 
 }  // namespace

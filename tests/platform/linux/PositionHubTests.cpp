@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/linux/location/PositionHub.h"
+#include "platform/linux/location/SystemLocationServices.h"
 #include "platform/portable/Portable.h"
 #include "platform/simulation/time/VirtualTime.h"
 
@@ -110,7 +111,9 @@ TEST_F(PositionHubTest, TheAnswerToTheProcessBeforeHoldsUntilThereIsAnother) {
     EXPECT_FALSE(hub_->isOfOld());
     begin();
     provider_->isThere = status % 2 == 0;
-    hub_->findService();
+    EXPECT_EQ(SystemLocationServices(hub_, nullptr).authorizationStatus(), status);
+    time_.runUntilIdle();
+    EXPECT_EQ(hub_->status(), provider_->isThere ? status : 0);
     stream = open();
     answer(streams() - 1, PositionAccess::absent);
     EXPECT_EQ(hub_->status(), 0) << "the service is gone";

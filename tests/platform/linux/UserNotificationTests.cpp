@@ -384,6 +384,14 @@ TEST_F(NotifyAgentTest, StandsInForEachApplicationAsThatSays) {
   waitUntil([&] { return ends_ == 2; });
 }
 
+TEST_F(NotifyAgentTest, IsNotToldOfAnApplicationThatUsesItNoMoreAndHasNothingPending) {
+  const RegisteredApplication application{"org.example.app", file_};
+  registry_.note(application);
+  center_ = makeCenter(registry_, PositionSource::automatic, false);
+  EXPECT_THAT(pendingOf(*center_), IsEmpty());
+  EXPECT_FALSE(registry_.knows(application));
+}
+
 TEST_F(NotifyAgentTest, LeavesARunningApplicationAloneAndEndsWhenItIsDisarmed) {
   startApplication(registry_);
   startAgent();

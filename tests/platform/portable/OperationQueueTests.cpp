@@ -1,11 +1,14 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <atomic>
 #include <cstdlib>
 #include <future>
 #include <latch>
 #include <semaphore>
+#include <set>
 #include <thread>
+#include <vector>
 
 #include "platform/portable/Portable.h"
 #include "tests/support/FunctionOperation.h"
@@ -21,6 +24,47 @@ class OperationQueueTest : public testing::Test {
 
   std::shared_ptr<OperationQueueFactory> factory_ = portable::makeOperationQueueFactory();
 };
+
+TEST_F(OperationQueueTest, QueuesShareTheThreadsThatAreNotBusy) {
+  constexpr int kQueues = 100;
+  std::set<std::thread::id> threads;
+  for (int i = 0; i < kQueues; ++i) {
+    const auto queue = factory_->makeQueue();
+    std::binary_semaphore ended{0};
+    queue->addOperation(operation([&] {
+      threads.insert(std::this_thread::get_id());
+      ended.release();
+    }));
+    ended.acquire();
+  }
+  // A thread may be called before the one that has just ended its work is free.
+  EXPECT_LT(threads.size(), kQueues / 2);
+
+  // While others are held up, a queue has its own thread and its own order.
+  constexpr int kBusy = 20;
+  std::latch together(kBusy + 1), ended(kBusy + kQueues);
+  std::vector<std::shared_ptr<OperationQueue>> queues(kBusy + 1);
+  for (auto& queue : queues) {
+    queue = factory_->makeQueue();
+    queue->setMaxConcurrentOperationCount(1);
+  }
+  for (int i = 0; i < kBusy; ++i) {
+    queues[i]->addOperation(operation([&] {
+      together.arrive_and_wait();
+      ended.count_down();
+    }));
+  }
+  std::vector<int> order;
+  for (int number = 0; number < kQueues; ++number) {
+    queues.back()->addOperation(operation([&, number] {
+      order.push_back(number);
+      if (number == kQueues - 1) together.count_down();
+      ended.count_down();
+    }));
+  }
+  ended.wait();
+  EXPECT_TRUE(std::ranges::is_sorted(order));
+}
 
 TEST_F(OperationQueueTest, TheExitWaitsForWhatRunsButNotForItsCaller) {
   EXPECT_EXIT(
