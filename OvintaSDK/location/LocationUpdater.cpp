@@ -28,8 +28,7 @@ std::vector<BeaconRegion> beaconRegions(const OrderList& orders) {
 /// The regions, each once, in an order that depends on nothing else.
 std::vector<BeaconRegion> distinct(std::vector<BeaconRegion> regions) {
   std::ranges::sort(regions);
-  const auto repeated = std::ranges::unique(regions);
-  regions.erase(repeated.begin(), repeated.end());
+  regions.erase(std::unique(regions.begin(), regions.end()), regions.end());
   return regions;
 }
 
