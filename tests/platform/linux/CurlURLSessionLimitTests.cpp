@@ -193,6 +193,15 @@ TEST_F(CurlURLSessionLimit, CountsEveryByteUpToTheLast) {
   EXPECT_EQ(fetch({.url = {lengthOnly.url()}, .method = "HEAD"}).data, "") << "nothing comes";
 }
 
+TEST_F(CurlURLSessionLimit, SetsNoMemoryAsideForAllThatIsAnnounced) {
+  LocalServer server([](ServerConnection& connection) {
+    connection.readRequest();
+    connection.send(kHead + "Content-Length: 9000000000000000000\r\n\r\nx");
+  });
+  restart({.sizeLimit = static_cast<std::size_t>(-1)});
+  EXPECT_EQ(get(server.url()).sentence(), "The network connection was lost.");
+}
+
 TEST_F(CurlURLSessionLimit, ReadsNothingBeyond) {
   std::promise<bool> sentAll;
   LocalServer server([&](ServerConnection& connection) {
