@@ -80,8 +80,8 @@ void writeDate(benchmark::State& state) {
   for (auto _ : state) benchmark::DoNotOptimize(formatter().string(kDate));
 }
 
-const TimeRow kRead{"date/read", &readAlone, &readDate, 2, Clock::processor};
-const TimeRow kWrite{"date/write", &writeAlone, &writeDate, 1.5, Clock::processor};
+const TimeRow kRead{"date/read", &readAlone, &readDate, 2.5, Clock::processor};
+const TimeRow kWrite{"date/write", &writeAlone, &writeDate, 2, Clock::processor};
 
 }  // namespace
 }  // namespace ovinta::bench

@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <array>
+#include <chrono>
 #include <cstdio>
 #include <filesystem>
 #include <optional>
@@ -20,6 +21,7 @@ namespace ovinta::bench {
 namespace {
 
 namespace fs = std::filesystem;
+using namespace std::chrono_literals;
 
 void startAndEnd(benchmark::State& state, const char* program) {
   const std::array<char*, 2> arguments{const_cast<char*>(program), nullptr};
@@ -35,7 +37,9 @@ void startAndEnd(benchmark::State& state, const char* program) {
   }
 }
 
-void startWithCurl(benchmark::State& state) { startAndEnd(state, OVINTA_CURL_PROCESS); }
+void startWithDependencies(benchmark::State& state) {
+  startAndEnd(state, OVINTA_DEPENDENCIES_PROCESS);
+}
 void startWithLibrary(benchmark::State& state) { startAndEnd(state, OVINTA_PROCESS_HELPER); }
 
 /// What a command of the shell prints; absent when it fails.
@@ -70,22 +74,10 @@ std::optional<double> threadsAt() {
   return counts ? std::optional(counts->at(kStep)) : std::nullopt;
 }
 
-/// How many lines with the word a command prints, which are some.
-std::optional<double> countLines(const std::string& command, std::string_view word) {
-  std::istringstream output(outputOf(command).value_or(""));
-  std::size_t count = 0;
-  for (std::string line; std::getline(output, line);) count += line.find(word) != line.npos;
-  return count > 0 ? std::optional(static_cast<double>(count)) : std::nullopt;
-}
-
-std::optional<double> neededLibraries() {
-  return countLines("readelf -d " OVINTA_LIBRARY, "(NEEDED)");
-}
-
 /// The size of the library's file without what only debuggers and linkers of objects need.
 std::optional<double> strippedSize() {
-  // What needs no library is an archive, of which an application takes parts.
-  if (!neededLibraries()) return {};
+  // Of an archive an application takes parts only.
+  if (!std::string_view(OVINTA_LIBRARY).ends_with(".so")) return {};
   const replay::TemporaryDirectory folder;
   const std::string copy = folder.path() / "stripped";
   if (!outputOf("strip -o " + copy + " " OVINTA_LIBRARY)) return {};
@@ -94,11 +86,9 @@ std::optional<double> strippedSize() {
   return error ? std::nullopt : std::optional(static_cast<double>(size));
 }
 
-std::optional<double> loadedWithCurl() { return countLines("ldd " OVINTA_CURL_PROCESS, "."); }
-std::optional<double> loadedWithLibrary() { return countLines("ldd " OVINTA_PROCESS_HELPER, "."); }
-
-const TimeRow kStart{"process/exec to main, library linked", &startWithCurl, &startWithLibrary,
-                     12 / 9.5};
+const TimeRow kStart{"process/exec to main, library linked", &startWithLibrary, 12ms};
+const TimeRow kShare{"process/exec to main, by its dependencies alone", &startWithDependencies,
+                     &startWithLibrary, 1.2};
 const FigureRow kAtFirst{"process/threads after makeServices", "threads", nullptr, &threadsAt<0>,
                          0};
 const FigureRow kConfigured{"process/threads after configure", "threads", nullptr, &threadsAt<1>,
@@ -106,10 +96,6 @@ const FigureRow kConfigured{"process/threads after configure", "threads", nullpt
 const FigureRow kFetched{"process/threads after the first fetch", "threads", nullptr, &threadsAt<2>,
                          3};
 const FigureRow kSize{"process/library stripped", "bytes", nullptr, &strippedSize, 1.2e6};
-const FigureRow kNeeded{"process/libraries needed directly", "libraries", nullptr, &neededLibraries,
-                        14};
-const FigureRow kLoaded{"process/libraries loaded", "libraries", &loadedWithCurl,
-                        &loadedWithLibrary, 1.6};
 
 }  // namespace
 }  // namespace ovinta::bench
