@@ -1,5 +1,5 @@
-// Requests of several widths: the session against libcurl's multi interface alone, which repeats
-// one request on handles that are set up once and keeps nothing of the answers but their bodies.
+// Requests of several widths: the session against libcurl's multi interface alone, which keeps
+// nothing of the answers but their bodies.
 #include <atomic>
 #include <future>
 #include <memory>
@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "bench/KeepAliveServer.h"
+#include "bench/Processor.h"
 #include "bench/Row.h"
 #include "bench/SampleOrders.h"
 #include "platform/linux/http/CurlHandles.h"
@@ -40,20 +41,14 @@ std::size_t takeBody(char* data, std::size_t size, std::size_t count, void* body
   return size * count;
 }
 
-/// libcurl alone, at one width.
+/// libcurl alone, at one width. Each request has a URL and header fields of its own.
 class BareMulti {
  public:
   explicit BareMulti(std::size_t width) : multi_(curl_multi_init()), url_(server().url()) {
-    for (const auto& [name, value] : kHeaders) {
-      headers_.reset(
-          curl_slist_append(headers_.release(), (std::string(name) + ": " + value).c_str()));
-    }
     for (std::size_t place = 0; place < width; ++place) {
       auto slot = std::make_unique<Slot>();
       slot->handle.reset(curl_easy_init());
       CURL* const handle = slot->handle.get();
-      curl_easy_setopt(handle, CURLOPT_URL, url_.c_str());
-      curl_easy_setopt(handle, CURLOPT_HTTPHEADER, headers_.get());
       curl_easy_setopt(handle, CURLOPT_NOSIGNAL, 1L);
       curl_easy_setopt(handle, CURLOPT_WRITEFUNCTION, &takeBody);
       curl_easy_setopt(handle, CURLOPT_WRITEDATA, &slot->body);
@@ -94,18 +89,26 @@ class BareMulti {
  private:
   struct Slot {
     CurlEasy handle;
+    CurlList headers;
     std::string body;
   };
 
   void begin(Slot& slot, std::size_t& begun) {
     slot.body.clear();
+    CurlList headers;
+    for (const auto& [name, value] : kHeaders) {
+      headers.reset(
+          curl_slist_append(headers.release(), (std::string(name) + ": " + value).c_str()));
+    }
+    curl_easy_setopt(slot.handle.get(), CURLOPT_HTTPHEADER, headers.get());
+    curl_easy_setopt(slot.handle.get(), CURLOPT_URL, url_.c_str());
+    slot.headers = std::move(headers);
     curl_multi_add_handle(multi_.get(), slot.handle.get());
     ++begun;
   }
 
   const CurlMulti multi_;
   const std::string url_;
-  CurlList headers_;
   std::vector<std::unique_ptr<Slot>> slots_;
 };
 
@@ -151,6 +154,7 @@ constexpr const char* kUnanswered = "a request was not answered";
 
 template <std::size_t kWidth>
 void bareMulti(benchmark::State& state) {
+  const OnProcessor client(0);
   static BareMulti multi(kWidth);
   for (auto _ : state) {
     if (!multi.run(kRequests)) return state.SkipWithError(kUnanswered);
@@ -160,6 +164,7 @@ void bareMulti(benchmark::State& state) {
 
 template <std::size_t kWidth>
 void session(benchmark::State& state) {
+  const OnProcessor client(0);
   static Requests requests;
   for (auto _ : state) {
     if (!requests.run(kWidth, kRequests)) return state.SkipWithError(kUnanswered);

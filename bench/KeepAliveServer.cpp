@@ -12,6 +12,8 @@
 #include <string_view>
 #include <utility>
 
+#include "bench/Processor.h"
+
 namespace ovinta::bench {
 namespace {
 
@@ -63,6 +65,7 @@ std::string KeepAliveServer::url() const {
 }
 
 void KeepAliveServer::run() {
+  const OnProcessor alone(1);
   std::array<epoll_event, 64> ready;
   while (!isEnding_) {
     const int count = ::epoll_wait(events_, ready.data(), static_cast<int>(ready.size()), -1);

@@ -15,21 +15,26 @@ constexpr std::string_view kTokenCharacters =
     "!#$%&'*+-.^_`|~0123456789abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ";
 constexpr std::string_view kBlanks = " \t";
 
+bool endsLine(char c) { return c == '\r' || c == '\n' || c == '\0'; }
+
 /// The value of an answer's field: without the blanks around it, and with a blank for what would
 /// end its line wherever it is sent on.
 std::string fieldValue(std::string_view text) {
   std::string value(portable::trimmed(text));
-  std::ranges::replace_if(
-      value, [](char c) { return c == '\r' || c == '\n' || c == '\0'; }, ' ');
+  std::ranges::replace_if(value, endsLine, ' ');
   return value;
 }
 
-bool isToken(std::string_view text) {
-  return !text.empty() && text.find_first_not_of(kTokenCharacters) == std::string_view::npos;
-}
+/// Whether each character, by its code, may stand in a token.
+constexpr auto kIsInTokens = [] {
+  std::array<bool, 256> isInTokens{};
+  for (const unsigned char c : kTokenCharacters) isInTokens[c] = true;
+  return isInTokens;
+}();
 
-bool staysOnItsLine(std::string_view text) {
-  return text.find_first_of(std::string_view("\r\n\0", 3)) == std::string_view::npos;
+bool isToken(std::string_view text) {
+  const auto isInTokens = [](unsigned char c) { return kIsInTokens[c]; };
+  return !text.empty() && std::ranges::all_of(text, isInTokens);
 }
 
 bool named(const HeaderField& field, const char* name) {
@@ -44,9 +49,11 @@ bool framesBody(const HeaderField& field) {
 
 std::string lineFor(const HeaderField& field) {
   const auto value = portable::trimmed(field.value);
-  // This is libcurl's form for a field without a value; "Name:" would take the field away.
-  if (value.empty()) return field.name + ";";
-  return field.name + ": " + std::string(value);
+  std::string line;
+  line.reserve(field.name.size() + value.size() + 2);
+  line += field.name;
+  // The semicolon is libcurl's form for a field without a value; "Name:" would take the field away.
+  return value.empty() ? line += ";" : line.append(": ").append(value);
 }
 
 void append(CurlList& list, const std::string& line) {
@@ -61,7 +68,7 @@ void append(CurlList& list, const std::string& line) {
 bool isSendable(const URLRequest& request) {
   return isToken(request.method) &&
          std::ranges::all_of(request.headers, [](const HeaderField& field) {
-           return isToken(field.name) && staysOnItsLine(field.value);
+           return isToken(field.name) && std::ranges::none_of(field.value, endsLine);
          });
 }
 

@@ -56,7 +56,14 @@ CurlTransfer::CurlTransfer(URLRequest request, URLSession::Completion completion
       timeout_(std::clamp(request_.timeout, std::chrono::milliseconds(1), kLongestTimeout)) {}
 
 CurlEasy CurlTransfer::leaveHandle() {
-  if (handle_) curl_easy_reset(handle_.get());
+  if (handle_) {
+    CurlOptions curl(handle_.get());
+    curl.set(CURLOPT_VERBOSE, 0L);
+    curl.set(CURLOPT_URL, nullptr);
+    curl.set(CURLOPT_POSTFIELDS, nullptr);
+    curl.set(CURLOPT_HTTPHEADER, nullptr);
+    if (curl.refusal() != CURLE_OK) handle_ = nullptr;
+  }
   sentHeaders_ = nullptr;
   return std::move(handle_);
 }
@@ -73,30 +80,27 @@ CURLcode CurlTransfer::begin(const Options& options, Instant now) {
   progressed_ = connected_ = headComplete_ = false;
   if (!isWebURL(request_.url.text)) return CURLE_URL_MALFORMAT;
   if (!isSendable(request_)) return CURLE_BAD_FUNCTION_ARGUMENT;
-  if (handle_) {
-    curl_easy_reset(handle_.get());
-  } else {
-    handle_.reset(curl_easy_init());
-  }
+  const bool isFresh = !handle_;
+  if (isFresh) handle_.reset(curl_easy_init());
   if (!handle_) return CURLE_OUT_OF_MEMORY;
   CurlOptions curl(handle_.get());
-  setUpConnection(curl, options);
-  setUpLimits(curl);
+  if (isFresh) {
+    setUpConnections(curl, options);
+    setUpCallbacks(curl);
+  }
   setUpRequest(curl);
-  setUpCallbacks(curl);
+  // One that is half set up serves nobody else.
+  if (curl.refusal() != CURLE_OK) handle_ = nullptr;
   return curl.refusal();
 }
 
-void CurlTransfer::setUpConnection(CurlOptions& curl, const Options& options) const {
+void CurlTransfer::setUpConnections(CurlOptions& curl, const Options& options) {
   curl.set(CURLOPT_NOSIGNAL, 1L);
   // A look-up of a name that takes long must not hold up the session's thread when it is given up.
   curl.set(CURLOPT_QUICK_EXIT, 1L);
   curl.set(CURLOPT_PROTOCOLS_STR, "http,https");
   curl.set(CURLOPT_HTTP_VERSION, long{CURL_HTTP_VERSION_2TLS});
   curl.set(CURLOPT_TCP_KEEPALIVE, 1L);
-  // With a limit of its own for connecting, libcurl tries a host's next address before the whole
-  // time is spent on the first one.
-  curl.set(CURLOPT_CONNECTTIMEOUT_MS, static_cast<long>(timeout_.count()));
   curl.set(CURLOPT_SSLVERSION, long{CURL_SSLVERSION_TLSv1_2});
   curl.set(CURLOPT_SSL_VERIFYPEER, 1L);
   curl.set(CURLOPT_SSL_VERIFYHOST, 2L);
@@ -105,51 +109,54 @@ void CurlTransfer::setUpConnection(CurlOptions& curl, const Options& options) co
     curl.set(CURLOPT_CAPATH, nullptr);
   }
   curl.set(CURLOPT_SHARE, options.share);
-}
-
-void CurlTransfer::setUpLimits(CurlOptions& curl) const {
   // Redirects are followed and counted here, not by libcurl.
   curl.set(CURLOPT_FOLLOWLOCATION, 0L);
   // HTTP 0.9 is refused, in which anything at all would be an answer.
   curl.set(CURLOPT_HTTP09_ALLOWED, 0L);
   curl.set(CURLOPT_NETRC, long{CURL_NETRC_IGNORED});
-  // This limit goes by the length that the head announces; `receiveBody` and `seeBytes` see the
-  // rest. The length that the answer to HEAD announces is that of a body that does not come.
-  if (request_.method != "HEAD") {
-    constexpr std::size_t kLargest = std::numeric_limits<curl_off_t>::max();
-    curl.set(CURLOPT_MAXFILESIZE_LARGE, static_cast<curl_off_t>(std::min(sizeLimit_, kLargest)));
-  }
-}
-
-void CurlTransfer::setUpRequest(CurlOptions& curl) {
-  curl.set(CURLOPT_URL, request_.url.text.c_str());
   curl.set(CURLOPT_PATH_AS_IS, 1L);
-  if (const auto body = bodyToSend(request_)) {
-    curl.set(CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(body->size()));
-    curl.set(CURLOPT_POSTFIELDS, body->data());
-  } else if (request_.method == "HEAD") {
-    curl.set(CURLOPT_NOBODY, 1L);
-  }
-  curl.set(CURLOPT_CUSTOMREQUEST, request_.method.c_str());
-  sentHeaders_ = headerList(request_);
-  curl.set(CURLOPT_HTTPHEADER, sentHeaders_.get());
   curl.set(CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
 }
 
 void CurlTransfer::setUpCallbacks(CurlOptions& curl) {
   curl.set(CURLOPT_HEADERFUNCTION, &receiveHeaderLine);
-  curl.set(CURLOPT_HEADERDATA, this);
   curl.set(CURLOPT_WRITEFUNCTION, &receiveBody);
-  curl.set(CURLOPT_WRITEDATA, this);
   curl.set(CURLOPT_NOPROGRESS, 0L);
   curl.set(CURLOPT_XFERINFOFUNCTION, &seeCounters);
-  curl.set(CURLOPT_XFERINFODATA, this);
   curl.set(CURLOPT_PREREQFUNCTION, &seeConnection);
-  curl.set(CURLOPT_PREREQDATA, this);
   // The debug function is the one view that libcurl gives of the bytes between the parts of a body.
   curl.set(CURLOPT_DEBUGFUNCTION, &seeBytes);
-  curl.set(CURLOPT_DEBUGDATA, this);
+}
+
+/// Sets all that differs from request to request, whatever the request before had it be.
+void CurlTransfer::setUpRequest(CurlOptions& curl) {
+  for (const CURLoption data : {CURLOPT_HEADERDATA, CURLOPT_WRITEDATA, CURLOPT_XFERINFODATA,
+                                CURLOPT_PREREQDATA, CURLOPT_DEBUGDATA}) {
+    curl.set(data, this);
+  }
   curl.set(CURLOPT_VERBOSE, 1L);
+  curl.set(CURLOPT_FORBID_REUSE, 0L);
+  // With a limit of its own for connecting, libcurl tries a host's next address before the whole
+  // time is spent on the first one.
+  curl.set(CURLOPT_CONNECTTIMEOUT_MS, static_cast<long>(timeout_.count()));
+  curl.set(CURLOPT_URL, request_.url.text.c_str());
+  // The first takes back what another method has left behind.
+  curl.set(CURLOPT_HTTPGET, 1L);
+  const bool hasNoBody = request_.method == "HEAD";
+  if (const auto body = bodyToSend(request_)) {
+    curl.set(CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(body->size()));
+    curl.set(CURLOPT_POSTFIELDS, body->data());
+  } else if (hasNoBody) {
+    curl.set(CURLOPT_NOBODY, 1L);
+  }
+  // This limit goes by the length that the head announces; `receiveBody` and `seeBytes` see the
+  // rest. The length that the answer to HEAD announces is that of a body that does not come.
+  constexpr std::size_t kLargest = std::numeric_limits<curl_off_t>::max();
+  curl.set(CURLOPT_MAXFILESIZE_LARGE,
+           hasNoBody ? curl_off_t{0} : static_cast<curl_off_t>(std::min(sizeLimit_, kLargest)));
+  curl.set(CURLOPT_CUSTOMREQUEST, request_.method.c_str());
+  sentHeaders_ = headerList(request_);
+  curl.set(CURLOPT_HTTPHEADER, sentHeaders_.get());
 }
 
 void CurlTransfer::noteProgress(Instant now) {

@@ -33,9 +33,11 @@ class CurlTransfer {
 
   CurlTransfer(URLRequest request, URLSession::Completion completion);
 
-  /// Has the request go over a handle that another one has left. To be called before `begin`.
+  /// Has the request go over a handle that another one with the same options has left. To be called
+  /// before `begin`.
   void useHandle(CurlEasy handle) { handle_ = std::move(handle); }
-  /// Gives the handle away, with nothing of the request in it; null when there is none.
+  /// Gives the handle away, with nothing of the request in it but its method; null when there is
+  /// none.
   CurlEasy leaveHandle();
 
   /// Readies `handle()` for the request's next way. The code is the reason when the request cannot
@@ -65,10 +67,9 @@ class CurlTransfer {
  private:
   static constexpr Instant kNever = Instant::max();
 
-  void setUpConnection(CurlOptions& curl, const Options& options) const;
-  void setUpLimits(CurlOptions& curl) const;
+  static void setUpConnections(CurlOptions& curl, const Options& options);
+  static void setUpCallbacks(CurlOptions& curl);
   void setUpRequest(CurlOptions& curl);
-  void setUpCallbacks(CurlOptions& curl);
   CURLcode judged(CURLcode code) const;
   void markProgress();
   void reserveBody();
