@@ -1,6 +1,6 @@
 # What an optimised build of the library is optimised for. Most of it waits for others and would only
-# be larger for being faster: it is compiled for size. What runs for every request, record, position
-# or byte of an answer is compiled as the build type says.
+# be larger for being faster: it is compiled for size. What the benchmarks show to gain by it is
+# compiled as the build type says.
 set(isOptimised $<CONFIG:Release,RelWithDebInfo>)
 
 # ovinta_compile_for_size(<target>... EXCEPT <pattern>...): compiles the sources of the targets for

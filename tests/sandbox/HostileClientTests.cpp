@@ -251,11 +251,13 @@ TEST(HostileClientLimitTest, ThoseThatAreKeptAndThenTheOldestGoWhenThereAreTooMa
   std::vector<RawClient> halfOpen;
   halfOpen.emplace_back(sandbox.port()).send("G");
   halfOpen.emplace_back(sandbox.port()).send("G");
-  const RawClient kept(sandbox.port());
-  kept.send("GET /m/v1/app HTTP/1.1\r\nHost: localhost\r\n\r\n");
-  ASSERT_TRUE(kept.isAnswered(std::chrono::seconds(30)));
-  while (halfOpen.size() < 150) halfOpen.emplace_back(sandbox.port()).send("G");
-  EXPECT_THAT(kept.answer(), testing::EndsWith("}"));
+  // One of several, as the last of them may not have been taken back yet.
+  std::vector<RawClient> kept;
+  while (kept.size() < 10) {
+    kept.emplace_back(sandbox.port()).send("GET /m/v1/app HTTP/1.1\r\nHost: localhost\r\n\r\n");
+    ASSERT_TRUE(kept.back().isAnswered(std::chrono::seconds(30)));
+  }
+  while (halfOpen.size() < 141) halfOpen.emplace_back(sandbox.port()).send("G");
   EXPECT_THAT(halfOpen[0].ask("ET /m/v1/app HTTP/1.1\r\n\r\n"), StartsWith("HTTP/1.1 200"));
   while (halfOpen.size() < 202) halfOpen.emplace_back(sandbox.port()).send("G");
   EXPECT_EQ(Speaker(sandbox).send("GET", "/m/v1/app").status, 200);

@@ -1,8 +1,8 @@
 #include "platform/linux/http/CurlTransfer.h"
 
 #include <algorithm>
+#include <exception>
 #include <limits>
-#include <new>
 #include <string_view>
 #include <utility>
 
@@ -20,7 +20,7 @@ constexpr int kMaximumRedirects = 10;
 // send, and little enough for fields of a few bytes each, which take many times their size.
 constexpr std::size_t kMaximumHeadSize = std::size_t{64} << 10;
 
-// The most memory that is set aside for a body of which little has come but its length: many
+// The most memory that is set aside for a body of which nothing has come but its length: many
 // answers may announce a large one at once.
 constexpr std::size_t kLargestReserve = std::size_t{4} << 20;
 
@@ -37,7 +37,7 @@ std::size_t taken(std::size_t length, const Take& take) {
   try {
     take();
     return length;
-  } catch (const std::bad_alloc&) {
+  } catch (const std::exception&) {
     return kStop;
   }
 }
@@ -250,18 +250,19 @@ std::size_t CurlTransfer::receiveBody(char* data, std::size_t size, std::size_t 
   self.tooLarge_ |= length > self.sizeLimit_ - self.body_.size();
   if (self.tooLarge_) return kStop;
   return taken(length, [&] {
-    if (self.body_.empty()) self.reserveBody();
+    if (self.body_.capacity() - self.body_.size() < length) self.reserveBody();
     self.body_.append(data, length);
   });
 }
 
-/// Makes room for the body that the head announces, so that it is not copied while it grows, nor
-/// when it is parsed in its place.
+/// Makes room for the body that the head announces, so that it is hardly copied while it grows, nor
+/// when it is parsed in its place. Of a large one that is the beginning at first.
 void CurlTransfer::reserveBody() {
   curl_off_t announced = -1;
   curl_easy_getinfo(handle_.get(), CURLINFO_CONTENT_LENGTH_DOWNLOAD_T, &announced);
   if (announced < 0) return;
-  const auto length = std::min({static_cast<std::size_t>(announced), sizeLimit_, kLargestReserve});
+  std::size_t length = std::min(static_cast<std::size_t>(announced), sizeLimit_);
+  if (body_.empty()) length = std::min(length, kLargestReserve);
   body_.reserve(length + JSONDocument::kRoom);
 }
 

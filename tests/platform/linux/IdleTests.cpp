@@ -193,13 +193,17 @@ TEST_F(ThreadsTest, AreMadeWhenThereIsSomethingToDo) {
   Ovinta::customer().create({}, true, true, [&](const auto&, const auto&) {
     Ovinta::orders().fetch([&](const auto& orders, const auto&) {
       fetched = orders;
-      quitAfterAll();
+      // What follows a callback is over when the answer to another request is there.
+      services.urlSession->startDataTask(
+          {.url = {server.url("")}},
+          [this](const auto&, const auto&, const auto&) { quitAfterAll(); });
     });
   });
   runMainLoop();
   EXPECT_EQ(fetched.value_or(OrderList()).size(), 1U);
   const auto ofServer = static_cast<std::ptrdiff_t>(server.connectionCount());
-  EXPECT_LE(count(), before + ofServer + 3);
+  // One for HTTP, and at most one for each of the three operations.
+  EXPECT_LE(count(), before + ofServer + 4);
 }
 
 }  // namespace
