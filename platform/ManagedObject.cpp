@@ -11,17 +11,19 @@ std::size_t placeIn(const std::vector<std::string>& names, std::string_view name
   return static_cast<std::size_t>(std::ranges::find(names, name) - names.begin());
 }
 
-/// Never destroyed, since a process may exit while a thread makes objects.
-const AttributeNames& noNames() {
+/// The names, or the list of none where there is no list.
+AttributeNames listed(AttributeNames names) {
+  // Never destroyed, since a process may exit while a thread makes objects.
   static const auto& none = *new AttributeNames(std::make_shared<const std::vector<std::string>>());
-  return none;
+  if (!names) names = none;
+  return names;
 }
 
 }  // namespace
 
 ManagedObject::ManagedObject(std::string entityName, AttributeNames names)
     : entityName_(std::move(entityName)),
-      names_(names ? std::move(names) : noNames()),
+      names_(listed(std::move(names))),
       values_(names_->size()) {}
 
 void ManagedObject::setValue(std::string_view attribute, AttributeValue value) {

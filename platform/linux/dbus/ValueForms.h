@@ -101,6 +101,7 @@ struct ArrayForm {
   }
   static GVariant* write(const Container& all) {
     std::vector<GVariant*> parts;
+    parts.reserve(all.size());
     for (const auto& part : all) parts.push_back(Form<Part>::write(part));
     return g_variant_new_array(typeOf<Part>(), parts.data(), parts.size());
   }

@@ -35,7 +35,7 @@ std::string_view pathOf(std::string_view url) {
   std::string_view rest = url.substr(0, endOfPath(url));
   // A colon that comes before all slashes ends the scheme: the grammar has no other one there.
   const std::size_t mark = rest.find_first_of(":/");
-  if (mark != rest.npos && rest[mark] == ':') rest.remove_prefix(mark + 1);
+  if (mark < rest.size() && rest[mark] == ':') rest.remove_prefix(mark + 1);
   if (!rest.starts_with("//")) return rest;
   rest.remove_prefix(2);
   return rest.substr(std::min(rest.find('/'), rest.size()));
