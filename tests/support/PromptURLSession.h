@@ -1,11 +1,9 @@
 #pragma once
 
-#include <memory>
 #include <utility>
 
-#include "platform/portable/Portable.h"
 #include "platform/simulation/http/AnsweringURLSession.h"
-#include "tests/support/FunctionOperation.h"
+#include "tests/support/WorkerThread.h"
 
 namespace ovinta::test {
 
@@ -14,20 +12,16 @@ class PromptURLSession : public platform::URLSession {
  public:
   using Session = platform::simulation::AnsweringURLSession;
 
-  explicit PromptURLSession(Session::Service service)
-      : session_(std::make_shared<Session>(std::move(service))) {
-    thread_->setMaxConcurrentOperationCount(1);
-  }
+  explicit PromptURLSession(Session::Service service) : session_(std::move(service)) {}
 
   void startDataTask(platform::URLRequest request, Completion completion) override {
-    session_->startDataTask(std::move(request), std::move(completion));
-    thread_->addOperation(operation([session = session_] { session->deliverAll(); }));
+    session_.startDataTask(std::move(request), std::move(completion));
+    thread_.run([this] { session_.deliverAll(); });
   }
 
  private:
-  const std::shared_ptr<Session> session_;
-  const std::shared_ptr<platform::OperationQueue> thread_ =
-      platform::portable::makeOperationQueueFactory()->makeQueue();
+  Session session_;
+  WorkerThread thread_;
 };
 
 }  // namespace ovinta::test

@@ -25,20 +25,19 @@ struct AnsweringRig : ScriptedRig {
 INSTANTIATE_TYPED_TEST_SUITE_P(Answering, URLSessionContract, AnsweringRig);
 
 struct HoldingRig : ScriptedRig {
-  HoldingRig() { thread_->setMaxConcurrentOperationCount(1); }
   void work() {
-    thread_->addOperation(test::operation([session = session_, answers = answers_, next = next_] {
-      for (; session->waitingCount() > 0; ++*next) {
-        session->answer(*next, answers(session->requests().at(*next)));
+    thread_.run([this] {
+      for (; session_->waitingCount() > 0; ++next_) {
+        session_->answer(next_, answers_(session_->requests().at(next_)));
       }
-    }));
+    });
   }
 
   std::shared_ptr<simulation::HoldingURLSession> session_ =
       std::make_shared<simulation::HoldingURLSession>();
   /// The first request without an answer.
-  std::shared_ptr<std::size_t> next_ = std::make_shared<std::size_t>(0);
-  std::shared_ptr<OperationQueue> thread_ = portable::makeOperationQueueFactory()->makeQueue();
+  std::size_t next_ = 0;
+  test::WorkerThread thread_;
 };
 INSTANTIATE_TYPED_TEST_SUITE_P(Holding, URLSessionContract, HoldingRig);
 
