@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <utility>
 
 #include "platform/simulation/http/AnsweringURLSession.h"
@@ -12,15 +13,16 @@ class PromptURLSession : public platform::URLSession {
  public:
   using Session = platform::simulation::AnsweringURLSession;
 
-  explicit PromptURLSession(Session::Service service) : session_(std::move(service)) {}
+  explicit PromptURLSession(Session::Service service)
+      : session_(std::make_shared<Session>(std::move(service))) {}
 
   void startDataTask(platform::URLRequest request, Completion completion) override {
-    session_.startDataTask(std::move(request), std::move(completion));
-    thread_.run([this] { session_.deliverAll(); });
+    session_->startDataTask(std::move(request), std::move(completion));
+    thread_.run([session = session_] { session->deliverAll(); });
   }
 
  private:
-  Session session_;
+  const std::shared_ptr<Session> session_;
   WorkerThread thread_;
 };
 

@@ -3,6 +3,7 @@
 #include <condition_variable>
 #include <deque>
 #include <functional>
+#include <memory>
 #include <mutex>
 #include <thread>
 #include <utility>
@@ -10,7 +11,7 @@
 namespace ovinta::test {
 
 /// A thread that runs what it is given, in order. What has not begun when it is destroyed never
-/// does.
+/// does. May be destroyed by what it runs.
 class WorkerThread {
  public:
   WorkerThread() = default;
@@ -19,40 +20,50 @@ class WorkerThread {
 
   ~WorkerThread() {
     {
-      const std::lock_guard lock(mutex_);
-      isEnding_ = true;
+      const std::lock_guard lock(work_->mutex);
+      work_->isEnding = true;
     }
-    changed_.notify_one();
-    thread_.join();
+    work_->changed.notify_one();
+    if (thread_.get_id() == std::this_thread::get_id()) {
+      thread_.detach();
+    } else {
+      thread_.join();
+    }
   }
 
   void run(std::function<void()> task) {
     {
-      const std::lock_guard lock(mutex_);
-      tasks_.push_back(std::move(task));
+      const std::lock_guard lock(work_->mutex);
+      work_->tasks.push_back(std::move(task));
     }
-    changed_.notify_one();
+    work_->changed.notify_one();
   }
 
  private:
-  void serve() {
-    std::unique_lock lock(mutex_);
-    for (;;) {
-      changed_.wait(lock, [this] { return isEnding_ || !tasks_.empty(); });
-      if (isEnding_) return;
-      const auto task = std::move(tasks_.front());
-      tasks_.pop_front();
-      lock.unlock();
-      task();
-      lock.lock();
+  struct Work {
+    void serve() {
+      std::unique_lock lock(mutex);
+      for (;;) {
+        changed.wait(lock, [this] { return isEnding || !tasks.empty(); });
+        if (isEnding) return;
+        auto task = std::move(tasks.front());
+        tasks.pop_front();
+        lock.unlock();
+        task();
+        // What it held ends outside of the lock.
+        task = nullptr;
+        lock.lock();
+      }
     }
-  }
 
-  std::mutex mutex_;
-  std::condition_variable changed_;
-  std::deque<std::function<void()>> tasks_;
-  bool isEnding_ = false;
-  std::thread thread_{[this] { serve(); }};
+    std::mutex mutex;
+    std::condition_variable changed;
+    std::deque<std::function<void()>> tasks;
+    bool isEnding = false;
+  };
+
+  const std::shared_ptr<Work> work_ = std::make_shared<Work>();
+  std::thread thread_{[work = work_] { work->serve(); }};
 };
 
 }  // namespace ovinta::test

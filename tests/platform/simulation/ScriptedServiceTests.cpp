@@ -9,6 +9,7 @@
 #include "platform/simulation/http/HoldingURLSession.h"
 #include "platform/simulation/time/TimeHoldingOperationQueueFactory.h"
 #include "platform/simulation/time/TimeHoldingURLSession.h"
+#include "tests/support/FunctionOperation.h"
 #include "tests/support/PromptURLSession.h"
 
 namespace ovinta::platform::simulation {
