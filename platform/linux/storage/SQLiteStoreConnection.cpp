@@ -58,35 +58,6 @@ AttributeNames namesOf(const EntityDescription& entity) {
   return names;
 }
 
-/// The value must stay until the statement has been carried out.
-void bindValue(SQLite::Statement& statement, int place, const AttributeValue& value) {
-  if (const auto* integer = std::get_if<std::int64_t>(&value)) {
-    statement.bind(place, *integer);
-  } else if (const auto* text = std::get_if<std::string>(&value)) {
-    statement.bindNoCopy(place, *text);
-  } else {
-    statement.bind(place);
-  }
-}
-
-AttributeValue readValue(const SQLite::Column& column) {
-  if (column.isNull()) return {};
-  if (column.isInteger()) return column.getInt64();
-  return column.getString();
-}
-
-/// Leaves the statement ready for its next use, however the use at hand ends.
-class ResetAfterUse {
- public:
-  explicit ResetAfterUse(SQLite::Statement& statement) : statement_(statement) {}
-  ~ResetAfterUse() { statement_.tryReset(); }
-  ResetAfterUse(const ResetAfterUse&) = delete;
-  ResetAfterUse& operator=(const ResetAfterUse&) = delete;
-
- private:
-  SQLite::Statement& statement_;
-};
-
 }  // namespace
 
 SQLiteStoreConnection::SQLiteStoreConnection(const std::filesystem::path& file,
@@ -111,51 +82,20 @@ const EntityDescription& SQLiteStoreConnection::entity(std::string_view name) co
   return *found;
 }
 
-SQLiteStoreConnection::Statements& SQLiteStoreConnection::statements(
-    const EntityDescription& entity) {
-  const auto found = statements_.find(entity.name);
-  if (found != statements_.end()) return found->second;
-  return statements_
-      .emplace(entity.name, Statements{namesOf(entity),
-                                       {},
-                                       {*database_, "DELETE FROM " + quotedIdentifier(entity.name)},
-                                       {*database_, insertStatement(entity)},
-                                       {*database_, selectStatement(entity)}})
-      .first->second;
-}
-
-void SQLiteStoreConnection::deleteAll(std::string_view name) {
-  auto& statement = statements(entity(name)).deleteAll;
-  const ResetAfterUse reset(statement);
-  statement.exec();
-}
-
-void SQLiteStoreConnection::insert(const ManagedObject& object) {
-  Statements& known = statements(entity(object.entityName()));
-  const ResetAfterUse reset(known.insert);
-  const AttributeNames& names = object.attributeNames();
-  if (known.insertedNames != names && *known.names == *names) known.insertedNames = names;
-  const bool isInPlace = known.insertedNames == names;
-  for (std::size_t place = 0; place < known.names->size(); ++place) {
-    bindValue(known.insert, static_cast<int>(place) + 1,
-              isInPlace ? object.valueAt(place) : object.value((*known.names)[place]));
+SQLiteStoreConnection::Statements& SQLiteStoreConnection::statements(std::string_view name) {
+  if (recent_ && recent_->first == name) return recent_->second;
+  const EntityDescription& described = entity(name);
+  auto known = statements_.find(described.name);
+  if (known == statements_.end()) {
+    Statements made{namesOf(described),
+                    {},
+                    {*database_, "DELETE FROM " + quotedIdentifier(described.name)},
+                    {*database_, insertStatement(described)},
+                    {*database_, selectStatement(described)}};
+    known = statements_.emplace(described.name, std::move(made)).first;
   }
-  known.insert.exec();
-}
-
-std::vector<ManagedObject> SQLiteStoreConnection::readAll(std::string_view name) {
-  const auto& description = entity(name);
-  Statements& known = statements(description);
-  const ResetAfterUse reset(known.readAll);
-  std::vector<ManagedObject> objects;
-  while (known.readAll.executeStep()) {
-    auto& object = objects.emplace_back(description.name, known.names);
-    int column = 0;
-    for (const std::string& attribute : *known.names) {
-      object.setValue(attribute, readValue(known.readAll.getColumn(column++)));
-    }
-  }
-  return objects;
+  recent_ = &*known;
+  return recent_->second;
 }
 
 StoreError makeStoreError(std::string_view action, const std::exception& failure,

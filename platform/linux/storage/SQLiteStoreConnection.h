@@ -7,6 +7,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "platform/PersistentContainer.h"
@@ -46,11 +47,13 @@ class SQLiteStoreConnection {
   };
 
   const EntityDescription& entity(std::string_view name) const;
-  Statements& statements(const EntityDescription& entity);
+  Statements& statements(std::string_view entity);
 
   ManagedObjectModel model_;
   std::unique_ptr<SQLite::Database> database_;
   std::map<std::string, Statements, std::less<>> statements_;
+  /// Those that served last, which the next record mostly takes again.
+  std::pair<const std::string, Statements>* recent_ = nullptr;
 };
 
 /// The error as the object store's interface reports it: what was tried and failed, with the
