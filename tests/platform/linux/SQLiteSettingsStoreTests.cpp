@@ -36,8 +36,10 @@ class SQLiteSettingsStoreTest : public testing::Test {
   /// A connection of somebody else's to the same file.
   std::unique_ptr<SQLite::Database> foreign() {
     create_directories(directory_);
-    return std::make_unique<SQLite::Database>(file_.string(),
-                                              SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
+    // Its commits wait for what a store reads just then.
+    constexpr int kBusyTimeout = 10'000;
+    return std::make_unique<SQLite::Database>(
+        file_.string(), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE, kBusyTimeout);
   }
 
   std::vector<std::string> filesNamed(const std::string& part) {
