@@ -15,9 +15,9 @@ struct Interrupted : std::exception {
   int signalNumber;
 };
 
-/// Takes the place of SIGINT, SIGTERM, SIGHUP and, for the thread's own writing, SIGPIPE as long as
-/// it lives: instead of ending the process they are noted. Make it before other threads start. For
-/// one thread.
+/// Takes the place of SIGINT, SIGTERM, SIGHUP and, for the thread's own writing and a `Timeline`'s,
+/// SIGPIPE as long as it lives: instead of ending the process they are noted. Make it before other
+/// threads start. For one thread.
 class Interruption {
  public:
   Interruption();

@@ -1,5 +1,9 @@
 #include "cli/device/Timeline.h"
 
+#include <signal.h>
+#include <unistd.h>
+
+#include <cerrno>
 #include <cmath>
 #include <iomanip>
 #include <iostream>
@@ -41,14 +45,21 @@ void Timeline::print(std::string_view line) {
   block_.erase();
   std::cout << line << "\n";
   block_.draw();
-  std::cout << std::flush;
+  flush();
+}
+
+void Timeline::flush() {
+  std::cout.flush();
+  // The signal of a pipe that nobody reads goes to the thread that wrote, which is any; the one
+  // that an `Interruption` is checked in would not see it.
+  if (!std::cout && errno == EPIPE) kill(getpid(), SIGPIPE);
 }
 
 void Timeline::showBelow(std::vector<std::string> lines) {
   const std::lock_guard lock(mutex_);
   if (json_) return;
   block_.show(std::move(lines));
-  std::cout << std::flush;
+  flush();
 }
 
 void Timeline::add(const Exchange& exchange) {
@@ -75,10 +86,11 @@ void Timeline::summarize(std::string_view text, platform::Dictionary details) {
   block_.show({});
   if (json_) {
     details.emplace("kind", "summary");
-    std::cout << visibleJSON(details) << std::endl;
+    std::cout << visibleJSON(details) << "\n";
   } else {
-    std::cout << "\n" << visibleText(text, true) << std::flush;
+    std::cout << "\n" << visibleText(text, true);
   }
+  flush();
 }
 
 }  // namespace ovinta::cli

@@ -22,7 +22,8 @@ struct Situation {
   std::string accuracy = {};
 };
 
-/// Prints what happens, as it happens. May be used from any thread.
+/// Prints what happens, as it happens; when nobody reads it any more, the process gets a SIGPIPE.
+/// May be used from any thread.
 class Timeline {
  public:
   /// `now` is asked for the time of each line.
@@ -48,6 +49,7 @@ class Timeline {
 
  private:
   void print(std::string_view line);
+  void flush();
   void printObject(std::string_view kind, std::string_view text, platform::Dictionary details);
 
   const bool json_;
