@@ -18,5 +18,5 @@ target_link_libraries(
 # The same to a linker that knows no targets. Names instead of other pkg-config packages: these would
 # have to be there for applications that link the shared library, too.
 set(OVINTA_PRIVATE_LIBRARIES
-    -lcurl -licui18n -licuuc -lboost_url -lSQLiteCpp -lsqlite3 -lsimdjson -lGeographic -lgio-2.0
+    -lcurl -licui18n -licuuc -lboost_url -lSQLiteCpp -lsqlite3 -lsimdjson -lGeographicLib -lgio-2.0
     -lgobject-2.0 -lglib-2.0 -pthread)

@@ -16,8 +16,13 @@ string(REPLACE "\n" "\n  " changes "\n${changes}")
 string(REPLACE "\n  - " "\n  * " changes "${changes}")
 execute_process(COMMAND date --utc --rfc-email --date=${day} OUTPUT_VARIABLE date
                 OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
+file(WRITE ${CPACK_TEMPORARY_DIRECTORY}/changes "${changes}")
+execute_process(COMMAND fmt --tagged-paragraph --width=78 ${CPACK_TEMPORARY_DIRECTORY}/changes
+                OUTPUT_VARIABLE changes COMMAND_ERROR_IS_FATAL ANY)
+string(STRIP "${changes}" changes)
 set(changes "${CPACK_PACKAGE_NAME} (${version}) unstable; urgency=medium
-${changes}
+
+  ${changes}
 
  -- ${CPACK_PACKAGE_CONTACT}  ${date}
 ")

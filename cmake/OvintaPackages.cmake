@@ -1,6 +1,6 @@
 # `cpack`: the Debian packages of this system, one for each component of what is installed.
 # scripts/package builds them as they are to be: with the preset package, for /usr.
-set(OVINTA_PACKAGE_CONTACT "OvintaSDK <ovinta-sdk@localhost>"
+set(OVINTA_PACKAGE_CONTACT "OvintaSDK <ovinta-sdk@example.com>"
     CACHE STRING "Who maintains the packages: a name and an address")
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME ovinta-sdk)
@@ -19,7 +19,6 @@ set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 # Dependencies are what the programs and libraries need, by Debian's own lists of symbols.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_LIBRARY_OUTPUT_DIRECTORY})
-set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
 
 # ovinta_package(<component> <package> <section> <summary> <description> [<depends>]): the ones of
 # the other packages with the version of this one.
@@ -39,6 +38,12 @@ ovinta_package(
   "OvintaSDK keeps the customer of an app and the orders, follows position and
 beacons while an order is open, and reports what happens to a REST service.
 This package has the shared library.")
+# What others that are packaged with the library depend on, and how the system learns of it.
+file(WRITE ${PROJECT_BINARY_DIR}/control/shlibs
+     "libOvintaSDK ${PROJECT_VERSION_MAJOR} ${library} (>= ${PROJECT_VERSION})\n")
+file(WRITE ${PROJECT_BINARY_DIR}/control/triggers "activate-noawait ldconfig\n")
+set(CPACK_DEBIAN_OVINTA_LIBRARY_PACKAGE_CONTROL_EXTRA
+    ${PROJECT_BINARY_DIR}/control/shlibs ${PROJECT_BINARY_DIR}/control/triggers)
 ovinta_package(
   ovinta_development libovinta-dev libdevel "client library for orders - development files"
   "OvintaSDK keeps the customer of an app and the orders, follows position and
