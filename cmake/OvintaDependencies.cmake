@@ -9,12 +9,10 @@ endif()
 
 # What the library needs on every platform, and on Linux.
 add_library(ovinta_portable_dependencies INTERFACE)
-target_link_libraries(ovinta_portable_dependencies INTERFACE Threads::Threads simdjson::simdjson)
+target_link_libraries(ovinta_portable_dependencies INTERFACE ${OVINTA_PORTABLE_TARGETS})
 add_library(ovinta_dependencies INTERFACE)
-target_link_libraries(
-  ovinta_dependencies
-  INTERFACE ovinta_portable_dependencies CURL::libcurl ICU::uc ICU::i18n Boost::headers Boost::url
-            SQLiteCpp PkgConfig::OVINTA_GIO PkgConfig::OVINTA_GEOGRAPHICLIB)
+target_link_libraries(ovinta_dependencies
+                      INTERFACE ovinta_portable_dependencies ${OVINTA_LINUX_TARGETS})
 # The same to a linker that knows no targets. Names instead of other pkg-config packages: these would
 # have to be there for applications that link the shared library, too.
 set(OVINTA_PRIVATE_LIBRARIES
