@@ -13,7 +13,7 @@ target_link_libraries(ovinta_portable_dependencies INTERFACE ${OVINTA_PORTABLE_T
 add_library(ovinta_dependencies INTERFACE)
 target_link_libraries(ovinta_dependencies
                       INTERFACE ovinta_portable_dependencies ${OVINTA_LINUX_TARGETS})
-# The same to a linker that knows no targets. Names instead of other pkg-config packages: these would
+# The same to a linker that knows no targets. Names instead of other pkg-config packages, which would
 # have to be there for applications that link the shared library, too.
 set(OVINTA_PRIVATE_LIBRARIES
     -lcurl -licui18n -licuuc -lboost_url -lSQLiteCpp -lsqlite3 -lsimdjson -lGeographicLib -lgio-2.0

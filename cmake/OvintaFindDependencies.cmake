@@ -1,4 +1,4 @@
-# What the library stands on, all of it Debian packages; whoever links a static build finds the same.
+# What the library stands on, all Debian packages; whoever links a static build finds the same.
 # OVINTA_DEPENDENCIES_REQUIRED is REQUIRED, or QUIET where the caller looks at what was found. The
 # names of what pkg-config finds are the project's own, because other projects look for GIO, too.
 find_package(Threads ${OVINTA_DEPENDENCIES_REQUIRED})
