@@ -1,11 +1,20 @@
+set(OVINTA_DEPENDENCIES_REQUIRED REQUIRED)
 include(OvintaFindDependencies)
-find_package(pugixml REQUIRED)
+# For the simulation alone, which not everyone who adds the project needs.
+if(PROJECT_IS_TOP_LEVEL)
+  find_package(pugixml REQUIRED)
+else()
+  find_package(pugixml QUIET)
+endif()
 
 # What the library needs on every platform, and on Linux.
 add_library(ovinta_portable_dependencies INTERFACE)
-target_link_libraries(ovinta_portable_dependencies INTERFACE Threads::Threads simdjson::simdjson)
+target_link_libraries(ovinta_portable_dependencies INTERFACE ${OVINTA_PORTABLE_TARGETS})
 add_library(ovinta_dependencies INTERFACE)
-target_link_libraries(
-  ovinta_dependencies
-  INTERFACE ovinta_portable_dependencies CURL::libcurl ICU::uc ICU::i18n Boost::headers Boost::url
-            SQLiteCpp PkgConfig::GIO PkgConfig::GEOGRAPHICLIB)
+target_link_libraries(ovinta_dependencies
+                      INTERFACE ovinta_portable_dependencies ${OVINTA_LINUX_TARGETS})
+# The same to a linker that knows no targets. Names instead of other pkg-config packages, which would
+# have to be there for applications that link the shared library, too.
+set(OVINTA_PRIVATE_LIBRARIES
+    -lcurl -licui18n -licuuc -lboost_url -lSQLiteCpp -lsqlite3 -lsimdjson -lGeographicLib -lgio-2.0
+    -lgobject-2.0 -lglib-2.0 -pthread)

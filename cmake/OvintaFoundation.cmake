@@ -1,6 +1,11 @@
 # Objective-C for the twin and for applications of it, beside a C++ compiler of any kind: clang with
 # GCC's runtime, GNUstep's Foundation, blocks. Sets OvintaFoundation_FOUND, else
 # OvintaFoundation_MISSING; enables both languages and makes the target OvintaSDK::Foundation.
+if(TARGET OvintaSDK::Foundation)
+  set(OvintaFoundation_FOUND TRUE)
+  set(OvintaFoundation_MISSING "")
+  return()
+endif()
 set(OvintaFoundation_FOUND FALSE)
 find_program(OVINTA_OBJC_COMPILER clang)
 find_program(OVINTA_OBJCXX_COMPILER clang++)

@@ -2,9 +2,12 @@
 
 #include <platform/linux/Linux.h>
 #include <platform/simulation/Simulation.h>
+#include <platform/simulation/trip/Trip.h>
 
-// An application's own test: the library, on a simulated device.
-int main() {
+#include <variant>
+
+// An application's own test: the library, on a simulated device. Its argument is a trip.
+int main(int count, char** arguments) {
   namespace platform = ovinta::platform;
   platform::simulation::Simulation device(platform::linuxos::makeServices(), {});
   platform::install(device.services());
@@ -19,5 +22,7 @@ int main() {
   const auto customer = ovinta::readRecord<ovinta::CustomerInfo>(R"({"name":"Alex"})");
   const auto event = ovinta::writeRecord(ovinta::OrderEvent::rating(7, 5, "Fine"));
   if (!customer || !event || ovinta::readRecord<ovinta::Site>("{}")) return 1;
+  const auto trip = platform::simulation::Trip::fromGPX(count == 2 ? arguments[1] : "");
+  if (!std::holds_alternative<platform::simulation::Trip>(trip)) return 1;
   return ovinta::Ovinta::pushToken() == "token" && OvintaSDKVersionNumber > 0 ? 0 : 1;
 }
