@@ -6,7 +6,10 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <optional>
 #include <regex>
+#include <string>
+#include <vector>
 
 #include "replay/ChildProcess.h"
 #include "sandbox/Sandbox.h"
@@ -79,7 +82,7 @@ INSTANTIATE_TEST_SUITE_P(, EventLoopTest, testing::ValuesIn(builtLoops()), [](co
 
 std::string contentOf(const std::filesystem::path& path) {
   std::ifstream file(path);
-  return {std::istreambuf_iterator(file), {}};
+  return {std::istreambuf_iterator<char>(file), {}};
 }
 
 TEST(EventLoopPageTest, ShowsThePrograms) {
