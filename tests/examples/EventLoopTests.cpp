@@ -75,9 +75,9 @@ TEST_P(EventLoopTest, BringsATimerAnAnswerAndAPositionToTheMainThread) {
                     HasSubstr("position: on the main"), Not(HasSubstr("another thread"))));
 }
 
-INSTANTIATE_TEST_SUITE_P(, EventLoopTest, testing::ValuesIn(builtLoops()), [](const auto& info) {
-  const std::string name = std::regex_replace(info.param.program, std::regex("-"), "_");
-  return info.param.noGLib ? name + "_without_glib" : name;
+INSTANTIATE_TEST_SUITE_P(, EventLoopTest, testing::ValuesIn(builtLoops()), [](const auto& loop) {
+  const std::string name = std::regex_replace(loop.param.program, std::regex("-"), "_");
+  return loop.param.noGLib ? name + "_without_glib" : name;
 });
 
 std::string contentOf(const std::filesystem::path& path) {
