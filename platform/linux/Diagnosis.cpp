@@ -6,6 +6,7 @@
 #include "platform/linux/location/PositionProviders.h"
 #include "platform/linux/main/ApplicationOptions.h"
 #include "platform/linux/main/GLibMainQueue.h"
+#include "platform/linux/main/MainThread.h"
 #include "platform/linux/main/SystemLog.h"
 
 namespace ovinta::platform::linuxos {
@@ -34,8 +35,10 @@ void diagnose(const Options& options, std::function<void(const std::vector<Findi
               std::shared_ptr<MainQueue> mainQueue) {
   rememberMainThread();
   Services services = makeValueServices();
-  services.mainQueue = mainQueue ? std::move(mainQueue) : std::make_shared<GLibMainQueue>();
   services.log = options.log ? options.log : std::make_shared<SystemLog>(applicationIDOf(options));
+  services.mainQueue =
+      mainQueue ? std::move(mainQueue)
+                : std::make_shared<GLibMainQueue>(GLibMainQueue::Options{.log = services.log});
   services.mainQueue->async(
       [run = std::make_shared<DiagnosisRun>(surroundingsOf(options, services),
                                             std::move(completion))] { run->begin(); });

@@ -15,6 +15,7 @@
 #include "platform/linux/main/ApplicationOptions.h"
 #include "platform/linux/main/DirectoryBundle.h"
 #include "platform/linux/main/GLibMainQueue.h"
+#include "platform/linux/main/MainThread.h"
 #include "platform/linux/main/SystemClock.h"
 #include "platform/linux/main/SystemLog.h"
 #include "platform/linux/notifications/StoredUserNotificationCenter.h"
@@ -65,7 +66,8 @@ BeaconScanner::Options beaconOptions(const Options& options, Log& log) {
   return {};
 }
 
-CurlURLSession::Options httpOptions(const Options& options, Log& log) {
+CurlURLSession::Options httpOptions(const Options& options, const GLibMainQueue& mainQueue,
+                                    Log& log) {
   CurlURLSession::Options http;
   const auto timeLimit = options.requestTimeLimit.value_or(http.timeLimit);
   const auto sizeLimit = options.answerSizeLimit.value_or(http.sizeLimit);
@@ -80,6 +82,8 @@ CurlURLSession::Options httpOptions(const Options& options, Log& log) {
   } else {
     log.write("The size limit of answers is 0.");
   }
+  // Most tasks come of answers, so that the thread of these is there when nobody runs them.
+  http.beforeWaiting = mainQueue.watch();
   return http;
 }
 
@@ -144,14 +148,17 @@ Services makeServices(const Options& options) {
   Services services = makeValueServices();
   services.clock = std::make_shared<SystemClock>();
   services.log = options.log ? options.log : std::make_shared<SystemLog>(applicationID);
-  services.mainQueue = std::make_shared<GLibMainQueue>();
+  const auto mainQueue =
+      std::make_shared<GLibMainQueue>(GLibMainQueue::Options{.log = services.log});
+  services.mainQueue = mainQueue;
   services.operationQueues = portable::makeOperationQueueFactory();
   services.notificationCenter = portable::makeNotificationCenter();
   services.settings =
       std::make_shared<SQLiteSettingsStore>(fileIn(directory, "Settings.sqlite"), services.log);
   services.mainBundle = makeMainBundle(options, *services.log);
   services.libraryBundle = portable::makeLibraryBundle();
-  services.urlSession = std::make_shared<CurlURLSession>(httpOptions(options, *services.log));
+  services.urlSession =
+      std::make_shared<CurlURLSession>(httpOptions(options, *mainQueue, *services.log));
   services.persistentContainers = std::make_shared<SQLitePersistentContainerFactory>(directory);
   const auto systemBus =
       std::make_shared<dbus::Bus>(systemBusAddressOf(options), services.mainQueue, services.log);

@@ -9,6 +9,7 @@
 #include <string>
 #include <string_view>
 
+#include "../Expected.h"
 #include "../Services.h"
 
 namespace ovinta::platform::linuxos {
@@ -76,8 +77,11 @@ struct Options {
 
 /// A full set of services of this system, none of them null. Makes the data directory (mode 0700)
 /// when it is first written to. The main thread is the process's initial one, or the one that
-/// called `runMainLoop` before this function; its queue is served by the GLib main loop of the
-/// default context, which GTK and most Qt applications run. May be called from any thread.
+/// called `claimMainThread` or `runMainLoop` before this function; it serves its queue by one of:
+/// the GLib main loop of the default context, which GTK runs, and Qt where its event dispatcher is
+/// GLib's; `runMainLoop`; `runMainTasks`. While it does none of them there is no position, beacon,
+/// timer or notification; the log says so, once, when a task has waited for some seconds. May be
+/// called from any thread.
 OVINTA_EXPORT Services makeServices(const Options& options = {});
 
 /// The services that work on values alone: text, date formatters, URLs and geodesy; the others are
@@ -86,13 +90,45 @@ OVINTA_EXPORT Services makeServices(const Options& options = {});
 OVINTA_EXPORT Services makeValueServices();
 
 /// Serves the main queue on the calling thread until `quitMainLoop` is called; for applications
-/// that run no GLib main loop of their own. On another thread than the main one it is a fatal
-/// error.
+/// that run no loop of their own. On another thread than the main one it returns at once, and the
+/// log says why.
 OVINTA_EXPORT void runMainLoop();
 
 /// Has `runMainLoop` return after the task in progress; before one is called, the next one returns
 /// at once. May be called from any thread.
 OVINTA_EXPORT void quitMainLoop();
+
+/// Why a call was refused that is about the main thread. Nothing has changed then.
+enum class MainThreadError {
+  /// Another thread is the main one.
+  otherThread,
+  /// The call was made inside a task of the main queue.
+  insideTask,
+  /// The system has no file descriptor left.
+  noDescriptor
+};
+
+/// The error as a sentence in English for developers. May be called from any thread.
+OVINTA_EXPORT std::string_view message(MainThreadError error);
+
+/// Makes the calling thread the main one, for applications whose loop runs on another thread than
+/// the process's initial one. Call it before `makeServices`. Absent for success, which it also is
+/// where the thread is the main one already; once another is, it is `otherThread`. From then on no
+/// other thread runs a task, should the GLib main loop of the default context run there.
+[[nodiscard]] OVINTA_EXPORT std::optional<MainThreadError> claimMainThread();
+
+/// Runs the tasks of the main queue that are due, for applications whose loop is their own: called
+/// when `mainTasksDescriptor` is readable, or now and then. Takes no new task once the time is up,
+/// but always the first; a task that has begun is run to its end. True where some that are due are
+/// left. Other sources of GLib are not served. Main thread only, and not inside a task: otherwise
+/// it is `otherThread` or `insideTask`, and nothing is run.
+OVINTA_EXPORT Expected<bool, MainThreadError> runMainTasks(std::chrono::milliseconds atMost);
+
+/// A file descriptor that is readable while a task of the main queue is due, delayed ones included,
+/// and none is being run; to be waited for by `poll` and its like, neither read nor closed. It is
+/// the same at each call and stays until the process ends; where there is none it is
+/// `noDescriptor`. May be called from any thread, before or after `makeServices`.
+OVINTA_EXPORT Expected<int, MainThreadError> mainTasksDescriptor();
 
 /// Asks for the permission to follow the user, as the application does before it expects the
 /// library to: on Linux nobody has an answer before something follows the position for the first

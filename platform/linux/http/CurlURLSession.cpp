@@ -43,6 +43,7 @@ CurlURLSession::CurlURLSession() : CurlURLSession(Options()) {}
 
 CurlURLSession::CurlURLSession(Options options)
     : now_(std::move(options.now)),
+      beforeWaiting_(std::move(options.beforeWaiting)),
       share_(makeShare()),
       multi_(makeMulti()),
       transferOptions_{options.caFile.value_or("").string(), options.timeLimit, options.sizeLimit,
@@ -199,6 +200,7 @@ void CurlURLSession::waitForWork() {
     wait = std::min(wait, std::chrono::ceil<milliseconds>(nextDeadline_ - now_()));
   }
   if (wait.count() <= 0) return;
+  if (beforeWaiting_) wait = std::min(wait, std::chrono::floor<milliseconds>(beforeWaiting_()));
   curl_multi_poll(multi_.get(), nullptr, 0, static_cast<int>(wait.count()), nullptr);
 }
 

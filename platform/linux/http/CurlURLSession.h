@@ -34,6 +34,8 @@ class CurlURLSession final : public URLSession {
     std::size_t sizeLimit = std::size_t{4} << 20;
     /// Tells the time that the limits are measured by. It is called on the session's thread.
     std::function<CurlTransfer::Instant()> now = &std::chrono::steady_clock::now;
+    /// Called on the session's thread each time before it waits; says how long it may at most.
+    std::function<std::chrono::microseconds()> beforeWaiting = {};
   };
 
   CurlURLSession();
@@ -72,6 +74,7 @@ class CurlURLSession final : public URLSession {
   };
 
   const std::function<CurlTransfer::Instant()> now_;
+  const std::function<std::chrono::microseconds()> beforeWaiting_;
   CurlShare share_;
   CurlMulti multi_;
   CurlTransfer::Options transferOptions_;

@@ -5,6 +5,7 @@
 #include <atomic>
 #include <barrier>
 #include <latch>
+#include <semaphore>
 
 #include "tests/platform/linux/CurlURLSessionFixture.h"
 #include "tests/support/LocalServer.h"
@@ -34,6 +35,18 @@ TEST_F(CurlURLSessionThread, SurvivesAConnectionClosedWhileIdle) {
     connection.send(httpAnswer("200 OK", "once"));
   });
   for (int i = 0; i < 3; ++i) EXPECT_EQ(get(server.url()).data, "once");
+}
+
+TEST_F(CurlURLSessionThread, WaitsNoLongerThanItMay) {
+  std::counting_semaphore<> asked(0);
+  restart({.beforeWaiting = [&] {
+    asked.release();
+    return std::chrono::milliseconds(1);
+  }});
+  EXPECT_NE(get("none:").sentence(), "");
+  // Before the first wait, and after it, though nothing was to be done.
+  for (int wait = 0; wait < 2; ++wait) asked.acquire();
+  session_.reset();
 }
 
 TEST_F(CurlURLSessionThread, CarriesManyRequestsAtOnceAndKeepsAFewConnectionsAfter) {

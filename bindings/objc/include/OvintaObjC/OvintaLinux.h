@@ -10,8 +10,8 @@ NS_ASSUME_NONNULL_BEGIN
 /// the library; without it the executable's name serves. May be called from any thread.
 + (void)installWithApplicationID:(NSString*)applicationID;
 /// Serves the main queue on the calling thread until `quitMainLoop` is called; for applications
-/// that run no GLib main loop of their own. On another thread than the main one it is a fatal
-/// error.
+/// that run no loop of their own. On another thread than the main one it returns at once, and the
+/// log says why.
 + (void)runMainLoop;
 /// Has `runMainLoop` return after the task in progress; before one is called, the next one returns
 /// at once. May be called from any thread.

@@ -8,6 +8,7 @@
 #include "platform/linux/device/SystemDevice.h"
 #include "platform/linux/device/UPower.h"
 #include "platform/linux/main/GLibMainQueue.h"
+#include "platform/linux/main/MainThread.h"
 #include "platform/linux/main/SystemLog.h"
 #include "tests/platform/contract/DeviceContract.h"
 #include "tests/platform/contract/LogContract.h"
@@ -32,8 +33,8 @@ struct MainQueueRig : testing::Test {
   }
 
   std::int64_t now_ = 1'000'000;
-  std::shared_ptr<MainQueue> queue_ =
-      std::make_shared<linuxos::GLibMainQueue>([this] { return now_; });
+  std::shared_ptr<MainQueue> queue_ = std::make_shared<linuxos::GLibMainQueue>(
+      linuxos::GLibMainQueue::Options{.now = [this] { return now_; }});
 };
 INSTANTIATE_TYPED_TEST_SUITE_P(GLib, MainQueueContract, MainQueueRig);
 

@@ -1,0 +1,19 @@
+#pragma once
+
+namespace ovinta::platform::linuxos {
+
+/// Fixes the process's initial thread as the main thread, unless one was fixed before.
+void rememberMainThread();
+
+/// Fixes the calling thread as the main thread, unless one was fixed before. Whether it is the main
+/// thread then.
+bool becomeMainThread();
+
+/// Whether the calling thread is the main thread: the one that was fixed, or else the process's
+/// initial one.
+bool isMainThread();
+
+/// Whether the application has said by `claimMainThread` which thread is the main one.
+bool isMainThreadClaimed();
+
+}  // namespace ovinta::platform::linuxos
