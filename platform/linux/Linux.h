@@ -9,11 +9,16 @@
 #include <string>
 #include <string_view>
 
+#include "../EnumNames.h"
 #include "../Services.h"
 
 namespace ovinta::platform::linuxos {
 
-/// Which of the system's services knows the position.
+/// Where a call with one of the enumerations of Linux is looked for.
+using platform::name;
+using platform::operator<<;
+
+/// Which of the system's services knows the position. Has a `name`.
 enum class PositionSource {
   /// `portal` inside a Flatpak sandbox, otherwise `geoclue`.
   automatic,
@@ -117,3 +122,7 @@ OVINTA_EXPORT bool isLocationAuthorizationKept();
 OVINTA_EXPORT void applicationDidBecomeActive();
 
 }  // namespace ovinta::platform::linuxos
+
+template <>
+struct ovinta::platform::EnumNames<ovinta::platform::linuxos::PositionSource>
+    : NamesInOrder<ovinta::platform::linuxos::kPositionSourceNames> {};
