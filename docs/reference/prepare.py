@@ -17,8 +17,9 @@ HEADING = re.compile(r"(#{1,4}) (.*)$")
 LINK = re.compile(r"(?<!!)\[([^\]]*)\]\(([^)#\s]*)(#[^)]*)?\)")
 FENCE = re.compile(r"```(\S*)")
 LANGUAGES = {"cpp": "{.cpp}", "objc": "{.mm}"}
-# Instance variables are nobody's business, whatever the language calls them.
-HIDDEN = re.compile(r"^ @package$", re.M)
+# What Doxygen does not know of Objective-C.
+FOREIGN = [(re.compile(r"^ @package$"), " @private"),
+           (re.compile(r"^typedef NS_ENUM\((\w+), (\w+)\)"), r"enum \2 : \1")]
 
 
 def label(path, anchor=""):
@@ -29,6 +30,13 @@ def label(path, anchor=""):
 def slug(heading):
     """What a forge calls the heading."""
     return re.sub(r"[^\w\- ]", "", heading.lower()).replace(" ", "-")
+
+
+def plain(line):
+    """The line of a header in words that Doxygen knows."""
+    for pattern, replacement in FOREIGN:
+        line = pattern.sub(replacement, line)
+    return line
 
 
 def page(path, text, pages):
@@ -72,7 +80,8 @@ def main(root, out, *headers):
     files = {}
     for header in headers:
         lines = (root / header).read_text(encoding="utf-8").splitlines()
-        files[header] = HIDDEN.sub(" @private", "\n".join(docstrings.spread(lines)))
+        # Only of a file that is documented itself are the functions and enumerations shown.
+        files[header] = "/** @file */ " + "\n".join(map(plain, docstrings.spread(lines)))
     pages = {path.relative_to(root).as_posix(): path.read_text(encoding="utf-8")
              for path in (root / "README.md", root / "CHANGELOG.md", *(root / "docs").glob("*.md"))}
     for path, text in pages.items():
@@ -80,6 +89,7 @@ def main(root, out, *headers):
     for path, text in files.items():
         (out / path).parent.mkdir(parents=True, exist_ok=True)
         (out / path).write_text(text + "\n", encoding="utf-8")
+    shutil.copy(root / "docs/reference/namespaces.h", out)
     shutil.copytree(root / "docs/diagrams", out / "docs/diagrams")
     shutil.copy(root / "docs/openapi.yaml", out / "docs/openapi.yaml")
 
