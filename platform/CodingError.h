@@ -1,10 +1,12 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <exception>
 #include <string>
 #include <string_view>
 
+#include "EnumNames.h"
 #include "Expected.h"
 #include "Export.h"
 
@@ -16,6 +18,7 @@ class OVINTA_EXPORT CodingError : public std::exception {
  public:
   /// What was wrong: a required key is missing; a value is of another type; a value is null or
   /// names no known case; a value, or the text as a whole, is malformed; a value cannot be written.
+  /// Has a `name`.
   enum class Kind { keyNotFound, typeMismatch, valueNotFound, dataCorrupted, invalidValue };
 
   /// An error at the top of the record, its path empty. The description is a sentence in English.
@@ -44,6 +47,12 @@ class OVINTA_EXPORT CodingError : public std::exception {
   std::string debugDescription_;
   std::string text_;
 };
+
+/// The kinds in words, in the order of their values.
+inline constexpr std::array<std::string_view, 5> kCodingErrorKindNames{
+    "key not found", "type mismatch", "value not found", "data corrupted", "invalid value"};
+template <>
+struct EnumNames<CodingError::Kind> : NamesInOrder<kCodingErrorKindNames> {};
 
 /// What came of reading or writing: a value, or the error that stands in its place.
 template <class T>

@@ -1,10 +1,21 @@
 #pragma once
 
+#include <array>
+#include <string_view>
+
+#include "EnumNames.h"
+
 namespace ovinta::platform {
 
 /// How the battery stands: not known, or not monitored; running down; being charged; full while
-/// plugged in.
+/// plugged in. Has a `name`.
 enum class BatteryState { unknown = 0, unplugged = 1, charging = 2, full = 3 };
+
+/// The states as logs and trips write them, in the order of their values.
+inline constexpr std::array<std::string_view, 4> kBatteryStateNames{"unknown", "unplugged",
+                                                                    "charging", "full"};
+template <>
+struct EnumNames<BatteryState> : NamesInOrder<kBatteryStateNames> {};
 
 /// The device that the application runs on. May be used from any thread.
 class Device {

@@ -4,7 +4,9 @@
 
 namespace ovinta::platform {
 
-/// The line-oriented log of the system. There are no levels. May be used from any thread.
+/// The line-oriented log of the system. There are no levels. May be used from any thread. An
+/// application that wants silence, or the lines elsewhere, installs a log of its own, such as
+/// `portable::makeLog` makes of a function.
 class Log {
  public:
   virtual ~Log() = default;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <iosfwd>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -14,6 +15,13 @@ struct URL {
 
   friend bool operator==(const URL&, const URL&) = default;
 };
+
+/// Writes the text of the URL.
+template <class Traits>
+std::basic_ostream<char, Traits>& operator<<(std::basic_ostream<char, Traits>& stream,
+                                             const URL& url) {
+  return stream << url.text;
+}
 
 /// One name and value of a URL's query. A plain value.
 struct URLQueryItem {

@@ -26,7 +26,7 @@ enum class CachePolicy { useProtocolCachePolicy, reloadIgnoringLocalAndRemoteCac
 
 /// An HTTP request. A plain value.
 struct URLRequest {
-  /// Where to send it, and the method in upper case.
+  /// Where to send it, as text `url.text`, and the method in upper case.
   URL url;
   std::string method = "GET";
   /// Sent in this order, after the ones that the protocol itself demands.

@@ -2,12 +2,14 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 
+#include "../../platform/EnumNames.h"
 #include "../../platform/Export.h"
 
 namespace ovinta {
 
-/// The statuses that the service uses, with their numbers in HTTP (RFC 9110).
+/// The statuses that the service uses, with their numbers in HTTP (RFC 9110). Has a `name`.
 enum class HTTPStatusCode {
   ok = 200,
   accepted = 202,
@@ -29,5 +31,11 @@ OVINTA_EXPORT std::optional<HTTPStatusCode> httpStatusCode(int number);
 /// `unauthorized`, `notFound`, `unprocessableEntity` and `appUpgradeRequired`; absent for the
 /// others. May be called from any thread.
 OVINTA_EXPORT std::optional<std::string> defaultMessage(HTTPStatusCode status);
+
+template <>
+struct OVINTA_EXPORT platform::EnumNames<HTTPStatusCode> {
+  /// The name of the status, e.g. "not found"; empty for one that the service does not use.
+  static std::string_view of(HTTPStatusCode status);
+};
 
 }  // namespace ovinta

@@ -3,6 +3,7 @@
 #include <string>
 #include <string_view>
 
+#include "../../platform/EnumNames.h"
 #include "../../platform/Export.h"
 #include "../../platform/FatalError.h"
 #include "OvintaSDK/api/OvintaError.h"
@@ -14,7 +15,7 @@ template <class Type>
 struct ManagerErrorRow {
   /// The reason, a case of the manager's enumeration.
   Type type;
-  /// The description of the error, in English.
+  /// The description of the error, in English; also the `name` of the reason.
   std::string_view message;
   /// More words on what happened, in English; empty when there are none.
   std::string_view detail = {};
@@ -59,6 +60,19 @@ class OVINTA_EXPORT ManagerError : public OvintaError {
 
  private:
   Type type_;
+};
+
+/// A reason for a refusal is named by its message.
+template <class Type>
+requires requires { ManagerErrorTable<Type>::kRows; }
+struct platform::EnumNames<Type> {
+  /// The message of errors of that type; empty for a value that is none of the cases.
+  static constexpr std::string_view of(Type type) {
+    for (const auto& row : ManagerErrorTable<Type>::kRows) {
+      if (row.type == type) return row.message;
+    }
+    return {};
+  }
 };
 
 }  // namespace ovinta

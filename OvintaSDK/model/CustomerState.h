@@ -8,7 +8,8 @@
 
 namespace ovinta {
 
-/// Where the customer stands on the way to the pickup. The functions may be called from any thread.
+/// Where the customer stands on the way to the pickup. `name(state)` is its text in JSON and in
+/// logs. The functions may be called from any thread.
 enum class CustomerState : std::int64_t {
   created = 0,
   enRoute = 1,

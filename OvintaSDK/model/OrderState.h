@@ -8,7 +8,8 @@
 namespace ovinta {
 
 /// The state of an order as the store sees it; it is `gone` when the service says so, also by
-/// answering an event that it does not have the order. The function may be called from any thread.
+/// answering an event that it does not have the order. `name(state)` is its text in JSON and in
+/// logs. The functions may be called from any thread.
 enum class OrderState : std::int64_t {
   created = 0,
   ready = 1,

@@ -4,6 +4,7 @@
 #include <optional>
 #include <string_view>
 
+#include "../../platform/EnumNames.h"
 #include "../../platform/FatalError.h"
 
 namespace ovinta {
@@ -14,7 +15,7 @@ template <class State>
 struct StateRow {
   /// The case itself.
   State state;
-  /// The text that stands for the case in JSON.
+  /// The text that stands for the case in JSON, and its `name`.
   std::string_view wireString;
   /// Whether it is an open state; true throughout where the enumeration does not tell them apart.
   bool isOpen = true;
@@ -65,5 +66,16 @@ const StateRow<State>& stateRow(State state) {
   if (const StateRow<State>* row = findStateRow(state)) return *row;
   platform::fatalError("unexpected enumeration case");
 }
+
+/// A state is named by its wire string.
+template <class State>
+requires requires { StateTable<State>::kRows; }
+struct platform::EnumNames<State> {
+  /// The wire string of the state; empty for a value that is none of the cases.
+  static constexpr std::string_view of(State state) {
+    const auto* row = findStateRow(state);
+    return row ? row->wireString : std::string_view();
+  }
+};
 
 }  // namespace ovinta

@@ -38,7 +38,7 @@ void addText(Dictionary& fields, const char* name, const std::optional<std::stri
 template <class State>
 Value word(std::int64_t rawState) {
   const auto state = stateFromRawValue<State>(rawState);
-  return state ? Value(stateRow(*state).wireString) : Value(rawState);
+  return state ? Value(name(*state)) : Value(rawState);
 }
 
 }  // namespace

@@ -1,6 +1,5 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <array>
 #include <memory>
 #include <optional>
 #include <string>
@@ -27,9 +26,6 @@ struct DoctorOptions {
   platform::linuxos::PositionSource positionSource = platform::linuxos::PositionSource::automatic;
 };
 
-/// What each condition is called, in the order of their values.
-constexpr std::array<const char*, 4> kConditions{"good", "limited", "missing", "unknown"};
-
 platform::linuxos::Options optionsFor(const DoctorOptions& options) {
   return {.applicationID = options.applicationID,
           .dataDirectory = options.client.dataDirectory,
@@ -38,10 +34,9 @@ platform::linuxos::Options optionsFor(const DoctorOptions& options) {
 }
 
 Dictionary fieldsOf(const Finding& finding) {
-  Dictionary fields{
-      {"subject", finding.subject},
-      {"condition", std::string(kConditions.at(static_cast<std::size_t>(finding.condition)))},
-      {"detail", finding.detail}};
+  Dictionary fields{{"subject", finding.subject},
+                    {"condition", name(finding.condition)},
+                    {"detail", finding.detail}};
   if (!finding.version.empty()) fields.emplace("version", finding.version);
   if (!finding.advice.empty()) fields.emplace("advice", finding.advice);
   return fields;

@@ -23,8 +23,8 @@ std::string describe(const platform::Notification& notification) {
     return name + ": " + std::to_string(orders->size()) + " order(s)";
   }
   if (const auto* order = notification.objectAs<OrderPtr>()) {
-    return name + ": order " + std::string(stateRow((*order)->state()).wireString) + ", customer " +
-           std::string(stateRow((*order)->customerState()).wireString);
+    return name + ": order " + std::string(ovinta::name((*order)->state())) + ", customer " +
+           std::string(ovinta::name((*order)->customerState()));
   }
   const auto* error = notification.objectAs<ErrorPtr>();
   return error && *error ? name + ": " + (*error)->errorDescription() : name;

@@ -1,15 +1,17 @@
 #pragma once
 
+#include <array>
 #include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "Linux.h"
 
 namespace ovinta::platform::linuxos {
 
-/// How a part of the device stands, the best case first.
+/// How a part of the device stands, the best case first. Has a `name`.
 enum class Condition {
   /// Works.
   good,
@@ -20,6 +22,10 @@ enum class Condition {
   /// Did not answer in time.
   unknown
 };
+
+/// What each condition is called, in the order of their values.
+inline constexpr std::array<std::string_view, 4> kConditionNames{"good", "limited", "missing",
+                                                                 "unknown"};
 
 /// What was found of one part of the device, in English. A plain value.
 struct Finding {
@@ -50,3 +56,7 @@ OVINTA_EXPORT void diagnose(const Options& options,
                             std::shared_ptr<MainQueue> mainQueue = nullptr);
 
 }  // namespace ovinta::platform::linuxos
+
+template <>
+struct ovinta::platform::EnumNames<ovinta::platform::linuxos::Condition>
+    : NamesInOrder<ovinta::platform::linuxos::kConditionNames> {};

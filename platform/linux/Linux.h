@@ -9,12 +9,17 @@
 #include <string>
 #include <string_view>
 
+#include "../EnumNames.h"
 #include "../Expected.h"
 #include "../Services.h"
 
 namespace ovinta::platform::linuxos {
 
-/// Which of the system's services knows the position.
+/// Where a call with one of the enumerations of Linux is looked for.
+using platform::name;
+using platform::operator<<;
+
+/// Which of the system's services knows the position. Has a `name`.
 enum class PositionSource {
   /// `portal` inside a Flatpak sandbox, otherwise `geoclue`.
   automatic,
@@ -153,3 +158,7 @@ OVINTA_EXPORT bool isLocationAuthorizationKept();
 OVINTA_EXPORT void applicationDidBecomeActive();
 
 }  // namespace ovinta::platform::linuxos
+
+template <>
+struct ovinta::platform::EnumNames<ovinta::platform::linuxos::PositionSource>
+    : NamesInOrder<ovinta::platform::linuxos::kPositionSourceNames> {};

@@ -1,15 +1,6 @@
-#include <array>
-
 #include "platform/JSON.h"
 
 namespace ovinta::platform {
-
-namespace {
-
-constexpr std::array<std::string_view, 5> kKindNames{
-    "key not found", "type mismatch", "value not found", "data corrupted", "invalid value"};
-
-}  // namespace
 
 CodingError::CodingError(Kind kind, std::string debugDescription)
     : kind_(kind), debugDescription_(std::move(debugDescription)) {
@@ -30,7 +21,7 @@ void CodingError::prependIndex(std::size_t index) {
 }
 
 void CodingError::updateText() {
-  text_ = kKindNames[static_cast<std::size_t>(kind_)];
+  text_ = name(kind_);
   if (!codingPath_.empty()) text_ += " at " + codingPath_;
   if (!debugDescription_.empty()) text_ += ": " + debugDescription_;
 }

@@ -1,9 +1,12 @@
 #pragma once
 
+#include <functional>
 #include <memory>
+#include <string_view>
 
 #include "../Bundle.h"
 #include "../Export.h"
+#include "../Log.h"
 #include "../NotificationCenter.h"
 #include "../OperationQueue.h"
 #include "../PersistentContainer.h"
@@ -23,6 +26,10 @@ OVINTA_EXPORT std::shared_ptr<SettingsStore> makeInMemorySettingsStore();
 
 /// Object stores that last as long as the factory: containers of one name share one store.
 OVINTA_EXPORT std::shared_ptr<PersistentContainerFactory> makeInMemoryPersistentContainerFactory();
+
+/// A log that hands each line to `write`, on the thread that logs and never two at a time; `write`
+/// must neither log nor throw. Without a function it is silent.
+OVINTA_EXPORT std::shared_ptr<Log> makeLog(std::function<void(std::string_view line)> write = {});
 
 /// The library's own bundle, with its version and its data model, which are compiled in.
 OVINTA_EXPORT std::shared_ptr<Bundle> makeLibraryBundle();

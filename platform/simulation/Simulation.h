@@ -24,7 +24,9 @@ struct SimulationReplacements {
 class Simulation {
  public:
   /// Replaces clock, main queue, location services, device and notification centre of the base,
-  /// which must have its `geodesy`. Positions that are delivered fire the location triggers.
+  /// which must have its `geodesy`. Virtual time begins at `start`: that of a trip (`Trip::start`),
+  /// any other, or `kDefaultTripStart` of `trip/Trip.h`, a fixed date. Positions that are delivered
+  /// fire the location triggers.
   Simulation(Services base, Date start, SimulationReplacements replacements = {});
 
   /// Has virtual time stand still while an operation runs or a request is under way, and sends the

@@ -2,8 +2,14 @@
 
 using twins::toObjC;
 
+#define OVINTA_NAMED(Enum)                                         \
+  NSString* Enum##Name(Enum value) {                               \
+    return toObjC(ovinta::name(static_cast<ovinta::Enum>(value))); \
+  }
+
 /// The functions that all state enumerations have.
 #define OVINTA_STATE(Name)                                                             \
+  OVINTA_NAMED(Name)                                                                   \
   NSNumber* Name##FromRawValue(int64_t rawValue) {                                     \
     return toObjC(ovinta::stateFromRawValue<ovinta::Name>(rawValue));                  \
   }                                                                                    \
@@ -30,6 +36,8 @@ NSString* CustomerStateDescription(CustomerState state) {
 NSString* LocationAuthStatusDescription(LocationAuthStatus status) {
   return toObjC(ovinta::description(static_cast<ovinta::LocationAuthStatus>(status)));
 }
+
+OVINTA_NAMED(HTTPStatusCode)
 
 NSNumber* HTTPStatusCodeFromNumber(int number) { return toObjC(ovinta::httpStatusCode(number)); }
 

@@ -30,13 +30,6 @@ constexpr std::chrono::hours kLongestTrip = std::chrono::days(366);
 constexpr std::size_t kLargestFile = std::size_t{64} << 20;
 constexpr Range kUnsigned16{0, 65'535};
 
-constexpr std::array<std::pair<std::string_view, BatteryState>, 4> kBatteryStates{{
-    {"unknown", BatteryState::unknown},
-    {"unplugged", BatteryState::unplugged},
-    {"charging", BatteryState::charging},
-    {"full", BatteryState::full},
-}};
-
 Coordinate coordinateOf(pugi::xml_node node) {
   return {xml::numberAttribute(node, "lat", kLatitude),
           xml::numberAttribute(node, "lon", kLongitude)};
@@ -137,12 +130,12 @@ TripBeacon beaconOf(pugi::xml_node node) {
 
 TripBatteryChange batteryChangeOf(pugi::xml_node node) {
   const std::string_view name = node.attribute("state").value();
-  const auto found =
-      std::ranges::find(kBatteryStates, name, &decltype(kBatteryStates)::value_type::first);
-  if (found == kBatteryStates.end()) {
+  const auto& names = kBatteryStateNames;
+  const auto* const found = std::ranges::find(names, name);
+  if (found == names.end()) {
     throw Malformed{"state is missing or no battery state: \"" + std::string(name) + "\"", node};
   }
-  return {after(node), found->second};
+  return {after(node), static_cast<BatteryState>(found - names.begin())};
 }
 
 void readExtensions(pugi::xml_node extensions, Trip& trip) {

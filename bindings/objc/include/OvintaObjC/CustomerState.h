@@ -17,6 +17,8 @@ typedef NS_ENUM(NSInteger, CustomerState) {
 OVINTA_EXTERN BOOL CustomerStateIsOpen(CustomerState state);
 /// An English title for people, e.g. "En Route".
 OVINTA_EXTERN NSString* CustomerStateDescription(CustomerState state);
+/// The name of the state for logs, as in JSON; "invalid" for a value that is none of the cases.
+OVINTA_EXTERN NSString* CustomerStateName(CustomerState state);
 /// The state with that raw value; nil when there is none.
 OVINTA_EXTERN NSNumber* _Nullable CustomerStateFromRawValue(int64_t rawValue);
 /// The state with that wire string, compared exactly; nil when there is none.

@@ -17,6 +17,9 @@ typedef NS_ENUM(NSInteger, HTTPStatusCode) {
 
 /// The status with that number; nil when the service does not use it.
 OVINTA_EXTERN NSNumber* _Nullable HTTPStatusCodeFromNumber(int number);
+/// The name of the status for logs, e.g. "not found"; "invalid" for a value that is none of the
+/// cases.
+OVINTA_EXTERN NSString* HTTPStatusCodeName(HTTPStatusCode status);
 /// The English message for an answer of that status without a readable body; nil when there is
 /// none.
 OVINTA_EXTERN NSString* _Nullable HTTPStatusCodeDefaultMessage(HTTPStatusCode status);

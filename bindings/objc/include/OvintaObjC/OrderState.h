@@ -16,6 +16,8 @@ typedef NS_ENUM(NSInteger, OrderState) {
 /// Whether the store still works towards the pickup: created, ready and delayed. A value that is
 /// none of the cases ends the process.
 OVINTA_EXTERN BOOL OrderStateIsOpen(OrderState state);
+/// The name of the state for logs, as in JSON; "invalid" for a value that is none of the cases.
+OVINTA_EXTERN NSString* OrderStateName(OrderState state);
 /// The state with that raw value; nil when there is none.
 OVINTA_EXTERN NSNumber* _Nullable OrderStateFromRawValue(int64_t rawValue);
 /// The state with that wire string, compared exactly; nil when there is none.

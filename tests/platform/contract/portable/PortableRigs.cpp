@@ -1,7 +1,12 @@
 // What every platform may use as it is.
+#include <atomic>
+#include <thread>
+#include <utility>
+
 #include "platform/DefaultServices.h"
 #include "platform/FatalError.h"
 #include "platform/portable/Portable.h"
+#include "tests/platform/contract/LogContract.h"
 #include "tests/platform/contract/NotificationCenterContract.h"
 #include "tests/platform/contract/ObjectStoreContract.h"
 #include "tests/platform/contract/OperationQueueContract.h"
@@ -19,6 +24,22 @@ struct NotificationCenterRig : testing::Test {
   std::shared_ptr<NotificationCenter> center_ = portable::makeNotificationCenter();
 };
 INSTANTIATE_TYPED_TEST_SUITE_P(Portable, NotificationCenterContract, NotificationCenterRig);
+
+struct LogRig : testing::Test {
+  std::vector<std::string> read(std::size_t count) {
+    portable::makeLog()->write("heard by nobody");
+    while (written_ < count) std::this_thread::yield();
+    written_ = 0;
+    return std::exchange(lines_, {});
+  }
+  std::vector<std::string> lines_;
+  std::atomic<std::size_t> written_ = 0;
+  std::shared_ptr<Log> log_ = portable::makeLog([this](std::string_view line) {
+    lines_.emplace_back(line);
+    ++written_;
+  });
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Function, LogContract, LogRig);
 
 struct OperationQueueRig : testing::Test {
   void work() {}
