@@ -85,7 +85,11 @@ def climbs(root, path, text, heights):
 
 
 def complaints(root, path, text):
-    _, project, system = next(rule for rule in RULES if re.match(rule[0], path))
+    rule = next((rule for rule in RULES if re.match(rule[0], path)), None)
+    if not rule:
+        yield f"{path}: has no rule of what it may include"
+        return
+    _, project, system = rule
     for number, line in enumerate(text.splitlines(), 1):
         found = DIRECTIVE.match(line)
         if not found:
