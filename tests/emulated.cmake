@@ -4,18 +4,18 @@
 # this machine.
 set(CTEST_CUSTOM_TESTS_IGNORE
     checks.declared_symbols
+    checks.diagrams
     checks.docstrings
+    checks.examples
     checks.format
     checks.includes
     checks.includes_test
     checks.public_headers
-    checks.scripts
-    checks.subproject)
+    checks.scripts)
 
 # They start programs that have been copied or installed, by paths at which nothing emulates them.
 list(APPEND CTEST_CUSTOM_TESTS_IGNORE
      checks.as_another_user
-     checks.install
      checks.store_of_another_user)
 
 # They want a process to end without a word, and the emulator has one about the signal that ends it.

@@ -20,13 +20,15 @@ RULES = [
     (r"platform/portable/", rf"{PLATFORM}|platform/portable/", STANDARD),
     (r"platform/linux/Linux\.h", PLATFORM, STANDARD),
     (r"platform/linux/", rf"{PLATFORM}|platform/(portable|linux)/", ANY),
+    (r"platform/simulation/testing/", rf"{PLATFORM}|{SIMULATION}|platform/linux/Linux\.h|OvintaSDK/core/(facade/Ovinta|UserDefaultsKey)\.h",
+     rf"{STANDARD}|gtest/gtest\.h"),
     (r"platform/simulation/", rf"{PLATFORM}|{SIMULATION}", rf"{STANDARD}|pugixml\.hpp"),
     (r"bindings/objc/include/", r"(?!)", r"(Foundation|OvintaObjC)/.*"),
     (r"bindings/", rf"bindings/|OvintaSDK/|{PLATFORM}|platform/linux/Linux\.h", ANY),
     (r"replay/", r"replay/|platform/\w+\.h|platform/simulation/", ANY),
     (r"sandbox/", rf"sandbox/|{PLATFORM}|platform/portable/|OvintaSDK/model/(\w+State|LocationAuthStatus)\.h", ANY),
     (r"cli/", ANY, ANY),
-    (r"examples/", rf"examples/|OvintaSDK/OvintaSDK\.h|{PLATFORM}|platform/linux/Linux\.h", ANY),
+    (r"examples/", rf"examples/|OvintaSDK/OvintaSDK\.h|{PLATFORM}|platform/linux/Linux\.h|platform/simulation/", ANY),
     (r"(tests|fuzz)/", ANY, ANY),
 ]
 # The areas with floors inside.

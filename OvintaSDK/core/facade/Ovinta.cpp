@@ -83,4 +83,6 @@ void Ovinta::stopLocationUpdates() {
   }
 }
 
+void Ovinta::startAfresh() { Library::replaceProcess(); }
+
 }  // namespace ovinta

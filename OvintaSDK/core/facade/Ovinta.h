@@ -20,6 +20,10 @@ extern "C" OVINTA_EXPORT const unsigned char OvintaSDKVersionString[];
 
 namespace ovinta {
 
+namespace platform::simulation {
+class AppTest;
+}
+
 /// The library's entry point. It works on the services of `platform::services()`, so install your
 /// own before the first call. All members may be called from any thread.
 class OVINTA_EXPORT Ovinta {
@@ -66,6 +70,13 @@ class OVINTA_EXPORT Ovinta {
   /// the main queue comes to it. A later `SDKNotification::ordersUpdated` with open orders starts
   /// it again.
   static void stopLocationUpdates();
+
+ private:
+  friend class platform::simulation::AppTest;
+
+  /// Puts a new library, on the installed services, in the place of the one of the process, so that
+  /// a test case starts afresh. The old one lives on for whoever still works on it.
+  static void startAfresh();
 };
 
 }  // namespace ovinta

@@ -26,6 +26,9 @@ struct Answer {
     return {{}, {}, TransportError{std::move(localizedDescription)}};
   }
 
+  /// The same in the words of a device that has lost its connection.
+  static Answer lostConnection() { return failure("The network connection was lost."); }
+
   /// The same answer with one more header field; for answers that have a response.
   Answer withHeader(std::string name, std::string value) && {
     if (response) response->headers.push_back({std::move(name), std::move(value)});

@@ -8,6 +8,7 @@
 #include <string>
 #include <utility>
 
+#include "platform/FatalError.h"
 #include "platform/portable/GreatCircle.h"
 #include "platform/simulation/trip/XML.h"
 
@@ -187,6 +188,20 @@ std::string atLine(std::string_view text, std::ptrdiff_t offset, const std::stri
 }
 
 }  // namespace
+
+Trip Trip::along(const std::vector<Coordinate>& way, double speed) {
+  if (way.empty() || !(speed > 0)) fatalError("A trip needs a point and a speed above zero");
+  Trip trip;
+  trip.points.push_back({.coordinate = way.front(), .speed = speed, .accuracy = 0});
+  for (std::size_t index = 1; index < way.size(); ++index) {
+    const double metres = portable::greatCircleDistance(way[index - 1], way[index]);
+    trip.points.push_back({.offset = trip.points.back().offset + seconds(metres / speed),
+                           .coordinate = way[index],
+                           .speed = speed,
+                           .accuracy = 0});
+  }
+  return trip;
+}
 
 std::variant<Trip, std::string> Trip::fromGPXText(std::string_view text) {
   pugi::xml_document document;

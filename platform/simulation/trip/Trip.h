@@ -84,6 +84,10 @@ struct Trip {
   /// When it takes place; for making the `Simulation`, a player does not look at it.
   Date start = kDefaultTripStart;
 
+  /// A trip through these points, of which there must be one at least, at an even speed in metres
+  /// per second, above zero; its positions are without noise. May be called from any thread.
+  static Trip along(const std::vector<Coordinate>& way, double speed);
+
   /// Reads a GPX 1.1 file: the points of its tracks or, when it has none, of its routes. A point
   /// has a `time`, or else is reached at the `speed` (a child, or anywhere in its `extensions`) of
   /// its own or of an earlier point. Its accuracy is 5 m times its `hdop`. Elements of the
