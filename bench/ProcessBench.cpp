@@ -74,6 +74,15 @@ std::optional<double> threadsAt() {
   return counts ? std::optional(counts->at(kStep)) : std::nullopt;
 }
 
+/// The libraries that the library's file names, which the system loads with it.
+std::optional<double> neededLibraries() {
+  std::istringstream entries(outputOf("readelf -d " OVINTA_LIBRARY).value_or(""));
+  double count = 0;
+  for (std::string entry; std::getline(entries, entry);)
+    count += entry.find("(NEEDED)") != entry.npos ? 1 : 0;
+  return count > 0 ? std::optional(count) : std::nullopt;
+}
+
 /// The size of the library's file without what only debuggers and linkers of objects need.
 std::optional<double> strippedSize() {
   // Of an archive an application takes parts only.
@@ -96,6 +105,7 @@ const FigureRow kConfigured{"process/threads after configure", "threads", nullpt
 const FigureRow kFetched{"process/threads after the first fetch", "threads", nullptr, &threadsAt<2>,
                          3};
 const FigureRow kSize{"process/library stripped", "bytes", nullptr, &strippedSize, 1.2e6};
+const FigureRow kNeeded{"process/libraries needed", "libraries", nullptr, &neededLibraries, 15};
 
 }  // namespace
 }  // namespace ovinta::bench
