@@ -4,7 +4,14 @@ one that includes headers by itself, the others of a page together, each as the 
 that has the library at hand. A comment directly above an example says what it takes besides:
 
     <!-- cpp: given void show(const ovinta::Order& order); -->
-    <!-- cpp: not compiled, for it takes GTK -->"""
+    <!-- cpp: not compiled, for it takes GTK -->
+
+Or the page says in a line of its own which folder has them, where something else compiles them:
+
+    <!-- examples: examples/app-tests -->
+
+Every piece of C++ and CMake then stands in one of its files. Three dots on a line of their own leave
+lines out."""
 
 import concurrent.futures
 import os
@@ -14,6 +21,7 @@ import subprocess
 import sys
 
 BLOCK = re.compile(r"(?:^<!-- cpp: ((?:(?!-->).)*?)\s*-->\n)?^```cpp\n(.*?)^```$", re.M | re.S)
+FOLDER = re.compile(r"^<!-- examples: (\S+) -->$", re.M)
 AT_HAND = """
 #include <OvintaSDK/OvintaSDK.h>
 #include <platform/linux/Diagnosis.h>
@@ -55,11 +63,43 @@ def complaint(root, compiler, source):
     return done.stderr if done.returncode else ""
 
 
+def stripped(text):
+    return [line.strip() for line in text.splitlines() if line.strip()]
+
+
+def holds(lines, piece):
+    """Whether the lines hold all parts of the piece, each in one go, one after the other."""
+    start = 0
+    for part in re.split(r"^\s*(?:// |# )?\.\.\.$", piece, flags=re.M):
+        wanted = stripped(part)
+        for start in range(start, len(lines) - len(wanted) + 1):
+            if lines[start:start + len(wanted)] == wanted:
+                start += len(wanted)
+                break
+        else:
+            return False
+    return True
+
+
+def lost(root, page, text, folder):
+    """What is said of each piece of the page that stands in no file of the folder."""
+    files = [stripped(file.read_text(encoding="utf-8"))
+             for file in pathlib.Path(root, folder).iterdir() if file.is_file()]
+    pieces = re.findall(r"^```(?:cpp|cmake)\n(.*?)^```", text, re.M | re.S)
+    return [f"{page}: this stands in no file of {folder}:\n{piece}" for piece in pieces
+            if not any(holds(lines, piece) for lines in files)]
+
+
 def main(root, compiler, *pages):
-    sources = [source for page in pages
-               for source in units(page, pathlib.Path(root, page).read_text(encoding="utf-8"))]
+    sources, complaints = [], []
+    for page in pages:
+        text = pathlib.Path(root, page).read_text(encoding="utf-8")
+        if folder := FOLDER.search(text):
+            complaints += lost(root, page, text, folder[1])
+        else:
+            sources += units(page, text)
     with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as pool:
-        complaints = [*pool.map(lambda source: complaint(root, compiler, source), sources)]
+        complaints += pool.map(lambda source: complaint(root, compiler, source), sources)
     print("\n".join(filter(None, complaints)) or f"{len(sources)} sources, no complaint")
     return 1 if any(complaints) or not sources else 0
 

@@ -3,9 +3,6 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <optional>
 #include <regex>
 #include <string>
@@ -79,25 +76,6 @@ INSTANTIATE_TEST_SUITE_P(, EventLoopTest, testing::ValuesIn(builtLoops()), [](co
   const std::string name = std::regex_replace(loop.param.program, std::regex("-"), "_");
   return loop.param.noGLib ? name + "_without_glib" : name;
 });
-
-std::string contentOf(const std::filesystem::path& path) {
-  std::ifstream file(path);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-
-TEST(EventLoopPageTest, ShowsThePrograms) {
-  const std::filesystem::path root = OVINTA_ROOT;
-  std::string programs;
-  for (const auto& file : std::filesystem::directory_iterator(root / "examples/event-loops")) {
-    programs += contentOf(file.path());
-  }
-  const auto page = contentOf(root / "docs/event-loops.md");
-  const std::regex block("```cpp\n([^`]*)```");
-  std::sregex_iterator found(page.begin(), page.end(), block);
-  ASSERT_NE(found, std::sregex_iterator());
-  for (; found != std::sregex_iterator(); ++found)
-    EXPECT_THAT(programs, HasSubstr((*found)[1].str()));
-}
 
 }  // namespace
 }  // namespace ovinta
