@@ -21,12 +21,16 @@ export class FaultsPanel {
   }
 
   async load() {
+    if (!this.table) await this.loadTable();
+    await this.loadActive();
+  }
+
+  async loadTable() {
     const table = await ask('GET', '/sandbox/faults/kinds');
     this.table = table;
     setOptions(byID('fault-endpoint'), table.endpoints.map(({method, path}) => [method + path, `${method} ${path}`]));
     setOptions(byID('fault-kind'), table.kinds.map(({name}) => [name, name.replaceAll('_', ' ')]));
     this.showSettings();
-    await this.loadActive();
   }
 
   showSettings() {
