@@ -54,8 +54,8 @@ std::pair<pid_t, int> startDriver() {
 }
 
 Dictionary wantedBrowser() {
-  List flags{"--headless=new", "--disable-gpu", "--disable-dev-shm-usage", "--no-first-run",
-             "--window-size=1600,1000"};
+  List flags{"--headless=new", "--disable-gpu",     "--disable-dev-shm-usage",
+             "--no-first-run", "--hide-scrollbars", "--window-size=1600,1000"};
   // The browser's own sandbox takes a user who is not root.
   if (::geteuid() == 0) flags.emplace_back("--no-sandbox");
   return {{"goog:chromeOptions", Dictionary{{"binary", kBrowser}, {"args", std::move(flags)}}},
