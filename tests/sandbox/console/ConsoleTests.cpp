@@ -121,6 +121,10 @@ TEST_F(ConsoleTest, RequestsShowHeadersAndBodiesWithoutTokens) {
   EXPECT_THAT(detail, HasSubstr("\"push_token\": \"••••••\""));
   EXPECT_THAT(detail, HasSubstr("curl -X POST"));
   EXPECT_THAT(detail, Not(HasSubstr("phone\"")));
+  browser_->command("Browser.grantPermissions",
+                    {{"permissions", List{"clipboardReadWrite", "clipboardSanitizedWrite"}}});
+  browser_->click("[data-detail] p button");
+  awaitText("[data-detail] [role=status]", "Copied");
   browser_->click("#show-tokens");
   awaitText("[data-detail] .curl", "\"push_token\":\"phone\"");
   EXPECT_THAT(contentOf("[data-detail]"), HasSubstr("Token token="));
