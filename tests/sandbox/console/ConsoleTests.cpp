@@ -258,7 +258,8 @@ TEST_F(ConsoleTest, IsForEveryScreenAndForKeysAndReaders) {
       .map(field => field.outerHTML).join())"),
       "");
   EXPECT_EQ(browser_->text(R"(return [...document.querySelectorAll('section')].filter(
-      part => !document.getElementById(part.getAttribute('aria-labelledby'))).map(part => part.id).join())"),
+      part => !document.getElementById(part.getAttribute('aria-labelledby')))
+      .map(part => part.id).join())"),
             "");
   // The rules of the package axe-core, where OVINTA_AXE is the path of its axe.min.js.
   if (const char* axe = std::getenv("OVINTA_AXE")) {
