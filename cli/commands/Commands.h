@@ -25,8 +25,8 @@ void addTrackCommand(CLI::App& app, int& exitCode);
 /// Adds the commands of `ovinta orders` that make an order the customer's.
 void addOrderMakingCommands(CLI::App& group, int& exitCode);
 
-/// Adds what prints completion and manual page of all commands, which serves the build. `app` must
-/// outlive the parsing.
+/// Adds what prints help, completion and manual page of all commands. `app` must outlive the
+/// parsing.
 void addManualCommands(CLI::App& app);
 
 }  // namespace ovinta::cli
