@@ -1,10 +1,12 @@
 #include "sandbox/Server.h"
 
 #include <chrono>
+#include <cmath>
 #include <utility>
 
 #include "sandbox/domain/Envelope.h"
 #include "sandbox/domain/Validation.h"
+#include "sandbox/domain/WireForms.h"
 #include "sandbox/http/Connection.h"
 #include "sandbox/http/Delivery.h"
 #include "sandbox/http/RequestBody.h"
@@ -67,6 +69,7 @@ std::optional<std::string> Sandbox::Server::start() {
 void Sandbox::Server::stop() {
   // The streams are ended first: once the server stops it breaks off what is still being sent.
   service_.pushes.close(kFarewell);
+  service_.feed.close(kFarewell);
   http_.stopAll(kFarewell);
 }
 
@@ -103,7 +106,8 @@ void Sandbox::Server::logRefused(const RequestHead& head, const Answer& answer) 
                          .target = head.target,
                          .headers = head.fields,
                          .status = answer.status,
-                         .answerBody = answer.body});
+                         .answerBody = answer.body,
+                         .time = dateText(service_.state.now())});
 }
 
 void Sandbox::Server::add(std::string_view method, const std::string& pattern, Handler handler) {
@@ -194,7 +198,9 @@ void Sandbox::Server::finish(const httplib::Request& request, const std::string&
                            .headers = connection.head().fields,
                            .body = body,
                            .status = answer.status,
-                           .answerBody = answer.body});
+                           .answerBody = answer.body,
+                           .time = dateText(service_.state.now()),
+                           .milliseconds = std::floor(connection.age().count() * 1000) / 1000});
   }
   // Clients repeat of their own accord what ends without an answer on a connection that was kept:
   // they would not meet the fault.

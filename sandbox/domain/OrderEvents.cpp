@@ -82,9 +82,14 @@ Dictionary eventErrors(const Dictionary& event) {
   return errors;
 }
 
-Dictionary reopenings(const Dictionary& event, const Dictionary& order) {
+Dictionary eventContent(const Dictionary& event) {
   Dictionary content;
   copyFields(event, typeOf(event)->rules, content);
+  return content;
+}
+
+Dictionary reopenings(const Dictionary& event, const Dictionary& order) {
+  const Dictionary content = eventContent(event);
   Dictionary errors;
   for (const StateKey& key : kStateKeys) {
     const auto* next = platform::find<std::string>(content, key.name);
@@ -97,8 +102,7 @@ Dictionary reopenings(const Dictionary& event, const Dictionary& order) {
 
 void applyEvent(const Dictionary& event, platform::Date now, Dictionary& order,
                 Dictionary& device) {
-  Dictionary content;
-  copyFields(event, typeOf(event)->rules, content);
+  const Dictionary content = eventContent(event);
   applyStates(content, now, order);
   if (const auto* seconds = platform::find<std::int64_t>(content, "eta_seconds")) {
     order.insert_or_assign("eta_at", dateText(now + std::chrono::seconds(*seconds)));

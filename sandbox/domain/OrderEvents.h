@@ -13,6 +13,10 @@ platform::Dictionary eventErrors(const platform::Dictionary& event);
 platform::Dictionary reopenings(const platform::Dictionary& event,
                                 const platform::Dictionary& order);
 
+/// What a sound event says of its order and of the customer's device: the fields that its type
+/// knows.
+platform::Dictionary eventContent(const platform::Dictionary& event);
+
 /// Applies a sound event to the order that it reports on: states, arrival estimate and rating move
 /// into `order`; position, permission and beacons into `device`, what is last known of the
 /// customer's device.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <string>
 #include <utility>
 
@@ -34,6 +35,8 @@ constexpr std::array<FieldRule, 7> kClaimRules = {{{"customer_phone", checkText}
                                                    {"customer_name", checkText},
                                                    {"push_token", checkText},
                                                    {"pickup_type", checkText}}};
+
+constexpr std::array<FieldRule, 1> kEstimateRules = {{{"eta_seconds", checkSeconds, true}}};
 
 /// An order's keys that are filled from the customer's when the app leaves them out.
 constexpr std::array<std::pair<std::string_view, std::string_view>, 5> kInherited = {
@@ -80,6 +83,19 @@ void inherit(const World& world, std::string_view token, Dictionary& order) {
   }
 }
 
+/// Has it told what has become of the order.
+void noteEvent(World& world, const Dictionary& order, platform::Date now, std::string_view by,
+               std::string_view event, Dictionary content = {}) {
+  content.insert_or_assign("order_id", order.find("id")->second);
+  content.insert_or_assign("time", dateText(now));
+  content.insert_or_assign("by", by);
+  content.insert_or_assign("event", event);
+  for (const char* key : {"state", "customer_state"}) {
+    content.insert_or_assign(key, order.find(key)->second);
+  }
+  world.news.push_back(std::move(content));
+}
+
 /// Adds the order that the request describes; an empty `owner` leaves it to be claimed.
 Outcome placeOrder(World& world, const Dictionary& info, std::string_view owner,
                    platform::Date now) {
@@ -91,7 +107,9 @@ Outcome placeOrder(World& world, const Dictionary& info, std::string_view owner,
     inherit(world, owner, order);
   }
   if (auto refused = restoreOrder(world, std::move(order), now)) return *std::move(refused);
-  return shownOrder(world, world.orders.rbegin()->second);
+  const Dictionary& placed = world.orders.rbegin()->second;
+  noteEvent(world, placed, now, owner.empty() ? "merchant" : "customer", "created");
+  return shownOrder(world, placed);
 }
 
 /// The order of that code, to be changed if the world may be; null when there is none.
@@ -153,6 +171,7 @@ Outcome claimOrder(World& world, std::string_view token, std::string_view redemp
   copyFields(info, kClaimRules, order);
   inherit(world, token, order);
   order.insert_or_assign("updated_at", dateText(now));
+  noteEvent(world, order, now, "customer", isNobodys ? "claimed" : "updated");
   return shownOrder(world, order);
 }
 
@@ -171,7 +190,13 @@ Outcome addEvent(World& world, std::string_view token, const Dictionary& event,
   applyEvent(event, now, order, device);
   order.insert_or_assign("device", std::move(device));
   order.insert_or_assign("updated_at", dateText(now));
+  noteEvent(world, order, now, "customer", *platform::find<std::string>(event, "event_type"),
+            eventContent(event));
   return shownOrder(world, order);
+}
+
+Dictionary inspectedOrder(const World& world, std::int64_t id) {
+  return withSite(world, world.orders.find(id)->second);
 }
 
 List allOrders(const World& world) {
@@ -195,6 +220,22 @@ Outcome moveOrder(World& world, std::int64_t id, std::string_view state, platfor
   }
   order.insert_or_assign("state", std::string(state));
   order.insert_or_assign("updated_at", dateText(now));
+  noteEvent(world, order, now, "merchant", "state_change");
+  return shownOrder(world, order);
+}
+
+Outcome estimateArrival(World& world, std::int64_t id, const Dictionary& info, platform::Date now) {
+  const auto found = world.orders.find(id);
+  if (found == world.orders.end()) return unknownOrder();
+  if (auto refused = invalid(fieldErrors(info, kEstimateRules))) return *std::move(refused);
+  Dictionary& order = found->second;
+  if (!isOpen(order)) {
+    return refusal(Refusal::Kind::impossible, "state", fieldMessage("state", "is final"));
+  }
+  const std::chrono::seconds seconds(*platform::find<std::int64_t>(info, "eta_seconds"));
+  order.insert_or_assign("eta_at", dateText(now + seconds));
+  order.insert_or_assign("updated_at", dateText(now));
+  noteEvent(world, order, now, "merchant", "estimate", {{"eta_seconds", seconds.count()}});
   return shownOrder(world, order);
 }
 

@@ -33,6 +33,8 @@ Outcome findOrder(const World& world, std::string_view redemptionCode);
 
 // The merchant's side.
 
+/// The order as `allOrders` lists it; `id` must be of one that is kept.
+platform::Dictionary inspectedOrder(const World& world, std::int64_t id);
 /// All orders, oldest first, each with "customer_token" of its owner, when it has one, and
 /// "device": what is last known of the customer's device.
 platform::List allOrders(const World& world);
@@ -43,6 +45,9 @@ inline constexpr std::array<std::string_view, 4> kMerchantMoves = {"ready", "del
                                                                    "gone"};
 /// Moves an order to one of them.
 Outcome moveOrder(World& world, std::int64_t id, std::string_view state, platform::Date now);
+/// Sets the time at which the customer is expected, as "eta_seconds" of the record from now on.
+Outcome estimateArrival(World& world, std::int64_t id, const platform::Dictionary& info,
+                        platform::Date now);
 
 /// What a kept record must and may hold.
 std::span<const FieldRule> orderRules();

@@ -56,6 +56,12 @@ std::optional<std::string> PushMailbox::Listener::next(std::chrono::milliseconds
   return line_->pushes.front()->payload;
 }
 
+std::optional<std::string> PushMailbox::Listener::nextEvent(std::chrono::milliseconds patience) {
+  auto payload = next(patience);
+  if (payload) payload = "event: push\ndata: " + *payload + "\n\n";
+  return payload;
+}
+
 void PushMailbox::Listener::taken() {
   const std::lock_guard lock(line_->shared->mutex);
   line_->pushes.front()->isTaken = true;
@@ -84,17 +90,18 @@ std::shared_ptr<PushMailbox::Listener> PushMailbox::listen(std::string_view push
   return std::make_shared<Listener>(std::move(line));
 }
 
-void PushMailbox::send(std::string_view pushToken, std::string payload) {
+std::size_t PushMailbox::send(std::string_view pushToken, std::string payload) {
   const std::lock_guard lock(shared_->mutex);
   const auto push = std::make_shared<Push>(Push{.payload = std::move(payload)});
-  bool isHeard = false;
+  std::size_t listeners = 0;
   for (Listener::Line* line : shared_->lines) {
     if (line->pushToken != pushToken) continue;
     line->pushes.push_back(push);
-    isHeard = true;
+    ++listeners;
   }
-  if (!isHeard) shared_->waiting[std::string(pushToken)].push_back(push);
+  if (listeners == 0) shared_->waiting[std::string(pushToken)].push_back(push);
   shared_->changed.notify_all();
+  return listeners;
 }
 
 void PushMailbox::clear() {

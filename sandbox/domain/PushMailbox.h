@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <condition_variable>
+#include <cstddef>
 #include <deque>
 #include <map>
 #include <memory>
@@ -9,6 +10,8 @@
 #include <optional>
 #include <string>
 #include <string_view>
+
+#include "sandbox/domain/EventStream.h"
 
 namespace ovinta::sandbox {
 
@@ -18,22 +21,22 @@ class PushMailbox {
  public:
   /// One listener's own line of payloads. What nobody has taken when it goes is for another
   /// listener, or waits for the next.
-  class Listener {
+  class Listener : public EventStream {
     struct Line;
 
    public:
     explicit Listener(std::unique_ptr<Line> line);
-    ~Listener();
+    ~Listener() override;
 
     /// The first payload that is not yet `taken`, waiting that long for one; absent when none came
     /// or the mailbox has closed.
     std::optional<std::string> next(std::chrono::milliseconds patience);
 
-    /// Tells that the payload answered last has gone out.
-    void taken();
-
-    /// Whether the mailbox has closed, so that no payload will come any more.
-    bool isClosed() const;
+    std::string greeting() const override { return ": listening\n\n"; }
+    /// The same payload as an event.
+    std::optional<std::string> nextEvent(std::chrono::milliseconds patience) override;
+    void taken() override;
+    bool isClosed() const override;
 
    private:
     friend class PushMailbox;
@@ -46,8 +49,9 @@ class PushMailbox {
   /// A listener that gets the token's waiting payloads first, then each new one.
   std::shared_ptr<Listener> listen(std::string_view pushToken);
 
-  /// Gives the payload to all listeners of the token, or keeps it when there is none.
-  void send(std::string_view pushToken, std::string payload);
+  /// Gives the payload to all listeners of the token, or keeps it when there is none. Answers how
+  /// many listeners there are.
+  std::size_t send(std::string_view pushToken, std::string payload);
 
   /// Drops the payloads that nobody has listened for yet.
   void clear();

@@ -1,15 +1,23 @@
 #include "sandbox/domain/SandboxState.h"
 
+#include <utility>
+
 #include "sandbox/domain/Accounts.h"
 #include "sandbox/domain/Snapshot.h"
 
 namespace ovinta::sandbox {
 
-SandboxState::SandboxState(std::uint64_t seed, std::function<platform::Date()> now)
+SandboxState::SandboxState(std::uint64_t seed, std::function<platform::Date()> now,
+                           NewsHandler onNews)
     : seed_(seed),
       now_(std::move(now)),
+      onNews_(std::move(onNews)),
       world_{.generator = SeededGenerator(seed), .sites = builtInSites()},
       start_(world_) {}
+
+void SandboxState::tellNews() {
+  for (const platform::Dictionary& news : std::exchange(world_.news, {})) onNews_(world_, news);
+}
 
 bool SandboxState::hasCustomer(std::string_view token) const {
   const std::lock_guard lock(mutex_);

@@ -18,16 +18,24 @@ namespace ovinta::sandbox {
 /// the seed and the order of the actions.
 class SandboxState {
  public:
+  /// Told of what has become of an order, in that order, while no other action runs.
+  using NewsHandler = std::function<void(const World& world, const platform::Dictionary& news)>;
+
   /// `now` is called from the threads that call the other functions.
-  SandboxState(std::uint64_t seed, std::function<platform::Date()> now);
+  SandboxState(std::uint64_t seed, std::function<platform::Date()> now, NewsHandler onNews);
 
   /// Runs `action(World&, platform::Date now)` while no other action runs, and answers its result.
   template <class Action>
   auto act(Action action) {
     const platform::Date now = now_();
     const std::lock_guard lock(mutex_);
-    return action(world_, now);
+    auto result = action(world_, now);
+    tellNews();
+    return result;
   }
+
+  /// The time on the service's clock.
+  platform::Date now() const { return now_(); }
 
   bool hasCustomer(std::string_view token) const;
 
@@ -40,8 +48,11 @@ class SandboxState {
   void reset();
 
  private:
+  void tellNews();
+
   const std::uint64_t seed_;
   const std::function<platform::Date()> now_;
+  const NewsHandler onNews_;
   mutable std::mutex mutex_;
   World world_;
   World start_;

@@ -8,6 +8,9 @@ std::string SeededGenerator::text(std::size_t length, std::string_view alphabet)
   return text;
 }
 
+// As many bits as a double holds.
+double SeededGenerator::fraction() { return static_cast<double>(next() >> 11) * 0x1p-53; }
+
 // SplitMix64, a counter whose bits are well mixed: it is small, and gives the same numbers with
 // every standard library.
 std::uint64_t SeededGenerator::next() {

@@ -19,6 +19,9 @@ class SeededGenerator {
   /// The seed with which another generator continues where this one is.
   std::uint64_t state() const { return state_; }
 
+  /// A number from 0 to 1, which it does not reach.
+  double fraction();
+
  private:
   std::uint64_t next();
 

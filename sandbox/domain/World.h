@@ -26,6 +26,9 @@ struct World {
   /// The customers in the order in which they were created.
   std::vector<platform::Dictionary> customers = {};
   std::map<std::int64_t, platform::Dictionary> orders = {};
+  /// What has become of orders and was not told yet: the name of the event and its content, with
+  /// "order_id", "time", "by" whom, and both states after it.
+  std::vector<platform::Dictionary> news = {};
 
   // The indexes by which records are found, kept true by the rules of accounts and of orders.
 

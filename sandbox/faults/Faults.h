@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "platform/Value.h"
+#include "sandbox/domain/SeededGenerator.h"
 #include "sandbox/faults/FaultKind.h"
 #include "sandbox/http/WakeSignal.h"
 
@@ -26,11 +27,13 @@ struct Fault {
   std::shared_ptr<const WakeSignal> end;
 };
 
-/// Which endpoints misbehave, how, and how many times more. May be used from any thread.
+/// Which endpoints misbehave, how, and how often. May be used from any thread.
 class Faults {
  public:
-  /// `onSet` is called on the thread of each `set`, before that returns.
-  explicit Faults(std::function<void()> onSet) : onSet_(std::move(onSet)) {}
+  /// `onSet` is called on the thread of each `set`, before that returns; `onChange` likewise of all
+  /// that changes what is in force, or the count that is left. Chance follows from the seed.
+  Faults(std::uint64_t seed, std::function<void()> onSet, std::function<void()> onChange)
+      : onSet_(std::move(onSet)), onChange_(std::move(onChange)), chance_(seed) {}
 
   /// Has the endpoint misbehave in place of what it did before. `record` must be free of
   /// `faultErrors` and is listed as it is.
@@ -47,21 +50,36 @@ class Faults {
   /// left.
   platform::List list() const;
 
-  /// The fault for one request to the endpoint, which counts as one.
+  /// The fault for one request to the endpoint, which counts as one if it strikes.
   std::optional<Fault> take(const Route& endpoint);
 
  private:
+  struct Entry {
+    platform::Dictionary record;
+    /// The requests that have come since it was set.
+    std::int64_t requests = 0;
+  };
+
+  /// Whether the fault strikes the request that has come last.
+  bool strikes(const Entry& entry);
   /// Wakes the requests that a fault of the endpoint holds, which may outlast the fault's record.
   void wake(const Route& endpoint);
 
   const std::function<void()> onSet_;
+  const std::function<void()> onChange_;
   mutable std::mutex mutex_;
-  std::map<const Route*, platform::Dictionary> records_;
+  SeededGenerator chance_;
+  std::map<const Route*, Entry> entries_;
   std::map<const Route*, std::shared_ptr<WakeSignal>> ends_;
 };
 
 /// The complaints about a fault's record by field name, empty when it is sound: "fault" must name a
-/// kind, "count" is optional, and nothing else is allowed but the settings of the kind.
+/// kind, the settings for how often are optional, and nothing else is allowed but the settings of
+/// the kind.
 platform::Dictionary faultErrors(const platform::Dictionary& record);
+
+/// All that a fault's record can hold: the "kinds", each with its "settings", and those for how
+/// "often", each with "name", "type" and whether it is "required".
+platform::Dictionary faultCatalogue();
 
 }  // namespace ovinta::sandbox

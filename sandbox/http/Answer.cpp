@@ -33,6 +33,13 @@ Answer objectAnswer(const platform::Dictionary& object) {
 
 Answer dataAnswer(platform::Value value) { return {.body = enveloped("data", std::move(value))}; }
 
+Answer streamAnswer(std::shared_ptr<EventStream> events, std::shared_ptr<void> place) {
+  return {.contentType = "text/event-stream",
+          .headers = {{"Cache-Control", "no-store"}},
+          .events = std::move(events),
+          .place = std::move(place)};
+}
+
 Answer answerFor(Outcome outcome) {
   return outcome ? dataAnswer(*std::move(outcome)) : answerFor(outcome.error());
 }

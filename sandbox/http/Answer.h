@@ -8,7 +8,7 @@
 #include <string_view>
 
 #include "platform/Value.h"
-#include "sandbox/domain/PushMailbox.h"
+#include "sandbox/domain/EventStream.h"
 #include "sandbox/domain/Refusal.h"
 #include "sandbox/http/Delivery.h"
 #include "sandbox/http/WakeSignal.h"
@@ -21,8 +21,8 @@ struct Answer {
   std::string contentType = "application/json";
   std::string body = {};
   std::map<std::string, std::string> headers = {};
-  /// The pushes that are sent in place of a body, each as it comes.
-  std::shared_ptr<PushMailbox::Listener> pushes = nullptr;
+  /// The events that are sent in place of a body, each as it comes.
+  std::shared_ptr<EventStream> events = nullptr;
   /// The place of a request that waits, kept until the answer is through.
   std::shared_ptr<void> place = nullptr;
   /// Raised to end the wait of a client that gets no answer; null for all other answers.
@@ -41,6 +41,9 @@ Answer objectAnswer(const platform::Dictionary& object);
 
 /// An answer that holds {"data": value}.
 Answer dataAnswer(platform::Value value);
+
+/// An answer that holds the events as they come, and the place of who waits for them.
+Answer streamAnswer(std::shared_ptr<EventStream> events, std::shared_ptr<void> place);
 
 /// An answer that holds the record, or tells the refusal.
 Answer answerFor(Outcome outcome);

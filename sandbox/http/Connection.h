@@ -35,6 +35,11 @@ class Connection : public httplib::Stream {
   /// The connection that was attached to the request; null for none.
   static Connection* of(const httplib::Request& request);
 
+  /// The time since the whole request was there for an answer.
+  std::chrono::duration<double, std::milli> age() const {
+    return std::chrono::steady_clock::now() - since_;
+  }
+
   const RequestHead& head() const { return request_->head(); }
 
   /// Whether the client may go on with another request when it has the answer.
@@ -73,6 +78,7 @@ class Connection : public httplib::Stream {
   /// Waits until the client takes more; answers whether it does and has not hung up.
   bool awaitClient() const;
 
+  const std::chrono::steady_clock::time_point since_ = std::chrono::steady_clock::now();
   int socket_;
   const std::unique_ptr<IncomingRequest> request_;
   const std::chrono::milliseconds patience_;

@@ -17,23 +17,23 @@ namespace {
 /// How long a listener that has hung up can go unnoticed.
 constexpr std::chrono::milliseconds kListenerCheck{250};
 
-/// Sends the listener's pushes as server-sent events until either side ends.
-void streamPushes(Answer answer, httplib::Response& reply) {
+/// Sends the events until either side ends.
+void streamEvents(Answer answer, httplib::Response& reply) {
   reply.set_chunked_content_provider(
-      answer.contentType, [listener = std::move(answer.pushes), place = std::move(answer.place)](
+      answer.contentType, [events = std::move(answer.events), place = std::move(answer.place)](
                               std::size_t offset, httplib::DataSink& sink) {
         const auto send = [&](const std::string& text) {
           return sink.write(text.data(), text.size());
         };
-        if (offset == 0) return send(": listening\n\n");
-        const auto payload = listener->next(kListenerCheck);
+        if (offset == 0) return send(events->greeting());
+        const auto event = events->nextEvent(kListenerCheck);
         // Looked at after the wait: what a listener that has gone would get is for the next.
         if (!sink.is_writable()) return false;
-        if (payload) {
-          if (!send("event: push\ndata: " + *payload + "\n\n")) return false;
-          listener->taken();
+        if (event) {
+          if (!send(*event)) return false;
+          events->taken();
         }
-        if (listener->isClosed()) sink.done();
+        if (events->isClosed()) sink.done();
         return true;
       });
 }
@@ -96,8 +96,8 @@ void deliver(Answer answer, Connection& connection, httplib::Response& reply) {
   if (answer.status == 0) return sendNothing(answer, connection);
   reply.status = answer.status;
   for (const auto& [name, value] : answer.headers) reply.set_header(name, value);
-  if (answer.pushes || answer.delivery) connection.endWithAnswer();
-  if (answer.pushes) return streamPushes(std::move(answer), reply);
+  if (answer.events || answer.delivery) connection.endWithAnswer();
+  if (answer.events) return streamEvents(std::move(answer), reply);
   if (const auto delivery = answer.delivery) {
     return sendSpoilt(*delivery, std::move(answer), connection, reply);
   }

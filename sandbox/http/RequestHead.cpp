@@ -131,7 +131,8 @@ Answer headTooLong() {
 }
 
 bool isTesters(std::string_view path) {
-  return path == "/sandbox" || path.starts_with("/sandbox/");
+  // The root leads to the console.
+  return path == "/" || path == "/sandbox" || path.starts_with("/sandbox/");
 }
 
 }  // namespace ovinta::sandbox

@@ -26,6 +26,18 @@ Answer endpointUnknown() {
 
 Answer listFaults(const Call& call) { return dataAnswer(call.service.faults.list()); }
 
+Answer listFaultKinds(const Call&) {
+  platform::List endpoints;
+  for (const Route& route : routes()) {
+    if (route.access == Access::everyone) continue;
+    endpoints.emplace_back(
+        platform::Dictionary{{"method", route.method}, {"path", endpointPath(route)}});
+  }
+  platform::Dictionary catalogue = faultCatalogue();
+  catalogue.insert_or_assign("endpoints", std::move(endpoints));
+  return dataAnswer(std::move(catalogue));
+}
+
 Answer setFault(const Call& call) {
   const Route* endpoint = findEndpoint(call.parameters[0], call.parameters[1]);
   if (!endpoint) return endpointUnknown();

@@ -1,22 +1,11 @@
-#include <charconv>
-#include <cstdint>
+#include <utility>
 
-#include "platform/JSON.h"
-#include "sandbox/console/ConsolePage.h"
-#include "sandbox/domain/Accounts.h"
 #include "sandbox/domain/Orders.h"
 #include "sandbox/domain/WireForms.h"
 #include "sandbox/routes/Routes.h"
 
 namespace ovinta::sandbox {
 namespace {
-
-/// The number that the digits stand for; one that no order has when they are too many.
-std::int64_t orderID(const std::string& digits) {
-  std::int64_t id = -1;
-  std::from_chars(digits.data(), digits.data() + digits.size(), id);
-  return id;
-}
 
 /// What a push notification about the order carries: its identifier and states and, when it has
 /// one, the arrival estimate; texts only.
@@ -31,28 +20,45 @@ platform::Dictionary pushPayload(const platform::Dictionary& order) {
   return payload;
 }
 
-void push(const platform::Dictionary& order, Service& service) {
+void push(const platform::Dictionary& order, Service& service, platform::Date now) {
   const auto* pushToken = platform::find<std::string>(order, "push_token");
   if (!pushToken || pushToken->empty()) return;
-  service.pushes.send(*pushToken, platform::writeJSON(pushPayload(order)));
+  service.push(*pushToken, pushPayload(order), now);
 }
+
+/// Changes an order by `change(World&, platform::Date now)`, and tells its device.
+template <class Change>
+Answer changeOrder(const Call& call, Change change) {
+  Outcome outcome = call.service.state.act([&](World& world, platform::Date now) {
+    Outcome result = change(world, now);
+    // Sent within the action, so that pushes come in the order of the changes.
+    if (result) push(*result, call.service, now);
+    return result;
+  });
+  return answerFor(std::move(outcome));
+}
+
+Complaint checkPayload(const platform::Value& value) {
+  return value.as<platform::Dictionary>() ? std::nullopt : Complaint("must be a record");
+}
+
+constexpr std::array<FieldRule, 2> kPushRules = {
+    {{"push_token", checkFilledText, true}, {"payload", checkPayload, true}}};
 
 }  // namespace
-
-Answer showConsole(const Call& call) {
-  ConsoleView view = call.service.state.act([](const World& world, platform::Date) {
-    return ConsoleView{.orders = allOrders(world),
-                       .customers = inspectedCustomers(world),
-                       .requests = {},
-                       .sites = allSites(world.sites)};
-  });
-  view.requests = call.service.requests.list();
-  return {.contentType = "text/html; charset=utf-8", .body = consolePage(view)};
-}
 
 Answer listAllOrders(const Call& call) {
   return dataAnswer(
       call.service.state.act([](World& world, platform::Date) { return allOrders(world); }));
+}
+
+Answer listOrderEvents(const Call& call) {
+  platform::List events = call.service.orderEvents.list();
+  const platform::Value id = recordID(call.parameters[0]);
+  std::erase_if(events, [&](const platform::Value& event) {
+    return event.as<platform::Dictionary>()->find("order_id")->second != id;
+  });
+  return dataAnswer(std::move(events));
 }
 
 Answer offerOrder(const Call& call) {
@@ -61,22 +67,31 @@ Answer offerOrder(const Call& call) {
 }
 
 Answer moveOrder(const Call& call) {
-  Outcome outcome = call.service.state.act([&](World& world, platform::Date now) {
-    Outcome result = moveOrder(world, orderID(call.parameters[0]), call.parameters[1], now);
-    // Sent within the action, so that pushes come in the order of the moves.
-    if (result) push(*result, call.service);
-    return result;
+  return changeOrder(call, [&](World& world, platform::Date now) {
+    return moveOrder(world, recordID(call.parameters[0]), call.parameters[1], now);
   });
-  return answerFor(std::move(outcome));
+}
+
+Answer estimateArrival(const Call& call) {
+  return changeOrder(call, [&](World& world, platform::Date now) {
+    return estimateArrival(world, recordID(call.parameters[0]), call.data, now);
+  });
 }
 
 Answer listenForPushes(const Call& call) {
   auto place = call.service.waiting.take();
   if (!place) return tooManyWait();
-  return {.contentType = "text/event-stream",
-          .headers = {{"Cache-Control", "no-store"}},
-          .pushes = call.service.pushes.listen(call.parameters[0]),
-          .place = std::move(place)};
+  return streamAnswer(call.service.pushes.listen(call.parameters[0]), std::move(place));
+}
+
+Answer listPushes(const Call& call) { return dataAnswer(call.service.sentPushes.list()); }
+
+Answer sendPush(const Call& call) {
+  if (const auto refused = invalid(fieldErrors(call.data, kPushRules))) return answerFor(*refused);
+  Service& service = call.service;
+  return dataAnswer(service.push(*platform::find<std::string>(call.data, "push_token"),
+                                 *platform::find<platform::Dictionary>(call.data, "payload"),
+                                 service.state.now()));
 }
 
 }  // namespace ovinta::sandbox

@@ -99,6 +99,11 @@ platform::List headerList(const ReceivedRequest& request) {
   return list;
 }
 
+platform::Dictionary summary(platform::Dictionary entry) {
+  for (const char* key : {"headers", "body", "answer"}) entry.erase(key);
+  return entry;
+}
+
 }  // namespace
 
 void RequestLog::add(const ReceivedRequest& request) {
@@ -108,20 +113,18 @@ void RequestLog::add(const ReceivedRequest& request) {
       {"headers", headerList(request)},
       {"body", writable(masked(std::string_view(request.body).substr(0, kLongestText)))},
       {"status", request.status},
+      {"time", request.time},
+      {"duration_ms", request.milliseconds},
       {"answer", writable(request.answerBody)}};
-  const std::lock_guard lock(mutex_);
-  if (requests_.size() == kMostKept) requests_.pop_front();
-  requests_.push_back(std::move(entry));
+  platform::Dictionary told = summary(entry);
+  told.insert_or_assign("id", requests_.add(std::move(entry)));
+  onRequest_(told);
 }
 
-platform::List RequestLog::list() const {
-  const std::lock_guard lock(mutex_);
-  return {requests_.begin(), requests_.end()};
-}
-
-void RequestLog::clear() {
-  const std::lock_guard lock(mutex_);
-  requests_.clear();
+platform::List RequestLog::summaries() const {
+  platform::List list = requests_.list();
+  for (platform::Value& entry : list) entry = summary(*entry.as<platform::Dictionary>());
+  return list;
 }
 
 }  // namespace ovinta::sandbox

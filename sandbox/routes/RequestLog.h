@@ -1,13 +1,14 @@
 #pragma once
 
-#include <cstddef>
-#include <deque>
-#include <mutex>
+#include <cstdint>
+#include <functional>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "platform/Value.h"
+#include "sandbox/domain/Journal.h"
 
 namespace ovinta::sandbox {
 
@@ -22,25 +23,35 @@ struct ReceivedRequest {
   /// 0 for no answer.
   int status = 0;
   std::string answerBody = {};
+  /// When it was answered, as answers carry dates, and how long it was under way by then.
+  std::string time = {};
+  double milliseconds = 0;
 };
 
 /// The requests received last, in memory only. Everything is kept for testers to see, but the
 /// values of passwords, which are masked, and texts beyond 64 KiB. May be used from any thread.
 class RequestLog {
  public:
+  /// `onRequest` is told of the summary of each request that is added, on the thread that adds it.
+  explicit RequestLog(std::function<void(const platform::Dictionary& summary)> onRequest)
+      : onRequest_(std::move(onRequest)) {}
+
   void add(const ReceivedRequest& request);
 
-  /// Oldest first: method, path with query, headers, body, status and answer of each. Bytes that a
-  /// JSON text cannot hold show as "?".
-  platform::List list() const;
+  /// Oldest first: number, time, duration, method, path with query, headers, body, status and
+  /// answer of each. Bytes that a JSON text cannot hold show as "?".
+  platform::List list() const { return requests_.list(); }
+  /// The same without headers and texts.
+  platform::List summaries() const;
 
-  void clear();
+  /// The request of that number; absent when it is not kept.
+  std::optional<platform::Dictionary> find(std::int64_t id) const { return requests_.find(id); }
+
+  void clear() { requests_.clear(); }
 
  private:
-  static constexpr std::size_t kMostKept = 1000;
-
-  mutable std::mutex mutex_;
-  std::deque<platform::Dictionary> requests_;
+  const std::function<void(const platform::Dictionary& summary)> onRequest_;
+  Journal requests_{1000};
 };
 
 }  // namespace ovinta::sandbox

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <span>
 #include <string>
 #include <string_view>
@@ -47,6 +48,12 @@ struct Route {
   Answer (*handle)(const Call& call);
 };
 
+/// An endpoint as it is named to clients: the route's path with "ANY" for what it leaves open.
+std::string endpointPath(const Route& route);
+
+/// The number that the digits stand for; one that no record has when they are too many.
+std::int64_t recordID(const std::string& digits);
+
 /// All routes of the service.
 std::span<const Route> routes();
 
@@ -81,25 +88,38 @@ Answer showOrder(const Call& call);
 Answer claimOrder(const Call& call);
 Answer createEvent(const Call& call);
 
-// Merchant's side
+// The console
+Answer leadToConsole(const Call& call);
 Answer showConsole(const Call& call);
+Answer showConsoleFile(const Call& call);
+
+// Merchant's side
 Answer listAllOrders(const Call& call);
 Answer offerOrder(const Call& call);
+Answer listOrderEvents(const Call& call);
 Answer moveOrder(const Call& call);
+Answer estimateArrival(const Call& call);
 Answer listenForPushes(const Call& call);
+Answer listPushes(const Call& call);
+Answer sendPush(const Call& call);
 
 // Tester's side
+Answer watchAll(const Call& call);
 Answer listCustomers(const Call& call);
+Answer listAllSites(const Call& call);
 Answer listRequests(const Call& call);
+Answer showRequest(const Call& call);
 Answer clearRequests(const Call& call);
 Answer showSnapshot(const Call& call);
 Answer restoreSnapshot(const Call& call);
+Answer seedAll(const Call& call);
 Answer resetAll(const Call& call);
 Answer demandAppVersion(const Call& call);
 Answer admitAllAppVersions(const Call& call);
 
 // Faults
 Answer listFaults(const Call& call);
+Answer listFaultKinds(const Call& call);
 Answer setFault(const Call& call);
 Answer clearFault(const Call& call);
 Answer clearFaults(const Call& call);

@@ -9,6 +9,8 @@
 #include <utility>
 
 #include "platform/Date.h"
+#include "sandbox/domain/Feed.h"
+#include "sandbox/domain/Journal.h"
 #include "sandbox/domain/PushMailbox.h"
 #include "sandbox/domain/SandboxState.h"
 #include "sandbox/domain/WireForms.h"
@@ -22,14 +24,24 @@ namespace ovinta::sandbox {
 class Service {
  public:
   /// `onFault` is told of each fault that is set, as by `Faults`.
-  Service(std::uint64_t seed, std::function<platform::Date()> now, std::function<void()> onFault)
-      : state(seed, std::move(now)), faults(std::move(onFault)) {}
+  Service(std::uint64_t seed, std::function<platform::Date()> now, std::function<void()> onFault);
 
+  /// Tells what happens here: "request" with its summary, "order" with {"order", "event"}, "push"
+  /// with its record, "faults" when those in force have changed, and "reload".
+  Feed feed;
   SandboxState state;
   PushMailbox pushes;
   RequestLog requests;
   Faults faults;
   WaitingPlaces waiting;
+  /// What has become of orders, as `World::news` tells it.
+  Journal orderEvents{5000};
+  /// The pushes that were sent: "time", "push_token", "payload" and the number of "listeners".
+  Journal sentPushes{1000};
+
+  /// Sends a push.
+  platform::Dictionary push(const std::string& pushToken, const platform::Dictionary& payload,
+                            platform::Date now);
 
   /// Apps older than this version are told to upgrade; an empty text admits all.
   void setMinimumAppVersion(std::string version) {
@@ -44,15 +56,13 @@ class Service {
     startMinimumAppVersion_ = minimumAppVersion_;
   }
 
-  /// Brings back the start, and forgets faults, pushes that wait and requests that came.
-  void reset() {
-    state.reset();
-    pushes.clear();
-    requests.clear();
-    faults.clear();
-    const std::lock_guard lock(mutex_);
-    minimumAppVersion_ = startMinimumAppVersion_;
-  }
+  /// Brings back the start, and forgets faults, pushes and requests that came.
+  void reset();
+
+  /// Puts what the snapshot holds in place of all that is known, and forgets pushes, which may tell
+  /// of orders that it does not hold. Answers why not, having changed nothing, when it is not
+  /// valid.
+  [[nodiscard]] std::optional<Refusal> restore(const platform::Dictionary& snapshot);
 
   bool admitsAppVersion(std::string_view version) const {
     const std::lock_guard lock(mutex_);
@@ -60,6 +70,8 @@ class Service {
   }
 
  private:
+  void forgetHistory();
+
   mutable std::mutex mutex_;
   std::string minimumAppVersion_;
   std::string startMinimumAppVersion_;

@@ -9,10 +9,31 @@ Answer listCustomers(const Call& call) {
       [](const World& world, platform::Date) { return inspectedCustomers(world); }));
 }
 
-Answer listRequests(const Call& call) { return dataAnswer(call.service.requests.list()); }
+Answer listAllSites(const Call& call) {
+  return dataAnswer(call.service.state.act(
+      [](const World& world, platform::Date) { return allSites(world.sites); }));
+}
+
+Answer watchAll(const Call& call) {
+  auto place = call.service.waiting.take();
+  if (!place) return tooManyWait();
+  return streamAnswer(call.service.feed.listen(), std::move(place));
+}
+
+Answer listRequests(const Call& call) {
+  const RequestLog& requests = call.service.requests;
+  return dataAnswer(call.query.contains("summary") ? requests.summaries() : requests.list());
+}
+
+Answer showRequest(const Call& call) {
+  auto request = call.service.requests.find(recordID(call.parameters[0]));
+  if (!request) return answerFor(refusal(Refusal::Kind::unknown, "id", "Id is of no request"));
+  return dataAnswer(*std::move(request));
+}
 
 Answer clearRequests(const Call& call) {
   call.service.requests.clear();
+  call.service.feed.tell("reload");
   return dataAnswer(platform::Dictionary{});
 }
 
@@ -22,11 +43,14 @@ Answer showSnapshot(const Call& call) {
 }
 
 Answer restoreSnapshot(const Call& call) {
-  const auto refused = call.service.state.restore(call.data);
-  if (refused) return answerFor(*refused);
-  // The pushes that wait tell of orders that the snapshot may not hold.
-  call.service.pushes.clear();
-  return showSnapshot(call);
+  const auto refused = call.service.restore(call.data);
+  return refused ? answerFor(*refused) : showSnapshot(call);
+}
+
+Answer seedAll(const Call& call) {
+  Answer answer = restoreSnapshot(call);
+  if (answer.status == 200) call.service.state.keepAsStart();
+  return answer;
 }
 
 Answer resetAll(const Call& call) {

@@ -1,0 +1,80 @@
+// The map, with the customer of one order: the one that was chosen, or that has moved last.
+import {act, ask, byID, make, setOptions} from './dom.js';
+import {MetreMap, distance} from './map.js';
+
+const LONGEST_TRAIL = 1000;
+const placeOf = record => ({latitude: Number(record.latitude), longitude: Number(record.longitude), accuracy: record.accuracy});
+const metres = value => value < 1000 ? `${Math.round(value)} m` : `${(value / 1000).toFixed(2)} km`;
+
+export class TrackingPanel {
+  constructor() {
+    this.map = new MetreMap(byID('map'));
+    this.map.onFollow = follow => byID('map-follow').setAttribute('aria-pressed', follow);
+    act(byID('map-follow'), () => this.map.setFollow(!this.map.follow));
+    byID('map-order').addEventListener('change', () => {
+      this.isChosen = true;
+      this.select(Number(byID('map-order').value));
+    });
+  }
+
+  async setAll(orders, sites) {
+    this.orders = new Map(orders.map(order => [order.id, order]));
+    this.sites = sites.filter(site => site.latitude && site.longitude).map(
+        site => ({...placeOf(site), id: site.id, name: site.name, radius: site.geofence?.radius_meters}));
+    this.listOrders();
+    if (!this.orders.has(this.selected)) this.isChosen = false;
+    const latest = orders.reduce((one, other) => !one || other.updated_at > one.updated_at ? other : one, undefined);
+    await this.select(this.isChosen ? this.selected : latest?.id);
+  }
+
+  listOrders() {
+    setOptions(byID('map-order'), [...this.orders.values()].map(order => [order.id, `${order.id} ${order.display_name}`]));
+    if (this.selected) byID('map-order').value = this.selected;
+  }
+
+  async select(id) {
+    this.selected = id;
+    this.trail = [];
+    const order = this.orders.get(id), site = this.sites.find(one => one.id === order?.site_id) ?? this.sites[0];
+    this.site = site;
+    if (site) this.map.setSites(site, this.sites);
+    if (order) {
+      byID('map-order').value = id;
+      const events = await ask('GET', `/sandbox/orders/${id}/events`);
+      if (this.selected !== id) return;
+      this.trail = events.filter(event => event.latitude !== undefined).map(placeOf);
+    }
+    this.show();
+  }
+
+  async update(order, event) {
+    const isNew = !this.orders.has(order.id);
+    this.orders.set(order.id, order);
+    if (isNew) this.listOrders();
+    if (order.id !== this.selected) {
+      if (!this.isChosen) await this.select(order.id);
+      return;
+    }
+    if (event.latitude !== undefined) this.trail.push(placeOf(event));
+    if (this.trail.length > LONGEST_TRAIL) this.trail.shift();
+    this.show();
+  }
+
+  show() {
+    const order = this.orders.get(this.selected), device = order?.device ?? {}, facts = [];
+    const last = this.trail.at(-1) ?? (device.latitude === undefined ? undefined : placeOf(device));
+    const beacons = device.beacons ?? [];
+    if (order) facts.push(['Order', `${order.state}, customer ${order.customer_state}`]);
+    if (this.site) facts.push(['Site', `${this.site.name}${this.site.radius ? `, geofence ${metres(this.site.radius)}` : ''}`]);
+    if (last && this.site) {
+      facts.push(['Position', `${last.latitude.toFixed(5)}, ${last.longitude.toFixed(5)}${last.accuracy > 0 ? ` ± ${metres(last.accuracy)}` : ''}`],
+                 ['Distance', metres(distance(last, this.site))]);
+    }
+    for (const {uuid, major, minor, rssi, distance: away} of beacons) {
+      facts.push(['Beacon', `${uuid} ${major}/${minor}: ${rssi} dBm, ${metres(away)}`]);
+    }
+    byID('map-facts').replaceChildren(...facts.flatMap(
+        ([name, text]) => [make('dt', {textContent: name}), make('dd', {textContent: text})]));
+    if (this.site) this.map.setDevice(this.trail.length ? this.trail : last ? [last] : [], beacons);
+  }
+}
