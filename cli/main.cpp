@@ -42,6 +42,7 @@ void addCommands(CLI::App& app, int& exitCode) {
   addDemoCommand(app, exitCode);
   addReplayCommand(app, exitCode);
   addSandboxCommand(app, exitCode);
+  addMerchantCommands(app, exitCode);
   addManualCommands(app);
   // The commands have taken over what was said before.
   app.footer(footer() + "\n\nThe common options of a command may stand before it, too.");
