@@ -59,7 +59,8 @@ CLI::Option* addPositionSourceOption(CLI::App& command, platform::linuxos::Posit
 }
 
 std::string isBaseURL(const std::string& text) {
-  const auto urls = valueServices().urls;
+  // The variable is checked once for each command that there is.
+  static const auto urls = valueServices().urls;
   for (const std::string scheme : {"http://", "https://"}) {
     const bool hasHost = text.starts_with(scheme) && text.size() > scheme.size() &&
                          std::string_view("/?#:@").find(text[scheme.size()]) == std::string::npos;

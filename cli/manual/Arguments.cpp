@@ -53,10 +53,6 @@ std::string optionName(const std::string& argument) {
 }
 
 Arguments inOrder(const CLI::App& root, const Arguments& arguments) {
-  if (!arguments.empty() && arguments.front() == kHelpCommand &&
-      std::ranges::none_of(arguments, isOption)) {
-    return asHelp(root, {arguments.begin() + 1, arguments.end()});
-  }
   Arguments ordered, moved;
   const CLI::App* command = &root;
   std::size_t i = 0;
@@ -75,6 +71,10 @@ Arguments inOrder(const CLI::App& root, const Arguments& arguments) {
     const std::size_t count = length(*option, arguments, i);
     append(own ? ordered : moved, arguments, i, count);
     i += count;
+  }
+  if (ordered == Arguments{kHelpCommand}) {
+    const Arguments words(arguments.begin() + static_cast<std::ptrdiff_t>(i), arguments.end());
+    if (std::ranges::none_of(words, isOption)) return asHelp(root, words);
   }
   if (command->get_require_subcommand_min() == 0) append(ordered, moved, 0, moved.size());
   append(ordered, arguments, i, arguments.size() - i);
