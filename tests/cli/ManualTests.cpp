@@ -54,8 +54,8 @@ TEST(Manual, namesEveryCommand) {
 
 TEST(Manual, hasZshAndFishCompleteThem) {
   const std::string zsh =
-      "compdef() { }; source <($ovinta completion zsh); _describe() { print -l ${(P)2} }"
-      "; compadd() { shift; print -l $* }; _files() { print files $* }; compset() { }"
+      "compdef() { }; source <($ovinta completion zsh); _describe() { print -rl -- ${(P)2} }"
+      "; compadd() { shift; print -rl -- $* }; _files() { print files $* }; compset() { }"
       "; PREFIX=${words[-1]} CURRENT=${#words}; _ovinta";
   const std::tuple<std::string, std::string, std::string> cases[] = {
       {"''", "orders:The customer", "ord"},
