@@ -21,8 +21,8 @@ const CLI::App& lastNamed(const CLI::App& app) {
   return commands.empty() ? app : lastNamed(*commands.back());
 }
 
-/// Whether words stand where a command has to be named.
-bool lacksCommand(const CLI::App& command) { return command.get_require_subcommand_min() > 0; }
+/// Whether words stand where a command is to be named.
+bool lacksCommand(const CLI::App& command) { return !visibleCommands(command).empty(); }
 
 /// The arguments that nobody takes, without what may be a secret: the values of options, whatever
 /// they look like, and all words but the one that stands for a command.

@@ -26,6 +26,7 @@ TEST(Manners, suggestWhatMayHaveBeenMeant) {
       {"customer login --email a@b.c --passwrod hunter2", 2, "Did you mean \"--password\"?\n"},
       {"orders event 1 --customer-state arived", 2, "Did you mean \"arrived\"?\n"},
       {"sandbox faults add GET /m/v1/orders emptybody", 2, "Did you mean \"empty_body\"?\n"},
+      {"sandbox snapshto", 2, "Did you mean \"sandbox snapshot\"?\n"},
       {"help ordres", 2, "Did you mean \"orders\"?\n"},
       {"quux", 2, "not expected: quux\nRun with --help for more information.\n"},
   };
