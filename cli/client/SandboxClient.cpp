@@ -89,11 +89,11 @@ Value SandboxClient::ask(const std::string& method, const std::string& path,
                          const std::optional<Value>& record) {
   const std::string body = record ? platform::writeJSON(Dictionary{{"data", *record}}) : "";
   const auto answer = send(*client_, method, targetOf(path), body);
-  if (!answer) throw std::runtime_error("the sandbox cannot be reached");
+  if (!answer) throw std::runtime_error("the service cannot be reached");
   const auto content = platform::parseJSON(answer->body);
   const auto* fields = content ? content->as<Dictionary>() : nullptr;
   if (answer->status == 200 && fields && fields->contains("data")) return fields->at("data");
-  throw std::runtime_error("the sandbox answered " + std::to_string(answer->status) +
+  throw std::runtime_error("the service answered " + std::to_string(answer->status) +
                            complaintIn(answer->body));
 }
 
@@ -110,7 +110,7 @@ void SandboxClient::follow(const std::string& path, const std::function<void()>&
         reader.receive({data, length});
         return true;
       });
-  if (!isOpen) throw std::runtime_error("the sandbox has no stream " + targetOf(path));
+  if (!isOpen) throw std::runtime_error("the service has no stream " + targetOf(path));
 }
 
 void SandboxClient::stop() { client_->stop(); }

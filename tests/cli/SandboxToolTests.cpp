@@ -41,9 +41,9 @@ ovinta --json sandbox pushes | grep -o "\"push_token\":\"phone\"" | wc -l
             "Order 1001: the customer is expected in 5 min.\n"
             "Order 1001 is delayed.\n"
             "\"state\":\"ready\"\n"
-            "Command Failed: the sandbox answered 404: Order is unknown\nexit 1\n"
+            "Command Failed: the service answered 404: Order is unknown\nexit 1\n"
             "Order 1001 is cancelled.\n"
-            "Command Failed: the sandbox answered 409: S\n"
+            "Command Failed: the service answered 409: S\n"
             "ID    PARTNER ID  SITE  STATE    \n1001  P           42    cancelled\n"
             "An order waits to be claimed by the code\n"
             "4\n");
@@ -134,7 +134,7 @@ printf "GET /sandbox/sites HTTP/1.0\r\nHost: example.com\r\nAuthorization: Basic
 head -1 <&3
 )bash");
   for (const char* part :
-       {"401  GET /sandbox/orders  ", "Command Failed: the sandbox answered 401\n",
+       {"401  GET /sandbox/orders  ", "Command Failed: the service answered 401\n",
         "200  GET /sandbox/orders  ", "(none)\n", "HTTP/1.1 200 OK"}) {
     EXPECT_THAT(result.output, testing::HasSubstr(part));
   }
