@@ -3,16 +3,16 @@
 #include <exception>
 #include <iostream>
 #include <span>
-#include <sstream>
 #include <string>
-#include <vector>
+#include <utility>
 
 #include "OvintaSDK/OvintaSDK.h"
 #include "cli/client/ExitCode.h"
-#include "cli/client/HumanText.h"
 #include "cli/client/Output.h"
 #include "cli/commands/Commands.h"
 #include "cli/device/Interruption.h"
+#include "cli/manual/Arguments.h"
+#include "cli/manual/Explanation.h"
 #include "platform/JSON.h"
 
 namespace ovinta::cli {
@@ -42,7 +42,10 @@ void addCommands(CLI::App& app, int& exitCode) {
   addDemoCommand(app, exitCode);
   addReplayCommand(app, exitCode);
   addSandboxCommand(app, exitCode);
+  addMerchantCommands(app, exitCode);
   addManualCommands(app);
+  // The commands have taken over what was said before.
+  app.footer(footer() + "\n\nThe common options of a command may stand before it, too.");
 }
 
 /// JSON, in which everything comes and goes, has no place for other bytes.
@@ -56,66 +59,17 @@ void refuseOtherThanUTF8(std::span<char*> arguments) {
   }
 }
 
-bool isOption(const std::string& argument) {
-  return argument.size() > 1 && argument.starts_with('-');
-}
-
-/// Whether words stand where a command has to be named.
-bool lacksCommand(const CLI::App& app) {
-  const auto commands = app.get_subcommands();
-  return commands.empty() ? app.get_require_subcommand_min() > 0 : lacksCommand(*commands.back());
-}
-
-/// The name of an option without the value that may be part of it.
-std::string optionName(const std::string& argument) {
-  return argument.substr(0, argument.starts_with("--") ? argument.find('=') : 2);
-}
-
-/// The arguments that nobody takes, without what may be a secret: the values of options, whatever
-/// they look like, and all words but the one that stands for a command.
-std::vector<std::string> showable(std::vector<std::string> unknown, bool isCommandMissing) {
-  bool isValue = false;
-  for (std::string& argument : unknown) {
-    const bool isCommand = isCommandMissing && &argument == &unknown.front();
-    // The mark `--` makes words of all that follow.
-    if (!isValue && isOption(argument)) {
-      isValue = argument.find('=') == std::string::npos;
-      argument = optionName(argument);
-    } else if (!isCommand || isOption(argument)) {
-      isValue = argument == "--";
-      argument = "(not shown)";
-    }
-  }
-  // The parser tells them from the last to the first.
-  std::ranges::reverse(unknown);
-  return unknown;
-}
-
-/// Prints what is wrong with the usage, or what was asked for instead of a command.
-ExitCode explain(const CLI::App& app, const CLI::ParseError& error) {
-  const auto unknown = app.remaining(true);
-  const auto code = static_cast<CLI::ExitCodes>(error.get_exit_code());
-  const bool isMissing = code == CLI::ExitCodes::RequiredError;
-  // A word that nobody knows is the cause of what is missing, and what follows an option that
-  // nobody knows was meant to be its value, wherever it is found to be wrong.
-  const bool isCause =
-      code != CLI::ExitCodes::Success && !unknown.empty() &&
-      (isMissing || code == CLI::ExitCodes::ExtrasError || std::ranges::any_of(unknown, isOption));
-  std::ostringstream complaint;
-  const bool isHelp =
-      app.exit(isCause ? CLI::ExtrasError(showable(unknown, lacksCommand(app))) : error, std::cout,
-               complaint) == 0;
-  std::cerr << visibleText(complaint.str(), true);
-  return isHelp ? ExitCode::success : ExitCode::wrongUsage;
-}
-
 int run(int argc, char** argv) {
   CLI::App app("Pickup of orders, from the shell", "ovinta");
   int exitCode = 0;
   addCommands(app, exitCode);
   try {
-    refuseOtherThanUTF8(std::span(argv, static_cast<std::size_t>(argc)));
-    app.parse(argc, argv);
+    const std::span words(argv, static_cast<std::size_t>(argc));
+    refuseOtherThanUTF8(words);
+    auto arguments = inOrder(app, {words.begin() + 1, words.end()});
+    // The parser takes them from the last to the first.
+    std::ranges::reverse(arguments);
+    app.parse(std::move(arguments));
   } catch (const CLI::ParseError& error) {
     return static_cast<int>(explain(app, error));
   } catch (const Interrupted& interruption) {

@@ -41,6 +41,10 @@ if(TARGET ovinta_command)
   install(TARGETS ovinta_command COMPONENT ovinta_tools)
   install(FILES ${PROJECT_BINARY_DIR}/cli/completions/ovinta
           DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT ovinta_tools)
+  install(FILES ${PROJECT_BINARY_DIR}/cli/completions/_ovinta
+          DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/vendor-completions COMPONENT ovinta_tools)
+  install(FILES ${PROJECT_BINARY_DIR}/cli/completions/ovinta.fish
+          DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d COMPONENT ovinta_tools)
   install(FILES ${PROJECT_BINARY_DIR}/cli/ovinta.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1
           COMPONENT ovinta_tools)
 endif()

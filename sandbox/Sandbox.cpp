@@ -21,7 +21,8 @@ Options completed(Options options) {
 }  // namespace
 
 Sandbox::Sandbox(Options options)
-    : seedFile_(options.seedFile),
+    : host_(options.host),
+      seedFile_(options.seedFile),
       server_(std::make_unique<Server>(completed(std::move(options)))) {}
 
 Sandbox::~Sandbox() { stop(); }
@@ -43,6 +44,10 @@ void Sandbox::stop() { server_->stop(); }
 
 int Sandbox::port() const { return server_->port(); }
 
-std::string Sandbox::baseURL() const { return "http://127.0.0.1:" + std::to_string(port()); }
+std::string Sandbox::baseURL() const {
+  // The address that stands for all of them is none to connect to.
+  const std::string host = host_ == "0.0.0.0" ? "127.0.0.1" : host_;
+  return "http://" + host + ":" + std::to_string(port());
+}
 
 }  // namespace ovinta::sandbox

@@ -12,7 +12,21 @@
 
 namespace ovinta::sandbox {
 
+/// A request that has its answer, in short.
+struct AnsweredRequest {
+  std::string method;
+  /// Path and query, as received.
+  std::string target;
+  /// 0 for no answer.
+  int status = 0;
+  /// How long it was under way.
+  std::chrono::duration<double, std::milli> duration{};
+};
+
 struct Options {
+  /// The IPv4 address to serve on, or "localhost". One that is not of this machine alone takes an
+  /// app token, which merchants and testers have to know then as well.
+  std::string host = "127.0.0.1";
   /// The TCP port to serve on; 0 for any that is free.
   int port = 0;
   /// Tokens and redemption codes follow from it.
@@ -26,6 +40,9 @@ struct Options {
   /// the time to pass; the request comes to nothing when the client goes or the service stops
   /// before.
   std::function<void(std::chrono::milliseconds)> pause = {};
+  /// Told of each request of apps, merchants and testers, on any thread, just before its answer is
+  /// sent; empty for nobody.
+  std::function<void(const AnsweredRequest&)> onRequest = {};
   /// How long a client may take for the head of a request; for the whole of it six times as long.
   /// For no longer a connection is kept for its client's next request.
   std::chrono::milliseconds patience{10'000};
@@ -38,7 +55,7 @@ struct Options {
   std::optional<std::string> minimumAppVersion = {};
 };
 
-/// The REST service on one's own machine: serves 127.0.0.1 over HTTP, keeps everything in memory.
+/// The REST service on one's own machine: serves HTTP, keeps everything in memory.
 /// The object itself is for one thread at a time; the service answers on threads of its own.
 class Sandbox {
  public:
@@ -69,6 +86,7 @@ class Sandbox {
 
  private:
   class Server;
+  const std::string host_;
   const std::optional<std::string> seedFile_;
   std::unique_ptr<Server> server_;
 };

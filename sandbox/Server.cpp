@@ -9,6 +9,7 @@
 #include "sandbox/domain/WireForms.h"
 #include "sandbox/http/Connection.h"
 #include "sandbox/http/Delivery.h"
+#include "sandbox/http/ForeignRequests.h"
 #include "sandbox/http/RequestBody.h"
 
 namespace ovinta::sandbox {
@@ -17,6 +18,10 @@ namespace {
 /// How long those that listen for pushes, and those that take the end of an answer, may take to go
 /// at the end.
 constexpr std::chrono::seconds kFarewell{1};
+
+/// By this name merchants and testers present the token where they can be anybody.
+constexpr const char* kTester = "sandbox";
+constexpr const char* kChallenge = "Basic realm=\"user sandbox, password: the app token\"";
 
 /// The answer to a request that the HTTP library refuses with that status.
 Answer explained(int status) {
@@ -43,9 +48,13 @@ std::string customerToken(const std::string& authorization) {
 }  // namespace
 
 Sandbox::Server::Server(const Options& options)
-    : appToken_(options.appToken),
+    : host_(options.host),
+      onRequest_(options.onRequest),
+      appToken_(options.appToken),
       pause_(options.pause),
-      limits_{.patience = options.patience, .memory = options.memory},
+      limits_{.patience = options.patience,
+              .memory = options.memory,
+              .isPublic = !isLoopbackName(options.host)},
       wantedPort_(options.port),
       service_(options.seed, options.now, [this] { http_.dropKept(); }) {
   service_.setMinimumAppVersion(options.minimumAppVersion.value_or(std::string()));
@@ -54,12 +63,15 @@ Sandbox::Server::Server(const Options& options)
 }
 
 std::optional<std::string> Sandbox::Server::start() {
+  if (limits_.isPublic && appToken_.value_or("").empty()) {
+    return "An address that is not of this machine alone takes an app token";
+  }
   const auto port = http_.start(
-      wantedPort_, limits_,
+      host_, wantedPort_, limits_,
       [this](const RequestHead& head, const Answer& answer) { logRefused(head, answer); },
       [this] { return !service_.faults.areInForce(); });
   if (!port) {
-    return "Port " + std::to_string(wantedPort_) + " on 127.0.0.1 is taken or not allowed";
+    return "Port " + std::to_string(wantedPort_) + " on " + host_ + " is taken or not allowed";
   }
   port_ = *port;
   http_.open();
@@ -101,7 +113,9 @@ void Sandbox::Server::addFallbacks() {
 }
 
 void Sandbox::Server::logRefused(const RequestHead& head, const Answer& answer) {
-  if (head.method.empty() || isTesters(head.target)) return;
+  if (head.method.empty()) return;
+  tell(head.method, head.target, answer.status, {});
+  if (isTesters(head.target)) return;
   service_.requests.add({.method = head.method,
                          .target = head.target,
                          .headers = head.fields,
@@ -176,7 +190,10 @@ Answer Sandbox::Server::answer(const Route& route, const httplib::Request& reque
 
 std::optional<Answer> Sandbox::Server::rejection(Access access, const httplib::Request& request,
                                                  const std::string& token) const {
-  if (access == Access::everyone) return std::nullopt;
+  if (access == Access::everyone) {
+    if (!limits_.isPublic || isFromTester(request)) return std::nullopt;
+    return Answer{.status = 401, .headers = {{"WWW-Authenticate", kChallenge}}};
+  }
   if (!service_.admitsAppVersion(request.get_header_value("App-Version"))) {
     return upgradeAnswer();
   }
@@ -189,9 +206,26 @@ std::optional<Answer> Sandbox::Server::rejection(Access access, const httplib::R
   return std::nullopt;
 }
 
+bool Sandbox::Server::isFromTester(const httplib::Request& request) const {
+  // Browsers ask their user for it, and send it with all that a page asks for.
+  const auto basic = httplib::make_basic_authentication_header(kTester, *appToken_);
+  return request.get_header_value("App-Token") == *appToken_ ||
+         request.get_header_value("Authorization") == basic.second;
+}
+
+void Sandbox::Server::tell(std::string method, std::string target, int status,
+                           std::chrono::duration<double, std::milli> duration) const {
+  if (!onRequest_) return;
+  onRequest_({.method = std::move(method),
+              .target = std::move(target),
+              .status = status,
+              .duration = duration});
+}
+
 void Sandbox::Server::finish(const httplib::Request& request, const std::string& body,
                              Answer answer, Reply& reply) {
   Connection& connection = *Connection::of(request);
+  tell(request.method, request.target, answer.status, connection.age());
   if (!isTesters(request.path)) {
     service_.requests.add({.method = request.method,
                            .target = request.target,

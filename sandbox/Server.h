@@ -50,6 +50,14 @@ class Sandbox::Server {
   void finish(const httplib::Request& request, const std::string& body, Answer answer,
               Reply& reply);
 
+  /// Tells of a request that has its answer.
+  void tell(std::string method, std::string target, int status,
+            std::chrono::duration<double, std::milli> duration) const;
+  /// Whether the request carries the token that others than apps need where they can be anybody.
+  bool isFromTester(const httplib::Request& request) const;
+
+  const std::string host_;
+  const std::function<void(const AnsweredRequest&)> onRequest_;
   const std::optional<std::string> appToken_;
   const std::function<void(std::chrono::milliseconds)> pause_;
   const Reception::Limits limits_;

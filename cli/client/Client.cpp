@@ -25,12 +25,17 @@ Client::Client(const ClientOptions& options, bool simulatesLocation) : output_(o
   configureLibrary(options);
 }
 
+void Client::showProgress(std::string text) {
+  if (waiting_) waiting_->tell(std::move(text));
+}
+
 Outcome Client::await(const std::function<void(Report)>& start) {
   struct Shared {
     std::mutex mutex;
     Outcome outcome;
   };
   const auto shared = std::make_shared<Shared>();
+  waiting_ = std::make_unique<Waiting>("Waiting for the service");
   start([shared](std::optional<Result> result, ErrorPtr error) {
     const std::lock_guard lock(shared->mutex);
     Outcome& outcome = shared->outcome;
@@ -39,6 +44,7 @@ Outcome Client::await(const std::function<void(Report)>& start) {
     if (!outcome.error) outcome.error = std::move(error);
   });
   activity_->waitUntilIdle();
+  waiting_.reset();
   const std::lock_guard lock(shared->mutex);
   return shared->outcome;
 }

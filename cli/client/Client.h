@@ -10,6 +10,7 @@
 #include "cli/client/Activity.h"
 #include "cli/client/ClientOptions.h"
 #include "cli/client/Output.h"
+#include "cli/client/Waiting.h"
 
 namespace ovinta::cli {
 
@@ -44,6 +45,9 @@ class Client {
   /// Has `observer` called after each answer of the service, on the network's thread.
   void onAnswer(std::function<void()> observer) { *answered_ = std::move(observer); }
 
+  /// Tells on the terminal how far the operation under way has come. May be called from any thread.
+  void showProgress(std::string text);
+
   /// Runs an operation to its end, that of all work it has started included.
   Outcome await(const std::function<void(Report)>& start);
 
@@ -58,6 +62,8 @@ class Client {
 
  private:
   Output output_;
+  /// Null while no operation is under way.
+  std::unique_ptr<Waiting> waiting_;
   std::shared_ptr<Activity> activity_ = std::make_shared<Activity>();
   std::shared_ptr<std::function<void()>> answered_ = std::make_shared<std::function<void()>>();
 };

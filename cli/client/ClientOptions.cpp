@@ -8,32 +8,28 @@
 #include "cli/client/Secret.h"
 
 namespace ovinta::cli {
-namespace {
-
-constexpr const char* kGroup = "Common options";
-
-}  // namespace
-
 std::string isNotEmpty(const std::string& text) { return text.empty() ? "is empty" : ""; }
 
 void addServiceOptions(CLI::App& command, ClientOptions& options) {
   command.add_option("--base-url", options.baseURL, "The service's address; remembered")
       ->check(isBaseURL)
       ->type_name("URL")
-      ->group(kGroup);
+      ->envname(kBaseURLVariable)
+      ->group(kCommonOptions);
   addSecretOption(command, "--token", options.token, "The app's API token", "OVINTA_TOKEN")
       ->capture_default_str()
-      ->group(kGroup);
+      ->group(kCommonOptions);
   command.add_option("--app-version", options.appVersion, "The app's version")
       ->capture_default_str()
-      ->group(kGroup);
+      ->group(kCommonOptions);
   addOutputOptions(command, options);
 }
 
 void addOutputOptions(CLI::App& command, ClientOptions& options) {
-  command.add_flag("--json", options.json, "Print one JSON document per result")->group(kGroup);
+  command.add_flag("--json", options.json, "Print one JSON document per result")
+      ->group(kCommonOptions);
   command.add_flag("--verbose", options.verbose, "Show the library's log on standard error")
-      ->group(kGroup);
+      ->group(kCommonOptions);
 }
 
 void addClientOptions(CLI::App& command, ClientOptions& options) {
@@ -45,7 +41,8 @@ void addDataDirectoryOption(CLI::App& command, ClientOptions& options) {
   command.add_option("--data-dir", options.dataDirectory, "Where customer and orders are kept")
       ->check(isNotEmpty)
       ->type_name("DIR")
-      ->group(kGroup);
+      ->envname(kDataDirectoryVariable)
+      ->group(kCommonOptions);
 }
 
 CLI::Option* addPositionSourceOption(CLI::App& command, platform::linuxos::PositionSource& source) {
@@ -62,7 +59,8 @@ CLI::Option* addPositionSourceOption(CLI::App& command, platform::linuxos::Posit
 }
 
 std::string isBaseURL(const std::string& text) {
-  const auto urls = valueServices().urls;
+  // The variable is checked once for each command that there is.
+  static const auto urls = valueServices().urls;
   for (const std::string scheme : {"http://", "https://"}) {
     const bool hasHost = text.starts_with(scheme) && text.size() > scheme.size() &&
                          std::string_view("/?#:@").find(text[scheme.size()]) == std::string::npos;

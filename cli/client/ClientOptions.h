@@ -13,6 +13,13 @@ class Option;
 
 namespace ovinta::cli {
 
+/// The group of the options that many commands share. They may stand before the command, too.
+inline constexpr const char* kCommonOptions = "Common options";
+
+/// The environment variables that take the place of `--base-url` and `--data-dir`.
+inline constexpr const char* kBaseURLVariable = "OVINTA_BASE_URL";
+inline constexpr const char* kDataDirectoryVariable = "OVINTA_DATA_DIR";
+
 /// What every command that works as a client of the service understands.
 struct ClientOptions {
   /// Kept in the data directory for later calls.

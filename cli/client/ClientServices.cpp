@@ -10,6 +10,7 @@
 #include "OvintaSDK/OvintaSDK.h"
 #include "cli/client/HumanText.h"
 #include "cli/client/StoredOrders.h"
+#include "cli/client/UnreadableAnswers.h"
 #include "platform/simulation/RecordingLog.h"
 #include "platform/simulation/SimulatedBundle.h"
 
@@ -59,6 +60,7 @@ platform::Services valueServices() {
 platform::Services clientServices(const ClientOptions& options, platform::linuxos::Options system) {
   platform::Services services = systemServices(options, std::move(system));
   refuseUnwritable(orderStoreFile(services).parent_path());
+  services.urlSession = notingUnreadable(services.urlSession);
   services.mainBundle = std::make_shared<SimulatedBundle>(
       SimulatedBundle::Texts{{"CFBundleShortVersionString", options.appVersion}});
   return services;

@@ -1,10 +1,14 @@
 #include "cli/client/Output.h"
 
+#include <unistd.h>
+
+#include <algorithm>
 #include <iostream>
 #include <stdexcept>
 #include <string_view>
 
 #include "cli/client/HumanText.h"
+#include "cli/client/UnreadableAnswers.h"
 
 namespace ovinta::cli {
 namespace {
@@ -17,6 +21,9 @@ constexpr std::string_view kUnknownCustomer =
 /// What is known beyond title and description.
 Dictionary details(const OvintaError& error) {
   Dictionary fields;
+  if (dynamic_cast<const OvintaErrorInvalidResponse*>(&error)) {
+    if (const auto fault = lastUnreadableAnswer()) fields.emplace("reason", *fault);
+  }
   const auto* refusal = dynamic_cast<const OvintaAPIError*>(&error);
   if (!refusal) return fields;
   if (const auto status = refusal->statusCode()) {
@@ -34,6 +41,26 @@ Dictionary details(const OvintaError& error) {
   return fields;
 }
 
+std::string coloredLine(std::string_view line, std::span<const WordColor> colors) {
+  for (const auto& [word, color] : colors) {
+    if (line.starts_with(word)) {
+      return colored(word, color, STDOUT_FILENO).append(line.substr(word.size()));
+    }
+  }
+  return std::string(line);
+}
+
+/// The text with the words in colour that begin a line.
+std::string coloredLines(std::string_view text, std::span<const WordColor> colors) {
+  std::string lines;
+  while (!text.empty()) {
+    const std::size_t end = std::min(text.find('\n'), text.size() - 1) + 1;
+    lines += coloredLine(text.substr(0, end), colors);
+    text.remove_prefix(end);
+  }
+  return lines;
+}
+
 }  // namespace
 
 Result::Result(platform::Value json) : value(std::move(json)), text(humanText(value)) {}
@@ -41,7 +68,8 @@ Result::Result(platform::Value json) : value(std::move(json)), text(humanText(va
 void complain(std::string_view sentence) { std::cerr << visibleText(sentence, true) << "\n"; }
 
 void Output::print(const Result& result) const {
-  std::cout << (json_ ? visibleJSON(result.value) + "\n" : visibleText(result.text, true))
+  std::cout << (json_ ? visibleJSON(result.value) + "\n"
+                      : coloredLines(visibleText(result.text, true), result.colors))
             << std::flush;
 }
 
@@ -69,7 +97,9 @@ void Output::printError(Dictionary details, const std::string& title,
     details.emplace("description", description);
     std::cerr << visibleJSON(Dictionary{{"error", std::move(details)}}) << "\n";
   } else {
-    std::cerr << visibleText(title + ": " + description, true) << "\n" << humanText(details);
+    std::cerr << colored(visibleText(title + ":", true), Color::red, STDERR_FILENO)
+              << visibleText(" " + description, true) << "\n"
+              << humanText(details);
   }
 }
 

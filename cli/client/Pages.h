@@ -4,15 +4,13 @@
 #include <string>
 
 #include "cli/client/Client.h"
-#include "cli/client/Progress.h"
 
 namespace ovinta::cli {
 
 /// Like `Client::await`, for an operation that asks for page after page: shows how many have come.
 inline Outcome awaitPages(Client& client, const std::function<void(Client::Report)>& start) {
-  Progress progress;
-  client.onAnswer([&progress, pages = 0]() mutable {
-    progress.show("Pages so far: " + std::to_string(++pages));
+  client.onAnswer([&client, pages = 0]() mutable {
+    client.showProgress("Pages so far: " + std::to_string(++pages));
   });
   Outcome outcome = client.await(start);
   client.onAnswer({});

@@ -15,6 +15,7 @@ class Progress {
   Progress(const Progress&) = delete;
   Progress& operator=(const Progress&) = delete;
 
+  bool isOnTerminal() const { return isOnTerminal_; }
   /// Puts the text in place of the one before.
   void show(const std::string& text);
   /// Takes the line away, before something else is printed.

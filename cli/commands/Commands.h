@@ -4,6 +4,10 @@ namespace CLI {
 class App;
 }
 
+namespace ovinta::sandbox {
+struct Options;
+}
+
 namespace ovinta::cli {
 
 // Each function adds one sub-command, whose run sets the exit code of the process, an `ExitCode` or
@@ -14,6 +18,7 @@ void addConfigCommand(CLI::App& app, int& exitCode);
 void addCustomerCommands(CLI::App& app, int& exitCode);
 void addDemoCommand(CLI::App& app, int& exitCode);
 void addDoctorCommand(CLI::App& app, int& exitCode);
+void addMerchantCommands(CLI::App& app, int& exitCode);
 void addNotifyCommands(CLI::App& app, int& exitCode);
 void addOrderCommands(CLI::App& app, int& exitCode);
 void addPushCommand(CLI::App& app, int& exitCode);
@@ -25,8 +30,16 @@ void addTrackCommand(CLI::App& app, int& exitCode);
 /// Adds the commands of `ovinta orders` that make an order the customer's.
 void addOrderMakingCommands(CLI::App& group, int& exitCode);
 
-/// Adds what prints completion and manual page of all commands, which serves the build. `app` must
-/// outlive the parsing.
+/// Adds the command of `ovinta orders` that shows what becomes of them.
+void addWatchCommand(CLI::App& group, int& exitCode);
+
+/// Adds the commands of `ovinta sandbox` that speak to one that runs.
+void addSandboxToolCommands(CLI::App& group, int& exitCode);
+/// Adds the one that runs another command with a sandbox of its own, which `options` describe.
+void addSandboxExecCommand(CLI::App& group, const sandbox::Options& options, int& exitCode);
+
+/// Adds what prints help, completion and manual page of all commands. `app` must outlive the
+/// parsing.
 void addManualCommands(CLI::App& app);
 
 }  // namespace ovinta::cli

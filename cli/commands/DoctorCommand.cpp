@@ -1,5 +1,6 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <array>
 #include <memory>
 #include <optional>
 #include <string>
@@ -10,6 +11,7 @@
 #include "cli/client/HumanText.h"
 #include "cli/client/Output.h"
 #include "cli/client/Table.h"
+#include "cli/client/Waiting.h"
 #include "cli/commands/Commands.h"
 #include "platform/linux/Diagnosis.h"
 
@@ -42,6 +44,13 @@ Dictionary fieldsOf(const Finding& finding) {
   return fields;
 }
 
+constexpr auto kConditionColors = std::to_array<WordColor>({
+    {name(Condition::good), Color::green},
+    {name(Condition::limited), Color::yellow},
+    {name(Condition::missing), Color::red},
+    {name(Condition::unknown), Color::yellow},
+});
+
 /// A table with what to do beneath each row.
 Result resultOf(const std::vector<Finding>& findings) {
   platform::List rows;
@@ -55,16 +64,22 @@ Result resultOf(const std::vector<Finding>& findings) {
     const std::string& advice = findings[i].advice;
     if (!advice.empty()) text += "         " + visibleText(advice) + "\n";
   }
-  return {std::move(rows), std::move(text)};
+  return {std::move(rows), std::move(text), kConditionColors};
 }
 
-ExitCode examine(const DoctorOptions& options) {
+std::vector<Finding> diagnosis(const DoctorOptions& options) {
+  const Waiting waiting("Waiting for the system's services");
   std::vector<Finding> findings;
   platform::linuxos::diagnose(optionsFor(options), [&findings](const std::vector<Finding>& found) {
     findings = found;
     platform::linuxos::quitMainLoop();
   });
   platform::linuxos::runMainLoop();
+  return findings;
+}
+
+ExitCode examine(const DoctorOptions& options) {
+  const std::vector<Finding> findings = diagnosis(options);
   Output(options.client.json).print(resultOf(findings));
   const bool isFit = std::ranges::all_of(findings, [](const Finding& finding) {
     return finding.condition == Condition::good || finding.condition == Condition::limited;

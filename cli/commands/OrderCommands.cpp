@@ -146,6 +146,7 @@ void addOrderCommands(CLI::App& app, int& exitCode) {
   addReadingCommands(commands);
   addOrderMakingCommands(*group, exitCode);
   addEventCommands(commands);
+  addWatchCommand(*group, exitCode);
 }
 
 }  // namespace ovinta::cli

@@ -1,37 +1,14 @@
-#include <filesystem>
-#include <fstream>
-#include <iostream>
-#include <iterator>
-#include <stdexcept>
 #include <utility>
 
 #include "cli/client/ClientCommands.h"
+#include "cli/client/RecordFile.h"
 #include "cli/client/Records.h"
 #include "cli/commands/Commands.h"
-#include "platform/JSON.h"
 
 namespace ovinta::cli {
 namespace {
 
 constexpr std::string_view kSilence = "the orders could not be fetched for lack of an answer.";
-
-std::string readAll(const std::string& file) {
-  if (file == "-") return {std::istreambuf_iterator<char>(std::cin), {}};
-  std::ifstream stream(file, std::ios::binary);
-  if (!stream || std::filesystem::is_directory(file)) {
-    throw std::runtime_error("cannot read " + file);
-  }
-  return {std::istreambuf_iterator<char>(stream), {}};
-}
-
-/// Throws `std::runtime_error` for what is no payload.
-platform::Dictionary readPayload(const std::string& file) {
-  const auto value = platform::parseJSON(readAll(file));
-  if (!value) throw std::runtime_error("the payload is not JSON");
-  const auto* payload = value->as<platform::Dictionary>();
-  if (!payload) throw std::runtime_error("the payload is no JSON object");
-  return *payload;
-}
 
 /// Reports what the library tells its observers of, since a push has no callback of its own.
 auto observeOrders(const Client::Report& report) {
@@ -53,7 +30,7 @@ auto observeOrders(const Client::Report& report) {
 }
 
 ExitCode push(Client& client, const std::string& file) {
-  const platform::Dictionary payload = readPayload(file);
+  const platform::Dictionary payload = readRecordFile(file, "payload");
   // A running app has its orders; this process has to get them first.
   const Outcome fetched = client.await([](const Client::Report& report) {
     Ovinta::orders().fetch(

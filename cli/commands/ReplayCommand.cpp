@@ -9,6 +9,7 @@
 #include "cli/client/ClientServices.h"
 #include "cli/client/Output.h"
 #include "cli/client/ValueOf.h"
+#include "cli/client/Waiting.h"
 #include "cli/commands/Commands.h"
 #include "cli/device/Interruption.h"
 #include "cli/device/TripOptions.h"
@@ -31,11 +32,16 @@ replay::TripReplay tripReplay(const TripOptions& options) {
   return {valueOf(loadTrip(options)), options.pace, *valueServices().geodesy};
 }
 
+std::unique_ptr<replay::Rig> startedRig() {
+  const Waiting waiting("Waiting for GeoClue");
+  return valueOf(replay::Rig::start());
+}
+
 /// Returns the exit status of the command; without one it goes on until it is interrupted.
 int replayTrip(const ReplayOptions& options) {
   Interruption interruption;
   auto trip = tripReplay(options.trip);
-  const auto rig = valueOf(replay::Rig::start());
+  const auto rig = startedRig();
   std::optional<replay::ChildProcess> command;
   if (options.command.empty()) {
     std::cout << "export " << rig->variable() << std::endl;

@@ -1,12 +1,18 @@
 #include <pthread.h>
 #include <signal.h>
 
+#include <unistd.h>
+
 #include <CLI/CLI.hpp>
+#include <array>
+#include <cstdio>
 #include <iostream>
 #include <memory>
 #include <string>
 
+#include "cli/client/Color.h"
 #include "cli/client/ExitCode.h"
+#include "cli/client/HumanText.h"
 #include "cli/client/NumberOptions.h"
 #include "cli/client/Output.h"
 #include "cli/commands/Commands.h"
@@ -21,6 +27,15 @@ struct SandboxOptions {
   sandbox::Options service;
   std::string snapshotFile;
 };
+
+/// A line on standard error, all at once, so that those of several threads do not mix.
+void tellRequest(const sandbox::AnsweredRequest& request) {
+  std::array<char, 32> time{};
+  std::snprintf(time.data(), time.size(), "%.1f ms", request.duration.count());
+  const std::string status = request.status == 0 ? "---" : std::to_string(request.status);
+  std::cerr << colored(status, colorOf(request.status), STDERR_FILENO) + "  " + request.method +
+                   " " + visibleText(request.target) + "  " + time.data() + "\n";
+}
 
 ExitCode fail(const std::string& error) {
   complain("ovinta sandbox: " + error);
@@ -56,6 +71,15 @@ void addSandboxCommand(CLI::App& app, int& exitCode) {
   auto options = std::make_shared<SandboxOptions>();
   sandbox::Options* service = &options->service;
   CLI::App* command = app.add_subcommand("sandbox", "Serve the REST service on this machine");
+  command->add_flag_callback(
+      "--verbose", [service] { service->onRequest = tellRequest; },
+      "Tell of each request in a line on standard error");
+  command
+      ->add_option("--host", service->host,
+                   "Address to serve on; one that is not of this machine alone takes --app-token, "
+                   "which everybody has to know then")
+      ->type_name("ADDRESS")
+      ->capture_default_str();
   addNumber(*command, "--port", service->port, "Port on 127.0.0.1; 0 for any that is free")
       ->check(CLI::Range(0, 65535))
       ->capture_default_str();
@@ -78,7 +102,12 @@ void addSandboxCommand(CLI::App& app, int& exitCode) {
             return sandbox::isVersion(text) ? std::string() : text + " is no version";
           },
           "VERSION"));
-  command->callback([options, &exitCode] { exitCode = static_cast<int>(runSandbox(*options)); });
+  addSandboxToolCommands(*command, exitCode);
+  addSandboxExecCommand(*command, *service, exitCode);
+  command->callback([options, command, &exitCode] {
+    if (!command->get_subcommands().empty()) return;
+    exitCode = static_cast<int>(runSandbox(*options));
+  });
 }
 
 }  // namespace ovinta::cli

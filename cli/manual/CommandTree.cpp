@@ -1,6 +1,9 @@
 #include "cli/manual/CommandTree.h"
 
+#include <algorithm>
 #include <sstream>
+
+#include "cli/client/ClientOptions.h"
 
 namespace ovinta::cli {
 namespace {
@@ -25,6 +28,13 @@ std::vector<const CLI::App*> visibleCommands(const CLI::App& command) {
   });
 }
 
+const CLI::App* findCommand(const CLI::App& command, const std::string& name) {
+  for (const CLI::App* child : visibleCommands(command)) {
+    if (child->get_name() == name) return child;
+  }
+  return nullptr;
+}
+
 std::vector<const CLI::App*> optionGroups(const CLI::App& command) {
   return command.get_subcommands([](const CLI::App* child) { return child->get_name().empty(); });
 }
@@ -39,9 +49,48 @@ std::vector<const CLI::Option*> allOptions(const CLI::App& command) {
   return options;
 }
 
+std::vector<const CLI::Option*> commonOptions(const CLI::App& group) {
+  std::vector<const CLI::Option*> options;
+  forEachCommand(group, [&options](const Names&, const CLI::App& command) {
+    for (const CLI::Option* option : allOptions(command)) {
+      const auto isSame = [option](const CLI::Option* other) {
+        return other->get_name() == option->get_name();
+      };
+      const bool isCommon = option->get_group() == kCommonOptions;
+      if (isCommon && std::ranges::none_of(options, isSame)) options.push_back(option);
+    }
+  });
+  return options;
+}
+
 void forEachCommand(const CLI::App& root, const Visit& visit) {
   Names names;
   walk(root, names, visit);
+}
+
+void forEachPlace(const CLI::App& root, const Visit& visit) {
+  visit({}, root);
+  forEachCommand(root, visit);
+}
+
+std::vector<const CLI::Option*> offeredOptions(const CLI::App& command) {
+  auto options = allOptions(command);
+  for (const CLI::Option* option : commonOptions(command)) {
+    if (!command.get_option_no_throw(option->get_name())) options.push_back(option);
+  }
+  return options;
+}
+
+std::vector<Offer> offers(const CLI::App& command) {
+  std::vector<Offer> list;
+  for (const CLI::App* child : visibleCommands(command)) {
+    list.push_back({child->get_name(), child->get_description()});
+  }
+  for (const CLI::Option* option : offeredOptions(command)) {
+    const Names words = option->get_positional() ? choicesOf(*option) : namesOf(*option);
+    for (const std::string& word : words) list.push_back({word, option->get_description()});
+  }
+  return list;
 }
 
 Names namesOf(const CLI::Option& option) {

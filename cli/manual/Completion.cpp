@@ -1,6 +1,7 @@
 #include "cli/manual/Completion.h"
 
 #include "cli/manual/CommandTree.h"
+#include "cli/manual/CompletionCases.h"
 
 namespace ovinta::cli {
 namespace {
@@ -36,8 +37,6 @@ constexpr const char* kEnd = R"bash(      esac ;;
 complete -o default -F _ovinta ovinta
 )bash";
 
-std::string pathOf(const std::vector<std::string>& names) { return "/" + join(names, "/"); }
-
 /// What follows an option that takes a value.
 std::string valueCompletion(const CLI::Option& option) {
   const auto choices = choicesOf(option);
@@ -48,43 +47,22 @@ std::string valueCompletion(const CLI::Option& option) {
          (name == "FILE" ? "-f" : "-d") + " -- \"$current\"); return ;;";
 }
 
-std::string valueCases(const std::string& path, const CLI::App& command) {
-  std::string text;
-  for (const CLI::Option* option : allOptions(command)) {
-    if (!takesValue(*option) || namesOf(*option).empty()) continue;
-    std::vector<std::string> patterns;
-    for (const std::string& name : namesOf(*option)) {
-      patterns.push_back("\"" + path + " " + name + "\"");
-    }
-    text += "    " + join(patterns, " | ") + ") " + valueCompletion(*option) + "\n";
-  }
-  return text;
-}
-
-/// The sub-commands and options that may come next.
-std::string words(const CLI::App& command) {
-  std::vector<std::string> words;
-  for (const CLI::App* child : visibleCommands(command)) words.push_back(child->get_name());
-  for (const CLI::Option* option : allOptions(command)) {
-    for (const std::string& name : namesOf(*option)) words.push_back(name);
-  }
-  return join(words, " ");
-}
-
 std::string wordsCase(const std::string& path, const CLI::App& command) {
-  return "        \"" + path + "\") words=\"" + words(command) + "\" ;;\n";
+  std::vector<std::string> words;
+  for (const Offer& offer : offers(command)) words.push_back(offer.word);
+  return "        \"" + path + "\") words=\"" + join(words, " ") + "\" ;;\n";
 }
 
 }  // namespace
 
 std::string bashCompletion(const CLI::App& root) {
   std::vector<std::string> paths;
-  std::string values = valueCases("", root);
-  std::string nextWords = wordsCase("", root);
-  forEachCommand(root, [&](const auto& names, const CLI::App& command) {
+  std::string values;
+  std::string nextWords;
+  forEachPlace(root, [&](const auto& names, const CLI::App& command) {
     const std::string path = pathOf(names);
-    paths.push_back(path);
-    values += valueCases(path, command);
+    if (!names.empty()) paths.push_back(path);
+    values += valueCases(path, command, valueCompletion);
     nextWords += wordsCase(path, command);
   });
   return kBeginning + ("      " + join(paths, " | \\\n      ")) + ")\n" + kMiddle + values +

@@ -54,6 +54,7 @@ LiveTrack::LiveTrack(const ClientOptions& options, platform::linuxos::PositionSo
 
 ExitCode LiveTrack::run() {
   configureLibrary(options_);
+  pushes_.prepare(options_);
   fetchOrders();
   watch();
   platform::linuxos::runMainLoop();
@@ -82,6 +83,7 @@ void LiveTrack::finishFetch(const ErrorPtr& error) {
   } else {
     isFollowing_ = true;
     report_.begin();
+    pushes_.listen();
   }
 }
 

@@ -7,6 +7,7 @@
 #include "cli/client/ClientOptions.h"
 #include "cli/device/Interruption.h"
 #include "cli/track/LiveState.h"
+#include "cli/track/SandboxPushes.h"
 #include "cli/track/TrackReport.h"
 
 namespace ovinta::cli {
@@ -49,6 +50,7 @@ class LiveTrack {
   TrackReport report_;
   std::shared_ptr<ObservedURLSession> session_;
   std::shared_ptr<ObservedLocationServices> location_;
+  SandboxPushes pushes_{report_};
   /// The permission that was last told to the user; absent before the first line.
   std::optional<platform::AuthorizationStatus> permission_;
   /// Whether the permission was granted by an answer to this run.

@@ -47,8 +47,9 @@ ExitCode Track::run() {
 std::optional<ExitCode> Track::fetchOrders() {
   const Output output(options_.client.json);
   const auto end = std::make_shared<Guarded<std::optional<ErrorPtr>>>();
-  Ovinta::orders().fetch([end](const auto& /*orders*/, const ErrorPtr& error) { end->set(error); });
   report_.showProgress("Fetching the orders");
+  pushes_.prepare(options_.client);
+  Ovinta::orders().fetch([end](const auto& /*orders*/, const ErrorPtr& error) { end->set(error); });
   device_.time().waitUntil([&] { return end->get() || interruption_.happened(); }, kPatience);
   report_.hideProgress();
   interruption_.check();
@@ -106,6 +107,7 @@ void Track::takeArmedNotifications() {
 void Track::drive() {
   report_.begin();
   report_.add("trip", destinationText());
+  pushes_.listen();
   player_->start();
   int secondsAfter = 0;
   while (!openOrders().empty() && !interruption_.happened() && secondsAfter < kSecondsAfter) {

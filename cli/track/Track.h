@@ -7,6 +7,7 @@
 #include "cli/device/Interruption.h"
 #include "cli/device/TripDevice.h"
 #include "cli/device/TripOptions.h"
+#include "cli/track/SandboxPushes.h"
 #include "cli/track/TrackReport.h"
 #include "platform/simulation/trip/TripPlayer.h"
 
@@ -57,6 +58,7 @@ class Track {
   /// The order to whose site the trip leads that nobody has given; null when one was.
   OrderPtr destination_;
   std::optional<platform::simulation::TripPlayer> player_;
+  SandboxPushes pushes_{report_};
 };
 
 }  // namespace ovinta::cli

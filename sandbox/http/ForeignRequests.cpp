@@ -20,13 +20,6 @@ bool isPortOrNone(std::string_view text) {
                           }));
 }
 
-bool isLoopbackName(const std::string& name) {
-  in_addr address{};
-  const bool isAddress = ::inet_pton(AF_INET, name.c_str(), &address) == 1;
-  return isAddress ? ntohl(address.s_addr) >> 24U == 127
-                   : isSameIgnoringCase(name, "localhost") || isSameIgnoringCase(name, "[::1]");
-}
-
 /// Whether the host, with or without a port, names this machine. The port does not count: whoever
 /// forwards another one to the service still means the service.
 bool namesThisMachine(std::string_view host) {
@@ -38,9 +31,17 @@ bool namesThisMachine(std::string_view host) {
 
 }  // namespace
 
-std::optional<Answer> refuseForeign(const RequestHead& head) {
+bool isLoopbackName(const std::string& name) {
+  in_addr address{};
+  const bool isAddress = ::inet_pton(AF_INET, name.c_str(), &address) == 1;
+  return isAddress ? ntohl(address.s_addr) >> 24U == 127
+                   : isSameIgnoringCase(name, "localhost") || isSameIgnoringCase(name, "[::1]");
+}
+
+std::optional<Answer> refuseForeign(const RequestHead& head, bool isPublic) {
   const auto hosts = head.values("Host");
-  if (hosts.size() > 1 || (!hosts.empty() && !namesThisMachine(hosts.front()))) {
+  const bool isNamed = isPublic || hosts.empty() || namesThisMachine(hosts.front());
+  if (hosts.size() > 1 || !isNamed) {
     return errorAnswer(403, "host", "must name this machine, as 127.0.0.1 and localhost do");
   }
   const std::string own = "http://" + std::string(hosts.empty() ? "" : hosts.front());

@@ -1,5 +1,6 @@
 #include "sandbox/http/HTTPServer.h"
 
+#include <arpa/inet.h>
 #include <netinet/in.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -19,15 +20,16 @@ namespace {
 /// How many threads answer requests: some are left when all places to wait are taken.
 constexpr std::size_t kThreads = WaitingPlaces::kMost + 16;
 
-/// Listens on that port of 127.0.0.1; answers the port, absent when it is not to be had.
-std::optional<int> listenOn(int socket, int port) {
+/// Listens on that port of the address; answers the port, absent when it is not to be had.
+std::optional<int> listenOn(int socket, const std::string& host, int port) {
   const int on = 1;
   // Two services must not share a port unnoticed, but one may follow another at once.
   ::setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
   sockaddr_in address{};
   address.sin_family = AF_INET;
   address.sin_port = htons(static_cast<std::uint16_t>(port));
-  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  const char* const digits = host == "localhost" ? "127.0.0.1" : host.c_str();
+  if (::inet_pton(AF_INET, digits, &address.sin_addr) != 1) return std::nullopt;
   auto* const name = reinterpret_cast<sockaddr*>(&address);
   socklen_t size = sizeof address;
   if (::bind(socket, name, size) != 0 || ::listen(socket, SOMAXCONN) != 0 ||
@@ -41,11 +43,11 @@ std::optional<int> listenOn(int socket, int port) {
 
 HTTPServer::~HTTPServer() { stopAll({}); }
 
-std::optional<int> HTTPServer::start(int port, Reception::Limits limits,
+std::optional<int> HTTPServer::start(const std::string& host, int port, Reception::Limits limits,
                                      Reception::RefusalHandler onRefused,
                                      std::function<bool()> keeps) {
   const int listener = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
-  const auto bound = listenOn(listener, port);
+  const auto bound = listenOn(listener, host, port);
   if (!bound) {
     ::close(listener);
     return std::nullopt;

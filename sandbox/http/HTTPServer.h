@@ -6,6 +6,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <string>
 
 #include "sandbox/http/IncomingRequest.h"
 #include "sandbox/http/Reception.h"
@@ -24,11 +25,12 @@ class HTTPServer : public httplib::Server {
   HTTPServer(const HTTPServer&) = delete;
   HTTPServer& operator=(const HTTPServer&) = delete;
 
-  /// Takes that port of 127.0.0.1, 0 for any; call it once. Clients wait until `open`. `onRefused`
-  /// is told, on any thread, of requests that no handler sees, and of what they are answered; it
-  /// must not wait, and neither must `keeps`, which says whether connections are kept at present
-  /// for another request. Answers the port, or absent when it is not to be had.
-  [[nodiscard]] std::optional<int> start(int port, Reception::Limits limits,
+  /// Takes that port of an IPv4 address or "localhost", 0 for any; call it once. Clients wait until
+  /// `open`. `onRefused` is told, on any thread, of requests that no handler sees, and of what they
+  /// are answered; it must not wait, and neither must `keeps`, which says whether connections are
+  /// kept at present for another request. Answers the port, or absent when it is not to be had.
+  [[nodiscard]] std::optional<int> start(const std::string& host, int port,
+                                         Reception::Limits limits,
                                          Reception::RefusalHandler onRefused,
                                          std::function<bool()> keeps);
 

@@ -108,7 +108,7 @@ void IncomingRequest::takeHead(std::size_t end) {
   auto read = readRequestHead(std::string_view(text_).substr(0, end));
   if (!read) return refuse(std::move(read).error());
   head_ = *std::move(read);
-  if (auto refused = refuseForeign(head_)) return refuse(*std::move(refused));
+  if (auto refused = refuseForeign(head_, isPublic_)) return refuse(*std::move(refused));
   if (auto refused = refusePath(head_)) return refuse(*std::move(refused));
   const std::string head = forwardedHead(head_);
   text_.replace(0, end + kHeadEnd.size(), head);

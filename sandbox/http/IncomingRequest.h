@@ -15,6 +15,9 @@ class IncomingRequest {
  public:
   enum class State { head, body, whole, refused };
 
+  /// `isPublic` as in `Reception::Limits`.
+  explicit IncomingRequest(bool isPublic = false) : isPublic_(isPublic) {}
+
   /// Takes the next piece, while the request is neither whole nor refused. Ends of lines before a
   /// request, which some clients send after the body of the one before, and what follows a whole
   /// request are dropped.
@@ -48,6 +51,7 @@ class IncomingRequest {
   bool followChunk();
   void end();
 
+  bool isPublic_;
   State state_ = State::head;
   RequestHead head_;
   Answer refusal_;

@@ -222,7 +222,7 @@ void Reception::receiveFrom(int socket) {
   ::setsockopt(socket, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
   visits_.push_back({.socket = socket,
                      .deadline = Clock::now() + limits_.patience,
-                     .request = std::make_unique<IncomingRequest>()});
+                     .request = std::make_unique<IncomingRequest>(limits_.isPublic)});
   const std::lock_guard lock(mutex_);
   if (visits_.size() + admitted_ > most_) dropOne();
 }
@@ -306,7 +306,7 @@ void Reception::send(Visit& visit) {
     visit.unsent = {};
     visit.isAllSent = true;
     if (visit.mayGoOn && mayKeep()) {
-      visit.request = std::make_unique<IncomingRequest>();
+      visit.request = std::make_unique<IncomingRequest>(limits_.isPublic);
       return;
     }
     ::shutdown(visit.socket, SHUT_WR);

@@ -44,6 +44,8 @@ class Reception {
     std::chrono::milliseconds patience;
     /// The bytes that requests which are not whole, and answers which are not taken, may hold.
     std::size_t memory;
+    /// Whether it serves other machines too, which may name it as they like.
+    bool isPublic = false;
   };
 
   /// Takes the listening socket over; nobody is received before `open`.

@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <regex>
+
 #include "tests/cli/Shell.h"
 
 namespace ovinta {
@@ -50,6 +52,40 @@ TEST(Manual, namesEveryCommand) {
       "");
 }
 
+TEST(Manual, hasZshAndFishCompleteThem) {
+  const std::string zsh =
+      "compdef() { }; source <($ovinta completion zsh); _describe() { print -rl -- ${(P)2} }"
+      "; compadd() { shift; print -rl -- $* }; _files() { print files $* }; compset() { }"
+      "; PREFIX=${words[-1]} CURRENT=${#words}; _ovinta";
+  const std::tuple<std::string, std::string, std::string> cases[] = {
+      {"''", "orders:The customer", "ord"},
+      {"orders ''", "fetch:Get all orders", "fet"},
+      {"--json orders ''", "fetch:Get all orders", "fet"},
+      {"orders fetch ''", "--only:Show these alone", "--on"},
+      {"orders event 7 --customer-state ''", "arrived", "arr"},
+      {"sandbox faults add GET /m/v1/orders ''", "empty_body:What it does", "empty"},
+      {"config --data-dir ''", "files -/", ""},
+      {"track --trip ''", "files\n", ""},
+  };
+  for (const auto& [words, offered, beginning] : cases) {
+    EXPECT_THAT(shell("export ovinta; zsh -c 'words=(ovinta " +
+                      std::regex_replace(words, std::regex("''"), "\"\"") + "); " + zsh + "'")
+                    .output,
+                testing::HasSubstr(offered))
+        << words;
+    const std::string line = "ovinta " + words.substr(0, words.size() - 2) + beginning;
+    const std::string word = offered.substr(0, offered.find(':'));
+    if (beginning.empty()) continue;
+    EXPECT_THAT(shell("export ovinta; fish --no-config -c '"
+                      "$ovinta completion fish | source; complete -C \"" +
+                      line + "\"'")
+                    .output,
+                testing::StartsWith(word))
+        << words;
+  }
+  EXPECT_EQ(shell("$ovinta completion zsh | zsh -n").output, "");
+}
+
 TEST(Manual, hasBashCompleteCommandsOptionsAndValues) {
   const std::pair<std::string, std::string> cases[] = {
       {"ord", "orders"},
@@ -59,7 +95,9 @@ TEST(Manual, hasBashCompleteCommandsOptionsAndValues) {
       {"orders create --name ''", ""},
       {"track --trip " OVINTA_TRIPS "/drive.", OVINTA_TRIPS "/drive.gpx"},
       {"config --data-dir " OVINTA_TRIPS "/../tri", OVINTA_TRIPS "/../trips"},
-      {"completion ''", "customer"},
+      {"completion ''", "bash"},
+      {"--json orders fet", "fetch"},
+      {"orders --js", "--json"},
   };
   for (const auto& [words, completions] : cases) {
     const std::string script =
