@@ -43,7 +43,7 @@ Dictionary fieldsOf(const Finding& finding) {
 }
 
 /// A table with what to do beneath each row.
-Result resultOf(const std::vector<Finding>& findings) {
+Result resultOfFindings(const std::vector<Finding>& findings) {
   platform::List rows;
   for (const Finding& finding : findings) rows.emplace_back(fieldsOf(finding));
   const auto lines = tableLines(
@@ -65,7 +65,7 @@ ExitCode examine(const DoctorOptions& options) {
     platform::linuxos::quitMainLoop();
   });
   platform::linuxos::runMainLoop();
-  Output(options.client.json).print(resultOf(findings));
+  Output(options.client.json).print(resultOfFindings(findings));
   const bool isFit = std::ranges::all_of(findings, [](const Finding& finding) {
     return finding.condition == Condition::good || finding.condition == Condition::limited;
   });

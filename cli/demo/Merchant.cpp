@@ -12,7 +12,7 @@ namespace ovinta::cli {
 namespace {
 
 /// How long the service may keep the merchant waiting.
-constexpr std::chrono::seconds kPatience{10};
+constexpr std::chrono::seconds kMerchantPatience{10};
 /// Longer than any demonstration: a stream of pushes is mostly silent.
 constexpr std::chrono::hours kListeningTime{24};
 
@@ -45,8 +45,8 @@ class EventStream {
 
 std::unique_ptr<httplib::Client> makeClient(const std::string& baseURL) {
   auto client = std::make_unique<httplib::Client>(baseURL);
-  client->set_connection_timeout(kPatience);
-  client->set_read_timeout(kPatience);
+  client->set_connection_timeout(kMerchantPatience);
+  client->set_read_timeout(kMerchantPatience);
   return client;
 }
 
@@ -78,7 +78,7 @@ std::optional<std::string> Merchant::listen(const std::string& pushToken, Push p
     });
     if (isFirst) listening->set_value(false);
   });
-  const bool isReady = ready.wait_for(kPatience) == std::future_status::ready && ready.get();
+  const bool isReady = ready.wait_for(kMerchantPatience) == std::future_status::ready && ready.get();
   if (isReady) return std::nullopt;
   return "the service does not hand out pushes";
 }
