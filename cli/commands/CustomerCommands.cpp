@@ -91,8 +91,8 @@ ExitCode logOut(Client& client, const NoOptions& /*options*/) {
 }
 
 void addDetailCommands(ClientCommands& commands) {
-  commands.add<CustomerCreation>("create", "Create an anonymous customer", addCustomerCreationOptions,
-                         createCustomer);
+  commands.add<CustomerCreation>("create", "Create an anonymous customer",
+                                 addCustomerCreationOptions, createCustomer);
   commands.add<CustomerInfo>("update", "Change the customer's details; what is left out stays",
                              addCustomerOptions, updateCustomer);
   commands.add<NoOptions>("show", "Show the customer that is kept", addNoOptions, showCustomer);

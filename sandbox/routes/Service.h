@@ -10,6 +10,7 @@
 
 #include "platform/Date.h"
 #include "sandbox/domain/PushMailbox.h"
+#include "sandbox/domain/SandboxClock.h"
 #include "sandbox/domain/SandboxState.h"
 #include "sandbox/domain/WireForms.h"
 #include "sandbox/faults/Faults.h"
@@ -23,8 +24,11 @@ class Service {
  public:
   /// `onFault` is told of each fault that is set, as by `Faults`.
   Service(std::uint64_t seed, std::function<platform::Date()> now, std::function<void()> onFault)
-      : state(seed, std::move(now)), faults(std::move(onFault)) {}
+      : clock(std::move(now)),
+        state(seed, [this] { return clock.now(); }),
+        faults(std::move(onFault)) {}
 
+  SandboxClock clock;
   SandboxState state;
   PushMailbox pushes;
   RequestLog requests;
@@ -44,8 +48,10 @@ class Service {
     startMinimumAppVersion_ = minimumAppVersion_;
   }
 
-  /// Brings back the start, and forgets faults, pushes that wait and requests that came.
+  /// Brings back the start and the time beneath, and forgets faults, pushes that wait and requests
+  /// that came.
   void reset() {
+    clock.reset();
     state.reset();
     pushes.clear();
     requests.clear();
