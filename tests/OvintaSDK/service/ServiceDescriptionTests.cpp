@@ -22,8 +22,7 @@ class ServiceDescriptionTest : public ServiceFixture {
   Dictionary judgement(const List& exchanges, const char* document = OVINTA_OPENAPI_DOCUMENT) {
     const auto file = directory.path() / "exchanges.json";
     writeFile(file, platform::writeJSON(exchanges));
-    const auto result =
-        runCommand({OVINTA_HOLD_AGAINST_OPENAPI, document, file.string()});
+    const auto result = runCommand({OVINTA_HOLD_AGAINST_OPENAPI, document, file.string()});
     EXPECT_EQ(result.exitCode, 0) << result.output;
     const auto said = platform::parseJSON(result.output);
     return said && said->as<Dictionary>() ? *said->as<Dictionary>() : Dictionary();
