@@ -20,6 +20,13 @@ target_compile_options(
   INTERFACE
     "$<$<AND:$<COMPILE_LANG_AND_ID:CXX,GNU>,$<NOT:$<CONFIG:Debug>>>:-Wno-maybe-uninitialized;-Wno-restrict>"
 )
+# Where sources are compiled together, g++ takes each for a header, whose types must have no member
+# of an unnamed namespace.
+target_compile_options(
+  ovinta_options
+  INTERFACE
+    "$<$<AND:$<COMPILE_LANG_AND_ID:CXX,GNU>,$<BOOL:${CMAKE_UNITY_BUILD}>>:-Wno-subobject-linkage>"
+)
 # A product and a sum are rounded each, also where the processor could do both at once (arm64 always
 # can): the same samples give the service the same figures from every device.
 target_compile_options(ovinta_options INTERFACE -ffp-contract=off)

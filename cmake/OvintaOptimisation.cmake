@@ -7,6 +7,10 @@ set(isOptimised $<CONFIG:Release,RelWithDebInfo>)
 # size save those that match, and all with each function and variable apart, so that linkers can
 # leave out the ones that nobody uses. Comes after the targets have their sources.
 function(ovinta_compile_for_size)
+  # A source with options of its own would be compiled apart.
+  if(CMAKE_UNITY_BUILD)
+    return()
+  endif()
   cmake_parse_arguments(PARSE_ARGV 0 argument "" "" EXCEPT)
   foreach(pattern ${argument_EXCEPT})
     file(GLOB found CONFIGURE_DEPENDS ${pattern})

@@ -9,7 +9,7 @@ namespace {
 
 constexpr const char* kPasswordVariable = "OVINTA_PASSWORD";
 
-struct Creation {
+struct CustomerCreation {
   CustomerInfo info;
   CustomerConsent consent{.termsOfService = true, .ageVerification = true};
 };
@@ -52,7 +52,7 @@ void addAccountOptions(CLI::App& command, Account& account) {
       ->required();
 }
 
-void addCreationOptions(CLI::App& command, Creation& creation) {
+void addCustomerCreationOptions(CLI::App& command, CustomerCreation& creation) {
   addCustomerOptions(command, creation.info)->required();
   command.add_flag("--terms,!--no-terms", creation.consent.termsOfService,
                    "Consent to the terms of service (given unless refused)");
@@ -60,7 +60,7 @@ void addCreationOptions(CLI::App& command, Creation& creation) {
                    "Consent to the age verification (given unless refused)");
 }
 
-ExitCode createCustomer(Client& client, const Creation& creation) {
+ExitCode createCustomer(Client& client, const CustomerCreation& creation) {
   return performCustomer(client, [&](CustomerCallback callback) {
     Ovinta::customer().create(creation.info, creation.consent, std::move(callback));
   });
@@ -91,8 +91,8 @@ ExitCode logOut(Client& client, const NoOptions& /*options*/) {
 }
 
 void addDetailCommands(ClientCommands& commands) {
-  commands.add<Creation>("create", "Create an anonymous customer", addCreationOptions,
-                         createCustomer);
+  commands.add<CustomerCreation>("create", "Create an anonymous customer",
+                                 addCustomerCreationOptions, createCustomer);
   commands.add<CustomerInfo>("update", "Change the customer's details; what is left out stays",
                              addCustomerOptions, updateCustomer);
   commands.add<NoOptions>("show", "Show the customer that is kept", addNoOptions, showCustomer);

@@ -52,7 +52,7 @@ constexpr auto kConditionColors = std::to_array<WordColor>({
 });
 
 /// A table with what to do beneath each row.
-Result resultOf(const std::vector<Finding>& findings) {
+Result resultOfFindings(const std::vector<Finding>& findings) {
   platform::List rows;
   for (const Finding& finding : findings) rows.emplace_back(fieldsOf(finding));
   const auto lines = tableLines(
@@ -80,7 +80,7 @@ std::vector<Finding> diagnosis(const DoctorOptions& options) {
 
 ExitCode examine(const DoctorOptions& options) {
   const std::vector<Finding> findings = diagnosis(options);
-  Output(options.client.json).print(resultOf(findings));
+  Output(options.client.json).print(resultOfFindings(findings));
   const bool isFit = std::ranges::all_of(findings, [](const Finding& finding) {
     return finding.condition == Condition::good || finding.condition == Condition::limited;
   });

@@ -16,6 +16,8 @@ import docstrings  # pylint: disable=wrong-import-position
 HEADING = re.compile(r"(#{1,4}) (.*)$")
 LINK = re.compile(r"(?<!!)\[([^\]]*)\]\(([^)#\s]*)(#[^)]*)?\)")
 FENCE = re.compile(r"```(\S*)")
+# Of the service; pages link to them as they are.
+DESCRIPTIONS = ("docs/openapi.yaml", "docs/openapi-sandbox.yaml")
 LANGUAGES = {"cpp": "{.cpp}", "objc": "{.mm}"}
 # What Doxygen does not know of Objective-C.
 FOREIGN = [(re.compile(r"^ @package$"), " @private"),
@@ -47,8 +49,8 @@ def page(path, text, pages):
         place = posixpath.normpath(posixpath.join(folder, target)) if target else path
         if "://" in target:
             return found[0]
-        if place == "docs/openapi.yaml":
-            return f"[{words}](openapi.yaml)"
+        if place in DESCRIPTIONS:
+            return f"[{words}]({pathlib.Path(place).name})"
         if place == "README.md":
             return f"[{words}](index.html)"
         return f"[{words}](@ref {label(place, anchor)})" if place in pages else words
@@ -91,7 +93,8 @@ def main(root, out, *headers):
         (out / path).write_text(text + "\n", encoding="utf-8")
     shutil.copy(root / "docs/reference/namespaces.h", out)
     shutil.copytree(root / "docs/diagrams", out / "docs/diagrams")
-    shutil.copy(root / "docs/openapi.yaml", out / "docs/openapi.yaml")
+    for description in DESCRIPTIONS:
+        shutil.copy(root / description, out / description)
 
 
 if __name__ == "__main__":

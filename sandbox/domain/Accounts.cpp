@@ -79,10 +79,6 @@ Place placeByAddress(const World& world, std::string_view email) {
   return placeOf(world.customersByAddress, inLowerCase(email));
 }
 
-const std::string& text(const Dictionary& record, std::string_view key) {
-  return *platform::find<std::string>(record, key);
-}
-
 /// A field that customers are found by, and the index that leads from its text to their places.
 struct IndexedKey {
   std::string_view key;
@@ -130,7 +126,7 @@ Dictionary passwordErrors(const Dictionary& info, std::span<const FieldRule> rul
                           std::string_view confirmationKey) {
   Dictionary errors = fieldErrors(info, rules);
   if (!errors.contains("password") && !errors.contains(confirmationKey) &&
-      text(info, "password") != text(info, confirmationKey)) {
+      textOf(info, "password") != textOf(info, confirmationKey)) {
     errors.emplace(confirmationKey,
                    platform::List{fieldMessage(confirmationKey, "is not the password")});
   }
@@ -183,7 +179,7 @@ Outcome signUp(World& world, std::string_view token, const Dictionary& info) {
   if (world.customers[*place].contains("email")) {
     return invalid("email", "of this customer is set already");
   }
-  if (placeByAddress(world, text(info, "email"))) return invalid("email", "is taken");
+  if (placeByAddress(world, textOf(info, "email"))) return invalid("email", "is taken");
   return shownCustomer(change(world, *place, [&](Dictionary& customer) {
     copyFields(info, std::span(kSignUpRules).first<2>(), customer);
   }));
@@ -191,8 +187,8 @@ Outcome signUp(World& world, std::string_view token, const Dictionary& info) {
 
 Outcome signIn(const World& world, const Dictionary& info) {
   if (auto refused = invalid(fieldErrors(info, kSignInRules))) return *std::move(refused);
-  const Place place = placeByAddress(world, text(info, "email"));
-  if (place && text(world.customers[*place], "password") == text(info, "password")) {
+  const Place place = placeByAddress(world, textOf(info, "email"));
+  if (place && textOf(world.customers[*place], "password") == textOf(info, "password")) {
     return shownCustomer(world.customers[*place]);
   }
   return refusal(Refusal::Kind::unauthorized, "password",
@@ -201,7 +197,7 @@ Outcome signIn(const World& world, const Dictionary& info) {
 
 Outcome requestPasswordReset(World& world, const Dictionary& info) {
   if (auto refused = invalid(fieldErrors(info, kResetRequestRules))) return *std::move(refused);
-  if (const Place place = placeByAddress(world, text(info, "email"))) {
+  if (const Place place = placeByAddress(world, textOf(info, "email"))) {
     change(world, *place, [token = newToken(world)](Dictionary& changed) {
       changed.insert_or_assign("reset_password_token", token);
     });
@@ -212,11 +208,11 @@ Outcome requestPasswordReset(World& world, const Dictionary& info) {
 Outcome setNewPassword(World& world, const Dictionary& info) {
   if (auto refused = invalid(passwordErrors(info, kNewPasswordRules, "confirmation")))
     return *std::move(refused);
-  const Place place = placeOf(world.customersByResetToken, text(info, "reset_password_token"));
+  const Place place = placeOf(world.customersByResetToken, textOf(info, "reset_password_token"));
   if (!place) return invalid("reset_password_token", "is unknown or used");
   return shownCustomer(change(world, *place, [&](Dictionary& customer) {
     customer.erase("reset_password_token");
-    customer.insert_or_assign("password", text(info, "password"));
+    customer.insert_or_assign("password", textOf(info, "password"));
   }));
 }
 

@@ -23,7 +23,7 @@ constexpr std::string_view kBays = "Park in a numbered bay and stay in your car.
 constexpr std::string_view kCounter = "Come to the counter at the east door.";
 
 /// What tells one site from the others.
-struct Place {
+struct BuiltInSite {
   int id;
   std::string_view name;
   std::string_view street;
@@ -38,7 +38,7 @@ struct Place {
   std::string_view description;
 };
 
-constexpr std::array<Place, 14> kPlaces = {{
+constexpr std::array<BuiltInSite, 14> kSites = {{
     {42, "Madison Square Market", "1 Garden Row", kNewYork, "10010", "40.7411", "-73.9897", 150,
      kBays, "Bays 1 to 6, beside the north entrance"},
     {43, "Harbor Street Market", "20 Harbor Street", kBoston, "02210", "42.3519", "-71.0446", 100,
@@ -75,7 +75,7 @@ std::string joined(std::initializer_list<std::string_view> parts) {
   return text;
 }
 
-platform::Dictionary siteAt(const Place& place) {
+platform::Dictionary siteAt(const BuiltInSite& place) {
   const City& city = place.city;
   const std::string id = std::to_string(place.id);
   return {{"id", place.id},
@@ -108,7 +108,7 @@ platform::Dictionary siteAt(const Place& place) {
 
 Sites builtInSites() {
   Sites sites;
-  for (const Place& place : kPlaces) sites.emplace(place.id, siteAt(place));
+  for (const BuiltInSite& place : kSites) sites.emplace(place.id, siteAt(place));
   return sites;
 }
 

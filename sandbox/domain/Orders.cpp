@@ -46,10 +46,6 @@ constexpr std::array<std::pair<std::string_view, std::string_view>, 5> kInherite
      {"customer_car_color", "car_color"},
      {"customer_license_plate", "license_plate"}}};
 
-const std::string& text(const Dictionary& record, std::string_view key) {
-  return *platform::find<std::string>(record, key);
-}
-
 Refusal unknownOrder() {
   return refusal(Refusal::Kind::unknown, "order", fieldMessage("order", "is unknown"));
 }
@@ -71,8 +67,8 @@ bool isOwnedBy(const Dictionary& order, std::string_view token) {
 }
 
 bool isOpen(const Dictionary& order) {
-  return isOpenOrderState(text(order, "state")) &&
-         isOpenCustomerState(text(order, "customer_state"));
+  return isOpenOrderState(textOf(order, "state")) &&
+         isOpenCustomerState(textOf(order, "customer_state"));
 }
 
 void inherit(const World& world, std::string_view token, Dictionary& order) {
@@ -144,7 +140,7 @@ Outcome offerOrder(World& world, const Dictionary& info, platform::Date now) {
 Outcome findOrder(const World& world, std::string_view redemptionCode) {
   const Dictionary* found = findByCode(world, redemptionCode);
   if (!found) return unknownOrder();
-  if (text(*found, "state") == "gone") return Refusal{Refusal::Kind::gone, {}};
+  if (textOf(*found, "state") == "gone") return Refusal{Refusal::Kind::gone, {}};
   return shownOrder(world, *found);
 }
 
@@ -161,7 +157,7 @@ Outcome claimOrder(World& world, std::string_view token, std::string_view redemp
   if (!isNobodys && !isOwnedBy(order, token)) {
     return refusal(Refusal::Kind::unknown, "order", fieldMessage("order", "is another customer's"));
   }
-  if (text(order, "state") == "gone") return Refusal{Refusal::Kind::gone, {}};
+  if (textOf(order, "state") == "gone") return Refusal{Refusal::Kind::gone, {}};
   if (auto refused = invalid(std::move(errors))) return *std::move(refused);
   if (isNobodys && !isOpen(order)) return invalid("state", "is final");
   if (isNobodys) {
@@ -182,7 +178,7 @@ Outcome addEvent(World& world, std::string_view token, const Dictionary& event,
   const auto found = world.orders.find(*id);
   if (found == world.orders.end() || !isOwnedBy(found->second, token)) return unknownOrder();
   Dictionary& order = found->second;
-  if (text(order, "state") == "gone") return Refusal{Refusal::Kind::gone, {}};
+  if (textOf(order, "state") == "gone") return Refusal{Refusal::Kind::gone, {}};
   if (auto refused = invalid(eventErrors(event))) return *std::move(refused);
   if (auto refused = invalid(reopenings(event, order))) return *std::move(refused);
   const auto* known = platform::find<Dictionary>(order, "device");
@@ -212,7 +208,7 @@ Outcome moveOrder(World& world, std::int64_t id, std::string_view state, platfor
   const auto found = world.orders.find(id);
   if (found == world.orders.end()) return unknownOrder();
   Dictionary& order = found->second;
-  const std::string& current = text(order, "state");
+  const std::string& current = textOf(order, "state");
   // Whatever has become of an order, the merchant can still remove it.
   if (current == state || (!isOpen(order) && state != "gone")) {
     return refusal(Refusal::Kind::impossible, "state",

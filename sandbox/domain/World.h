@@ -5,6 +5,7 @@
 #include <functional>
 #include <map>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/Value.h"
@@ -16,6 +17,11 @@ namespace ovinta::sandbox {
 /// An index of records by a text.
 template <class Place>
 using Index = std::map<std::string, Place, std::less<>>;
+
+/// The text under a key that the record is known to have.
+inline const std::string& textOf(const platform::Dictionary& record, std::string_view key) {
+  return *platform::find<std::string>(record, key);
+}
 
 /// All that the service knows; a plain value. Customers and orders are kept in the form that
 /// snapshots have: with the password and the reset token, with the owner and the device, and

@@ -13,7 +13,6 @@
 namespace ovinta::sandbox {
 namespace {
 
-constexpr std::string_view kLineEnd = "\r\n";
 constexpr std::string_view kHeadEnd = "\r\n\r\n";
 constexpr std::size_t kLongestHead = std::size_t{32} << 10;
 /// The longest line that tells a chunk's size, its extensions included.

@@ -10,7 +10,6 @@
 namespace ovinta::sandbox {
 namespace {
 
-constexpr std::string_view kLineEnd = "\r\n";
 constexpr std::size_t kMostFields = 100;
 /// The longest line that the HTTP library takes.
 constexpr std::size_t kLongestLine = 8000;

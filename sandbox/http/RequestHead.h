@@ -10,6 +10,9 @@
 
 namespace ovinta::sandbox {
 
+/// What ends a line of a request.
+inline constexpr std::string_view kLineEnd = "\r\n";
+
 /// A request's first line and header fields.
 struct RequestHead {
   std::string method = {};

@@ -9,8 +9,9 @@ using platform::Dictionary;
 
 Service::Service(std::uint64_t seed, std::function<platform::Date()> now,
                  std::function<void()> onFault)
-    : state(
-          seed, std::move(now),
+    : clock(std::move(now)),
+      state(
+          seed, [this] { return clock.now(); },
           [this](const World& world, const Dictionary& news) {
             Dictionary event = news;
             event.insert_or_assign("id", orderEvents.add(news));
@@ -34,6 +35,7 @@ Dictionary Service::push(const std::string& pushToken, const Dictionary& payload
 }
 
 void Service::reset() {
+  clock.reset();
   state.reset();
   forgetHistory();
   requests.clear();

@@ -12,6 +12,7 @@
 #include "sandbox/domain/Feed.h"
 #include "sandbox/domain/Journal.h"
 #include "sandbox/domain/PushMailbox.h"
+#include "sandbox/domain/SandboxClock.h"
 #include "sandbox/domain/SandboxState.h"
 #include "sandbox/domain/WireForms.h"
 #include "sandbox/faults/Faults.h"
@@ -29,6 +30,7 @@ class Service {
   /// Tells what happens here: "request" with its summary, "order" with {"order", "event"}, "push"
   /// with its record, "faults" when those in force have changed, and "reload".
   Feed feed;
+  SandboxClock clock;
   SandboxState state;
   PushMailbox pushes;
   RequestLog requests;
@@ -56,7 +58,7 @@ class Service {
     startMinimumAppVersion_ = minimumAppVersion_;
   }
 
-  /// Brings back the start, and forgets faults, pushes and requests that came.
+  /// Brings back the start and the time beneath, and forgets faults, pushes and requests that came.
   void reset();
 
   /// Puts what the snapshot holds in place of all that is known, and forgets pushes, which may tell

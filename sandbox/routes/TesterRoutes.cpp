@@ -53,6 +53,17 @@ Answer seedAll(const Call& call) {
   return answer;
 }
 
+Answer showClock(const Call& call) { return dataAnswer(call.service.clock.shown()); }
+
+Answer setClock(const Call& call) { return answerFor(call.service.clock.set(call.data)); }
+
+Answer advanceClock(const Call& call) { return answerFor(call.service.clock.advance(call.data)); }
+
+Answer resetClock(const Call& call) {
+  call.service.clock.reset();
+  return showClock(call);
+}
+
 Answer resetAll(const Call& call) {
   call.service.reset();
   return dataAnswer(platform::Dictionary{});

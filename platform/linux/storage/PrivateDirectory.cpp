@@ -16,7 +16,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr mode_t kOwnerOnly = 0700;
+constexpr mode_t kOwnersDirectory = 0700;
 
 std::error_code lastError() { return {errno, std::generic_category()}; }
 
@@ -71,8 +71,8 @@ std::error_code preparePrivateDirectory(const fs::path& directory) {
   fs::path prefix;
   for (const auto& component : target) {
     prefix /= component;
-    if (mkdir(prefix.c_str(), kOwnerOnly) == 0) {
-      if (chmod(prefix.c_str(), kOwnerOnly) != 0) return lastError();
+    if (mkdir(prefix.c_str(), kOwnersDirectory) == 0) {
+      if (chmod(prefix.c_str(), kOwnersDirectory) != 0) return lastError();
     } else if (errno != EEXIST) {
       return lastError();
     }
@@ -84,7 +84,7 @@ std::error_code preparePrivateDirectory(const fs::path& directory) {
     return std::make_error_code(std::errc::operation_not_permitted);
   }
   const mode_t mode = status.st_mode & 07777;
-  if ((mode & ~kOwnerOnly) != 0 && chmod(target.c_str(), mode & kOwnerOnly) != 0) {
+  if ((mode & ~kOwnersDirectory) != 0 && chmod(target.c_str(), mode & kOwnersDirectory) != 0) {
     return lastError();
   }
   return {};

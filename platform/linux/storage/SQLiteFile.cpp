@@ -18,7 +18,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr mode_t kOwnerOnly = 0600;
+constexpr mode_t kOwnersFile = 0600;
 
 /// The version of the library's tables, the same in each of its files; to be raised when one of
 /// them changes.
@@ -48,13 +48,13 @@ bool makeEmptyFile(const fs::path& file) {
   static std::mutex making;
   const std::lock_guard lock(making);
   const int descriptor =
-      open(file.c_str(), O_CREAT | O_EXCL | O_RDWR | O_CLOEXEC | O_NOFOLLOW, kOwnerOnly);
+      open(file.c_str(), O_CREAT | O_EXCL | O_RDWR | O_CLOEXEC | O_NOFOLLOW, kOwnersFile);
   if (descriptor < 0) {
     if (errno == EEXIST) return false;
     throwLastError("Cannot make the file");
   }
   // The process's file mode mask may have taken more away than it should.
-  const bool changed = fchmod(descriptor, kOwnerOnly) == 0;
+  const bool changed = fchmod(descriptor, kOwnersFile) == 0;
   close(descriptor);
   if (!changed) throwLastError("Cannot make the file private");
   return true;
@@ -71,7 +71,7 @@ void checkExistingFile(const fs::path& file) {
       throw std::system_error(EINVAL, std::generic_category(), "Not a regular file");
     }
     const mode_t mode = status.st_mode & 07777;
-    if ((mode & ~kOwnerOnly) == 0 || chmod(path.c_str(), mode & kOwnerOnly) == 0) continue;
+    if ((mode & ~kOwnersFile) == 0 || chmod(path.c_str(), mode & kOwnersFile) == 0) continue;
     // Another process may have been the last to close the database meanwhile.
     if (errno != ENOENT) throwLastError("Cannot make the file private");
   }

@@ -12,7 +12,7 @@ constexpr const char* kLocation = "org.freedesktop.GeoClue2.Location";
 
 /// What a failure to get a client, or to start it, says of the permission. All refusals have one
 /// name.
-PositionAccess accessAfter(const dbus::Failure& failure) {
+PositionAccess accessAfterFailure(const dbus::Failure& failure) {
   if (failure.name != dbus::kAccessDenied) return PositionAccess::absent;
   return failure.message.starts_with("Geolocation disabled") ? PositionAccess::off
                                                              : PositionAccess::denied;
@@ -106,7 +106,7 @@ void GeoClueStream::use(std::string client) {
 void GeoClueStream::failed(const dbus::Failure& failure) {
   if (!client_.empty()) deleteClient(*bus_, client_);
   forgetClient();
-  const PositionAccess access = accessAfter(failure);
+  const PositionAccess access = accessAfterFailure(failure);
   using enum ServiceAttempts::Reason;
   const bool isAbsent = failure.name == dbus::kServiceUnknown;
   // A refusal is final: to insist might ask the user again.
