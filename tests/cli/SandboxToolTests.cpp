@@ -146,7 +146,7 @@ TEST(SandboxTool, runsACommandWithASandboxOfItsOwn) {
       {"$ovinta sandbox exec -- sh -c 'echo ${OVINTA_BASE_URL%:*}; test ! -e $OVINTA_DATA_DIR'", 0,
        "http://127.0.0.1\n"},
       {"$ovinta sandbox exec", 2, "command is required\nRun with --help for more information.\n"},
-      {"$ovinta sandbox exec -- /nowhere", 127, ""},
+      {"$ovinta sandbox exec -- /nowhere 2>/dev/null", 127, ""},
   };
   for (const auto& [line, exitCode, output] : calls) {
     const auto result = test::shell(line);

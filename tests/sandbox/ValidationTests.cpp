@@ -161,7 +161,7 @@ TEST_F(ValidationTest, TellsAllFaultsAtOnceInWords) {
 TEST_F(ValidationTest, UnknownPathsAndMethodsAreNotFound) {
   app.createOrder();
   const std::string gone = R"({"fault":"gone"})";
-  take({{"GET", "/", "", 404},
+  take({{"GET", "/nowhere", "", 404},
         {"POST", "/m/v1/order", "", 404},
         {"DELETE", "/m/v1/orders", "", 404},
         {"GET", "/m/v1/orders/NOCODE/edit", "", 404},

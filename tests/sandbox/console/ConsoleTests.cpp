@@ -120,7 +120,7 @@ TEST_F(ConsoleTest, RequestsShowHeadersAndBodiesWithoutTokens) {
   EXPECT_THAT(detail, HasSubstr("Authorization: ••••••"));
   EXPECT_THAT(detail, HasSubstr("\"push_token\": \"••••••\""));
   EXPECT_THAT(detail, HasSubstr("curl -X POST"));
-  EXPECT_THAT(detail, Not(HasSubstr("phone\"")));
+  EXPECT_THAT(detail, Not(HasSubstr("\"phone\"")));
   browser_->command("Browser.grantPermissions",
                     {{"permissions", List{"clipboardReadWrite", "clipboardSanitizedWrite"}}});
   browser_->click("[data-detail] p button");
