@@ -17,7 +17,7 @@ namespace ovinta::cli {
 namespace {
 
 /// How soon the end of the command, or an interruption, is noticed.
-constexpr std::chrono::milliseconds kWatchInterval{20};
+constexpr std::chrono::milliseconds kChildInterval{20};
 
 std::string variable(const char* name, const std::string& value) {
   return std::string(name) + "=" + value;
@@ -35,7 +35,7 @@ int runWithSandbox(sandbox::Options options, const std::vector<std::string>& com
                              {variable(kBaseURLVariable, service.baseURL()),
                               variable(kDataDirectoryVariable, directory.path() / "data")},
                              replay::ChildOutput::shared);
-  while (!child.exitStatus()) interruption.check(kWatchInterval);
+  while (!child.exitStatus()) interruption.check(kChildInterval);
   return child.wait();
 }
 

@@ -11,7 +11,7 @@ namespace ovinta::cli {
 namespace {
 
 /// How long the service may take to listen.
-constexpr std::chrono::seconds kPatience{10};
+constexpr std::chrono::seconds kListenPatience{10};
 
 }  // namespace
 
@@ -33,7 +33,7 @@ std::optional<std::string> PushListener::listen(const std::string& pushToken, Pu
       listening->set_value(false);
     }
   });
-  const bool isReady = ready.wait_for(kPatience) == std::future_status::ready && ready.get();
+  const bool isReady = ready.wait_for(kListenPatience) == std::future_status::ready && ready.get();
   if (isReady) return std::nullopt;
   return "the service does not hand out pushes";
 }

@@ -6,7 +6,8 @@
 namespace ovinta::cli {
 namespace {
 
-constexpr const char* kBeginning = R"bash(# Completes the command line of ovinta in bash. Generated.
+constexpr const char* kBashBeginning =
+    R"bash(# Completes the command line of ovinta in bash. Generated.
 _ovinta() {
   local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
   # "--option=value" comes as three words.
@@ -20,7 +21,7 @@ _ovinta() {
     case "$path/${COMP_WORDS[i]}" in
 )bash";
 
-constexpr const char* kMiddle = R"bash(        path+=/${COMP_WORDS[i]} ;;
+constexpr const char* kBashMiddle = R"bash(        path+=/${COMP_WORDS[i]} ;;
     esac
   done
   case "$path $previous" in
@@ -30,7 +31,7 @@ constexpr const char* kWords = R"bash(    *)
       case "$path" in
 )bash";
 
-constexpr const char* kEnd = R"bash(      esac ;;
+constexpr const char* kBashEnd = R"bash(      esac ;;
   esac
   mapfile -t COMPREPLY < <(compgen -W "$words" -- "$current")
 }
@@ -38,7 +39,7 @@ complete -o default -F _ovinta ovinta
 )bash";
 
 /// What follows an option that takes a value.
-std::string valueCompletion(const CLI::Option& option) {
+std::string bashValue(const CLI::Option& option) {
   const auto choices = choicesOf(option);
   if (!choices.empty()) return "words=\"" + join(choices, " ") + "\" ;;";
   const std::string name = valueName(option);
@@ -62,11 +63,11 @@ std::string bashCompletion(const CLI::App& root) {
   forEachPlace(root, [&](const auto& names, const CLI::App& command) {
     const std::string path = pathOf(names);
     if (!names.empty()) paths.push_back(path);
-    values += valueCases(path, command, valueCompletion);
+    values += valueCases(path, command, bashValue);
     nextWords += wordsCase(path, command);
   });
-  return kBeginning + ("      " + join(paths, " | \\\n      ")) + ")\n" + kMiddle + values +
-         kWords + nextWords + kEnd;
+  return kBashBeginning + ("      " + join(paths, " | \\\n      ")) + ")\n" + kBashMiddle + values +
+         kWords + nextWords + kBashEnd;
 }
 
 }  // namespace ovinta::cli

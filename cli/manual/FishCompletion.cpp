@@ -6,7 +6,8 @@ namespace {
 
 using Names = std::vector<std::string>;
 
-constexpr const char* kBeginning = R"fish(# Completes the command line of ovinta in fish. Generated.
+constexpr const char* kFishBeginning =
+    R"fish(# Completes the command line of ovinta in fish. Generated.
 function __ovinta_at
   set -l place /
   set -l words (commandline -opc)
@@ -14,7 +15,7 @@ function __ovinta_at
     switch "$place$word/"
       case )fish";
 
-constexpr const char* kMiddle = R"fish(
+constexpr const char* kFishMiddle = R"fish(
         set place "$place$word/"
     end
   end
@@ -22,7 +23,7 @@ constexpr const char* kMiddle = R"fish(
 end
 )fish";
 
-std::string pathOf(const Names& names) {
+std::string placeOf(const Names& names) {
   return names.empty() ? "/" : "/" + join(names, "/") + "/";
 }
 
@@ -66,7 +67,7 @@ std::string fishCompletion(const CLI::App& root) {
   Names paths;
   std::string lines = "complete -c ovinta -f\n";
   forEachPlace(root, [&](const Names& names, const CLI::App& command) {
-    const std::string path = pathOf(names);
+    const std::string path = placeOf(names);
     if (!names.empty()) paths.push_back(path);
     const std::string beginning = "complete -c ovinta -n '__ovinta_at " + path + "'";
     for (const CLI::App* child : visibleCommands(command)) {
@@ -77,7 +78,7 @@ std::string fishCompletion(const CLI::App& root) {
       lines += optionLine(beginning, *option);
     }
   });
-  return kBeginning + join(paths, " ") + kMiddle + lines;
+  return kFishBeginning + join(paths, " ") + kFishMiddle + lines;
 }
 
 }  // namespace ovinta::cli

@@ -7,7 +7,7 @@ namespace {
 
 using Names = std::vector<std::string>;
 
-constexpr const char* kBeginning = R"zsh(#compdef ovinta
+constexpr const char* kZshBeginning = R"zsh(#compdef ovinta
 # Completes the command line of ovinta in zsh. Generated.
 _ovinta() {
   local previous=${words[CURRENT-1]} place= i
@@ -16,7 +16,7 @@ _ovinta() {
     case "$place/${words[i]}" in
 )zsh";
 
-constexpr const char* kMiddle = R"zsh(        place+=/${words[i]} ;;
+constexpr const char* kZshMiddle = R"zsh(        place+=/${words[i]} ;;
     esac
   done
   if [[ $PREFIX == --*=* ]]; then
@@ -26,11 +26,11 @@ constexpr const char* kMiddle = R"zsh(        place+=/${words[i]} ;;
   case "$place $previous" in
 )zsh";
 
-constexpr const char* kOffers = R"zsh(  esac
+constexpr const char* kZshOffers = R"zsh(  esac
   case "$place" in
 )zsh";
 
-constexpr const char* kEnd = R"zsh(  esac
+constexpr const char* kZshEnd = R"zsh(  esac
   _describe ovinta offers || _files
 }
 if [[ ${funcstack[1]-} == _ovinta ]]; then
@@ -55,7 +55,7 @@ std::string quoted(const Offer& offer) {
   return text + "'";
 }
 
-std::string valueCompletion(const CLI::Option& option) {
+std::string zshValue(const CLI::Option& option) {
   const Names choices = choicesOf(option);
   if (!choices.empty()) return "compadd -- " + join(choices, " ") + "; return ;;";
   const std::string name = valueName(option);
@@ -77,11 +77,11 @@ std::string zshCompletion(const CLI::App& root) {
   forEachPlace(root, [&](const Names& names, const CLI::App& command) {
     const std::string path = pathOf(names);
     if (!names.empty()) paths.push_back(path);
-    values += valueCases(path, command, valueCompletion);
+    values += valueCases(path, command, zshValue);
     offered += offerCase(path, command);
   });
-  return kBeginning + ("      " + join(paths, " | \\\n      ")) + ")\n" + kMiddle + values +
-         kOffers + offered + kEnd;
+  return kZshBeginning + ("      " + join(paths, " | \\\n      ")) + ")\n" + kZshMiddle + values +
+         kZshOffers + offered + kZshEnd;
 }
 
 }  // namespace ovinta::cli

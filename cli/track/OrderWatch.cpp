@@ -12,7 +12,7 @@ namespace {
 using platform::services;
 
 /// How soon an interruption and the end of the last order are noticed.
-constexpr std::chrono::milliseconds kWatchInterval{100};
+constexpr std::chrono::milliseconds kOrderInterval{100};
 
 }  // namespace
 
@@ -60,7 +60,7 @@ void OrderWatch::finishFetch(const ErrorPtr& error) {
 void OrderWatch::watch() {
   const bool isOver = failure_ || (isWatching_ && openOrders().empty());
   if (isOver || interruption_.happened()) return platform::linuxos::quitMainLoop();
-  services().mainQueue->asyncAfter(kWatchInterval, [this] { watch(); });
+  services().mainQueue->asyncAfter(kOrderInterval, [this] { watch(); });
 }
 
 }  // namespace ovinta::cli

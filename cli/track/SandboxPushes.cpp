@@ -12,7 +12,7 @@ namespace ovinta::cli {
 namespace {
 
 /// How long a service may take to show that it is a sandbox.
-constexpr std::chrono::seconds kPatience{2};
+constexpr std::chrono::seconds kPushPatience{2};
 
 std::string newPushToken() {
   std::random_device device;
@@ -21,7 +21,7 @@ std::string newPushToken() {
 
 bool isSandbox(const std::string& baseURL, const std::string& token) {
   try {
-    SandboxClient(baseURL, token, kPatience).ask("GET", "pushes");
+    SandboxClient(baseURL, token, kPushPatience).ask("GET", "pushes");
     return true;
   } catch (const std::runtime_error&) {
     return false;
