@@ -1,7 +1,9 @@
 #include "platform/simulation/Simulation.h"
 
+#include <random>
 #include <utility>
 
+#include "platform/portable/Portable.h"
 #include "platform/simulation/time/TimeHoldingOperationQueueFactory.h"
 #include "platform/simulation/time/TimeHoldingURLSession.h"
 
@@ -21,7 +23,8 @@ Simulation::Simulation(Services base, Date start, SimulationReplacements replace
       location_(std::make_shared<SimulatedLocation>(time_.mainQueue(), services_.geodesy)),
       device_(std::make_shared<SimulatedDevice>()),
       notifications_(
-          std::make_shared<SimulatedUserNotificationCenter>(time_.mainQueue(), services_.geodesy)) {
+          std::make_shared<SimulatedUserNotificationCenter>(time_.mainQueue(), services_.geodesy)),
+      network_(std::make_shared<SimulatedNetworkMonitor>(time_.mainQueue())) {
   services_.clock = time_.clock();
   services_.mainQueue = time_.mainQueue();
   services_.location = location_;
@@ -40,6 +43,18 @@ void Simulation::holdTimeDuringRequests() {
   services_.urlSession = std::make_shared<TimeHoldingURLSession>(services_.urlSession, time_);
   services_.operationQueues =
       std::make_shared<TimeHoldingOperationQueueFactory>(services_.operationQueues, time_);
+}
+
+void Simulation::deliver(DeliveryOptions options, std::shared_ptr<Outbox> outbox) {
+  portable::DeliveryParts parts;
+  parts.outbox = outbox ? std::move(outbox) : portable::makeInMemoryOutbox();
+  parts.network = network_;
+  parts.uptime = [clock = time_.clock()] { return clock->now().time_since_epoch(); };
+  parts.random = [generator = std::mt19937_64()]() mutable { return generator(); };
+  parts.onCallbackThread = [mainQueue = time_.mainQueue()](auto task) {
+    mainQueue->async(std::move(task));
+  };
+  portable::addDelivery(services_, std::move(options), std::move(parts));
 }
 
 }  // namespace ovinta::platform::simulation
