@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <utility>
 
 namespace ovinta::sandbox {
@@ -15,8 +16,27 @@ Complaint checkCount(const platform::Value& value) {
   return count && *count > 0 ? std::nullopt : Complaint("must be an integer above 0");
 }
 
-constexpr std::array<FieldRule, 2> kCommonRules = {
-    {{"fault", checkText, true}, {"count", checkCount}}};
+Complaint checkTime(const platform::Value& value) {
+  constexpr double kYear = 366 * 24 * 3600;
+  const auto seconds = number(value);
+  const bool sound = seconds && *seconds >= 0 && *seconds <= kYear;
+  return sound ? std::nullopt : Complaint("must be a number from 0 to 31622400");
+}
+
+constexpr std::array<FieldRule, 4> kCommonRules = {
+    {{"fault", checkText, true}, {"count", checkCount}, {"after", checkTime}, {"for", checkTime}}};
+
+/// The interval under the key; absent without one.
+std::optional<platform::TimeInterval> interval(const Dictionary& record, std::string_view key) {
+  const auto found = record.find(key);
+  const auto seconds = found == record.end() ? std::nullopt : number(found->second);
+  if (!seconds) return std::nullopt;
+  return std::chrono::round<platform::TimeInterval>(std::chrono::duration<double>(*seconds));
+}
+
+double secondsFrom(platform::Date begin, platform::Date end) {
+  return std::chrono::duration<double>(end - begin).count();
+}
 
 const FaultKind* kindOf(const Dictionary& record) {
   const auto* name = platform::find<std::string>(record, "fault");
@@ -31,10 +51,14 @@ bool hasRule(std::span<const FieldRule> rules, std::string_view key) {
 
 }  // namespace
 
-void Faults::set(const Route& endpoint, Dictionary record) {
+void Faults::set(const Route* endpoint, Dictionary record) {
+  const platform::Date begin =
+      now_() + interval(record, "after").value_or(platform::TimeInterval());
+  const auto length = interval(record, "for");
+  const platform::Date end = length ? begin + *length : platform::Date::max();
   {
     const std::lock_guard lock(mutex_);
-    records_.insert_or_assign(&endpoint, std::move(record));
+    entries_.insert_or_assign(endpoint, Entry{std::move(record), begin, end});
     wake(endpoint);
   }
   onSet_();
@@ -42,44 +66,64 @@ void Faults::set(const Route& endpoint, Dictionary record) {
 
 void Faults::clear() {
   const std::lock_guard lock(mutex_);
-  records_.clear();
+  entries_.clear();
   for (const auto& [endpoint, end] : std::exchange(ends_, {})) end->raise();
 }
 
 void Faults::clear(const Route& endpoint) {
   const std::lock_guard lock(mutex_);
-  records_.erase(&endpoint);
-  wake(endpoint);
+  entries_.erase(&endpoint);
+  wake(&endpoint);
 }
 
-void Faults::wake(const Route& endpoint) {
-  if (const auto ended = ends_.extract(&endpoint)) ended.mapped()->raise();
+void Faults::wake(const Route* endpoint) {
+  if (const auto ended = ends_.extract(endpoint)) ended.mapped()->raise();
 }
 
 bool Faults::areInForce() const {
+  const platform::Date now = now_();
   const std::lock_guard lock(mutex_);
-  return !records_.empty();
+  return std::ranges::any_of(entries_, [&](const auto& entry) { return now < entry.second.end; });
 }
 
 List Faults::list() const {
+  const platform::Date now = now_();
   const std::lock_guard lock(mutex_);
   List records;
-  for (const auto& [endpoint, record] : records_) records.emplace_back(record);
+  for (const auto& [endpoint, entry] : entries_) {
+    if (entry.end <= now) continue;
+    Dictionary record = entry.record;
+    record.erase("after");
+    if (now < entry.begin) record.insert_or_assign("after", secondsFrom(now, entry.begin));
+    if (record.contains("for")) {
+      record.insert_or_assign("for", secondsFrom(std::max(now, entry.begin), entry.end));
+    }
+    records.emplace_back(std::move(record));
+  }
   return records;
 }
 
 std::optional<Fault> Faults::take(const Route& endpoint) {
+  const platform::Date now = now_();
   const std::lock_guard lock(mutex_);
-  const auto entry = records_.find(&endpoint);
-  if (entry == records_.end()) return std::nullopt;
-  auto& end = ends_[&endpoint];
+  std::erase_if(entries_, [&](const auto& entry) { return entry.second.end <= now; });
+  for (const Route* const place : {&endpoint, static_cast<const Route*>(nullptr)}) {
+    const auto entry = entries_.find(place);
+    if (entry != entries_.end() && entry->second.begin <= now) return strike(entry);
+  }
+  return std::nullopt;
+}
+
+Fault Faults::strike(Entries::iterator entry) {
+  Dictionary& record = entry->second.record;
+  auto& end = ends_[entry->first];
   if (!end) end = std::make_shared<WakeSignal>();
-  Fault fault{kindOf(entry->second), entry->second, end};
-  if (const auto* count = platform::find<std::int64_t>(entry->second, "count")) {
+  Fault fault{kindOf(record), record, end};
+  if (const auto* count = platform::find<std::int64_t>(record, "count")) {
     if (*count == 1) {
-      records_.erase(entry);
+      entries_.erase(entry);
     } else {
-      entry->second.insert_or_assign("count", *count - 1);
+      record.insert_or_assign("count", *count - 1);
     }
   }
   return fault;

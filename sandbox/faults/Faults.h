@@ -10,6 +10,7 @@
 #include <string_view>
 #include <utility>
 
+#include "platform/Date.h"
 #include "platform/Value.h"
 #include "sandbox/faults/FaultKind.h"
 #include "sandbox/http/WakeSignal.h"
@@ -26,42 +27,57 @@ struct Fault {
   std::shared_ptr<const WakeSignal> end;
 };
 
-/// Which endpoints misbehave, how, and how many times more. May be used from any thread.
+/// Which endpoints misbehave, how, when, and how many times more. May be used from any thread.
 class Faults {
  public:
-  /// `onSet` is called on the thread of each `set`, before that returns.
-  explicit Faults(std::function<void()> onSet) : onSet_(std::move(onSet)) {}
+  /// `onSet` is called on the thread of each `set`, before that returns. `now` is called on the
+  /// threads that call the other functions.
+  Faults(std::function<void()> onSet, std::function<platform::Date()> now)
+      : onSet_(std::move(onSet)), now_(std::move(now)) {}
 
-  /// Has the endpoint misbehave in place of what it did before. `record` must be free of
-  /// `faultErrors` and is listed as it is.
-  void set(const Route& endpoint, platform::Dictionary record);
+  /// Has the endpoint, or every one that has no fault of its own in force where it is null,
+  /// misbehave in place of what it did before. `record` must be free of `faultErrors` and is listed
+  /// as it is.
+  void set(const Route* endpoint, platform::Dictionary record);
 
   /// Has all endpoints, or the one, behave again, and wakes the requests that a fault holds.
   void clear();
   void clear(const Route& endpoint);
 
-  /// Whether any endpoint misbehaves.
+  /// Whether any endpoint misbehaves, or will.
   bool areInForce() const;
 
-  /// The records of the faults in force, in the order of the routes, each with the count that is
-  /// left.
+  /// The records of the faults that are in force or to come, the one of all endpoints first, the
+  /// others in the order of the routes, each with the count and the time that is left.
   platform::List list() const;
 
   /// The fault for one request to the endpoint, which counts as one.
   std::optional<Fault> take(const Route& endpoint);
 
  private:
-  /// Wakes the requests that a fault of the endpoint holds, which may outlast the fault's record.
-  void wake(const Route& endpoint);
+  struct Entry {
+    platform::Dictionary record;
+    platform::Date begin;
+    /// From then on it strikes no request.
+    platform::Date end;
+  };
+  using Entries = std::map<const Route*, Entry>;
+
+  /// Wakes the requests that a fault of the endpoint holds, which may outlast the fault's entry.
+  void wake(const Route* endpoint);
+  Fault strike(Entries::iterator entry);
 
   const std::function<void()> onSet_;
+  const std::function<platform::Date()> now_;
   mutable std::mutex mutex_;
-  std::map<const Route*, platform::Dictionary> records_;
+  /// Null stands for all endpoints.
+  Entries entries_;
   std::map<const Route*, std::shared_ptr<WakeSignal>> ends_;
 };
 
 /// The complaints about a fault's record by field name, empty when it is sound: "fault" must name a
-/// kind, "count" is optional, and nothing else is allowed but the settings of the kind.
+/// kind, "count", "after" and "for" are optional, and nothing else is allowed but the settings of
+/// the kind.
 platform::Dictionary faultErrors(const platform::Dictionary& record);
 
 }  // namespace ovinta::sandbox

@@ -22,6 +22,17 @@ Answer endpointUnknown() {
   return answerFor(refusal(Refusal::Kind::unknown, "path", "Path is of no endpoint"));
 }
 
+/// Sets the fault under the names by which the tester calls its place.
+Answer setFault(const Call& call, const Route* endpoint, const std::string& method,
+                const std::string& path) {
+  if (const auto refused = invalid(faultErrors(call.data))) return answerFor(*refused);
+  platform::Dictionary record = call.data;
+  record.insert_or_assign("method", method);
+  record.insert_or_assign("path", path);
+  call.service.faults.set(endpoint, record);
+  return dataAnswer(std::move(record));
+}
+
 }  // namespace
 
 Answer listFaults(const Call& call) { return dataAnswer(call.service.faults.list()); }
@@ -29,13 +40,10 @@ Answer listFaults(const Call& call) { return dataAnswer(call.service.faults.list
 Answer setFault(const Call& call) {
   const Route* endpoint = findEndpoint(call.parameters[0], call.parameters[1]);
   if (!endpoint) return endpointUnknown();
-  if (const auto refused = invalid(faultErrors(call.data))) return answerFor(*refused);
-  platform::Dictionary record = call.data;
-  record.insert_or_assign("method", call.parameters[0]);
-  record.insert_or_assign("path", call.parameters[1]);
-  call.service.faults.set(*endpoint, record);
-  return dataAnswer(std::move(record));
+  return setFault(call, endpoint, call.parameters[0], call.parameters[1]);
 }
+
+Answer setFaultForAll(const Call& call) { return setFault(call, nullptr, "ANY", "ANY"); }
 
 Answer clearFault(const Call& call) {
   const Route* endpoint = findEndpoint(call.parameters[0], call.parameters[1]);

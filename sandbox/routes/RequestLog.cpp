@@ -109,6 +109,7 @@ void RequestLog::add(const ReceivedRequest& request) {
       {"body", writable(masked(std::string_view(request.body).substr(0, kLongestText)))},
       {"status", request.status},
       {"answer", writable(request.answerBody)}};
+  if (request.isRepetition) entry.emplace("repetition", true);
   const std::lock_guard lock(mutex_);
   if (requests_.size() == kMostKept) requests_.pop_front();
   requests_.push_back(std::move(entry));

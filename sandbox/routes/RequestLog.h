@@ -22,6 +22,8 @@ struct ReceivedRequest {
   /// 0 for no answer.
   int status = 0;
   std::string answerBody = {};
+  /// Whether it was answered as the request that it repeats, without being carried out.
+  bool isRepetition = false;
 };
 
 /// The requests received last, in memory only. Everything is kept for testers to see, but the
@@ -30,8 +32,8 @@ class RequestLog {
  public:
   void add(const ReceivedRequest& request);
 
-  /// Oldest first: method, path with query, headers, body, status and answer of each. Bytes that a
-  /// JSON text cannot hold show as "?".
+  /// Oldest first: method, path with query, headers, body, status and answer of each, and of a
+  /// repetition that it is one. Bytes that a JSON text cannot hold show as "?".
   platform::List list() const;
 
   void clear();

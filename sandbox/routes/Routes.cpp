@@ -35,6 +35,7 @@ constexpr auto kRoutes = std::to_array<Route>({
     {"PUT", "/sandbox/minimum-app-version/([^/]+)", Access::everyone, Body::none, demandAppVersion},
     {"DELETE", "/sandbox/minimum-app-version", Access::everyone, Body::none, admitAllAppVersions},
     {"GET", "/sandbox/faults", Access::everyone, Body::none, listFaults},
+    {"PUT", "/sandbox/faults", Access::everyone, Body::data, setFaultForAll},
     {"DELETE", "/sandbox/faults", Access::everyone, Body::none, clearFaults},
     {"PUT", "/sandbox/faults/([A-Z]+)(/.+)", Access::everyone, Body::data, setFault},
     {"DELETE", "/sandbox/faults/([A-Z]+)(/.+)", Access::everyone, Body::none, clearFault},

@@ -101,6 +101,7 @@ Answer admitAllAppVersions(const Call& call);
 // Faults
 Answer listFaults(const Call& call);
 Answer setFault(const Call& call);
+Answer setFaultForAll(const Call& call);
 Answer clearFault(const Call& call);
 Answer clearFaults(const Call& call);
 

@@ -14,6 +14,7 @@
 #include "sandbox/domain/WireForms.h"
 #include "sandbox/faults/Faults.h"
 #include "sandbox/http/WaitingPlaces.h"
+#include "sandbox/routes/KeptAnswers.h"
 #include "sandbox/routes/RequestLog.h"
 
 namespace ovinta::sandbox {
@@ -22,13 +23,15 @@ namespace ovinta::sandbox {
 class Service {
  public:
   /// `onFault` is told of each fault that is set, as by `Faults`.
-  Service(std::uint64_t seed, std::function<platform::Date()> now, std::function<void()> onFault)
-      : state(seed, std::move(now)), faults(std::move(onFault)) {}
+  Service(std::uint64_t seed, const std::function<platform::Date()>& now,
+          std::function<void()> onFault)
+      : state(seed, now), faults(std::move(onFault), now) {}
 
   SandboxState state;
   PushMailbox pushes;
   RequestLog requests;
   Faults faults;
+  KeptAnswers answers;
   WaitingPlaces waiting;
 
   /// Apps older than this version are told to upgrade; an empty text admits all.
@@ -44,12 +47,14 @@ class Service {
     startMinimumAppVersion_ = minimumAppVersion_;
   }
 
-  /// Brings back the start, and forgets faults, pushes that wait and requests that came.
+  /// Brings back the start, and forgets faults, pushes that wait, requests that came and the
+  /// answers that are kept for their repetition.
   void reset() {
     state.reset();
     pushes.clear();
     requests.clear();
     faults.clear();
+    answers.clear();
     const std::lock_guard lock(mutex_);
     minimumAppVersion_ = startMinimumAppVersion_;
   }

@@ -24,8 +24,10 @@ Answer showSnapshot(const Call& call) {
 Answer restoreSnapshot(const Call& call) {
   const auto refused = call.service.state.restore(call.data);
   if (refused) return answerFor(*refused);
-  // The pushes that wait tell of orders that the snapshot may not hold.
+  // The pushes that wait, and the answers that are kept, tell of orders that the snapshot may not
+  // hold.
   call.service.pushes.clear();
+  call.service.answers.clear();
   return showSnapshot(call);
 }
 
