@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "platform/portable/Portable.h"
+#include "platform/simulation/http/NetworkURLSession.h"
 #include "platform/simulation/time/TimeHoldingOperationQueueFactory.h"
 #include "platform/simulation/time/TimeHoldingURLSession.h"
 
@@ -34,6 +35,10 @@ Simulation::Simulation(Services base, Date start, SimulationReplacements replace
   replace(services_.log, std::move(replacements.log));
   replace(services_.urlSession, std::move(replacements.urlSession));
   replace(services_.operationQueues, std::move(replacements.operationQueues));
+  if (services_.urlSession) {
+    services_.urlSession = std::make_shared<NetworkURLSession>(std::move(services_.urlSession),
+                                                               network_, services_.mainQueue);
+  }
   location_->onPosition([notifications = notifications_](const Location& location) {
     notifications->deviceMoved(location);
   });

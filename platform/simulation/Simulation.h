@@ -52,7 +52,9 @@ class Simulation {
   SimulatedLocation& location() { return *location_; }
   SimulatedDevice& device() { return *device_; }
   SimulatedUserNotificationCenter& notifications() { return *notifications_; }
-  /// What tells delivery, where there is one, of the network. It breaks no request off.
+  /// Where it is not there, no request reaches the service: those that begin fail as they do on
+  /// Linux without a route, and those whose answer comes have lost their connection. It tells
+  /// delivery, where there is one.
   SimulatedNetworkMonitor& network() { return *network_; }
 
  private:

@@ -17,8 +17,8 @@ class SimulatedNetworkMonitor final : public NetworkMonitor {
 
   void start(Handler handler) override;
 
-  /// Has the network be there or not; a change is told. No session looks at it: the test has the
-  /// requests fail.
+  /// Has the network be there or not; a change is told. Without it no request of a `Simulation`
+  /// reaches the service.
   void setAvailable(bool isAvailable);
 
   /// Whether the network is there.
