@@ -12,6 +12,7 @@
 
 #include "Date.h"
 #include "EnumNames.h"
+#include "Export.h"
 
 namespace ovinta::platform {
 
@@ -61,6 +62,10 @@ struct DeliveryAccount {
 
   friend bool operator==(const DeliveryAccount&, const DeliveryAccount&) = default;
 };
+
+/// The account in one line, with the reasons that occur, such as "made 4 = delivered 2 + waiting 1
+/// + superseded 0 + dropped 1 (refused 1)". May be called from any thread.
+OVINTA_EXPORT std::string summary(const DeliveryAccount& account);
 
 /// An order event that the service has accepted, though not at the first try. A plain value.
 struct LateDelivery {

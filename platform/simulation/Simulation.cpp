@@ -55,7 +55,9 @@ void Simulation::deliver(DeliveryOptions options, std::shared_ptr<Outbox> outbox
   parts.outbox = outbox ? std::move(outbox) : portable::makeInMemoryOutbox();
   parts.network = network_;
   parts.uptime = [clock = time_.clock()] { return clock->now().time_since_epoch(); };
-  parts.random = [generator = std::mt19937_64()]() mutable { return generator(); };
+  // Other ones for each launch, because the service takes equal keys for the same effect.
+  const auto seed = static_cast<std::uint64_t>(time_.now().time_since_epoch().count());
+  parts.random = [generator = std::mt19937_64(seed)]() mutable { return generator(); };
   parts.onCallbackThread = [mainQueue = time_.mainQueue()](auto task) {
     mainQueue->async(std::move(task));
   };
