@@ -23,6 +23,9 @@ ClientOptions inDirectory(ClientOptions options, const std::filesystem::path& di
   return options;
 }
 
+/// What the body of a position has, and no other.
+constexpr std::string_view kPosition = R"("event_type":"location_update")";
+
 std::string timeText(platform::Date date) { return utcText(date, "%H:%M:%S"); }
 
 }  // namespace
@@ -32,7 +35,8 @@ TunnelRun::TunnelRun(const DemoOptions& options, platform::simulation::Trip trip
   auto services = clientServices(inDirectory(options.service, directory_.path()));
   session_ =
       std::make_shared<ObservedURLSession>(services.urlSession, [this](const Exchange& exchange) {
-        if (exchange.status != 200) return;
+        // Of what has left the device the service has learned, though the answer was lost.
+        if (exchange.status != 200 && exchange.failure.empty()) return;
         const std::lock_guard lock(mutex_);
         learned_.push_back({exchange, device_->time().now()});
       });
@@ -139,20 +143,28 @@ void TunnelRun::await(const std::function<void(OrderCallback)>& start) {
   if (result.order) order_ = result.order;
 }
 
-std::int64_t TunnelRun::repetitions() const {
+Dictionary TunnelRun::counts() const {
   const auto answer = httplib::Client(sandbox_->baseURL()).Get("/sandbox/requests");
   const auto document = answer ? platform::parseJSON(answer->body) : std::nullopt;
   const auto* fields = document ? document->as<Dictionary>() : nullptr;
   const auto* requests = fields ? platform::find<platform::List>(*fields, "data") : nullptr;
   if (!requests) throw std::runtime_error("the service does not tell its requests");
-  return std::ranges::count_if(*requests, [](const platform::Value& request) {
-    return platform::find<bool>(*request.as<Dictionary>(), "repetition") != nullptr;
-  });
+  std::int64_t positions = 0;
+  std::int64_t repetitions = 0;
+  for (const platform::Value& entry : *requests) {
+    const auto& request = *entry.as<Dictionary>();
+    if (platform::find<bool>(request, "repetition")) {
+      ++repetitions;
+    } else if (platform::find<std::string>(request, "body")->find(kPosition) != std::string::npos) {
+      ++positions;
+    }
+  }
+  return {{"positions", positions}, {"repetitions", repetitions}};
 }
 
 Dictionary TunnelRun::result() const {
+  Dictionary result = counts();
   platform::List steps;
-  std::int64_t positions = 0;
   const std::lock_guard lock(mutex_);
   for (const Step& step : steps_) {
     Dictionary row{{"step", step.type == OrderEventType::customerRating ? "rating" : step.content},
@@ -163,11 +175,7 @@ Dictionary TunnelRun::result() const {
     if (found != learned_.end()) row.emplace("learned", timeText(found->date));
     steps.emplace_back(std::move(row));
   }
-  for (const Learned& learned : learned_) {
-    positions += learned.exchange.eventType == OrderEventType::locationUpdate ? 1 : 0;
-  }
-  Dictionary result{
-      {"steps", std::move(steps)}, {"positions", positions}, {"repetitions", repetitions()}};
+  result.emplace("steps", std::move(steps));
   if (const auto& delivery = platform::services().delivery) {
     const platform::DeliveryAccount account = delivery->account();
     result.emplace("account", platform::summary(account));

@@ -60,7 +60,8 @@ class TunnelRun {
   void driveUntil(double metres);
   /// Waits for the answer to what `start` asks.
   void await(const std::function<void(OrderCallback)>& start);
-  std::int64_t repetitions() const;
+  /// What the service says of its requests: how many were "positions" and "repetitions".
+  platform::Dictionary counts() const;
   platform::Dictionary result() const;
 
   const replay::TemporaryDirectory directory_;

@@ -125,7 +125,7 @@ TEST(Demo, saysHowItEnded) {
       {{"--base-url", "http://127.0.0.1:1"}, 1, "Create the customer: Error Creating Profile: "},
       {{"--trip", OVINTA_COMMAND}, 1, ""},
       {{"--pace", "-1"}, 2, ""},
-      {{"--tunnel"}, 2, "excludes"},
+      {{"--tunnel"}, 2, ""},
       {{"--device", "tape"}, 2, ""}};
   for (const auto& [arguments, exitCode, output] : cases) {
     const CommandResult result = demo(arguments);

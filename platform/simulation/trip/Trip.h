@@ -95,7 +95,8 @@ struct Trip {
   Date start = kDefaultTripStart;
 
   /// A trip through these points, of which there must be one at least, at an even speed in metres
-  /// per second, above zero; its positions are without noise. May be called from any thread.
+  /// per second, above zero, with these tunnels; its positions are without noise. May be called
+  /// from any thread.
   static Trip along(const std::vector<Coordinate>& way, double speed,
                     std::vector<TripTunnel> tunnels = {});
 
