@@ -127,8 +127,8 @@ void Sandbox::Server::add(std::string_view method, const std::string& pattern, H
 Answer Sandbox::Server::answerWithFault(const Route& route, const httplib::Request& request,
                                         const std::string& body) {
   // HEAD asks for no more than the head of what GET would be answered.
-  const auto fault =
-      request.method == route.method ? service_.faults.take(route) : std::optional<Fault>();
+  const bool isForApps = route.access != Access::everyone && request.method == route.method;
+  const auto fault = isForApps ? service_.faults.take(route) : std::nullopt;
   if (!fault) return answer(route, request, body);
   const FaultKind& kind = *fault->kind;
   auto place = kind.waits ? service_.waiting.take() : nullptr;

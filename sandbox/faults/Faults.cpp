@@ -52,8 +52,10 @@ bool hasRule(std::span<const FieldRule> rules, std::string_view key) {
 }  // namespace
 
 void Faults::set(const Route* endpoint, Dictionary record) {
+  const bool isTimed = record.contains("after") || record.contains("for");
   const platform::Date begin =
-      now_() + interval(record, "after").value_or(platform::TimeInterval());
+      isTimed ? now_() + interval(record, "after").value_or(platform::TimeInterval())
+              : platform::kDistantPast;
   const auto length = interval(record, "for");
   const platform::Date end = length ? begin + *length : platform::Date::max();
   {
@@ -81,13 +83,23 @@ void Faults::wake(const Route* endpoint) {
 }
 
 bool Faults::areInForce() const {
-  const platform::Date now = now_();
   const std::lock_guard lock(mutex_);
-  return std::ranges::any_of(entries_, [&](const auto& entry) { return now < entry.second.end; });
+  return !entries_.empty();
+}
+
+platform::Date Faults::now() const {
+  {
+    const std::lock_guard lock(mutex_);
+    const auto isTimed = [](const auto& entry) {
+      return entry.second.begin != platform::kDistantPast;
+    };
+    if (std::ranges::none_of(entries_, isTimed)) return platform::kDistantPast;
+  }
+  return now_();
 }
 
 List Faults::list() const {
-  const platform::Date now = now_();
+  const platform::Date now = this->now();
   const std::lock_guard lock(mutex_);
   List records;
   for (const auto& [endpoint, entry] : entries_) {
@@ -104,7 +116,7 @@ List Faults::list() const {
 }
 
 std::optional<Fault> Faults::take(const Route& endpoint) {
-  const platform::Date now = now_();
+  const platform::Date now = this->now();
   const std::lock_guard lock(mutex_);
   std::erase_if(entries_, [&](const auto& entry) { return entry.second.end <= now; });
   for (const Route* const place : {&endpoint, static_cast<const Route*>(nullptr)}) {

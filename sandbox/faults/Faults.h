@@ -44,19 +44,21 @@ class Faults {
   void clear();
   void clear(const Route& endpoint);
 
-  /// Whether any endpoint misbehaves, or will.
+  /// Whether any endpoint misbehaves, or will, or did until its time was over and was not asked
+  /// since.
   bool areInForce() const;
 
   /// The records of the faults that are in force or to come, the one of all endpoints first, the
   /// others in the order of the routes, each with the count and the time that is left.
   platform::List list() const;
 
-  /// The fault for one request to the endpoint, which counts as one.
+  /// The fault for one request to the endpoint, one for apps, which counts as one.
   std::optional<Fault> take(const Route& endpoint);
 
  private:
   struct Entry {
     platform::Dictionary record;
+    /// Long ago for a fault without times.
     platform::Date begin;
     /// From then on it strikes no request.
     platform::Date end;
@@ -65,6 +67,8 @@ class Faults {
 
   /// Wakes the requests that a fault of the endpoint holds, which may outlast the fault's entry.
   void wake(const Route* endpoint);
+  /// The time by the service's clock, which is not asked as long as no fault depends on it.
+  platform::Date now() const;
   Fault strike(Entries::iterator entry);
 
   const std::function<void()> onSet_;

@@ -40,7 +40,8 @@ TEST_F(RepetitionTest, IsAnsweredAsTheFirstWithoutBeingCarriedOut) {
   EXPECT_EQ(app.send("GET", "/sandbox/snapshot").body, before);
 
   std::string statuses;
-  for (const Value& entry : app.send("GET", "/sandbox/requests").list()) {
+  const Reply log = app.send("GET", "/sandbox/requests");
+  for (const Value& entry : log.list()) {
     const auto& request = *entry.as<Dictionary>();
     const bool isRepetition = platform::find<bool>(request, "repetition") != nullptr;
     statuses += std::to_string(*platform::find<std::int64_t>(request, "status")) +
