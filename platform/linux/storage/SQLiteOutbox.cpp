@@ -141,6 +141,16 @@ std::vector<OutboxEntry> SQLiteOutbox::load() {
   return entries;
 }
 
+std::optional<std::size_t> countOutbox(const fs::path& file) {
+  try {
+    const auto database = openSQLiteFileForReading(file);
+    const auto count = database->execAndGet("SELECT count(*) FROM event").getInt64();
+    return static_cast<std::size_t>(count);
+  } catch (const std::exception&) {
+    return std::nullopt;
+  }
+}
+
 std::optional<std::string> SQLiteOutbox::write(const Changes& changes) {
   return attempt([&changes](SQLite::Database& database) {
     SQLite::Transaction transaction(database, SQLite::TransactionBehavior::IMMEDIATE);
