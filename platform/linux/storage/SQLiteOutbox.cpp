@@ -154,7 +154,6 @@ std::optional<std::size_t> countOutbox(const fs::path& file) {
 std::optional<std::string> SQLiteOutbox::write(const Changes& changes) {
   return attempt([&changes](SQLite::Database& database) {
     SQLite::Transaction transaction(database, SQLite::TransactionBehavior::IMMEDIATE);
-    if (changes.beginsAnew) database.exec("DELETE FROM event");
     SQLite::Statement remove(database, "DELETE FROM event WHERE number = ?");
     for (const auto number : changes.removed) {
       remove.bind(1, number);

@@ -1,6 +1,7 @@
 #include "platform/portable/delivery/DeliveringURLSession.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "platform/UUID.h"
@@ -65,6 +66,8 @@ void DeliveringURLSession::restore() {
     const std::lock_guard lock(mutex_);
     const auto now = parts_.uptime();
     const Date today = clock_->now();
+    // What an outbox holds that cannot be read just now has other numbers.
+    nextNumber_ = std::max<std::int64_t>(1, today.time_since_epoch().count());
     for (OutboxEntry& entry : parts_.outbox->load()) {
       auto item = std::make_shared<DeliveryItem>();
       item->traits = traitsOf(entry.request);
@@ -365,13 +368,14 @@ void DeliveringURLSession::schedule(Effects& effects) {
   effects.wakeAfter = *next - now;
 }
 
-/// Makes the changes of a step in the outbox; all that waits is written anew where an earlier step
-/// failed to.
+/// Makes the changes of a step in the outbox, and with them those that earlier steps could not
+/// make.
 void DeliveringURLSession::persist(Effects& effects) {
   Outbox::Changes& changes = effects.changes;
   if (changes.removed.empty() && changes.added.empty()) return;
   if (isOutboxStale_) {
-    changes = {.beginsAnew = true};
+    std::ranges::copy(staleNumbers_, std::back_inserter(changes.removed));
+    changes.added.clear();
     for (const auto& item : lines_.all()) {
       const bool isKept = item->traits.event && !item->isDiscarded;
       if (isKept) changes.added.push_back(keptForm(item->entry));
@@ -379,6 +383,7 @@ void DeliveringURLSession::persist(Effects& effects) {
   }
   account_.storageFailure = parts_.outbox->write(changes);
   isOutboxStale_ = account_.storageFailure.has_value();
+  staleNumbers_ = isOutboxStale_ ? std::move(changes.removed) : std::vector<std::int64_t>();
   if (isOutboxStale_ && !std::exchange(hasToldOfStorage_, true)) {
     effects.lines.push_back("Order events that wait are kept in memory only: " +
                             *account_.storageFailure);

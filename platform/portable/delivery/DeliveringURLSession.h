@@ -114,8 +114,10 @@ class DeliveringURLSession final : public URLSession,
   bool isOutage_ = false;
   bool isMonitoring_ = false;
   bool hasNetwork_ = true;
-  /// Whether the outbox lacks something of what waits, because it could not be written.
+  /// Whether the outbox lacks something of what waits, because it could not be written, and what it
+  /// may hold that waits no more.
   bool isOutboxStale_ = false;
+  std::vector<std::int64_t> staleNumbers_;
   bool hasToldOfStorage_ = false;
 };
 

@@ -54,8 +54,6 @@ TEST_F(SQLiteOutboxTest, KeepsEntriesInAPrivateFileThatIsMadeWhenItIsNeeded) {
   EXPECT_THAT(open()->load(), ElementsAre(entry(1), entry(2), entry(3)));
   EXPECT_EQ(open()->write({.removed = {2, 9}, .added = {entry(4)}}), std::nullopt);
   EXPECT_THAT(open()->load(), ElementsAre(entry(1), entry(3), entry(4)));
-  EXPECT_EQ(open()->write({.beginsAnew = true, .added = {entry(5)}}), std::nullopt);
-  EXPECT_THAT(open()->load(), ElementsAre(entry(5)));
   EXPECT_THAT(log_->lines(), IsEmpty());
 }
 

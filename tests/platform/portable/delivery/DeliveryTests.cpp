@@ -48,7 +48,7 @@ TEST(DeliveryTest, TellsOfATunnelAndSendsWhatItHeldUp) {
   world.setWay(Way::open);
   world.time.advance(6s);
   EXPECT_EQ(world.told,
-            "waits late:7:state_change late:8:state_change late:7:location_update resumed ");
+            "waits late:7:state_change late:7:location_update late:8:state_change resumed ");
   EXPECT_EQ(summary(world.account()),
             "made 6 = delivered 3 + waiting 0 + superseded 3 + dropped 0");
   EXPECT_THAT(world.log->lines(),
@@ -102,7 +102,7 @@ TEST(DeliveryTest, KeepsNoTokenAndPutsItInAfterARestart) {
   world.quit();
   world.setWay(Way::open);
   world.launch();
-  world.time.advance(5s);
+  world.time.advance(6s);
   EXPECT_EQ(world.service.effects.size(), 1U);
   EXPECT_FALSE(world.service.hasEmptyField);
   EXPECT_EQ(world.told, "late:7:state_change resumed ");
