@@ -43,6 +43,20 @@ OutboxEntry keptForm(OutboxEntry entry) {
   return entry;
 }
 
+/// Whether the thread is inside a completion of a base.
+thread_local bool isCompleting = false;
+
+class CompletionScope {
+ public:
+  CompletionScope() : before_(std::exchange(isCompleting, true)) {}
+  ~CompletionScope() { isCompleting = before_; }
+  CompletionScope(const CompletionScope&) = delete;
+  CompletionScope& operator=(const CompletionScope&) = delete;
+
+ private:
+  const bool before_;
+};
+
 bool isSuccess(const Ending& ending) {
   return ending.response && ending.response->statusCode / 100 == 2;
 }
@@ -59,6 +73,16 @@ DeliveringURLSession::DeliveringURLSession(const Services& services, DeliveryOpt
       options_(std::move(options)),
       parts_(std::move(parts)),
       appToken_(options_.appToken) {}
+
+std::shared_ptr<DeliveringURLSession> DeliveringURLSession::make(const Services& services,
+                                                                 DeliveryOptions options,
+                                                                 DeliveryParts parts) {
+  const auto destroy = [mainQueue = services.mainQueue](DeliveringURLSession* session) {
+    std::shared_ptr<const DeliveringURLSession> last(session);
+    if (isCompleting) mainQueue->async([last = std::move(last)] {});
+  };
+  return {new DeliveringURLSession(services, std::move(options), std::move(parts)), destroy};
+}
 
 void DeliveringURLSession::restore() {
   Effects effects;
@@ -360,8 +384,8 @@ void DeliveringURLSession::schedule(Effects& effects) {
     if (item->isUnderWay) continue;
     consider(item->since + ageLimit(*item));
     if (retriesUnderWay_ >= limit || !lines_.isFirst(*item)) continue;
-    const bool isComplete = withTokens(item->entry.request, std::string(), appToken_).has_value();
-    if (isComplete) consider(std::max(gate_.next(), item->notBefore));
+    if (appToken_ || !lacksAppToken(item->entry.request))
+      consider(std::max(gate_.next(), item->notBefore));
   }
   if (!next || (wakeAt_ && *wakeAt_ <= *next)) return;
   wakeAt_ = effects.wakeAt = *next;
@@ -407,6 +431,7 @@ void DeliveringURLSession::perform(Effects effects) {
   for (auto& begun : effects.starts) {
     base_->startDataTask(
         std::move(begun.request), [weak, item = begun.item](auto data, auto response, auto error) {
+          const CompletionScope scope;  // Until after the reference is gone.
           const auto self = weak.lock();
           if (self) self->complete(item, {std::move(data), std::move(response), std::move(error)});
         });
