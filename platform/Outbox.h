@@ -35,18 +35,16 @@ class Outbox {
   /// Changes that are made as one: a process that dies meanwhile leaves all of them or none. A
   /// plain value.
   struct Changes {
-    /// Whether everything that was kept before goes.
-    bool beginsAnew = false;
     /// Entries that go, by their numbers; unknown ones are ignored.
     std::vector<std::int64_t> removed{};
-    /// Entries that come.
+    /// Entries that come, in place of those with the same numbers.
     std::vector<OutboxEntry> added{};
   };
 
   virtual ~Outbox() = default;
 
   /// What an earlier process has left, in the order of the numbers. What cannot be read is passed
-  /// over.
+  /// over, and stays for a later process.
   virtual std::vector<OutboxEntry> load() = 0;
 
   /// Makes the changes, and returns when they outlive the process. Where that fails, the result

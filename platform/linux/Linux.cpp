@@ -102,7 +102,7 @@ TimeInterval uptime() {
 
 std::uint64_t randomBits() {
   // Small numbers of bits from the system: they are asked for once an event or a try.
-  static std::random_device device;
+  std::random_device device;
   return std::uint64_t{device()} << 32U | device();
 }
 

@@ -141,10 +141,19 @@ std::vector<OutboxEntry> SQLiteOutbox::load() {
   return entries;
 }
 
+std::optional<std::size_t> countOutbox(const fs::path& file) {
+  try {
+    const auto database = openSQLiteFileForReading(file);
+    const auto count = database->execAndGet("SELECT count(*) FROM event").getInt64();
+    return static_cast<std::size_t>(count);
+  } catch (const std::exception&) {
+    return std::nullopt;
+  }
+}
+
 std::optional<std::string> SQLiteOutbox::write(const Changes& changes) {
   return attempt([&changes](SQLite::Database& database) {
     SQLite::Transaction transaction(database, SQLite::TransactionBehavior::IMMEDIATE);
-    if (changes.beginsAnew) database.exec("DELETE FROM event");
     SQLite::Statement remove(database, "DELETE FROM event WHERE number = ?");
     for (const auto number : changes.removed) {
       remove.bind(1, number);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <filesystem>
 #include <memory>
 #include <optional>
@@ -39,5 +40,9 @@ class SQLiteOutbox final : public Outbox {
   const std::shared_ptr<Log> log_;
   std::unique_ptr<SQLite::Database> database_;
 };
+
+/// How many entries the file holds; absent without a file that can be read, as while another
+/// process has it.
+std::optional<std::size_t> countOutbox(const std::filesystem::path& file);
 
 }  // namespace ovinta::platform::linuxos

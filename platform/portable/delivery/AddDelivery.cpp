@@ -10,8 +10,7 @@ namespace ovinta::platform::portable {
 std::shared_ptr<Outbox> makeInMemoryOutbox() { return std::make_shared<InMemoryOutbox>(); }
 
 void addDelivery(Services& services, DeliveryOptions options, DeliveryParts parts) {
-  const auto session =
-      std::make_shared<DeliveringURLSession>(services, std::move(options), std::move(parts));
+  const auto session = DeliveringURLSession::make(services, std::move(options), std::move(parts));
   session->restore();
   services.urlSession = session;
   services.delivery = session;

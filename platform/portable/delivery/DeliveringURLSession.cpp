@@ -1,6 +1,7 @@
 #include "platform/portable/delivery/DeliveringURLSession.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "platform/UUID.h"
@@ -42,6 +43,20 @@ OutboxEntry keptForm(OutboxEntry entry) {
   return entry;
 }
 
+/// Whether the thread is inside a completion of a base.
+thread_local bool isCompleting = false;
+
+class CompletionScope {
+ public:
+  CompletionScope() : before_(std::exchange(isCompleting, true)) {}
+  ~CompletionScope() { isCompleting = before_; }
+  CompletionScope(const CompletionScope&) = delete;
+  CompletionScope& operator=(const CompletionScope&) = delete;
+
+ private:
+  const bool before_;
+};
+
 bool isSuccess(const Ending& ending) {
   return ending.response && ending.response->statusCode / 100 == 2;
 }
@@ -59,12 +74,24 @@ DeliveringURLSession::DeliveringURLSession(const Services& services, DeliveryOpt
       parts_(std::move(parts)),
       appToken_(options_.appToken) {}
 
+std::shared_ptr<DeliveringURLSession> DeliveringURLSession::make(const Services& services,
+                                                                 DeliveryOptions options,
+                                                                 DeliveryParts parts) {
+  const auto destroy = [mainQueue = services.mainQueue](DeliveringURLSession* session) {
+    std::shared_ptr<const DeliveringURLSession> last(session);
+    if (isCompleting) mainQueue->async([last = std::move(last)] {});
+  };
+  return {new DeliveringURLSession(services, std::move(options), std::move(parts)), destroy};
+}
+
 void DeliveringURLSession::restore() {
   Effects effects;
   {
     const std::lock_guard lock(mutex_);
     const auto now = parts_.uptime();
     const Date today = clock_->now();
+    // What an outbox holds that cannot be read just now has other numbers.
+    nextNumber_ = std::max<std::int64_t>(1, today.time_since_epoch().count());
     for (OutboxEntry& entry : parts_.outbox->load()) {
       auto item = std::make_shared<DeliveryItem>();
       item->traits = traitsOf(entry.request);
@@ -357,21 +384,22 @@ void DeliveringURLSession::schedule(Effects& effects) {
     if (item->isUnderWay) continue;
     consider(item->since + ageLimit(*item));
     if (retriesUnderWay_ >= limit || !lines_.isFirst(*item)) continue;
-    const bool isComplete = withTokens(item->entry.request, std::string(), appToken_).has_value();
-    if (isComplete) consider(std::max(gate_.next(), item->notBefore));
+    if (appToken_ || !lacksAppToken(item->entry.request))
+      consider(std::max(gate_.next(), item->notBefore));
   }
   if (!next || (wakeAt_ && *wakeAt_ <= *next)) return;
   wakeAt_ = effects.wakeAt = *next;
   effects.wakeAfter = *next - now;
 }
 
-/// Makes the changes of a step in the outbox; all that waits is written anew where an earlier step
-/// failed to.
+/// Makes the changes of a step in the outbox, and with them those that earlier steps could not
+/// make.
 void DeliveringURLSession::persist(Effects& effects) {
   Outbox::Changes& changes = effects.changes;
   if (changes.removed.empty() && changes.added.empty()) return;
   if (isOutboxStale_) {
-    changes = {.beginsAnew = true};
+    std::ranges::copy(staleNumbers_, std::back_inserter(changes.removed));
+    changes.added.clear();
     for (const auto& item : lines_.all()) {
       const bool isKept = item->traits.event && !item->isDiscarded;
       if (isKept) changes.added.push_back(keptForm(item->entry));
@@ -379,6 +407,7 @@ void DeliveringURLSession::persist(Effects& effects) {
   }
   account_.storageFailure = parts_.outbox->write(changes);
   isOutboxStale_ = account_.storageFailure.has_value();
+  staleNumbers_ = isOutboxStale_ ? std::move(changes.removed) : std::vector<std::int64_t>();
   if (isOutboxStale_ && !std::exchange(hasToldOfStorage_, true)) {
     effects.lines.push_back("Order events that wait are kept in memory only: " +
                             *account_.storageFailure);
@@ -402,6 +431,7 @@ void DeliveringURLSession::perform(Effects effects) {
   for (auto& begun : effects.starts) {
     base_->startDataTask(
         std::move(begun.request), [weak, item = begun.item](auto data, auto response, auto error) {
+          const CompletionScope scope;  // Until after the reference is gone.
           const auto self = weak.lock();
           if (self) self->complete(item, {std::move(data), std::move(response), std::move(error)});
         });

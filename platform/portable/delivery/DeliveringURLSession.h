@@ -25,12 +25,18 @@ namespace ovinta::platform::portable {
 /// request's completion may come much later, and when the process exits first it is not called.
 /// Tries again on the main queue. No lock is held while anybody is called but the outbox and the
 /// settings. May be used from any thread.
+/// Made by `make` alone.
 class DeliveringURLSession final : public URLSession,
                                    public Delivery,
                                    public std::enable_shared_from_this<DeliveringURLSession> {
  public:
   /// Uses the session, the settings, the clock, the log and the main queue of the services.
   DeliveringURLSession(const Services& services, DeliveryOptions options, DeliveryParts parts);
+
+  /// Such a session. The last reference may go inside one of the base's completions, where nobody
+  /// may destroy the base: both are then destroyed on the main queue.
+  static std::shared_ptr<DeliveringURLSession> make(const Services& services,
+                                                    DeliveryOptions options, DeliveryParts parts);
 
   /// Takes over what an earlier process has left. To be called once, before anything else.
   void restore();
@@ -114,8 +120,10 @@ class DeliveringURLSession final : public URLSession,
   bool isOutage_ = false;
   bool isMonitoring_ = false;
   bool hasNetwork_ = true;
-  /// Whether the outbox lacks something of what waits, because it could not be written.
+  /// Whether the outbox lacks something of what waits, because it could not be written, and what it
+  /// may hold that waits no more.
   bool isOutboxStale_ = false;
+  std::vector<std::int64_t> staleNumbers_;
   bool hasToldOfStorage_ = false;
 };
 

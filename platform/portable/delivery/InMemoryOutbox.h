@@ -19,7 +19,6 @@ class InMemoryOutbox final : public Outbox {
 
   std::optional<std::string> write(const Changes& changes) override {
     const std::lock_guard lock(mutex_);
-    if (changes.beginsAnew) entries_.clear();
     for (const auto number : changes.removed) entries_.erase(number);
     for (const auto& entry : changes.added) entries_.insert_or_assign(entry.number, entry);
     return std::nullopt;

@@ -80,6 +80,11 @@ std::optional<std::string> appTokenOf(const URLRequest& request) {
   return field && !field->value.empty() ? std::optional(field->value) : std::nullopt;
 }
 
+bool lacksAppToken(const URLRequest& request) {
+  const auto* field = fieldOf(request, kAppField);
+  return field && field->value.empty();
+}
+
 URLRequest withoutTokens(URLRequest request) {
   for (auto& field : request.headers) {
     if (field.name == kCustomerField || field.name == kAppField) field.value.clear();
