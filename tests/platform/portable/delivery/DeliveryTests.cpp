@@ -95,8 +95,9 @@ TEST(DeliveryTest, KeepsNoTokenAndPutsItInAfterARestart) {
   DeliveryWorld world;
   world.setWay(Way::noNetwork);
   world.send(eventRequest(7, "state_change", 1));
-  ASSERT_EQ(world.outbox->load().size(), 1U) << "before the call returns";
-  for (const auto& [name, value] : world.outbox->load().front().request.headers) {
+  const auto kept = world.outbox->load();
+  ASSERT_EQ(kept.size(), 1U) << "before the call returns";
+  for (const auto& [name, value] : kept.front().request.headers) {
     EXPECT_THAT(value, testing::Not(testing::AnyOf(HasSubstr("alice"), HasSubstr("app")))) << name;
   }
   world.quit();
