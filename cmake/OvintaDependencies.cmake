@@ -1,7 +1,7 @@
 set(OVINTA_DEPENDENCIES_REQUIRED REQUIRED)
 include(OvintaFindDependencies)
-# For the simulation alone, which not everyone who adds the project needs.
-if(PROJECT_IS_TOP_LEVEL)
+# For the simulation, which not everyone who adds the project needs.
+if(PROJECT_IS_TOP_LEVEL OR OVINTA_COMMAND OR OVINTA_BENCHMARKS OR OVINTA_FUZZERS)
   find_package(pugixml REQUIRED)
 else()
   find_package(pugixml QUIET)

@@ -83,7 +83,7 @@ def main(root, out, *headers):
         # Only of a file that is documented itself are the functions and enumerations shown.
         files[header] = "/** @file */ " + "\n".join(map(plain, docstrings.spread(lines)))
     pages = {path.relative_to(root).as_posix(): path.read_text(encoding="utf-8")
-             for path in (root / "README.md", root / "CHANGELOG.md", *(root / "docs").glob("*.md"))}
+             for path in (*root.glob("*.md"), *(root / "docs").glob("*.md"))}
     for path, text in pages.items():
         files[path] = "\n".join(page(path, text, pages))
     for path, text in files.items():

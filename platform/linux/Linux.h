@@ -119,6 +119,15 @@ enum class MainThreadError {
 /// The error as a sentence in English for developers. May be called from any thread.
 OVINTA_EXPORT std::string_view message(MainThreadError error);
 
+}  // namespace ovinta::platform::linuxos
+
+template <>
+struct ovinta::platform::EnumNames<ovinta::platform::linuxos::MainThreadError> {
+  static std::string_view of(linuxos::MainThreadError error) { return linuxos::message(error); }
+};
+
+namespace ovinta::platform::linuxos {
+
 /// Makes the calling thread the main one, for applications whose loop runs on another thread than
 /// the process's initial one. Call it before `makeServices`. Absent for success, which it also is
 /// where the thread is the main one already; once another is, it is `otherThread`. From then on no
@@ -128,8 +137,9 @@ OVINTA_EXPORT std::string_view message(MainThreadError error);
 /// Runs the tasks of the main queue that are due, for applications whose loop is their own: called
 /// when `mainTasksDescriptor` is readable, or now and then. Takes no new task once the time is up,
 /// but always the first; a task that has begun is run to its end. True where some that are due are
-/// left. Other sources of GLib are not served. Main thread only, and not inside a task: otherwise
-/// it is `otherThread` or `insideTask`, and nothing is run.
+/// left. Other sources of GLib are not served. Main thread only, which no other thread runs a task
+/// for from then on, and not inside a task: otherwise it is `otherThread` or `insideTask`, and
+/// nothing is run.
 OVINTA_EXPORT Expected<bool, MainThreadError> runMainTasks(std::chrono::milliseconds atMost);
 
 /// A file descriptor that is readable while a task of the main queue is due, delayed ones included,

@@ -159,7 +159,7 @@ TEST_F(ClientTest, keepsTheCustomerFromCallToCall) {
       {"echo '$ovinta customer login --email a --password - <&0 & p=$!; until stty -a | grep -q "
        "\" -echo \"; do kill -0 $p || exit; done; kill $p; wait $p; stty -a' > $home/hidden; "
        "export ovinta; "
-       "script -qec \"bash $home/hidden\" /dev/null",
+       "mkfifo $home/nobody; script -qec \"bash $home/hidden\" /dev/null <>$home/nobody",
        0, " echo "},
       {"printf 'token\\nanother\\nother\\n' | ovinta customer set-password --reset-token - "
        "--password - --confirmation -",

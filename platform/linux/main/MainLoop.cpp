@@ -1,7 +1,9 @@
 // What serves the main queues.
 #include <glib.h>
 
+#include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <string>
 
 #include "platform/linux/Linux.h"
@@ -57,15 +59,24 @@ void quitMainLoop() {
 }
 
 Expected<bool, MainThreadError> runMainTasks(std::chrono::milliseconds atMost) {
+  using Clock = std::chrono::steady_clock;
   if (const auto error = objection()) return *error;
-  const auto start = std::chrono::steady_clock::now();
-  do {
-    bool hasRun = false;
-    for (const auto& tasks : MainTasks::all()) hasRun = tasks->runNext() || hasRun;
-    if (!hasRun) return false;
-  } while (std::chrono::steady_clock::now() - start < atMost);
-  for (const auto& tasks : MainTasks::all()) {
-    if (tasks->isDue()) return true;
+  becomeMainThread();
+  claimTasks();
+  const auto start = Clock::now();
+  // In milliseconds, of which there may be more than fit into the clock's unit.
+  const auto isOver = [&] {
+    return std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start) >= atMost;
+  };
+  const auto all = MainTasks::all();
+  bool hasRun = true;
+  while (hasRun) {
+    hasRun = false;
+    for (const auto& tasks : all) {
+      if (!tasks->runNext()) continue;
+      hasRun = true;
+      if (isOver()) return std::ranges::any_of(all, &MainTasks::isDue);
+    }
   }
   return false;
 }

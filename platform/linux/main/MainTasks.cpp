@@ -1,6 +1,7 @@
 #include "platform/linux/main/MainTasks.h"
 
 #include <algorithm>
+#include <atomic>
 #include <future>
 #include <limits>
 #include <optional>
@@ -27,6 +28,9 @@ Registry& registry() {
 }
 
 thread_local bool isInTask = false;
+
+/// Whether a loop inside a task met tasks that are due, which then wait for the end of that one.
+std::atomic<bool> isHeldUp{false};
 
 }  // namespace
 
@@ -110,11 +114,14 @@ bool MainTasks::runNext() noexcept {
     MainTimer::shared().hold();
     arm();
   }
-  const bool wasInTask = std::exchange(isInTask, true);
+  isInTask = true;
   task();
-  isInTask = wasInTask;
+  isInTask = false;
   MainTimer::shared().release();
   detachWhenOver();
+  if (isHeldUp.exchange(false)) {
+    for (const auto& tasks : all()) tasks->setTimer();
+  }
   return true;
 }
 
@@ -133,7 +140,7 @@ TimeInterval MainTasks::lookAfterTasks() {
     const std::lock_guard lock(mutex_);
     if (hasRun_ || isWaitingTold_ || tasks_.empty()) return TimeInterval::max();
     const TimeInterval left(tasks_.begin()->first - options_.now());
-    if (left > -options_.patience) return std::max(left, options_.patience);
+    if (left > -options_.patience) return left + options_.patience;
   }
   tellOfWaiting();
   return TimeInterval::max();
@@ -161,7 +168,15 @@ void MainTasks::writeToLog(std::string_view line) {
 }
 
 void MainTasks::dispatch() noexcept {
+  if (isInTask) return holdUp();
   if (isMainThread() || mayRunHere()) runNext();
+}
+
+/// Has a loop that runs inside a task find nothing due: tasks run one at a time.
+void MainTasks::holdUp() {
+  const std::lock_guard lock(mutex_);
+  isHeldUp = true;
+  if (source_) g_source_set_ready_time(source_, -1);
 }
 
 /// Whether another thread than the main one may run a task: if the application has said which one

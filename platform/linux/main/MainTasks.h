@@ -58,7 +58,8 @@ class MainTasks : public std::enable_shared_from_this<MainTasks> {
   /// once there is none.
   void close();
 
-  /// Runs the first task if it is due; whether it was. For the thread that serves the queue.
+  /// Runs the first task if it is due; whether it was. For the thread that serves the queue, not
+  /// inside a task.
   bool runNext() noexcept;
 
   bool isDue();
@@ -87,6 +88,7 @@ class MainTasks : public std::enable_shared_from_this<MainTasks> {
   bool noteOverdue();
   void tellOfWaiting();
   void dispatch() noexcept;
+  void holdUp();
   bool mayRunHere();
   void attach();
   void detachWhenOver();

@@ -36,11 +36,13 @@ bool isMainThread() {
   return ::gettid() == (fixed ? fixed : ::getpid());
 }
 
+void claimTasks() { isClaimed = true; }
+
 bool isMainThreadClaimed() { return isClaimed; }
 
 std::optional<MainThreadError> claimMainThread() {
   if (!becomeMainThread()) return MainThreadError::otherThread;
-  isClaimed = true;
+  claimTasks();
   return std::nullopt;
 }
 

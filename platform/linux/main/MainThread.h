@@ -13,7 +13,11 @@ bool becomeMainThread();
 /// initial one.
 bool isMainThread();
 
-/// Whether the application has said by `claimMainThread` which thread is the main one.
+/// Makes the calling thread, which is the main one, the only one that runs tasks.
+void claimTasks();
+
+/// Whether the application has said which thread the main one is: by `claimMainThread`, or by
+/// running tasks there.
 bool isMainThreadClaimed();
 
 }  // namespace ovinta::platform::linuxos

@@ -1,7 +1,6 @@
 #include "platform/simulation/testing/ScriptedService.h"
 
 #include <algorithm>
-#include <ranges>
 #include <utility>
 
 namespace ovinta::platform::simulation {
@@ -107,8 +106,9 @@ ScriptedService::Reply ScriptedService::replyTo(const URLRequest& request) {
     const ExpectedRequest& expected = *expected_[next_++];
     return {.answer = expected.answer(), .delay = expected.delay()};
   }
-  const auto newestFirst = std::views::reverse(allowed_);
-  if (const auto allowed = std::ranges::find_if(newestFirst, fits); allowed != newestFirst.end()) {
+  // The newest first.
+  if (const auto allowed = std::find_if(allowed_.rbegin(), allowed_.rend(), fits);
+      allowed != allowed_.rend()) {
     return {.answer = (*allowed)->answer(), .delay = (*allowed)->delay()};
   }
   Reply reply = unexpected(request);

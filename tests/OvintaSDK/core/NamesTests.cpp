@@ -26,8 +26,8 @@ TEST(NamesTest, AnApplicationLogsEveryEnumerationThatItMeets) {
             "no content, Already fetching orders, Could not load customer, Could not load API url, "
             "Location permission is missing, ");
   EXPECT_EQ(shown(BatteryState::full, CodingError::Kind::typeMismatch, linuxos::Condition::limited,
-                  linuxos::PositionSource::gpsd),
-            "full, type mismatch, limited, gpsd, ");
+                  linuxos::PositionSource::gpsd, linuxos::MainThreadError::noDescriptor),
+            "full, type mismatch, limited, gpsd, The system has no descriptor left., ");
   EXPECT_EQ(shown(static_cast<OrderState>(-1), static_cast<HTTPStatusCode>(500),
                   static_cast<SitesManagerErrorType>(1), static_cast<BatteryState>(4)),
             "invalid, invalid, invalid, invalid, ");

@@ -23,9 +23,12 @@ struct MainQueueRig : testing::Test {
   MainQueueRig() { linuxos::rememberMainThread(); }
   void advance(TimeInterval interval) {
     now_ += interval.count();
-    // The queue looks at the time when it is given something.
-    queue_->async([] {});
-    while (g_main_context_iteration(nullptr, FALSE)) {
+    // The queue looks at the time when it is given something. The second is behind what is
+    // submitted by what is due.
+    for (int round = 0; round < 2; ++round) {
+      bool isOver = false;
+      queue_->async([&] { isOver = true; });
+      runUntil([&] { return isOver; });
     }
   }
   void runUntil(const std::function<bool()>& condition) {
