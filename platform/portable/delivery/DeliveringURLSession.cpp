@@ -248,15 +248,16 @@ std::optional<DropReason> DeliveringURLSession::reasonNotToWait(const DeliveryIt
 void DeliveringURLSession::hold(const DeliveryItemPtr& item, const Judgement& judgement,
                                 Effects& effects) {
   const auto now = parts_.uptime();
-  ++item->failures;
   item->isLate = true;
   item->isPutOff = judgement.isPutOff;
   for (const auto& each : lines_.lineOf(*item)) each->isLate = true;
   gate_.fail(now, parts_.random());
   const auto& error = item->last.error;
+  const bool hasLeft = !error || error->failure != TransportFailure::notSent;
+  if (hasLeft) ++item->failures;
   if (judgement.retryAfter) {
     item->notBefore = now + *judgement.retryAfter + jitter(parts_.random(), retryWindow(1));
-  } else if (!error || error->failure != TransportFailure::notSent) {
+  } else if (hasLeft) {
     item->notBefore = now + jitter(parts_.random(), retryWindow(item->failures));
   }
   supersede(*item, effects);

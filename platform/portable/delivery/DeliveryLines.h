@@ -26,7 +26,7 @@ struct DeliveryItem {
   Uptime since{};
   /// No try before that.
   Uptime notBefore{};
-  /// How often it was sent in vain.
+  /// How often it has left the device in vain.
   int failures = 0;
   bool isUnderWay = false;
   /// Whether the present try is one that the gate has let through.

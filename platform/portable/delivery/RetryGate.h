@@ -53,9 +53,10 @@ class RetryGate {
     lastTry_ = now;
     next_ = now + jitter(random, retryWindow(failures_));
   }
-  /// There is a reason to hope for the service, such as a network that is new.
+  /// There is a reason to hope for the service, such as a network that is new: what was in vain
+  /// before says nothing of it.
   void hope(Uptime now, std::uint64_t random) {
-    failures_ = std::max(failures_, 1);
+    failures_ = 1;
     next_ = now + jitter(random, kReturnWindow);
   }
   /// Opens the gate for one try, unless there was one a short while ago.
