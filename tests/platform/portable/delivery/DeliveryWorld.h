@@ -19,6 +19,7 @@
 #include "platform/simulation/http/Answer.h"
 #include "platform/simulation/http/SimulatedNetworkMonitor.h"
 #include "platform/simulation/time/VirtualTime.h"
+#include "tests/platform/portable/delivery/DeliveryRequests.h"
 
 namespace ovinta::platform::test {
 
@@ -120,16 +121,6 @@ struct FailingOutbox final : Outbox {
   bool isBroken = false;
   Fate fate;
 };
-
-/// An event as the library sends it; the sequence tells it from others.
-inline URLRequest eventRequest(std::int64_t orderID, const std::string& type, std::int64_t sequence,
-                               const std::string& token = "alice") {
-  return {.url = {"https://service.test/m/v1/events"},
-          .method = "POST",
-          .headers = {{"Authorization", "Token token=\"" + token + "\""}, {"App-Token", "app"}},
-          .body = R"({"data":{"order_id":)" + std::to_string(orderID) + R"(,"event_type":")" +
-                  type + R"(","eta_seconds":)" + std::to_string(sequence) + "}}"};
-}
 
 /// A device with delivery on, in virtual time, whose process can end and begin again.
 class DeliveryWorld : public DeliveryDelegate {
