@@ -6,6 +6,8 @@
 // as long as none changes it. Nothing is thrown at the application.
 
 #include "../platform/JSONText.h"
+#include "../platform/NetworkMonitor.h"
+#include "../platform/Outbox.h"
 #include "../platform/Services.h"
 #include "OvintaSDK/api/OvintaAPIError.h"
 #include "OvintaSDK/api/OvintaError.h"

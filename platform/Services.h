@@ -5,6 +5,7 @@
 #include "Bundle.h"
 #include "Clock.h"
 #include "DateFormatter.h"
+#include "Delivery.h"
 #include "Device.h"
 #include "Export.h"
 #include "Location.h"
@@ -25,8 +26,9 @@ namespace ovinta::platform {
 // "A plain value", in the headers of the platform too, is a record that follows the rule of the
 // standard containers: any number of threads may read it as long as none changes it.
 
-/// Everything that the library needs of the platform; each is described at its type. None may be
-/// null when installed. A plain value; the services themselves may be called as their types say.
+/// Everything that the library needs of the platform; each is described at its type. None but
+/// `delivery` may be null when installed. A plain value; the services themselves may be called as
+/// their types say.
 struct Services {
   /// Described at their types, as the others without words of their own.
   std::shared_ptr<Clock> clock;
@@ -49,6 +51,9 @@ struct Services {
   std::shared_ptr<LocationServices> location;
   std::shared_ptr<UserNotificationCenter> userNotifications;
   std::shared_ptr<Device> device;
+  /// Keeps what could not be sent, and sends it later; null where that is off. The library does not
+  /// use it.
+  std::shared_ptr<Delivery> delivery = {};
 };
 
 /// Sets the services that the library uses from now on. Call it once, before any other use of the

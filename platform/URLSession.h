@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <chrono>
 #include <functional>
 #include <optional>
@@ -7,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "EnumNames.h"
 #include "Export.h"
 #include "URL.h"
 
@@ -51,10 +53,28 @@ struct OVINTA_EXPORT HTTPResponse {
   std::optional<std::string> header(std::string_view name) const;
 };
 
+/// How far a request came that ended without a complete answer. Has a `name`.
+enum class TransportFailure {
+  /// Nobody knows, or to send it again would end the same way.
+  unknown,
+  /// No byte of the request has left the device.
+  notSent,
+  /// Some of it was sent: the service may have done what it asks for.
+  answerLost
+};
+
+/// The failures in words, in the order of their values.
+inline constexpr std::array<std::string_view, 3> kTransportFailureNames{"unknown", "not sent",
+                                                                        "answer lost"};
+template <>
+struct EnumNames<TransportFailure> : NamesInOrder<kTransportFailureNames> {};
+
 /// Why a request ended without a complete answer. A plain value.
 struct TransportError {
   /// A sentence for people; free of the request's URL, headers and body.
   std::string localizedDescription;
+  /// How far the request came.
+  TransportFailure failure = TransportFailure::unknown;
 };
 
 /// Sends requests over HTTP. May be used from any thread.

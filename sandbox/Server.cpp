@@ -145,8 +145,8 @@ void Sandbox::Server::add(std::string_view method, const std::string& pattern, H
 Answer Sandbox::Server::answerWithFault(const Route& route, const httplib::Request& request,
                                         const std::string& body) {
   // HEAD asks for no more than the head of what GET would be answered.
-  const auto fault =
-      request.method == route.method ? service_.faults.take(route) : std::optional<Fault>();
+  const bool isForApps = route.access != Access::everyone && request.method == route.method;
+  const auto fault = isForApps ? service_.faults.take(route) : std::nullopt;
   if (!fault) return answer(route, request, body);
   const FaultKind& kind = *fault->kind;
   auto place = kind.waits ? service_.waiting.take() : nullptr;
@@ -154,8 +154,10 @@ Answer Sandbox::Server::answerWithFault(const Route& route, const httplib::Reque
   using enum FaultKind::Moment;
   if (kind.moment == before && !pause(*fault, *Connection::of(request))) return {.status = 0};
   Answer result = kind.moment == instead ? Answer() : answer(route, request, body);
+  const bool isRepetition = result.isRepetition;
   const FaultKind::Place here{request.target, request.get_header_value("Host"), port_};
   if (kind.spoil) kind.spoil(fault->settings, here, result);
+  result.isRepetition = isRepetition;
   result.place = std::move(place);
   result.end = fault->end;
   return result;
@@ -185,7 +187,18 @@ Answer Sandbox::Server::answer(const Route& route, const httplib::Request& reque
   for (std::size_t group = 1; group < request.matches.size(); ++group) {
     call.parameters.push_back(request.matches[group].str());
   }
-  return route.handle(call);
+  return handle(route, call, request, body);
+}
+
+Answer Sandbox::Server::handle(const Route& route, const Call& call,
+                               const httplib::Request& request, const std::string& body) {
+  const std::string key = request.get_header_value("Idempotency-Key");
+  const bool isHonoured = route.access == Access::customer && route.method == "POST";
+  if (key.empty() || !isHonoured) return route.handle(call);
+  // Tokens hold no line break, as no header does.
+  return service_.answers.answerOnce(
+      {.key = call.token + "\n" + key, .content = request.target + "\n" + body},
+      [&] { return route.handle(call); });
 }
 
 std::optional<Answer> Sandbox::Server::rejection(Access access, const httplib::Request& request,
@@ -234,7 +247,8 @@ void Sandbox::Server::finish(const httplib::Request& request, const std::string&
                            .status = answer.status,
                            .answerBody = answer.body,
                            .time = dateText(service_.state.now()),
-                           .milliseconds = std::floor(connection.age().count() * 1000) / 1000});
+                           .milliseconds = std::floor(connection.age().count() * 1000) / 1000,
+                           .isRepetition = answer.isRepetition});
   }
   // Clients repeat of their own accord what ends without an answer on a connection that was kept:
   // they would not meet the fault.

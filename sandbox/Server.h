@@ -43,6 +43,10 @@ class Sandbox::Server {
   /// Waits out the fault's delay; answers whether there is still someone to answer then.
   bool pause(const Fault& fault, const Connection& connection) const;
   Answer answer(const Route& route, const httplib::Request& request, const std::string& body);
+  /// The route's answer to a call that has passed the checks; once only for requests of a customer
+  /// that carry the same key.
+  Answer handle(const Route& route, const Call& call, const httplib::Request& request,
+                const std::string& body);
   /// The answer to a request that the route must not see; absent for all others.
   std::optional<Answer> rejection(Access access, const httplib::Request& request,
                                   const std::string& token) const;

@@ -9,17 +9,19 @@
 #include "cli/client/Output.h"
 #include "cli/commands/Commands.h"
 #include "cli/demo/Demo.h"
+#include "cli/demo/TunnelDemo.h"
 
 namespace ovinta::cli {
 namespace {
 
 ExitCode runDemo(const DemoOptions& options) {
-  Interruption interruption;
   auto trip = loadTrip(options.trip);
   if (!trip) {
     Output(options.service.json).printFailure("No Trip", trip.error());
     return ExitCode::failure;
   }
+  if (options.isThroughTunnel) return runTunnelDemo(options, *std::move(trip));
+  Interruption interruption;
   Demo demo(options, *std::move(trip), interruption);
   const ExitCode code = demo.run() ? ExitCode::success : ExitCode::failure;
   refuseUnkept();
@@ -60,6 +62,13 @@ void addDemoCommand(CLI::App& app, int& exitCode) {
   command->get_option("--base-url")
       ->description("Use the service that runs there, not a sandbox of its own")
       ->group("Options");
+  command
+      ->add_flag(
+          "--tunnel", options->isThroughTunnel,
+          "Make the trip twice, without and with delivery of what could not be sent, through "
+          "a tunnel where it has none, as fast as it goes, and compare what the service "
+          "learned, and when")
+      ->excludes("--device", "--pace", "--base-url");
   command->callback([options, &exitCode] {
     exitCode =
         static_cast<int>(Output(options->service.json).guard([&] { return runDemo(*options); }));

@@ -6,19 +6,13 @@
 #include "OvintaSDK/core/Guarded.h"
 #include "cli/client/StoredOrders.h"
 #include "cli/demo/Demo.h"
+#include "cli/demo/DemoOrder.h"
 #include "platform/Services.h"
 
 namespace ovinta::cli {
 namespace {
 
 using namespace std::chrono_literals;
-
-/// The site of the sandbox at which the trips end.
-constexpr std::int64_t kSite = 42;
-
-/// Metres to the site at which the customer counts as being near, and as having arrived.
-constexpr double kNearby = 500;
-constexpr double kArrived = 50;
 
 /// The raw bytes of a made-up device token that follows from the seed.
 std::array<std::uint8_t, 32> seededToken(std::uint64_t seed) {
@@ -28,6 +22,8 @@ std::array<std::uint8_t, 32> seededToken(std::uint64_t seed) {
   return token;
 }
 
+}  // namespace
+
 const CustomerInfo& demoCustomer() {
   static const CustomerInfo kCustomer{.name = "Alex Example",
                                       .carType = "Hatchback",
@@ -35,8 +31,6 @@ const CustomerInfo& demoCustomer() {
                                       .licensePlate = "DEMO 1"};
   return kCustomer;
 }
-
-}  // namespace
 
 const std::vector<Demo::Step>& Demo::steps() {
   static const std::vector<Step> kSteps{

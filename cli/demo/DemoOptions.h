@@ -15,6 +15,8 @@ enum class DemoDeviceKind {
 
 struct DemoOptions {
   DemoDeviceKind device = DemoDeviceKind::simulated;
+  /// Whether the trip is made twice, without and with delivery, through a tunnel.
+  bool isThroughTunnel = false;
   TripOptions trip = {};
   /// Without a base URL the service is a sandbox in this process. A demonstration sets the data
   /// directory itself.

@@ -5,9 +5,11 @@
 namespace ovinta::cli {
 
 TripDevice::TripDevice(platform::Services base, platform::Date start,
-                       ObservedURLSession::Observer observer)
+                       ObservedURLSession::Observer observer,
+                       std::optional<platform::DeliveryOptions> delivery)
     : simulation_(std::move(base), start) {
   simulation_.holdTimeDuringRequests();
+  if (delivery) simulation_.deliver(*std::move(delivery));
   simulation_.location().setAuthorizationStatus(platform::kAuthorizedWhenInUse);
 
   platform::Services services = simulation_.services();

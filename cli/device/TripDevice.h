@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <memory>
+#include <optional>
 
 #include "cli/client/ObservedURLSession.h"
 #include "cli/device/ObservedLocationServices.h"
@@ -17,8 +18,10 @@ inline constexpr std::chrono::seconds kPatience{20};
 /// is the main one.
 class TripDevice {
  public:
-  /// `observer` is called in turn with the main thread, for as long as the device lives.
-  TripDevice(platform::Services base, platform::Date start, ObservedURLSession::Observer observer);
+  /// `observer` is called in turn with the main thread, for as long as the device lives. Without
+  /// options of delivery there is none.
+  TripDevice(platform::Services base, platform::Date start, ObservedURLSession::Observer observer,
+             std::optional<platform::DeliveryOptions> delivery = {});
   ~TripDevice();
   TripDevice(const TripDevice&) = delete;
   TripDevice& operator=(const TripDevice&) = delete;

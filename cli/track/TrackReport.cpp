@@ -4,6 +4,23 @@
 
 namespace ovinta::cli {
 
+namespace {
+
+platform::Dictionary deliveryRecord(const platform::DeliveryAccount& account) {
+  platform::Dictionary dropped;
+  for (std::size_t i = 0; i < account.dropped.size(); ++i) {
+    const auto reason = static_cast<platform::DropReason>(i);
+    dropped.emplace(platform::name(reason), account.dropped.at(i));
+  }
+  return {{"made", account.made},
+          {"delivered", account.delivered},
+          {"waiting", account.waiting},
+          {"superseded", account.superseded},
+          {"dropped", std::move(dropped)}};
+}
+
+}  // namespace
+
 std::optional<double> nearestSiteDistance(const platform::Location& from) {
   std::optional<double> nearest;
   for (const OrderPtr& order : openOrders()) {
@@ -61,7 +78,13 @@ ExitCode TrackReport::summarize() {
   }
   const std::size_t failed = exchanges_.failed();
   text += "Requests that failed: " + std::to_string(failed) + "\n";
-  timeline_.summarize(text, {{"requests", requests}, {"failed", failed}});
+  platform::Dictionary details{{"requests", requests}, {"failed", failed}};
+  if (const auto& delivery = platform::services().delivery) {
+    const auto account = delivery->account();
+    text += "Order events: " + summary(account) + "\n";
+    details.emplace("delivery", deliveryRecord(account));
+  }
+  timeline_.summarize(text, details);
   return failed == 0 ? ExitCode::success : ExitCode::failure;
 }
 

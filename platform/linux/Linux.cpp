@@ -1,6 +1,9 @@
 #include "platform/linux/Linux.h"
 
+#include <time.h>
+
 #include <mutex>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -18,7 +21,9 @@
 #include "platform/linux/main/MainThread.h"
 #include "platform/linux/main/SystemClock.h"
 #include "platform/linux/main/SystemLog.h"
+#include "platform/linux/network/GioNetworkMonitor.h"
 #include "platform/linux/notifications/StoredUserNotificationCenter.h"
+#include "platform/linux/storage/SQLiteOutbox.h"
 #include "platform/linux/storage/SQLitePersistentContainer.h"
 #include "platform/linux/storage/SQLiteSettingsStore.h"
 #include "platform/portable/Portable.h"
@@ -85,6 +90,34 @@ CurlURLSession::Options httpOptions(const Options& options, const GLibMainQueue&
   // Most tasks come of answers, so that the thread of these is there when nobody runs them.
   http.beforeWaiting = mainQueue.watch();
   return http;
+}
+
+/// The time since the device was started, its sleep included.
+TimeInterval uptime() {
+  timespec time{};
+  clock_gettime(CLOCK_BOOTTIME, &time);
+  return std::chrono::duration_cast<TimeInterval>(std::chrono::seconds(time.tv_sec) +
+                                                  std::chrono::nanoseconds(time.tv_nsec));
+}
+
+std::uint64_t randomBits() {
+  // Small numbers of bits from the system: they are asked for once an event or a try.
+  std::random_device device;
+  return std::uint64_t{device()} << 32U | device();
+}
+
+portable::DeliveryParts deliveryParts(const std::optional<fs::path>& directory,
+                                      const Services& services) {
+  portable::DeliveryParts parts;
+  parts.outbox = std::make_shared<SQLiteOutbox>(fileIn(directory, kOutboxFile), services.log);
+  parts.network = std::make_shared<GioNetworkMonitor>(services.mainQueue);
+  parts.uptime = &uptime;
+  parts.random = &randomBits;
+  // A request without a URL fails soon, and nowhere but on that thread.
+  parts.onCallbackThread = [session = services.urlSession](const std::function<void()>& task) {
+    session->startDataTask({}, [task](const auto&...) { task(); });
+  };
+  return parts;
 }
 
 /// The position hubs of all services that live, oldest first, for the functions of this header that
@@ -171,6 +204,9 @@ Services makeServices(const Options& options) {
   services.device = std::make_shared<SystemDevice>(systemBus, services.clock);
   services.userNotifications =
       makeUserNotifications(options, applicationID, directory, sessionBus, services);
+  if (options.delivery) {
+    portable::addDelivery(services, *options.delivery, deliveryParts(directory, services));
+  }
   return services;
 }
 

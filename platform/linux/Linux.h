@@ -78,6 +78,9 @@ struct Options {
   /// is not read, and the request fails: to read an answer takes several times its size in memory.
   /// Default: 4 MiB, enough for two thousand orders; also for 0, of which the log tells.
   std::optional<std::size_t> answerSizeLimit = {};
+  /// How requests are delivered that could not be sent, from memory and, for order events, from the
+  /// data directory: docs/delivery.md. Default: a request that fails is reported and forgotten.
+  std::optional<DeliveryOptions> delivery = {};
 };
 
 /// A full set of services of this system, none of them null. Makes the data directory (mode 0700)

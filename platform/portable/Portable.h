@@ -1,15 +1,20 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string_view>
 
 #include "../Bundle.h"
+#include "../Delivery.h"
 #include "../Export.h"
 #include "../Log.h"
+#include "../NetworkMonitor.h"
 #include "../NotificationCenter.h"
 #include "../OperationQueue.h"
+#include "../Outbox.h"
 #include "../PersistentContainer.h"
+#include "../Services.h"
 #include "../SettingsStore.h"
 
 /// Implementations that serve every platform. Each function may be called from any thread.
@@ -33,5 +38,30 @@ OVINTA_EXPORT std::shared_ptr<Log> makeLog(std::function<void(std::string_view l
 
 /// The library's own bundle, with its version and its data model, which are compiled in.
 OVINTA_EXPORT std::shared_ptr<Bundle> makeLibraryBundle();
+
+/// An outbox that lasts as long as the object.
+OVINTA_EXPORT std::shared_ptr<Outbox> makeInMemoryOutbox();
+
+/// What delivery stands on, beside the clock, the log, the main queue, the settings and the session
+/// of the services. None may be empty. A plain value.
+struct DeliveryParts {
+  /// Where events wait.
+  std::shared_ptr<Outbox> outbox;
+  /// Tells when it is worth while to try again.
+  std::shared_ptr<NetworkMonitor> network;
+  /// The time since some instant, which never goes back and does not stand still while the device
+  /// sleeps. Called from any thread.
+  std::function<TimeInterval()> uptime;
+  /// Random numbers of 64 bits; called by one thread at a time.
+  std::function<std::uint64_t()> random;
+  /// Runs a task on the callback thread of the services' session, soon and never inside the call.
+  /// Called from any thread.
+  std::function<void(std::function<void()> task)> onCallbackThread;
+};
+
+/// Has the services deliver what could not be sent: puts a session and settings in place of theirs,
+/// which use theirs, and sets `delivery`. To be called before the services are installed. What an
+/// earlier process has left in the outbox is read inside the call, and goes out soon after.
+OVINTA_EXPORT void addDelivery(Services& services, DeliveryOptions options, DeliveryParts parts);
 
 }  // namespace ovinta::platform::portable

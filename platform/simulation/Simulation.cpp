@@ -1,7 +1,10 @@
 #include "platform/simulation/Simulation.h"
 
+#include <random>
 #include <utility>
 
+#include "platform/portable/Portable.h"
+#include "platform/simulation/http/NetworkURLSession.h"
 #include "platform/simulation/time/TimeHoldingOperationQueueFactory.h"
 #include "platform/simulation/time/TimeHoldingURLSession.h"
 
@@ -21,7 +24,8 @@ Simulation::Simulation(Services base, Date start, SimulationReplacements replace
       location_(std::make_shared<SimulatedLocation>(time_.mainQueue(), services_.geodesy)),
       device_(std::make_shared<SimulatedDevice>()),
       notifications_(
-          std::make_shared<SimulatedUserNotificationCenter>(time_.mainQueue(), services_.geodesy)) {
+          std::make_shared<SimulatedUserNotificationCenter>(time_.mainQueue(), services_.geodesy)),
+      network_(std::make_shared<SimulatedNetworkMonitor>(time_.mainQueue())) {
   services_.clock = time_.clock();
   services_.mainQueue = time_.mainQueue();
   services_.location = location_;
@@ -31,6 +35,10 @@ Simulation::Simulation(Services base, Date start, SimulationReplacements replace
   replace(services_.log, std::move(replacements.log));
   replace(services_.urlSession, std::move(replacements.urlSession));
   replace(services_.operationQueues, std::move(replacements.operationQueues));
+  if (services_.urlSession) {
+    services_.urlSession = std::make_shared<NetworkURLSession>(std::move(services_.urlSession),
+                                                               network_, services_.mainQueue);
+  }
   location_->onPosition([notifications = notifications_](const Location& location) {
     notifications->deviceMoved(location);
   });
@@ -40,6 +48,20 @@ void Simulation::holdTimeDuringRequests() {
   services_.urlSession = std::make_shared<TimeHoldingURLSession>(services_.urlSession, time_);
   services_.operationQueues =
       std::make_shared<TimeHoldingOperationQueueFactory>(services_.operationQueues, time_);
+}
+
+void Simulation::deliver(DeliveryOptions options, std::shared_ptr<Outbox> outbox) {
+  portable::DeliveryParts parts;
+  parts.outbox = outbox ? std::move(outbox) : portable::makeInMemoryOutbox();
+  parts.network = network_;
+  parts.uptime = [clock = time_.clock()] { return clock->now().time_since_epoch(); };
+  // Other ones for each launch, because the service takes equal keys for the same effect.
+  const auto seed = static_cast<std::uint64_t>(time_.now().time_since_epoch().count());
+  parts.random = [generator = std::mt19937_64(seed)]() mutable { return generator(); };
+  parts.onCallbackThread = [mainQueue = time_.mainQueue()](auto task) {
+    mainQueue->async(std::move(task));
+  };
+  portable::addDelivery(services_, std::move(options), std::move(parts));
 }
 
 }  // namespace ovinta::platform::simulation

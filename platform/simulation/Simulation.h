@@ -2,8 +2,10 @@
 
 #include <memory>
 
+#include "../Outbox.h"
 #include "../Services.h"
 #include "SimulatedDevice.h"
+#include "http/SimulatedNetworkMonitor.h"
 #include "location/SimulatedLocation.h"
 #include "location/SimulatedUserNotificationCenter.h"
 #include "time/VirtualTime.h"
@@ -36,6 +38,12 @@ class Simulation {
   /// before the services are installed.
   void holdTimeDuringRequests();
 
+  /// Has the services deliver what could not be sent, as docs/delivery.md says, with virtual time,
+  /// random numbers that are the same every time, and the simulated network as the one that tells.
+  /// What waits is kept in the outbox; null stands for one that goes with this object. Call it at
+  /// most once, after `holdTimeDuringRequests`, before the services are installed.
+  void deliver(DeliveryOptions options = {}, std::shared_ptr<Outbox> outbox = nullptr);
+
   /// The full set, to be given to `platform::install`. The services may outlive this object.
   const Services& services() const { return services_; }
 
@@ -44,6 +52,10 @@ class Simulation {
   SimulatedLocation& location() { return *location_; }
   SimulatedDevice& device() { return *device_; }
   SimulatedUserNotificationCenter& notifications() { return *notifications_; }
+  /// Where it is not there, no request reaches the service: those that begin fail as they do on
+  /// Linux without a route, and those whose answer comes have lost their connection. It tells
+  /// delivery, where there is one.
+  SimulatedNetworkMonitor& network() { return *network_; }
 
  private:
   VirtualTime time_;
@@ -51,6 +63,7 @@ class Simulation {
   std::shared_ptr<SimulatedLocation> location_;
   std::shared_ptr<SimulatedDevice> device_;
   std::shared_ptr<SimulatedUserNotificationCenter> notifications_;
+  std::shared_ptr<SimulatedNetworkMonitor> network_;
 };
 
 }  // namespace ovinta::platform::simulation

@@ -46,8 +46,10 @@ Complaint checkContentType(const Value& value) {
   return sound ? std::nullopt : Complaint("must be one line of text and not empty");
 }
 
-constexpr std::array<FieldRule, 3> kStatusSettings = {
-    {{"status", checkStatus, true}, {"body", checkText}, {"content_type", checkContentType}}};
+constexpr std::array<FieldRule, 4> kStatusSettings = {{{"status", checkStatus, true},
+                                                       {"body", checkText},
+                                                       {"content_type", checkContentType},
+                                                       {"retry_after", checkSeconds}}};
 constexpr std::array<FieldRule, 1> kDelaySettings = {{{"seconds", checkDelay, true}}};
 constexpr std::array<FieldRule, 1> kLengthSettings = {{{"length", checkLength}}};
 
@@ -79,6 +81,9 @@ void giveStatus(const Dictionary& settings, const Place&, Answer& answer) {
   if (const auto* body = platform::find<std::string>(settings, "body")) answer.body = *body;
   if (const auto* type = platform::find<std::string>(settings, "content_type")) {
     answer.contentType = *type;
+  }
+  if (const auto* seconds = platform::find<std::int64_t>(settings, "retry_after")) {
+    answer.headers.emplace("Retry-After", std::to_string(*seconds));
   }
 }
 
@@ -138,7 +143,7 @@ void demandUpgrade(const Dictionary&, const Place&, Answer& answer) { answer = u
 
 void answerGone(const Dictionary&, const Place&, Answer& answer) { answer.status = 410; }
 
-constexpr std::array<FaultKind, 15> kKinds = {{
+constexpr std::array<FaultKind, 16> kKinds = {{
     {"status", instead, kStatusSettings, giveStatus},
     {"empty_body", after, {}, emptyBody},
     {"cut_short", after, {}, cutShort},
@@ -148,6 +153,7 @@ constexpr std::array<FaultKind, 15> kKinds = {{
     {"delay", before, kDelaySettings, nullptr, true},
     {"never_answers", instead, {}, neverAnswer, true},
     {"reset", instead, {}, reset},
+    {"answer_lost", after, {}, reset},
     {"reset_in_body", after, {}, resetInBody, true},
     {"redirect_same_origin", instead, {}, redirectHere},
     {"redirect_other_origin", instead, {}, redirectElsewhere},

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <utility>
 
 namespace ovinta::sandbox {
@@ -21,11 +22,32 @@ Complaint checkProbability(const platform::Value& value) {
   return sound ? std::nullopt : Complaint("must be a number from 0 to 1");
 }
 
-constexpr std::array<FieldRule, 4> kCommonRules = {{{"fault", checkText, true},
+Complaint checkTime(const platform::Value& value) {
+  constexpr double kYear = 366 * 24 * 3600;
+  const auto seconds = number(value);
+  const bool sound = seconds && *seconds >= 0 && *seconds <= kYear;
+  return sound ? std::nullopt : Complaint("must be a number from 0 to 31622400");
+}
+
+constexpr std::array<FieldRule, 6> kCommonRules = {{{"fault", checkText, true},
                                                     {"count", checkCount},
                                                     {"every", checkCount},
-                                                    {"probability", checkProbability}}};
+                                                    {"probability", checkProbability},
+                                                    {"after", checkTime},
+                                                    {"for", checkTime}}};
 constexpr std::span<const FieldRule> kOftenRules = std::span(kCommonRules).subspan<1>();
+
+/// The interval under the key; absent without one.
+std::optional<platform::TimeInterval> interval(const Dictionary& record, std::string_view key) {
+  const auto found = record.find(key);
+  const auto seconds = found == record.end() ? std::nullopt : number(found->second);
+  if (!seconds) return std::nullopt;
+  return std::chrono::round<platform::TimeInterval>(std::chrono::duration<double>(*seconds));
+}
+
+double secondsFrom(platform::Date begin, platform::Date end) {
+  return std::chrono::duration<double>(end - begin).count();
+}
 
 const FaultKind* kindOf(const Dictionary& record) {
   const auto* name = platform::find<std::string>(record, "fault");
@@ -57,10 +79,17 @@ bool hasRule(std::span<const FieldRule> rules, std::string_view key) {
 
 }  // namespace
 
-void Faults::set(const Route& endpoint, Dictionary record) {
+void Faults::set(const Route* endpoint, Dictionary record) {
+  const bool isTimed = record.contains("after") || record.contains("for");
+  const platform::Date begin =
+      isTimed ? now_() + interval(record, "after").value_or(platform::TimeInterval())
+              : platform::kDistantPast;
+  const auto length = interval(record, "for");
+  const platform::Date end = length ? begin + *length : platform::Date::max();
   {
     const std::lock_guard lock(mutex_);
-    entries_.insert_or_assign(&endpoint, Entry{.record = std::move(record)});
+    entries_.insert_or_assign(endpoint,
+                              Entry{.record = std::move(record), .begin = begin, .end = end});
     wake(endpoint);
   }
   onSet_();
@@ -76,17 +105,17 @@ void Faults::clear() {
   onChange_();
 }
 
-void Faults::clear(const Route& endpoint) {
+void Faults::clear(const Route* endpoint) {
   {
     const std::lock_guard lock(mutex_);
-    entries_.erase(&endpoint);
+    entries_.erase(endpoint);
     wake(endpoint);
   }
   onChange_();
 }
 
-void Faults::wake(const Route& endpoint) {
-  if (const auto ended = ends_.extract(&endpoint)) ended.mapped()->raise();
+void Faults::wake(const Route* endpoint) {
+  if (const auto ended = ends_.extract(endpoint)) ended.mapped()->raise();
 }
 
 bool Faults::areInForce() const {
@@ -94,10 +123,31 @@ bool Faults::areInForce() const {
   return !entries_.empty();
 }
 
+platform::Date Faults::now() const {
+  {
+    const std::lock_guard lock(mutex_);
+    const auto isTimed = [](const auto& entry) {
+      return entry.second.begin != platform::kDistantPast;
+    };
+    if (std::ranges::none_of(entries_, isTimed)) return platform::kDistantPast;
+  }
+  return now_();
+}
+
 List Faults::list() const {
+  const platform::Date now = this->now();
   const std::lock_guard lock(mutex_);
   List records;
-  for (const auto& [endpoint, entry] : entries_) records.emplace_back(entry.record);
+  for (const auto& [endpoint, entry] : entries_) {
+    if (entry.end <= now) continue;
+    Dictionary record = entry.record;
+    record.erase("after");
+    if (now < entry.begin) record.insert_or_assign("after", secondsFrom(now, entry.begin));
+    if (record.contains("for")) {
+      record.insert_or_assign("for", secondsFrom(std::max(now, entry.begin), entry.end));
+    }
+    records.emplace_back(std::move(record));
+  }
   return records;
 }
 
@@ -109,24 +159,35 @@ bool Faults::strikes(const Entry& entry) {
 }
 
 std::optional<Fault> Faults::take(const Route& endpoint) {
+  const platform::Date now = this->now();
   std::unique_lock lock(mutex_);
-  const auto found = entries_.find(&endpoint);
-  if (found == entries_.end()) return std::nullopt;
-  Entry& entry = found->second;
-  ++entry.requests;
-  if (!strikes(entry)) return std::nullopt;
-  auto& end = ends_[&endpoint];
-  if (!end) end = std::make_shared<WakeSignal>();
-  Fault fault{kindOf(entry.record), entry.record, end};
-  const auto* count = platform::find<std::int64_t>(entry.record, "count");
-  if (!count) return fault;
-  if (*count == 1) {
-    entries_.erase(found);
-  } else {
-    entry.record.insert_or_assign("count", *count - 1);
+  std::erase_if(entries_, [&](const auto& entry) { return entry.second.end <= now; });
+  for (const Route* const place : {&endpoint, static_cast<const Route*>(nullptr)}) {
+    const auto found = entries_.find(place);
+    if (found == entries_.end() || found->second.begin > now) continue;
+    ++found->second.requests;
+    if (!strikes(found->second)) return std::nullopt;
+    const bool isCounted = found->second.record.contains("count");
+    Fault fault = strike(found);
+    lock.unlock();
+    if (isCounted) onChange_();
+    return fault;
   }
-  lock.unlock();
-  onChange_();
+  return std::nullopt;
+}
+
+Fault Faults::strike(Entries::iterator entry) {
+  Dictionary& record = entry->second.record;
+  auto& end = ends_[entry->first];
+  if (!end) end = std::make_shared<WakeSignal>();
+  Fault fault{kindOf(record), record, end};
+  if (const auto* count = platform::find<std::int64_t>(record, "count")) {
+    if (*count == 1) {
+      entries_.erase(entry);
+    } else {
+      record.insert_or_assign("count", *count - 1);
+    }
+  }
   return fault;
 }
 

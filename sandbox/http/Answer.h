@@ -29,6 +29,8 @@ struct Answer {
   std::shared_ptr<const WakeSignal> end = nullptr;
   /// How an answer is sent that a fault has spoilt; absent for all others.
   std::optional<Delivery> delivery = {};
+  /// Whether an earlier request was answered so and this one, its repetition, was not carried out.
+  bool isRepetition = false;
 };
 
 /// What an app that is too old is answered.

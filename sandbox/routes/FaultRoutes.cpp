@@ -1,5 +1,8 @@
 #include <algorithm>
+#include <optional>
 #include <regex>
+#include <string>
+#include <string_view>
 #include <utility>
 
 #include "sandbox/domain/Validation.h"
@@ -8,14 +11,19 @@
 namespace ovinta::sandbox {
 namespace {
 
-/// The endpoint for apps that serves requests of that method for that path; null when there is
-/// none.
-const Route* findEndpoint(std::string_view method, const std::string& path) {
+/// What stands for all endpoints, as method and, after a slash, as path.
+constexpr std::string_view kAny = "ANY";
+
+/// The endpoint for apps that serves requests of that method for that path, null for all of them;
+/// absent when there is none.
+std::optional<const Route*> findPlace(std::string_view method, const std::string& path) {
+  if (method == kAny && path.substr(1) == kAny) return nullptr;
   const auto route = std::ranges::find_if(routes(), [&](const Route& candidate) {
     return candidate.access != Access::everyone && candidate.method == method &&
            std::regex_match(path, std::regex(std::string(candidate.pattern)));
   });
-  return route == routes().end() ? nullptr : &*route;
+  if (route == routes().end()) return std::nullopt;
+  return &*route;
 }
 
 Answer endpointUnknown() {
@@ -27,7 +35,8 @@ Answer endpointUnknown() {
 Answer listFaults(const Call& call) { return dataAnswer(call.service.faults.list()); }
 
 Answer listFaultKinds(const Call&) {
-  platform::List endpoints;
+  platform::List endpoints = {
+      platform::Dictionary{{"method", kAny}, {"path", "/" + std::string(kAny)}}};
   for (const Route& route : routes()) {
     if (route.access == Access::everyone) continue;
     endpoints.emplace_back(
@@ -39,7 +48,7 @@ Answer listFaultKinds(const Call&) {
 }
 
 Answer setFault(const Call& call) {
-  const Route* endpoint = findEndpoint(call.parameters[0], call.parameters[1]);
+  const auto endpoint = findPlace(call.parameters[0], call.parameters[1]);
   if (!endpoint) return endpointUnknown();
   if (const auto refused = invalid(faultErrors(call.data))) return answerFor(*refused);
   platform::Dictionary record = call.data;
@@ -50,7 +59,7 @@ Answer setFault(const Call& call) {
 }
 
 Answer clearFault(const Call& call) {
-  const Route* endpoint = findEndpoint(call.parameters[0], call.parameters[1]);
+  const auto endpoint = findPlace(call.parameters[0], call.parameters[1]);
   if (!endpoint) return endpointUnknown();
   call.service.faults.clear(*endpoint);
   return listFaults(call);

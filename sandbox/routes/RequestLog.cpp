@@ -110,14 +110,17 @@ RequestLog::RequestLog(std::function<void(const platform::Dictionary& summary)> 
       }) {}
 
 void RequestLog::add(const ReceivedRequest& request) {
-  requests_.add({{"method", request.method},
-                 {"path", writable(request.target)},
-                 {"headers", headerList(request)},
-                 {"body", writable(masked(std::string_view(request.body).substr(0, kLongestText)))},
-                 {"status", request.status},
-                 {"time", request.time},
-                 {"duration_ms", request.milliseconds},
-                 {"answer", writable(request.answerBody)}});
+  platform::Dictionary entry = {
+      {"method", request.method},
+      {"path", writable(request.target)},
+      {"headers", headerList(request)},
+      {"body", writable(masked(std::string_view(request.body).substr(0, kLongestText)))},
+      {"status", request.status},
+      {"time", request.time},
+      {"duration_ms", request.milliseconds},
+      {"answer", writable(request.answerBody)}};
+  if (request.isRepetition) entry.emplace("repetition", true);
+  requests_.add(std::move(entry));
 }
 
 platform::List RequestLog::summaries() const {

@@ -26,6 +26,8 @@ struct ReceivedRequest {
   /// When it was answered, as answers carry dates, and how long it was under way by then.
   std::string time = {};
   double milliseconds = 0;
+  /// Whether it was answered as the request that it repeats, without being carried out.
+  bool isRepetition = false;
 };
 
 /// The requests received last, in memory only. Everything is kept for testers to see, but the
@@ -39,7 +41,8 @@ class RequestLog {
   void add(const ReceivedRequest& request);
 
   /// Oldest first: number, time, duration, method, path with query, headers, body, status and
-  /// answer of each. Bytes that a JSON text cannot hold show as "?".
+  /// answer of each, and of a repetition that it is one. Bytes that a JSON text cannot hold show as
+  /// "?".
   platform::List list() const { return requests_.list(); }
   /// The same without headers and texts.
   platform::List summaries() const;

@@ -25,7 +25,9 @@ Service::Service(std::uint64_t seed, std::function<platform::Date()> now,
             feed.tell("order", {{"order", inspectedOrder(world, id)}, {"event", std::move(event)}});
           }),
       requests([this](const Dictionary& summary) { feed.tell("request", summary); }),
-      faults(seed, std::move(onFault), [this] { feed.tell("faults"); }),
+      faults(
+          seed, std::move(onFault), [this] { feed.tell("faults"); },
+          [this] { return clock.now(); }),
       sentPushes(kMostPushes, [this](const Dictionary& push) { feed.tell("push", push); }) {}
 
 Dictionary Service::push(const std::string& pushToken, const Dictionary& payload,
@@ -66,6 +68,7 @@ std::optional<Refusal> Service::seed(const Dictionary& snapshot) {
 
 void Service::forgetHistory() {
   pushes.clear();
+  answers.clear();
   sentPushes.clear();
   orderEvents.clear();
 }

@@ -17,6 +17,7 @@
 #include "sandbox/domain/WireForms.h"
 #include "sandbox/faults/Faults.h"
 #include "sandbox/http/WaitingPlaces.h"
+#include "sandbox/routes/KeptAnswers.h"
 #include "sandbox/routes/RequestLog.h"
 
 namespace ovinta::sandbox {
@@ -35,6 +36,7 @@ class Service {
   PushMailbox pushes;
   RequestLog requests;
   Faults faults;
+  KeptAnswers answers;
   WaitingPlaces waiting;
   /// What has become of orders, as `World::news` tells it.
   Journal orderEvents{5000};
@@ -57,8 +59,8 @@ class Service {
     keepMinimumAppVersion();
   }
 
-  /// Brings back the start and the time beneath, and forgets faults, pushes, requests that came and
-  /// what has become of orders.
+  /// Brings back the start and the time beneath, and forgets faults, pushes, requests that came,
+  /// the answers that are kept for their repetition, and what has become of orders.
   void reset();
 
   /// Puts what the snapshot holds in place of all that is known, and forgets pushes and what has

@@ -69,6 +69,37 @@ TEST(Demo, printsTheSameEventsForTheSameSeedOnly) {
   EXPECT_NE(demo({"--json", "--seed", "8"}).output, test::transcript("demo.json"));
 }
 
+TEST(Demo, showsWhatTheServiceLearnsOfATripThroughATunnel) {
+  const CommandResult result =
+      test::runCommand({OVINTA_COMMAND, "demo", "--tunnel", "--json", "--seed", "7"});
+  EXPECT_EQ(result.exitCode, 0) << result.output;
+  const auto document = platform::parseJSON(result.output);
+  ASSERT_TRUE(document) << result.output;
+  const auto& summary = *document->as<platform::Dictionary>();
+  std::string learned;
+  for (const auto& row : *platform::find<platform::List>(summary, "steps")) {
+    const auto& step = *row.as<platform::Dictionary>();
+    const std::string made = *platform::find<std::string>(step, "made");
+    const auto mark = [&](std::string_view key) {
+      const auto* time = platform::find<std::string>(step, key);
+      return !time ? "never" : *time <= made ? "at once" : "late";
+    };
+    learned += *platform::find<std::string>(step, "step") + " " + mark("without") + "/" +
+               mark("with") + "\n";
+  }
+  EXPECT_EQ(learned,
+            "en_route at once/at once\nnearby never/late\narrived never/late\n"
+            "waiting never/late\ncompleted at once/at once\nrating at once/at once\n");
+  const auto& with = *platform::find<platform::Dictionary>(summary, "with");
+  EXPECT_EQ(*platform::find<std::int64_t>(with, "repetitions"), 1);
+  EXPECT_THAT(*platform::find<std::string>(with, "account"), HasSubstr(" + waiting 0 + "));
+
+  const CommandResult forPeople = test::runCommand(
+      {OVINTA_COMMAND, "demo", "--tunnel", "--trip", OVINTA_TRIPS "/slow-approach.gpx"});
+  EXPECT_EQ(forPeople.exitCode, 0) << forPeople.output;
+  EXPECT_THAT(forPeople.output, HasSubstr("never"));
+}
+
 TEST(Demo, goesTheSameWayWithTheRealPosition) {
   const auto rig = replay::Rig::start();
   if (!rig) GTEST_SKIP() << rig.error();
@@ -94,6 +125,7 @@ TEST(Demo, saysHowItEnded) {
       {{"--base-url", "http://127.0.0.1:1"}, 1, "Create the customer: Error Creating Profile: "},
       {{"--trip", OVINTA_COMMAND}, 1, ""},
       {{"--pace", "-1"}, 2, ""},
+      {{"--tunnel"}, 2, ""},
       {{"--device", "tape"}, 2, ""}};
   for (const auto& [arguments, exitCode, output] : cases) {
     const CommandResult result = demo(arguments);

@@ -52,6 +52,7 @@ TEST_F(FaultTest, DoesTheWorkUnlessTheFaultTakesItsPlace) {
   const std::pair<const char*, bool> cases[] = {{R"("status","status":500)", false},
                                                 {R"("delay","seconds":0.25)", true},
                                                 {R"("cut_short")", true},
+                                                {R"("answer_lost")", true},
                                                 {R"("reset")", false},
                                                 {R"("reset_in_body")", true},
                                                 {R"("wrong_types")", true},
@@ -77,6 +78,7 @@ TEST_F(FaultTest, SpoilsTheTransmission) {
   const std::pair<const char*, std::string> cases[] = {
       {R"("cut_short")", answer(body.size(), half)},
       {R"("reset")", "(reset)"},
+      {R"("answer_lost")", "(reset)"},
       {R"("reset_in_body")", answer(body.size(), half + "(reset)")},
       {R"("wrong_content_length")", answer(half.size(), body)},
       {R"("oversize_body","length":5000)", answer(5000, std::string(5000, ' '))}};
@@ -86,6 +88,42 @@ TEST_F(FaultTest, SpoilsTheTransmission) {
              std::string(R"({"count":1,"fault":)") + fault + "}");
     EXPECT_EQ(askForConfiguration(sandbox.port()), expected) << fault;
   }
+}
+
+TEST_F(FaultTest, StrikesAllEndpointsWhileItsTimeLasts) {
+  const std::string faults = "/sandbox/faults";
+  const std::string all = faults + "/ANY/ANY";
+  const std::string orders = faults + "/GET/m/v1/orders";
+  take({{"PUT", all, R"({"fault":"gone","after":60,"for":30})", 200},
+        {"PUT", orders, R"({"fault":"status","status":429,"retry_after":7,"after":59.5})", 200},
+        {"GET", "/m/v1/app", "", 200},
+        {"GET", "/m/v1/orders", "", 200},
+        {"GET", faults, "", 200,
+         R"([{"after":60,"fault":"gone","for":30,"method":"ANY","path":"/ANY"},{"after":59.5,)"}});
+  advance(std::chrono::seconds(60));
+  take({{"GET", "/m/v1/app", "", 410},
+        {"POST", "/m/v1/orders", "", 410},
+        {"GET", "/m/v1/sites", "", 410},
+        {"GET", "/m/v1/orders", "", 429},
+        {"DELETE", orders, "", 200, R"([{"fault":"gone","for":30,)"},
+        {"GET", "/m/v1/orders", "", 410},
+        {"PUT", orders, R"({"fault":"status","status":503,"retry_after":120})", 200}});
+  EXPECT_EQ(app.send("GET", "/m/v1/orders").headers.find("Retry-After")->second, "120");
+  advance(std::chrono::seconds(29));
+  take({{"GET", "/m/v1/app", "", 410}, {"GET", faults, "", 200, R"("for":1)"}});
+  advance(std::chrono::seconds(1));
+  take({{"GET", "/m/v1/app", "", 200},
+        {"DELETE", orders, "", 200, "[]"},
+        {"PUT", all, R"({"fault":"gone","count":2})", 200},
+        {"GET", "/m/v1/app", "", 410},
+        {"GET", "/m/v1/sites", "", 410},
+        {"GET", "/m/v1/app", "", 200},
+        {"PUT", all, R"({"fault":"gone"})", 200},
+        {"DELETE", all, "", 200, "[]"},
+        {"GET", "/m/v1/app", "", 200},
+        {"PUT", all, R"({"fault":"gone","for":-1})", 422, "For must be a number from 0"},
+        {"PUT", all, R"({"fault":"gone","after":"1"})", 422, "After must be a number from 0"},
+        {"PUT", all, R"({"fault":"gone","retry_after":1})", 422, "is no setting of this fault"}});
 }
 
 TEST_F(FaultTest, IsMetByAnAppThatKeepsItsConnectionOnceAndAsByAnyOther) {

@@ -10,6 +10,7 @@
 #include "platform/linux/device/UPower.h"
 #include "platform/linux/diagnosis/Checks.h"
 #include "platform/linux/storage/SQLiteDamage.h"
+#include "platform/linux/storage/SQLiteOutbox.h"
 
 namespace ovinta::platform::linuxos {
 namespace {
@@ -54,12 +55,20 @@ std::optional<Finding> unusableFileIn(const fs::path& directory) {
   std::ranges::sort(files);
   for (const fs::path& file : files) {
     if (const auto problem = problemOfSQLiteFile(file)) {
+      // The app has its outbox for itself while it runs.
+      if (problem->isLocked && file.filename() == kOutboxFile) continue;
       return Finding{.condition = Condition::missing,
                      .detail = file.filename().string() + ": " + problem->text,
                      .advice = problem->advice};
     }
   }
   return std::nullopt;
+}
+
+/// What waits in the directory's outbox, in words; empty for nothing.
+std::string waitingText(const fs::path& directory) {
+  const auto count = countOutbox(directory / kOutboxFile).value_or(0);
+  return count == 0 ? "" : ", order events that wait to be sent: " + std::to_string(count);
 }
 
 }  // namespace
@@ -103,8 +112,8 @@ void checkDataDirectory(const Surroundings& around, Check& check) {
   std::error_code error;
   if (is_directory(existing, error) && access(existing.c_str(), W_OK | X_OK) == 0) {
     const auto unusable = unusableFileIn(directory);
-    return check.end(
-        unusable.value_or(Finding{.condition = Condition::good, .detail = directory.string()}));
+    return check.end(unusable.value_or(Finding{
+        .condition = Condition::good, .detail = directory.string() + waitingText(directory)}));
   }
   check.end({.condition = Condition::missing,
              .detail = directory.string() + " cannot be written to",

@@ -46,11 +46,29 @@ constexpr Sentence kSentences[] = {
     {CURLE_BAD_FUNCTION_ARGUMENT, "The request is not well-formed."},
 };
 
+/// The codes of requests that nobody could send.
+constexpr CURLcode kUnsendable[] = {CURLE_UNSUPPORTED_PROTOCOL,  CURLE_URL_MALFORMAT,
+                                    CURLE_BAD_FUNCTION_ARGUMENT, CURLE_SSL_CACERT_BADFILE,
+                                    CURLE_SSL_CERTPROBLEM,       CURLE_SSL_CIPHER,
+                                    CURLE_FAILED_INIT,           CURLE_OUT_OF_MEMORY};
+
+/// The codes of connections that ended before the answer was there.
+constexpr CURLcode kInterrupted[] = {CURLE_OPERATION_TIMEDOUT, CURLE_GOT_NOTHING,  CURLE_SEND_ERROR,
+                                     CURLE_RECV_ERROR,         CURLE_PARTIAL_FILE, CURLE_HTTP2,
+                                     CURLE_HTTP2_STREAM};
+
 }  // namespace
 
-TransportError transportError(CURLcode code) {
+TransportError transportError(CURLcode code, bool wasSent) {
   const auto* found = std::ranges::find(kSentences, code, &Sentence::code);
-  return {found == std::end(kSentences) ? "The request failed." : found->text};
+  const char* const text = found == std::end(kSentences) ? "The request failed." : found->text;
+  TransportFailure failure = TransportFailure::unknown;
+  if (!wasSent && std::ranges::find(kUnsendable, code) == std::end(kUnsendable)) {
+    failure = TransportFailure::notSent;
+  } else if (wasSent && std::ranges::find(kInterrupted, code) != std::end(kInterrupted)) {
+    failure = TransportFailure::answerLost;
+  }
+  return {text, failure};
 }
 
 }  // namespace ovinta::platform::linuxos

@@ -199,7 +199,8 @@ void CurlTransfer::complete(CURLcode code) {
   if (result == CURLE_OK) {
     completion(std::move(body_), std::move(answer), std::nullopt);
   } else {
-    completion(std::nullopt, std::move(answer), transportError(result));
+    completion(std::nullopt, std::move(answer),
+               transportError(result, connected_ || redirects_ > 0));
   }
 }
 

@@ -131,7 +131,9 @@ std::optional<SQLiteProblem> problemOfSQLiteFile(const fs::path& file) {
     const int code = failure.getErrorCode();
     if (code == SQLITE_SCHEMA)
       return SQLiteProblem{failure.what(), "Use the app's newest version."};
-    if (code == SQLITE_BUSY) return SQLiteProblem{failure.what(), "End what else uses the file."};
+    if (code == SQLITE_BUSY) {
+      return SQLiteProblem{failure.what(), "End what else uses the file.", true};
+    }
     return SQLiteProblem{failure.what(), "See to the disk that holds the file."};
   } catch (const std::exception& failure) {
     return SQLiteProblem{failure.what(), "Give the app's user the file to read and write."};

@@ -39,6 +39,8 @@ void openOrRebuildSQLiteFile(
 struct SQLiteProblem {
   std::string text;
   std::string advice;
+  /// Whether somebody else has it for themselves, and nothing else is wrong.
+  bool isLocked = false;
 };
 
 /// What is wrong with a database; absent when the library can use it, also where there is none yet.

@@ -22,12 +22,20 @@ struct Answer {
   }
 
   /// No answer: the connection failed.
-  static Answer failure(std::string localizedDescription) {
-    return {{}, {}, TransportError{std::move(localizedDescription)}};
+  static Answer failure(std::string localizedDescription,
+                        TransportFailure failure = TransportFailure::unknown) {
+    return {{}, {}, TransportError{std::move(localizedDescription), failure}};
   }
 
-  /// The same in the words of a device that has lost its connection.
-  static Answer lostConnection() { return failure("The network connection was lost."); }
+  /// The same in the words of a device that has lost its connection after the request was sent.
+  static Answer lostConnection() {
+    return failure("The network connection was lost.", TransportFailure::answerLost);
+  }
+
+  /// The same in the words of a device without a network: nothing was sent.
+  static Answer noConnection() {
+    return failure("Could not connect to the server.", TransportFailure::notSent);
+  }
 
   /// The same answer with one more header field; for answers that have a response.
   Answer withHeader(std::string name, std::string value) && {

@@ -40,10 +40,13 @@ TimeInterval seconds(double value) {
   return std::chrono::round<TimeInterval>(std::chrono::duration<double>(value));
 }
 
-TimeInterval after(pugi::xml_node node) {
+/// The time since the trip began that the attribute tells, in seconds.
+TimeInterval offset(pugi::xml_node node, const char* name) {
   constexpr Range kUpToADay{0, 86'400};
-  return seconds(xml::numberAttribute(node, "after", kUpToADay));
+  return seconds(xml::numberAttribute(node, name, kUpToADay));
 }
+
+TimeInterval after(pugi::xml_node node) { return offset(node, "after"); }
 
 bool isTripElement(pugi::xml_node node, std::string_view name) {
   return xml::localName(node) == name && xml::namespaceName(node) == kTripNamespace;
@@ -139,6 +142,12 @@ TripBatteryChange batteryChangeOf(pugi::xml_node node) {
   return {after(node), static_cast<BatteryState>(found - names.begin())};
 }
 
+TripTunnel tunnelOf(pugi::xml_node node) {
+  const TripTunnel tunnel{offset(node, "from"), offset(node, "to")};
+  if (tunnel.to <= tunnel.from) throw Malformed{"a tunnel ends where it begins or before", node};
+  return tunnel;
+}
+
 void readExtensions(pugi::xml_node extensions, Trip& trip) {
   constexpr Range kStatus{0, 100};
   for (const auto node : extensions.children()) {
@@ -150,6 +159,8 @@ void readExtensions(pugi::xml_node extensions, Trip& trip) {
       trip.permissionChanges.push_back({after(node), static_cast<AuthorizationStatus>(status)});
     } else if (isTripElement(node, "battery")) {
       trip.batteryChanges.push_back(batteryChangeOf(node));
+    } else if (isTripElement(node, "tunnel")) {
+      trip.tunnels.push_back(tunnelOf(node));
     } else {
       throw Malformed{"unknown element " + std::string(node.name()), node};
     }
@@ -189,9 +200,11 @@ std::string atLine(std::string_view text, std::ptrdiff_t offset, const std::stri
 
 }  // namespace
 
-Trip Trip::along(const std::vector<Coordinate>& way, double speed) {
+Trip Trip::along(const std::vector<Coordinate>& way, double speed,
+                 std::vector<TripTunnel> tunnels) {
   if (way.empty() || !(speed > 0)) fatalError("A trip needs a point and a speed above zero");
   Trip trip;
+  trip.tunnels = std::move(tunnels);
   trip.points.push_back({.coordinate = way.front(), .speed = speed, .accuracy = 0});
   for (std::size_t index = 1; index < way.size(); ++index) {
     const double metres = portable::greatCircleDistance(way[index - 1], way[index]);

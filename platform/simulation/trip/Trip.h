@@ -65,6 +65,15 @@ struct TripBatteryChange {
   BatteryState state = BatteryState::unknown;
 };
 
+/// A stretch of a trip on which the service cannot be reached: a tunnel, a parking garage. A plain
+/// value.
+struct TripTunnel {
+  /// Both since the trip began. The device is in it from the first instant on, at the second no
+  /// more.
+  TimeInterval from{};
+  TimeInterval to{};
+};
+
 /// When a trip takes place that says nothing about it: 2026-03-14T15:00:00Z.
 inline constexpr Date kDefaultTripStart{std::chrono::sys_days{std::chrono::year{2026} / 3 / 14} +
                                         std::chrono::hours(15)};
@@ -81,12 +90,15 @@ struct Trip {
   std::vector<TripBeacon> beacons;
   std::vector<TripPermissionChange> permissionChanges;
   std::vector<TripBatteryChange> batteryChanges;
+  std::vector<TripTunnel> tunnels = {};
   /// When it takes place; for making the `Simulation`, a player does not look at it.
   Date start = kDefaultTripStart;
 
   /// A trip through these points, of which there must be one at least, at an even speed in metres
-  /// per second, above zero; its positions are without noise. May be called from any thread.
-  static Trip along(const std::vector<Coordinate>& way, double speed);
+  /// per second, above zero, with these tunnels; its positions are without noise. May be called
+  /// from any thread.
+  static Trip along(const std::vector<Coordinate>& way, double speed,
+                    std::vector<TripTunnel> tunnels = {});
 
   /// Reads a GPX 1.1 file: the points of its tracks or, when it has none, of its routes. A point
   /// has a `time`, or else is reached at the `speed` (a child, or anywhere in its `extensions`) of
@@ -98,6 +110,7 @@ struct Trip {
   ///                    range="40" power="-59" noise="3"/>    the last three may be left out
   ///       <trip:permission after="120" status="2"/>     seconds; as the platform numbers it
   ///       <trip:battery after="300" state="charging"/>  unknown, unplugged, charging, full
+  ///       <trip:tunnel from="120" to="180"/>            seconds; no service between them
   ///     <extensions>                                    of a point
   ///       <trip:accuracy>8</trip:accuracy>              metres, in place of the one from `hdop`
   ///

@@ -46,6 +46,7 @@ class TripPlayer::Run : public std::enable_shared_from_this<Run> {
         duration_(path_.duration()) {
     for (const auto& change : trip_.permissionChanges) extendTo(change.offset);
     for (const auto& change : trip_.batteryChanges) extendTo(change.offset);
+    for (const auto& tunnel : trip_.tunnels) extendTo(tunnel.to);
   }
 
   void start() {
@@ -59,6 +60,13 @@ class TripPlayer::Run : public std::enable_shared_from_this<Run> {
       schedule(change.offset, [change](Simulation& simulation) {
         simulation.device().setBatteryState(change.state);
       });
+    }
+    for (const auto& tunnel : trip_.tunnels) {
+      for (const TimeInterval border : {tunnel.from, tunnel.to}) {
+        schedule(border, [this, border](Simulation& simulation) {
+          simulation.network().setAvailable(!isInTunnel(border));
+        });
+      }
     }
     scheduleStep(TimeInterval::zero());
   }
@@ -82,6 +90,12 @@ class TripPlayer::Run : public std::enable_shared_from_this<Run> {
 
   void scheduleStep(TimeInterval delay) {
     schedule(delay, [this, delay](Simulation&) { step(delay); });
+  }
+
+  bool isInTunnel(TimeInterval offset) const {
+    return std::ranges::any_of(trip_.tunnels, [&](const TripTunnel& tunnel) {
+      return tunnel.from <= offset && offset < tunnel.to;
+    });
   }
 
   void step(TimeInterval passed) {

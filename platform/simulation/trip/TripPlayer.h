@@ -11,8 +11,9 @@ namespace ovinta::platform::simulation {
 
 /// Takes a simulated device on a trip. Once started, and as virtual time advances, it delivers a
 /// position every second, the first at once and the last where the trip ends, sets the beacons in
-/// range, and changes permission and battery. Positions carry noise within their accuracy; the same
-/// trip and seed give the same ones. Destroying it ends the trip where it is. Main thread only.
+/// range, changes permission and battery, and goes through the tunnels. Positions carry noise
+/// within their accuracy; the same trip and seed give the same ones. Destroying it ends the trip
+/// where it is. Main thread only.
 class TripPlayer {
  public:
   /// `simulation` must outlive the player. A trip without points is a fatal error.
@@ -27,7 +28,8 @@ class TripPlayer {
   /// Whether everything has happened.
   bool isFinished() const;
 
-  /// From the first point to the last, or to a later change of permission or battery.
+  /// From the first point to the last, or to a later change of permission or battery or the end of
+  /// a tunnel.
   TimeInterval duration() const;
 
   /// Where the device really is, as of the last delivery; absent before the first one.

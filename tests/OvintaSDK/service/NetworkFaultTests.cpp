@@ -78,6 +78,7 @@ std::vector<FaultCase> faultCases() {
       {R"("delay","count":1,"seconds":3600)", transport(kTimedOut), {}, 1, true},
       {R"("never_answers","count":1)", transport(kTimedOut), {}, 1, true},
       {R"("reset")", transport(kLost)},
+      {R"("answer_lost")", transport(kLost)},
       {R"("reset_in_body")", transport(kLost)},
       {R"("redirect_same_origin","count":1)", result(), {}, 2},
       {R"("redirect_same_origin")", transport(kInCircles), {}, 11},

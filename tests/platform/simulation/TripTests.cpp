@@ -5,6 +5,7 @@
 #include <tuple>
 #include <vector>
 
+#include "platform/simulation/http/HoldingURLSession.h"
 #include "platform/simulation/trip/TripPlayer.h"
 #include "tests/platform/simulation/Sphere.h"
 
@@ -61,7 +62,7 @@ TEST(GPXTest, ReadsWhatHappensOnTheWay) {
   const auto trip = read(gpx(
       R"(<metadata><extensions><t:permission after="1.5" status="2"/></extensions></metadata>
          <rte><rtept lat="1" lon="2"/></rte>
-         <extensions><x:beacon/><t:battery after="3" state="charging"/>
+         <extensions><x:beacon/><t:battery after="3" state="charging"/><t:tunnel from="2" to="4"/>
            <t:beacon uuid="5E1F3C7A-2B64-4D0E-9A5B-0C6D7E8F9A01" major="42" minor="65535" lat="1"
                      lon="2" range="30"/></extensions>)"));
   ASSERT_EQ(trip.permissionChanges.size(), 1u);
@@ -69,6 +70,9 @@ TEST(GPXTest, ReadsWhatHappensOnTheWay) {
   EXPECT_EQ(trip.permissionChanges[0].status, 2);
   ASSERT_EQ(trip.batteryChanges.size(), 1u);
   EXPECT_EQ(trip.batteryChanges[0].state, BatteryState::charging);
+  ASSERT_EQ(trip.tunnels.size(), 1u);
+  EXPECT_EQ(trip.tunnels[0].from, 2s);
+  EXPECT_EQ(trip.tunnels[0].to, 4s);
   ASSERT_EQ(trip.beacons.size(), 1u);
   EXPECT_EQ(trip.beacons[0].minor, 65'535);
   EXPECT_EQ(trip.beacons[0].range, 30);
@@ -114,6 +118,8 @@ TEST(GPXTest, SaysWhatIsWrongAndWhere) {
       {extended("<t:beacon uuid='x' major='1' minor='1' lat='1' lon='1'/>"), "no UUID"},
       {extended("<t:battery after='1' state='empty'/>"), "no battery state: \"empty\""},
       {extended("<t:permission status='1'/>"), "line 4: after is missing"},
+      {extended("<t:tunnel from='5' to='5'/>"), "line 4: a tunnel ends where it begins or before"},
+      {extended("<t:tunnel from='5'/>"), "line 4: to is missing"},
       {extended("<t:battery" + manyAttributes + "/>"), "line 4: too many attributes"},
       {extended("<t:permision after='1' status='1'/>"), "unknown element t:permision"},
   };
@@ -190,6 +196,39 @@ TEST(TripPlayerTest, MovesEvenlyOnceASecondAndEndsWithTheLastEvent) {
   EXPECT_EQ(journey.locations.size(), 3u) << "the permission is gone";
   EXPECT_NEAR(journey.player.distanceAlong(), 25, 0.01);
   EXPECT_EQ(journey.simulation.time().pendingTaskCount(), 0u);
+}
+
+TEST(TripPlayerTest, LosesTheServiceInTunnels) {
+  const auto services = std::make_shared<HoldingURLSession>();
+  Simulation simulation(sphericalServices(), kDefaultTripStart, {.urlSession = services});
+  std::vector<bool> changes;
+  simulation.network().start([&](bool isAvailable) { changes.push_back(isAvailable); });
+  // The first two overlap, the third goes on beyond the end.
+  TripPlayer player(simulation,
+                    Trip::along({northOfSite(50), kSite}, 10, {{1s, 3s}, {2s, 4s}, {5s, 7s}}), 1);
+  std::vector<std::string> answers;
+  const auto ask = [&] {
+    simulation.services().urlSession->startDataTask(
+        {}, [&](const auto& data, const auto&, const auto& error) {
+          answers.push_back(data ? *data : error->localizedDescription);
+        });
+  };
+  player.start();
+  std::string available;
+  for (int second = 0; second < 8; ++second) {
+    available += simulation.network().isAvailable() ? "+" : "-";
+    ask();
+    if (second == 0) ask();
+    if (second == 1) services->answer(0, Answer::json(200, "late"));
+    if (second == 4) services->answer(1, Answer::json(200, "after the tunnel"));
+    simulation.time().advance(1s);
+  }
+  EXPECT_EQ(available, "+---+--+");
+  EXPECT_EQ(changes, (std::vector{true, false, true, false, true}));
+  EXPECT_TRUE(player.isFinished());
+  const std::string none = Answer::noConnection().error->localizedDescription;
+  EXPECT_THAT(answers, ElementsAre(Answer::lostConnection().error->localizedDescription, none, none,
+                                   none, "after the tunnel", none, none));
 }
 
 TEST(TripPlayerTest, TakesTheLastOfTwoPointsOfOneInstant) {

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <map>
+#include <mutex>
+
+#include "platform/Outbox.h"
+
+namespace ovinta::platform::portable {
+
+/// Keeps entries as long as the object lives. May be used from any thread.
+class InMemoryOutbox final : public Outbox {
+ public:
+  std::vector<OutboxEntry> load() override {
+    const std::lock_guard lock(mutex_);
+    std::vector<OutboxEntry> entries;
+    for (const auto& [number, entry] : entries_) entries.push_back(entry);
+    return entries;
+  }
+
+  std::optional<std::string> write(const Changes& changes) override {
+    const std::lock_guard lock(mutex_);
+    for (const auto number : changes.removed) entries_.erase(number);
+    for (const auto& entry : changes.added) entries_.insert_or_assign(entry.number, entry);
+    return std::nullopt;
+  }
+
+ private:
+  std::mutex mutex_;
+  std::map<std::int64_t, OutboxEntry> entries_;
+};
+
+}  // namespace ovinta::platform::portable
