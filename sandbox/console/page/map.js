@@ -37,10 +37,11 @@ export class MetreMap {
     this.listen();
   }
 
-  /** Shows the sites around the origin, each with its geofence. */
+  /** Shows the sites around the origin, each with its geofence; another origin is looked at. */
   setSites(origin, sites) {
+    const isSame = ['latitude', 'longitude'].every(key => this.origin?.[key] === origin[key]);
     this.origin = origin;
-    this.centre = {x: 0, y: 0};
+    if (!isSame) this.forget();
     this.sites.replaceChildren();
     this.labels = [];
     for (const site of sites.filter(one => distance(origin, one) < FARTHEST)) {
@@ -51,6 +52,12 @@ export class MetreMap {
       draw(label, 'text', {x: 7, y: 4}).textContent = site.name;
       this.labels.push({label, x, y});
     }
+    this.show();
+  }
+
+  /** Takes the customer away and looks at the origin. */
+  forget() {
+    this.centre = {x: 0, y: 0};
     this.setDevice([]);
     this.show();
   }
@@ -59,10 +66,10 @@ export class MetreMap {
   setDevice(positions, beacons = []) {
     const points = positions.map(position => this.project(position)), last = positions.at(-1);
     this.trail.setAttribute('points', points.map(({x, y}) => `${x.toFixed(1)},${y.toFixed(1)}`).join(' '));
-    this.accuracy.setAttribute('r', last?.accuracy ?? 0);
+    this.accuracy.setAttribute('r', Math.max(0, last?.accuracy ?? 0));
     this.beacons.replaceChildren();
-    for (const beacon of beacons) {
-      draw(this.beacons, 'circle', {class: 'beacon', r: Math.max(beacon.distance, 1)});
+    for (const {distance: away} of beacons.filter(beacon => beacon.distance >= 0)) {
+      draw(this.beacons, 'circle', {class: 'beacon', r: Math.max(away, 1)});
     }
     this.to = points.at(-1);
     for (const part of [this.way, this.dot]) part.style.display = this.to ? '' : 'none';
