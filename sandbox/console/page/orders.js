@@ -6,12 +6,15 @@ const MOVES = ['ready', 'delayed', 'cancelled', 'gone'];
 /** The longest time to arrival that the service takes: a week. */
 const MOST_MINUTES = 7 * 24 * 60;
 
-const eventText = event => {
+/** What has happened, and the states after it unless they are those of the event before. */
+const eventText = (event, before) => {
   const {event: name, by, time, state, customer_state: customer, latitude, longitude} = event;
   const facts = latitude === undefined ? '' : ` at ${latitude.toFixed(5)}, ${longitude.toFixed(5)}`;
   const more = event.eta_seconds === undefined ? '' : `, expected in ${event.eta_seconds} s`;
   const rating = event.customer_rating_value === undefined ? '' : `, rated ${event.customer_rating_value}`;
-  return `${clockText(time)} ${name.replace('_', ' ')} by the ${by}${facts}${more}${rating}: ${state}, customer ${customer}`;
+  const isSame = before?.state === state && before.customer_state === customer;
+  const states = isSame ? '' : `: ${state}, customer ${customer}`;
+  return `${clockText(time)} ${name.replace('_', ' ')} by the ${by}${facts}${more}${rating}${states}`;
 };
 
 export class OrdersPanel {
@@ -57,9 +60,15 @@ export class OrdersPanel {
 
   add(order) {
     const id = order.id, state = make('span', {className: 'state'}), customer = make('span', {className: 'state'});
-    const facts = make('div'), title = make('h3'), list = make('ol');
-    const timeLine = new TimeLine(() => list.replaceChildren(),
-                                  event => list.append(make('li', {textContent: eventText(event)})));
+    const facts = make('div'), title = make('h3'), list = make('ol', {reversed: true});
+    let before;
+    const timeLine = new TimeLine(() => {
+      list.replaceChildren();
+      before = undefined;
+    }, event => {
+      list.prepend(make('li', {textContent: eventText(event, before)}));
+      before = event;
+    });
     const details = make('details', {}, make('summary', {textContent: 'Time line'}), list);
     act(details, () => details.open ? timeLine.load(id) : undefined);
     const move = word => act(

@@ -83,7 +83,7 @@ export class TrackingPanel {
                  ['Distance', metres(distance(last, this.site))]);
     }
     for (const {uuid, major, minor, rssi, distance: away} of beacons) {
-      facts.push(['Beacon', `${uuid} ${major}/${minor}: ${rssi} dBm, ${metres(away)}`]);
+      facts.push(['Beacon', `${uuid} ${major}/${minor}: ${Math.round(rssi)} dBm, ${metres(away)}`]);
     }
     byID('map-facts').replaceChildren(...facts.flatMap(
         ([name, text]) => [make('dt', {textContent: name}), make('dd', {textContent: text})]));
