@@ -134,7 +134,7 @@ export class MetreMap {
   keepInView() {
     const {width, height} = this.svg.getBoundingClientRect();
     if (!this.follow || !this.shown || !width || !height) return;
-    const {x, y} = this.shown, needed = 1.4 * Math.max(Math.abs(x), Math.abs(y) * width / height);
+    const {x, y} = this.shown, needed = 1.6 * Math.max(Math.abs(x), Math.abs(y) * width / height);
     const fits = this.fits && needed < 2 * FARTHEST;
     this.centre = fits ? {x: x / 2, y: y / 2} : this.shown;
     if (fits) this.metres = Math.max(LEAST_FIT, needed);

@@ -98,7 +98,7 @@ TEST_F(ConsoleTest, AnOrderMovesOnTheMapAndWithClicks) {
   browser_->click("[data-order='1001'] summary");
   browser_->click("[aria-label='Order 1001: ready']");
   awaitText("[data-order=\"1001\"] .state", "ready");
-  awaitText("#push-list", "\"order_state\":\"ready\"");
+  awaitText("#push-list", "\"order_state\": \"ready\"");
   browser_->click("[aria-label='Order 1001: eta']");
   awaitText("[data-order=\"1001\"]", "expected in 300 s");
   runApp("track --pace 0");
