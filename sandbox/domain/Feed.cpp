@@ -14,8 +14,13 @@
 namespace ovinta::sandbox {
 namespace {
 
-/// How many events a reader can be behind.
+/// How many events a reader can be behind, and how many bytes.
 constexpr std::size_t kMostKept = 1000;
+constexpr std::size_t kMostBytes = 16 * 1024 * 1024;
+
+/// A reader that has nothing to get is sent a comment this often, so that one that has gone without
+/// a word is noticed.
+constexpr std::chrono::seconds kSignOfLife{15};
 
 std::string eventText(std::string_view event, const platform::Dictionary& data) {
   // JSON as it is written here has no line ends, which would end the event.
@@ -32,6 +37,13 @@ struct Feed::Shared {
   /// The number of the first event in `events`.
   std::uint64_t first = 1;
   std::deque<std::string> events;
+  std::size_t bytes = 0;
+
+  void forgetFirst() {
+    bytes -= events.front().size();
+    events.pop_front();
+    ++first;
+  }
 
   std::uint64_t end() const { return first + events.size(); }
 };
@@ -47,6 +59,7 @@ class Feed::Reader : public EventStream {
     if (--shared_->readers == 0) {
       shared_->first = shared_->end();
       shared_->events.clear();
+      shared_->bytes = 0;
     }
     shared_->changed.notify_all();
   }
@@ -58,7 +71,9 @@ class Feed::Reader : public EventStream {
     std::unique_lock lock(shared_->mutex);
     shared_->changed.wait_for(lock, patience,
                               [&] { return shared_->closed || position_ < shared_->end(); });
-    if (shared_->closed || position_ == shared_->end()) return std::nullopt;
+    if (shared_->closed) return std::nullopt;
+    if (position_ == shared_->end()) return signOfLife();
+    lastSign_ = Clock::now();
     if (position_ < shared_->first) {
       next_ = shared_->end();
       return eventText("reload", {});
@@ -75,7 +90,17 @@ class Feed::Reader : public EventStream {
   }
 
  private:
+  using Clock = std::chrono::steady_clock;
+
+  std::optional<std::string> signOfLife() {
+    if (Clock::now() < lastSign_ + kSignOfLife) return std::nullopt;
+    lastSign_ = Clock::now();
+    next_ = position_;
+    return ":\n\n";
+  }
+
   const std::shared_ptr<Shared> shared_;
+  Clock::time_point lastSign_ = Clock::now();
   /// The number of the next event to send: at first one that is not there, so that the first event
   /// is "reload".
   std::uint64_t position_ = 0;
@@ -98,11 +123,9 @@ void Feed::tell(std::string_view event, const platform::Dictionary& data) {
   if (!isHeard()) return;
   std::string text = eventText(event, data);
   const std::lock_guard lock(shared_->mutex);
-  if (shared_->events.size() == kMostKept) {
-    shared_->events.pop_front();
-    ++shared_->first;
-  }
+  shared_->bytes += text.size();
   shared_->events.push_back(std::move(text));
+  while (shared_->events.size() > kMostKept || shared_->bytes > kMostBytes) shared_->forgetFirst();
   shared_->changed.notify_all();
 }
 

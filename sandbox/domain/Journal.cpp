@@ -1,15 +1,14 @@
 #include "sandbox/domain/Journal.h"
 
-#include <utility>
-
 namespace ovinta::sandbox {
 
-std::int64_t Journal::add(platform::Dictionary record) {
+platform::Dictionary Journal::add(platform::Dictionary record) {
   const std::lock_guard lock(mutex_);
   record.insert_or_assign("id", ++lastID_);
+  onAdded_(record);
   if (records_.size() == mostKept_) records_.pop_front();
-  records_.push_back(std::move(record));
-  return lastID_;
+  records_.push_back(record);
+  return record;
 }
 
 platform::List Journal::list() const {

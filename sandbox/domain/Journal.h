@@ -3,8 +3,10 @@
 #include <cstddef>
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <mutex>
 #include <optional>
+#include <utility>
 
 #include "platform/Value.h"
 
@@ -14,10 +16,16 @@ namespace ovinta::sandbox {
 /// any thread.
 class Journal {
  public:
-  explicit Journal(std::size_t mostKept) : mostKept_(mostKept) {}
+  using Listener = std::function<void(const platform::Dictionary& record)>;
 
-  /// Keeps the record and answers its number.
-  std::int64_t add(platform::Dictionary record);
+  /// `onAdded` is told of each record with its number, in the order of the numbers, under the lock
+  /// of the journal, which it must not use.
+  explicit Journal(
+      std::size_t mostKept, Listener onAdded = [](const platform::Dictionary&) {})
+      : mostKept_(mostKept), onAdded_(std::move(onAdded)) {}
+
+  /// Keeps the record and answers it with its number.
+  platform::Dictionary add(platform::Dictionary record);
 
   platform::List list() const;
 
@@ -29,6 +37,7 @@ class Journal {
 
  private:
   const std::size_t mostKept_;
+  const Listener onAdded_;
   mutable std::mutex mutex_;
   std::int64_t lastID_ = 0;
   std::deque<platform::Dictionary> records_;

@@ -46,10 +46,6 @@ constexpr std::array<std::pair<std::string_view, std::string_view>, 5> kInherite
      {"customer_car_color", "car_color"},
      {"customer_license_plate", "license_plate"}}};
 
-Refusal unknownOrder() {
-  return refusal(Refusal::Kind::unknown, "order", fieldMessage("order", "is unknown"));
-}
-
 Dictionary withSite(const World& world, Dictionary order) {
   const auto site = world.sites.find(*platform::find<std::int64_t>(order, "site_id"));
   order.merge(orderFields(site->second));
@@ -79,9 +75,15 @@ void inherit(const World& world, std::string_view token, Dictionary& order) {
   }
 }
 
+/// How much of a text an event tells: of those that are kept there are many.
+constexpr std::size_t kLongestNote = 1000;
+
 /// Has it told what has become of the order.
 void noteEvent(World& world, const Dictionary& order, platform::Date now, std::string_view by,
                std::string_view event, Dictionary content = {}) {
+  for (auto& [key, value] : content) {
+    if (const auto* text = value.as<std::string>()) value = cutShort(*text, kLongestNote);
+  }
   content.insert_or_assign("order_id", order.find("id")->second);
   content.insert_or_assign("time", dateText(now));
   content.insert_or_assign("by", by);
@@ -115,6 +117,10 @@ auto* findByCode(auto& world, std::string_view code) {
 }
 
 }  // namespace
+
+Refusal unknownOrder() {
+  return refusal(Refusal::Kind::unknown, "order", fieldMessage("order", "is unknown"));
+}
 
 List ordersOf(const World& world, std::string_view token) {
   List list;

@@ -33,6 +33,8 @@ Outcome findOrder(const World& world, std::string_view redemptionCode);
 
 // The merchant's side.
 
+/// Why nothing is told of an order that does not exist.
+Refusal unknownOrder();
 /// The order as `allOrders` lists it; `id` must be of one that is kept.
 platform::Dictionary inspectedOrder(const World& world, std::int64_t id);
 /// All orders, oldest first, each with "customer_token" of its owner, when it has one, and

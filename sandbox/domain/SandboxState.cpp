@@ -24,11 +24,24 @@ bool SandboxState::hasCustomer(std::string_view token) const {
   return findCustomer(world_, token) != nullptr;
 }
 
-std::optional<Refusal> SandboxState::restore(const platform::Dictionary& snapshot) {
+std::optional<Refusal> SandboxState::restore(const platform::Dictionary& snapshot,
+                                             const std::function<void()>& also) {
+  return take(snapshot, also, false);
+}
+
+std::optional<Refusal> SandboxState::seed(const platform::Dictionary& snapshot,
+                                          const std::function<void()>& also) {
+  return take(snapshot, also, true);
+}
+
+std::optional<Refusal> SandboxState::take(const platform::Dictionary& snapshot,
+                                          const std::function<void()>& also, bool isStart) {
   auto read = readSnapshot(snapshot, SeededGenerator(seed_), now_());
   if (!read) return std::move(read).error();
   const std::lock_guard lock(mutex_);
   world_ = *std::move(read);
+  if (isStart) start_ = world_;
+  also();
   return std::nullopt;
 }
 
@@ -37,9 +50,10 @@ void SandboxState::keepAsStart() {
   start_ = world_;
 }
 
-void SandboxState::reset() {
+void SandboxState::reset(const std::function<void()>& also) {
   const std::lock_guard lock(mutex_);
   world_ = start_;
+  also();
 }
 
 }  // namespace ovinta::sandbox

@@ -40,14 +40,21 @@ class SandboxState {
   bool hasCustomer(std::string_view token) const;
 
   /// Puts what the snapshot holds in place of all that is known; answers why not, having changed
-  /// nothing, when it is not valid.
-  [[nodiscard]] std::optional<Refusal> restore(const platform::Dictionary& snapshot);
+  /// nothing, when it is not valid. `also` runs with it, while no action runs.
+  [[nodiscard]] std::optional<Refusal> restore(
+      const platform::Dictionary& snapshot, const std::function<void()>& also = [] {});
+  /// The same, and from now on `reset` leads to it.
+  [[nodiscard]] std::optional<Refusal> seed(const platform::Dictionary& snapshot,
+                                            const std::function<void()>& also);
 
   /// From now on `reset` leads to what is known at present.
   void keepAsStart();
-  void reset();
+  /// `also` runs with it, while no action runs.
+  void reset(const std::function<void()>& also);
 
  private:
+  std::optional<Refusal> take(const platform::Dictionary& snapshot,
+                              const std::function<void()>& also, bool isStart);
   void tellNews();
 
   const std::uint64_t seed_;

@@ -125,6 +125,16 @@ std::string percentEncoded(std::string_view text) {
   return encoded;
 }
 
+std::string cutShort(std::string text, std::size_t longest) {
+  std::size_t size = std::min(text.size(), longest);
+  const auto isWithinCharacter = [&](std::size_t at) {
+    return at < text.size() && (static_cast<unsigned char>(text[at]) & 0xC0) == 0x80;
+  };
+  while (size > 0 && isWithinCharacter(size)) --size;
+  text.resize(size);
+  return text;
+}
+
 bool isVersion(std::string_view text) {
   static const std::regex kForm(R"(\d+(\.\d+)*)");
   return std::regex_match(text.begin(), text.end(), kForm);

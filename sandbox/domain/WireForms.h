@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -38,6 +39,9 @@ std::string inLowerCase(std::string_view text);
 
 /// The text as a part of a URL's query: all but unreserved characters percent-encoded.
 std::string percentEncoded(std::string_view text);
+
+/// The text without what goes beyond that many bytes, and without the half of a character.
+std::string cutShort(std::string text, std::size_t longest);
 
 /// Whether the text is numbers joined by dots.
 bool isVersion(std::string_view text);

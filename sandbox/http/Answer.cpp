@@ -55,7 +55,7 @@ Answer errorAnswer(int status, std::string_view field, std::string_view complain
 }
 
 Answer tooManyWait() {
-  return errorAnswer(503, "requests", "that wait are too many, streams of pushes included");
+  return errorAnswer(503, "requests", "that wait are too many, streams included");
 }
 
 }  // namespace ovinta::sandbox

@@ -1,5 +1,6 @@
 #include <utility>
 
+#include "platform/JSON.h"
 #include "sandbox/domain/Orders.h"
 #include "sandbox/domain/WireForms.h"
 #include "sandbox/routes/Routes.h"
@@ -38,8 +39,14 @@ Answer changeOrder(const Call& call, Change change) {
   return answerFor(std::move(outcome));
 }
 
+/// What is sent is kept, and any number of bytes would be more than a device takes.
+constexpr std::size_t kLongestPayload = 64 * 1024;
+
 Complaint checkPayload(const platform::Value& value) {
-  return value.as<platform::Dictionary>() ? std::nullopt : Complaint("must be a record");
+  if (!value.as<platform::Dictionary>()) return "must be a record";
+  return platform::writeJSON(value).size() <= kLongestPayload
+             ? std::nullopt
+             : Complaint("must not be longer than 65536 bytes");
 }
 
 constexpr std::array<FieldRule, 2> kPushRules = {
@@ -53,10 +60,13 @@ Answer listAllOrders(const Call& call) {
 }
 
 Answer listOrderEvents(const Call& call) {
+  const std::int64_t id = recordID(call.parameters[0]);
+  const bool isKnown = call.service.state.act(
+      [&](const World& world, platform::Date) { return world.orders.contains(id); });
+  if (!isKnown) return answerFor(unknownOrder());
   platform::List events = call.service.orderEvents.list();
-  const platform::Value id = recordID(call.parameters[0]);
   std::erase_if(events, [&](const platform::Value& event) {
-    return event.as<platform::Dictionary>()->find("order_id")->second != id;
+    return event.as<platform::Dictionary>()->find("order_id")->second != platform::Value(id);
   });
   return dataAnswer(std::move(events));
 }

@@ -3,12 +3,15 @@
 #include <algorithm>
 #include <optional>
 #include <string_view>
+#include <utility>
 
 #include "platform/JSON.h"
+#include "sandbox/domain/WireForms.h"
 
 namespace ovinta::sandbox {
 namespace {
 
+constexpr std::size_t kMostRequests = 1000;
 constexpr std::size_t kLongestText = 64 * 1024;
 constexpr std::string_view kBlanks = " \t\r\n";
 constexpr std::string_view kMask = "********";
@@ -23,12 +26,7 @@ bool isWritable(const std::string& text) {
 }
 
 std::string writable(std::string text) {
-  std::size_t size = std::min(text.size(), kLongestText);
-  const auto isWithinCharacter = [&](std::size_t at) {
-    return at < text.size() && (static_cast<unsigned char>(text[at]) & 0xC0) == 0x80;
-  };
-  while (size > 0 && isWithinCharacter(size)) --size;
-  text.resize(size);
+  text = cutShort(std::move(text), kLongestText);
   if (!isWritable(text)) {
     std::ranges::replace_if(
         text, [](char byte) { return byte < ' ' || byte > '~'; }, '?');
@@ -106,19 +104,20 @@ platform::Dictionary summary(platform::Dictionary entry) {
 
 }  // namespace
 
+RequestLog::RequestLog(std::function<void(const platform::Dictionary& summary)> onRequest)
+    : requests_(kMostRequests, [onRequest = std::move(onRequest)](platform::Dictionary entry) {
+        onRequest(summary(std::move(entry)));
+      }) {}
+
 void RequestLog::add(const ReceivedRequest& request) {
-  platform::Dictionary entry = {
-      {"method", request.method},
-      {"path", writable(request.target)},
-      {"headers", headerList(request)},
-      {"body", writable(masked(std::string_view(request.body).substr(0, kLongestText)))},
-      {"status", request.status},
-      {"time", request.time},
-      {"duration_ms", request.milliseconds},
-      {"answer", writable(request.answerBody)}};
-  platform::Dictionary told = summary(entry);
-  told.insert_or_assign("id", requests_.add(std::move(entry)));
-  onRequest_(told);
+  requests_.add({{"method", request.method},
+                 {"path", writable(request.target)},
+                 {"headers", headerList(request)},
+                 {"body", writable(masked(std::string_view(request.body).substr(0, kLongestText)))},
+                 {"status", request.status},
+                 {"time", request.time},
+                 {"duration_ms", request.milliseconds},
+                 {"answer", writable(request.answerBody)}});
 }
 
 platform::List RequestLog::summaries() const {

@@ -32,9 +32,9 @@ struct ReceivedRequest {
 /// values of passwords, which are masked, and texts beyond 64 KiB. May be used from any thread.
 class RequestLog {
  public:
-  /// `onRequest` is told of the summary of each request that is added, on the thread that adds it.
-  explicit RequestLog(std::function<void(const platform::Dictionary& summary)> onRequest)
-      : onRequest_(std::move(onRequest)) {}
+  /// `onRequest` is told of the summary of each request that is added, on the thread that adds it,
+  /// in the order of the numbers; it must not use the log.
+  explicit RequestLog(std::function<void(const platform::Dictionary& summary)> onRequest);
 
   void add(const ReceivedRequest& request);
 
@@ -50,8 +50,7 @@ class RequestLog {
   void clear() { requests_.clear(); }
 
  private:
-  const std::function<void(const platform::Dictionary& summary)> onRequest_;
-  Journal requests_{1000};
+  Journal requests_;
 };
 
 }  // namespace ovinta::sandbox

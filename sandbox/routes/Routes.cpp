@@ -43,6 +43,7 @@ constexpr auto kRoutes = std::to_array<Route>({
     {"GET", "/sandbox/snapshot", Access::everyone, Body::none, showSnapshot},
     {"PUT", "/sandbox/snapshot", Access::everyone, Body::data, restoreSnapshot},
     {"PUT", "/sandbox/seed", Access::everyone, Body::data, seedAll},
+    {"POST", "/sandbox/seed", Access::everyone, Body::none, keepAsStart},
     {"GET", "/sandbox/clock", Access::everyone, Body::none, showClock},
     {"PUT", "/sandbox/clock", Access::everyone, Body::data, setClock},
     {"DELETE", "/sandbox/clock", Access::everyone, Body::none, resetClock},

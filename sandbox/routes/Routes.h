@@ -113,6 +113,7 @@ Answer clearRequests(const Call& call);
 Answer showSnapshot(const Call& call);
 Answer restoreSnapshot(const Call& call);
 Answer seedAll(const Call& call);
+Answer keepAsStart(const Call& call);
 Answer showClock(const Call& call);
 Answer setClock(const Call& call);
 Answer advanceClock(const Call& call);

@@ -7,37 +7,39 @@ namespace ovinta::sandbox {
 
 using platform::Dictionary;
 
+namespace {
+
+constexpr std::size_t kMostPushes = 1000;
+
+}  // namespace
+
 Service::Service(std::uint64_t seed, std::function<platform::Date()> now,
                  std::function<void()> onFault)
     : clock(std::move(now)),
       state(
           seed, [this] { return clock.now(); },
           [this](const World& world, const Dictionary& news) {
-            Dictionary event = news;
-            event.insert_or_assign("id", orderEvents.add(news));
+            Dictionary event = orderEvents.add(news);
             if (!feed.isHeard()) return;
-            const auto id = *platform::find<std::int64_t>(news, "order_id");
+            const auto id = *platform::find<std::int64_t>(event, "order_id");
             feed.tell("order", {{"order", inspectedOrder(world, id)}, {"event", std::move(event)}});
           }),
       requests([this](const Dictionary& summary) { feed.tell("request", summary); }),
-      faults(seed, std::move(onFault), [this] { feed.tell("faults"); }) {}
+      faults(seed, std::move(onFault), [this] { feed.tell("faults"); }),
+      sentPushes(kMostPushes, [this](const Dictionary& push) { feed.tell("push", push); }) {}
 
 Dictionary Service::push(const std::string& pushToken, const Dictionary& payload,
                          platform::Date now) {
   const std::size_t listeners = pushes.send(pushToken, platform::writeJSON(payload));
-  Dictionary record = {{"time", dateText(now)},
-                       {"push_token", pushToken},
-                       {"payload", payload},
-                       {"listeners", listeners}};
-  record.insert_or_assign("id", sentPushes.add(record));
-  feed.tell("push", record);
-  return record;
+  return sentPushes.add({{"time", dateText(now)},
+                         {"push_token", pushToken},
+                         {"payload", payload},
+                         {"listeners", listeners}});
 }
 
 void Service::reset() {
   clock.reset();
-  state.reset();
-  forgetHistory();
+  state.reset([this] { forgetHistory(); });
   requests.clear();
   faults.clear();
   {
@@ -48,10 +50,18 @@ void Service::reset() {
 }
 
 std::optional<Refusal> Service::restore(const Dictionary& snapshot) {
-  if (auto refused = state.restore(snapshot)) return refused;
-  forgetHistory();
-  feed.tell("reload");
-  return std::nullopt;
+  return state.restore(snapshot, [this] {
+    forgetHistory();
+    feed.tell("reload");
+  });
+}
+
+std::optional<Refusal> Service::seed(const Dictionary& snapshot) {
+  return state.seed(snapshot, [this] {
+    keepMinimumAppVersion();
+    forgetHistory();
+    feed.tell("reload");
+  });
 }
 
 void Service::forgetHistory() {

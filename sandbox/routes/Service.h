@@ -39,7 +39,7 @@ class Service {
   /// What has become of orders, as `World::news` tells it.
   Journal orderEvents{5000};
   /// The pushes that were sent: "time", "push_token", "payload" and the number of "listeners".
-  Journal sentPushes{1000};
+  Journal sentPushes;
 
   /// Sends a push.
   platform::Dictionary push(const std::string& pushToken, const platform::Dictionary& payload,
@@ -54,17 +54,19 @@ class Service {
   /// From now on `reset` leads to what holds at present.
   void keepAsStart() {
     state.keepAsStart();
-    const std::lock_guard lock(mutex_);
-    startMinimumAppVersion_ = minimumAppVersion_;
+    keepMinimumAppVersion();
   }
 
-  /// Brings back the start and the time beneath, and forgets faults, pushes and requests that came.
+  /// Brings back the start and the time beneath, and forgets faults, pushes, requests that came and
+  /// what has become of orders.
   void reset();
 
-  /// Puts what the snapshot holds in place of all that is known, and forgets pushes, which may tell
-  /// of orders that it does not hold. Answers why not, having changed nothing, when it is not
-  /// valid.
+  /// Puts what the snapshot holds in place of all that is known, and forgets pushes and what has
+  /// become of orders: of some it may not know. Answers why not, having changed nothing, when it is
+  /// not valid.
   [[nodiscard]] std::optional<Refusal> restore(const platform::Dictionary& snapshot);
+  /// The same, and from now on `reset` leads to it.
+  [[nodiscard]] std::optional<Refusal> seed(const platform::Dictionary& snapshot);
 
   bool admitsAppVersion(std::string_view version) const {
     const std::lock_guard lock(mutex_);
@@ -72,6 +74,11 @@ class Service {
   }
 
  private:
+  void keepMinimumAppVersion() {
+    const std::lock_guard lock(mutex_);
+    startMinimumAppVersion_ = minimumAppVersion_;
+  }
+
   void forgetHistory();
 
   mutable std::mutex mutex_;

@@ -33,7 +33,7 @@ Answer showRequest(const Call& call) {
 
 Answer clearRequests(const Call& call) {
   call.service.requests.clear();
-  call.service.feed.tell("reload");
+  call.service.feed.tell("requests");
   return dataAnswer(platform::Dictionary{});
 }
 
@@ -48,9 +48,13 @@ Answer restoreSnapshot(const Call& call) {
 }
 
 Answer seedAll(const Call& call) {
-  Answer answer = restoreSnapshot(call);
-  if (answer.status == 200) call.service.state.keepAsStart();
-  return answer;
+  const auto refused = call.service.seed(call.data);
+  return refused ? answerFor(*refused) : showSnapshot(call);
+}
+
+Answer keepAsStart(const Call& call) {
+  call.service.keepAsStart();
+  return dataAnswer(platform::Dictionary{});
 }
 
 Answer showClock(const Call& call) { return dataAnswer(call.service.clock.shown()); }

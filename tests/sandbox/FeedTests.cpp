@@ -1,8 +1,12 @@
 #include "sandbox/domain/Feed.h"
 
 #include <algorithm>
+#include <string>
+#include <thread>
 #include <utility>
+#include <vector>
 
+#include "sandbox/domain/Journal.h"
 #include "sandbox/domain/Validation.h"
 #include "tests/sandbox/SandboxFixture.h"
 
@@ -43,6 +47,34 @@ TEST(FeedTest, EachReaderGetsWhatComesAndIsToldWhatItMissed) {
   EXPECT_TRUE(slow->isClosed());
 }
 
+TEST(FeedTest, NumbersComeInTheirOrderWhoeverAdds) {
+  Feed feed;
+  Journal journal(1000, [&](const Dictionary& record) { feed.tell("push", record); });
+  const auto reader = feed.listen();
+  EXPECT_EQ(take(*reader), kReload);
+  std::vector<std::jthread> writers;
+  for (int writer = 0; writer < 4; ++writer) {
+    writers.emplace_back([&] {
+      for (int count = 0; count < 100; ++count) journal.add({});
+    });
+  }
+  writers.clear();
+  std::string expected;
+  for (int id = 1; id <= 400; ++id) {
+    expected += "event: push\ndata: {\"id\":" + std::to_string(id) + "}\n\n";
+  }
+  EXPECT_EQ(take(*reader), expected);
+}
+
+TEST(FeedTest, KeepsNoMoreBytesForASlowReaderThanItMay) {
+  Feed feed;
+  const auto slow = feed.listen();
+  EXPECT_EQ(take(*slow), kReload);
+  const std::string text(1024 * 1024, 'x');
+  for (int count = 0; count < 17; ++count) feed.tell("push", {{"text", text}});
+  EXPECT_EQ(take(*slow), kReload);
+}
+
 using WatchTest = CustomerTest;
 
 TEST_F(WatchTest, TellsOfOrdersRequestsPushesAndFaultsAsTheyCome) {
@@ -59,6 +91,8 @@ TEST_F(WatchTest, TellsOfOrdersRequestsPushesAndFaultsAsTheyCome) {
           {"POST", "/sandbox/orders/1001/ready", "", 200},
           {"POST", "/sandbox/pushes", R"({"push_token":"phone","payload":{"a":"b"}})", 200},
           {"POST", "/sandbox/pushes", R"({"push_token":"","payload":[]})", 422, "push_token"},
+          {"POST", "/sandbox/pushes",
+           R"({"push_token":"phone","payload":{"a":")" + std::string(65536, 'x') + R"("}})", 422},
           {"PUT", "/sandbox/faults/GET/m/v1/app", R"({"fault":"gone","count":1})", 200},
           {"GET", "/m/v1/app?q=1", "", 410},
           {"POST", "/sandbox/reset", "", 200}});
@@ -103,6 +137,15 @@ TEST_F(WatchTest, SeedsAreWhatAResetBringsBack) {
         {"PUT", "/sandbox/seed", R"({"orders":[{}]})", 422},
         {"POST", "/sandbox/reset", "", 200},
         {"GET", "/sandbox/orders", "", 200, R"("state":"created")"},
+        {"POST", "/sandbox/orders/1001/gone", "", 200},
+        {"PUT", "/sandbox/minimum-app-version/9.0", "", 200},
+        {"POST", "/sandbox/seed", "", 200},
+        {"GET", "/sandbox/orders/1001/events", "", 200, R"("state":"gone")"},
+        {"DELETE", "/sandbox/minimum-app-version", "", 200},
+        {"POST", "/sandbox/reset", "", 200},
+        {"GET", "/m/v1/app", "", 425},
+        {"GET", "/sandbox/orders", "", 200, R"("state":"gone")"},
+        {"GET", "/sandbox/orders/1002/events", "", 404},
         {"GET", "/sandbox/orders/1001/events", "", 200, R"({"data":[]})"}});
 }
 
