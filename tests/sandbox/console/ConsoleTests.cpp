@@ -265,6 +265,16 @@ TEST_F(ConsoleTest, PushesAreSentAndEverythingIsKeptAndPutBack) {
   browser_->await("document.querySelector('[data-order=\"1002\"]')");
   browser_->click("#reset");
   browser_->await("document.getElementById('order-list').children.length === 1");
+  // The present state becomes the start, and nothing else changes.
+  browser_->click("[aria-label='Order 1001: ready']");
+  awaitText("[data-order=\"1001\"] .state", "ready");
+  browser_->click("#seed-now");
+  browser_->await("performance.getEntriesByName(location.origin + '/sandbox/seed').length === 2");
+  awaitText("#push-list", "\"order_state\": \"ready\"");
+  browser_->click("[aria-label='Order 1001: delayed']");
+  awaitText("[data-order=\"1001\"] .state", "delayed");
+  browser_->click("#reset");
+  awaitText("[data-order=\"1001\"] .state", "ready");
   EXPECT_THAT(browser_->complaints(), IsEmpty());
 }
 
