@@ -6,7 +6,7 @@ import {TimeLine} from './timeline.js';
 const LONGEST_TRAIL = 1000;
 const placeOf = record => ({latitude: Number(record.latitude), longitude: Number(record.longitude), accuracy: record.accuracy});
 /** A distance for people; one below 0 is not known. */
-const metres = value => !(value >= 0) ? 'unknown' : value < 1000 ? `${Math.round(value)} m` : `${(value / 1000).toFixed(2)} km`;
+const metres = value => !(value >= 0) ? 'unknown' : value < 1000 ? `${Math.round(value)}\u00a0m` : `${(value / 1000).toFixed(2)}\u00a0km`;
 
 export class TrackingPanel {
   constructor() {
@@ -83,7 +83,7 @@ export class TrackingPanel {
                  ['Distance', metres(distance(last, this.site))]);
     }
     for (const {uuid, major, minor, rssi, distance: away} of beacons) {
-      facts.push(['Beacon', `${uuid} ${major}/${minor}: ${Math.round(rssi)} dBm, ${metres(away)}`]);
+      facts.push(['Beacon', `${uuid} ${major}/${minor}: ${Math.round(rssi)}\u00a0dBm, ${metres(away)}`]);
     }
     byID('map-facts').replaceChildren(...facts.flatMap(
         ([name, text]) => [make('dt', {textContent: name}), make('dd', {textContent: text})]));
