@@ -120,6 +120,8 @@ ExitCode show(const SandboxTool& tool, const Following& options, const Journal& 
         // The first event, and what comes in place of those that were missed.
         if (event == "reload") printer.catchUp();
         if (event == journal.event) printer.print(data);
+        // The end of the process tells that nothing more can be written.
+        if (!std::cout) tool.client.stop();
       });
   return ExitCode::success;
 }
