@@ -26,6 +26,17 @@ std::string footer() {
   return text + "\n  " + std::string(kSignalHeading) + "  " + std::string(kSignalMeaning);
 }
 
+/// Has each command take the variables for itself alone: what one of them holds is neither checked
+/// nor read for a command that was not named.
+void takeVariablesApart(CLI::App& group) {
+  // What has no name is a group of a command's options.
+  const auto commands =
+      group.get_subcommands([](const CLI::App* child) { return !child->get_name().empty(); });
+  // Only what completes its parsing by itself does that.
+  if (commands.empty()) group.parse_complete_callback([] {});
+  for (CLI::App* command : commands) takeVariablesApart(*command);
+}
+
 void addCommands(CLI::App& app, int& exitCode) {
   app.require_subcommand(1);
   app.footer(footer());
@@ -44,6 +55,7 @@ void addCommands(CLI::App& app, int& exitCode) {
   addSandboxCommand(app, exitCode);
   addMerchantCommands(app, exitCode);
   addManualCommands(app);
+  takeVariablesApart(app);
   // The commands have taken over what was said before.
   app.footer(footer() + "\n\nThe common options of a command may stand before it, too.");
 }

@@ -26,7 +26,13 @@ Client::Client(const ClientOptions& options, bool simulatesLocation) : output_(o
 }
 
 void Client::showProgress(std::string text) {
+  const std::lock_guard lock(waitingMutex_);
   if (waiting_) waiting_->tell(std::move(text));
+}
+
+void Client::setWaiting(std::unique_ptr<Waiting> waiting) {
+  const std::lock_guard lock(waitingMutex_);
+  waiting_ = std::move(waiting);
 }
 
 Outcome Client::await(const std::function<void(Report)>& start) {
@@ -35,7 +41,7 @@ Outcome Client::await(const std::function<void(Report)>& start) {
     Outcome outcome;
   };
   const auto shared = std::make_shared<Shared>();
-  waiting_ = std::make_unique<Waiting>("Waiting for the service");
+  setWaiting(std::make_unique<Waiting>("Waiting for the service"));
   start([shared](std::optional<Result> result, ErrorPtr error) {
     const std::lock_guard lock(shared->mutex);
     Outcome& outcome = shared->outcome;
@@ -44,7 +50,7 @@ Outcome Client::await(const std::function<void(Report)>& start) {
     if (!outcome.error) outcome.error = std::move(error);
   });
   activity_->waitUntilIdle();
-  waiting_.reset();
+  setWaiting(nullptr);
   const std::lock_guard lock(shared->mutex);
   return shared->outcome;
 }

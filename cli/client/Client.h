@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -61,8 +62,11 @@ class Client {
   }
 
  private:
+  void setWaiting(std::unique_ptr<Waiting> waiting);
+
   Output output_;
-  /// Null while no operation is under way.
+  std::mutex waitingMutex_;
+  /// Null while no operation is under way; used under the mutex.
   std::unique_ptr<Waiting> waiting_;
   std::shared_ptr<Activity> activity_ = std::make_shared<Activity>();
   std::shared_ptr<std::function<void()>> answered_ = std::make_shared<std::function<void()>>();

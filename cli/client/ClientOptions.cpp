@@ -10,24 +10,31 @@
 namespace ovinta::cli {
 std::string isNotEmpty(const std::string& text) { return text.empty() ? "is empty" : ""; }
 
-void addServiceOptions(CLI::App& command, ClientOptions& options) {
-  command.add_option("--base-url", options.baseURL, "The service's address; remembered")
+void addServiceAddress(CLI::App& command, ClientOptions& options, const std::string& description) {
+  command.add_option("--base-url", options.baseURL, description)
       ->check(isBaseURL)
       ->type_name("URL")
       ->envname(kBaseURLVariable)
       ->group(kCommonOptions);
-  addSecretOption(command, "--token", options.token, "The app's API token", "OVINTA_TOKEN")
+  addSecretOption(command, "--token", options.token, "The app's API token", kTokenVariable)
       ->capture_default_str()
       ->group(kCommonOptions);
+}
+
+void addServiceOptions(CLI::App& command, ClientOptions& options) {
+  addServiceAddress(command, options, "The service's address; remembered");
   command.add_option("--app-version", options.appVersion, "The app's version")
       ->capture_default_str()
       ->group(kCommonOptions);
   addOutputOptions(command, options);
 }
 
+void addJSONOption(CLI::App& command, bool& json) {
+  command.add_flag("--json", json, "Print one JSON document per result")->group(kCommonOptions);
+}
+
 void addOutputOptions(CLI::App& command, ClientOptions& options) {
-  command.add_flag("--json", options.json, "Print one JSON document per result")
-      ->group(kCommonOptions);
+  addJSONOption(command, options.json);
   command.add_flag("--verbose", options.verbose, "Show the library's log on standard error")
       ->group(kCommonOptions);
 }

@@ -16,9 +16,10 @@ namespace ovinta::cli {
 /// The group of the options that many commands share. They may stand before the command, too.
 inline constexpr const char* kCommonOptions = "Common options";
 
-/// The environment variables that take the place of `--base-url` and `--data-dir`.
+/// The environment variables that take the place of `--base-url`, `--data-dir` and `--token`.
 inline constexpr const char* kBaseURLVariable = "OVINTA_BASE_URL";
 inline constexpr const char* kDataDirectoryVariable = "OVINTA_DATA_DIR";
+inline constexpr const char* kTokenVariable = "OVINTA_TOKEN";
 
 /// What every command that works as a client of the service understands.
 struct ClientOptions {
@@ -37,10 +38,14 @@ struct ClientOptions {
 /// Adds all options but the one of the data directory; `options` must outlive the parsing.
 void addServiceOptions(CLI::App& command, ClientOptions& options);
 
-/// Each adds a part of the options, those of the output or the data directory; `options` must
-/// outlive the parsing.
+/// Each adds a part of the options: address, described as told, and app token; output; data
+/// directory. `options` must outlive the parsing.
+void addServiceAddress(CLI::App& command, ClientOptions& options, const std::string& description);
 void addOutputOptions(CLI::App& command, ClientOptions& options);
 void addDataDirectoryOption(CLI::App& command, ClientOptions& options);
+
+/// Adds the flag that asks for JSON; `json` must outlive the parsing.
+void addJSONOption(CLI::App& command, bool& json);
 
 /// Adds the choice of where positions come from; `source` must outlive the parsing.
 CLI::Option* addPositionSourceOption(CLI::App& command, platform::linuxos::PositionSource& source);

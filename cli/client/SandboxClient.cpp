@@ -99,20 +99,26 @@ Value SandboxClient::ask(const std::string& method, const std::string& path,
 
 void SandboxClient::follow(const std::string& path, const std::function<void()>& onOpen,
                            const Event& onEvent) {
+  if (isStopped_) return;
   client_->set_read_timeout(kListeningTime);
   EventReader reader(onEvent);
   bool isOpen = false;
-  const auto answer = client_->Get(
+  client_->Get(
       targetOf(path), [&](const httplib::Response& head) { return head.status == 200; },
       [&](const char* data, std::size_t length) {
         // The service begins at once, so that its listeners know that it hears them.
         if (!std::exchange(isOpen, true)) onOpen();
         reader.receive({data, length});
-        return true;
+        return !isStopped_.load();
       });
+  if (isStopped_) return;
   if (!isOpen) throw std::runtime_error("the service has no stream " + targetOf(path));
+  throw std::runtime_error("the sandbox has ended the stream");
 }
 
-void SandboxClient::stop() { client_->stop(); }
+void SandboxClient::stop() {
+  isStopped_ = true;
+  client_->stop();
+}
 
 }  // namespace ovinta::cli

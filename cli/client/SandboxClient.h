@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <chrono>
 #include <functional>
 #include <memory>
@@ -35,8 +36,8 @@ class SandboxClient {
   platform::Value ask(const std::string& method, const std::string& path,
                       const std::optional<platform::Value>& record = {});
 
-  /// Hands on the events of a stream below "/sandbox/" until it ends or is stopped. `onOpen` is
-  /// called when the sandbox listens. Throws as `ask` does where it never does.
+  /// Hands on the events of a stream below "/sandbox/" until it is stopped. `onOpen` is called when
+  /// the sandbox listens. Throws as `ask` does where it never does, and where the stream ends.
   void follow(const std::string& path, const std::function<void()>& onOpen, const Event& onEvent);
 
   /// Ends `follow`; may be called from any thread, and before it begins.
@@ -44,6 +45,7 @@ class SandboxClient {
 
  private:
   std::unique_ptr<httplib::Client> client_;
+  std::atomic<bool> isStopped_ = false;
 };
 
 }  // namespace ovinta::cli

@@ -21,7 +21,10 @@ std::string sandboxURL(const ClientOptions& options) {
 }  // namespace
 
 void addToolOptions(CLI::App& command, ClientOptions& options) {
-  addClientOptions(command, options);
+  addServiceAddress(command, options,
+                    "The sandbox's address; the one that was used last, unless given");
+  addDataDirectoryOption(command, options);
+  addJSONOption(command, options.json);
 }
 
 ExitCode runTool(const ClientOptions& options,

@@ -84,25 +84,42 @@ struct Reader {
   Fault (*fault)(const std::string& text);
 };
 
-/// Who reads what the service answers, the first whose method and beginning of the path fit; an
-/// empty method stands for all.
+/// Who reads what the service answers; an empty method stands for all, and a path with a slash at
+/// its end for all below it.
 constexpr auto kReaders = std::to_array<Reader>({
     {"GET", "m/v1/app", faultInConfiguration},
     {"", "m/v1/customer", faultInData<Customer>},
+    {"POST", "m/v1/customer/sign_in", faultInData<Customer>},
+    {"POST", "m/v1/customer/sign_up", faultInData<Customer>},
+    // The request for a token is answered with no record.
+    {"PATCH", "m/v1/customer/password", faultInData<Customer>},
     {"GET", "m/v1/sites", faultInSites},
-    {"GET", "m/v1/orders/", faultIn<OrderResponse>},
     {"GET", "m/v1/orders", faultIn<OrdersResponse>},
-    {"", "m/v1/orders", faultIn<OrderResponse>},
+    {"POST", "m/v1/orders", faultIn<OrderResponse>},
+    {"", "m/v1/orders/", faultIn<OrderResponse>},
 });
 
-Fault faultIn(std::string_view method, std::string_view url, const std::string& text) {
-  const std::size_t start = url.find("m/v1/");
-  if (start == std::string_view::npos) return std::nullopt;
+bool reads(const Reader& reader, std::string_view method, std::string_view path) {
+  const bool isPath =
+      reader.path.ends_with('/') ? path.starts_with(reader.path) : path == reader.path;
+  return isPath && (reader.method.empty() || reader.method == method);
+}
+
+/// Null where nothing is read of the answer.
+const Reader* readerOf(std::string_view method, std::string_view url) {
+  const std::string_view place = url.substr(0, url.find_first_of("?#"));
+  const std::size_t start = place.find("m/v1/");
+  if (start == std::string_view::npos) return nullptr;
   const auto reader = std::ranges::find_if(kReaders, [&](const Reader& candidate) {
-    return url.substr(start).starts_with(candidate.path) &&
-           (candidate.method.empty() || candidate.method == method);
+    return reads(candidate, method, place.substr(start));
   });
-  return reader == kReaders.end() ? std::nullopt : reader->fault(text);
+  return reader == kReaders.end() ? nullptr : &*reader;
+}
+
+/// Notes what is wrong with an answer, or that nothing is.
+void note(const Reader& reader, const std::string& text) {
+  const Fault fault = reader.fault(text);
+  lastFault().set(fault ? std::optional<std::string>(fault->what()) : std::nullopt);
 }
 
 class NotingSession : public platform::URLSession {
@@ -114,8 +131,8 @@ class NotingSession : public platform::URLSession {
     base_->startDataTask(std::move(request), [method, url, completion = std::move(completion)](
                                                  auto data, auto response, auto error) {
       const bool isAnswer = data && !error && response && response->statusCode / 100 == 2;
-      const Fault fault = isAnswer ? faultIn(method, url, *data) : std::nullopt;
-      if (fault) lastFault().set(fault->what());
+      const Reader* const reader = isAnswer ? readerOf(method, url) : nullptr;
+      if (reader) note(*reader, *data);
       completion(std::move(data), std::move(response), std::move(error));
     });
   }

@@ -12,8 +12,8 @@ namespace ovinta::cli {
 /// cannot read, before the sender learns of them.
 std::shared_ptr<platform::URLSession> notingUnreadable(std::shared_ptr<platform::URLSession> base);
 
-/// What is wrong, and where, with the last such answer; absent when there was none. May be called
-/// from any thread.
+/// What is wrong, and where, with the last answer that the library reads; absent when nothing is.
+/// May be called from any thread.
 std::optional<std::string> lastUnreadableAnswer();
 
 }  // namespace ovinta::cli

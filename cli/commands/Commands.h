@@ -4,11 +4,9 @@ namespace CLI {
 class App;
 }
 
-namespace ovinta::sandbox {
-struct Options;
-}
-
 namespace ovinta::cli {
+
+struct SandboxOptions;
 
 // Each function adds one sub-command, whose run sets the exit code of the process, an `ExitCode` or
 // what a shell reports of a signal; of a failure it has written to standard error. `exitCode` must
@@ -35,8 +33,9 @@ void addWatchCommand(CLI::App& group, int& exitCode);
 
 /// Adds the commands of `ovinta sandbox` that speak to one that runs.
 void addSandboxToolCommands(CLI::App& group, int& exitCode);
-/// Adds the one that runs another command with a sandbox of its own, which `options` describe.
-void addSandboxExecCommand(CLI::App& group, const sandbox::Options& options, int& exitCode);
+/// Adds the one that runs another command with a sandbox of its own, which `options` describe;
+/// they must outlive the parsing.
+void addSandboxExecCommand(CLI::App& group, SandboxOptions& options, int& exitCode);
 
 /// Adds what prints help, completion and manual page of all commands. `app` must outlive the
 /// parsing.

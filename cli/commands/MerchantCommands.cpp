@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <string>
@@ -7,6 +8,7 @@
 #include "cli/client/SandboxTools.h"
 #include "cli/client/Table.h"
 #include "cli/commands/Commands.h"
+#include "sandbox/domain/Orders.h"
 
 namespace ovinta::cli {
 namespace {
@@ -26,6 +28,12 @@ constexpr auto kMoves = std::to_array<Move>({
     {"cancel", "cancelled", "Cancel an order"},
     {"gone", "gone", "Have an order be gone"},
 });
+
+static_assert(std::ranges::equal(kMoves, sandbox::kMerchantMoves, {}, &Move::state),
+              "each of the merchant's moves has its command");
+
+/// A week, beyond which the sandbox takes no estimate.
+constexpr std::int64_t kMostMinutes = 7 * 24 * 60;
 
 struct Estimate {
   std::int64_t orderID = 0;
@@ -117,7 +125,7 @@ void addMerchantCommands(CLI::App& app, int& exitCode) {
         addOrder(command, options.orderID);
         addNumber(command, "minutes", options.minutes, "Minutes from now")
             ->required()
-            ->check(CLI::Range(0, 100'000));
+            ->check(CLI::Range(std::int64_t{0}, kMostMinutes));
       },
       estimate);
 }

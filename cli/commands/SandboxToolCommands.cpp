@@ -1,11 +1,8 @@
-#include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
 #include <cstdint>
-#include <fstream>
 #include <iostream>
 #include <map>
 #include <stdexcept>
@@ -19,6 +16,7 @@
 #include "cli/client/Table.h"
 #include "cli/commands/Commands.h"
 #include "platform/JSON.h"
+#include "sandbox/domain/SnapshotFile.h"
 #include "sandbox/faults/FaultKind.h"
 #include "sandbox/faults/Faults.h"
 
@@ -31,6 +29,8 @@ using platform::Value;
 
 struct Following {
   bool follows = false;
+  /// The one entry to show as a whole.
+  std::optional<std::int64_t> entry = {};
 };
 
 struct SentPush {
@@ -51,6 +51,8 @@ struct Journal {
   std::string_view path;
   std::string_view event;
   std::vector<Column> columns;
+  /// Whether it shows more of a single entry than the list tells.
+  bool showsOne = false;
   /// A line of its own for one entry.
   std::string (*line)(const Dictionary& entry);
 };
@@ -112,6 +114,11 @@ class EntryPrinter {
 };
 
 ExitCode show(const SandboxTool& tool, const Following& options, const Journal& journal) {
+  if (options.entry) {
+    const std::string list(journal.path.substr(0, journal.path.find('?')));
+    tool.output.print(Result(ask(tool, "GET", list + "/" + std::to_string(*options.entry))));
+    return ExitCode::success;
+  }
   if (!options.follows) return printTable(tool, listAt(tool.client, journal.path), journal.columns);
   EntryPrinter printer(tool, journal);
   tool.client.follow(
@@ -120,6 +127,8 @@ ExitCode show(const SandboxTool& tool, const Following& options, const Journal& 
         // The first event, and what comes in place of those that were missed.
         if (event == "reload") printer.catchUp();
         if (event == journal.event) printer.print(data);
+        // The end of the process tells that nothing more can be written.
+        if (!std::cout) tool.client.stop();
       });
   return ExitCode::success;
 }
@@ -128,9 +137,11 @@ void addJournal(CLI::App& group, int& exitCode, const std::string& name,
                 const std::string& description, const Journal& journal) {
   addTool<Following>(
       group, exitCode, name, description,
-      [](CLI::App& command, Following& options) {
-        command.add_flag("--follow", options.follows,
-                         "Go on with those to come, one line for each");
+      [journal](CLI::App& command, Following& options) {
+        CLI::Option* const follow = command.add_flag("--follow", options.follows,
+                                                     "Go on with those to come, one line for each");
+        if (!journal.showsOne) return;
+        addNumber(command, "id", options.entry, "The one to show as a whole")->excludes(follow);
       },
       [journal](const SandboxTool& tool, const Following& options) {
         return show(tool, options, journal);
@@ -153,21 +164,13 @@ ExitCode perform(const SandboxTool& tool, const std::string& method, const std::
   return ExitCode::success;
 }
 
-/// Writes to a file that nobody else can read, since a snapshot holds passwords.
-void writePrivately(const std::string& file, const std::string& text) {
-  const int opened = ::open(file.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
-  if (opened < 0) throw std::runtime_error("cannot write " + file);
-  ::close(opened);
-  std::ofstream stream(file, std::ios::binary);
-  if (!(stream << text << std::flush)) throw std::runtime_error("cannot write " + file);
-}
-
 ExitCode takeSnapshot(const SandboxTool& tool, const std::string& file) {
   const Dictionary snapshot{{"data", ask(tool, "GET", "snapshot")}};
   if (file.empty()) {
     std::cout << visibleJSON(snapshot) << std::endl;
   } else {
-    writePrivately(file, platform::writeJSON(snapshot) + "\n");
+    const std::string text = platform::writeJSON(snapshot) + "\n";
+    if (const auto error = sandbox::writePrivateFile(file, text)) throw std::runtime_error(*error);
     tool.output.print(done("The snapshot is in " + file + "."));
   }
   return ExitCode::success;
@@ -208,6 +211,41 @@ void addStateCommands(CLI::App& group, int& exitCode) {
       [](const SandboxTool& tool, int) {
         return perform(tool, "POST", "reset", "The sandbox is as at its start.");
       });
+}
+
+/// Asks for something that leads to another time, or to none, and shows the clock.
+ExitCode showClock(const SandboxTool& tool, const std::string& method, const std::string& path,
+                   const std::optional<Value>& record = {}) {
+  tool.output.print(Result(ask(tool, method, path, record)));
+  return ExitCode::success;
+}
+
+void addClockCommands(CLI::App& sandboxGroup, int& exitCode) {
+  CLI::App* group = sandboxGroup.add_subcommand("clock", "The time that the sandbox goes by");
+  group->require_subcommand(1);
+  addTool<int>(
+      *group, exitCode, "show", "Show it, and how far it is ahead of the machine's",
+      [](CLI::App&, int&) {},
+      [](const SandboxTool& tool, int) { return showClock(tool, "GET", "clock"); });
+  addTool<std::string>(
+      *group, exitCode, "set", "Set it to a time, from which it goes on",
+      [](CLI::App& command, std::string& time) {
+        command.add_option("time", time, "As in 2030-05-01T11:55:00.000Z")->required();
+      },
+      [](const SandboxTool& tool, const std::string& time) {
+        return showClock(tool, "PUT", "clock", Dictionary{{"now", time}});
+      });
+  addTool<double>(
+      *group, exitCode, "advance", "Move it on",
+      [](CLI::App& command, double& seconds) {
+        addNumber(command, "seconds", seconds, "By how many seconds")->required();
+      },
+      [](const SandboxTool& tool, double seconds) {
+        return showClock(tool, "POST", "clock/advance", Dictionary{{"seconds", seconds}});
+      });
+  addTool<int>(
+      *group, exitCode, "reset", "Have it show the machine's time again", [](CLI::App&, int&) {},
+      [](const SandboxTool& tool, int) { return showClock(tool, "DELETE", "clock"); });
 }
 
 /// The settings of all faults, with what a user may want to know of each.
@@ -333,11 +371,13 @@ void addSandboxToolCommands(CLI::App& group, int& exitCode) {
   addJournal(group, exitCode, "requests", "Show the requests of apps that a sandbox has had",
              {.path = "requests?summary=1",
               .event = "request",
-              .columns = {{"TIME", "time"},
+              .columns = {{"ID", "id"},
+                          {"TIME", "time"},
                           {"METHOD", "method"},
                           {"STATUS", "status"},
                           {"DURATION", "duration_ms", "ms"},
                           {"PATH", "path"}},
+              .showsOne = true,
               .line = requestLine});
   addFaultCommands(group, exitCode);
   addJournal(group, exitCode, "pushes", "Show the pushes that a sandbox has sent",
@@ -358,6 +398,7 @@ void addSandboxToolCommands(CLI::App& group, int& exitCode) {
       },
       sendPush);
   addStateCommands(group, exitCode);
+  addClockCommands(group, exitCode);
 }
 
 }  // namespace ovinta::cli

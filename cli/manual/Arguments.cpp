@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "cli/client/ClientOptions.h"
 #include "cli/manual/CommandTree.h"
 
 namespace ovinta::cli {
@@ -67,9 +68,11 @@ Arguments inOrder(const CLI::App& root, const Arguments& arguments) {
     const std::string name = optionName(arguments[i]);
     const CLI::Option* own = command->get_option_no_throw(name);
     const CLI::Option* option = own ? own : findCommon(*command, name);
+    // A common one is for the command that is named last.
+    const bool stays = own && own->get_group() != kCommonOptions;
     if (!option) break;
     const std::size_t count = length(*option, arguments, i);
-    append(own ? ordered : moved, arguments, i, count);
+    append(stays ? ordered : moved, arguments, i, count);
     i += count;
   }
   if (ordered == Arguments{kHelpCommand}) {

@@ -71,7 +71,9 @@ std::string commandList(const CLI::App& group) {
 }  // namespace
 
 ExitCode explain(const CLI::App& app, const CLI::ParseError& error) {
-  const auto unknown = app.remaining(true);
+  auto unknown = app.remaining(true);
+  // The mark alone is nothing that somebody would have to know.
+  if (std::ranges::all_of(unknown, [](const auto& word) { return word == "--"; })) unknown.clear();
   const auto code = static_cast<CLI::ExitCodes>(error.get_exit_code());
   const CLI::App& command = lastNamed(app);
   const bool isMissing = code == CLI::ExitCodes::RequiredError;

@@ -83,7 +83,6 @@ void LiveTrack::finishFetch(const ErrorPtr& error) {
   } else {
     isFollowing_ = true;
     report_.begin();
-    pushes_.listen();
   }
 }
 
@@ -96,6 +95,7 @@ void LiveTrack::fail(const std::string& title, const std::string& description) {
 void LiveTrack::watch() {
   const bool isOver = isFollowing_ && openOrders().empty();
   if (!end_ && !isOver) {
+    if (isFollowing_) pushes_.listenAndTell();
     show();
     followPermission();
   }

@@ -50,7 +50,7 @@ class LiveTrack {
   TrackReport report_;
   std::shared_ptr<ObservedURLSession> session_;
   std::shared_ptr<ObservedLocationServices> location_;
-  SandboxPushes pushes_{report_};
+  SandboxPushes pushes_{report_, interruption_};
   /// The permission that was last told to the user; absent before the first line.
   std::optional<platform::AuthorizationStatus> permission_;
   /// Whether the permission was granted by an answer to this run.

@@ -29,8 +29,8 @@ OrderWatch::OrderWatch(const ClientOptions& options, Interruption& interruption)
 
 ExitCode OrderWatch::run() {
   configureLibrary(options_);
-  waiting_.emplace("Waiting for the service");
   pushes_.prepare(options_);
+  waiting_.emplace("Waiting for the service");
   Ovinta::orders().fetch([this](const auto& /*orders*/, const ErrorPtr& error) {
     services().mainQueue->async([this, error] { finishFetch(error); });
   });
@@ -51,16 +51,24 @@ void OrderWatch::finishFetch(const ErrorPtr& error) {
   } else {
     isWatching_ = true;
     report_.begin();
-    pushes_.listen();
     return;
   }
   failure_ = ExitCode::failure;
 }
 
 void OrderWatch::watch() {
+  if (isWatching_) watchPushes();
   const bool isOver = failure_ || (isWatching_ && openOrders().empty());
   if (isOver || interruption_.happened()) return platform::linuxos::quitMainLoop();
   services().mainQueue->asyncAfter(kOrderInterval, [this] { watch(); });
+}
+
+void OrderWatch::watchPushes() {
+  pushes_.listen();
+  const auto reason = pushes_.failure();
+  if (!reason || openOrders().empty() || interruption_.happened()) return;
+  Output(options_.json).printFailure("No Pushes", *reason + ".");
+  failure_ = ExitCode::failure;
 }
 
 }  // namespace ovinta::cli

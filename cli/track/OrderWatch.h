@@ -26,12 +26,14 @@ class OrderWatch {
   void finishFetch(const ErrorPtr& error);
   /// Ends the main loop when there is nothing more to watch.
   void watch();
+  /// Listens for the pushes of all open orders, and fails where they do not come any more.
+  void watchPushes();
 
   const ClientOptions& options_;
   Interruption& interruption_;
   TrackReport report_;
   std::shared_ptr<ObservedURLSession> session_;
-  SandboxPushes pushes_{report_};
+  SandboxPushes pushes_{report_, interruption_};
   std::optional<Waiting> waiting_;
   bool isWatching_ = false;
   /// The exit code of a run that has failed.

@@ -47,8 +47,8 @@ ExitCode Track::run() {
 std::optional<ExitCode> Track::fetchOrders() {
   const Output output(options_.client.json);
   const auto end = std::make_shared<Guarded<std::optional<ErrorPtr>>>();
-  report_.showProgress("Fetching the orders");
   pushes_.prepare(options_.client);
+  report_.showProgress("Fetching the orders");
   Ovinta::orders().fetch([end](const auto& /*orders*/, const ErrorPtr& error) { end->set(error); });
   device_.time().waitUntil([&] { return end->get() || interruption_.happened(); }, kPatience);
   report_.hideProgress();
@@ -107,7 +107,7 @@ void Track::takeArmedNotifications() {
 void Track::drive() {
   report_.begin();
   report_.add("trip", destinationText());
-  pushes_.listen();
+  pushes_.listenAndTell();
   player_->start();
   int secondsAfter = 0;
   while (!openOrders().empty() && !interruption_.happened() && secondsAfter < kSecondsAfter) {
@@ -120,6 +120,7 @@ void Track::drive() {
 
 void Track::passSecond() {
   device_.time().advance(1s, [this] { return interruption_.happened(); });
+  pushes_.listenAndTell();
   updateSituation();
   interruption_.happened(options_.trip.pace /
                          std::chrono::duration<double>(player_->duration()).count());

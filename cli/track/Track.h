@@ -58,7 +58,7 @@ class Track {
   /// The order to whose site the trip leads that nobody has given; null when one was.
   OrderPtr destination_;
   std::optional<platform::simulation::TripPlayer> player_;
-  SandboxPushes pushes_{report_};
+  SandboxPushes pushes_{report_, interruption_};
 };
 
 }  // namespace ovinta::cli

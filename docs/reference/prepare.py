@@ -92,7 +92,8 @@ def main(root, out, *headers):
         (out / path).parent.mkdir(parents=True, exist_ok=True)
         (out / path).write_text(text + "\n", encoding="utf-8")
     shutil.copy(root / "docs/reference/namespaces.h", out)
-    shutil.copytree(root / "docs/diagrams", out / "docs/diagrams")
+    for pictures in ("docs/diagrams", "docs/images"):
+        shutil.copytree(root / pictures, out / pictures)
     for description in DESCRIPTIONS:
         shutil.copy(root / description, out / description)
 

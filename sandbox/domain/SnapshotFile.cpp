@@ -1,5 +1,7 @@
 #include "sandbox/domain/SnapshotFile.h"
 
+#include <unistd.h>
+
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -22,8 +24,30 @@ std::optional<std::string> textOf(const std::string& path) {
   return file ? std::optional(std::move(text)) : std::nullopt;
 }
 
+/// The file that a path leads to by symbolic links, which stay.
+std::string targetOf(const std::string& path) {
+  std::error_code error;
+  const fs::path target = fs::weakly_canonical(path, error);
+  return error ? path : target.string();
+}
+
 /// The file that is written first, so that a failure leaves the old one whole.
-std::string draftOf(const std::string& path) { return path + ".new"; }
+std::string draftOf(const std::string& path) { return targetOf(path) + ".new"; }
+
+/// Whether the path leads to a device or a pipe, in whose place no file can be put.
+bool isStream(const std::string& path) {
+  std::error_code error;
+  return fs::exists(path, error) && !fs::is_regular_file(path, error);
+}
+
+bool tryWriting(const std::string& path) {
+  std::error_code error;
+  if (fs::is_directory(path, error)) return false;
+  if (isStream(path)) return ::access(path.c_str(), W_OK) == 0;
+  const bool isWritable = std::ofstream(draftOf(path), std::ios::app).is_open();
+  fs::remove(draftOf(path), error);
+  return isWritable;
+}
 
 std::string sentence(const std::string& path, const Refusal& refusal) {
   std::string text = path + " is no valid snapshot";
@@ -48,26 +72,27 @@ std::optional<std::string> readSnapshotFile(const std::string& path, SandboxStat
 }
 
 std::optional<std::string> writeSnapshotFile(const std::string& path, SandboxState& state) {
-  const std::string text = enveloped(
-      "data", state.act([](const World& world, platform::Date) { return snapshotOf(world); }));
-  const std::string draft = draftOf(path);
+  return writePrivateFile(path, enveloped("data", state.act([](const World& world, platform::Date) {
+                                  return snapshotOf(world);
+                                })) +
+                                    "\n");
+}
+
+std::optional<std::string> writePrivateFile(const std::string& path, const std::string& text) {
+  const bool replaces = !isStream(path);
+  const std::string draft = replaces ? draftOf(path) : path;
   std::ofstream file(draft, std::ios::binary | std::ios::trunc);
   std::error_code error;
   // Set while the file is empty, so that nobody else ever reads what it will hold.
-  fs::permissions(draft, fs::perms::owner_read | fs::perms::owner_write, error);
-  file << text << "\n";
+  if (replaces) fs::permissions(draft, fs::perms::owner_read | fs::perms::owner_write, error);
+  file << text;
   file.close();
-  if (file && !error) fs::rename(draft, path, error);
+  if (file && !error && replaces) fs::rename(draft, targetOf(path), error);
   return file && !error ? std::nullopt : std::optional(path + " cannot be written");
 }
 
 std::optional<std::string> trySnapshotFile(const std::string& path) {
-  std::error_code error;
-  const bool isWritable =
-      !fs::is_directory(path, error) && std::ofstream(draftOf(path), std::ios::app).is_open();
-  if (!isWritable) return path + " cannot be written";
-  fs::remove(draftOf(path), error);
-  return std::nullopt;
+  return tryWriting(path) ? std::nullopt : std::optional(path + " cannot be written");
 }
 
 }  // namespace ovinta::sandbox

@@ -18,6 +18,10 @@ namespace ovinta::sandbox {
 [[nodiscard]] std::optional<std::string> writeSnapshotFile(const std::string& path,
                                                            SandboxState& state);
 
+/// Writes the text of a snapshot to such a file, in place of one that is there.
+[[nodiscard]] std::optional<std::string> writePrivateFile(const std::string& path,
+                                                          const std::string& text);
+
 /// Tries whether such a file could be written, without touching one that is there.
 [[nodiscard]] std::optional<std::string> trySnapshotFile(const std::string& path);
 

@@ -22,44 +22,72 @@ const MASK = '••••••';
 export const isShowingTokens = () => byID('show-tokens').checked;
 export const masked = text => isShowingTokens() ? text : MASK;
 
-/** The value with tokens masked, whatever holds them, unless they are to be shown. */
-export const maskedValue = value => {
-  if (isShowingTokens() || value === null || typeof value !== 'object') return value;
-  if (Array.isArray(value)) return value.map(maskedValue);
-  return Object.fromEntries(Object.entries(value).map(
-      ([key, entry]) => [key, /token$/i.test(key) && typeof entry === 'string' ? MASK : maskedValue(entry)]));
-};
+/** A text as a key of JSON or not, with the text that is its value; the last one may be cut. */
+const PAIR = /("[^"\\]*(?:\\.[^"\\]*)*")(?:(\s*:\s*)"[^"\\]*(?:\\.[^"\\]*)*(?:"|\\?$))?/gs;
 
-/** A body for people: JSON in lines, with tokens masked; other text as it is. */
-export const prettyBody = text => {
+const isTokenKey = key => {
   try {
-    return JSON.stringify(maskedValue(JSON.parse(text)), null, 2);
+    return /token$/i.test(JSON.parse(key));
   } catch {
-    // What is no JSON, for it was cut, may hold tokens all the same.
-    return isShowingTokens() ? text : text.replace(/(token"\s*:\s*")[^"]*/gi, `$1${MASK}`);
+    return false;
   }
 };
 
-/** Asks the service; tells people what it refuses, and throws then. Answers what "data" holds. */
+/** JSON, whole or cut, with tokens masked unless they are to be shown; all else is as it came. */
+export const maskedJSON = text => isShowingTokens() ? text : text.replace(
+    PAIR, (pair, key, colon) => colon && isTokenKey(key) ? `${key}${colon}"${MASK}"` : pair);
+
+/** JSON with each entry on a line of its own; its numbers and texts are as it came. */
+const indented = json => {
+  let depth = 0;
+  const line = () => `\n${'  '.repeat(depth)}`;
+  return json.replace(/"[^"\\]*(?:\\.[^"\\]*)*"|\s+|\[\s*\]|\{\s*\}|[[{\]},:]/g, part => {
+    if (part[0] === '"') return part;
+    if (!part.trim()) return '';
+    if (part.length > 1) return part[0] + part.at(-1);
+    if (part === ':') return ': ';
+    if (part === ',') return part + line();
+    depth += '[{'.includes(part) ? 1 : -1;
+    return '[{'.includes(part) ? part + line() : line() + part;
+  });
+};
+
+/** A body for people: JSON in lines, with tokens masked; other text in its own lines. */
+export const prettyBody = text => {
+  const shown = maskedJSON(text);
+  try {
+    JSON.parse(text);
+  } catch {
+    return shown;
+  }
+  return indented(shown);
+};
+
+/** Asks the service. Answers what "data" holds; throws what the service complains of. */
 export const ask = async (method, path, data) => {
   const answer = await fetch(path, {
     method, ...(data === undefined ? {} : {body: JSON.stringify({data})}),
   });
-  const body = await answer.json();
+  const text = await answer.text();
+  const isJSON = answer.headers.get('Content-Type')?.startsWith('application/json');
+  const body = text && isJSON ? JSON.parse(text) : {};
+  if (answer.ok) return body.data;
   const complaints = Object.values(body.errors ?? {}).flat().join('. ');
-  byID('notice').textContent = answer.ok ? '' : complaints || `The service answered ${answer.status}`;
-  if (!answer.ok) throw new Error(byID('notice').textContent);
-  return body.data;
+  throw new Error(complaints || `The service answered ${answer.status}`);
 };
 
-/** Has a click, or a form that is sent, do the action; what fails was told already. */
+/** What the elements that people act on tell of it. */
+const ACTS = {FORM: 'submit', SELECT: 'change', DETAILS: 'toggle'};
+
+/** Has what people do with the element (click, send, choose, open) do the action, and tells what fails. */
 export const act = (element, action) => {
-  element.addEventListener(element instanceof HTMLFormElement ? 'submit' : 'click', async event => {
+  element.addEventListener(ACTS[element.tagName] ?? 'click', async event => {
     event.preventDefault();
+    byID('notice').textContent = '';
     try {
       await action(event);
     } catch (error) {
-      byID('notice').textContent ||= String(error.message);
+      byID('notice').textContent = error.message;
     }
   });
   return element;

@@ -2,6 +2,8 @@
 // plane around the origin is true for tens of kilometres.
 const EARTH = 6371008.8, DEGREE = Math.PI / 180, SVG = 'http://www.w3.org/2000/svg';
 const FARTHEST = 50000;
+/** How many metres of the ground are seen at least where the map fits to what it shows. */
+const LEAST_FIT = 800;
 
 const draw = (parent, name, attributes = {}) => {
   const element = parent.appendChild(document.createElementNS(SVG, name));
@@ -20,37 +22,48 @@ export class MetreMap {
   constructor(box) {
     this.centre = {x: 0, y: 0};
     this.metres = 1500;
-    this.follow = true;
+    this.follow = this.fits = true;
     this.glides = !matchMedia('(prefers-reduced-motion: reduce)').matches;
     this.svg = draw(box, 'svg', {role: 'application', tabindex: 0, 'aria-label':
         'Map. Arrow keys move it, plus and minus zoom. What it shows is told below it.'});
     this.grid = draw(this.svg, 'path', {class: 'grid'});
-    this.sites = draw(this.svg, 'g');
+    this.fences = draw(this.svg, 'g');
     this.way = draw(this.svg, 'line', {class: 'way'});
     this.trail = draw(this.svg, 'polyline', {class: 'trail'});
     this.accuracy = draw(this.svg, 'circle', {class: 'accuracy', r: 0});
     this.beacons = draw(this.svg, 'g');
+    this.names = draw(this.svg, 'g');
     this.dot = draw(this.svg, 'circle', {class: 'dot', r: 0});
     this.scale = draw(this.svg, 'text');
     this.labels = [];
-    new ResizeObserver(() => this.show()).observe(box);
+    new ResizeObserver(() => {
+      this.keepInView();
+      this.show();
+    }).observe(box);
     this.listen();
   }
 
-  /** Shows the sites around the origin, each with its geofence. */
+  /** Shows the sites around the origin, each with its geofence; another origin is looked at. */
   setSites(origin, sites) {
+    const isSame = ['latitude', 'longitude'].every(key => this.origin?.[key] === origin[key]);
     this.origin = origin;
-    this.centre = {x: 0, y: 0};
-    this.sites.replaceChildren();
+    if (!isSame) this.forget();
+    for (const part of [this.fences, this.names]) part.replaceChildren();
     this.labels = [];
     for (const site of sites.filter(one => distance(origin, one) < FARTHEST)) {
       const {x, y} = this.project(site);
-      if (site.radius) draw(this.sites, 'circle', {class: 'fence', cx: x, cy: y, r: site.radius});
-      const label = draw(this.sites, 'g', {});
+      if (site.radius) draw(this.fences, 'circle', {class: 'fence', cx: x, cy: y, r: site.radius});
+      const label = draw(this.names, 'g', {class: 'name'});
       draw(label, 'circle', {class: 'site', r: 4});
-      draw(label, 'text', {x: 7, y: 4}).textContent = site.name;
+      draw(label, 'text', {x: 0, y: -14}).textContent = site.name;
       this.labels.push({label, x, y});
     }
+    this.show();
+  }
+
+  /** Takes the customer away and looks at the origin. */
+  forget() {
+    this.centre = {x: 0, y: 0};
     this.setDevice([]);
     this.show();
   }
@@ -59,10 +72,10 @@ export class MetreMap {
   setDevice(positions, beacons = []) {
     const points = positions.map(position => this.project(position)), last = positions.at(-1);
     this.trail.setAttribute('points', points.map(({x, y}) => `${x.toFixed(1)},${y.toFixed(1)}`).join(' '));
-    this.accuracy.setAttribute('r', last?.accuracy ?? 0);
+    this.accuracy.setAttribute('r', Math.max(0, last?.accuracy ?? 0));
     this.beacons.replaceChildren();
-    for (const beacon of beacons) {
-      draw(this.beacons, 'circle', {class: 'beacon', r: Math.max(beacon.distance, 1)});
+    for (const {distance: away} of beacons.filter(beacon => beacon.distance >= 0)) {
+      draw(this.beacons, 'circle', {class: 'beacon', r: Math.max(away, 1)});
     }
     this.to = points.at(-1);
     for (const part of [this.way, this.dot]) part.style.display = this.to ? '' : 'none';
@@ -71,9 +84,10 @@ export class MetreMap {
     if (this.to) this.frame ??= requestAnimationFrame(time => this.step(time)); else this.shown = undefined;
   }
 
+  /** Keeps the customer in view, and the origin as well until people zoom. */
   setFollow(follow) {
-    this.follow = follow;
-    if (follow && this.shown) this.centre = this.shown;
+    this.follow = this.fits = follow;
+    this.keepInView();
     this.show();
     this.onFollow?.(follow);
   }
@@ -112,9 +126,18 @@ export class MetreMap {
     for (const key of ['x2', 'y2']) this.way.setAttribute(key, 0);
     if (part < 1) this.frame = requestAnimationFrame(next => this.step(next));
     if (this.follow) {
-      this.centre = this.shown;
+      this.keepInView();
       this.show();
     }
+  }
+
+  keepInView() {
+    const {width, height} = this.svg.getBoundingClientRect();
+    if (!this.follow || !this.shown || !width || !height) return;
+    const {x, y} = this.shown, needed = 1.6 * Math.max(Math.abs(x), Math.abs(y) * width / height);
+    const fits = this.fits && needed < 2 * FARTHEST;
+    this.centre = fits ? {x: x / 2, y: y / 2} : this.shown;
+    if (fits) this.metres = Math.max(LEAST_FIT, needed);
   }
 
   pan(x, y) {
@@ -123,7 +146,9 @@ export class MetreMap {
   }
 
   zoom(factor) {
+    this.fits = false;
     this.metres = Math.min(2 * FARTHEST, Math.max(50, this.metres * factor));
+    this.keepInView();
     this.show();
   }
 

@@ -21,6 +21,7 @@ const handlers = {
   },
   push: push => pushes.add(push),
   faults: () => faults.loadActive(),
+  requests: () => requests.setAll([]),
 };
 
 const load = async () => {
@@ -83,4 +84,4 @@ byID('show-tokens').addEventListener('change', () => {
   requests.showAgain();
   pushes.showAgain();
 });
-connect();
+if (!document.hidden) connect();

@@ -1,5 +1,5 @@
 // The pushes that were sent, and a form to send one.
-import {act, ask, byID, clockText, isShowingTokens, make, masked, maskedValue, setOptions} from './dom.js';
+import {act, ask, byID, clockText, isShowingTokens, make, masked, prettyBody, setOptions} from './dom.js';
 
 const MOST = 200;
 
@@ -55,7 +55,8 @@ export class PushesPanel {
 
   itemOf({time, push_token: token, payload, listeners}) {
     const heard = listeners ? `${listeners} listening` : 'waits for a listener';
-    return make('li', {}, `${clockText(time)} to ${masked(token)}, ${heard}: `, make('code', {textContent: JSON.stringify(maskedValue(payload))}));
+    const line = prettyBody(JSON.stringify(payload)).replace(/\n\s*/g, ' ');
+    return make('li', {}, `${clockText(time)} to ${masked(token)}, ${heard}: `, make('code', {textContent: line}));
   }
 
   showAgain() {

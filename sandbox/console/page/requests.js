@@ -1,5 +1,5 @@
 // The requests of apps: the newest ones, each with headers and bodies on demand.
-import {act, ask, byID, clockText, isShowingTokens, make, masked, prettyBody} from './dom.js';
+import {act, ask, byID, clockText, make, masked, maskedJSON, prettyBody} from './dom.js';
 
 const MOST = 1000;
 const SECRET = /^(authorization|app-token|cookie)$/i;
@@ -12,8 +12,10 @@ const quoted = text => `'${text.replaceAll("'", "'\\''")}'`;
 const curlText = request => {
   const headers = request.headers.filter(({name}) => !OWN.test(name))
       .map(header => `-H ${quoted(`${header.name}: ${shown(header)}`)}`);
-  const body = request.body && `--data-raw ${quoted(isShowingTokens() ? request.body : prettyBody(request.body))}`;
-  return ['curl', '-X', request.method, ...headers, body, quoted(location.origin + request.path)].filter(Boolean).join(' ');
+  const body = request.body && `--data-raw ${quoted(maskedJSON(request.body))}`;
+  // With "-X HEAD" curl would wait for a body.
+  const method = request.method === 'HEAD' ? ['-I'] : ['-X', request.method];
+  return ['curl', ...method, ...headers, body, quoted(location.origin + request.path)].filter(Boolean).join(' ');
 };
 
 export class RequestsPanel {
@@ -28,12 +30,22 @@ export class RequestsPanel {
     });
   }
 
+  /** Shows these and no others. The rows that stay keep their details and the focus. */
   setAll(requests) {
-    this.rows.replaceChildren();
+    const keyOf = ({id, time}) => `${id} ${time}`, wanted = new Set(requests.map(keyOf)), kept = new Map();
+    for (const row of [...this.rows.rows]) {
+      const {request} = row;
+      if (!wanted.has(keyOf(request))) row.remove();
+      else if (!row.dataset.detail) kept.set(keyOf(request), row);
+    }
     this.waiting = [];
-    this.last = 0;
-    for (const request of requests) this.add(request);
-    this.flush();
+    this.last = requests.at(-1)?.id ?? 0;
+    let older = null;
+    for (const request of requests) {
+      const row = kept.get(keyOf(request)) ?? this.rows.insertBefore(this.rowOf(request), older);
+      older = row;
+    }
+    this.count();
   }
 
   /** Has the request shown soon, together with others that come at once. */
@@ -79,6 +91,7 @@ export class RequestsPanel {
                      make('td', {className: 'wide'}, button), make('td', {textContent: status || 'no answer'}),
                      make('td', {textContent: `${duration.toFixed(1)} ms`}));
     row.dataset.request = id;
+    row.request = request;
     act(button, async () => {
       if (row.nextSibling?.dataset.detail === String(id)) {
         row.nextSibling.remove();
@@ -98,8 +111,14 @@ export class RequestsPanel {
     const headers = request.headers.map(header => `${header.name}: ${shown(header)}`).join('\n');
     const curl = make('pre', {className: 'curl', textContent: curlText(request)}), status = make('span', {role: 'status'});
     const copy = act(make('button', {type: 'button', textContent: 'Copy as curl'}), async () => {
-      await navigator.clipboard.writeText(curl.textContent);
-      status.textContent = ' Copied';
+      try {
+        await navigator.clipboard.writeText(curl.textContent);
+        status.textContent = ' Copied';
+      } catch {
+        // Browsers have no clipboard for pages of other machines without TLS.
+        getSelection().selectAllChildren(curl);
+        status.textContent = ' Selected: copy it with the keyboard';
+      }
     });
     const cell = make('td', {colSpan: 4, className: 'wide'}, ...part('Headers', headers),
                       ...part('Body', prettyBody(request.body)), ...part('Answer', prettyBody(request.answer)),

@@ -11,5 +11,5 @@ export const startStatePanel = () => {
   act(byID('reset'), () => ask('POST', '/sandbox/reset'));
   act(byID('restore'), async () => ask('PUT', '/sandbox/snapshot', await chosenDocument()));
   act(byID('seed'), async () => ask('PUT', '/sandbox/seed', await chosenDocument()));
-  act(byID('seed-now'), async () => ask('PUT', '/sandbox/seed', await ask('GET', '/sandbox/snapshot')));
+  act(byID('seed-now'), () => ask('POST', '/sandbox/seed'));
 };

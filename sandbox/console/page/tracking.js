@@ -1,19 +1,31 @@
 // The map, with the customer of one order: the one that was chosen, or that has moved last.
-import {act, ask, byID, make, setOptions} from './dom.js';
+import {act, byID, make, setOptions} from './dom.js';
 import {MetreMap, distance} from './map.js';
+import {TimeLine} from './timeline.js';
 
 const LONGEST_TRAIL = 1000;
 const placeOf = record => ({latitude: Number(record.latitude), longitude: Number(record.longitude), accuracy: record.accuracy});
-const metres = value => value < 1000 ? `${Math.round(value)} m` : `${(value / 1000).toFixed(2)} km`;
+/** A distance for people; one below 0 is not known. */
+const metres = value => !(value >= 0) ? 'unknown' : value < 1000 ? `${Math.round(value)}\u00a0m` : `${(value / 1000).toFixed(2)}\u00a0km`;
 
 export class TrackingPanel {
   constructor() {
     this.map = new MetreMap(byID('map'));
     this.map.onFollow = follow => byID('map-follow').setAttribute('aria-pressed', follow);
     act(byID('map-follow'), () => this.map.setFollow(!this.map.follow));
-    byID('map-order').addEventListener('change', () => {
+    act(byID('map-order'), () => {
       this.isChosen = true;
-      this.select(Number(byID('map-order').value));
+      return this.select(Number(byID('map-order').value));
+    });
+    this.forget();
+  }
+
+  /** Begins a trail without positions. */
+  forget() {
+    const trail = this.trail = [];
+    this.timeLine = new TimeLine(() => { trail.length = 0; }, event => {
+      if (event.latitude !== undefined) trail.push(placeOf(event));
+      if (trail.length > LONGEST_TRAIL) trail.shift();
     });
   }
 
@@ -33,18 +45,19 @@ export class TrackingPanel {
   }
 
   async select(id) {
+    if (id !== this.selected) {
+      this.forget();
+      this.map.forget();
+    }
     this.selected = id;
-    this.trail = [];
-    const order = this.orders.get(id), site = this.sites.find(one => one.id === order?.site_id) ?? this.sites[0];
+    const timeLine = this.timeLine, order = this.orders.get(id), site = this.sites.find(one => one.id === order?.site_id) ?? this.sites[0];
     this.site = site;
     if (site) this.map.setSites(site, this.sites);
     if (order) {
       byID('map-order').value = id;
-      const events = await ask('GET', `/sandbox/orders/${id}/events`);
-      if (this.selected !== id) return;
-      this.trail = events.filter(event => event.latitude !== undefined).map(placeOf);
+      await timeLine.load(id);
     }
-    this.show();
+    if (timeLine === this.timeLine) this.show();
   }
 
   async update(order, event) {
@@ -55,8 +68,7 @@ export class TrackingPanel {
       if (!this.isChosen) await this.select(order.id);
       return;
     }
-    if (event.latitude !== undefined) this.trail.push(placeOf(event));
-    if (this.trail.length > LONGEST_TRAIL) this.trail.shift();
+    this.timeLine.add(event);
     this.show();
   }
 
@@ -71,7 +83,7 @@ export class TrackingPanel {
                  ['Distance', metres(distance(last, this.site))]);
     }
     for (const {uuid, major, minor, rssi, distance: away} of beacons) {
-      facts.push(['Beacon', `${uuid} ${major}/${minor}: ${rssi} dBm, ${metres(away)}`]);
+      facts.push(['Beacon', `${uuid} ${major}/${minor}: ${Math.round(rssi)}\u00a0dBm, ${metres(away)}`]);
     }
     byID('map-facts').replaceChildren(...facts.flatMap(
         ([name, text]) => [make('dt', {textContent: name}), make('dd', {textContent: text})]));
