@@ -82,7 +82,9 @@ TEST_F(SQLiteOutboxTest, SetsGarbageAsideAndBeginsAnew) {
   EXPECT_THAT(open()->load(), ElementsAre(entry(1)));
   EXPECT_THAT(log_->lines(), ElementsAre(HasSubstr("damaged")));
   SQLite::Database(file_.string(), SQLite::OPEN_READWRITE)
-      .exec("INSERT INTO event VALUES(2, 0, 0, 'no JSON'), (3, 0, 0, '{}')");
+      .exec(
+          "INSERT INTO event VALUES(2, 0, 0, 'no lines'), "
+          "(3, 0, 0, 'POST' || char(10) || 'url' || char(10) || 'soon' || char(10))");
   EXPECT_THAT(open()->load(), ElementsAre(entry(1))) << "what cannot be read is passed over";
 }
 

@@ -14,7 +14,7 @@
 
 #include "platform/JSONText.h"
 #include "platform/portable/Portable.h"
-#include "platform/portable/delivery/InMemoryOutbox.h"
+#include "platform/simulation/InMemoryOutbox.h"
 #include "platform/simulation/RecordingLog.h"
 #include "platform/simulation/http/Answer.h"
 #include "platform/simulation/http/SimulatedNetworkMonitor.h"
@@ -117,7 +117,7 @@ struct FailingOutbox final : Outbox {
     return failure;
   }
 
-  portable::InMemoryOutbox base;
+  simulation::InMemoryOutbox base;
   bool isBroken = false;
   Fate fate;
 };
