@@ -1,5 +1,7 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <cstdint>
 #include <functional>
@@ -134,6 +136,10 @@ class DeliveryWorld : public DeliveryDelegate {
     launch();
   }
 
+  ~DeliveryWorld() override { quit(); }
+  DeliveryWorld(const DeliveryWorld&) = delete;
+  DeliveryWorld& operator=(const DeliveryWorld&) = delete;
+
   void launch() {
     http = std::make_shared<ServiceSession>(service, outbox->fate, time.mainQueue());
     network = std::make_shared<simulation::SimulatedNetworkMonitor>(time.mainQueue());
@@ -153,8 +159,11 @@ class DeliveryWorld : public DeliveryDelegate {
          .onCallbackThread =
              [mainQueue = time.mainQueue()](auto task) { mainQueue->async(std::move(task)); }});
   }
-  /// Ends the process at once: what is under way is dropped.
-  void quit() { services = {}; }
+  /// Ends the process at once: what is under way is dropped. Its account has to add up.
+  void quit() {
+    EXPECT_TRUE(!services.delivery || account().isBalanced()) << summary(account());
+    services = {};
+  }
 
   void setWay(EventService::Way way) {
     service.way = way;
