@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include <array>
+#include <charconv>
 #include <cstdio>
 #include <cstdlib>
 #include <string_view>
@@ -21,6 +22,21 @@ std::string answerWith(const std::string& body) {
   return "HTTP/1.1 200 OK\r\nContent-Type: application/json; charset=utf-8\r\nDate: Mon, 01 Jan "
          "2024 00:00:00 GMT\r\nContent-Length: " +
          std::to_string(body.size()) + "\r\n\r\n" + body;
+}
+
+/// How long the first request of the text is, its body included; 0 until it is whole.
+std::size_t wholeRequest(std::string_view text) {
+  constexpr std::string_view kEnd = "\r\n\r\n";
+  constexpr std::string_view kLength = "\r\nContent-Length: ";
+  const auto end = text.find(kEnd);
+  if (end == std::string_view::npos) return 0;
+  std::size_t body = 0;
+  const auto length = text.substr(0, end).find(kLength);
+  if (length != std::string_view::npos) {
+    std::from_chars(text.data() + length + kLength.size(), text.data() + end, body);
+  }
+  const std::size_t size = end + kEnd.size() + body;
+  return size <= text.size() ? size : 0;
 }
 
 void watch(int events, int socket) {
@@ -100,9 +116,8 @@ void KeepAliveServer::serve(int socket) {
   }
   std::string& text = received_[socket];
   text.append(buffer.data(), static_cast<std::size_t>(count));
-  constexpr std::string_view kEnd = "\r\n\r\n";
-  for (auto end = text.find(kEnd); end != std::string::npos; end = text.find(kEnd)) {
-    text.erase(0, end + kEnd.size());
+  while (const auto size = wholeRequest(text)) {
+    text.erase(0, size);
     (void)!::send(socket, answer_.data(), answer_.size(), MSG_NOSIGNAL);
   }
 }

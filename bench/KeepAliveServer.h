@@ -9,8 +9,8 @@
 
 namespace ovinta::bench {
 
-/// A server on a free port of the loopback interface that gives every request without a body the
-/// same answer, keeps all connections, and takes next to no time. One thread.
+/// A server on a free port of the loopback interface that gives every request the same answer,
+/// keeps all connections, and takes next to no time. One thread.
 class KeepAliveServer {
  public:
   /// The body of each answer.

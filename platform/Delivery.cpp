@@ -3,17 +3,29 @@
 namespace ovinta::platform {
 
 std::string summary(const DeliveryAccount& account) {
-  std::string text =
-      "made " + std::to_string(account.made) + " = delivered " + std::to_string(account.delivered) +
-      " + waiting " + std::to_string(account.waiting) + " + superseded " +
-      std::to_string(account.superseded) + " + dropped " + std::to_string(account.droppedInAll());
-  std::string reasons;
+  struct Sum {
+    std::string_view before;
+    std::uint64_t count;
+  };
+  const Sum sums[] = {{"made ", account.made},
+                      {" = delivered ", account.delivered},
+                      {" + waiting ", account.waiting},
+                      {" + superseded ", account.superseded},
+                      {" + dropped ", account.droppedInAll()}};
+  std::string text;
+  const auto append = [&text](const Sum& sum) {
+    text.append(sum.before).append(std::to_string(sum.count));
+  };
+  for (const Sum& sum : sums) append(sum);
+  std::string_view before = " (";
   for (std::size_t i = 0; i < account.dropped.size(); ++i) {
     if (account.dropped.at(i) == 0) continue;
-    reasons += reasons.empty() ? " (" : ", ";
-    reasons.append(kDropReasonNames.at(i)).append(" " + std::to_string(account.dropped.at(i)));
+    text.append(before).append(kDropReasonNames.at(i));
+    append({" ", account.dropped.at(i)});
+    before = ", ";
   }
-  return reasons.empty() ? text : text + reasons + ")";
+  if (before == ", ") text += ")";
+  return text;
 }
 
 }  // namespace ovinta::platform

@@ -22,3 +22,9 @@ list(APPEND CTEST_CUSTOM_TESTS_IGNORE
 list(APPEND CTEST_CUSTOM_TESTS_IGNORE
      OrderStoreDeathTest.AMissingOrMalformedModelEndsTheProcessWithoutAWord
      OrderStoreDeathTest.AStoreThatCannotBeLoadedEndsTheProcess)
+
+# They start a process some hundred times, which takes the emulator too long.
+foreach(moment before half after)
+  list(APPEND CTEST_CUSTOM_TESTS_IGNORE
+       Moments/DeliveryKillTest.NothingIsLostOrDoneTwice/${moment})
+endforeach()

@@ -16,10 +16,17 @@ struct TrackCommandOptions : TrackOptions {
   platform::linuxos::PositionSource positionSource = platform::linuxos::PositionSource::automatic;
 };
 
+platform::linuxos::Options linuxOptions(const TrackCommandOptions& options) {
+  platform::linuxos::Options system;
+  system.positionSource = options.positionSource;
+  if (options.isDelivering) system.delivery.emplace();
+  return system;
+}
+
 ExitCode run(const TrackCommandOptions& options, std::optional<Trip> trip) {
   Interruption interruption;
   const ExitCode code = options.isLive
-                            ? LiveTrack(options.client, options.positionSource, interruption).run()
+                            ? LiveTrack(options.client, linuxOptions(options), interruption).run()
                             : Track(options, std::move(trip), interruption).run();
   refuseUnkept();
   return code;
@@ -44,6 +51,8 @@ void addTrackCommand(CLI::App& app, int& exitCode) {
                                          "of the first unless a file of another "
                                          "trip is given, and tell the service for real");
   addTripOptions(*command, options->trip);
+  command->add_flag("--deliver", options->isDelivering,
+                    "Keep what could not be sent, and send it once that is possible");
   CLI::Option* const live =
       command->add_flag("--live", options->isLive, "Follow this device's own position instead")
           ->excludes("--trip")

@@ -6,10 +6,10 @@ namespace ovinta::cli {
 
 TripDevice::TripDevice(platform::Services base, platform::Date start,
                        ObservedURLSession::Observer observer,
-                       std::optional<platform::DeliveryOptions> delivery)
+                       const std::optional<platform::DeliveryOptions>& delivery)
     : simulation_(std::move(base), start) {
   simulation_.holdTimeDuringRequests();
-  if (delivery) simulation_.deliver(*std::move(delivery));
+  if (delivery) simulation_.deliver(*delivery);
   simulation_.location().setAuthorizationStatus(platform::kAuthorizedWhenInUse);
 
   platform::Services services = simulation_.services();

@@ -21,7 +21,7 @@ class TripDevice {
   /// `observer` is called in turn with the main thread, for as long as the device lives. Without
   /// options of delivery there is none.
   TripDevice(platform::Services base, platform::Date start, ObservedURLSession::Observer observer,
-             std::optional<platform::DeliveryOptions> delivery = {});
+             const std::optional<platform::DeliveryOptions>& delivery = {});
   ~TripDevice();
   TripDevice(const TripDevice&) = delete;
   TripDevice& operator=(const TripDevice&) = delete;

@@ -37,12 +37,12 @@ std::string permissionSentence(platform::AuthorizationStatus permission) {
 
 }  // namespace
 
-LiveTrack::LiveTrack(const ClientOptions& options, platform::linuxos::PositionSource source,
+LiveTrack::LiveTrack(const ClientOptions& options, const platform::linuxos::Options& system,
                      Interruption& interruption)
     : options_(options),
       interruption_(interruption),
       report_(options.json, [] { return services().clock->now(); }) {
-  platform::Services linuxServices = clientServices(options, {.positionSource = source});
+  platform::Services linuxServices = clientServices(options, system);
   session_ = std::make_shared<ObservedURLSession>(
       linuxServices.urlSession, [this](const Exchange& exchange) { report_.add(exchange); });
   linuxServices.urlSession = session_;

@@ -9,6 +9,7 @@
 #include "cli/track/LiveState.h"
 #include "cli/track/SandboxPushes.h"
 #include "cli/track/TrackReport.h"
+#include "platform/linux/Linux.h"
 
 namespace ovinta::cli {
 
@@ -16,8 +17,9 @@ namespace ovinta::cli {
 /// on the way. Used on the main thread.
 class LiveTrack {
  public:
-  /// `options` and `interruption` must outlive the object.
-  LiveTrack(const ClientOptions& options, platform::linuxos::PositionSource source,
+  /// `system` says where the position comes from, and whether there is delivery. `options` and
+  /// `interruption` must outlive the object.
+  LiveTrack(const ClientOptions& options, const platform::linuxos::Options& system,
             Interruption& interruption);
   ~LiveTrack() { session_->disconnect(); }
   LiveTrack(const LiveTrack&) = delete;

@@ -28,8 +28,10 @@ Track::Track(const TrackOptions& options, std::optional<platform::simulation::Tr
       interruption_(interruption),
       report_(options.client.json, [this] { return device_.time().now(); }),
       base_(clientServices(options.client)),
-      device_(base_, std::chrono::floor<std::chrono::seconds>(base_.clock->now()),
-              [this](const Exchange& exchange) { report_.add(exchange); }),
+      device_(
+          base_, std::chrono::floor<std::chrono::seconds>(base_.clock->now()),
+          [this](const Exchange& exchange) { report_.add(exchange); },
+          options.isDelivering ? std::optional(platform::DeliveryOptions()) : std::nullopt),
       trip_(std::move(trip)) {
   configureLibrary(options.client);
 }

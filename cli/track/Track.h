@@ -16,6 +16,8 @@ namespace ovinta::cli {
 struct TrackOptions {
   ClientOptions client = {};
   TripOptions trip = {};
+  /// Whether what could not be sent is delivered later.
+  bool isDelivering = false;
 };
 
 /// Takes the customer of the data directory on a simulated trip, with the service told for real,

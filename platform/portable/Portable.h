@@ -39,9 +39,6 @@ OVINTA_EXPORT std::shared_ptr<Log> makeLog(std::function<void(std::string_view l
 /// The library's own bundle, with its version and its data model, which are compiled in.
 OVINTA_EXPORT std::shared_ptr<Bundle> makeLibraryBundle();
 
-/// An outbox that lasts as long as the object.
-OVINTA_EXPORT std::shared_ptr<Outbox> makeInMemoryOutbox();
-
 /// What delivery stands on, beside the clock, the log, the main queue, the settings and the session
 /// of the services. None may be empty. A plain value.
 struct DeliveryParts {
@@ -62,6 +59,7 @@ struct DeliveryParts {
 /// Has the services deliver what could not be sent: puts a session and settings in place of theirs,
 /// which use theirs, and sets `delivery`. To be called before the services are installed. What an
 /// earlier process has left in the outbox is read inside the call, and goes out soon after.
-OVINTA_EXPORT void addDelivery(Services& services, DeliveryOptions options, DeliveryParts parts);
+OVINTA_EXPORT void addDelivery(Services& services, const DeliveryOptions& options,
+                               const DeliveryParts& parts);
 
 }  // namespace ovinta::platform::portable

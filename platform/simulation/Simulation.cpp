@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "platform/portable/Portable.h"
+#include "platform/simulation/InMemoryOutbox.h"
 #include "platform/simulation/http/NetworkURLSession.h"
 #include "platform/simulation/time/TimeHoldingOperationQueueFactory.h"
 #include "platform/simulation/time/TimeHoldingURLSession.h"
@@ -50,9 +51,9 @@ void Simulation::holdTimeDuringRequests() {
       std::make_shared<TimeHoldingOperationQueueFactory>(services_.operationQueues, time_);
 }
 
-void Simulation::deliver(DeliveryOptions options, std::shared_ptr<Outbox> outbox) {
+void Simulation::deliver(const DeliveryOptions& options, std::shared_ptr<Outbox> outbox) {
   portable::DeliveryParts parts;
-  parts.outbox = outbox ? std::move(outbox) : portable::makeInMemoryOutbox();
+  parts.outbox = outbox ? std::move(outbox) : std::make_shared<InMemoryOutbox>();
   parts.network = network_;
   parts.uptime = [clock = time_.clock()] { return clock->now().time_since_epoch(); };
   // Other ones for each launch, because the service takes equal keys for the same effect.
@@ -61,7 +62,7 @@ void Simulation::deliver(DeliveryOptions options, std::shared_ptr<Outbox> outbox
   parts.onCallbackThread = [mainQueue = time_.mainQueue()](auto task) {
     mainQueue->async(std::move(task));
   };
-  portable::addDelivery(services_, std::move(options), std::move(parts));
+  portable::addDelivery(services_, options, parts);
 }
 
 }  // namespace ovinta::platform::simulation

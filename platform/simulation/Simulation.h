@@ -42,7 +42,7 @@ class Simulation {
   /// random numbers that are the same every time, and the simulated network as the one that tells.
   /// What waits is kept in the outbox; null stands for one that goes with this object. Call it at
   /// most once, after `holdTimeDuringRequests`, before the services are installed.
-  void deliver(DeliveryOptions options = {}, std::shared_ptr<Outbox> outbox = nullptr);
+  void deliver(const DeliveryOptions& options = {}, std::shared_ptr<Outbox> outbox = nullptr);
 
   /// The full set, to be given to `platform::install`. The services may outlive this object.
   const Services& services() const { return services_; }

@@ -202,6 +202,9 @@ TEST_F(ClientTest, tellsOfTheServicesFaults) {
       fault("POST/m/v1/events", "status\", \"status\": 503, \"body\": \"try later"),
       {"ovinta orders rate 1001 5", 1, "Error Creating Order Event: Unknown Error"},
       {"ovinta track --pace 0 | tail -1; exit ${PIPESTATUS[0]}", 1, "Requests that failed: "},
+      fault("POST/m/v1/events", "status\", \"status\": 503, \"count\": 3, \"body\": \"later"),
+      {"ovinta track --pace 0 --deliver --json | tail -1", 0, "\"failed\":0"},
+      {"ovinta track --pace 0 --deliver | tail -1", 0, " + waiting 0 + "},
   });
 }
 

@@ -3,9 +3,11 @@
 #include <SQLiteCpp/SQLiteCpp.h>
 #include <sqlite3.h>
 
+#include <algorithm>
+#include <charconv>
+#include <string_view>
 #include <utility>
 
-#include "platform/JSONText.h"
 #include "platform/linux/storage/SQLiteDamage.h"
 #include "platform/linux/storage/SQLiteFile.h"
 
@@ -17,50 +19,66 @@ namespace fs = std::filesystem;
 /// How long a step waits for another process: it is short, because the request waits for the step.
 constexpr std::chrono::milliseconds kBusyTimeout{250};
 
-/// `made` is in microseconds since 1970; `request` is JSON.
+/// `made` is in microseconds since 1970.
 constexpr const char* kTable =
     "CREATE TABLE event(number INTEGER PRIMARY KEY, made INTEGER NOT NULL, "
     "customer INTEGER NOT NULL, request TEXT NOT NULL) STRICT";
 
+/// A request in lines: method, URL and milliseconds, then a name and a value for each of its
+/// fields, and where it has a body an empty line and that. Absent where something else has lines of
+/// its own.
 std::optional<std::string> requestText(const URLRequest& request) {
-  List headers;
-  for (const auto& [name, value] : request.headers) headers.push_back(List{name, value});
-  auto text = jsonText(Dictionary{{"url", request.url.text},
-                                  {"method", request.method},
-                                  {"headers", std::move(headers)},
-                                  {"body", request.body ? Value(*request.body) : Value()},
-                                  {"timeout", request.timeout.count()}});
-  return text ? std::optional(*std::move(text)) : std::nullopt;
-}
-
-std::optional<HeaderField> readHeader(const Value& value) {
-  const auto* pair = value.as<List>();
-  if (!pair || pair->size() != 2) return std::nullopt;
-  const auto* name = pair->front().as<std::string>();
-  const auto* text = pair->back().as<std::string>();
-  return name && text ? std::optional(HeaderField{*name, *text}) : std::nullopt;
-}
-
-std::optional<URLRequest> readRequest(const std::string& text) {
-  const auto value = parseJSON(text);
-  const auto* fields = value ? value->as<Dictionary>() : nullptr;
-  if (!fields) return std::nullopt;
-  const auto* url = find<std::string>(*fields, "url");
-  const auto* method = find<std::string>(*fields, "method");
-  const auto* headers = find<List>(*fields, "headers");
-  const auto* body = find<std::string>(*fields, "body");
-  const auto* timeout = find<std::int64_t>(*fields, "timeout");
-  if (!url || !method || !headers || !timeout) return std::nullopt;
-  URLRequest request{.url = {*url}, .method = *method};
-  for (const Value& header : *headers) {
-    auto field = readHeader(header);
-    if (!field) return std::nullopt;
-    request.headers.push_back(*std::move(field));
+  std::string text;
+  std::size_t lines = 0;
+  const auto add = [&](std::string_view line) {
+    text.append(line) += '\n';
+    ++lines;
+  };
+  add(request.method);
+  add(request.url.text);
+  add(std::to_string(request.timeout.count()));
+  for (const auto& [name, value] : request.headers) {
+    if (name.empty()) return std::nullopt;
+    add(name);
+    add(value);
   }
-  if (body) request.body = *body;
+  if (static_cast<std::size_t>(std::ranges::count(text, '\n')) != lines) return std::nullopt;
+  return request.body ? text.append("\n").append(*request.body) : text;
+}
+
+/// The first line, which is taken off; absent where there is none.
+std::optional<std::string> takeLine(std::string_view& text) {
+  const auto end = text.find('\n');
+  if (end == std::string_view::npos) return std::nullopt;
+  std::string line(text.substr(0, end));
+  text.remove_prefix(end + 1);
+  return line;
+}
+
+std::optional<URLRequest> readRequest(std::string_view text) {
+  URLRequest request;
+  std::int64_t timeout = 0;
+  std::string* const first[] = {&request.method, &request.url.text};
+  for (std::string* const field : first) {
+    auto line = takeLine(text);
+    if (!line || line->empty()) return std::nullopt;
+    field->swap(*line);
+  }
+  const auto milliseconds = takeLine(text).value_or("");
+  const char* const end = milliseconds.data() + milliseconds.size();
+  if (std::from_chars(milliseconds.data(), end, timeout).ptr != end || timeout <= 0) return {};
   request.cachePolicy = CachePolicy::reloadIgnoringLocalAndRemoteCacheData;
-  request.timeout = std::chrono::milliseconds(*timeout);
-  return request;
+  request.timeout = std::chrono::milliseconds(timeout);
+  while (auto name = takeLine(text)) {
+    if (name->empty()) {
+      request.body = text;
+      return request;
+    }
+    auto value = takeLine(text);
+    if (!value) return std::nullopt;
+    request.headers.push_back({*std::move(name), *std::move(value)});
+  }
+  return text.empty() ? std::optional(std::move(request)) : std::nullopt;
 }
 
 void insert(SQLite::Database& database, const OutboxEntry& entry) {
@@ -98,9 +116,8 @@ void SQLiteOutbox::setAside() {
               aside.filename().string());
 }
 
-/// Runs the step with the database open; the reason where that fails. A damaged file is begun anew.
-template <class Step>
-std::optional<std::string> SQLiteOutbox::attempt(const Step& step) {
+std::optional<std::string> SQLiteOutbox::attempt(
+    const std::function<void(SQLite::Database&)>& step) {
   for (bool isFirst = true;; isFirst = false) {
     try {
       if (!database_) open();

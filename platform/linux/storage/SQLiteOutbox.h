@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -33,8 +34,9 @@ class SQLiteOutbox final : public Outbox {
  private:
   void open();
   void setAside();
-  template <class Step>
-  std::optional<std::string> attempt(const Step& step);
+  /// Runs the step with the database open; the reason where that fails. A damaged file is begun
+  /// anew.
+  std::optional<std::string> attempt(const std::function<void(SQLite::Database&)>& step);
 
   const std::optional<std::filesystem::path> file_;
   const std::shared_ptr<Log> log_;

@@ -63,25 +63,25 @@ bool isSuccess(const Ending& ending) {
 
 }  // namespace
 
-DeliveringURLSession::DeliveringURLSession(const Services& services, DeliveryOptions options,
-                                           DeliveryParts parts)
+DeliveringURLSession::DeliveringURLSession(const Services& services, const DeliveryOptions& options,
+                                           const DeliveryParts& parts)
     : base_(services.urlSession),
       settings_(services.settings),
       clock_(services.clock),
       log_(services.log),
       mainQueue_(services.mainQueue),
-      options_(std::move(options)),
-      parts_(std::move(parts)),
+      options_(options),
+      parts_(parts),
       appToken_(options_.appToken) {}
 
 std::shared_ptr<DeliveringURLSession> DeliveringURLSession::make(const Services& services,
-                                                                 DeliveryOptions options,
-                                                                 DeliveryParts parts) {
+                                                                 const DeliveryOptions& options,
+                                                                 const DeliveryParts& parts) {
   const auto destroy = [mainQueue = services.mainQueue](DeliveringURLSession* session) {
     std::shared_ptr<const DeliveringURLSession> last(session);
     if (isCompleting) mainQueue->async([last = std::move(last)] {});
   };
-  return {new DeliveringURLSession(services, std::move(options), std::move(parts)), destroy};
+  return {new DeliveringURLSession(services, options, parts), destroy};
 }
 
 void DeliveringURLSession::restore() {
@@ -119,7 +119,7 @@ void DeliveringURLSession::restore() {
     }
     persist(effects);
   }
-  perform(std::move(effects));
+  perform(effects);
 }
 
 DeliveryAccount DeliveringURLSession::account() const {
@@ -135,7 +135,7 @@ void DeliveringURLSession::startDataTask(URLRequest request, Completion completi
     accept(item, effects);
     persist(effects);
   }
-  perform(std::move(effects));
+  perform(effects);
 }
 
 DeliveryItemPtr DeliveringURLSession::makeItem(URLRequest request, Completion completion) {
@@ -209,7 +209,7 @@ void DeliveringURLSession::complete(const DeliveryItemPtr& item, Ending ending) 
     endOutage(effects);
     persist(effects);
   }
-  perform(std::move(effects));
+  perform(effects);
   call(completions, ending);
 }
 
@@ -223,11 +223,8 @@ std::vector<URLSession::Completion> DeliveringURLSession::settle(const DeliveryI
     ++account_.delivered;
     effects.forget(item->entry.number);
     if (item->isLate) {
-      effects.told.push_back(
-          [late = LateDelivery{item->traits.event->orderID, item->traits.event->eventType,
-                               parts_.uptime() - item->since}](DeliveryDelegate& delegate) {
-            delegate.deliverySentLate(late);
-          });
+      effects.told.push_back({.late = {item->traits.event->orderID, item->traits.event->eventType,
+                                       parts_.uptime() - item->since}});
     }
   } else {
     drop(item, ending.error || !ending.response ? DropReason::failed : DropReason::refused,
@@ -268,9 +265,7 @@ void DeliveringURLSession::beginOutage(Effects& effects) {
   effects.startsMonitor = !std::exchange(isMonitoring_, true);
   if (std::exchange(isOutage_, true)) return;
   effects.lines.push_back("Delivery waits for the network");
-  effects.told.push_back([account = account_](DeliveryDelegate& delegate) {
-    delegate.deliveryWaitsForNetwork(account);
-  });
+  effects.told.push_back({&DeliveryDelegate::deliveryWaitsForNetwork, account_});
 }
 
 /// Ends the outage when nothing of it is left.
@@ -278,8 +273,7 @@ void DeliveringURLSession::endOutage(Effects& effects) {
   if (!isOutage_ || std::ranges::any_of(lines_.all(), &DeliveryItem::isLate)) return;
   isOutage_ = false;
   effects.lines.push_back("Delivery after an outage: " + summary(account_));
-  effects.told.push_back(
-      [account = account_](DeliveryDelegate& delegate) { delegate.deliveryResumed(account); });
+  effects.told.push_back({&DeliveryDelegate::deliveryResumed, account_});
 }
 
 /// Takes positions out of the item's line that are not worth sending any more.
@@ -309,7 +303,13 @@ void DeliveringURLSession::giveUp(const DeliveryItemPtr& item, DropReason reason
   } else if (!item->last.error && !item->last.response) {
     item->last.error = TransportError{kTooLate};
   }
-  effects.reports.push_back({std::exchange(item->completions, {}), std::move(item->last)});
+  effects.reports.push_back(std::make_shared<const Effects::Report>(
+      Effects::Report{std::exchange(item->completions, {}), std::move(item->last)}));
+}
+
+void DeliveringURLSession::Effects::Told::tell(DeliveryDelegate& delegate) const {
+  if (message) return (delegate.*message)(account);
+  delegate.deliverySentLate(late);
 }
 
 void DeliveringURLSession::Effects::forget(std::int64_t number) {
@@ -335,7 +335,7 @@ void DeliveringURLSession::customerChanged() {
     endOutage(effects);
     persist(effects);
   }
-  perform(std::move(effects));
+  perform(effects);
 }
 
 /// Sends what may be sent, and sees to it that the rest is looked at in time.
@@ -415,18 +415,18 @@ void DeliveringURLSession::persist(Effects& effects) {
   }
 }
 
-void DeliveringURLSession::perform(Effects effects) {
+void DeliveringURLSession::perform(Effects& effects) {
   for (const auto& line : effects.lines) log_->write(line);
   if (options_.delegate) {
-    for (auto& tell : effects.told) {
-      mainQueue_->async(
-          [delegate = options_.delegate, tell = std::move(tell)] { tell(*delegate); });
-    }
+    const auto told = std::make_shared<const std::vector<Effects::Told>>(std::move(effects.told));
+    const auto tell = [delegate = options_.delegate, told] {
+      for (const auto& each : *told) each.tell(*delegate);
+    };
+    if (!told->empty()) mainQueue_->async(tell);
   }
-  for (auto& report : effects.reports) {
-    if (report.completions.empty()) continue;
-    parts_.onCallbackThread(
-        [report = std::move(report)] { call(report.completions, report.ending); });
+  for (const auto& report : effects.reports) {
+    if (report->completions.empty()) continue;
+    parts_.onCallbackThread([report] { call(report->completions, report->ending); });
   }
   const auto weak = weak_from_this();
   for (auto& begun : effects.starts) {
@@ -458,7 +458,7 @@ void DeliveringURLSession::wake(Uptime at) {
     endOutage(effects);
     persist(effects);
   }
-  perform(std::move(effects));
+  perform(effects);
 }
 
 void DeliveringURLSession::networkChanged(bool isAvailable) {
@@ -474,7 +474,7 @@ void DeliveringURLSession::networkChanged(bool isAvailable) {
     pump(effects);
     persist(effects);
   }
-  perform(std::move(effects));
+  perform(effects);
 }
 
 std::optional<std::string> DeliveringURLSession::customerToken() const {

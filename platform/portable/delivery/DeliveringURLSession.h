@@ -31,12 +31,14 @@ class DeliveringURLSession final : public URLSession,
                                    public std::enable_shared_from_this<DeliveringURLSession> {
  public:
   /// Uses the session, the settings, the clock, the log and the main queue of the services.
-  DeliveringURLSession(const Services& services, DeliveryOptions options, DeliveryParts parts);
+  DeliveringURLSession(const Services& services, const DeliveryOptions& options,
+                       const DeliveryParts& parts);
 
   /// Such a session. The last reference may go inside one of the base's completions, where nobody
   /// may destroy the base: both are then destroyed on the main queue.
   static std::shared_ptr<DeliveringURLSession> make(const Services& services,
-                                                    DeliveryOptions options, DeliveryParts parts);
+                                                    const DeliveryOptions& options,
+                                                    const DeliveryParts& parts);
 
   /// Takes over what an earlier process has left. To be called once, before anything else.
   void restore();
@@ -61,13 +63,21 @@ class DeliveringURLSession final : public URLSession,
       std::vector<Completion> completions;
       Ending ending;
     };
+    /// What the delegate is told: a message with the account, or else of an event that was late.
+    struct Told {
+      void tell(DeliveryDelegate& delegate) const;
+
+      void (DeliveryDelegate::*message)(const DeliveryAccount&) = nullptr;
+      DeliveryAccount account = {};
+      LateDelivery late = {};
+    };
     /// Has the outbox not hold the entry after the step.
     void forget(std::int64_t number);
 
     Outbox::Changes changes;
     std::vector<std::string> lines;
-    std::vector<std::function<void(DeliveryDelegate&)>> told;
-    std::vector<Report> reports;
+    std::vector<Told> told;
+    std::vector<std::shared_ptr<const Report>> reports;
     std::vector<Start> starts;
     /// When to look again.
     std::optional<Uptime> wakeAt;
@@ -93,7 +103,7 @@ class DeliveringURLSession final : public URLSession,
   void start(const DeliveryItemPtr& item, URLRequest request, bool isRetry, Effects& effects);
   void schedule(Effects& effects);
   void persist(Effects& effects);
-  void perform(Effects effects);
+  void perform(Effects& effects);
   void wake(Uptime at);
   void networkChanged(bool isAvailable);
   std::optional<std::string> customerToken() const;

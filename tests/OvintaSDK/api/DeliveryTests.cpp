@@ -6,6 +6,7 @@
 
 #include "OvintaSDK/core/facade/Library.h"
 #include "platform/portable/Portable.h"
+#include "platform/simulation/InMemoryOutbox.h"
 #include "platform/simulation/http/SimulatedNetworkMonitor.h"
 #include "tests/OvintaSDK/api/OperationCases.h"
 #include "tests/support/SDKFixture.h"
@@ -41,7 +42,7 @@ class DeliveredOperationTest : public SDKFixture,
       services.settings->set("Customer Token", test::customer().token);
       platform::portable::addDelivery(
           services, {},
-          {.outbox = platform::portable::makeInMemoryOutbox(),
+          {.outbox = std::make_shared<platform::simulation::InMemoryOutbox>(),
            .network =
                std::make_shared<platform::simulation::SimulatedNetworkMonitor>(time.mainQueue()),
            .uptime = [clock = time.clock()] { return clock->now().time_since_epoch(); },

@@ -5,6 +5,9 @@
 #include <typeinfo>
 
 #include "OvintaSDK/api/OvintaAPIError.h"
+#include "platform/portable/Portable.h"
+#include "platform/simulation/InMemoryOutbox.h"
+#include "platform/simulation/http/SimulatedNetworkMonitor.h"
 #include "tests/OvintaSDK/Wording.h"
 #include "tests/OvintaSDK/service/ServiceFixture.h"
 
@@ -22,6 +25,9 @@ struct Expected {
 constexpr std::nullopt_t kSilence = std::nullopt;
 using Exceptions = std::map<std::string, std::optional<Expected>>;
 
+const char* const kLost = "The network connection was lost.";
+const char* const kTimedOut = "The request timed out.";
+
 struct FaultCase {
   std::string fault;
   Expected expected;
@@ -31,6 +37,12 @@ struct FaultCase {
   std::size_t requests = 1;
   /// Whether the operation ends by the time that passes.
   bool isWaitedOut = false;
+
+  /// Whether delivery overcomes the fault where the request may be sent twice.
+  bool isOvercome() const {
+    const bool isLost = expected.description == kLost || expected.description == kTimedOut;
+    return isLost || fault.find("503") != fault.npos;
+  }
 };
 
 Expected result() { return {}; }
@@ -40,8 +52,6 @@ Expected refusal(std::string_view message, std::optional<HTTPStatusCode> status 
   return {&typeid(OvintaAPIError), message, status};
 }
 
-const char* const kLost = "The network connection was lost.";
-const char* const kTimedOut = "The request timed out.";
 const char* const kInCircles = "The server redirected the request too many times.";
 const char* const kUpgrade = "Please update to the latest version of the app";
 
@@ -153,6 +163,65 @@ TEST_P(NetworkFaultTest, GivesTheStatedErrorOrSilence) {
     speaker->send("DELETE", "/sandbox/faults");
   }
 }
+
+/// The same with delivery on, which tries again at once.
+class DeliveredFaultTest : public NetworkFaultTest {
+ protected:
+  DeliveredFaultTest() {
+    restartWith([this](platform::Services& services) {
+      services.urlSession = session;
+      platform::portable::addDelivery(
+          services, {},
+          {.outbox = std::make_shared<platform::simulation::InMemoryOutbox>(),
+           .network =
+               std::make_shared<platform::simulation::SimulatedNetworkMonitor>(time.mainQueue()),
+           .uptime = [clock = time.clock()] { return clock->now().time_since_epoch(); },
+           .random = [number = std::uint64_t{0}]() mutable { return ++number; },
+           .onCallbackThread = [queue = time.mainQueue()](auto task) { queue->async(task); }});
+      delivery = services.delivery;
+    });
+  }
+  void TearDown() override {
+    EXPECT_TRUE(delivery->account().isBalanced());
+    EXPECT_EQ(delivery->account().waiting, 0U);
+  }
+
+  std::shared_ptr<platform::Delivery> delivery;
+};
+
+TEST_P(DeliveredFaultTest, IsOvercomeWhereTheRequestMayBeSentTwice) {
+  const std::string endpoint = "/sandbox/faults/" + endpointOf(soundCase(GetParam().name));
+  const bool isRepeatable = endpoint.find("/PUT/") != endpoint.npos ||
+                            endpoint.find("/GET/") != endpoint.npos ||
+                            endpoint.ends_with("/events");
+  for (const FaultCase& test : faultCases()) {
+    if (!test.isOvercome()) continue;
+    SCOPED_TRACE(test.fault);
+    const OperationCase operation = soundCase(GetParam().name);
+    // The events are those of the customer who is signed in.
+    services.settings->set("Customer Token", customerToken);
+    const bool strikesOnce = test.fault.find("count") != test.fault.npos;
+    const std::string fault = R"({"fault":)" + test.fault + (strikesOnce ? "}" : R"(,"count":1})");
+    ASSERT_EQ(speaker->send("PUT", endpoint, fault).status, 200);
+    speaker->send("DELETE", "/sandbox/requests");
+    const auto reports = start(operation, service.baseURL());
+    if (test.isWaitedOut) {
+      waitForFault();
+      ASSERT_TRUE(session->waitOut());
+    } else {
+      session->wait();
+    }
+    if (isRepeatable) session->wait();
+    expectReport(*reports, isRepeatable ? result() : test.expected, operation.title);
+    for (int i = 0; i < 9999 && requestCount() < (isRepeatable ? 2 : 1); ++i) {
+    }
+    EXPECT_EQ(requestCount(), isRepeatable ? 2U : 1U);
+    speaker->send("DELETE", "/sandbox/faults");
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Endpoints, DeliveredFaultTest, ::testing::ValuesIn(operationCases()),
+                         [](const auto& test) { return test.param.name; });
 
 INSTANTIATE_TEST_SUITE_P(Endpoints, NetworkFaultTest, ::testing::ValuesIn(operationCases()),
                          [](const auto& test) { return test.param.name; });

@@ -71,7 +71,7 @@ OperationInputs ServiceFixture::makeInputs() {
   inputs.newPassword = {.resetPasswordToken = speaker->resetToken(inputs.login.emailAddress),
                         .password = "secret2",
                         .confirmation = "secret2"};
-  inputs.customer.token = speaker->becomeCustomer();
+  inputs.customer.token = customerToken = speaker->becomeCustomer();
   inputs.newCustomer.customerConsent.ageVerification = true;
   inputs.signUp = {.emailAddress = "new-" + inputs.login.emailAddress,
                    .password = "secret",

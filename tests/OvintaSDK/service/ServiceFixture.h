@@ -67,6 +67,8 @@ class ServiceFixture : public SDKFixture {
 
   sandbox::Sandbox service;
   std::optional<sandbox::Speaker> speaker;
+  /// That of the customer of the last inputs.
+  std::string customerToken;
   std::shared_ptr<ObservedURLSession> session = std::make_shared<ObservedURLSession>();
 
  private:

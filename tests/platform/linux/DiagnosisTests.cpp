@@ -6,6 +6,7 @@
 #include "platform/linux/notifications/AgentRegistry.h"
 #include "platform/linux/storage/SQLiteDamage.h"
 #include "platform/linux/storage/SQLiteFile.h"
+#include "platform/linux/storage/SQLiteOutbox.h"
 #include "replay/LineServer.h"
 #include "tests/platform/simulation/Sphere.h"
 #include "tests/support/BlueZDouble.h"
@@ -95,6 +96,19 @@ class DiagnosisTest : public test::BusTest {
   /// Those of the lines that are not good.
   std::vector<std::string> faults_;
 };
+
+TEST_F(DiagnosisTest, TheOrderEventsThatWaitAreCounted) {
+  DeviceDouble device(daemon_);
+  Surroundings around = aroundGeoClue();
+  const std::filesystem::path data = folder_.path() / "used";
+  around.dataDirectory = data;
+  const OutboxEntry entry{.request = {.url = {"http://a"}, .method = "POST"}};
+  ASSERT_EQ(SQLiteOutbox(data / kOutboxFile, nullptr).write({.added = {entry}}), std::nullopt);
+  begin(around);
+  waitForLines();
+  EXPECT_THAT(lines_, testing::Contains("+data directory: " + data.string() +
+                                        ", order events that wait to be sent: 1"));
+}
 
 TEST_F(DiagnosisTest, ADeviceInOrderIsFoundSoAndLeftAsItWas) {
   DeviceDouble device(daemon_);

@@ -111,19 +111,17 @@ std::uint64_t smallRandom() {
   return bits >> 24U;
 }
 
-/// Ends the main loop once nothing waits any more.
-class End final : public DeliveryDelegate {
- public:
-  explicit End(const Services& services) : mainQueue_(services.mainQueue) {}
+/// Ends the main loop if nothing waits any more. For the main thread, once all events are made.
+void endIfDone(const Delivery& delivery) {
+  const auto account = delivery.account();
+  if (!account.isBalanced()) std::abort();
+  if (account.waiting == 0) linuxos::quitMainLoop();
+}
 
-  void look(const DeliveryAccount& account) const {
-    if (!account.isBalanced()) std::abort();
-    if (account.waiting == 0) mainQueue_->async(&linuxos::quitMainLoop);
-  }
-  void deliveryResumed(const DeliveryAccount& account) override { look(account); }
-
- private:
-  const std::shared_ptr<MainQueue> mainQueue_;
+/// Has a look when what an earlier process has left was delivered.
+struct Resumption final : DeliveryDelegate {
+  void deliveryResumed(const DeliveryAccount&) override { endIfDone(*delivery); }
+  std::shared_ptr<Delivery> delivery;
 };
 
 }  // namespace
@@ -137,7 +135,7 @@ int main(int count, char** arguments) {
   Services services = linuxos::makeServices({.dataDirectory = directory});
   if (!services.settings->string("Customer Token"))
     services.settings->set("Customer Token", "alice");
-  const auto delegate = std::make_shared<End>(services);
+  const auto delegate = std::make_shared<Resumption>();
   portable::addDelivery(
       services, {.appToken = "app", .delegate = delegate},
       {.outbox =
@@ -146,16 +144,19 @@ int main(int count, char** arguments) {
        .uptime = [clock = services.clock] { return clock->now().time_since_epoch(); },
        .random = &smallRandom,
        .onCallbackThread = [queue = services.mainQueue](auto task) { queue->async(task); }});
-  const auto delivery = services.delivery;
+  const auto delivery = delegate->delivery = services.delivery;
+  const auto look = [=, queue = services.mainQueue] {
+    queue->async([delivery] { endIfDone(*delivery); });
+  };
   const int first = std::atoi(arguments[5]);
   for (int i = first; i < first + std::atoi(arguments[6]); ++i) {
     services.urlSession->startDataTask(
         test::eventRequest(i % 2 + 1, i / 2 % 2 == 0 ? "state_change" : "location_update", i,
                            "alice", arguments[1]),
-        [=](const auto&...) { delegate->look(delivery->account()); });
+        [look](const auto&...) { look(); });
     say("made " + std::to_string(i) + "\n");
   }
-  services.mainQueue->async([=] { delegate->look(delivery->account()); });
+  look();
   linuxos::runMainLoop();
   say(summary(delivery->account()) + "\n");
   _exit(0);

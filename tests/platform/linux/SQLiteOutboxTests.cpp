@@ -1,11 +1,10 @@
 #include "platform/linux/storage/SQLiteOutbox.h"
 
 #include <SQLiteCpp/Database.h>
+#include <fcntl.h>
 #include <gmock/gmock.h>
-#include <signal.h>
 #include <sqlite3.h>
 #include <sys/mman.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -82,23 +81,65 @@ TEST_F(SQLiteOutboxTest, SetsGarbageAsideAndBeginsAnew) {
   EXPECT_THAT(open()->load(), ElementsAre(entry(1)));
   EXPECT_THAT(log_->lines(), ElementsAre(HasSubstr("damaged")));
   SQLite::Database(file_.string(), SQLite::OPEN_READWRITE)
-      .exec("INSERT INTO event VALUES(2, 0, 0, 'no JSON'), (3, 0, 0, '{}')");
+      .exec(
+          "INSERT INTO event VALUES(2, 0, 0, 'no lines'), "
+          "(3, 0, 0, 'POST' || char(10) || 'url' || char(10) || 'soon' || char(10))");
   EXPECT_THAT(open()->load(), ElementsAre(entry(1))) << "what cannot be read is passed over";
 }
 
-TEST_F(SQLiteOutboxTest, AFullDiskChangesNothing) {
-  const auto outbox = open();
-  ASSERT_EQ(outbox->write({.added = {entry(1)}}), std::nullopt);
-  signal(SIGXFSZ, SIG_IGN);
-  const rlimit none{0, RLIM_INFINITY};
-  rlimit before{};
-  getrlimit(RLIMIT_FSIZE, &before);
-  setrlimit(RLIMIT_FSIZE, &none);
-  const auto failure = outbox->write({.removed = {1}, .added = {entry(2)}});
-  setrlimit(RLIMIT_FSIZE, &before);
-  EXPECT_NE(failure, std::nullopt);
-  EXPECT_THAT(outbox->load(), ElementsAre(entry(1)));
-  EXPECT_EQ(outbox->write({.removed = {1}, .added = {entry(2)}}), std::nullopt);
+/// Has one of SQLite's calls of the system fail for as long as this lives.
+class FailingCall {
+ public:
+  FailingCall(const char* name, sqlite3_syscall_ptr failing)
+      : name_(name), files_(sqlite3_vfs_find(nullptr)) {
+    files_->xSetSystemCall(files_, name_, failing);
+  }
+  ~FailingCall() { files_->xSetSystemCall(files_, name_, nullptr); }
+  FailingCall(const FailingCall&) = delete;
+  FailingCall& operator=(const FailingCall&) = delete;
+
+ private:
+  const char* const name_;
+  sqlite3_vfs* const files_;
+};
+
+template <int kError>
+ssize_t failToWrite(int, const void*, std::size_t, off_t) {
+  errno = kError;
+  return -1;
+}
+int openForReadingOnly(const char* path, int flags, int mode) {
+  if ((flags & O_ACCMODE) == O_RDONLY) return open(path, flags, mode);
+  errno = EROFS;
+  return -1;
+}
+
+template <class Function>
+sqlite3_syscall_ptr systemCall(Function* function) {
+  return reinterpret_cast<sqlite3_syscall_ptr>(function);
+}
+
+TEST_F(SQLiteOutboxTest, ADiskThatFailsChangesNothingAndIsUsedOnceItIsWell) {
+  const struct {
+    const char* call;
+    sqlite3_syscall_ptr failing;
+    const char* fault;
+  } cases[] = {{"pwrite64", systemCall(&failToWrite<ENOSPC>), "full"},
+               {"pwrite64", systemCall(&failToWrite<EIO>), "broken"},
+               {"open", systemCall(&openForReadingOnly), "read-only"}};
+  for (const auto& [call, failing, fault] : cases) {
+    SCOPED_TRACE(fault);
+    std::filesystem::remove_all(file_.parent_path());
+    ASSERT_EQ(open()->write({.added = {entry(1)}}), std::nullopt);
+    const auto outbox = open();
+    {
+      const FailingCall disk(call, failing);
+      EXPECT_NE(outbox->write({.removed = {1}, .added = {entry(2)}}), std::nullopt);
+    }
+    EXPECT_THAT(outbox->load(), ElementsAre(entry(1)));
+    EXPECT_EQ(outbox->write({.removed = {1}, .added = {entry(2)}}), std::nullopt);
+    EXPECT_THAT(outbox->load(), ElementsAre(entry(2)));
+  }
 }
 
 /// What a process has been told, and at which of its writes it ends; shared with its parent.

@@ -144,21 +144,36 @@ TEST(DeliveryTest, ADeviceInAnHourWithoutServiceHardlyWakes) {
 }
 
 TEST(DeliveryTest, DevicesDoNotComeBackInStep) {
+  struct Outage {
+    const char* name;
+    /// What the devices meet for so long, and within which time they are to come back.
+    Way way;
+    TimeInterval length;
+    TimeInterval window;
+  };
   constexpr int kDevices = 1000;
-  std::map<std::int64_t, int> perTenth;
-  for (int seed = 1; seed <= kDevices; ++seed) {
-    DeliveryWorld world(static_cast<std::uint64_t>(seed));
-    world.setWay(Way::noNetwork);
-    world.send(eventRequest(7, "state_change", 1));
-    world.time.advance(20min);
-    world.setWay(Way::open);
-    const Date back = world.time.now();
-    while (world.service.effects.empty() && world.time.now() < back + 10s)
-      world.time.advance(100ms);
-    ++perTenth[(world.time.now() - back) / 100ms];
+  constexpr int kParts = 50;
+  const Outage outages[] = {{"a tunnel", Way::noNetwork, 20min, 5s},
+                            {"a service that is down", Way::unavailable, 20min, 30min},
+                            {"a service that asks to wait", Way::tooMany, 10s, 40s}};
+  for (const auto& [name, way, length, window] : outages) {
+    SCOPED_TRACE(name);
+    std::map<std::int64_t, int> perPart;
+    for (int seed = 1; seed <= kDevices; ++seed) {
+      DeliveryWorld world(static_cast<std::uint64_t>(seed));
+      world.setWay(way);
+      world.send(eventRequest(7, "state_change", 1));
+      world.time.advance(length);
+      world.setWay(Way::open);
+      const Date back = world.time.now();
+      while (world.service.effects.empty() && world.time.now() < back + 2 * window)
+        world.time.advance(window / kParts);
+      ASSERT_FALSE(world.service.effects.empty());
+      ++perPart[(world.time.now() - back) / (window / kParts)];
+    }
+    EXPECT_GE(perPart.size(), 10U);
+    for (const auto& [part, devices] : perPart) EXPECT_LT(devices, kDevices / 7) << part;
   }
-  EXPECT_GE(perTenth.size(), 45U);
-  for (const auto& [tenth, devices] : perTenth) EXPECT_LT(devices, kDevices / 20) << tenth;
 }
 
 }  // namespace

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <cstdint>
 #include <functional>
@@ -14,7 +16,7 @@
 
 #include "platform/JSONText.h"
 #include "platform/portable/Portable.h"
-#include "platform/portable/delivery/InMemoryOutbox.h"
+#include "platform/simulation/InMemoryOutbox.h"
 #include "platform/simulation/RecordingLog.h"
 #include "platform/simulation/http/Answer.h"
 #include "platform/simulation/http/SimulatedNetworkMonitor.h"
@@ -117,7 +119,7 @@ struct FailingOutbox final : Outbox {
     return failure;
   }
 
-  portable::InMemoryOutbox base;
+  simulation::InMemoryOutbox base;
   bool isBroken = false;
   Fate fate;
 };
@@ -133,6 +135,10 @@ class DeliveryWorld : public DeliveryDelegate {
     signIn("alice");
     launch();
   }
+
+  ~DeliveryWorld() override { quit(); }
+  DeliveryWorld(const DeliveryWorld&) = delete;
+  DeliveryWorld& operator=(const DeliveryWorld&) = delete;
 
   void launch() {
     http = std::make_shared<ServiceSession>(service, outbox->fate, time.mainQueue());
@@ -153,8 +159,11 @@ class DeliveryWorld : public DeliveryDelegate {
          .onCallbackThread =
              [mainQueue = time.mainQueue()](auto task) { mainQueue->async(std::move(task)); }});
   }
-  /// Ends the process at once: what is under way is dropped.
-  void quit() { services = {}; }
+  /// Ends the process at once: what is under way is dropped. Its account has to add up.
+  void quit() {
+    EXPECT_TRUE(!services.delivery || account().isBalanced()) << summary(account());
+    services = {};
+  }
 
   void setWay(EventService::Way way) {
     service.way = way;

@@ -1,13 +1,18 @@
 #pragma once
 
+#include <cstdint>
 #include <map>
 #include <mutex>
+#include <optional>
+#include <string>
+#include <vector>
 
-#include "platform/Outbox.h"
+#include "../Outbox.h"
 
-namespace ovinta::platform::portable {
+namespace ovinta::platform::simulation {
 
-/// Keeps entries as long as the object lives. May be used from any thread.
+/// Keeps entries as long as the object lives, also from one simulation to the next. May be used
+/// from any thread.
 class InMemoryOutbox final : public Outbox {
  public:
   std::vector<OutboxEntry> load() override {
@@ -29,4 +34,4 @@ class InMemoryOutbox final : public Outbox {
   std::map<std::int64_t, OutboxEntry> entries_;
 };
 
-}  // namespace ovinta::platform::portable
+}  // namespace ovinta::platform::simulation
