@@ -39,16 +39,20 @@ class Outbox {
     std::vector<std::int64_t> removed{};
     /// Entries that come, in place of those with the same numbers.
     std::vector<OutboxEntry> added{};
+    /// Whether nothing may be left of entries that are gone, nor of damaged files.
+    bool leavesNoTrace = false;
   };
 
   virtual ~Outbox() = default;
 
-  /// What an earlier process has left, in the order of the numbers. What cannot be read is passed
-  /// over, and stays for a later process.
-  virtual std::vector<OutboxEntry> load() = 0;
+  /// What an earlier process has left, in the order of the numbers; an entry that makes no sense is
+  /// passed over. Absent where nothing can be read just now, as while another process has the
+  /// entries.
+  virtual std::optional<std::vector<OutboxEntry>> load() = 0;
 
   /// Makes the changes, and returns when they outlive the process. Where that fails, the result
-  /// says why in a sentence without anything that is kept, and none of them was made.
+  /// says why in a sentence without anything that is kept, and none of them was made; what was kept
+  /// before may be lost.
   [[nodiscard]] virtual std::optional<std::string> write(const Changes& changes) = 0;
 };
 

@@ -15,7 +15,7 @@ namespace ovinta::platform::simulation {
 /// from any thread.
 class InMemoryOutbox final : public Outbox {
  public:
-  std::vector<OutboxEntry> load() override {
+  std::optional<std::vector<OutboxEntry>> load() override {
     const std::lock_guard lock(mutex_);
     std::vector<OutboxEntry> entries;
     for (const auto& [number, entry] : entries_) entries.push_back(entry);

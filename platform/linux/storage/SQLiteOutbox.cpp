@@ -24,6 +24,12 @@ constexpr const char* kTable =
     "CREATE TABLE event(number INTEGER PRIMARY KEY, made INTEGER NOT NULL, "
     "customer INTEGER NOT NULL, request TEXT NOT NULL) STRICT";
 
+/// Of entries with numbers and times that something can be reckoned from: up to the year 9999.
+constexpr const char* kSelection =
+    "SELECT number, made, customer, request FROM event WHERE number BETWEEN 1 AND "
+    "253402300799999999 "
+    "AND made BETWEEN 0 AND 253402300799999999 ORDER BY number";
+
 /// A request in lines: method, URL and milliseconds, then a name and a value for each of its
 /// fields, and where it has a body an empty line and that. Absent where something else has lines of
 /// its own.
@@ -83,7 +89,7 @@ std::optional<URLRequest> readRequest(std::string_view text) {
 
 void insert(SQLite::Database& database, const OutboxEntry& entry) {
   const auto text = requestText(entry.request);
-  if (!text) throw SQLite::Exception("the request is no text", SQLITE_MISMATCH);
+  if (!text) return;  // It is not kept, and keeps no other from being kept.
   SQLite::Statement statement(database, "INSERT OR REPLACE INTO event VALUES(?, ?, ?, ?)");
   statement.bind(1, entry.number);
   statement.bind(2, static_cast<std::int64_t>(entry.made.time_since_epoch().count()));
@@ -110,42 +116,37 @@ void SQLiteOutbox::open() {
   database_ = std::move(database);
 }
 
-void SQLiteOutbox::setAside() {
-  const auto aside = setAsideSQLiteFile(*file_);
-  log_->write("The file of order events that wait is damaged and was set aside as " +
-              aside.filename().string());
+bool SQLiteOutbox::exists() const {
+  std::error_code error;
+  return file_ && fs::exists(fs::symlink_status(*file_, error));
 }
 
 std::optional<std::string> SQLiteOutbox::attempt(
     const std::function<void(SQLite::Database&)>& step) {
-  for (bool isFirst = true;; isFirst = false) {
+  try {
     try {
       if (!database_) open();
       step(*database_);
       return std::nullopt;
     } catch (const SQLite::Exception& error) {
       database_ = nullptr;
-      if (!isDamage(error) || !isFirst) return sqlite3_errstr(error.getErrorCode());
-    } catch (const std::exception& error) {
-      database_ = nullptr;
-      return error.what();
+      if (!isDamage(error)) return sqlite3_errstr(error.getErrorCode());
     }
-    try {
-      setAside();
-    } catch (const std::exception& error) {
-      return error.what();
-    }
+    const auto aside = setAsideSQLiteFile(*file_);
+    log_->write("The file of order events that wait is damaged and was set aside as " +
+                aside.filename().string());
+    return "The file was damaged";
+  } catch (const std::exception& error) {
+    database_ = nullptr;
+    return error.what();
   }
 }
 
-std::vector<OutboxEntry> SQLiteOutbox::load() {
+std::optional<std::vector<OutboxEntry>> SQLiteOutbox::load() {
   std::vector<OutboxEntry> entries;
-  std::error_code error;
-  if (!file_ || !fs::exists(fs::symlink_status(*file_, error))) return entries;
+  if (!exists()) return entries;
   const auto failure = attempt([&entries](SQLite::Database& database) {
-    entries.clear();
-    SQLite::Statement all(database,
-                          "SELECT number, made, customer, request FROM event ORDER BY number");
+    SQLite::Statement all(database, kSelection);
     while (all.executeStep()) {
       auto request = readRequest(all.getColumn(3).getString());
       if (!request) continue;
@@ -154,8 +155,12 @@ std::vector<OutboxEntry> SQLiteOutbox::load() {
            static_cast<std::uint32_t>(all.getColumn(2).getInt64()), *std::move(request)});
     }
   });
-  if (failure) log_->write("The order events that wait cannot be read: " + *failure);
-  return entries;
+  if (!failure) return entries;
+  if (!std::exchange(hasTold_, true)) {
+    log_->write("The order events that wait cannot be read: " + *failure);
+  }
+  // Of a file that was set aside nothing can be read later either.
+  return exists() ? std::nullopt : std::optional(std::vector<OutboxEntry>());
 }
 
 std::optional<std::size_t> countOutbox(const fs::path& file) {
@@ -168,8 +173,17 @@ std::optional<std::size_t> countOutbox(const fs::path& file) {
   }
 }
 
+/// Settings go by the same rules when a token is wiped.
+void SQLiteOutbox::removeTraces() {
+  const auto error = removeSetAsideFiles(*file_);
+  if (database_) emptyWriteAheadLog(*database_);
+  if (error) throw std::system_error(error);
+}
+
 std::optional<std::string> SQLiteOutbox::write(const Changes& changes) {
-  return attempt([&changes](SQLite::Database& database) {
+  const bool isNothing = changes.removed.empty() && changes.added.empty();
+  if (isNothing && !exists()) return std::nullopt;
+  return attempt([&](SQLite::Database& database) {
     SQLite::Transaction transaction(database, SQLite::TransactionBehavior::IMMEDIATE);
     SQLite::Statement remove(database, "DELETE FROM event WHERE number = ?");
     for (const auto number : changes.removed) {
@@ -179,6 +193,7 @@ std::optional<std::string> SQLiteOutbox::write(const Changes& changes) {
     }
     for (const auto& entry : changes.added) insert(database, entry);
     transaction.commit();
+    if (changes.leavesNoTrace) removeTraces();
   });
 }
 

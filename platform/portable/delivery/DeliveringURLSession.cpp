@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <string_view>
 #include <utility>
 
 #include "platform/UUID.h"
@@ -14,6 +15,17 @@ using Verdict = Judgement::Verdict;
 /// How many that have waited are sent at once when the service answers again.
 constexpr std::size_t kMostRetriesAtOnce = 4;
 
+/// How often an outbox is tried again that fails: a try may take a while.
+constexpr std::chrono::minutes kOutboxInterval{1};
+
+/// How many wait at most for the answer to one position, as those whose positions it stands for.
+constexpr std::size_t kMostCompletions = 100;
+
+/// The method of requests of which the last one holds.
+constexpr std::string_view kReplacingMethod = "PUT";
+
+constexpr const char* kReplaced = "A newer position was sent.";
+constexpr const char* kNotLoaded = "What was kept before cannot be read";
 constexpr const char* kSignedOut = "The customer has signed out.";
 constexpr const char* kTooLate = "The request has waited too long for the network.";
 constexpr const char* kTooMany = "Too many events wait for the network.";
@@ -88,38 +100,69 @@ void DeliveringURLSession::restore() {
   Effects effects;
   {
     const std::lock_guard lock(mutex_);
-    const auto now = parts_.uptime();
-    const Date today = clock_->now();
     // What an outbox holds that cannot be read just now has other numbers.
-    nextNumber_ = std::max<std::int64_t>(1, today.time_since_epoch().count());
-    for (OutboxEntry& entry : parts_.outbox->load()) {
-      auto item = std::make_shared<DeliveryItem>();
-      item->traits = traitsOf(entry.request);
-      nextNumber_ = std::max(nextNumber_, entry.number + 1);
-      item->since = now - std::max(TimeInterval(0), today - entry.made);
-      item->isLate = true;
-      item->entry = std::move(entry);
-      if (!item->traits.event) {
-        effects.changes.removed.push_back(item->entry.number);
-        continue;
-      }
-      ++account_.made;
-      ++account_.waiting;
-      lines_.add(item);
-    }
-    for (const auto& item : lines_.all()) {
-      if (const auto reason = reasonNotToWait(*item, now)) giveUp(item, *reason, effects);
-    }
-    for (const auto& item : lines_.heads()) supersede(*item, effects);
-    if (account_.waiting > 0) {
-      isOutage_ = true;
-      effects.startsMonitor = !std::exchange(isMonitoring_, true);
-      gate_.hope(now, parts_.random());
-      schedule(effects);
-    }
+    nextNumber_ = std::max<std::int64_t>(1, clock_->now().time_since_epoch().count());
+    nextOutboxTry_ = parts_.uptime();
+    loadOutbox(effects);
     persist(effects);
   }
   perform(effects);
+}
+
+/// Takes over what an earlier process has left, unless that is done, or was tried a short while
+/// ago.
+void DeliveringURLSession::loadOutbox(Effects& effects) {
+  const auto now = parts_.uptime();
+  if (isLoaded_ || now < nextOutboxTry_) return;
+  if (auto entries = parts_.outbox->load()) {
+    takeOver(*std::move(entries), effects);
+  } else {
+    isOutboxStale_ = true;
+    nextOutboxTry_ = now + kOutboxInterval;
+  }
+}
+
+/// Has what an earlier process has left wait. It is older than all that this one has made.
+void DeliveringURLSession::takeOver(std::vector<OutboxEntry> entries, Effects& effects) {
+  isLoaded_ = true;
+  const auto now = parts_.uptime();
+  const Date today = clock_->now();
+  // What this process has made meanwhile is in no outbox yet, and stands behind.
+  const DeliveryLines::Items own = lines_.all();
+  for (const auto& item : own) lines_.remove(*item);
+  DeliveryLines::Items items;
+  for (OutboxEntry& entry : entries) {
+    numbersInOutbox_.insert(entry.number);
+    nextNumber_ = std::max(nextNumber_, entry.number + 1);
+    auto item = std::make_shared<DeliveryItem>();
+    item->traits = traitsOf(entry.request);
+    item->since = now - std::max(TimeInterval(0), today - entry.made);
+    item->isLate = true;
+    item->entry = std::move(entry);
+    if (!item->traits.event) {
+      effects.forget(item->entry.number);
+      continue;
+    }
+    ++account_.made;
+    ++account_.waiting;
+    lines_.add(item);
+    items.push_back(std::move(item));
+  }
+  for (const auto& item : own) {
+    item->entry.number = nextNumber_++;
+    lines_.add(item);
+  }
+  for (const auto& item : items) {
+    if (const auto reason = reasonNotToWait(*item, now)) giveUp(item, *reason, effects);
+  }
+  for (const auto& item : lines_.heads()) supersede(*item, effects);
+  if (account_.waiting > 0) {
+    beginOutage(effects);
+    gate_.hope(now, parts_.random());
+    schedule(effects);
+  } else if (!items.empty()) {
+    effects.lines.push_back("Delivery at the start: " + summary(account_));
+  }
 }
 
 DeliveryAccount DeliveringURLSession::account() const {
@@ -141,7 +184,7 @@ void DeliveringURLSession::startDataTask(URLRequest request, Completion completi
 DeliveryItemPtr DeliveringURLSession::makeItem(URLRequest request, Completion completion) {
   auto item = std::make_shared<DeliveryItem>();
   item->traits = traitsOf(request);
-  item->entry.customer = item->traits.event ? customerMark(request) : 0;
+  item->entry.customer = customerMark(request);
   item->entry.request = std::move(request);
   item->completions.push_back(std::move(completion));
   return item;
@@ -149,30 +192,50 @@ DeliveryItemPtr DeliveringURLSession::makeItem(URLRequest request, Completion co
 
 void DeliveringURLSession::accept(const DeliveryItemPtr& item, Effects& effects) {
   const auto now = parts_.uptime();
+  loadOutbox(effects);
   item->since = now;
   item->entry.number = nextNumber_++;
   URLRequest& request = item->entry.request;
   const bool isNewToken = !appToken_ && (appToken_ = appTokenOf(request));
   lines_.add(item);
+  const bool isAlone = lines_.isFirst(*item);
   if (item->traits.event) {
     ++account_.made;
     ++account_.waiting;
+    item->entry.made = clock_->now();
+    request.headers.push_back({std::string(kKeyField), makeKey(parts_.random)});
+    supersede(*item, effects);
     if (lines_.eventCount() > options_.eventLimit) {
       item->last.error = TransportError{kTooMany};
       return giveUp(item, DropReason::tooMany, effects);
     }
-    item->entry.made = clock_->now();
-    request.headers.push_back({std::string(kKeyField), makeKey(parts_.random)});
     effects.changes.added.push_back(keptForm(item->entry));
-    supersede(*item, effects);
+  } else if (item->traits.isRepeatable) {
+    replaceBy(*item, effects);
   }
-  if (lines_.isFirst(*item)) {
+  if (isAlone) {
     start(item, request, false, effects);
   } else {
-    item->isLate = lines_.lineOf(*item).front()->isLate;
+    item->isLate = item->isLate || lines_.lineOf(*item).front()->isLate;
     if (item->isLate) gate_.takeOccasion(now);
   }
   if (isOutage_ || isNewToken) pump(effects);
+}
+
+/// Has those not be sent again that would undo what the newer request does.
+void DeliveringURLSession::replaceBy(const DeliveryItem& newer, Effects& effects) {
+  const URLRequest& request = newer.entry.request;
+  if (request.method != kReplacingMethod) return;
+  for (const auto& item : lines_.all()) {
+    const URLRequest& other = item->entry.request;
+    const bool isSame = other.method == request.method && other.url == request.url;
+    if (item.get() == &newer || !isSame) continue;
+    if (item->isUnderWay) {
+      item->isReplaced = true;
+    } else {
+      giveUp(item, DropReason::failed, effects);
+    }
+  }
 }
 
 /// Begins a try. The request is that of the item, with its tokens.
@@ -192,7 +255,7 @@ void DeliveringURLSession::complete(const DeliveryItemPtr& item, Ending ending) 
     item->isUnderWay = false;
     if (std::exchange(item->isRetry, false)) --retriesUnderWay_;
     const Judgement judgement = judge(item->traits, ending, clock_->now());
-    if (judgement.verdict == Verdict::answered) gate_.succeed();
+    if (judgement.verdict == Verdict::answered && !judgement.isPutOff) gate_.succeed();
     const auto reason = judgement.verdict == Verdict::tryAgain
                             ? reasonNotToWait(*item, parts_.uptime())
                             : std::nullopt;
@@ -223,8 +286,8 @@ std::vector<URLSession::Completion> DeliveringURLSession::settle(const DeliveryI
     ++account_.delivered;
     effects.forget(item->entry.number);
     if (item->isLate) {
-      effects.told.push_back({.late = {item->traits.event->orderID, item->traits.event->eventType,
-                                       parts_.uptime() - item->since}});
+      tell({.late = {item->traits.event->orderID, item->traits.event->eventType,
+                     parts_.uptime() - item->since}});
     }
   } else {
     drop(item, ending.error || !ending.response ? DropReason::failed : DropReason::refused,
@@ -236,10 +299,17 @@ std::vector<URLSession::Completion> DeliveringURLSession::settle(const DeliveryI
 /// Why the item cannot wait; absent when it can.
 std::optional<DropReason> DeliveringURLSession::reasonNotToWait(const DeliveryItem& item,
                                                                 Uptime now) const {
-  if (item.isDiscarded || !isSignedIn(item)) return DropReason::signedOut;
+  if (item.isDiscarded || isGone(item)) return DropReason::signedOut;
+  if (item.isReplaced) return DropReason::failed;
   if (now - item.since >= ageLimit(item)) return DropReason::tooOld;
-  if (!item.traits.event && lines_.otherCount() > options_.requestLimit) return DropReason::tooMany;
-  return std::nullopt;
+  if (item.traits.event) return std::nullopt;
+  const auto waits = [](const DeliveryItemPtr& other) {
+    return !other->traits.event && !other->isUnderWay;
+  };
+  const auto waiting = std::ranges::count_if(lines_.all(), waits);
+  return static_cast<std::size_t>(waiting) > options_.requestLimit
+             ? std::optional(DropReason::tooMany)
+             : std::nullopt;
 }
 
 void DeliveringURLSession::hold(const DeliveryItemPtr& item, const Judgement& judgement,
@@ -265,15 +335,16 @@ void DeliveringURLSession::beginOutage(Effects& effects) {
   effects.startsMonitor = !std::exchange(isMonitoring_, true);
   if (std::exchange(isOutage_, true)) return;
   effects.lines.push_back("Delivery waits for the network");
-  effects.told.push_back({&DeliveryDelegate::deliveryWaitsForNetwork, account_});
+  tell({&DeliveryDelegate::deliveryWaitsForNetwork, account_});
 }
 
 /// Ends the outage when nothing of it is left.
 void DeliveringURLSession::endOutage(Effects& effects) {
   if (!isOutage_ || std::ranges::any_of(lines_.all(), &DeliveryItem::isLate)) return;
   isOutage_ = false;
+  gate_.succeed();
   effects.lines.push_back("Delivery after an outage: " + summary(account_));
-  effects.told.push_back({&DeliveryDelegate::deliveryResumed, account_});
+  tell({&DeliveryDelegate::deliveryResumed, account_});
 }
 
 /// Takes positions out of the item's line that are not worth sending any more.
@@ -282,6 +353,14 @@ void DeliveringURLSession::supersede(const DeliveryItem& item, Effects& effects)
     --account_.waiting;
     ++account_.superseded;
     effects.forget(outdated->entry.number);
+  }
+  for (const auto& each : lines_.lineOf(item)) {
+    auto& waiting = each->completions;
+    if (waiting.size() <= kMostCompletions) continue;
+    const auto end = waiting.end() - static_cast<std::ptrdiff_t>(kMostCompletions);
+    effects.reports.push_back({{std::move_iterator(waiting.begin()), std::move_iterator(end)},
+                               {.error = TransportError{kReplaced}}});
+    waiting.erase(waiting.begin(), end);
   }
 }
 
@@ -303,8 +382,23 @@ void DeliveringURLSession::giveUp(const DeliveryItemPtr& item, DropReason reason
   } else if (!item->last.error && !item->last.response) {
     item->last.error = TransportError{kTooLate};
   }
-  effects.reports.push_back(std::make_shared<const Effects::Report>(
-      Effects::Report{std::exchange(item->completions, {}), std::move(item->last)}));
+  effects.reports.push_back({std::exchange(item->completions, {}), std::move(item->last)});
+}
+
+void DeliveringURLSession::Messages::tell(DeliveryDelegate& delegate) {
+  std::vector<Effects::Told> all;
+  {
+    const std::lock_guard lock(mutex);
+    all.swap(waiting);
+  }
+  for (const auto& each : all) each.tell(delegate);
+}
+
+/// To be called under the lock, by which the messages keep their order.
+void DeliveringURLSession::tell(Effects::Told told) {
+  if (!options_.delegate) return;
+  const std::lock_guard lock(messages_->mutex);
+  messages_->waiting.push_back(std::move(told));
 }
 
 void DeliveringURLSession::Effects::Told::tell(DeliveryDelegate& delegate) const {
@@ -323,14 +417,15 @@ void DeliveringURLSession::customerChanged() {
   {
     const std::lock_guard lock(mutex_);
     for (const auto& item : lines_.all()) {
-      if (!item->traits.event || isSignedIn(*item)) continue;
+      if (!isGone(*item)) continue;
       if (item->isUnderWay) {
         item->isDiscarded = true;
-        effects.forget(item->entry.number);
+        if (item->traits.event) effects.forget(item->entry.number);
       } else {
         giveUp(item, DropReason::signedOut, effects);
       }
     }
+    effects.changes.leavesNoTrace = true;
     pump(effects);
     endOutage(effects);
     persist(effects);
@@ -364,7 +459,7 @@ bool DeliveringURLSession::tryHeads(Effects& effects) {
   for (const auto& item : lines_.heads()) {
     if (retriesUnderWay_ >= limit) return false;
     if (item->notBefore > now) continue;
-    if (!isSignedIn(*item)) {
+    if (isGone(*item)) {
       giveUp(item, DropReason::signedOut, effects);
       return true;
     }
@@ -379,54 +474,82 @@ void DeliveringURLSession::schedule(Effects& effects) {
   if (!isOutage_) return;
   const auto now = parts_.uptime();
   const std::size_t limit = gate_.isDoubtful() ? 1 : kMostRetriesAtOnce;
+  const auto token = customerToken();
   std::optional<Uptime> next;
   const auto consider = [&next](Uptime at) { next = std::min(next.value_or(at), at); };
   for (const auto& item : lines_.all()) {
     if (item->isUnderWay) continue;
     consider(item->since + ageLimit(*item));
     if (retriesUnderWay_ >= limit || !lines_.isFirst(*item)) continue;
-    if (appToken_ || !lacksAppToken(item->entry.request))
+    if (hasTokens(item->entry.request, token, appToken_)) {
       consider(std::max(gate_.next(), item->notBefore));
+    }
   }
   if (!next || (wakeAt_ && *wakeAt_ <= *next)) return;
   wakeAt_ = effects.wakeAt = *next;
   effects.wakeAfter = *next - now;
 }
 
+bool DeliveringURLSession::isKept(const DeliveryItem& item) const {
+  return item.traits.event && !item.isDiscarded;
+}
+
 /// Makes the changes of a step in the outbox, and with them those that earlier steps could not
 /// make.
 void DeliveringURLSession::persist(Effects& effects) {
   Outbox::Changes& changes = effects.changes;
-  if (changes.removed.empty() && changes.added.empty()) return;
-  if (isOutboxStale_) {
-    std::ranges::copy(staleNumbers_, std::back_inserter(changes.removed));
-    changes.added.clear();
-    for (const auto& item : lines_.all()) {
-      const bool isKept = item->traits.event && !item->isDiscarded;
-      if (isKept) changes.added.push_back(keptForm(item->entry));
-    }
-  }
-  account_.storageFailure = parts_.outbox->write(changes);
+  if (changes.removed.empty() && changes.added.empty() && !changes.leavesNoTrace) return;
+  const auto now = parts_.uptime();
+  const bool isTooSoon = isOutboxStale_ && now < nextOutboxTry_ && !changes.leavesNoTrace;
+  if (isTooSoon && account_.storageFailure) return;
+  account_.storageFailure = kNotLoaded;
+  if (isLoaded_ && !isOutboxStale_) account_.storageFailure = parts_.outbox->write(changes);
+  // What has failed may have cost what was kept before.
+  if (isLoaded_ && account_.storageFailure) rewriteOutbox(effects);
   isOutboxStale_ = account_.storageFailure.has_value();
-  staleNumbers_ = isOutboxStale_ ? std::move(changes.removed) : std::vector<std::int64_t>();
-  if (isOutboxStale_ && !std::exchange(hasToldOfStorage_, true)) {
+  if (isOutboxStale_) {
+    if (isLoaded_) nextOutboxTry_ = now + kOutboxInterval;
+    if (std::exchange(hasToldOfStorage_, true)) return;
     effects.lines.push_back("Order events that wait are kept in memory only: " +
                             *account_.storageFailure);
+    return;
   }
+  for (const auto number : changes.removed) numbersInOutbox_.erase(number);
+  for (const auto& entry : changes.added) numbersInOutbox_.insert(entry.number);
+}
+
+/// Has the outbox hold all that waits, and nothing else.
+void DeliveringURLSession::rewriteOutbox(Effects& effects) {
+  Outbox::Changes& changes = effects.changes;
+  changes.added.clear();
+  changes.removed.assign(numbersInOutbox_.begin(), numbersInOutbox_.end());
+  for (const auto& item : lines_.all()) {
+    if (isKept(*item)) changes.added.push_back(keptForm(item->entry));
+  }
+  account_.storageFailure = parts_.outbox->write(changes);
 }
 
 void DeliveringURLSession::perform(Effects& effects) {
   for (const auto& line : effects.lines) log_->write(line);
   if (options_.delegate) {
-    const auto told = std::make_shared<const std::vector<Effects::Told>>(std::move(effects.told));
-    const auto tell = [delegate = options_.delegate, told] {
-      for (const auto& each : *told) each.tell(*delegate);
+    bool isAny = false;
+    {
+      const std::lock_guard lock(messages_->mutex);
+      isAny = !messages_->waiting.empty();
+    }
+    const auto tell = [delegate = options_.delegate, messages = messages_] {
+      messages->tell(*delegate);
     };
-    if (!told->empty()) mainQueue_->async(tell);
+    if (isAny) mainQueue_->async(tell);
   }
-  for (const auto& report : effects.reports) {
-    if (report->completions.empty()) continue;
-    parts_.onCallbackThread([report] { call(report->completions, report->ending); });
+  for (auto& report : effects.reports) {
+    if (report.completions.empty()) continue;
+    auto shared = std::make_shared<const Effects::Report>(std::move(report));
+    parts_.onCallbackThread([shared = std::move(shared)]() mutable {
+      const CompletionScope scope;  // Until after those who wait are gone.
+      const auto last = std::move(shared);
+      call(last->completions, last->ending);
+    });
   }
   const auto weak = weak_from_this();
   for (auto& begun : effects.starts) {
@@ -466,11 +589,15 @@ void DeliveringURLSession::networkChanged(bool isAvailable) {
   {
     const std::lock_guard lock(mutex_);
     const bool hadNetwork = std::exchange(hasNetwork_, isAvailable);
-    if (hadNetwork || !isAvailable || !isOutage_) return;
-    for (const auto& item : lines_.all()) {
-      if (!item->isPutOff) item->notBefore = {};
+    if (!isAvailable || !isOutage_) return;
+    if (hadNetwork) {
+      gate_.takeOccasion(parts_.uptime());  // It may be another network.
+    } else {
+      for (const auto& item : lines_.all()) {
+        if (!item->isPutOff) item->notBefore = {};
+      }
+      gate_.hope(parts_.uptime(), parts_.random());
     }
-    gate_.hope(parts_.uptime(), parts_.random());
     pump(effects);
     persist(effects);
   }
@@ -481,9 +608,12 @@ std::optional<std::string> DeliveringURLSession::customerToken() const {
   return settings_->string(kCustomerTokenSetting);
 }
 
-/// Whether the customer who made the event is signed in; true for what no customer has made.
-bool DeliveringURLSession::isSignedIn(const DeliveryItem& item) const {
-  return item.entry.customer == 0 || item.entry.customer == customerMark(customerToken());
+/// Whether the customer who made the request is signed in no more; false for what no customer has
+/// made, and as long as the settings cannot say.
+bool DeliveringURLSession::isGone(const DeliveryItem& item) const {
+  if (item.entry.customer == 0) return false;
+  const auto token = customerToken();
+  return customerMark(token) != item.entry.customer && (token || !settings_->failure());
 }
 
 TimeInterval DeliveringURLSession::ageLimit(const DeliveryItem& item) const {

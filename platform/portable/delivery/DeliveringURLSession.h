@@ -5,6 +5,7 @@
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -76,8 +77,7 @@ class DeliveringURLSession final : public URLSession,
 
     Outbox::Changes changes;
     std::vector<std::string> lines;
-    std::vector<Told> told;
-    std::vector<std::shared_ptr<const Report>> reports;
+    std::vector<Report> reports;
     std::vector<Start> starts;
     /// When to look again.
     std::optional<Uptime> wakeAt;
@@ -85,6 +85,16 @@ class DeliveringURLSession final : public URLSession,
     bool startsMonitor = false;
   };
 
+  /// What the delegate is still to be told, in the order in which it came about.
+  struct Messages {
+    void tell(DeliveryDelegate& delegate);
+
+    std::mutex mutex;
+    std::vector<Effects::Told> waiting;
+  };
+
+  void takeOver(std::vector<OutboxEntry> entries, Effects& effects);
+  void tell(Effects::Told told);
   DeliveryItemPtr makeItem(URLRequest request, Completion completion);
   void accept(const DeliveryItemPtr& item, Effects& effects);
   void complete(const DeliveryItemPtr& item, Ending ending);
@@ -107,7 +117,11 @@ class DeliveringURLSession final : public URLSession,
   void wake(Uptime at);
   void networkChanged(bool isAvailable);
   std::optional<std::string> customerToken() const;
-  bool isSignedIn(const DeliveryItem& item) const;
+  bool isGone(const DeliveryItem& item) const;
+  bool isKept(const DeliveryItem& item) const;
+  void replaceBy(const DeliveryItem& newer, Effects& effects);
+  void loadOutbox(Effects& effects);
+  void rewriteOutbox(Effects& effects);
   TimeInterval ageLimit(const DeliveryItem& item) const;
 
   const std::shared_ptr<URLSession> base_;
@@ -130,11 +144,16 @@ class DeliveringURLSession final : public URLSession,
   bool isOutage_ = false;
   bool isMonitoring_ = false;
   bool hasNetwork_ = true;
-  /// Whether the outbox lacks something of what waits, because it could not be written, and what it
-  /// may hold that waits no more.
+  /// Whether what an earlier process has left is known.
+  bool isLoaded_ = false;
+  /// The numbers of what the outbox may hold. While it cannot be written it lacks something of what
+  /// waits, and has something that waits no more.
+  std::set<std::int64_t> numbersInOutbox_;
   bool isOutboxStale_ = false;
-  std::vector<std::int64_t> staleNumbers_;
+  /// An outbox that fails is not tried before.
+  Uptime nextOutboxTry_{};
   bool hasToldOfStorage_ = false;
+  const std::shared_ptr<Messages> messages_ = std::make_shared<Messages>();
 };
 
 }  // namespace ovinta::platform::portable

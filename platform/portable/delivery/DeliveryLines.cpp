@@ -6,6 +6,13 @@
 
 namespace ovinta::platform::portable {
 
+void DeliveryItem::standInFor(const DeliveryItem& other) {
+  notBefore = std::max(notBefore, other.notBefore);
+  failures = std::max(failures, other.failures);
+  isLate = isLate || other.isLate;
+  isPutOff = isPutOff || other.isPutOff;
+}
+
 void DeliveryLines::add(const DeliveryItemPtr& item) {
   items_.emplace(item->entry.number, item);
   if (item->traits.event) {
@@ -64,6 +71,7 @@ DeliveryLines::Items DeliveryLines::takeOutdated(const DeliveryItem& item) {
     if (newest) outdated.push_back(newest);
     newest = each;
   }
+  for (const auto& each : outdated) newest->standInFor(*each);
   std::vector<URLSession::Completion> completions;
   for (const auto& each : outdated) {
     std::ranges::move(std::exchange(each->completions, {}), std::back_inserter(completions));

@@ -37,8 +37,14 @@ struct DeliveryItem {
   bool isPutOff = false;
   /// Whether its customer is gone while it is under way.
   bool isDiscarded = false;
+  /// Whether a newer request to the same place makes it wrong to send it once more.
+  bool isReplaced = false;
   /// How the last try ended.
   Ending last{};
+
+  /// Takes over what is to be heeded in place of one that is not sent: by taking its place, a newer
+  /// one gets no earlier try.
+  void standInFor(const DeliveryItem& other);
 };
 using DeliveryItemPtr = std::shared_ptr<DeliveryItem>;
 

@@ -10,7 +10,8 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// The statuses by which a service, or what stands before it, says that it has done nothing yet.
+/// The statuses by which a service, or what stands before it, asks to come again later. Whether the
+/// request was carried out they leave open.
 constexpr std::array kPuttingOff{429, 502, 503, 504};
 
 constexpr TimeInterval kLongestRetryAfter = 1h;
@@ -66,7 +67,9 @@ Judgement judge(const RequestTraits& traits, const Ending& ending, Date now) {
   }
   const bool isPutOff =
       std::ranges::find(kPuttingOff, ending.response->statusCode) != kPuttingOff.end();
-  if (!isPutOff || !traits.isRepeatable) return {.verdict = Verdict::answered};
+  if (!isPutOff || !traits.isRepeatable) {
+    return {.verdict = Verdict::answered, .isPutOff = isPutOff};
+  }
   const auto field = ending.response->header("Retry-After");
   return {.verdict = Verdict::tryAgain,
           .isPutOff = true,

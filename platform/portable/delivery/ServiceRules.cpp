@@ -80,9 +80,13 @@ std::optional<std::string> appTokenOf(const URLRequest& request) {
   return field && !field->value.empty() ? std::optional(field->value) : std::nullopt;
 }
 
-bool lacksAppToken(const URLRequest& request) {
-  const auto* field = fieldOf(request, kAppField);
-  return field && field->value.empty();
+bool hasTokens(const URLRequest& request, const std::optional<std::string>& customerToken,
+               const std::optional<std::string>& appToken) {
+  const auto isThere = [&](std::string_view name, const std::optional<std::string>& token) {
+    const auto* field = fieldOf(request, name);
+    return !field || !field->value.empty() || token;
+  };
+  return isThere(kCustomerField, customerToken) && isThere(kAppField, appToken);
 }
 
 URLRequest withoutTokens(URLRequest request) {
@@ -95,10 +99,10 @@ URLRequest withoutTokens(URLRequest request) {
 std::optional<URLRequest> withTokens(URLRequest request,
                                      const std::optional<std::string>& customerToken,
                                      const std::optional<std::string>& appToken) {
+  if (!hasTokens(request, customerToken, appToken)) return std::nullopt;
   for (auto& [name, value] : request.headers) {
     if (!value.empty() || (name != kCustomerField && name != kAppField)) continue;
     const auto& token = name == kAppField ? appToken : customerToken;
-    if (!token) return std::nullopt;
     if (name == kAppField) {
       value = *token;
     } else {

@@ -44,8 +44,9 @@ std::uint32_t customerMark(const URLRequest& request);
 /// The application's token that the request shows; absent where it has none.
 std::optional<std::string> appTokenOf(const URLRequest& request);
 
-/// Whether the request needs the application's token and has none.
-bool lacksAppToken(const URLRequest& request);
+/// Whether `withTokens` would have all that the request lacks.
+bool hasTokens(const URLRequest& request, const std::optional<std::string>& customerToken,
+               const std::optional<std::string>& appToken);
 
 /// The request with the fields empty that carry tokens.
 URLRequest withoutTokens(URLRequest request);

@@ -112,7 +112,7 @@ class DeliveryKillTest : public testing::TestWithParam<const char*> {
     checkEffects(service.events, killed.output + next.output);
     linuxos::SQLiteOutbox outbox(directory.path() / linuxos::kOutboxFile,
                                  std::make_shared<simulation::RecordingLog>());
-    EXPECT_TRUE(outbox.load().empty());
+    EXPECT_TRUE(outbox.load().value().empty());
     return true;
   }
 

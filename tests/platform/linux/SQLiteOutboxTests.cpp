@@ -34,6 +34,10 @@ OutboxEntry entry(std::int64_t number) {
                   .body = R"({"data":{"order_id":7}})"}};
 }
 
+std::vector<OutboxEntry> loaded(const std::unique_ptr<SQLiteOutbox>& outbox) {
+  return outbox->load().value();
+}
+
 class SQLiteOutboxTest : public testing::Test {
  protected:
   std::unique_ptr<SQLiteOutbox> open() { return std::make_unique<SQLiteOutbox>(file_, log_); }
@@ -44,15 +48,15 @@ class SQLiteOutboxTest : public testing::Test {
 };
 
 TEST_F(SQLiteOutboxTest, KeepsEntriesInAPrivateFileThatIsMadeWhenItIsNeeded) {
-  EXPECT_THAT(open()->load(), IsEmpty());
+  EXPECT_THAT(loaded(open()), IsEmpty());
   EXPECT_FALSE(exists(file_));
   EXPECT_EQ(open()->write({.added = {entry(2), entry(1), entry(3)}}), std::nullopt);
   struct stat status {};
   ASSERT_EQ(stat(file_.c_str(), &status), 0);
   EXPECT_EQ(status.st_mode & 0777, 0600);
-  EXPECT_THAT(open()->load(), ElementsAre(entry(1), entry(2), entry(3)));
+  EXPECT_THAT(loaded(open()), ElementsAre(entry(1), entry(2), entry(3)));
   EXPECT_EQ(open()->write({.removed = {2, 9}, .added = {entry(4)}}), std::nullopt);
-  EXPECT_THAT(open()->load(), ElementsAre(entry(1), entry(3), entry(4)));
+  EXPECT_THAT(loaded(open()), ElementsAre(entry(1), entry(3), entry(4)));
   EXPECT_THAT(log_->lines(), IsEmpty());
 }
 
@@ -61,12 +65,13 @@ TEST_F(SQLiteOutboxTest, SaysWhyAFileCannotBeUsedAndUsesItOnceItCan) {
   {
     const auto other = open();
     ASSERT_EQ(other->write({.added = {entry(1)}}), std::nullopt);
-    EXPECT_THAT(outbox->load(), IsEmpty());
+    EXPECT_FALSE(outbox->load());
+    EXPECT_FALSE(outbox->load()) << "told once";
     EXPECT_EQ(outbox->write({.added = {entry(2)}}), "database is locked");
     EXPECT_THAT(log_->lines(), ElementsAre(HasSubstr("cannot be read: database is locked")));
   }
   EXPECT_EQ(outbox->write({.added = {entry(2)}}), std::nullopt);
-  EXPECT_THAT(outbox->load(), SizeIs(2));
+  EXPECT_THAT(loaded(outbox), SizeIs(2));
   const auto elsewhere = temporary_.path() / "file";
   std::ofstream(elsewhere) << "no directory";
   SQLiteOutbox unusable(elsewhere / "Outbox.sqlite", log_);
@@ -77,14 +82,24 @@ TEST_F(SQLiteOutboxTest, SaysWhyAFileCannotBeUsedAndUsesItOnceItCan) {
 TEST_F(SQLiteOutboxTest, SetsGarbageAsideAndBeginsAnew) {
   create_directories(file_.parent_path());
   std::ofstream(file_) << std::string(5000, 'x');
-  EXPECT_EQ(open()->write({.added = {entry(1)}}), std::nullopt);
-  EXPECT_THAT(open()->load(), ElementsAre(entry(1)));
-  EXPECT_THAT(log_->lines(), ElementsAre(HasSubstr("damaged")));
+  {
+    const auto outbox = open();
+    EXPECT_EQ(outbox->write({.added = {entry(1)}}), "The file was damaged")
+        << "what it held is for others to know";
+    EXPECT_EQ(outbox->write({.added = {entry(1)}}), std::nullopt);
+    EXPECT_THAT(loaded(outbox), ElementsAre(entry(1)));
+    EXPECT_THAT(log_->lines(), ElementsAre(HasSubstr("damaged")));
+    EXPECT_TRUE(exists(std::filesystem::path(file_).concat(".corrupt-1")));
+    EXPECT_EQ(outbox->write({.added = {entry(2)}, .leavesNoTrace = true}), std::nullopt);
+    EXPECT_EQ(outbox->write({.removed = {2}, .leavesNoTrace = true}), std::nullopt);
+    EXPECT_FALSE(exists(std::filesystem::path(file_).concat(".corrupt-1")));
+    EXPECT_EQ(file_size(std::filesystem::path(file_).concat("-wal")), 0U);
+  }
   SQLite::Database(file_.string(), SQLite::OPEN_READWRITE)
       .exec(
           "INSERT INTO event VALUES(2, 0, 0, 'no lines'), "
           "(3, 0, 0, 'POST' || char(10) || 'url' || char(10) || 'soon' || char(10))");
-  EXPECT_THAT(open()->load(), ElementsAre(entry(1))) << "what cannot be read is passed over";
+  EXPECT_THAT(loaded(open()), ElementsAre(entry(1))) << "what cannot be read is passed over";
 }
 
 /// Has one of SQLite's calls of the system fail for as long as this lives.
@@ -136,9 +151,9 @@ TEST_F(SQLiteOutboxTest, ADiskThatFailsChangesNothingAndIsUsedOnceItIsWell) {
       const FailingCall disk(call, failing);
       EXPECT_NE(outbox->write({.removed = {1}, .added = {entry(2)}}), std::nullopt);
     }
-    EXPECT_THAT(outbox->load(), ElementsAre(entry(1)));
+    EXPECT_THAT(loaded(outbox), ElementsAre(entry(1)));
     EXPECT_EQ(outbox->write({.removed = {1}, .added = {entry(2)}}), std::nullopt);
-    EXPECT_THAT(outbox->load(), ElementsAre(entry(2)));
+    EXPECT_THAT(loaded(outbox), ElementsAre(entry(2)));
   }
 }
 
@@ -193,7 +208,7 @@ TEST_F(SQLiteOutboxTest, AProcessMayEndAtEachWrite) {
     if (WEXITSTATUS(status) == 2) break;
     ASSERT_EQ(WEXITSTATUS(status), 0);
     ++points;
-    const auto entries = open()->load();
+    const auto entries = loaded(open());
     // The step under way is there as a whole or not at all.
     ASSERT_GE(entries.size(), static_cast<std::size_t>(std::min(shared->kept, 2)));
     const auto last = entries.empty() ? 0 : entries.back().number;

@@ -100,7 +100,7 @@ class History {
     world_.quit();
     fate().isDead = false;
     endedBefore_ = world_.ended.size();
-    madeHere_ = world_.outbox->load().size();
+    madeHere_ = world_.outbox->kept().size();
     world_.launch();
   }
 
@@ -122,7 +122,7 @@ class History {
     pass(1min);
     check();
     EXPECT_EQ(world_.account().waiting, 0U) << summary(world_.account());
-    EXPECT_TRUE(world_.outbox->load().empty());
+    EXPECT_TRUE(world_.outbox->kept().empty());
     EXPECT_FALSE(world_.service.hasEmptyField) << "a request without its tokens";
     for (std::size_t i = endedBefore_; i < world_.ended.size(); ++i) {
       EXPECT_EQ(world_.ended[i], 1) << "completions of request " << i;

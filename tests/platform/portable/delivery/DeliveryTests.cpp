@@ -83,7 +83,7 @@ TEST(DeliveryTest, GivesUpWhatIsTooOldTooManyOrOfACustomerWhoIsGone) {
   world.send(eventRequest(5, "state_change", 5));
   world.time.advance(1s);
   world.signOut();
-  EXPECT_TRUE(world.outbox->load().empty());
+  EXPECT_TRUE(world.outbox->kept().empty());
   world.time.advance(1s);
   EXPECT_THAT(world.ended, testing::Each(1));
   EXPECT_EQ(summary(world.account()),
@@ -91,11 +91,101 @@ TEST(DeliveryTest, GivesUpWhatIsTooOldTooManyOrOfACustomerWhoIsGone) {
             "signed out 1)");
 }
 
+TEST(DeliveryTest, NewerPositionsHaveNoEarlierTry) {
+  for (const auto& [way, most] : {std::pair{Way::noNetwork, 75}, {Way::tooMany, 125}}) {
+    DeliveryWorld world;
+    world.service.way = way;
+    for (int i = 1; i <= 1800; ++i) {
+      world.send(eventRequest(7, "location_update", i));
+      world.time.advance(2s);
+    }
+    EXPECT_LE(world.service.tries, most) << "in an hour";
+    EXPECT_GE(world.service.tries, 8);
+    EXPECT_EQ(world.told, "waits ");
+    EXPECT_EQ(world.account().waiting, 1U);
+    EXPECT_EQ(std::ranges::count(world.ended, 0), 100) << "no more wait for one answer";
+    world.setWay(Way::open);
+    world.time.advance(1h);
+    EXPECT_THAT(world.ended, testing::Each(1));
+    EXPECT_EQ(world.service.effects.back().sequence, 1800);
+  }
+}
+
+TEST(DeliveryTest, TakesNoSettingsThatCannotBeReadForALogout) {
+  struct Unreadable final : SettingsStore {
+    std::optional<std::string> string(std::string_view) const override { return std::nullopt; }
+    void set(std::string_view, std::string_view) override {}
+    void remove(std::string_view) override {}
+    void apply(const Changes&) override {}
+    void registerDefault(std::string_view, std::string_view) override {}
+    std::optional<std::string> failure() const override { return "no file"; }
+  };
+  DeliveryWorld world;
+  world.setWay(Way::noNetwork);
+  world.send(eventRequest(7, "state_change", 1));
+  world.quit();
+  world.setWay(Way::open);
+  const auto readable = std::exchange(world.settings, std::make_shared<Unreadable>());
+  world.launch();
+  world.time.advance(1h);
+  EXPECT_EQ(world.account().waiting, 1U);
+  world.quit();
+  world.settings = readable;
+  world.launch();
+  world.time.advance(6s);
+  EXPECT_EQ(world.account().delivered, 1U);
+}
+
+TEST(DeliveryTest, SendsWhatAnotherProcessHadFirstOnceItCanBeRead) {
+  DeliveryWorld world;
+  world.setWay(Way::noNetwork);
+  world.send(eventRequest(7, "state_change", 1));
+  world.quit();
+  world.outbox->isUnreadable = true;
+  world.launch();
+  world.send(eventRequest(7, "state_change", 2));
+  world.time.advance(1min);
+  world.outbox->isUnreadable = false;
+  world.send(eventRequest(7, "state_change", 3));
+  EXPECT_EQ(world.outbox->kept().size(), 3U);
+  world.setWay(Way::open);
+  world.time.advance(10s);
+  ASSERT_EQ(world.service.effects.size(), 3U);
+  for (std::size_t i = 0; i < 3; ++i) {
+    EXPECT_EQ(world.service.effects[i].sequence, static_cast<std::int64_t>(i + 1));
+  }
+}
+
+TEST(DeliveryTest, DoesNotUndoWhatANewerRequestHasDoneNorAskForACustomerWhoIsGone) {
+  DeliveryWorld world;
+  const auto request = [](const char* method, const char* path) {
+    return URLRequest{.url = {std::string("https://service.test/m/v1/") + path},
+                      .method = method,
+                      .headers = {{"Authorization", "Token token=\"alice\""}},
+                      .body = R"({"data":{"order_id":1,"eta_seconds":1}})"};
+  };
+  world.setWay(Way::noNetwork);
+  world.send(request("PUT", "orders/CODE"));
+  world.time.advance(1s);
+  world.send(request("PUT", "orders/CODE"));
+  world.send(request("PUT", "orders/OTHER"));
+  world.send(request("GET", "orders"));
+  world.time.advance(1s);
+  EXPECT_THAT(world.ended, ElementsAre(1, 0, 0, 0));
+  world.signOut();
+  world.time.advance(1s);
+  EXPECT_THAT(world.ended, testing::Each(1));
+  const int tries = world.service.tries;
+  world.setWay(Way::open);
+  world.time.advance(1h);
+  EXPECT_EQ(world.service.tries, tries);
+}
+
 TEST(DeliveryTest, KeepsNoTokenAndPutsItInAfterARestart) {
   DeliveryWorld world;
   world.setWay(Way::noNetwork);
   world.send(eventRequest(7, "state_change", 1));
-  const auto kept = world.outbox->load();
+  const auto kept = world.outbox->kept();
   ASSERT_EQ(kept.size(), 1U) << "before the call returns";
   for (const auto& [name, value] : kept.front().request.headers) {
     EXPECT_THAT(value, testing::Not(testing::AnyOf(HasSubstr("alice"), HasSubstr("app")))) << name;
@@ -106,7 +196,7 @@ TEST(DeliveryTest, KeepsNoTokenAndPutsItInAfterARestart) {
   world.time.advance(6s);
   EXPECT_EQ(world.service.effects.size(), 1U);
   EXPECT_FALSE(world.service.hasEmptyField);
-  EXPECT_EQ(world.told, "late:7:state_change resumed ");
+  EXPECT_EQ(world.told, "waits late:7:state_change resumed ");
 }
 
 TEST(DeliveryTest, SaysOnceThatTheDiskFailsAndCatchesUp) {
@@ -120,9 +210,13 @@ TEST(DeliveryTest, SaysOnceThatTheDiskFailsAndCatchesUp) {
                 world.log->lines(),
                 [](const auto& line) { return line.find("disk is full") != line.npos; }),
             1);
-  world.outbox->isBroken = false;
+  const int writes = world.outbox->writes;
   world.send(eventRequest(4, "state_change", 4));
-  EXPECT_EQ(world.outbox->load().size(), 4U);
+  EXPECT_EQ(world.outbox->writes, writes) << "a disk that fails is left alone for a minute";
+  world.outbox->isBroken = false;
+  world.time.advance(1min);
+  world.send(eventRequest(5, "state_change", 5));
+  EXPECT_EQ(world.outbox->kept().size(), 5U);
   EXPECT_FALSE(world.account().storageFailure);
 }
 

@@ -109,10 +109,14 @@ struct ServiceSession final : URLSession {
 
 /// An outbox in memory that may fail, and which outlives what uses it.
 struct FailingOutbox final : Outbox {
-  std::vector<OutboxEntry> load() override { return base.load(); }
+  std::optional<std::vector<OutboxEntry>> load() override {
+    return isUnreadable ? std::nullopt : base.load();
+  }
+  std::vector<OutboxEntry> kept() { return *base.load(); }
   std::optional<std::string> write(const Changes& changes) override {
     fate.pass();
     if (fate.isDead) return std::nullopt;
+    ++writes;
     if (isBroken) return "the disk is full";
     auto failure = base.write(changes);
     fate.pass();
@@ -121,6 +125,8 @@ struct FailingOutbox final : Outbox {
 
   simulation::InMemoryOutbox base;
   bool isBroken = false;
+  bool isUnreadable = false;
+  int writes = 0;
   Fate fate;
 };
 
