@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <functional>
+#include <future>
 
 #include "platform/portable/delivery/DeliveryLines.h"
 #include "platform/portable/delivery/Judgement.h"
@@ -109,6 +111,27 @@ TEST(DeliveryTest, NewerPositionsHaveNoEarlierTry) {
     EXPECT_THAT(world.ended, testing::Each(1));
     EXPECT_EQ(world.service.effects.back().sequence, 1800);
   }
+}
+
+TEST(DeliveryTest, HasRequestsHandedOverInTheOrderOfTheCalls) {
+  struct Step final : Operation {
+    explicit Step(std::function<void()> step) : step(std::move(step)) {}
+    void main() override { step(); }
+    const std::function<void()> step;
+  };
+  DeliveryWorld world;
+  const auto queue = world.services.operationQueues->makeQueue();
+  std::vector<int> begun;
+  std::promise<void> last;
+  for (int i = 0; i < 1000; ++i) {
+    queue->addOperation(std::make_shared<Step>([&, i] {
+      begun.push_back(i);
+      if (i == 999) last.set_value();
+    }));
+  }
+  last.get_future().wait();
+  EXPECT_EQ(begun.size(), 1000U);
+  EXPECT_TRUE(std::ranges::is_sorted(begun));
 }
 
 TEST(DeliveryTest, TakesNoSettingsThatCannotBeReadForALogout) {

@@ -156,6 +156,7 @@ class DeliveryWorld : public DeliveryDelegate {
     services.mainQueue = time.mainQueue();
     services.settings = settings;
     services.urlSession = http;
+    services.operationQueues = portable::makeOperationQueueFactory();
     portable::addDelivery(
         services, options_,
         {.outbox = outbox,
