@@ -44,10 +44,12 @@ std::string makeKey(const std::function<std::uint64_t()>& random) {
   return key.text();
 }
 
-void call(const std::vector<URLSession::Completion>& completions, const Ending& ending) {
-  for (const auto& completion : completions) {
-    completion(ending.data, ending.response, ending.error);
+void call(const std::vector<URLSession::Completion>& completions, Ending ending) {
+  if (completions.empty()) return;
+  for (std::size_t i = 0; i + 1 < completions.size(); ++i) {
+    completions[i](ending.data, ending.response, ending.error);
   }
+  completions.back()(std::move(ending.data), std::move(ending.response), std::move(ending.error));
 }
 
 OutboxEntry keptForm(OutboxEntry entry) {
@@ -273,7 +275,7 @@ void DeliveringURLSession::complete(const DeliveryItemPtr& item, Ending ending) 
     persist(effects);
   }
   perform(effects);
-  call(completions, ending);
+  call(completions, std::move(ending));
 }
 
 /// Ends an item that has its answer, or has failed for good. Returns who waits for it.
@@ -349,7 +351,9 @@ void DeliveringURLSession::endOutage(Effects& effects) {
 
 /// Takes positions out of the item's line that are not worth sending any more.
 void DeliveringURLSession::supersede(const DeliveryItem& item, Effects& effects) {
-  for (const auto& outdated : lines_.takeOutdated(item)) {
+  const auto all = lines_.takeOutdated(item);
+  if (all.empty()) return;
+  for (const auto& outdated : all) {
     --account_.waiting;
     ++account_.superseded;
     effects.forget(outdated->entry.number);
@@ -544,11 +548,11 @@ void DeliveringURLSession::perform(Effects& effects) {
   }
   for (auto& report : effects.reports) {
     if (report.completions.empty()) continue;
-    auto shared = std::make_shared<const Effects::Report>(std::move(report));
+    auto shared = std::make_shared<Effects::Report>(std::move(report));
     parts_.onCallbackThread([shared = std::move(shared)]() mutable {
       const CompletionScope scope;  // Until after those who wait are gone.
       const auto last = std::move(shared);
-      call(last->completions, last->ending);
+      call(last->completions, std::move(last->ending));
     });
   }
   const auto weak = weak_from_this();

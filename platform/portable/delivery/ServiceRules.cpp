@@ -56,7 +56,7 @@ RequestTraits traitsOf(const URLRequest& request) {
   return traits;
 }
 
-std::uint32_t customerMark(const std::optional<std::string>& token) {
+std::uint32_t customerMark(std::optional<std::string_view> token) {
   if (!token) return 0;
   std::uint32_t mark = 2'166'136'261U;
   for (const char character : *token) {
@@ -72,7 +72,7 @@ std::uint32_t customerMark(const URLRequest& request) {
   if (!text.starts_with(kBeforeToken) || !text.ends_with(kAfterToken)) return 0;
   text.remove_prefix(kBeforeToken.size());
   text = text.substr(0, text.size() - std::min(text.size(), kAfterToken.size()));
-  return customerMark(std::optional(std::string(text)));
+  return customerMark(std::optional(text));
 }
 
 std::optional<std::string> appTokenOf(const URLRequest& request) {

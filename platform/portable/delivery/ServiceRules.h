@@ -37,7 +37,7 @@ struct RequestTraits {
 RequestTraits traitsOf(const URLRequest& request);
 
 /// What tells the customer whose token that is from others: a few bits of it, mixed. 0 for none.
-std::uint32_t customerMark(const std::optional<std::string>& token);
+std::uint32_t customerMark(std::optional<std::string_view> token);
 /// That of the customer who sends the request.
 std::uint32_t customerMark(const URLRequest& request);
 
