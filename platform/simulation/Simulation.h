@@ -52,9 +52,11 @@ class Simulation {
   SimulatedLocation& location() { return *location_; }
   SimulatedDevice& device() { return *device_; }
   SimulatedUserNotificationCenter& notifications() { return *notifications_; }
-  /// Where it is not there, no request reaches the service: those that begin fail as they do on
-  /// Linux without a route, and those whose answer comes have lost their connection. It tells
-  /// delivery, where there is one.
+  /// Where it is not there, no request reaches the service, delivery or not: those that begin fail
+  /// as they do on Linux without a route, and those whose answer comes have lost their connection.
+  /// The former are told by a task of the main queue, whatever thread the session of the base calls
+  /// back on; after `holdTimeDuringRequests` that is in turn with the others. While it is there,
+  /// requests and answers pass as they are. It tells delivery, where there is one.
   SimulatedNetworkMonitor& network() { return *network_; }
 
  private:
