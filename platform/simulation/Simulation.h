@@ -40,8 +40,9 @@ class Simulation {
 
   /// Has the services deliver what could not be sent, as docs/delivery.md says, with virtual time,
   /// random numbers that are the same every time, and the simulated network as the one that tells.
-  /// What waits is kept in the outbox; null stands for one that goes with this object. Call it at
-  /// most once, after `holdTimeDuringRequests`, before the services are installed.
+  /// What waits is kept in the outbox; null stands for one that goes with this object. What is
+  /// given up outside of an answer is reported by a task of the main queue. Call it at most once,
+  /// after `holdTimeDuringRequests`, before the services are installed.
   void deliver(const DeliveryOptions& options = {}, std::shared_ptr<Outbox> outbox = nullptr);
 
   /// The full set, to be given to `platform::install`. The services may outlive this object.
