@@ -7,6 +7,8 @@ option(OVINTA_COMMAND "Build the command ovinta, which holds the sandbox" ${PROJ
 option(OVINTA_SANDBOX "Build the sandbox, the service on one's own machine"
        ${PROJECT_IS_TOP_LEVEL})
 option(OVINTA_INSTALL "Install headers, libraries, packages and programs" ${PROJECT_IS_TOP_LEVEL})
+option(OVINTA_PACKED_RELOCATIONS
+       "Pack the relocations of the optimised library where linker and C library can" ON)
 option(OVINTA_BENCHMARKS "Build the benchmarks" OFF)
 option(OVINTA_FUZZERS "Build the fuzzers, with clang; see the preset fuzz" OFF)
 if(PROJECT_IS_TOP_LEVEL)

@@ -8,7 +8,8 @@ namespace ovinta::platform {
 /// lead to the service, and a service on the device itself needs none.
 class NetworkMonitor {
  public:
-  /// Receives whether there is a network. Must not throw.
+  /// Receives whether there is a network. The same may be told again: a network that follows upon
+  /// another is as good an occasion to try as the first one. Must not throw.
   using Handler = std::function<void(bool isAvailable)>;
 
   virtual ~NetworkMonitor() = default;

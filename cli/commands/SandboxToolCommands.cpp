@@ -275,6 +275,8 @@ std::map<std::string, Setting> faultSettings() {
 std::string settingDescription(const std::string& name, const Setting& setting) {
   if (name == "count") return "Misbehave so many times; for good when left out";
   if (name == "every") return "Misbehave at every so manieth request only";
+  if (name == "after") return "Set in after so many seconds";
+  if (name == "for") return "Last for so many seconds; until cleared when left out";
   if (name == "probability") return "Misbehave with this probability, from 0 to 1";
   return "Of the faults: " + setting.kinds;
 }
@@ -302,8 +304,10 @@ void addSetting(CLI::App& command, Dictionary& settings, const std::string& name
 }
 
 void addEndpoint(CLI::App& command, Fault& fault, bool isRequired) {
-  command.add_option("method", fault.method, "The method of the endpoint")
-      ->check(CLI::IsMember({"GET", "POST", "PUT", "PATCH"}))
+  command
+      .add_option("method", fault.method,
+                  "The method of the endpoint; ANY, with the path /ANY, for all endpoints")
+      ->check(CLI::IsMember({"GET", "POST", "PUT", "PATCH", "ANY"}))
       ->required(isRequired);
   command.add_option("path", fault.path, "Its path, as in /m/v1/orders or /m/v1/orders/ANY")
       ->required(isRequired)
@@ -320,15 +324,19 @@ ExitCode printFaults(const SandboxTool& tool, const Value& faults) {
                      {"FAULT", "fault"},
                      {"COUNT", "count"},
                      {"EVERY", "every"},
-                     {"PROBABILITY", "probability"}});
+                     {"PROBABILITY", "probability"},
+                     {"AFTER", "after", "s"},
+                     {"FOR", "for", "s"}});
 }
 
 ExitCode addFault(const SandboxTool& tool, const Fault& fault) {
   Dictionary record = fault.settings;
   record.insert_or_assign("fault", fault.kind);
   Value set = ask(tool, "PUT", "faults/" + fault.method + fault.path, record);
-  tool.output.print(
-      {std::move(set), fault.method + " " + fault.path + " misbehaves: " + fault.kind + ".\n"});
+  const bool areAll = fault.method == "ANY";
+  const std::string who =
+      areAll ? "All endpoints misbehave" : fault.method + " " + fault.path + " misbehaves";
+  tool.output.print({std::move(set), who + ": " + fault.kind + ".\n"});
   return ExitCode::success;
 }
 

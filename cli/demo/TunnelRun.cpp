@@ -98,8 +98,11 @@ void TunnelRun::placeOrder() {
 
 void TunnelRun::loseAnAnswer() {
   const std::string fault = R"({"data": {"fault": "answer_lost", "count": 1}})";
-  httplib::Client(sandbox_->baseURL())
-      .Put("/sandbox/faults/POST/m/v1/events", fault, "application/json");
+  const auto answer = httplib::Client(sandbox_->baseURL())
+                          .Put("/sandbox/faults/POST/m/v1/events", fault, "application/json");
+  if (!answer || answer->status != 200) {
+    throw std::runtime_error("the service does not take the fault that loses an answer");
+  }
 }
 
 void TunnelRun::report(CustomerState state) {

@@ -12,11 +12,13 @@ platform::Dictionary deliveryRecord(const platform::DeliveryAccount& account) {
     const auto reason = static_cast<platform::DropReason>(i);
     dropped.emplace(platform::name(reason), account.dropped.at(i));
   }
-  return {{"made", account.made},
-          {"delivered", account.delivered},
-          {"waiting", account.waiting},
-          {"superseded", account.superseded},
-          {"dropped", std::move(dropped)}};
+  platform::Dictionary record{{"made", account.made},
+                              {"delivered", account.delivered},
+                              {"waiting", account.waiting},
+                              {"superseded", account.superseded},
+                              {"dropped", std::move(dropped)}};
+  if (account.storageFailure) record.emplace("storageFailure", *account.storageFailure);
+  return record;
 }
 
 }  // namespace
@@ -82,6 +84,9 @@ ExitCode TrackReport::summarize() {
   if (const auto& delivery = platform::services().delivery) {
     const auto account = delivery->account();
     text += "Order events: " + summary(account) + "\n";
+    if (account.storageFailure) {
+      text += "Those that wait are in memory only: " + *account.storageFailure + "\n";
+    }
     details.emplace("delivery", deliveryRecord(account));
   }
   timeline_.summarize(text, details);

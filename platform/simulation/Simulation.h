@@ -40,8 +40,9 @@ class Simulation {
 
   /// Has the services deliver what could not be sent, as docs/delivery.md says, with virtual time,
   /// random numbers that are the same every time, and the simulated network as the one that tells.
-  /// What waits is kept in the outbox; null stands for one that goes with this object. Call it at
-  /// most once, after `holdTimeDuringRequests`, before the services are installed.
+  /// What waits is kept in the outbox; null stands for one that goes with this object. What is
+  /// given up outside of an answer is reported by a task of the main queue. Call it at most once,
+  /// after `holdTimeDuringRequests`, before the services are installed.
   void deliver(const DeliveryOptions& options = {}, std::shared_ptr<Outbox> outbox = nullptr);
 
   /// The full set, to be given to `platform::install`. The services may outlive this object.
@@ -52,9 +53,11 @@ class Simulation {
   SimulatedLocation& location() { return *location_; }
   SimulatedDevice& device() { return *device_; }
   SimulatedUserNotificationCenter& notifications() { return *notifications_; }
-  /// Where it is not there, no request reaches the service: those that begin fail as they do on
-  /// Linux without a route, and those whose answer comes have lost their connection. It tells
-  /// delivery, where there is one.
+  /// Where it is not there, no request reaches the service, delivery or not: those that begin fail
+  /// as they do on Linux without a route, and those whose answer comes have lost their connection.
+  /// The former are told by a task of the main queue, whatever thread the session of the base calls
+  /// back on; after `holdTimeDuringRequests` that is in turn with the others. While it is there,
+  /// requests and answers pass as they are. It tells delivery, where there is one.
   SimulatedNetworkMonitor& network() { return *network_; }
 
  private:

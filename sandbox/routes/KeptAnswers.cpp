@@ -7,9 +7,17 @@ namespace {
 
 /// What an entry takes beside its texts, in bytes, roughly.
 constexpr std::size_t kEntrySize = 512;
+/// The same of one header field.
+constexpr std::size_t kFieldSize = 96;
 
 std::size_t sizeOf(const KeptAnswers::Request& request) {
   return kEntrySize + 2 * request.key.size() + request.content.size();
+}
+
+std::size_t sizeOf(const Answer& answer) {
+  std::size_t size = answer.contentType.size() + answer.body.size();
+  for (const auto& [name, value] : answer.headers) size += kFieldSize + name.size() + value.size();
+  return size;
 }
 
 }  // namespace
@@ -18,15 +26,21 @@ Answer KeptAnswers::answerOnce(Request request, const std::function<Answer()>& a
   std::size_t size = sizeOf(request);
   std::packaged_task<Answer()> first([&] {
     Answer result = answer();
-    size += result.body.size();
+    size += sizeOf(result);
     return result;
   });
   const auto entry = std::make_shared<Entry>(Entry{std::move(request), first.get_future().share()});
   const auto known = enter(entry);
   if (known == entry) {
     first();
-    keep(entry, size);
-    return entry->answer.get();
+    try {
+      Answer result = entry->answer.get();
+      keep(entry, size);
+      return result;
+    } catch (...) {
+      forget(entry);
+      throw;
+    }
   }
   if (known->request.content != entry->request.content) {
     return errorAnswer(422, "idempotency_key", "was used for another request");
@@ -51,6 +65,14 @@ void KeptAnswers::keep(const std::shared_ptr<Entry>& entry, std::size_t size) {
   entry->size = size;
   bytes_ += size;
   dropOldest();
+}
+
+void KeptAnswers::forget(const std::shared_ptr<Entry>& entry) {
+  const std::lock_guard lock(mutex_);
+  const auto known = byKey_.find(entry->request.key);
+  if (known == byKey_.end() || *known->second != entry) return;
+  entries_.erase(known->second);
+  byKey_.erase(known);
 }
 
 void KeptAnswers::dropOldest() {

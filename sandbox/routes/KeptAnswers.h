@@ -18,7 +18,7 @@ namespace ovinta::sandbox {
 /// used from any thread.
 class KeptAnswers {
  public:
-  /// How many bytes of keys, requests and answers are kept.
+  /// How many bytes of keys, requests and answers with their headers are kept.
   static constexpr std::size_t kMostBytes = std::size_t{16} << 20;
 
   explicit KeptAnswers(std::size_t mostBytes = kMostBytes) : mostBytes_(mostBytes) {}
@@ -32,7 +32,8 @@ class KeptAnswers {
 
   /// What `answer` gives, which is kept; or what was kept of the first request with that key,
   /// marked as a repetition. A repetition that comes while the first is being answered waits for
-  /// it. Refused when the key was used for another content. What `answer` throws goes through.
+  /// it. Refused when the key was used for another content. What `answer` throws goes through, also
+  /// to those that wait for it, and is not kept.
   Answer answerOnce(Request request, const std::function<Answer()>& answer);
 
   /// Forgets all keys.
@@ -52,6 +53,9 @@ class KeptAnswers {
   /// Keeps what the entry was answered, which is that many bytes; unless they were all forgotten
   /// meanwhile.
   void keep(const std::shared_ptr<Entry>& entry, std::size_t size);
+  /// Takes out an entry whose request has failed; no effect where they were all forgotten
+  /// meanwhile.
+  void forget(const std::shared_ptr<Entry>& entry);
   void dropOldest();
 
   const std::size_t mostBytes_;

@@ -58,6 +58,9 @@ ovinta sandbox faults add GET /m/v1/orders status 2>&1 | grep -o "answered 422"
 ovinta sandbox faults list | cut -c 1-38
 ovinta orders fetch 2>&1 | head -1
 ovinta sandbox faults clear
+ovinta sandbox faults add ANY /ANY reset --after 60 --for 120
+ovinta sandbox faults list | tail -1 | sed -E "s/[0-9.]+ s/N/g; s/ +/ /g"
+ovinta sandbox faults clear ANY /ANY
 ovinta sandbox requests | grep -c "GET     503"
 echo "{\"order_id\": \"1001\", \"order_state\": \"ready\"}" | ovinta sandbox send-push phone -
 ovinta sandbox pushes --json | grep -o "\"payload\":{[^}]*}"
@@ -69,7 +72,9 @@ echo "{}" | ovinta sandbox restore -; echo exit $?
   for (const char* part :
        {"/state.\n600\nGET /m/v1/orders misbehaves: status.\nanswered 422\n",
         "METHOD  PATH          FAULT   COUNT  E\nGET     /m/v1/orders  status  2      -",
-        "\nError Getting Orders: ", "\n(none)\n1\nThe push is sent",
+        "\nError Getting Orders: ",
+        "\n(none)\nAll endpoints misbehave: reset.\n"
+        "ANY /ANY reset - - - N N\n(none)\n1\nThe push is sent",
         "The push is sent to "
         "phone.\n\"payload\":{\"order_id\":\"1001\",\"order_state\":\"ready\"}\n",
         "The sandbox is as at its start.\n(none)\n",

@@ -65,10 +65,15 @@ std::optional<Finding> unusableFileIn(const fs::path& directory) {
   return std::nullopt;
 }
 
-/// What waits in the directory's outbox, in words; empty for nothing.
+/// What waits in the directory's outbox, in words; empty for nothing. One that cannot be read is
+/// fit for use all the same, and so it is the one that an app has for itself.
 std::string waitingText(const fs::path& directory) {
-  const auto count = countOutbox(directory / kOutboxFile).value_or(0);
-  return count == 0 ? "" : ", order events that wait to be sent: " + std::to_string(count);
+  const fs::path file = directory / kOutboxFile;
+  std::error_code error;
+  if (!exists(file, error)) return "";
+  const auto count = countOutbox(file);
+  if (!count) return ", an app is using it and knows which order events wait";
+  return *count == 0 ? "" : ", order events that wait to be sent: " + std::to_string(*count);
 }
 
 }  // namespace

@@ -51,6 +51,8 @@ void GioNetworkMonitor::begin(const std::shared_ptr<Told>& told) {
 
 void GioNetworkMonitor::end() { g_clear_object(&monitor_); }
 
+// Told at every change of the networks, also where there is one before and after: from a wireless
+// one that leads nowhere to a mobile one, say.
 void GioNetworkMonitor::changed(GNetworkMonitor* monitor, gboolean, gpointer told) {
   tell(*static_cast<std::shared_ptr<Told>*>(told), monitor);
 }
@@ -60,7 +62,10 @@ void GioNetworkMonitor::tell(const std::shared_ptr<Told>& told, GNetworkMonitor*
   const bool isAvailable =
       g_network_monitor_get_network_available(monitor) != FALSE &&
       g_network_monitor_get_connectivity(monitor) != G_NETWORK_CONNECTIVITY_PORTAL;
-  told->mainQueue->async([told, isAvailable] { told->handler(isAvailable); });
+  // The signal's handler goes with the monitor, and with it all that is left to be told.
+  told->mainQueue->async([weak = std::weak_ptr(told), isAvailable] {
+    if (const auto living = weak.lock()) living->handler(isAvailable);
+  });
 }
 
 }  // namespace ovinta::platform::linuxos

@@ -21,7 +21,7 @@ class GioNetworkMonitor final : public NetworkMonitor {
   void start(Handler handler) override;
 
  private:
-  /// What the thread and the main queue share, and may outlive this object.
+  /// What the thread needs to tell something.
   struct Told {
     std::shared_ptr<MainQueue> mainQueue;
     Handler handler;

@@ -11,7 +11,10 @@ namespace ovinta::platform::simulation {
 
 /// Sends requests over the simulated network. One that is started while the service cannot be
 /// reached fails as on Linux without a route, by a task of the main queue; one whose answer comes
-/// then has lost its connection. May be used from any thread.
+/// then has lost its connection. So without a network completions run on the main thread, also over
+/// a base that has a callback thread of its own: it cannot be asked to run anything else there, and
+/// virtual time would not wait for it. `TimeHoldingURLSession`, put around this one, has all of
+/// them run in turn. May be used from any thread.
 class NetworkURLSession : public URLSession {
  public:
   /// `base` sends the requests; none of the three may be null.

@@ -90,9 +90,10 @@ struct Trip {
   std::vector<TripBeacon> beacons;
   std::vector<TripPermissionChange> permissionChanges;
   std::vector<TripBatteryChange> batteryChanges;
-  std::vector<TripTunnel> tunnels = {};
   /// When it takes place; for making the `Simulation`, a player does not look at it.
   Date start = kDefaultTripStart;
+  /// The stretches without the service, in any order.
+  std::vector<TripTunnel> tunnels = {};
 
   /// A trip through these points, of which there must be one at least, at an even speed in metres
   /// per second, above zero, with these tunnels; its positions are without noise. May be called

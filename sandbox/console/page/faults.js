@@ -1,7 +1,11 @@
 // The faults: a form with all that the service knows of them, and those in force.
 import {act, ask, byID, make, setOptions} from './dom.js';
 
-const WORDS = {count: 'The next n times', every: 'Every n-th request', probability: 'With probability'};
+const WORDS = {count: 'The next n times', every: 'Every n-th request', probability: 'With probability',
+  after: 'Sets in after seconds', for: 'Lasts for seconds'};
+
+/** An endpoint for people: the one that stands for all of them is none by itself. */
+const endpointText = ({method, path}) => method === 'ANY' ? 'all endpoints' : `${method} ${path}`;
 
 const settingField = ({name, type, required}) => make('label', {}, `${WORDS[name] ?? name.replace('_', ' ')} `, make('input', {
   name, required, type: type === 'text' ? 'text' : 'number', step: type === 'number' ? 'any' : 1, size: 8,
@@ -28,7 +32,7 @@ export class FaultsPanel {
   async loadTable() {
     const table = await ask('GET', '/sandbox/faults/kinds');
     this.table = table;
-    setOptions(byID('fault-endpoint'), table.endpoints.map(({method, path}) => [method + path, `${method} ${path}`]));
+    setOptions(byID('fault-endpoint'), table.endpoints.map((endpoint) => [endpoint.method + endpoint.path, endpointText(endpoint)]));
     setOptions(byID('fault-kind'), table.kinds.map(({name}) => [name, name.replaceAll('_', ' ')]));
     this.showSettings();
   }
@@ -44,10 +48,11 @@ export class FaultsPanel {
     if (call !== this.call) return;
     byID('no-faults').hidden = faults.length > 0;
     byID('fault-list').replaceChildren(...faults.map(({method, path, fault, ...settings}) => {
+      const endpoint = endpointText({method, path});
       const more = Object.entries(settings).map(([name, value]) => `${name} ${value}`).join(', ');
-      const clear = act(make('button', {type: 'button', textContent: 'Clear', ariaLabel: `Clear ${fault} of ${method} ${path}`}),
+      const clear = act(make('button', {type: 'button', textContent: 'Clear', ariaLabel: `Clear ${fault} of ${endpoint}`}),
                         () => ask('DELETE', `/sandbox/faults/${method}${path}`));
-      return make('li', {className: 'row'}, `${method} ${path}: ${fault}${more ? `, ${more}` : ''} `, clear);
+      return make('li', {className: 'row'}, `${endpoint}: ${fault}${more ? `, ${more}` : ''} `, clear);
     }));
   }
 }

@@ -1,7 +1,10 @@
 #pragma once
 
+#include <condition_variable>
+#include <cstddef>
 #include <filesystem>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <semaphore>
 #include <string>
@@ -41,6 +44,32 @@ class ObservedURLSession : public platform::URLSession {
   platform::linuxos::CurlURLSession session_;
 };
 
+/// Counts the requests of apps that a sandbox has seen to their end.
+class AppRequests {
+ public:
+  void add(const sandbox::AnsweredRequest& request) {
+    if (!request.target.starts_with("/m/")) return;
+    const std::lock_guard lock(mutex_);
+    ++count_;
+    changed_.notify_all();
+  }
+  void clear() {
+    const std::lock_guard lock(mutex_);
+    count_ = 0;
+  }
+  /// Waits until there are that many at least, and says how many there are.
+  std::size_t waitFor(std::size_t count) {
+    std::unique_lock lock(mutex_);
+    changed_.wait(lock, [&] { return count_ >= count; });
+    return count_;
+  }
+
+ private:
+  std::mutex mutex_;
+  std::condition_variable changed_;
+  std::size_t count_ = 0;
+};
+
 /// The library over real HTTP against a sandbox of its own.
 class ServiceFixture : public SDKFixture {
  protected:
@@ -65,7 +94,10 @@ class ServiceFixture : public SDKFixture {
   /// What the operation reports; absent when it is through without a word.
   std::optional<Report> run(const OperationCase& operation);
 
-  sandbox::Sandbox service;
+  /// Those since the fixture was made, or since they were cleared.
+  AppRequests requests;
+  sandbox::Sandbox service{
+      {.onRequest = [this](const sandbox::AnsweredRequest& request) { requests.add(request); }}};
   std::optional<sandbox::Speaker> speaker;
   /// That of the customer of the last inputs.
   std::string customerToken;

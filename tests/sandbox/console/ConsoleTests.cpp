@@ -244,6 +244,17 @@ TEST_F(ConsoleTest, FaultsAreSetMetAndClearedByClick) {
   browser_->await("!document.getElementById('no-faults').hidden");
   EXPECT_EQ(app.send("GET", "/m/v1/orders").status, 200);
   EXPECT_THAT(app.send("GET", "/sandbox/faults").list(), IsEmpty());
+
+  fill("#fault-endpoint", "ANY/ANY");
+  fill("#fault-kind", "reset");
+  awaitText("#fault-endpoint", "all endpoints");
+  awaitText("#fault-settings", "Sets in after seconds");
+  awaitText("#fault-settings", "Lasts for seconds");
+  browser_->type("#fault-settings [name=after]", "0");
+  browser_->type("#fault-settings [name=for]", "3600");
+  browser_->click("#fault-form button");
+  awaitText("#fault-list", "all endpoints: reset, ");
+  EXPECT_EQ(app.send("GET", "/m/v1/orders").status, 0);
 }
 
 TEST_F(ConsoleTest, PushesAreSentAndEverythingIsKeptAndPutBack) {
