@@ -31,13 +31,19 @@ macro(ovinta_package component package section summary description)
   set(CPACK_DEBIAN_${key}_DESCRIPTION "${summary}\n${description}")
   set(CPACK_DEBIAN_${key}_PACKAGE_DEPENDS "${ARGN}")
 endmacro()
+# Debian's list does not know that packed relocations take a glibc that reads them.
+set(loader "")
+if(packsRelocations AND BUILD_SHARED_LIBS)
+  set(loader "libc6 (>= 2.36)")
+endif()
 set(library libovinta${PROJECT_VERSION_MAJOR})
 set(sameLibrary "${library} (= ${PROJECT_VERSION})")
 ovinta_package(
   ovinta_library ${library} libs "client library for orders that customers pick up"
   "OvintaSDK keeps the customer of an app and the orders, follows position and
 beacons while an order is open, and reports what happens to a REST service.
-This package has the shared library.")
+This package has the shared library."
+  "${loader}")
 # What others that are packaged with the library depend on, and how the system learns of it.
 file(WRITE ${PROJECT_BINARY_DIR}/control/shlibs
      "libOvintaSDK ${PROJECT_VERSION_MAJOR} ${library} (>= ${PROJECT_VERSION})\n")
