@@ -17,7 +17,7 @@ namespace {
 namespace fs = std::filesystem;
 
 /// How long a step waits for another process: it is short, because the request waits for the step.
-constexpr std::chrono::milliseconds kBusyTimeout{250};
+constexpr std::chrono::milliseconds kOutboxPatience{250};
 
 /// `made` is in microseconds since 1970.
 constexpr const char* kTable =
@@ -107,7 +107,7 @@ SQLiteOutbox::~SQLiteOutbox() = default;
 
 void SQLiteOutbox::open() {
   if (!file_) throw std::system_error(ENOENT, std::generic_category(), "No data directory");
-  auto database = openSQLiteFile(*file_, kBusyTimeout);
+  auto database = openSQLiteFile(*file_, kOutboxPatience);
   prepareTables(*database, {{"event", kTable}});
   database->exec("PRAGMA locking_mode = EXCLUSIVE");
   // The lock is taken by the first transaction that follows.
