@@ -252,6 +252,7 @@ void DeliveringURLSession::start(const DeliveryItemPtr& item, URLRequest request
 void DeliveringURLSession::complete(const DeliveryItemPtr& item, Ending ending) {
   Effects effects;
   std::vector<Completion> completions;
+  Ending told;
   {
     const std::lock_guard lock(mutex_);
     item->isUnderWay = false;
@@ -264,18 +265,17 @@ void DeliveringURLSession::complete(const DeliveryItemPtr& item, Ending ending) 
     if (judgement.verdict == Verdict::tryAgain && !reason) {
       item->last = std::move(ending);
       hold(item, judgement, effects);
-    } else if (reason) {
-      drop(item, *reason, effects);
-      completions = std::exchange(item->completions, {});
     } else {
-      completions = settle(item, ending, effects);
+      if (reason) drop(item, *reason, effects);
+      completions = reason ? std::exchange(item->completions, {}) : settle(item, ending, effects);
+      told = std::move(ending);
     }
     pump(effects);
     endOutage(effects);
     persist(effects);
   }
   perform(effects);
-  call(completions, std::move(ending));
+  call(completions, std::move(told));
 }
 
 /// Ends an item that has its answer, or has failed for good. Returns who waits for it.
@@ -362,8 +362,8 @@ void DeliveringURLSession::supersede(const DeliveryItem& item, Effects& effects)
     auto& waiting = each->completions;
     if (waiting.size() <= kMostCompletions) continue;
     const auto end = waiting.end() - static_cast<std::ptrdiff_t>(kMostCompletions);
-    effects.reports.push_back({{std::move_iterator(waiting.begin()), std::move_iterator(end)},
-                               {.error = TransportError{kReplaced}}});
+    std::vector<Completion> first(std::move_iterator(waiting.begin()), std::move_iterator(end));
+    effects.reports.push_back({std::move(first), {.error = TransportError{kReplaced}}});
     waiting.erase(waiting.begin(), end);
   }
 }
