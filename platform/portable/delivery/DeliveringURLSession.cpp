@@ -336,7 +336,7 @@ void DeliveringURLSession::hold(const DeliveryItemPtr& item, const Judgement& ju
 void DeliveringURLSession::beginOutage(Effects& effects) {
   effects.startsMonitor = !std::exchange(isMonitoring_, true);
   if (std::exchange(isOutage_, true)) return;
-  effects.lines.push_back("Delivery waits for the network");
+  effects.lines.emplace_back("Delivery waits for the network");
   tell({&DeliveryDelegate::deliveryWaitsForNetwork, account_});
 }
 
