@@ -96,6 +96,11 @@ URLRequest withoutTokens(URLRequest request) {
   return request;
 }
 
+OutboxEntry keptForm(OutboxEntry entry) {
+  entry.request = withoutTokens(std::move(entry.request));
+  return entry;
+}
+
 std::optional<URLRequest> withTokens(URLRequest request,
                                      const std::optional<std::string>& customerToken,
                                      const std::optional<std::string>& appToken) {

@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "platform/Outbox.h"
 #include "platform/SettingsStore.h"
 #include "platform/URLSession.h"
 
@@ -50,6 +51,9 @@ bool hasTokens(const URLRequest& request, const std::optional<std::string>& cust
 
 /// The request with the fields empty that carry tokens.
 URLRequest withoutTokens(URLRequest request);
+
+/// The entry as it may be kept.
+OutboxEntry keptForm(OutboxEntry entry);
 
 /// The request with those fields filled in that are empty; absent when a token is missing.
 std::optional<URLRequest> withTokens(URLRequest request,
